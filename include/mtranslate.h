@@ -1,0 +1,118 @@
+/* mtranslate: MATLAB source to the language of a host computer-algebra system.
+ *
+ * The library has one entry, mTranslate. A host loads the library, fills a HostKernelTable with
+ * its own operations and calls the entry with it; the library reaches the host through that table
+ * alone. One run at a time: all state is process-wide, and no host operation may start another
+ * run. */
+#ifndef MTRANSLATE_H
+#define MTRANSLATE_H
+
+#include <stdint.h>
+
+#define MTRANSLATE_VERSION_MAJOR 0
+#define MTRANSLATE_VERSION_MINOR 1
+#define MTRANSLATE_VERSION_PATCH 0
+
+#if defined(__GNUC__)
+#define MTRANSLATE_API __attribute__((visibility("default")))
+#else
+#define MTRANSLATE_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A host value: one word. 0 is null (no value). With the lowest bit set it is an immediate
+ * integer. Otherwise it is the address of an array of pointer-sized words: word 0 is the header,
+ * the words from 1 on hold the elements. The first 32-bit unit of the object holds the type in
+ * its top 6 bits. */
+typedef uintptr_t HostValue;
+
+enum {
+    HOST_TYPE_SHIFT = 26,   /* the type of an object is its first 32-bit unit >> 26 */
+    HOST_TYPE_NAME = 8,     /* a name; ToText gives its characters */
+    HOST_TYPE_EQUATION = 21 /* left side in word 1, right side in word 2 */
+};
+
+/* The operations that a host hands to mTranslate. The library calls them on the thread of the run
+ * only. All texts are NUL-terminated. */
+typedef struct HostKernelTable {
+    /* Raises message as a host error; "%1" in it stands for value, which is 0 where the message
+     * has no "%1". The operation may leave by longjmp or by a C++ exception: what the run held is
+     * released by the next mTranslate or by mTranslateRelease. When it returns, its result is not
+     * looked at and the run goes on or ends with a null result. */
+    HostValue (*RaiseError)(const char *message, HostValue value);
+    /* Calls procedure with argument (a host string or a sequence). Result: a value or null. */
+    HostValue (*CallHostFunction)(HostValue procedure, HostValue argument);
+    /* The procedure that the text names, such as "Matlab:-TranslateName". */
+    HostValue (*ResolveHostName)(const char *name);
+    /* Nonzero for a host string. */
+    int (*IsString)(HostValue value);
+    /* Element index (from 1) of a host list. */
+    HostValue (*ListElement)(HostValue list, int index);
+    /* 0 for false, nonzero for true. */
+    int (*ToBoolean)(HostValue value);
+    /* The text of a host string or name. It must stay valid until the run ends. */
+    const char *(*ToText)(HostValue value);
+    /* Number of elements of the argument vector or of a host list. */
+    int (*ElementCount)(HostValue value);
+    /* A new sequence of count elements; the library stores the elements in its words 1 to count. */
+    HostValue (*NewSequence)(int count);
+    /* A new host string with a copy of text. */
+    HostValue (*ToHostString)(const char *text);
+    /* Nonzero for a host list. */
+    int (*IsList)(HostValue value);
+} HostKernelTable;
+
+/* One translation run.
+ *
+ * kernel: the host's operations; must outlive the call.
+ * args: the argument vector, element i in word i:
+ *   1  host string, the mode: "command" or "file";
+ *   2  host string, the MATLAB text (command) or the name of the .m file (file);
+ *   3… options in any order: a list of strings adds search directories for called functions (the
+ *      last directory of the last list is tried first); an equation AddTranslator = false keeps
+ *      the host's function translator out; anything else is ignored.
+ *
+ * Result: a host string with the translation; null for any other mode, and after an error that
+ * the host's RaiseError returned from. Errors (arguments, syntax, exhausted memory) are raised
+ * through RaiseError. */
+MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue args);
+
+/* Releases what an abandoned run (one that RaiseError left) still holds. A host that unloads the
+ * library calls it last; otherwise the next run does the same. Nothing happens when nothing is
+ * held. */
+MTRANSLATE_API void mTranslateRelease(void);
+
+/* State that a host may read during a run, in the operations that the library calls. The records
+ * behind LastComment and InputSequence are the library's own, and gone when the run has ended. */
+struct vExpr;
+struct mStat;
+union SemanticValue;
+
+/* Innermost open bracket: 0, 40 "(", 123 "{", 91 "[" or 259 (the targets of an assignment). */
+extern MTRANSLATE_API int BracketDelimiter;
+/* The comment list completed last, or null. */
+extern MTRANSLATE_API struct vExpr *LastComment;
+/* Statements of the source parsed last: its script, or the body of its first function; or null. */
+extern MTRANSLATE_API struct mStat *InputSequence;
+/* Look-ahead token: -2 none, 0 end of the input, else the token's number. */
+extern MTRANSLATE_API int yychar;
+/* Value of the look-ahead token: three words. */
+extern MTRANSLATE_API union SemanticValue yylval;
+/* Syntax errors of the current parse. */
+extern MTRANSLATE_API int yynerrs;
+/* Number of the current source line, from 1. */
+extern MTRANSLATE_API unsigned int SourceLine;
+/* Characters consumed on the current line. */
+extern MTRANSLATE_API int SourcePos;
+/* The current line's text behind the line ends before it, and the same for the line before. */
+extern MTRANSLATE_API const char *SourceText;
+extern MTRANSLATE_API const char *PrevLine;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,109 @@
+// Reporting errors in the source: header, excerpt and caret in one text for the host.
+#include "driver/error_reporter.h"
+
+#include <stdio.h>
+#include <string.h>
+
+#include "driver/host_kernel.h"
+#include "driver/run_state.h"
+
+namespace {
+
+constexpr size_t MESSAGE_SIZE = 2048;
+constexpr size_t ROOM = MESSAGE_SIZE - 1;
+// A longer text is cut to this length, line ends included.
+constexpr size_t LONGEST_EXCERPT = 1024;
+// Carets stand on columns below these: under the column reached, or a previous line's end.
+constexpr int CARET_COLUMNS = 80;
+constexpr size_t CARET_LINE_COLUMNS = 900;
+
+// The line shown: length characters, then the ending; the caret is in no_caret or a column.
+struct Excerpt {
+    const char *text;
+    size_t length;
+    const char *ending;
+    long caret;
+};
+constexpr long NO_CARET = -1;
+
+const char *skip_line_end(const char *text) {
+    if (*text == '\r') text++;
+    if (*text == '\n') text++;
+    return text;
+}
+
+// An error found at the start of a line belongs to the line that has just ended.
+bool choose_line() {
+    SourceText = skip_line_end(SourceText);
+    if (SourcePos != 0) return false;
+    PrevLine = skip_line_end(PrevLine);
+    SourceText = PrevLine;
+    return true;
+}
+
+long caret_column(const Excerpt *excerpt, bool is_previous, bool is_cut) {
+    if (!is_previous) return SourcePos > 0 && SourcePos < CARET_COLUMNS ? SourcePos : NO_CARET;
+    if (is_cut || excerpt->length >= CARET_LINE_COLUMNS) return NO_CARET;
+    return excerpt->length > 0 ? static_cast<long>(excerpt->length) - 1 : 0;
+}
+
+Excerpt choose_excerpt() {
+    bool is_previous = choose_line();
+    bool is_cut = strlen(SourceText) > LONGEST_EXCERPT;
+    Excerpt excerpt = {SourceText, LONGEST_EXCERPT, "...\n", NO_CARET};
+    if (!is_cut) {
+        excerpt.length = strcspn(SourceText, "\n\r");
+        excerpt.ending = "\n";
+    }
+    excerpt.caret = caret_column(&excerpt, is_previous, is_cut);
+    return excerpt;
+}
+
+size_t caret_size(const Excerpt *excerpt) {
+    return excerpt->caret == NO_CARET ? 0 : static_cast<size_t>(excerpt->caret) + 2;
+}
+
+// Writes the header in at most room characters. One that is too long loses the beginning of the
+// file name, or, for a message longer than that, its own end.
+size_t write_header(char *to, size_t room, const char *message) {
+    if (!InputFileName) {
+        int length = snprintf(to, room + 1, "on line %u, %s\n", SourceLine, message);
+        return static_cast<size_t>(length) < room ? static_cast<size_t>(length) : room;
+    }
+    const char *form = "on line %u of %s%s, %s\n";
+    const char *dots = "";
+    const char *name = InputFileName;
+    size_t length = static_cast<size_t>(snprintf(to, room + 1, form, SourceLine, dots, name, message));
+    if (length > room) {
+        size_t excess = length + strlen("...") - room;
+        size_t name_length = strlen(name);
+        name += excess < name_length ? excess : name_length;
+        length = static_cast<size_t>(snprintf(to, room + 1, form, SourceLine, "...", name, message));
+    }
+    return length < room ? length : room;
+}
+
+char *write_excerpt(char *to, size_t room, const Excerpt *excerpt) {
+    size_t ending = strlen(excerpt->ending);
+    size_t length = excerpt->length + ending <= room ? excerpt->length : room - ending;
+    memcpy(to, excerpt->text, length);
+    return stpcpy(to + length, excerpt->ending);
+}
+
+void write_caret(char *to, long column) {
+    memset(to, ' ', static_cast<size_t>(column));
+    memcpy(to + column, "^\n", 3);
+}
+
+}  // namespace
+
+// Header and caret always fit: what is too long is cut from the excerpt's end.
+HostValue yyerror(const char *message) {
+    char text[MESSAGE_SIZE];
+    Excerpt excerpt = choose_excerpt();
+    size_t behind_header = strlen(excerpt.ending) + caret_size(&excerpt);
+    size_t header = write_header(text, ROOM - behind_header, message);
+    char *at = write_excerpt(text + header, ROOM - header - caret_size(&excerpt), &excerpt);
+    if (excerpt.caret != NO_CARET) write_caret(at, excerpt.caret);
+    return HostKernel->RaiseError(text, 0);
+}

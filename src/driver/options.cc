@@ -1,0 +1,82 @@
+// Reading the arguments of mTranslate.
+#include "driver/options.h"
+
+#include <string.h>
+
+#include "driver/host_kernel.h"
+#include "driver/run_state.h"
+#include "support/allocation.h"
+
+namespace {
+
+HostValue element(HostValue object, int index) {
+    return reinterpret_cast<const HostValue *>(object)[index];
+}
+
+bool has_type(HostValue value, unsigned int type) {
+    bool is_object = value != 0 && (value & 1) == 0;
+    return is_object && *reinterpret_cast<const uint32_t *>(value) >> HOST_TYPE_SHIFT == type;
+}
+
+// The text of a required argument; null after raising message.
+const char *required_text(HostValue argument, const char *message) {
+    if (HostKernel->IsString(argument)) return HostKernel->ToText(argument);
+    HostKernel->RaiseError(message, argument);
+    return nullptr;
+}
+
+void read_path(HostValue list) {
+    int count = HostKernel->ElementCount(list);
+    for (int j = 1; j <= count; j++) {
+        HostValue directory = HostKernel->ListElement(list, j);
+        if (HostKernel->IsString(directory)) {
+            const char *text = HostKernel->ToText(directory);
+            add_search_directory(text, strlen(text));
+        } else {
+            HostKernel->RaiseError("invalid input: path must be a list of strings", 0);
+        }
+    }
+}
+
+bool is_translator_option(HostValue argument) {
+    return has_type(argument, HOST_TYPE_EQUATION) &&
+           has_type(element(argument, 1), HOST_TYPE_NAME) &&
+           strcmp(HostKernel->ToText(element(argument, 1)), "AddTranslator") == 0;
+}
+
+void read_option(HostValue argument, RunRequest *request) {
+    if (HostKernel->IsList(argument)) {
+        request->has_path = true;
+        read_path(argument);
+    } else if (is_translator_option(argument)) {
+        // The option can only switch the translator off.
+        if (!HostKernel->ToBoolean(element(argument, 2))) AddTranslator = 0;
+    }
+}
+
+}  // namespace
+
+void add_search_directory(const char *text, size_t length) {
+    SearchDirectory *node = AllocRecord<SearchDirectory>();
+    *node = {StrDupBytes(text, length), SearchPath};
+    SearchPath = node;
+}
+
+bool read_arguments(HostValue args, RunRequest *request) {
+    int count = HostKernel->ElementCount(args);
+    if (count < 2) {
+        HostKernel->RaiseError("invalid input: at least two arguments expected", 0);
+        return false;
+    }
+    request->mode = required_text(
+        element(args, 1), "invalid input: string expected for first argument, but got %1");
+    if (!request->mode) return false;
+    request->source = required_text(
+        element(args, 2), "invalid input: string expected for second argument, but got %1");
+    if (!request->source) return false;
+    request->source_value = element(args, 2);
+    request->has_path = false;
+    AddTranslator = 1;
+    for (int i = 3; i <= count; i++) read_option(element(args, i), request);
+    return true;
+}

@@ -1,0 +1,19 @@
+/* The arguments of mTranslate. */
+#pragma once
+
+#include <mtranslate.h>
+#include <stddef.h>
+
+/* What a run is asked for; the texts are the host's. */
+struct RunRequest {
+    const char *mode;
+    const char *source; /* command text or file name */
+    HostValue source_value;
+    bool has_path; /* a list option was given, perhaps an empty one */
+};
+
+/* Reads the arguments; sets SearchPath and AddTranslator by the options. False when a required
+ * argument is missing or no string: the error has been raised. */
+bool read_arguments(HostValue args, RunRequest *request);
+/* Puts a directory of length bytes of text in front of SearchPath. */
+void add_search_directory(const char *text, size_t length);

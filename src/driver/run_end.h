@@ -1,0 +1,7 @@
+/* Ending a run from below. */
+#pragma once
+
+/* Raises message to the host. When the host's error operation returns, the run is given up: the
+ * entry releases it and answers null. Never returns to its caller, whose frames are not unwound
+ * and must therefore hold no object with a destructor. */
+[[noreturn]] void end_run(const char *message);

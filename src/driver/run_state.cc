@@ -1,0 +1,20 @@
+// The run state's variables, with their values before the first run.
+#include "driver/run_state.h"
+
+#include "driver/host_kernel.h"
+
+const HostKernelTable *HostKernel;
+
+HashTable *CalledNames;
+HashTable *DefinedNames;
+HashTable *KnownVariables;
+LongString OutputText;
+
+int32_t UsesArrayTools;
+int32_t UsesLinearAlgebra;
+int32_t FileMode = 1;
+int32_t AddTranslator = 1;
+
+SearchDirectory *SearchPath;
+mProc *CurrentProc;
+const char *InputFileName;

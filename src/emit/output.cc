@@ -1,0 +1,21 @@
+// Writing into the output text; each append may move it.
+#include "emit/output.h"
+
+#include "driver/run_state.h"
+
+void write_output(const char *text) { OutputText = AppendStringToString(OutputText, text); }
+
+void write_output(std::initializer_list<const char *> texts) {
+    for (const char *text : texts) write_output(text);
+}
+
+void write_indent(int level) {
+    for (; level > 0; level--) write_output("    ");
+}
+
+void write_list(const vExpr *list, const vExpr *end) {
+    for (const vExpr *cell = list; cell != end; cell = cell->next) {
+        if (cell != list) write_output(", ");
+        write_output(cell->item->text);
+    }
+}

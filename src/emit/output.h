@@ -1,0 +1,15 @@
+/* Writing into the run's OutputText. */
+#pragma once
+
+#include <initializer_list>
+
+#include "translate/expressions.h"
+
+/* Appends one text, or several. */
+void write_output(const char *text);
+void write_output(std::initializer_list<const char *> texts);
+/* Appends four blanks a level; nothing for a level of 0 or less. */
+void write_indent(int level);
+/* Appends the texts of a list of expressions, separated by ", ", up to the cell end (not
+ * included; null for the whole list). */
+void write_list(const vExpr *list, const vExpr *end);

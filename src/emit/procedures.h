@@ -1,0 +1,19 @@
+/* Writing whole procedures and scripts. */
+#pragma once
+
+#include "emit/statements.h"
+
+/* Writes a complete function as a host procedure and enters its name in DefinedNames. Releases the
+ * cells of its outputs and params. */
+void declare_proc(mProc *proc);
+/* Header, packages and locals; parameters and outputs become known variables. */
+void proc_header(const char *name, const vExpr *outputs, const vExpr *params);
+/* Globals (which are then forgotten), statements and the comments behind them. */
+void proc_body(mStat *body);
+/* The return of as many results as the caller asked for; nothing without outputs. The first line's
+ * indentation is the caller's. */
+void proc_return(const vExpr *outputs, int level);
+
+/* Writes a script, null for one without statements: first the procedures of the functions that it
+ * calls, then the packages of a script file, the statements and the comments behind them. */
+void script(mStat *first);

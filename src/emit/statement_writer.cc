@@ -1,0 +1,119 @@
+// Writing statements: a walk over the records that maps each control structure to the host's.
+#include "emit/statement_writer.h"
+
+#include <stdio.h>
+#include <string.h>
+
+#include "driver/run_state.h"
+#include "emit/comments.h"
+#include "emit/output.h"
+#include "emit/procedures.h"
+#include "emit/switch_writer.h"
+#include "translate/ranges.h"
+
+int showString(const char *text) {
+    printf("%s \n", text);
+    return 1;
+}
+
+void write_condition(const char *condition) {
+    write_output({"ArrayTools[AllNonZero](", condition, ")"});
+}
+
+static void write_expression(const mExpr *expr) {
+    // The only word with a form of its own; break is the host's word too.
+    if (strcmp(expr->text, "continue") == 0) {
+        write_output("next;\n");
+    } else {
+        write_output({expr->text, ";\n"});
+    }
+}
+
+static void write_counted_head(const mFor *record) {
+    const mRange *range = record->range->range;
+    write_output({"for ", record->variable->text, " from ", range->start->text, " to ",
+                  upper_bound(range)});
+    if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});
+}
+
+// The loop runs over the columns of a value.
+static void write_column_head(const mFor *record, int level) {
+    write_output({"qxrp_A := ", record->range->text, ";\n"});
+    write_indent(level);
+    write_output({"for ", record->variable->text,
+                  " in seq(qxrp_A(..,qxrp_i),"
+                  "qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(qxrp_A)(2..))) "});
+}
+
+static void write_for(const mFor *record, int level) {
+    if (is_range(record->range)) {
+        write_counted_head(record);
+    } else {
+        write_column_head(record, level);
+    }
+    write_output(" do\n");
+    display_statement(record->body, level + 1);
+    write_indent(level);
+    write_output("end do;\n");
+}
+
+static void write_while(const mWhile *record, int level) {
+    write_output("while ");
+    write_condition(record->condition->text);
+    write_output(" do\n");
+    display_statement(record->body, level + 1);
+    write_indent(level);
+    write_output("end do;\n");
+}
+
+static bool is_elseif(const mStat *stat) {
+    return stat->kind == STAT_IF && static_cast<const mIf *>(stat->payload)->is_elseif == 1;
+}
+
+// The if that heads a chain closes it; an elseif branch only continues it.
+static void write_if(const mIf *record, int level) {
+    write_output(record->is_elseif ? "elif " : "if ");
+    write_condition(record->condition->text);
+    write_output(" then\n");
+    display_statement(record->then_body, level + 1);
+    if (mStat *rest = record->else_part) {
+        if (is_elseif(rest)) {
+            display_statement(rest, level);
+        } else {
+            write_indent(level);
+            write_output("else\n");
+            display_statement(rest, level + 1);
+        }
+    }
+    if (record->is_elseif) return;
+    write_indent(level);
+    write_output("end if;\n");
+}
+
+static void write_return(int level) {
+    if (CurrentProc && CurrentProc->outputs) {
+        proc_return(CurrentProc->outputs, level);
+    } else {
+        write_output("return;\n");
+    }
+}
+
+static void write_statement(const mStat *stat, int level) {
+    switch (stat->kind) {
+        case STAT_EXPR: return write_expression(static_cast<const mExpr *>(stat->payload));
+        case STAT_FOR: return write_for(static_cast<const mFor *>(stat->payload), level);
+        case STAT_IF: return write_if(static_cast<const mIf *>(stat->payload), level);
+        case STAT_SWITCH: return write_switch(static_cast<mSwitch *>(stat->payload), level);
+        case STAT_WHILE: return write_while(static_cast<const mWhile *>(stat->payload), level);
+        case STAT_RETURN: return write_return(level);
+        default: return;  // a global declaration stands in the procedure's global line
+    }
+}
+
+void display_statement(mStat *first, int level) {
+    for (const mStat *stat = first; stat; stat = stat->next) {
+        write_comments(stat->comments, level);
+        write_indent(level);
+        write_statement(stat, level);
+    }
+}

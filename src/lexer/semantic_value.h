@@ -1,0 +1,48 @@
+/* The value of a grammar symbol: three words, of which most symbols use the first. The scanner
+ * delivers a token's text in the first word of yylval and touches no other. Whatever a value
+ * points to is a tracked block, so the parser never has to release a value it discards. */
+#pragma once
+
+#include <mtranslate.h>
+#include <stdint.h>
+
+struct mExpr;
+struct mMatrix;
+struct mProc;
+struct mVector;
+
+/* Names of a global statement. The array has room for the next power of two of count. */
+struct NameList {
+    int32_t count;
+    const char **names;
+};
+
+/* Words of a command in source order, with the last cell at hand for the next word. */
+struct WordList {
+    vExpr *first;
+    vExpr *last;
+};
+
+/* A range under way; no stop: it ends with end, or its last operand is still to come. */
+struct RangeTriple {
+    mExpr *start;
+    mExpr *step;
+    mExpr *stop;
+};
+
+union SemanticValue {
+    char *text;          /* valued tokens */
+    mExpr *expr;         /* expressions, names, references, assignments */
+    vExpr *list;         /* argument, name, value and target lists in source order; comments */
+    mStat *stat;         /* a statement, or the first of a list; null for none */
+    mProc *proc;         /* function_header */
+    mMatrix *matrix;     /* matrix and cell literals, rows, assignment targets */
+    mVector *vector;     /* one row */
+    NameList names;      /* global_names */
+    WordList words;      /* command_words */
+    RangeTriple range;   /* range_triple */
+    int32_t delimiter;   /* opening marks: the BracketDelimiter outside the bracket */
+    uintptr_t slots[3];
+};
+
+static_assert(sizeof(SemanticValue) == 3 * sizeof(uintptr_t), "hosts read yylval as three words");

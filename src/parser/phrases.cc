@@ -1,0 +1,76 @@
+// Phrases that the grammar puts together.
+#include "parser/phrases.h"
+
+#include "emit/procedures.h"
+#include "support/allocation.h"
+#include "translate/calls.h"
+#include "translate/cells.h"
+#include "translate/ranges.h"
+
+mStat *InputSequence;
+
+WordList start_words(const char *word) {
+    vExpr *cell = alloc_vExpr(new_node(EXPR_STRING, word));
+    return {cell, cell};
+}
+
+WordList add_word(WordList words, mExpr *word) {
+    words.last->next = alloc_vExpr(word);
+    return {words.first, words.last->next};
+}
+
+mStat *new_command_stat(mExpr *name, vExpr *words) {
+    mStat *stat = new_expression_stat(new_function_node(name, words));
+    free_vExpr(words);
+    return stat;
+}
+
+mExpr *new_call(mExpr *callee, vExpr *arguments) {
+    mExpr *call = new_function_node(callee, arguments);
+    free_vExpr(arguments);
+    return call;
+}
+
+mExpr *new_brace_index(mExpr *callee, vExpr *arguments) {
+    mExpr *index = new_cell_node(callee, arguments);
+    free_vExpr(arguments);
+    return index;
+}
+
+mExpr *new_last_position() { return new_node(EXPR_INTEGER, "-1"); }
+
+static mExpr *unit_step() { return new_node(EXPR_INTEGER, "1"); }
+
+RangeTriple start_range(mExpr *start, mExpr *next, bool colon_follows) {
+    if (colon_follows) return {start, next, nullptr};
+    return {start, unit_step(), next};
+}
+
+RangeTriple start_open_range(mExpr *start) { return {start, unit_step(), nullptr}; }
+
+RangeTriple extend_range(RangeTriple range, mExpr *next, bool colon_follows) {
+    if (!range.stop) return {range.start, range.step, next};
+    return start_range(new_seq_node(range.start, range.step, range.stop), next, colon_follows);
+}
+
+NameList start_names(const char *name) {
+    const char **names = static_cast<const char **>(Alloc(sizeof(char *)));
+    names[0] = StrDup(name);
+    return {1, names};
+}
+
+NameList add_global(NameList list, const char *name) {
+    bool is_full = (list.count & (list.count - 1)) == 0;  // room for powers of two
+    if (is_full) {
+        size_t size = 2 * static_cast<size_t>(list.count) * sizeof(char *);
+        list.names = static_cast<const char **>(Realloc(list.names, size));
+    }
+    list.names[list.count++] = StrDup(name);
+    return list;
+}
+
+mStat *define_function(mProc *proc, mStat *body) {
+    proc->body = body;
+    declare_proc(proc);
+    return body;
+}

@@ -1,0 +1,116 @@
+// The core of the hash table: buckets of growable entry arrays, first match wins.
+#include "support/hash_table.h"
+
+#include "support/heap.h"
+
+namespace {
+
+// A bucket gets room for this many entries at its first insertion and doubles from there.
+constexpr int32_t FIRST_CAPACITY = 256;
+
+HashBucket *bucket_of(const HashTable *table, int32_t key) {
+    uint32_t magnitude = key < 0 ? 0u - static_cast<uint32_t>(key) : static_cast<uint32_t>(key);
+    return &table->buckets[magnitude % static_cast<uint32_t>(table->bucket_count)];
+}
+
+bool grow(HashBucket *bucket) {
+    int32_t capacity = bucket->capacity ? bucket->capacity * 2 : FIRST_CAPACITY;
+    void *entries =
+        HeapResize(bucket->entries, static_cast<size_t>(capacity) * sizeof(HashEntry));
+    if (!entries) return false;
+    bucket->entries = static_cast<HashEntry *>(entries);
+    bucket->capacity = capacity;
+    return true;
+}
+
+HashEntry *find(const HashBucket *bucket, int32_t key, const void *probe, HashCompare compare) {
+    for (int32_t i = 0; i < bucket->count; i++) {
+        HashEntry *entry = &bucket->entries[i];
+        if (entry->key == key && compare(entry->value, probe)) return entry;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+HashTable *HashCreate(int32_t bucket_count) {
+    HashTable *table = static_cast<HashTable *>(HeapAlloc(sizeof(HashTable)));
+    if (!table) return nullptr;
+    size_t used = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
+    table->buckets = static_cast<HashBucket *>(HeapAllocCleared(used * sizeof(HashBucket)));
+    table->bucket_count = bucket_count;
+    if (table->buckets) return table;
+    HeapFree(table);
+    return nullptr;
+}
+
+int HashInsert(HashTable *table, int32_t key, HashValue value) {
+    HashBucket *bucket = bucket_of(table, key);
+    if (bucket->count == bucket->capacity && !grow(bucket)) return 0;
+    bucket->entries[bucket->count++] = {key, value};
+    return 1;
+}
+
+int HashLookup(const HashTable *table, int32_t key, HashValue *value, const void *probe,
+               HashCompare compare) {
+    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
+    if (!entry) return 0;
+    *value = entry->value;
+    return 1;
+}
+
+int HashUpdate(HashTable *table, int32_t key, HashValue new_value, const void *probe,
+               HashCompare compare, HashUpdateFunction update) {
+    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
+    if (!entry) return 0;
+    update(&entry->value, new_value);
+    return 1;
+}
+
+int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
+               HashCompare compare) {
+    HashBucket *bucket = bucket_of(table, key);
+    HashEntry *entry = find(bucket, key, probe, compare);
+    if (!entry) return 0;
+    if (value) *value = entry->value;
+    *entry = bucket->entries[--bucket->count];
+    return 1;
+}
+
+int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {
+    for (int32_t b = 0; b < table->bucket_count; b++) {
+        const HashBucket *bucket = &table->buckets[b];
+        for (int32_t i = 0; i < bucket->count; i++) {
+            if (!visit(bucket->entries[i].key, bucket->entries[i].value, datum)) return 0;
+        }
+    }
+    return 1;
+}
+
+int HashForEach(const HashTable *table, void *datum_a, void *datum_b, HashVisit visit) {
+    for (int32_t b = 0; b < table->bucket_count; b++) {
+        const HashBucket *bucket = &table->buckets[b];
+        for (int32_t i = 0; i < bucket->count; i++) {
+            if (!visit(bucket->entries[i].value, datum_a, datum_b)) return 0;
+        }
+    }
+    return 1;
+}
+
+HashTable *HashCopy(const HashTable *table) {
+    HashTable *copy = HashCreate(table->bucket_count);
+    if (!copy) return nullptr;
+    HashPairVisit insert = [](int32_t key, HashValue value, void *datum) {
+        return HashInsert(static_cast<HashTable *>(datum), key, value);
+    };
+    if (HashForEachPair(table, copy, insert)) return copy;
+    HashDestroy(copy);
+    return nullptr;
+}
+
+void HashDestroy(HashTable *table) {
+    if (!table) return;
+    for (int32_t b = 0; b < table->bucket_count; b++) HeapFree(table->buckets[b].entries);
+    HeapFree(table->buckets);
+    HeapFree(table);
+}

@@ -1,0 +1,91 @@
+// Growing texts: a header block, and a data block that starts with a pointer back to the header.
+#include "support/long_string.h"
+
+#include <string.h>
+
+#include "driver/run_end.h"
+#include "support/allocation.h"
+
+namespace {
+
+struct DataBlock;
+
+struct Header {
+    int32_t capacity;  // bytes for characters and terminator
+    int32_t length;    // characters; always below the capacity
+    DataBlock *data;
+};
+
+struct DataBlock {
+    Header *header;
+    char text[1];  // capacity bytes
+};
+
+constexpr int32_t FIRST_CAPACITY = 256;
+constexpr size_t TEXT_OFFSET = offsetof(DataBlock, text);
+
+Header *header_of(LongString handle) {
+    return reinterpret_cast<DataBlock *>(handle - TEXT_OFFSET)->header;
+}
+
+void resize_data(Header *header) {
+    size_t size = TEXT_OFFSET + static_cast<size_t>(header->capacity);
+    header->data = static_cast<DataBlock *>(Realloc(header->data, size));
+}
+
+char *text_of(const Header *header) {
+    return reinterpret_cast<char *>(header->data) + TEXT_OFFSET;
+}
+
+// Makes room for more characters behind the text; the handle may move.
+void reserve(Header *header, size_t more) {
+    int64_t needed = static_cast<int64_t>(header->length) + static_cast<int64_t>(more);
+    if (needed < header->capacity) return;
+    int64_t capacity = header->capacity;
+    while (needed >= capacity) capacity = capacity * 3 / 2;
+    if (capacity > INT32_MAX) end_run("memory exhausted");
+    header->capacity = static_cast<int32_t>(capacity);
+    resize_data(header);
+}
+
+}  // namespace
+
+LongString NewLongString() {
+    Header *header = AllocRecord<Header>();
+    *header = {FIRST_CAPACITY, 0, nullptr};
+    resize_data(header);
+    header->data->header = header;
+    text_of(header)[0] = '\0';
+    return text_of(header);
+}
+
+LongString AppendToString(LongString handle, char character) {
+    Header *header = header_of(handle);
+    reserve(header, 1);
+    char *end = text_of(header) + header->length++;
+    end[0] = character;
+    end[1] = '\0';
+    return text_of(header);
+}
+
+LongString AppendStringToString(LongString handle, const char *text) {
+    Header *header = header_of(handle);
+    size_t length = strlen(text);
+    reserve(header, length);
+    memcpy(text_of(header) + header->length, text, length + 1);
+    header->length += static_cast<int32_t>(length);
+    return text_of(header);
+}
+
+int32_t LengthString(LongString handle) { return header_of(handle)->length; }
+
+void ClearLongString(LongString handle) {
+    header_of(handle)->length = 0;
+    handle[0] = '\0';
+}
+
+void DisposeString(LongString handle) {
+    Header *header = header_of(handle);
+    Free(header->data);
+    Free(header);
+}

@@ -1,0 +1,43 @@
+// Assignments.
+#include "translate/assignment.h"
+
+#include <string.h>
+
+#include "driver/run_state.h"
+#include "support/string_hash.h"
+#include "translate/text_forms.h"
+
+// Enters each text between commas; the texts are put back together behind it.
+static void note_targets(char *targets) {
+    for (char *target = targets;;) {
+        char *comma = strchr(target, ',');
+        if (comma) *comma = '\0';
+        add_name(KnownVariables, target);
+        if (!comma) return;
+        *comma = ',';
+        if (!comma[1]) return;
+        target = comma + 2;  // behind the comma and its blank
+    }
+}
+
+// " a, b)", the rest of a concatenation, becomes "(a, b)".
+static char *write_targets(char *at, const char *rest) {
+    size_t length = strlen(rest);
+    if (length < 2) return write_text(at, ")");
+    char *end = at + length - 1;
+    memcpy(at, rest, length);
+    *at = '(';
+    *end = '\0';
+    note_targets(at + 1);
+    return write_text(end, ")");
+}
+
+char *write_assignment(char *at, const char *target, const char *value) {
+    const char *prefix = FileMode ? "Concatenate(2," : "ArrayTools:-Concatenate(2,";
+    if (has_prefix(target, prefix)) {
+        return write_form(write_targets(at, target + strlen(prefix)), " := %s", {value});
+    }
+    if (is_identifier(target)) add_name(KnownVariables, target);
+    const char *form = is_identifier(value) ? "%s := copy(%s)" : "%s := %s";
+    return write_form(at, form, {target, value});
+}
