@@ -29,7 +29,7 @@ struct SuspendedParse {
 struct Resolution {
     int32_t new_names;     // entered into pending in this pass
     HashTable *defined;    // DefinedNames
-    HashTable *pending;    // names to search in the next pass
+    HashTable *pending;    // names to search in the next pass; null for none
     bool has_suspended;    // a file was found, so suspended is set
     SuspendedParse suspended;
 };
@@ -88,6 +88,7 @@ static int translate_called_file(const char *name, HashValue, void *context) {
 static int collect_pending_name(const char *name, HashValue value, void *context) {
     Resolution *resolution = static_cast<Resolution *>(context);
     if (StringHashLookup(resolution->defined, name)) return 1;
+    if (!resolution->pending) resolution->pending = new_name_table(PENDING_BUCKETS);
     StringHashInsert(resolution->pending, name, value);
     resolution->new_names++;
     return 1;
@@ -100,7 +101,7 @@ void resolve_called_functions() {
         resolution.new_names = 0;
         CalledNames = new_name_table(PASS_BUCKETS);
         StringHashForEach(searched, &resolution, translate_called_file);
-        resolution.pending = new_name_table(PENDING_BUCKETS);
+        resolution.pending = nullptr;
         // A script among the files has put a table of its own into CalledNames: what was in the
         // pass's table before it has been searched with the script.
         StringHashForEach(CalledNames, &resolution, collect_pending_name);

@@ -17,7 +17,6 @@
 namespace {
 
 constexpr int32_t NAME_BUCKETS = 1024;
-constexpr int32_t ALLOCATION_BUCKETS = 5120;
 
 // Where end_run goes when the host's error operation returns.
 jmp_buf RunExit;
@@ -54,6 +53,9 @@ void release_run() {
     OutputText = nullptr;
     PrevLine = SourceText = "";
 }
+
+// A host that unloads the library, or ends, behind an abandoned run need not release it itself.
+__attribute__((destructor)) static void release_at_unload() { release_run(); }
 
 void end_run(const char *message) {
     HostKernel->RaiseError(message, 0);

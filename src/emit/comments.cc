@@ -7,6 +7,12 @@
 
 vExpr *LastComment;
 
+vExpr *start_line_ends() {
+    static mExpr line_end = {EXPR_COMMENT, "\n", 0, nullptr};
+    LastComment = alloc_vExpr(&line_end);
+    return LastComment;
+}
+
 vExpr *start_comments(const char *text) {
     LastComment = alloc_vExpr(new_node(EXPR_COMMENT, text));
     return LastComment;

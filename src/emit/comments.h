@@ -7,8 +7,9 @@
 
 #include "translate/expressions.h"
 
-/* A new list of one comment or line end (EXPR_COMMENT), and the list with another comment; both
- * become LastComment. */
+/* A new list of a line end, a new list of a comment (EXPR_COMMENT), and a list with another comment;
+ * each becomes LastComment. */
+vExpr *start_line_ends();
 vExpr *start_comments(const char *text);
 vExpr *add_comment(vExpr *list, const char *text);
 

@@ -28,12 +28,6 @@ void restore_position(const SourcePosition *position) {
     ScanOffset = position->scan_offset;
 }
 
-void advance_position(int length) {
-    TokenOffset = ScanOffset;
-    ScanOffset += length;
-    SourcePos += length;
-}
-
 void count_lines(unsigned int lines) {
     SourceLine += lines;
     SourcePos = 0;

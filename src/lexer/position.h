@@ -27,7 +27,11 @@ SourcePosition save_position();
 void restore_position(const SourcePosition *position);
 
 /* A token of length characters begins at the current place. */
-void advance_position(int length);
+inline void advance_position(int length) {
+    TokenOffset = ScanOffset;
+    ScanOffset += length;
+    SourcePos += length;
+}
 /* Lines ended: the column starts afresh. */
 void count_lines(unsigned int lines);
 /* A run of line ends was read; text is the whole run and the line behind it. */

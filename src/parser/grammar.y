@@ -169,7 +169,7 @@ delimiter
   ;
 
 line_ends
-  : NEWLINE            { $$ = start_comments("\n"); }
+  : NEWLINE            { $$ = start_line_ends(); }
   | line_ends NEWLINE
   | COMMENT            { $$ = start_comments($1); }
   | line_ends COMMENT  { $$ = add_comment($1, $2); }
@@ -294,9 +294,9 @@ field_name
 index_list
   : ':'                        { $$ = alloc_vExpr(new_node(EXPR_RANGE, nullptr)); }
   | expression                 { $$ = alloc_vExpr($1); }
-  | "end"                      { $$ = alloc_vExpr(new_last_position()); }
+  | "end"                      { $$ = alloc_vExpr(last_position()); }
   | ':' ',' index_list         { $$ = prepend_vExpr(new_node(EXPR_RANGE, nullptr), $3); }
-  | "end" ',' index_list       { $$ = prepend_vExpr(new_last_position(), $3); }
+  | "end" ',' index_list       { $$ = prepend_vExpr(last_position(), $3); }
   | expression ',' index_list  { $$ = prepend_vExpr($1, $3); }
   ;
 
@@ -503,8 +503,8 @@ parameter_list
 name_list
   : plain_name ',' name_list  { $$ = prepend_vExpr($1, $3); }
   | plain_name                { $$ = alloc_vExpr($1); }
-  | "end" ',' name_list       { $$ = prepend_vExpr(new_last_position(), $3); }
-  | "end"                     { $$ = alloc_vExpr(new_last_position()); }
+  | "end" ',' name_list       { $$ = prepend_vExpr(last_position(), $3); }
+  | "end"                     { $$ = alloc_vExpr(last_position()); }
   ;
 
 function_body

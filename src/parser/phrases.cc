@@ -37,10 +37,6 @@ mExpr *new_brace_index(mExpr *callee, vExpr *arguments) {
     return index;
 }
 
-mExpr *new_last_position() { return new_node(EXPR_INTEGER, "-1"); }
-
-static mExpr *unit_step() { return new_node(EXPR_INTEGER, "1"); }
-
 RangeTriple start_range(mExpr *start, mExpr *next, bool colon_follows) {
     if (colon_follows) return {start, next, nullptr};
     return {start, unit_step(), next};

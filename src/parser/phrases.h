@@ -15,8 +15,6 @@ mStat *new_command_stat(mExpr *name, vExpr *words);
 /* A call, an index or a brace index; releases the arguments' cells. */
 mExpr *new_call(mExpr *callee, vExpr *arguments);
 mExpr *new_brace_index(mExpr *callee, vExpr *arguments);
-/* The keyword end where it stands for a whole argument. */
-mExpr *new_last_position();
 
 /* start:next, where next is the step when a further colon follows, else the stop. */
 RangeTriple start_range(mExpr *start, mExpr *next, bool colon_follows);

@@ -11,12 +11,20 @@ HashTable *AllocationTable;
 
 namespace {
 
-// Blocks of the same 4 KB of addresses share a key: a small run then touches few buckets, each of
-// which has room for 256 blocks from the start, and the buckets of a large run stay short.
-constexpr int KEY_SHIFT = 12;
+// Blocks of the same region of addresses share a bucket. A bucket takes 4 KB at its first block,
+// which land among the blocks: the region is larger than that, so that a small run touches few
+// buckets, and small enough that the buckets of a large run stay short. Within a bucket the keys
+// differ by the place in the region, at the alignment of heap blocks.
+constexpr int REGION_SHIFT = 14;
+constexpr int ALIGNMENT_SHIFT = 4;
+constexpr uintptr_t PLACES = uintptr_t(1) << (REGION_SHIFT - ALIGNMENT_SHIFT);
+static_assert(PLACES < INT32_MAX / ALLOCATION_BUCKETS, "keys are positive");
 
 int32_t key_of(const void *block) {
-    return static_cast<int32_t>(reinterpret_cast<uintptr_t>(block) >> KEY_SHIFT);
+    uintptr_t address = reinterpret_cast<uintptr_t>(block);
+    uintptr_t bucket = (address >> REGION_SHIFT) % ALLOCATION_BUCKETS;
+    uintptr_t place = (address >> ALIGNMENT_SHIFT) % PLACES;
+    return static_cast<int32_t>(place * ALLOCATION_BUCKETS + bucket);
 }
 
 int is_same_block(HashValue stored, const void *probe) { return stored == probe; }
@@ -31,7 +39,7 @@ void *enter(void *block) {
 }
 
 void remove_entry(void *block) {
-    HashRemove(AllocationTable, key_of(block), nullptr, block, is_same_block);
+    HashRemoveRecent(AllocationTable, key_of(block), nullptr, block, is_same_block);
 }
 
 }  // namespace

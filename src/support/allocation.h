@@ -9,8 +9,10 @@
 
 #include "support/hash_table.h"
 
-/* Registry of the live blocks of the run: key the narrowed address, value the address. */
+/* Registry of the live blocks of the run: key the narrowed address, value the address. Made with
+ * ALLOCATION_BUCKETS buckets. */
 extern HashTable *AllocationTable;
+constexpr int32_t ALLOCATION_BUCKETS = 5120;
 
 /* A new block of size bytes, contents not cleared. */
 void *Alloc(size_t size);

@@ -31,6 +31,15 @@ HashEntry *find(const HashBucket *bucket, int32_t key, const void *probe, HashCo
     return nullptr;
 }
 
+HashEntry *find_last(const HashBucket *bucket, int32_t key, const void *probe,
+                     HashCompare compare) {
+    for (int32_t i = bucket->count - 1; i >= 0; i--) {
+        HashEntry *entry = &bucket->entries[i];
+        if (entry->key == key && compare(entry->value, probe)) return entry;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 HashTable *HashCreate(int32_t bucket_count) {
@@ -67,14 +76,23 @@ int HashUpdate(HashTable *table, int32_t key, HashValue new_value, const void *p
     return 1;
 }
 
-int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
-               HashCompare compare) {
-    HashBucket *bucket = bucket_of(table, key);
-    HashEntry *entry = find(bucket, key, probe, compare);
+static int remove_entry(HashBucket *bucket, HashEntry *entry, HashValue *value) {
     if (!entry) return 0;
     if (value) *value = entry->value;
     *entry = bucket->entries[--bucket->count];
     return 1;
+}
+
+int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
+               HashCompare compare) {
+    HashBucket *bucket = bucket_of(table, key);
+    return remove_entry(bucket, find(bucket, key, probe, compare), value);
+}
+
+int HashRemoveRecent(HashTable *table, int32_t key, HashValue *value, const void *probe,
+                     HashCompare compare) {
+    HashBucket *bucket = bucket_of(table, key);
+    return remove_entry(bucket, find_last(bucket, key, probe, compare), value);
 }
 
 int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {

@@ -50,6 +50,9 @@ int HashUpdate(HashTable *table, int32_t key, HashValue new_value, const void *p
  * removed value goes to *value unless value is null. */
 int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
                HashCompare compare);
+/* The same for a table without duplicates, found faster when the entry was inserted lately. */
+int HashRemoveRecent(HashTable *table, int32_t key, HashValue *value, const void *probe,
+                     HashCompare compare);
 /* Visit every entry, bucket by bucket and in the order of each bucket. 1 when complete, 0 when a
  * visit stopped. */
 int HashForEach(const HashTable *table, void *datum_a, void *datum_b, HashVisit visit);

@@ -60,11 +60,12 @@ char *write_argument(char *at, const Arguments *of, int k, const mExpr *argument
     return write_text(at, argument->text);
 }
 
-const char *own_form(const Arguments *of, const vExpr *list) {
-    char *text = static_cast<char *>(Alloc(own_form_size(of, list)));
+mExpr *new_own_form(const Arguments *of, const vExpr *list) {
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_CALL, 0, own_form_size(of, list), &text);
     if (of->count == 1 && is_colon(list->item)) {
         write_form(text, "Vector[column](%s(..))", {of->name});
-        return text;
+        return expr;
     }
     char *at = write_form(text, "%s(", {of->name});
     for (int k = 1; list; k++, list = list->next) {
@@ -72,13 +73,16 @@ const char *own_form(const Arguments *of, const vExpr *list) {
         at = write_argument(at, of, k, list->item);
     }
     write_text(at, ")");
-    return text;
+    return expr;
 }
 
-// The host's text for the call. Without one the name is recorded as called; null.
-const char *host_form(const char *name, const vExpr *list) {
-    const char *call = translate_call(name, list);
-    if (call) return StrDup(note_package(call));
+// The host's form of the call. Without one the name is recorded as called; null.
+mExpr *new_host_form(const char *name, const vExpr *list) {
+    if (const char *call = translate_call(name, list)) {
+        mExpr *expr = alloc_mExpr();
+        *expr = {EXPR_CALL, StrDup(note_package(call)), 0, nullptr};
+        return expr;
+    }
     StringHashInsert(CalledNames, name, const_cast<char *>(name));
     return nullptr;
 }
@@ -86,16 +90,10 @@ const char *host_form(const char *name, const vExpr *list) {
 }  // namespace
 
 mExpr *new_function_node(const mExpr *name, const vExpr *arguments) {
-    mExpr *expr = alloc_mExpr();
     bool is_variable = StringHashLookup(KnownVariables, name->text) != nullptr;
-    const char *text = nullptr;
     if (AddTranslator && !is_variable && !StringHashLookup(CalledNames, name->text)) {
-        text = host_form(name->text, arguments);
+        if (mExpr *call = new_host_form(name->text, arguments)) return call;
     }
-    if (!text) {
-        Arguments of = {name->text, is_variable, count_vExpr(arguments)};
-        text = own_form(&of, arguments);
-    }
-    *expr = {EXPR_CALL, text, 0, nullptr};
-    return expr;
+    Arguments of = {name->text, is_variable, count_vExpr(arguments)};
+    return new_own_form(&of, arguments);
 }

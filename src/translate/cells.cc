@@ -3,7 +3,6 @@
 
 #include <string.h>
 
-#include "support/allocation.h"
 #include "translate/text_forms.h"
 
 static size_t index_size(const mExpr *name, const vExpr *list) {
@@ -40,15 +39,15 @@ static char *write_index(char *at, const mExpr *index, bool is_args) {
 }
 
 mExpr *new_cell_node(const mExpr *name, const vExpr *arguments) {
-    mExpr *expr = alloc_mExpr();
     bool is_args = strcmp(name->text, "varargin") == 0;
     bool whole_list = !arguments || (!arguments->next && is_colon(arguments->item));
     if (is_args && whole_list) {
+        mExpr *expr = alloc_mExpr();
         *expr = {EXPR_NAME, "args", 0, nullptr};
         return expr;
     }
-    char *text = static_cast<char *>(Alloc(index_size(name, arguments)));
-    *expr = {EXPR_CALL, text, 0, nullptr};
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_CALL, 0, index_size(name, arguments), &text);
     char *at = is_args ? write_text(text, "args[") : write_form(text, "%s(", {name->text});
     for (const vExpr *cell = arguments; cell; cell = cell->next) {
         if (cell != arguments) at = write_text(at, ", ");

@@ -11,6 +11,14 @@
 
 mExpr *alloc_mExpr() { return AllocRecord<mExpr>(); }
 
+mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text) {
+    mExpr *expr = static_cast<mExpr *>(Alloc(sizeof(mExpr) + size));
+    *text = reinterpret_cast<char *>(expr + 1);
+    **text = '\0';
+    *expr = {kind, *text, scalar, nullptr};
+    return expr;
+}
+
 vExpr *alloc_vExpr(mExpr *item) {
     vExpr *cell = AllocRecord<vExpr>();
     *cell = {item, nullptr, nullptr};
@@ -38,17 +46,25 @@ int count_vExpr(const vExpr *list) {
     return count;
 }
 
-static const char *string_text(const char *contents) {
-    char *text = static_cast<char *>(Alloc(2 * strlen(contents) + 3));
+static mExpr *new_string(const char *contents) {
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, 1, 2 * strlen(contents) + 3, &text);
     text[0] = '"';
     write_text(write_escaped(text + 1, contents), "\"");
-    return text;
+    return expr;
 }
 
-static const char *imaginary_text(const char *number) {
-    char *text = static_cast<char *>(Alloc(strlen(number) + 3));
+static mExpr *new_imaginary(const char *number) {
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_IMAGINARY, 1, strlen(number) + 3, &text);
     write_form(text, "%s*I", {number});
-    return text;
+    return expr;
+}
+
+static mExpr *new_leaf(int kind, const char *text) {
+    mExpr *expr = alloc_mExpr();
+    *expr = {kind, text, kind <= EXPR_IMAGINARY, nullptr};
+    return expr;
 }
 
 static const char *name_text(const char *name) {
@@ -62,20 +78,24 @@ static const char *name_text(const char *name) {
     return translation ? StrDup(translation) : name;
 }
 
-static const char *leaf_text(int kind, const char *text) {
+mExpr *new_node(int kind, const char *text) {
     switch (kind) {
-        case EXPR_STRING: return string_text(text);
-        case EXPR_IMAGINARY: return imaginary_text(text);
-        case EXPR_NAME: return name_text(text);
-        case EXPR_RANGE: return "<seq(1..1)>";
-        default: return text;
+        case EXPR_STRING: return new_string(text);
+        case EXPR_IMAGINARY: return new_imaginary(text);
+        case EXPR_NAME: return new_leaf(kind, name_text(text));
+        case EXPR_RANGE: return new_leaf(kind, "<seq(1..1)>");
+        default: return new_leaf(kind, text);
     }
 }
 
-mExpr *new_node(int kind, const char *text) {
-    mExpr *expr = alloc_mExpr();
-    *expr = {kind, leaf_text(kind, text), kind <= EXPR_IMAGINARY, nullptr};
-    return expr;
+mExpr *unit_step() {
+    static mExpr one = {EXPR_INTEGER, "1", 1, nullptr};
+    return &one;
+}
+
+mExpr *last_position() {
+    static mExpr last = {EXPR_INTEGER, "-1", 1, nullptr};
+    return &last;
 }
 
 bool is_colon(const mExpr *expr) { return expr->kind == EXPR_RANGE && !expr->range; }

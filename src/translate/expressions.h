@@ -5,6 +5,7 @@
  * be shared between records. Builders read their operands and never change them. */
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 /* What a record stands for. Records of operators have the operator's id (operators.h) as their
@@ -62,6 +63,9 @@ struct vExpr {
 
 /* A new record, not cleared. */
 mExpr *alloc_mExpr();
+/* A new record without a range, and with room for size bytes of text, which starts out empty and
+ * lies behind the record in the same block. */
+mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text);
 /* A new list of one cell. */
 vExpr *alloc_vExpr(mExpr *item);
 /* The list with item in front. */
@@ -76,6 +80,11 @@ int count_vExpr(const vExpr *list);
  * which gets a placeholder that every builder that accepts a colon replaces. A name is offered to
  * the host for translation; one with a leading @ is a function handle and recorded as called. */
 mExpr *new_node(int kind, const char *text);
+
+/* Integers that the grammar supplies, shared: the step of a range without one, and the last
+ * position, which the keyword end stands for. */
+mExpr *unit_step();
+mExpr *last_position();
 
 /* Whether the record is a lone colon; whether it is a range with parts. */
 bool is_colon(const mExpr *expr);

@@ -13,9 +13,9 @@ mExpr *new_field_name(const char *left, const char *right) {
 }
 
 mExpr *new_dotstring(const char *first, const char *second) {
-    mExpr *expr = alloc_mExpr();
-    char *text = static_cast<char *>(Alloc(2 * (strlen(first) + strlen(second)) + 4));
-    *expr = {EXPR_STRING, text, 1, nullptr};
+    char *text;
+    size_t size = 2 * (strlen(first) + strlen(second)) + 4;
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, 1, size, &text);
     char *at = write_escaped(write_text(text, "\""), first);
     at = write_escaped(write_text(at, "."), second);
     write_text(at, "\"");

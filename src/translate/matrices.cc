@@ -166,9 +166,8 @@ void write_literal(char *at, const Shape *shape, const mMatrix *matrix) {
 
 mExpr *new_matrix_node(const mMatrix *matrix, int is_cell) {
     Shape shape = measure(matrix, is_cell != 0);
-    mExpr *expr = alloc_mExpr();
-    char *text = static_cast<char *>(Alloc(shape.text_length + 80));
-    *expr = {EXPR_MATRIX, text, 0, nullptr};
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_MATRIX, 0, shape.text_length + 80, &text);
     write_literal(text, &shape, matrix);
     return expr;
 }

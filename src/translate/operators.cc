@@ -5,7 +5,6 @@
 #include <string.h>
 
 #include "lexer/brackets.h"
-#include "support/allocation.h"
 #include "translate/assignment.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
@@ -80,12 +79,10 @@ char *write_unary(char *at, int id, const char *operand) {
     }
 }
 
-// A record with room for size characters of text; "(" is in place when it belongs there.
+// A record with room for size bytes of text; "(" is in place when it belongs there.
 mExpr *new_operator(int id, size_t size, int scalar, char **at) {
-    mExpr *expr = alloc_mExpr();
-    char *text = static_cast<char *>(Alloc(size));
-    *expr = {id, text, scalar, nullptr};
-    *at = write_text(text, BracketDelimiter == IN_PARENTHESES ? "(" : "");
+    mExpr *expr = alloc_text_mExpr(id, scalar, size, at);
+    if (BracketDelimiter == IN_PARENTHESES) *at = write_text(*at, "(");
     return expr;
 }
 

@@ -13,17 +13,17 @@ char *write_sequence(char *at, const char *start, const char *upper, const char 
 }
 
 mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop) {
-    mExpr *expr = alloc_mExpr();
     mRange *range = AllocRecord<mRange>();
     *range = {start, step, stop};
     const char *upper = upper_bound(range);
     size_t size = strlen(start->text) + strlen(step->text) + strlen(upper) + 30;
-    char *text = static_cast<char *>(Alloc(size));
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_RANGE, 0, size, &text);
+    expr->range = range;
     if (has_unit_step(range)) {
         write_form(text, "Vector[row]([seq(%s..%s)])", {start->text, upper});
     } else {
         write_sequence(text, start->text, upper, step->text);
     }
-    *expr = {EXPR_RANGE, text, 0, range};
     return expr;
 }
