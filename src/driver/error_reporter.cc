@@ -63,24 +63,28 @@ size_t caret_size(const Excerpt *excerpt) {
     return excerpt->caret == NO_CARET ? 0 : static_cast<size_t>(excerpt->caret) + 2;
 }
 
-// Writes the header in at most room characters. One that is too long loses the beginning of the
-// file name, or, for a message longer than that, its own end.
+// Formats the header into room characters and a NUL; answers the length that it needs.
+size_t format_header(char *to, size_t room, const char *dots, const char *name,
+                     const char *message) {
+    int length =
+        name ? snprintf(to, room + 1, "on line %u of %s%s, %s\n", SourceLine, dots, name, message)
+             : snprintf(to, room + 1, "on line %u, %s\n", SourceLine, message);
+    return static_cast<size_t>(length);
+}
+
+// A header that is too long loses the beginning of the file name, then the end of its message.
 size_t write_header(char *to, size_t room, const char *message) {
-    if (!InputFileName) {
-        int length = snprintf(to, room + 1, "on line %u, %s\n", SourceLine, message);
-        return static_cast<size_t>(length) < room ? static_cast<size_t>(length) : room;
-    }
-    const char *form = "on line %u of %s%s, %s\n";
-    const char *dots = "";
     const char *name = InputFileName;
-    size_t length = static_cast<size_t>(snprintf(to, room + 1, form, SourceLine, dots, name, message));
-    if (length > room) {
-        size_t excess = length + strlen("...") - room;
+    size_t length = format_header(to, room, "", name, message);
+    if (length > room && name) {
+        size_t excess = length - room + strlen("...");
         size_t name_length = strlen(name);
         name += excess < name_length ? excess : name_length;
-        length = static_cast<size_t>(snprintf(to, room + 1, form, SourceLine, "...", name, message));
+        length = format_header(to, room, "...", name, message);
     }
-    return length < room ? length : room;
+    if (length <= room) return length;
+    to[room - 1] = '\n';
+    return room;
 }
 
 char *write_excerpt(char *to, size_t room, const Excerpt *excerpt) {

@@ -68,8 +68,8 @@ bool read_arguments(HostValue args, RunRequest *request) {
         HostKernel->RaiseError("invalid input: at least two arguments expected", 0);
         return false;
     }
-    request->mode = required_text(
-        element(args, 1), "invalid input: string expected for first argument, but got %1");
+    request->mode = required_text(element(args, 1),
+                                  "invalid input: string expected for first argument, but got %1");
     if (!request->mode) return false;
     request->source = required_text(
         element(args, 2), "invalid input: string expected for second argument, but got %1");

@@ -27,10 +27,10 @@ struct SuspendedParse {
 };
 
 struct Resolution {
-    int32_t new_names;     // entered into pending in this pass
-    HashTable *defined;    // DefinedNames
-    HashTable *pending;    // names to search in the next pass; null for none
-    bool has_suspended;    // a file was found, so suspended is set
+    int32_t new_names;   // entered into pending in this pass
+    HashTable *defined;  // DefinedNames
+    HashTable *pending;  // names to search in the next pass; null for none
+    bool has_suspended;  // a file was found, so suspended is set
     SuspendedParse suspended;
 };
 

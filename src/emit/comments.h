@@ -7,8 +7,8 @@
 
 #include "translate/expressions.h"
 
-/* A new list of a line end, a new list of a comment (EXPR_COMMENT), and a list with another comment;
- * each becomes LastComment. */
+/* A new list of a line end, a new list of a comment (EXPR_COMMENT), and a list with another
+ * comment; each becomes LastComment. */
 vExpr *start_line_ends();
 vExpr *start_comments(const char *text);
 vExpr *add_comment(vExpr *list, const char *text);

@@ -31,8 +31,8 @@ static void write_expression(const mExpr *expr) {
 
 static void write_counted_head(const mFor *record) {
     const mRange *range = record->range->range;
-    write_output({"for ", record->variable->text, " from ", range->start->text, " to ",
-                  upper_bound(range)});
+    write_output(
+        {"for ", record->variable->text, " from ", range->start->text, " to ", upper_bound(range)});
     if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});
 }
 

@@ -31,17 +31,17 @@ struct RangeTriple {
 };
 
 union SemanticValue {
-    char *text;          /* valued tokens */
-    mExpr *expr;         /* expressions, names, references, assignments */
-    vExpr *list;         /* argument, name, value and target lists in source order; comments */
-    mStat *stat;         /* a statement, or the first of a list; null for none */
-    mProc *proc;         /* function_header */
-    mMatrix *matrix;     /* matrix and cell literals, rows, assignment targets */
-    mVector *vector;     /* one row */
-    NameList names;      /* global_names */
-    WordList words;      /* command_words */
-    RangeTriple range;   /* range_triple */
-    int32_t delimiter;   /* opening marks: the BracketDelimiter outside the bracket */
+    char *text;        /* valued tokens */
+    mExpr *expr;       /* expressions, names, references, assignments */
+    vExpr *list;       /* argument, name, value and target lists in source order; comments */
+    mStat *stat;       /* a statement, or the first of a list; null for none */
+    mProc *proc;       /* function_header */
+    mMatrix *matrix;   /* matrix and cell literals, rows, assignment targets */
+    mVector *vector;   /* one row */
+    NameList names;    /* global_names */
+    WordList words;    /* command_words */
+    RangeTriple range; /* range_triple */
+    int32_t delimiter; /* opening marks: the BracketDelimiter outside the bracket */
     uintptr_t slots[3];
 };
 

@@ -15,8 +15,7 @@ HashBucket *bucket_of(const HashTable *table, int32_t key) {
 
 bool grow(HashBucket *bucket) {
     int32_t capacity = bucket->capacity ? bucket->capacity * 2 : FIRST_CAPACITY;
-    void *entries =
-        HeapResize(bucket->entries, static_cast<size_t>(capacity) * sizeof(HashEntry));
+    void *entries = HeapResize(bucket->entries, static_cast<size_t>(capacity) * sizeof(HashEntry));
     if (!entries) return false;
     bucket->entries = static_cast<HashEntry *>(entries);
     bucket->capacity = capacity;

@@ -33,9 +33,7 @@ void resize_data(Header *header) {
     header->data = static_cast<DataBlock *>(Realloc(header->data, size));
 }
 
-char *text_of(const Header *header) {
-    return reinterpret_cast<char *>(header->data) + TEXT_OFFSET;
-}
+char *text_of(const Header *header) { return reinterpret_cast<char *>(header->data) + TEXT_OFFSET; }
 
 // Makes room for more characters behind the text; the handle may move.
 void reserve(Header *header, size_t more) {

@@ -113,8 +113,7 @@ struct LineForm {
 };
 
 const LineForm RowForm = {"],subtype='Vector[row]')", "Vector[row]([", "Concatenate(2, "};
-const LineForm ColumnForm = {"],subtype='Vector[column]')", "Vector[column]([",
-                             "Concatenate(1, "};
+const LineForm ColumnForm = {"],subtype='Vector[column]')", "Vector[column]([", "Concatenate(1, "};
 
 void write_line(char *at, const Shape *shape, const mMatrix *matrix, const LineForm *form) {
     const char *close;
