@@ -1,0 +1,78 @@
+/* The argument table and its help, read by CLI11. */
+#include "cli/options.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include <mtranslate.h>
+
+namespace mtranslate {
+
+namespace {
+
+#define TEXT_OF(token) #token
+#define VERSION_TEXT(major, minor, patch) TEXT_OF(major) "." TEXT_OF(minor) "." TEXT_OF(patch)
+
+constexpr const char *VERSION = "mtranslate " VERSION_TEXT(
+    MTRANSLATE_VERSION_MAJOR, MTRANSLATE_VERSION_MINOR, MTRANSLATE_VERSION_PATCH);
+
+constexpr const char *FOOTER =
+    R"(Functions that the source calls are looked for as NAME.m in the directory of
+FILE (for standard input: in the current directory; for -c: nowhere) and
+translated along with it. The first -I replaces that directory; name it by an
+-I of its own to search it too.
+
+Exit code: 0 translated, 1 the source has an error, 2 wrong usage or a file
+that cannot be read or written.
+
+Example:
+  $ mtranslate -c 'x = a*b'
+  x := a . b;
+  $ mtranslate -I lib -I . -o solve.txt solve.m)";
+
+void add_options(CLI::App &app, Options &options) {
+    app.add_option("FILE", options.file, "MATLAB source file to translate; - for standard input")
+        ->type_name("");
+    app.add_option("-c,--command", options.command, "Translate TEXT instead of a file")
+        ->type_name("TEXT");
+    app.add_option("-I,--include", options.directories,
+                   "Look for called functions in DIR; repeatable, tried in the order given")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    app.add_option("-o,--output", options.output,
+                   "Write the translation to PATH, if it succeeds, instead of standard output")
+        ->type_name("PATH");
+    app.add_flag("--no-translator", options.without_translator,
+                 "Do not ask the host about calls, and translate no called functions");
+    app.set_help_flag("-h,--help", "Print this help");
+    app.set_version_flag("--version", VERSION, "Print the version");
+    app.footer(FOOTER);
+}
+
+ExitCode refuse(const std::string &message) {
+    std::cerr << "mtranslate: error: " << message << "\nTry 'mtranslate --help'.\n";
+    return ExitCode::Trouble;
+}
+
+}  // namespace
+
+std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) {
+    Options options;
+    CLI::App app{"Translates MATLAB source to the language of a host computer-algebra system.",
+                 "mtranslate"};
+    add_options(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success &request) {
+        app.exit(request);
+        return ExitCode::Done;
+    } catch (const CLI::ParseError &error) {
+        return refuse(error.what());
+    }
+    if (options.file && options.command) return refuse("FILE and -c exclude each other");
+    if (!options.file && !options.command)
+        return refuse("nothing to translate: give FILE or -c TEXT");
+    return options;
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,28 @@
+/* The tool's arguments. */
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "cli/exit_code.h"
+
+namespace mtranslate {
+
+struct Options {
+    /* Exactly one of the two is set. The file "-" is standard input. */
+    std::optional<std::string> command;
+    std::optional<std::string> file;
+    /* Where called functions are looked for, first tried first; empty: the file's own directory. */
+    std::vector<std::string> directories;
+    /* The file for the translation; none, or "-": standard output. */
+    std::optional<std::string> output;
+    bool without_translator = false;
+};
+
+/* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for
+ * the user has been written and the answer is the exit code. */
+std::variant<Options, ExitCode> read_options(int argc, const char *const *argv);
+
+}  // namespace mtranslate

@@ -1,0 +1,44 @@
+/* Errors that the library raised, shown in the form of a compiler.
+ *
+ * The library's own text says "on line N of FILE, MESSAGE" and shows an excerpt, where N may lie
+ * behind the place of the error, as it counts the line ends already read. The tool takes the
+ * message alone and finds the place by the offset of the token that the parser refused. */
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/source.h"
+
+namespace mtranslate {
+
+/* An error as it was raised. */
+struct RaisedError {
+    std::string message;
+    /* The file being read; none in a command, or when no file was being read. */
+    std::optional<std::string> file;
+    /* Offset in the source being read, in bytes from 0, of the token scanned last. */
+    std::size_t offset = 0;
+};
+
+/* A place in a text. */
+struct Place {
+    std::size_t line;           /* from 1 */
+    std::size_t column;         /* in bytes, from 1 */
+    std::string_view line_text; /* without its line end */
+};
+
+/* The place of an offset in text. An offset behind the last line with characters is taken back to
+ * its end: where the input ended too early, that is what the user has to complete. */
+Place find_place(std::string_view text, std::size_t offset);
+
+/* The message alone of an error in a source; none for an error of another kind, which has no
+ * line. */
+std::optional<std::string> message_in_source(const RaisedError &error);
+
+/* The lines for the user. source is the one that the run was started with. */
+std::string describe(const RaisedError &error, const Source &source);
+
+}  // namespace mtranslate

@@ -1,0 +1,55 @@
+/* Running the library and watching for its errors. The only place where the tool looks inside the
+ * library: at the position of an error, while the library still stands there. */
+#include "cli/translation.h"
+
+#include <vector>
+
+#include "cli/source_error.h"
+#include "driver/run_state.h"
+#include "host/stand_in_host.h"
+#include "lexer/position.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* The library tries the last directory first. */
+HostValue search_list(ValueStore &values, const std::vector<std::string> &directories) {
+    return values.list_of_strings({directories.rbegin(), directories.rend()});
+}
+
+std::vector<HostValue> run_options(ValueStore &values, const Source &source,
+                                   bool without_translator) {
+    std::vector<HostValue> options;
+    if (!source.directories.empty()) options.push_back(search_list(values, source.directories));
+    if (without_translator)
+        options.push_back(values.equation(values.name("AddTranslator"), values.boolean(false)));
+    return options;
+}
+
+RaisedError note_error(const std::string &message) {
+    RaisedError error{message, std::nullopt, static_cast<std::size_t>(TokenOffset)};
+    if (InputFileName) error.file = InputFileName;
+    return error;
+}
+
+Translation report(const RaisedError &error, const Source &source) {
+    const ExitCode code = message_in_source(error) ? ExitCode::BadSource : ExitCode::Trouble;
+    return {code, describe(error, source)};
+}
+
+}  // namespace
+
+Translation translate(const Source &source, bool without_translator) {
+    StandInHost host;
+    RaisedError error;
+    host.on_error([&error](const std::string &message) { error = note_error(message); });
+    const auto options = run_options(host.values(), source, without_translator);
+    try {
+        return {ExitCode::Done, host.translate(source.mode, source.argument, options).value()};
+    } catch (const HostError &) {
+        return report(error, source);
+    }
+}
+
+}  // namespace mtranslate
