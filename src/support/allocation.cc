@@ -15,7 +15,7 @@ namespace {
 // which land among the blocks: the region is larger than that, so that a small run touches few
 // buckets, and small enough that the buckets of a large run stay short. Within a bucket the keys
 // differ by the place in the region, at the alignment of heap blocks.
-constexpr int REGION_SHIFT = 14;
+constexpr int REGION_SHIFT = 15;
 constexpr int ALIGNMENT_SHIFT = 4;
 constexpr uintptr_t PLACES = uintptr_t(1) << (REGION_SHIFT - ALIGNMENT_SHIFT);
 static_assert(PLACES < INT32_MAX / ALLOCATION_BUCKETS, "keys are positive");

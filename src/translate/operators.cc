@@ -6,6 +6,7 @@
 
 #include "lexer/brackets.h"
 #include "translate/assignment.h"
+#include "translate/binary_text.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -14,35 +15,41 @@ namespace {
 // Which operands must be known scalars for the plain form.
 enum PlainWhen { NEVER, RIGHT_SCALAR, BOTH_SCALAR };
 
+// What stands around the operands of a form.
+struct Form {
+    const char *open;
+    const char *middle;
+    const char *close;
+};
+
 struct BinaryForm {
     int id;
     PlainWhen plain_when;
-    const char *plain;
-    const char *general;
+    Form plain;
+    Form general;
     bool swapped;  // the right operand comes first
 };
 
 // clang-format off
 const BinaryForm BinaryForms[] = {
-    {OP_DIVIDE,          RIGHT_SCALAR, "%s/%s",  "QXR[mrdivide](%s,%s)",                    false},
-    {OP_LEFT_DIVIDE,     NEVER,        nullptr,  "QXR[mldivide](%s,%s)",                    false},
-    {OP_DOT_DIVIDE,      BOTH_SCALAR,  "%s/%s",  "%s /~ %s",                                false},
-    {OP_DOT_LEFT_DIVIDE, BOTH_SCALAR,  "%s/%s",  "%s /~ %s",                                true},
-    {OP_MINUS,           BOTH_SCALAR,  "%s-%s",  "%s -~ %s",                                false},
-    {OP_TIMES,           NEVER,        nullptr,  "%s . %s",                                 false},
-    {OP_DOT_TIMES,       NEVER,        nullptr,  "%s *~ %s",                                false},
-    {OP_PLUS,            BOTH_SCALAR,  "%s+%s",  "%s +~ %s",                                false},
-    {OP_POWER,           RIGHT_SCALAR, "%s^%s",  "evalf(QXR[mpower](%s,%s))",               false},
-    {OP_DOT_POWER,       BOTH_SCALAR,  "%s^%s",  "%s ^~ %s",                                false},
-    {OP_AND,             NEVER,        nullptr,  "evalhf(zip(`and`,eval(%s),eval(%s)))",    false},
-    {OP_OR,              NEVER,        nullptr,  "evalhf(zip(`or`,eval(%s),eval(%s)))",     false},
-    {OP_EQ,              NEVER,        nullptr,  "evalhf(zip(`=`,eval(%s),eval(%s)))",      false},
-    {OP_NE,              NEVER,        nullptr,  "evalhf(zip(`<>`,eval(%s),eval(%s)))",     false},
-    {OP_LT,              NEVER,        nullptr,  "evalhf(zip(`<`,eval(%s),eval(%s)))",      false},
-    {OP_LE,              NEVER,        nullptr,  "evalhf(zip(`<=`,eval(%s),eval(%s)))",     false},
-    {OP_GT,              NEVER,        nullptr,  "evalhf(zip(`>`,eval(%s),eval(%s)))",      false},
-    {OP_GE,              NEVER,        nullptr,  "evalhf(zip(`>=`,eval(%s),eval(%s)))",     false},
-    {OP_FIELD,           NEVER,        nullptr,  "%s:-%s",                                  false},
+    {OP_DIVIDE,          RIGHT_SCALAR, {"", "/", ""}, {"QXR[mrdivide](", ",", ")"},           false},
+    {OP_LEFT_DIVIDE,     NEVER,        {},            {"QXR[mldivide](", ",", ")"},           false},
+    {OP_DOT_DIVIDE,      BOTH_SCALAR,  {"", "/", ""}, {"", " /~ ", ""},                       false},
+    {OP_DOT_LEFT_DIVIDE, BOTH_SCALAR,  {"", "/", ""}, {"", " /~ ", ""},                       true},
+    {OP_MINUS,           BOTH_SCALAR,  {"", "-", ""}, {"", " -~ ", ""},                       false},
+    {OP_TIMES,           NEVER,        {},            {"", " . ", ""},                        false},
+    {OP_DOT_TIMES,       NEVER,        {},            {"", " *~ ", ""},                       false},
+    {OP_PLUS,            BOTH_SCALAR,  {"", "+", ""}, {"", " +~ ", ""},                       false},
+    {OP_POWER,           RIGHT_SCALAR, {"", "^", ""}, {"evalf(QXR[mpower](", ",", "))"},      false},
+    {OP_DOT_POWER,       BOTH_SCALAR,  {"", "^", ""}, {"", " ^~ ", ""},                       false},
+    {OP_AND,             NEVER,        {},  {"evalhf(zip(`and`,eval(", "),eval(", ")))"},     false},
+    {OP_OR,              NEVER,        {},  {"evalhf(zip(`or`,eval(", "),eval(", ")))"},      false},
+    {OP_EQ,              NEVER,        {},  {"evalhf(zip(`=`,eval(", "),eval(", ")))"},       false},
+    {OP_NE,              NEVER,        {},  {"evalhf(zip(`<>`,eval(", "),eval(", ")))"},      false},
+    {OP_LT,              NEVER,        {},  {"evalhf(zip(`<`,eval(", "),eval(", ")))"},       false},
+    {OP_LE,              NEVER,        {},  {"evalhf(zip(`<=`,eval(", "),eval(", ")))"},      false},
+    {OP_GT,              NEVER,        {},  {"evalhf(zip(`>`,eval(", "),eval(", ")))"},       false},
+    {OP_GE,              NEVER,        {},  {"evalhf(zip(`>=`,eval(", "),eval(", ")))"},      false},
 };
 // clang-format on
 
@@ -61,11 +68,19 @@ bool is_plain(const BinaryForm *form, const mExpr *left, const mExpr *right) {
     }
 }
 
-char *write_binary(char *at, const BinaryForm *form, const mExpr *left, const mExpr *right) {
-    const char *text = is_plain(form, left, right) ? form->plain : form->general;
-    const char *first = form->swapped ? right->text : left->text;
-    const char *second = form->swapped ? left->text : right->text;
-    return write_form(at, text, {first, second});
+bool in_parentheses() { return BracketDelimiter == IN_PARENTHESES; }
+
+mExpr *new_binary(const BinaryForm *binary, const mExpr *left, const mExpr *right) {
+    const Form *form = is_plain(binary, left, right) ? &binary->plain : &binary->general;
+    const char *open = in_parentheses() ? "(" : "";
+    const char *close = in_parentheses() ? ")" : "";
+    int scalar = left->scalar && right->scalar;
+    if (binary->swapped) {
+        return new_binary_expr(binary->id, scalar, left,
+                               {open, form->open, right->text, form->middle}, {form->close, close});
+    }
+    return new_binary_expr(binary->id, scalar, left, {open, form->open},
+                           {form->middle, right->text, form->close, close});
 }
 
 char *write_unary(char *at, int id, const char *operand) {
@@ -82,29 +97,26 @@ char *write_unary(char *at, int id, const char *operand) {
 // A record with room for size bytes of text; "(" is in place when it belongs there.
 mExpr *new_operator(int id, size_t size, int scalar, char **at) {
     mExpr *expr = alloc_text_mExpr(id, scalar, size, at);
-    if (BracketDelimiter == IN_PARENTHESES) *at = write_text(*at, "(");
+    if (in_parentheses()) *at = write_text(*at, "(");
     return expr;
 }
 
 void finish_operator(char *at) {
-    if (BracketDelimiter == IN_PARENTHESES) write_text(at, ")");
+    if (in_parentheses()) write_text(at, ")");
 }
 
 }  // namespace
 
 mExpr *new_operator2(int id, const mExpr *left, const mExpr *right) {
+    if (const BinaryForm *binary = find_form(id)) return new_binary(binary, left, right);
     char *at;
     size_t size = strlen(left->text) + strlen(right->text) + 60;
     mExpr *expr = new_operator(id, size, left->scalar && right->scalar, &at);
-    if (id == OP_ASSIGN) {
-        at = write_assignment(at, left->text, right->text);
-    } else if (const BinaryForm *form = find_form(id)) {
-        at = write_binary(at, form, left, right);
-    } else {
-        printf("id %d unexpected\n", id);
-        return expr;
+    switch (id) {
+        case OP_ASSIGN: finish_operator(write_assignment(at, left->text, right->text)); break;
+        case OP_FIELD: finish_operator(write_form(at, "%s:-%s", {left->text, right->text})); break;
+        default: printf("id %d unexpected\n", id);
     }
-    finish_operator(at);
     return expr;
 }
 

@@ -34,7 +34,8 @@ enum Operator {
 };
 
 /* A binary operator, an assignment (left is the target, or the matrix literal of several) or a
- * field name. Scalar when both operands are. An assignment makes its target a known variable. */
+ * field name. Scalar when both operands are. An assignment makes its target a known variable. A
+ * binary operator may use up its left operand (binary_text.h). */
 mExpr *new_operator2(int id, const mExpr *left, const mExpr *right);
 /* A unary operator, scalar when the operand is. */
 mExpr *new_operator1(int id, const mExpr *operand);
