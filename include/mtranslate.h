@@ -75,9 +75,9 @@ typedef struct HostKernelTable {
  *      last directory of the last list is tried first); an equation AddTranslator = false keeps
  *      the host's function translator out; anything else is ignored.
  *
- * Result: a host string with the translation; null for any other mode, and after an error that
- * the host's RaiseError returned from. Errors (arguments, syntax, exhausted memory) are raised
- * through RaiseError. */
+ * Result: a host string with the translation; null for any other mode. Errors (arguments, syntax,
+ * unreadable files, exhausted memory) are raised through RaiseError. Where that returns, the result
+ * is null, or for an error in the source what could be translated besides it. */
 MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue args);
 
 /* Releases what an abandoned run (one that RaiseError left) still holds. A host that unloads the

@@ -34,10 +34,9 @@ HostValue translate_command(const char *text) {
     InputFileName = nullptr;
     SourceText = copy;
     yyparse();
+    yy_delete_buffer(buffer);  // called files get a buffer made for files
     resolve_called_functions();
-    HostValue result = HostKernel->ToHostString(OutputText);
-    yy_delete_buffer(buffer);
-    return result;
+    return HostKernel->ToHostString(OutputText);
 }
 
 // Without a path option the functions that a file calls are looked for beside it.

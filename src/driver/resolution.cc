@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "driver/error_reporter.h"
 #include "driver/run.h"
 #include "driver/run_state.h"
 #include "lexer/scanner.h"
@@ -17,38 +18,14 @@ namespace {
 constexpr int32_t PASS_BUCKETS = 100;
 constexpr int32_t PENDING_BUCKETS = 1024;
 
-// What the parse that is under way goes on with when the resolution is done.
-struct SuspendedParse {
-    int look_ahead;
-    SemanticValue value;
-    int errors;
-    const char *file_name;
-    SuspendedScanner scanner;
-};
+// Each level is a parse of its own on the machine's stack, and an open file.
+constexpr int DEEPEST_NESTING = 500;
 
 struct Resolution {
     int32_t new_names;   // entered into pending in this pass
     HashTable *defined;  // DefinedNames
     HashTable *pending;  // names to search in the next pass; null for none
-    bool has_suspended;  // a file was found, so suspended is set
-    SuspendedParse suspended;
 };
-
-void suspend_parse(Resolution *resolution) {
-    if (resolution->has_suspended) return;
-    resolution->has_suspended = true;
-    resolution->suspended = {yychar, yylval, yynerrs, InputFileName, suspend_scanner()};
-}
-
-void resume_parse(const Resolution *resolution) {
-    if (!resolution->has_suspended) return;
-    const SuspendedParse *parse = &resolution->suspended;
-    yychar = parse->look_ahead;
-    yylval = parse->value;
-    yynerrs = parse->errors;
-    InputFileName = parse->file_name;
-    resume_scanner(&parse->scanner);
-}
 
 const char *source_path(const char *directory, const char *name) {
     const char *form = "%s/%s.m";
@@ -57,8 +34,7 @@ const char *source_path(const char *directory, const char *name) {
     return path;
 }
 
-void translate_open_file(FILE *file, const char *path, Resolution *resolution) {
-    suspend_parse(resolution);
+void translate_open_file(FILE *file, const char *path) {
     yyrestart(file);
     begin_source();
     InputFileName = path;
@@ -71,14 +47,14 @@ void translate_open_file(FILE *file, const char *path, Resolution *resolution) {
 
 }  // namespace
 
-static int translate_called_file(const char *name, HashValue, void *context) {
+static int translate_called_file(const char *name, HashValue, void *) {
     if (StringHashLookup(DefinedNames, name)) return 1;
     // Entered first: two scripts may call each other.
     StringHashInsert(DefinedNames, name, const_cast<char *>(name));
     for (const SearchDirectory *at = SearchPath; at; at = at->next) {
         const char *path = source_path(at->directory, name);
         if (FILE *file = open_source(path)) {
-            translate_open_file(file, path, static_cast<Resolution *>(context));
+            translate_open_file(file, path);
             return 1;
         }
     }
@@ -95,7 +71,7 @@ static int collect_pending_name(const char *name, HashValue value, void *context
 }
 
 void resolve_called_functions() {
-    Resolution resolution = {0, DefinedNames, CalledNames, false, {}};
+    Resolution resolution = {0, DefinedNames, CalledNames};
     do {
         HashTable *searched = resolution.pending;
         resolution.new_names = 0;
@@ -108,5 +84,24 @@ void resolve_called_functions() {
         StringHashDestroy(CalledNames);
     } while (resolution.new_names > 0);
     CalledNames = new_name_table(PASS_BUCKETS);
-    resume_parse(&resolution);
+}
+
+void resolve_within_parse() {
+    if (ResolutionDepth == DEEPEST_NESTING) {
+        yyerror("scripts are nested too deeply");
+        return;
+    }
+    ResolutionDepth++;
+    int look_ahead = yychar;
+    SemanticValue value = yylval;
+    int errors = yynerrs;
+    const char *file_name = InputFileName;
+    SuspendedScanner scanner = suspend_scanner();
+    resolve_called_functions();
+    resume_scanner(&scanner);
+    InputFileName = file_name;
+    yynerrs = errors;
+    yylval = value;
+    yychar = look_ahead;
+    ResolutionDepth--;
 }

@@ -42,6 +42,7 @@ void begin_run() {
     LastComment = nullptr;
     InputSequence = nullptr;
     BracketDelimiter = 0;
+    ResolutionDepth = 0;
 }
 
 void release_run() {

@@ -17,4 +17,5 @@ int32_t AddTranslator = 1;
 
 SearchDirectory *SearchPath;
 mProc *CurrentProc;
+int32_t ResolutionDepth;
 const char *InputFileName;

@@ -39,5 +39,7 @@ extern int32_t FileMode;
 extern int32_t AddTranslator;
 /* The procedure being written, or null. */
 extern mProc *CurrentProc;
+/* Parses that wait for the resolution of a script's functions. */
+extern int32_t ResolutionDepth;
 /* Name of the file being parsed, or null for a command. */
 extern const char *InputFileName;

@@ -12,7 +12,7 @@ void script(mStat *first) {
     // The resolution clears the flags for every file that it translates.
     int32_t uses_array_tools = UsesArrayTools;
     int32_t uses_linear_algebra = UsesLinearAlgebra;
-    resolve_called_functions();
+    resolve_within_parse();
     if (FileMode && uses_array_tools) write_output("with(ArrayTools):\n");
     if (FileMode && uses_linear_algebra) write_output("with(LinearAlgebra):\n");
     display_statement(first, 0);

@@ -29,6 +29,7 @@ static void write_clauses(const mSwitch *head, int level) {
         clause->condition_name = head->condition_name;
         display_statement(first, level);
     } else {  // only an otherwise branch
+        write_indent(level);
         write_output("if true then\n");
         display_statement(first, level + 1);
     }

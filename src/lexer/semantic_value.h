@@ -17,10 +17,13 @@ struct NameList {
     const char **names;
 };
 
-/* Words of a command in source order, with the last cell at hand for the next word. */
+/* Words of a command in source order, with the last cell at hand for the next word. A last word
+ * that has been joined from several keeps room for more. */
 struct WordList {
     vExpr *first;
     vExpr *last;
+    uint32_t length; /* of the joined word's text */
+    uint32_t room;   /* free bytes behind it and its NUL; 0 for any other word */
 };
 
 /* A range under way; no stop: it ends with end, or its last operand is still to come. */

@@ -51,12 +51,14 @@ FILE *open_source(const char *path) {
     OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource)));
     if (!source) end_run("memory exhausted");
     *source = {fopen(path, "r"), OpenSources};
-    if (source->file) {
-        OpenSources = source;
-        return source->file;
+    if (!source->file) {
+        bool is_exhausted = errno == ENOMEM;
+        HeapFree(source);
+        if (is_exhausted) end_run("memory exhausted");
+        return nullptr;
     }
-    HeapFree(source);
-    return nullptr;
+    OpenSources = source;
+    return source->file;
 }
 
 void close_source() {

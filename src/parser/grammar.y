@@ -42,6 +42,8 @@
 #define YYSTYPE_IS_TRIVIAL 1
 #define YYMALLOC HeapAlloc
 #define YYFREE HeapFree
+/* What bison generates stands behind yyparse, at the end of this file. */
+#define yyparse parse_input
 }
 
 /* ORDER TOKENS: names and numbers of lexer/tokens.h. */
@@ -209,7 +211,7 @@ command_words
   | "global"                      { $$ = start_words("global"); }
   | command_words STRING          { $$ = add_word($1, new_node(EXPR_STRING, $2)); }
   | command_words IDENTIFIER      { $$ = add_word($1, new_node(EXPR_STRING, $2)); }
-  | command_words '.' IDENTIFIER  { join_to_word($1.last, $3); }
+  | command_words '.' IDENTIFIER  { $$ = join_word($1, $3); }
   | command_words IDENTIFIER[name] '.' IDENTIFIER[extension]
       { $$ = add_word($1, new_dotstring($name, $extension)); }
   | command_words "case"          { $$ = add_word($1, new_node(EXPR_STRING, "case")); }
@@ -525,3 +527,13 @@ error_input
   ;
 
 %%
+
+#undef yyparse
+
+int yyparse() {
+    yynerrs = 0;  // not reset by the skeleton
+    int result = parse_input();
+    // The skeleton takes the end of the input for consumed when it accepts.
+    if (result == 0) yychar = END_OF_INPUT;
+    return result;
+}

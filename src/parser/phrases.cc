@@ -1,22 +1,53 @@
 // Phrases that the grammar puts together.
 #include "parser/phrases.h"
 
+#include <string.h>
+
 #include "emit/procedures.h"
 #include "support/allocation.h"
 #include "translate/calls.h"
 #include "translate/cells.h"
+#include "translate/fields.h"
 #include "translate/ranges.h"
+#include "translate/text_forms.h"
 
 mStat *InputSequence;
 
 WordList start_words(const char *word) {
     vExpr *cell = alloc_vExpr(new_node(EXPR_STRING, word));
-    return {cell, cell};
+    return {cell, cell, 0, 0};
 }
 
 WordList add_word(WordList words, mExpr *word) {
     words.last->next = alloc_vExpr(word);
-    return {words.first, words.last->next};
+    return {words.first, words.last->next, 0, 0};
+}
+
+// Joins by a copy, which gets as much room again for more. A text with backslashes gets none: they
+// are doubled each time.
+static WordList join_word_anew(WordList words, const char *name) {
+    const char *text = words.last->item->text;
+    char *contents = StrDupBytes(text + 1, strlen(text) - 2);  // without its double quotes
+    mExpr *joined = new_dotstring(contents, name);
+    words.last->item = joined;
+    words.room = 0;
+    if (strchr(joined->text, '\\')) return words;
+    size_t length = strlen(joined->text);
+    char *roomy;
+    words.last->item = alloc_text_mExpr(EXPR_STRING, 1, 2 * length + 1, &roomy);
+    write_text(roomy, joined->text);
+    words.length = words.room = static_cast<uint32_t>(length);
+    return words;
+}
+
+WordList join_word(WordList words, const char *name) {
+    uint32_t added = static_cast<uint32_t>(strlen(name)) + 1;
+    if (words.room < added) return join_word_anew(words, name);
+    char *quote = const_cast<char *>(words.last->item->text) + words.length - 1;
+    write_form(quote, ".%s\"", {name});
+    words.length += added;
+    words.room -= added;
+    return words;
 }
 
 mStat *new_command_stat(mExpr *name, vExpr *words) {

@@ -9,6 +9,8 @@
 /* The words of a command: the first, and the words with one more at the end. */
 WordList start_words(const char *word);
 WordList add_word(WordList words, mExpr *word);
+/* The words with ".name" joined to the last of them. */
+WordList join_word(WordList words, const char *name);
 /* The command; releases the words' cells. */
 mStat *new_command_stat(mExpr *name, vExpr *words);
 

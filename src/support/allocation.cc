@@ -29,6 +29,14 @@ int32_t key_of(const void *block) {
 
 int is_same_block(HashValue stored, const void *probe) { return stored == probe; }
 
+// No text of a run comes near this size, except by a source that doubles its texts on purpose.
+constexpr size_t LARGEST_BLOCK = INT32_MAX;
+
+size_t checked(size_t size) {
+    if (size > LARGEST_BLOCK) end_run("memory exhausted");
+    return size ? size : 1;
+}
+
 void *enter(void *block) {
     if (!block) end_run("memory exhausted");
     if (!HashInsert(AllocationTable, key_of(block), block)) {
@@ -44,7 +52,7 @@ void remove_entry(void *block) {
 
 }  // namespace
 
-void *Alloc(size_t size) { return enter(malloc(size ? size : 1)); }
+void *Alloc(size_t size) { return enter(malloc(checked(size))); }
 
 void Free(void *block) {
     if (!block) return;
@@ -54,8 +62,9 @@ void Free(void *block) {
 
 void *Realloc(void *block, size_t size) {
     if (!block) return Alloc(size);
+    size = checked(size);
     remove_entry(block);
-    void *resized = realloc(block, size ? size : 1);
+    void *resized = realloc(block, size);
     if (!resized) free(block);
     return enter(resized);
 }

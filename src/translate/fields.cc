@@ -3,7 +3,6 @@
 
 #include <string.h>
 
-#include "support/allocation.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
 
@@ -20,11 +19,4 @@ mExpr *new_dotstring(const char *first, const char *second) {
     at = write_escaped(write_text(at, "."), second);
     write_text(at, "\"");
     return expr;
-}
-
-void join_to_word(vExpr *word, const char *second) {
-    // Without the double quotes that a string's text has around it.
-    const char *text = word->item->text;
-    char *contents = StrDupBytes(text + 1, strlen(text) - 2);
-    word->item = new_dotstring(contents, second);
 }

@@ -7,5 +7,3 @@
 mExpr *new_field_name(const char *left, const char *right);
 /* The command word first.second, one string. */
 mExpr *new_dotstring(const char *first, const char *second);
-/* Joins ".second" to a command word, in the word's cell. */
-void join_to_word(vExpr *word, const char *second);
