@@ -4,12 +4,16 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "driver/error_reporter.h"
 #include "driver/run_state.h"
 #include "emit/comments.h"
 #include "emit/output.h"
 #include "emit/procedures.h"
 #include "emit/switch_writer.h"
+#include "lexer/position.h"
+#include "support/allocation.h"
 #include "translate/ranges.h"
+#include "translate/text_forms.h"
 
 int showString(const char *text) {
     printf("%s \n", text);
@@ -29,8 +33,22 @@ static void write_expression(const mExpr *expr) {
     }
 }
 
+// A range that ends with end, which only an index gives a meaning, has nothing to count to: an
+// error at the place of the range.
+static void report_open_range(const mFor *record) {
+    const char *form = "the range of the for loop over %s has no last value";
+    const char *variable = record->variable->text;
+    char *message = static_cast<char *>(Alloc(strlen(form) + strlen(variable)));
+    write_form(message, form, {variable});
+    SourcePosition reached = save_position();
+    restore_position(record->range->range->open_at);
+    yyerror(message);
+    restore_position(&reached);
+}
+
 static void write_counted_head(const mFor *record) {
     const mRange *range = record->range->range;
+    if (!range->stop) report_open_range(record);
     write_output(
         {"for ", record->variable->text, " from ", range->start->text, " to ", upper_bound(range)});
     if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});

@@ -1,11 +1,7 @@
 // Statement records.
 #include "emit/statements.h"
 
-#include <string.h>
-
-#include "driver/error_reporter.h"
 #include "support/allocation.h"
-#include "translate/text_forms.h"
 
 mStat *alloc_mStat(int kind) {
     mStat *stat = AllocRecord<mStat>();
@@ -40,15 +36,7 @@ static mStat *new_stat(int kind, void *payload) {
 
 mStat *new_expression_stat(mExpr *expr) { return new_stat(STAT_EXPR, expr); }
 
-static void report_open_range(const mExpr *variable) {
-    const char *form = "the range of the for loop over %s has no last value";
-    char *message = static_cast<char *>(Alloc(strlen(form) + strlen(variable->text)));
-    write_form(message, form, {variable->text});
-    yyerror(message);
-}
-
 mStat *new_for_stat(mExpr *variable, mExpr *range, mStat *body) {
-    if (is_range(range) && !range->range->stop) report_open_range(variable);
     mFor *record = alloc_mFor();
     *record = {body, variable, range};
     return new_stat(STAT_FOR, record);

@@ -78,8 +78,7 @@ mReturn *alloc_mReturn();
 /* A new function without a body. */
 mProc *alloc_mProc(const char *name, vExpr *outputs, vExpr *params);
 
-/* Statements with their payloads. A for over a range that ends with end has nothing to count to:
- * an error, reported at the place reached. */
+/* Statements with their payloads. */
 mStat *new_expression_stat(mExpr *expr);
 mStat *new_for_stat(mExpr *variable, mExpr *range, mStat *body);
 mStat *new_if_stat(mExpr *condition, mStat *then_body, mStat *else_part, int is_elseif);

@@ -38,13 +38,15 @@ enum ExprKind {
     EXPR_CALL = 34
 };
 
+struct SourcePosition;
 struct mExpr;
 
 /* The parts of a range. */
 struct mRange {
     mExpr *start;
-    mExpr *step; /* the integer 1 where the source has no step */
-    mExpr *stop; /* null where the source ends the range with end */
+    mExpr *step;                   /* the integer 1 where the source has no step */
+    mExpr *stop;                   /* null where the source ends the range with end */
+    const SourcePosition *open_at; /* of a range without a stop: where it was read; else null */
 };
 
 struct mExpr {

@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "lexer/position.h"
 #include "support/allocation.h"
 #include "translate/text_forms.h"
 
@@ -12,9 +13,18 @@ char *write_sequence(char *at, const char *start, const char *upper, const char 
     return write_form(at, "Vector[row]([seq(%s..%s,%s)])", {start, upper, step});
 }
 
-mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop) {
+static mRange *new_range(mExpr *start, mExpr *step, mExpr *stop) {
     mRange *range = AllocRecord<mRange>();
-    *range = {start, step, stop};
+    *range = {start, step, stop, nullptr};
+    if (stop) return range;
+    SourcePosition *place = AllocRecord<SourcePosition>();
+    *place = save_position();
+    range->open_at = place;
+    return range;
+}
+
+mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop) {
+    mRange *range = new_range(start, step, stop);
     const char *upper = upper_bound(range);
     size_t size = strlen(start->text) + strlen(step->text) + strlen(upper) + 30;
     char *text;
