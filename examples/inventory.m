@@ -1,0 +1,34 @@
+% An inventory in cell arrays and structures.
+items = {'bolt', 'nut', 'washer'};
+stock = {120; 80; 310};
+table = {'bolt', 4.5, [10 20]
+         'nut', 1.25, []};
+empty = {};
+
+% Contents are read with braces, cells with parentheses.
+first = items{1};
+last = items{end};
+some = items(2:end);
+odd = items{1:2:end};
+all = items{:};
+price = table{2, 2};
+column = table(:, 1);
+items{4} = 'screw';
+
+% Inside brackets a field needs parentheses.
+store.owner = 'Ada';
+store.items = items;
+store.prices(3) = 0.75;
+sum_of_prices = sum(store.prices(:));
+label = [(store.owner), '''s store'];
+
+for k = 1:length(items)
+    name = items{k};
+    if k > length(stock)
+        disp([name, ': not counted']);
+        continue
+    end
+    disp(sprintf('%s: %d', name, stock{k}));
+end
+
+result = iff(isempty(empty), {'none'}, {1, {2, 'nested'}});
