@@ -2,8 +2,8 @@
  * tool, tests, benchmarks and trials.
  *
  *     StandInHost host;
- *     host.translate_function("zeros", "Matrix(n, n)");
- *     std::cout << host.translate("command", "x = zeros(n)").value();
+ *     host.translate_function("grid", "make_grid(n, n)");
+ *     std::cout << host.translate("command", "x = grid(n)").value();
  *
  * One object is one host. As the library's kernel table carries no context, the host whose run is
  * going on is kept process-wide: any number of hosts may exist, but only one may be in a run. */
