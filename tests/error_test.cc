@@ -1,0 +1,197 @@
+/* Errors: their full texts, and what goes on when RaiseError returns. */
+#include "tests/translation.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* The text of the one error of a run, or the translation where there is none. The same must be
+ * raised again by a second run, however the first was left. */
+std::string error_of(const char *mode, const std::string &source) {
+    std::string first;
+    for (const Leave leave : {Leave::Jump, Leave::Throw, Leave::Return}) {
+        const std::string result = run_bare(leave, mode, source).value_or("null");
+        const std::string text = bare_host.errors.empty() ? result : bare_host.errors[0];
+        if (first.empty()) first = text;
+        EXPECT_EQ(text, first);
+    }
+    return first;
+}
+
+std::string blanks(size_t count) { return std::string(count, ' '); }
+
+TEST(Errors, show_line_and_caret_in_commands) {
+    const Row rows[] = {
+        {"x = = 2", "on line 1, syntax error\nx = = 2\n     ^\n"},
+        {"'open", "on line 1, lexical error.\n\n^\n"},
+        {"x = 'open", "on line 1, syntax error\nx = 'open\n    ^\n"},
+        {"\n'open", "on line 2, syntax error\n'open\n    ^\n"},
+        {"a .'", "on line 1, syntax error\na .'\n ^\n"},
+        {"[1 2", "on line 1, lexical error.\n[1 2\n ^\n"},
+        {"a = 1;\nb = )\nc", "on line 2, syntax error\nb = )\n     ^\n"},
+        // a line end is counted when it is read: number of the next line, text of the last
+        {"x =\ny", "on line 2, syntax error\nx =\n  ^\n"},
+        {"a\nx = (1\ny", "on line 3, syntax error\nx = (1\n     ^\n"},
+        {"a\nx + %\ny", "on line 3, syntax error\na\n^\n"},
+        {"a\n\nx + )", "on line 3, syntax error\n\n     ^\n"},
+        {"a\r\nx + )\r\nb", "on line 2, syntax error\nx + )\n     ^\n"},
+        {"a\r\nx +\r\nb", "on line 3, syntax error\nx +\n  ^\n"},
+        {"a\rx +\rb", "on line 3, syntax error\nx +\n  ^\n"},
+        {"a\n\fx + )\fb", "on line 3, syntax error\n\fx + )\fb\n     ^\n"},
+        // comments and continuations count lines but do not move the text
+        {"a\nb % c\nx = )", "on line 3, syntax error\nb % c\n     ^\n"},
+        {"a\nb + ...\n + )", "on line 3, syntax error\nb + ...\n    ^\n"},
+        {"x = [1 2 )", "on line 1, syntax error\nx = [1 2 )\n     ^\n"},
+        // commas stand for the blanks given up
+        {"a\nx = [1   2 )]", "on line 2, syntax error\nx = [1   2 )]\n          ^\n"}};
+    for (const Row &row : rows) EXPECT_EQ(error_of("command", row.source), row.expected);
+}
+
+TEST(Errors, refuse_what_the_grammar_leaves_out) {
+    for (const std::string &source : cells(table("refused"))) {
+        const std::string text = error_of("command", unescaped(source));
+        EXPECT_NE(text.find(", syntax error\n"), std::string::npos) << source << ": " << text;
+    }
+}
+
+TEST(Errors, name_a_loop_that_has_no_last_value) {
+    EXPECT_EQ(error_of("command", "for kk = 1:end\nx\nend"),
+              "on line 2, the range of the for loop over kk has no last value\nfor kk = 1:end\n"
+              "             ^\n");
+}
+
+TEST(Errors, cut_long_lines) {
+    const struct {
+        std::string source, excerpt_and_caret;
+    } rows[] = {// the column reached: 79 has a caret, 80 none
+                {"x =" + blanks(75) + ")", "x =" + blanks(75) + ")\n" + blanks(79) + "^\n"},
+                {"x =" + blanks(76) + ")", "x =" + blanks(76) + ")\n"},
+                // the end of the line before: 899 characters have a caret, 900 none
+                {"x =" + blanks(896) + "\n", "x =" + blanks(896) + "\n" + blanks(898) + "^\n"},
+                {"x =" + blanks(897) + "\n", "x =" + blanks(897) + "\n"},
+                // 1024 characters are whole; of more, the caret follows the cut
+                {"a\nx = )" + blanks(1019), "x = )" + blanks(1019) + "\n     ^\n"},
+                {"a\nx = )" + blanks(1020), "x = )" + blanks(1019) + "...\n     ^\n"},
+                {"a\nx = " + blanks(1021) + "\nb", "x = " + blanks(1020) + "...\n"},
+                // the first line of a command: its whole text counts
+                {"x = )\n" + blanks(1100), "x = )\n" + blanks(1018) + "...\n     ^\n"},
+                {"x = )" + blanks(1017), "x = )" + blanks(1017) + "\n     ^\n"},
+                {"x = )" + blanks(1018), "x = )" + blanks(1018) + "\n...\n     ^\n"}};
+    for (const auto &row : rows) {
+        const std::string text = error_of("command", row.source);
+        EXPECT_EQ(text.substr(text.find('\n') + 1), row.excerpt_and_caret);
+    }
+}
+
+TEST(Errors, name_the_file) {
+    const SourceFiles files(R"(
+first => x = )\n   second => a;\nx = [1 % one\n 2 )]\n   end => x = (   proc => function f\nx\nend
+caller => \n\nf(1)\n   f => y = 1;\ny = )\n   carry => a\ng(1)   g => y = )
+after => a\nh(1))\n   h => function y = h(x)\n\n\n'z';\n)");
+    const struct {
+        const char *file, *header_end, *rest;
+    } rows[] = {{"first.m", "1 of first.m", "\n     ^\n"},  // nothing is kept of a first line
+                {"second.m", "3 of second.m", "x = [1 % one\n    ^\n"},
+                {"end.m", "1 of end.m", "\n     ^\n"},
+                {"proc.m", "3 of proc.m", "end\n   ^\n"},
+                {"caller.m", "2 of f.m", "y = )\n     ^\n"},
+                // text and column carry over from the caller
+                {"carry.m", "1 of g.m", "g(1)\n         ^\n"},
+                // behind a complete script, when the functions that it calls have been translated
+                {"after.m", "2 of after.m", "h(1))\n     ^\n"}};
+    for (const auto &row : rows) {
+        std::string where = row.header_end;
+        where.insert(where.find("of ") + 3, files.path(""));
+        EXPECT_EQ(error_of("file", files.path(row.file)),
+                  "on line " + where + ", syntax error\n" + row.rest);
+    }
+}
+
+TEST(Errors, fit_into_2048_bytes) {
+    const std::string line = "x = )" + blanks(800);
+    const SourceFiles files;
+    files.write("f.m", "a\n" + line);
+    auto long_name = [&files](size_t length) {
+        std::string name = files.path("");
+        while (name.size() + 3 < length) name += name.size() + 4 == length ? "/" : "./";
+        return name + "f.m";
+    };
+    const std::string caret = "     ^\n";
+    // header and caret survive what is cut from the excerpt
+    const std::string header = "on line 2 of " + long_name(1500) + ", syntax error\n";
+    const size_t room = 2047 - header.size() - caret.size() - 1;
+    EXPECT_EQ(error_of("file", long_name(1500)), header + line.substr(0, room) + "\n" + caret);
+    // a file name that does not fit itself keeps its end
+    const std::string text = error_of("file", long_name(3000));
+    EXPECT_EQ(text.size(), 2047u);
+    EXPECT_EQ(text.substr(0, 16), "on line 2 of ...");
+    const std::string end = "/f.m, syntax error\n\n" + caret;
+    EXPECT_EQ(text.substr(text.size() - end.size()), end);
+}
+
+TEST(Errors, stop_at_the_limit_of_the_stack) {
+    auto statements = [](int count) {
+        std::string text;
+        while (count-- > 0) text += "a;";
+        return text;
+    };
+    const SourceFiles files;
+    files.write("fits.m", statements(4998));
+    files.write("exceeds.m", statements(4999));
+    EXPECT_EQ(error_of("file", files.path("fits.m")).size(), 3u * 4998);
+    EXPECT_EQ(error_of("file", files.path("exceeds.m")),
+              "on line 1 of " + files.path("exceeds.m") + ", memory exhausted\n\n");
+}
+
+TEST(Errors, that_return_keep_what_stood_before) {
+    const SourceFiles files(R"(
+three => function a\nx = 1;\nend\nfunction b\nx = );\ny = (;\nend\nfunction c\nz = 3;\nend\n
+calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n)");
+    const std::string a = "a := proc(  )\n;\n    x := 1;\n    end proc;\n\n";
+    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("three.m")), a);
+    EXPECT_EQ(bare_host.errors.size(), 1u);
+    EXPECT_EQ(yynerrs, 1);
+    // the functions called before the error are still found
+    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("calls.m")),
+              "a := proc(  )\n;\n    f(1);\n    end proc;\n\n"
+              "f := proc( x )\n;\n    y := 2;\n    end proc;\n\n");
+    EXPECT_EQ(run_bare(Leave::Return, "command", "x = )"), "");
+    EXPECT_EQ(run_bare(Leave::Return, "command", "x = 1"), "x := 1;\n");
+}
+
+TEST(Errors, in_arguments) {
+    StandInHost host;
+    host.leave_errors_by(ErrorExit::Return);
+    ValueStore &values = host.values();
+    const HostValue command = values.string("command");
+    const HostValue text = values.string("x=1");
+    const HostValue number = ValueStore::integer(7);
+    const HostValue mixed_list[] = {values.string("dir"), number, command};
+    const HostValue mixed = values.list(mixed_list);
+    const HostValue other = values.equation(values.name("Foo"), values.boolean(false));
+    const HostValue unnamed = values.equation(number, values.boolean(false));
+    const HostValue bad = values.string("files");
+    const struct {
+        std::vector<HostValue> arguments;
+        const char *outcome;  // the result, and the errors behind it
+    } rows[] = {
+        {{}, "null invalid input: at least two arguments expected"},
+        {{command}, "null invalid input: at least two arguments expected"},
+        {{number, text}, "null invalid input: string expected for first argument, but got 7"},
+        {{command, number}, "null invalid input: string expected for second argument, but got 7"},
+        {{command, text, mixed}, "x := 1;\n invalid input: path must be a list of strings"},
+        {{bad, text, mixed}, "null invalid input: path must be a list of strings"},
+        {{values.string("file"), bad}, "null unable to open \"files\""},
+        {{values.string("Command"), text}, "null"},
+        {{command, text, number, text, other, unnamed, 0}, "x := 1;\n"}};
+    for (const auto &row : rows) {
+        const char *result = text_of(host.run(values.sequence(row.arguments)));
+        std::string outcome = result ? result : "null";
+        for (const std::string &error : host.take_errors()) outcome += " " + error;
+        EXPECT_EQ(outcome, row.outcome);
+    }
+}
+
+}  // namespace
+
+}  // namespace mtranslate

@@ -1,0 +1,53 @@
+/* Expressions: each row becomes a statement of its own, as a command and in a file. */
+#include "tests/translation.h"
+
+namespace mtranslate {
+
+namespace {
+
+void expect_expressions(const std::string &table, const Row &before = {"", ""}) {
+    expect_translations(short_rows(table), before, ";\n");
+}
+
+TEST(Expressions, leaves) { expect_expressions(table("leaves")); }
+
+TEST(Expressions, operators_by_what_is_known_to_be_scalar) {
+    expect_expressions(table("operators"));
+}
+
+TEST(Expressions, precedence_and_parentheses) { expect_expressions(table("precedence")); }
+
+TEST(Expressions, matrix_and_cell_literals) {
+    expect_expressions(table("literals"));
+    Row row{"[0", "Vector[row]([0"};
+    Row chain{"a", "a"};
+    for (int i = 1; i < 300; i++) {
+        const std::string element = std::to_string(i);
+        row = {row.source + " " + element, row.expected + ", " + element};
+        chain = {chain.source + "-" + element, chain.expected + " -~ " + element};
+    }
+    expect_translations(
+        {{row.source + "]", row.expected + "]);\n"}, {chain.source, chain.expected + ";\n"}});
+}
+
+TEST(Expressions, calls_and_indices) {
+    expect_expressions(table("calls"));
+    expect_expressions(table("indices"), {"x = 1;", "x := 1;\n"});
+    expect_expressions("sin(1:2) => sin(1..2)   sin on => sin(\"on\")",
+                       {"sin = 1;", "sin := 1;\n"});
+}
+
+TEST(Expressions, brace_indices) { expect_expressions(table("brace_indices")); }
+
+TEST(Expressions, assignments) {
+    expect_expressions(table("assignments"));
+    // the targets of several values are known variables, and count as a use of ArrayTools
+    for (const Row &row : short_rows(table("targets"))) {
+        expect_translation("command", row.source, row.expected);
+        expect_file_translation(row.source, std::string("with(ArrayTools):\n") + row.expected);
+    }
+}
+
+}  // namespace
+
+}  // namespace mtranslate

@@ -1,0 +1,285 @@
+/* Runs: what the host is asked, which files are translated in which order, what a run leaves, and
+ * what becomes of it when the heap is exhausted. */
+#include "tests/translation.h"
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+extern "C" {
+void *__real_malloc(size_t size);
+void *__real_calloc(size_t count, size_t size);
+void *__real_realloc(void *block, size_t size);
+void __real_free(void *block);
+}
+
+namespace mtranslate {
+
+namespace {
+
+/* The heap of the statically linked objects. */
+struct Heap {
+    long live = 0;         /* blocks given out and not taken back */
+    long next_fail = 0;    /* allocations up to the one that fails; 0 for none */
+    bool for_good = false; /* whether those behind it fail too */
+    bool has_failed = false;
+
+    bool fails() {
+        if (next_fail != 1) {
+            if (next_fail > 1) next_fail--;
+            return false;
+        }
+        if (!for_good) next_fail = 0;
+        has_failed = true;
+        return true;
+    }
+    void *note(void *block) {
+        if (block) live++;
+        return block;
+    }
+};
+Heap heap;
+
+}  // namespace
+
+}  // namespace mtranslate
+
+extern "C" {
+using mtranslate::heap;
+
+void *__wrap_malloc(size_t size) { return heap.fails() ? nullptr : heap.note(__real_malloc(size)); }
+
+void *__wrap_calloc(size_t count, size_t size) {
+    return heap.fails() ? nullptr : heap.note(__real_calloc(count, size));
+}
+
+void *__wrap_realloc(void *block, size_t size) {
+    if (heap.fails()) return nullptr;
+    void *resized = __real_realloc(block, size);
+    if (!block) heap.note(resized);
+    return resized;
+}
+
+void __wrap_free(void *block) {
+    if (block) heap.live--;
+    __real_free(block);
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace mtranslate {
+
+namespace {
+
+/* The recorded calls: a name that was asked as it stands, a function as "call(name, arguments)". */
+std::string shown_calls(StandInHost &host) {
+    std::string calls;
+    for (const std::string &call : host.take_calls()) calls += (calls.empty() ? "" : " ") + call;
+    calls = std::regex_replace(calls, std::regex("TranslateName\\((\\w+)\\)"), "$1");
+    return std::regex_replace(calls, std::regex("TranslateFunction"), "call");
+}
+
+TEST(HostCalls, come_in_order_of_the_source) {
+    StandInHost host;
+    host.translate_name("pi", "my_pi");
+    host.translate_function("sin", "map(sin, A)");
+    host.record_calls();
+    for (const Row &row : short_rows(table("host_calls"))) {
+        for (int i = 0; i < 2; i++) {
+            translate(host, "command", row.source);
+            EXPECT_EQ(shown_calls(host), row.expected) << row.source;
+            leave_broken_run();
+        }
+    }
+    const HostValue off[] = {
+        host.values().equation(host.values().name("AddTranslator"), host.values().boolean(false))};
+    EXPECT_EQ(translate(host, "command", "sin(pi)", off), "sin(my_pi);\n");
+    EXPECT_EQ(shown_calls(host), "sin pi");
+}
+
+/* The files of a program, and a file run's translation of them, each procedure and statement
+ * reduced to its name: "a b()" for a procedure a and a statement b(). */
+std::string order_of(const char *table, const std::vector<Texts> &paths = {},
+                     bool add_translator = true) {
+    const SourceFiles files(table);
+    StandInHost host;
+    ValueStore &values = host.values();
+    std::vector<HostValue> options;
+    for (Texts path : paths) {
+        for (std::string &directory : path) directory = files.path(directory);
+        options.push_back(values.list_of_strings(path));
+    }
+    if (!add_translator)
+        options.push_back(values.equation(values.name("AddTranslator"), values.boolean(false)));
+    std::string text = translate(host, "file", files.path("main.m"), options);
+    leave_broken_run();
+    EXPECT_EQ(translate(host, "file", files.path("main.m"), options), text);
+    text = std::regex_replace(text, std::regex(" := proc\\([\\s\\S]*?end proc;\\n"), "");
+    text = std::regex_replace(text, std::regex("\\n+"), " ");
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+TEST(Resolution, takes_names_by_hash_and_in_passes) {
+    // one-letter names are visited in the order e a f b g c h d
+    EXPECT_EQ(order_of(R"(
+main => function main\nd(), c(), b(), f(1), e(), none()   f => function f\nh(), a()
+b => function b\nf()   c => function c\nfunction g   d => function d\ng(), @b
+e => function e\nmain()   a => function a\ni()   g => function never   h => function h
+i => function i)"),
+              "main e f b c g d a h i");
+    // defined in the main file, a variable, a bare name, and a handle
+    EXPECT_EQ(order_of(R"(
+main => function main\na(), b = 1, b(1), c, @d\nfunction a   a => function never
+b => function never   c => function never   d => function d)"),
+              "main a d");
+}
+
+TEST(Resolution, puts_called_functions_before_a_script) {
+    // b, a script, resolves what was called so far in its pass, a's c among it
+    EXPECT_EQ(order_of(R"(main => a()\nb()   a => function a\nc()   b => d()\nc()
+c => function c   d => function d)"),
+              "a c d d(); c(); a(); b();");
+    EXPECT_EQ(order_of("main => a()   a => b()   b => a()\\nb()"), "a(); b(); b(); a();");
+    EXPECT_EQ(order_of(R"(main => function f\na()\nend\nb()   a => function a   b => function b)"),
+              "f a b b();");
+}
+
+TEST(Resolution, searches_the_last_directory_first) {
+    const char *const files = R"(
+main => f()\n@g   f => function own   1/f => function f1   2/f => function f2   3/f => function f3
+1/g => function g1)";
+    EXPECT_EQ(order_of(files), "own f(); g;");
+    EXPECT_EQ(order_of(files, {{"1", "2"}}), "f2 g1 f(); g;");
+    EXPECT_EQ(order_of(files, {{"1", "2"}, {"3"}}), "f3 g1 f(); g;");
+    EXPECT_EQ(order_of(files, {{"2", "1"}, {"none"}}), "f1 g1 f(); g;");
+    EXPECT_EQ(order_of(files, {Texts{}}), "f(); g;");
+    EXPECT_EQ(order_of(files, {{"1", "2"}}, false), "g1 f(); g;");
+    std::string deep = "3";
+    while (deep.size() < 1100) deep = "./" + deep;
+    EXPECT_EQ(order_of(files, {{deep}}), "f3 f(); g;");
+}
+
+TEST(Resolution, keeps_the_mode_but_not_packages_and_globals) {
+    const SourceFiles files(R"(main => global g, x = y'; a()   a => function a\nz = [x y];)");
+    expect_translation(
+        "file", files.path("main.m"),
+        "a := proc(  )\n    uses ArrayTools;\n;\n    z := Concatenate(2, x, y);\n"
+        "    end proc;\n\nwith(LinearAlgebra):\nx := HermitianTranspose(y);\na();\n");
+    StandInHost host;
+    const HostValue path[] = {host.values().list_of_strings({files.path("")})};
+    EXPECT_EQ(translate(host, "command", "a(), x = y'", path),
+              "a := proc(  )\n    uses ArrayTools;\n;\n"
+              "    z := ArrayTools:-Concatenate(2, x, y);\n    end proc;\n\n"
+              "a();\nx := LinearAlgebra:-HermitianTranspose(y);\n");
+}
+
+/* A program that takes every road through the library that allocates. */
+class EveryRoad : public testing::Test {
+protected:
+    EveryRoad()
+        : files_(R"(
+a => function y = a(n, varargin)\n% A.\nglobal t\ny = varargin{n};   b => function [u, v] = b\nu = a(2)
+script => a(1)\nw = 'open to the end'\n)") {
+        files_.write("main.m", "% " + std::string(40000, 'c') + R"(
+global g h k
+x = {1, 'it''s'; [2.5 3i], a(1:2:end)'};
+[p, q] = b(@script, s.f, x{1}, -1.5e3);
+load data.mat.gz now
+for k = 1:3, if k == 2, continue, else, x(:) = 1; end % loop
+end
+while ~q, switch x, case {1, 2}, y, otherwise, z, end, end
+)" + repeated("u = [1 2 3 4 5 6 7 8 9 10 11 12];\n", 110));
+    }
+    static std::string repeated(const std::string &text, int count) {
+        return count == 0 ? "" : text + repeated(text, count - 1);
+    }
+    std::string main() const { return files_.path("main.m"); }
+
+private:
+    SourceFiles files_;
+};
+
+/* Runs main with the n-th allocation failing. */
+void run_failing(Leave leave, const std::string &main, long n, bool for_good) {
+    mTranslateRelease();
+    const long live = heap.live;
+    heap.next_fail = n;
+    heap.for_good = for_good;
+    heap.has_failed = false;
+    run_bare(leave, "file", main);
+    heap.next_fail = 0;
+    mTranslateRelease();
+    ASSERT_EQ(heap.live, live) << "blocks of a run whose allocation " << n << " failed";
+    ASSERT_EQ(bare_host.errors.empty(), !heap.has_failed) << n;
+    for (const std::string &error : bare_host.errors)
+        ASSERT_TRUE(error.find("memory exhausted") != std::string::npos ||
+                    error.starts_with("out of dynamic memory in yy") ||
+                    error == "fatal error - scanner input buffer overflow")
+            << error;
+}
+
+TEST_F(EveryRoad, survives_every_failing_allocation) {
+    const auto expected = run_bare(Leave::Throw, "file", main());
+    for (const Leave leave : {Leave::Throw, Leave::Return, Leave::Jump}) {
+        long n = 1;
+        heap.has_failed = true;
+        for (; heap.has_failed; n += 1 + n / 100) {
+            run_failing(leave, main(), n, n % 2 == 0);
+            ASSERT_FALSE(HasFatalFailure());
+            if (n % 10 == 0) {
+                ASSERT_EQ(run_bare(leave, "file", main()), expected) << n;
+            }
+        }
+        EXPECT_GT(n, 500);  // so many that all of the program was reached
+    }
+}
+
+long open_files() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+TEST_F(EveryRoad, holds_nothing_after_a_run) {
+    mTranslateRelease();
+    const long live = heap.live;
+    const long files = open_files();
+    run_bare(Leave::Throw, "file", main());
+    EXPECT_EQ(heap.live, live);
+    const SourceFiles broken("main => f(1)   f => g(1)   g => x = [1, {f('open");
+    for (const Leave leave : {Leave::Throw, Leave::Return, Leave::Jump}) {
+        for (const char *source : {"x = [1, {f('open", "x = )", "global a b\nfor k = 1:end, end"}) {
+            run_bare(leave, "command", source);
+            EXPECT_EQ(bare_host.errors.size(), 1u);
+            mTranslateRelease();
+            mTranslateRelease();
+            EXPECT_EQ(heap.live, live) << source;
+            run_bare(leave, "Neither", source);
+            EXPECT_EQ(heap.live, live) << source;
+        }
+        run_bare(leave, "file", broken.path("main.m"));
+        EXPECT_EQ(bare_host.errors.size(), 1u);
+        mTranslateRelease();
+        EXPECT_EQ(open_files(), files);
+    }
+}
+
+/* Options of a run are its own: neither the path nor the translator's flag is left. */
+TEST(Runs, begin_afresh) {
+    const SourceFiles files("f => function f\\nx = 1");
+    StandInHost host;
+    host.translate_function("sin", "map(sin, A)");
+    ValueStore &values = host.values();
+    const HostValue options[] = {
+        values.list_of_strings({files.path("")}),
+        values.equation(values.name("AddTranslator"), values.boolean(false))};
+    const std::string procedure_text = "f := proc(  )\n;\n    x := 1;\n    end proc;\n\n";
+    for (int i = 0; i < 2; i++) {
+        EXPECT_EQ(translate(host, "command", "sin(1), @f, x(1:2)", options),
+                  procedure_text + "sin(1);\nf;\nx(Vector[row]([seq(1..2)]));\n");
+        EXPECT_EQ(translate(host, "command", "x(1:2), sin(1), f()"),
+                  "x(Vector[row]([seq(1..2)]));\nmap(sin, A);\nf();\n");
+        EXPECT_THROW(host.translate("command", "global x y\nx = [1 {(", options), HostError);
+        EXPECT_EQ(translate(host, "command", "function g\nx(1:2) -1"),
+                  "g := proc(  )\n;\n    x(Vector[row]([seq(1..2)])) -~ 1;\n    end proc;\n\n");
+    }
+}
+
+}  // namespace
+
+}  // namespace mtranslate

@@ -1,0 +1,238 @@
+/* What the tests of whole translations share: source files on disk, hosts whose errors leave a run
+ * in every way there is, and tables of sources with the host texts that they become. */
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <csetjmp>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <regex>
+#include <span>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "emit/switch_writer.h"
+#include "host/stand_in_host.h"
+
+namespace mtranslate {
+
+using Texts = std::vector<std::string>;
+
+inline std::string read_file(const std::string &path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+/* A table of cases/, without its comments: lines that begin with "# ". */
+inline std::string table(const std::string &name) {
+    std::istringstream lines(read_file(MTRANSLATE_SOURCE_DIR "/tests/cases/" + name + ".txt"));
+    std::string text;
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("# ")) text += line + "\n";
+    EXPECT_NE(text, "") << name;
+    return text;
+}
+
+struct Row {
+    std::string source;
+    std::string expected;
+};
+
+/* In tables a backslash and n, r, f or t stand for a control character. */
+inline std::string unescaped(std::string text) {
+    for (size_t at = 0; (at = text.find('\\', at)) != std::string::npos; at++) {
+        static const std::string letters = "nrft";
+        const size_t which = at + 1 < text.size() ? letters.find(text[at + 1]) : std::string::npos;
+        if (which != std::string::npos) text.replace(at, 2, 1, "\n\r\f\t"[which]);
+    }
+    return text;
+}
+
+/* The cells of a table: three blanks or more, or a line end, stand between them. */
+inline Texts cells(const std::string &table) {
+    static const std::regex gap(" {3,}|\n");
+    Texts texts;
+    for (std::sregex_token_iterator at(table.begin(), table.end(), gap, -1), end; at != end; ++at)
+        if (at->length() > 0) texts.push_back(*at);
+    return texts;
+}
+
+/* Cells "source => expected". */
+inline std::vector<Row> short_rows(const std::string &table) {
+    std::vector<Row> rows;
+    for (const std::string &cell : cells(table)) {
+        const size_t arrow = cell.find(" => ");
+        const bool is_empty = arrow + 4 > cell.size();
+        rows.push_back(
+            {unescaped(cell.substr(0, arrow)), is_empty ? "" : unescaped(cell.substr(arrow + 4))});
+    }
+    return rows;
+}
+
+/* Rows of several lines, the source left and the expected text right of a bar, an empty line
+ * between rows. Where the source is shorter, its lines stand in front of no text. */
+inline std::vector<Row> side_by_side(const std::string &table) {
+    std::vector<Row> rows(1);
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty()) {
+            rows.emplace_back();
+            continue;
+        }
+        const size_t bar = line.find('|');
+        const std::string left = line.substr(0, bar);
+        const size_t length = left.find_last_not_of(' ') + 1;
+        std::string &source = rows.back().source;
+        if (length > 0) source += (source.empty() ? "" : "\n") + unescaped(left.substr(0, length));
+        if (bar == std::string::npos) continue;
+        const bool is_empty = bar + 1 == line.size();
+        rows.back().expected += (is_empty ? "" : unescaped(line.substr(bar + 2))) + "\n";
+    }
+    return rows;
+}
+
+/* Source files in a directory of their own, which goes with this object. */
+class SourceFiles {
+public:
+    /* Cells "name => text", the names without ".m". */
+    explicit SourceFiles(const std::string &table = "") {
+        std::string form = testing::TempDir() + "/mtranslate.XXXXXX";
+        directory_ = mkdtemp(form.data());
+        for (const Row &file : short_rows(table)) write(file.source + ".m", file.expected);
+    }
+    ~SourceFiles() { std::filesystem::remove_all(directory_); }
+    SourceFiles(const SourceFiles &) = delete;
+    SourceFiles &operator=(const SourceFiles &) = delete;
+
+    std::string path(const std::string &name) const { return directory_ + "/" + name; }
+    void write(const std::string &name, const std::string &text) const {
+        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+        std::ofstream(path(name), std::ios::binary) << text;
+    }
+
+private:
+    std::string directory_;
+};
+
+/* How RaiseError leaves a run. */
+enum class Leave { Throw, Return, Jump };
+
+/* A host that answers nothing and allocates only what the values take: errors may jump over it. */
+struct BareHost {
+    ValueStore values;
+    Leave leave = Leave::Throw;
+    Texts errors; /* of the last run */
+    std::jmp_buf exit;
+};
+inline BareHost bare_host;
+
+inline HostValue raise_bare(const char *message, HostValue) {
+    bare_host.errors.emplace_back(message);
+    if (bare_host.leave == Leave::Throw) throw HostError(message);
+    if (bare_host.leave == Leave::Jump) std::longjmp(bare_host.exit, 1);
+    return 0;
+}
+
+inline HostValue enter_library(HostValue args) {
+    static const HostKernelTable kernel = {
+        raise_bare,
+        [](HostValue, HostValue) { return HostValue{0}; },
+        [](const char *) { return HostValue{0}; },
+        [](HostValue value) { return is_a(ValueType::String, value) ? 1 : 0; },
+        element_of,
+        [](HostValue value) { return to_boolean(value) ? 1 : 0; },
+        text_of,
+        element_count,
+        [](int count) { return bare_host.values.sequence(static_cast<std::size_t>(count)); },
+        [](const char *text) { return bare_host.values.string(text); },
+        [](HostValue value) { return is_a(ValueType::List, value) ? 1 : 0; }};
+    if (setjmp(bare_host.exit)) return 0;
+    try {
+        return mTranslate(&kernel, args);
+    } catch (const HostError &) {
+        return 0;
+    }
+}
+
+/* A run on the bare host, its arguments made before; no value for a null result. */
+inline std::optional<std::string> run_bare(Leave leave, const char *mode,
+                                           const std::string &source) {
+    ValueStore &values = bare_host.values;
+    values.clear();
+    const HostValue texts[] = {values.string(mode), values.string(source)};
+    bare_host.leave = leave;
+    bare_host.errors.clear();
+    SwitchCounter = 0;
+    const char *result = text_of(enter_library(values.sequence(texts)));
+    return result ? std::optional<std::string>(result) : std::nullopt;
+}
+
+/* A run that ends in the middle of everything: brackets and a string open, a global recorded. Each
+ * call leaves it another way. */
+inline void leave_broken_run() {
+    static int turn = 0;
+    const Leave leave = static_cast<Leave>(turn++ % 3);
+    run_bare(leave, "command", "global stale\nx = {1, f(3 'open\nstale = 1");
+    ASSERT_EQ(bare_host.errors.size(), 1u);
+}
+
+/* The translation, or the error that takes its place; switch variables start with 0. */
+inline std::string translate(StandInHost &host, std::string_view mode, std::string_view source,
+                             std::span<const HostValue> options = {}) {
+    SwitchCounter = 0;
+    try {
+        return host.translate(mode, source, options).value_or("null");
+    } catch (const HostError &error) {
+        return std::string("error: ") + error.what();
+    }
+}
+
+/* Checks a translation, and that it stays the same after a run that went wrong. */
+inline void expect_translation(std::string_view mode, const std::string &source,
+                               const std::string &expected) {
+    StandInHost host;
+    host.translate_name("pi", "my_pi");
+    host.translate_function("size", "ArrayTools:-Size(A)");
+    host.translate_function("inv", "LinearAlgebra:-Inv(A)");
+    host.translate_function("sin", "map(sin, A)");
+    EXPECT_EQ(translate(host, mode, source), expected);
+    leave_broken_run();
+    EXPECT_EQ(translate(host, mode, source), expected) << "after an error";
+}
+
+inline void expect_file_translation(const std::string &source, const std::string &expected) {
+    const SourceFiles files;
+    files.write("main.m", source);
+    expect_translation("file", files.path("main.m"), expected);
+}
+
+/* What a command's translation is for the same text in a file: members of packages without their
+ * prefixes, which a script makes up for by loading the packages. */
+inline std::string as_file_text(const std::string &text) {
+    const std::string without_arrays =
+        std::regex_replace(text, std::regex("ArrayTools:-(?!Size\\(qxrp_A)"), "");
+    const std::string bare = std::regex_replace(without_arrays, std::regex("LinearAlgebra:-"), "");
+    const bool is_script = text.find(" := proc( ") == std::string::npos;
+    const std::string arrays = without_arrays != text ? "with(ArrayTools):\n" : "";
+    const std::string algebra = bare != without_arrays ? "with(LinearAlgebra):\n" : "";
+    return is_script ? arrays + algebra + bare : bare;
+}
+
+/* Checks every row, its text as a command gives it, as a command and as a file. before stands in
+ * front of each source and its text, end behind each text. */
+inline void expect_translations(const std::vector<Row> &rows, const Row &before = {"", ""},
+                                const char *end = "") {
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.source);
+        const std::string expected = before.expected + row.expected + end;
+        expect_translation("command", before.source + row.source, expected);
+        expect_file_translation(before.source + row.source, as_file_text(expected));
+    }
+}
+
+}  // namespace mtranslate
