@@ -130,14 +130,9 @@ TEST(Errors, fit_into_2048_bytes) {
 }
 
 TEST(Errors, stop_at_the_limit_of_the_stack) {
-    auto statements = [](int count) {
-        std::string text;
-        while (count-- > 0) text += "a;";
-        return text;
-    };
     const SourceFiles files;
-    files.write("fits.m", statements(4998));
-    files.write("exceeds.m", statements(4999));
+    files.write("fits.m", repeated("a;", 4998));
+    files.write("exceeds.m", repeated("a;", 4999));
     EXPECT_EQ(error_of("file", files.path("fits.m")).size(), 3u * 4998);
     EXPECT_EQ(error_of("file", files.path("exceeds.m")),
               "on line 1 of " + files.path("exceeds.m") + ", memory exhausted\n\n");
@@ -146,7 +141,7 @@ TEST(Errors, stop_at_the_limit_of_the_stack) {
 TEST(Errors, that_return_keep_what_stood_before) {
     const SourceFiles files(R"(
 three => function a\nx = 1;\nend\nfunction b\nx = );\ny = (;\nend\nfunction c\nz = 3;\nend\n
-calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n)");
+calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n   outer => g(1))   g => y = )\n)");
     const std::string a = "a := proc(  )\n;\n    x := 1;\n    end proc;\n\n";
     EXPECT_EQ(run_bare(Leave::Return, "file", files.path("three.m")), a);
     EXPECT_EQ(bare_host.errors.size(), 1u);
@@ -155,6 +150,10 @@ calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n)")
     EXPECT_EQ(run_bare(Leave::Return, "file", files.path("calls.m")),
               "a := proc(  )\n;\n    f(1);\n    end proc;\n\n"
               "f := proc( x )\n;\n    y := 2;\n    end proc;\n\n");
+    // an error of a called file is not counted as the caller's
+    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("outer.m")), "g(1);\n");
+    EXPECT_EQ(bare_host.errors.size(), 2u);
+    EXPECT_EQ(yynerrs, 1);
     EXPECT_EQ(run_bare(Leave::Return, "command", "x = )"), "");
     EXPECT_EQ(run_bare(Leave::Return, "command", "x = 1"), "x := 1;\n");
 }

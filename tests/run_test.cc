@@ -88,6 +88,10 @@ TEST(HostCalls, come_in_order_of_the_source) {
             leave_broken_run();
         }
     }
+    // in the next pass an unanswered call is asked again
+    const SourceFiles files("main => f(1), f(2), a()   a => f(3)");
+    translate(host, "file", files.path("main.m"));
+    EXPECT_EQ(shown_calls(host), "f call(f, 1) f a call(a) f call(f, 3)");
     const HostValue off[] = {
         host.values().equation(host.values().name("AddTranslator"), host.values().boolean(false))};
     EXPECT_EQ(translate(host, "command", "sin(pi)", off), "sin(my_pi);\n");
@@ -151,9 +155,7 @@ main => f()\n@g   f => function own   1/f => function f1   2/f => function f2   
     EXPECT_EQ(order_of(files, {{"2", "1"}, {"none"}}), "f1 g1 f(); g;");
     EXPECT_EQ(order_of(files, {Texts{}}), "f(); g;");
     EXPECT_EQ(order_of(files, {{"1", "2"}}, false), "g1 f(); g;");
-    std::string deep = "3";
-    while (deep.size() < 1100) deep = "./" + deep;
-    EXPECT_EQ(order_of(files, {{deep}}), "f3 f(); g;");
+    EXPECT_EQ(order_of(files, {{repeated("./", 550) + "3"}}), "f3 f(); g;");
 }
 
 TEST(Resolution, keeps_the_mode_but_not_packages_and_globals) {
@@ -186,9 +188,6 @@ for k = 1:3, if k == 2, continue, else, x(:) = 1; end % loop
 end
 while ~q, switch x, case {1, 2}, y, otherwise, z, end, end
 )" + repeated("u = [1 2 3 4 5 6 7 8 9 10 11 12];\n", 110));
-    }
-    static std::string repeated(const std::string &text, int count) {
-        return count == 0 ? "" : text + repeated(text, count - 1);
     }
     std::string main() const { return files_.path("main.m"); }
 

@@ -64,7 +64,7 @@ std::string tokens(const std::string &text, int delimiter = 0,
     yy_scan_string(text.c_str());
     begin_source();
     BracketDelimiter = delimiter;
-    const std::string stream = read_tokens(positions);
+    std::string stream = read_tokens(positions);
     EXPECT_EQ(TokenOffset, static_cast<long>(text.size())) << text;
     release_run();
     return stream;
@@ -81,7 +81,7 @@ std::string with_file(const std::string &text, int delimiter,
     yyrestart(file);
     begin_source();
     BracketDelimiter = delimiter;
-    const std::string result = read();
+    std::string result = read();
     release_run();
     fclose(file);
     return result;
@@ -162,6 +162,11 @@ std::string line_texts(const std::string &text, int delimiter) {
     });
 }
 
+void expect_whole_lines(const std::string &name) {
+    const std::string line = "\nb + " + name + " c";
+    EXPECT_EQ(line_texts(name + line + "\nd", 0), "|\n" + line + "|\n\nd|" + line + "\n");
+}
+
 TEST(Scanner, keeps_whole_copies_of_two_lines) {
     // neither a token's end, nor a blank given up for a comma, nor a comment cuts a line
     EXPECT_EQ(line_texts("a b\nc 1  2 % n\n3 4\r\n5 'x\\y' -1\f6", IN_LITERAL),
@@ -171,11 +176,8 @@ TEST(Scanner, keeps_whole_copies_of_two_lines) {
               "\f6|\r\n5 'x\\y' -1\f6\n");
     EXPECT_EQ(line_texts("a\n\n\rb c", 0), "|\n\n\n\rb c|\n");
     // nor a refill, wherever it falls
-    for (const size_t length : {8185u, 8190u, 8192u, 16380u, 16384u, 40000u}) {
-        const std::string lead(length, 'a');
-        const std::string line = "\nb + " + lead + " c";
-        EXPECT_EQ(line_texts(lead + line + "\nd", 0), "|\n" + line + "|\n" + "\nd|" + line + "\n");
-    }
+    for (const int length : {8185, 8190, 8192, 16380, 16384, 40000})
+        expect_whole_lines(repeated("a", length));
 }
 
 }  // namespace

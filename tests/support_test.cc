@@ -190,13 +190,13 @@ TEST_F(Tracked, texts_grow_by_half) {
     }
     EXPECT_EQ(blocks(), 0u);
     LongString text = NewLongString();
-    const LongString start = text;
+    const char *const start = text;
     for (int i = 0; i < 255; i++) text = AppendToString(text, 'x');
     EXPECT_EQ(text, start);
     text = AppendToString(text, 'y');
     EXPECT_EQ(text, std::string(255, 'x') + "y");
     ClearLongString(text);
-    const LongString cleared = text;
+    const char *const cleared = text;
     text = AppendStringToString(text, "again");
     EXPECT_EQ(text, cleared);
     EXPECT_STREQ(text, "again");

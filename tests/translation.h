@@ -28,6 +28,12 @@ inline std::string read_file(const std::string &path) {
     return text.str();
 }
 
+inline std::string repeated(const std::string &text, int count) {
+    std::string all;
+    while (count-- > 0) all += text;
+    return all;
+}
+
 /* A table of cases/, without its comments: lines that begin with "# ". */
 inline std::string table(const std::string &name) {
     std::istringstream lines(read_file(MTRANSLATE_SOURCE_DIR "/tests/cases/" + name + ".txt"));
