@@ -88,10 +88,10 @@ TEST(HashTable, grows_sorts_and_copies_buckets) {
     Entries inserted{{INT_MIN, 0}};
     for (int i = 1; i < 256; i++) inserted.push_back({i * 7919 % 100 - 50, i});
     HashTable *table = table_of(1, inserted);
-    EXPECT_EQ(table->buckets[0].capacity, 256);
+    EXPECT_EQ(table->buckets[0]->capacity, 256);
     inserted.push_back({0, 256});
     HashInsert(table, 0, value_of(256));
-    EXPECT_EQ(table->buckets[0].capacity, 512);
+    EXPECT_EQ(table->buckets[0]->capacity, 512);
     HashTable *copy = HashCopy(table);
     testing::internal::CaptureStdout();
     HashSort(table);

@@ -52,6 +52,7 @@ void sort_range(HashEntry *entries, int32_t lo, int32_t hi) {
 
 void HashSort(HashTable *table) {
     for (int32_t b = 0; b < table->bucket_count; b++) {
-        sort_range(table->buckets[b].entries, 0, table->buckets[b].count - 1);
+        HashBucket *bucket = table->buckets[b];
+        if (bucket) sort_range(bucket->entries, 0, bucket->count - 1);
     }
 }

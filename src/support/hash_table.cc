@@ -8,22 +8,30 @@ namespace {
 // A bucket gets room for this many entries at its first insertion and doubles from there.
 constexpr int32_t FIRST_CAPACITY = 256;
 
-HashBucket *bucket_of(const HashTable *table, int32_t key) {
+HashBucket **bucket_of(const HashTable *table, int32_t key) {
     uint32_t magnitude = key < 0 ? 0u - static_cast<uint32_t>(key) : static_cast<uint32_t>(key);
-    return &table->buckets[magnitude % static_cast<uint32_t>(table->bucket_count)];
+    // magnitude % bucket_count: the fraction of the quotient, times the count
+    uint64_t fraction = table->reciprocal * magnitude;
+    uint64_t count = static_cast<uint32_t>(table->bucket_count);
+    return &table->buckets[static_cast<unsigned __int128>(fraction) * count >> 64];
 }
 
-bool grow(HashBucket *bucket) {
-    int32_t capacity = bucket->capacity ? bucket->capacity * 2 : FIRST_CAPACITY;
-    void *entries = HeapResize(bucket->entries, static_cast<size_t>(capacity) * sizeof(HashEntry));
-    if (!entries) return false;
-    bucket->entries = static_cast<HashEntry *>(entries);
-    bucket->capacity = capacity;
+// Gives a full bucket, or one that is not there yet, room for more. False when the heap is
+// exhausted.
+bool grow(HashBucket **slot) {
+    HashBucket *bucket = *slot;
+    int32_t capacity = bucket ? bucket->capacity * 2 : FIRST_CAPACITY;
+    int32_t count = bucket ? bucket->count : 0;
+    size_t size = sizeof(HashBucket) + static_cast<size_t>(capacity) * sizeof(HashEntry);
+    bucket = static_cast<HashBucket *>(HeapResize(bucket, size));
+    if (!bucket) return false;
+    *bucket = {reinterpret_cast<HashEntry *>(bucket + 1), capacity, count};
+    *slot = bucket;
     return true;
 }
 
 HashEntry *find(const HashBucket *bucket, int32_t key, const void *probe, HashCompare compare) {
-    for (int32_t i = 0; i < bucket->count; i++) {
+    for (int32_t i = 0; bucket && i < bucket->count; i++) {
         HashEntry *entry = &bucket->entries[i];
         if (entry->key == key && compare(entry->value, probe)) return entry;
     }
@@ -32,7 +40,7 @@ HashEntry *find(const HashBucket *bucket, int32_t key, const void *probe, HashCo
 
 HashEntry *find_last(const HashBucket *bucket, int32_t key, const void *probe,
                      HashCompare compare) {
-    for (int32_t i = bucket->count - 1; i >= 0; i--) {
+    for (int32_t i = bucket ? bucket->count - 1 : -1; i >= 0; i--) {
         HashEntry *entry = &bucket->entries[i];
         if (entry->key == key && compare(entry->value, probe)) return entry;
     }
@@ -45,23 +53,26 @@ HashTable *HashCreate(int32_t bucket_count) {
     HashTable *table = static_cast<HashTable *>(HeapAlloc(sizeof(HashTable)));
     if (!table) return nullptr;
     size_t used = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
-    table->buckets = static_cast<HashBucket *>(HeapAllocCleared(used * sizeof(HashBucket)));
+    table->buckets = static_cast<HashBucket **>(HeapAllocCleared(used * sizeof(HashBucket *)));
     table->bucket_count = bucket_count;
+    table->reciprocal = used > 0 ? UINT64_MAX / used + 1 : 0;
     if (table->buckets) return table;
     HeapFree(table);
     return nullptr;
 }
 
 int HashInsert(HashTable *table, int32_t key, HashValue value) {
-    HashBucket *bucket = bucket_of(table, key);
-    if (bucket->count == bucket->capacity && !grow(bucket)) return 0;
+    HashBucket **slot = bucket_of(table, key);
+    bool is_full = !*slot || (*slot)->count == (*slot)->capacity;
+    if (is_full && !grow(slot)) return 0;
+    HashBucket *bucket = *slot;
     bucket->entries[bucket->count++] = {key, value};
     return 1;
 }
 
 int HashLookup(const HashTable *table, int32_t key, HashValue *value, const void *probe,
                HashCompare compare) {
-    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
+    HashEntry *entry = find(*bucket_of(table, key), key, probe, compare);
     if (!entry) return 0;
     *value = entry->value;
     return 1;
@@ -69,7 +80,7 @@ int HashLookup(const HashTable *table, int32_t key, HashValue *value, const void
 
 int HashUpdate(HashTable *table, int32_t key, HashValue new_value, const void *probe,
                HashCompare compare, HashUpdateFunction update) {
-    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
+    HashEntry *entry = find(*bucket_of(table, key), key, probe, compare);
     if (!entry) return 0;
     update(&entry->value, new_value);
     return 1;
@@ -84,20 +95,20 @@ static int remove_entry(HashBucket *bucket, HashEntry *entry, HashValue *value) 
 
 int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
                HashCompare compare) {
-    HashBucket *bucket = bucket_of(table, key);
+    HashBucket *bucket = *bucket_of(table, key);
     return remove_entry(bucket, find(bucket, key, probe, compare), value);
 }
 
 int HashRemoveRecent(HashTable *table, int32_t key, HashValue *value, const void *probe,
                      HashCompare compare) {
-    HashBucket *bucket = bucket_of(table, key);
+    HashBucket *bucket = *bucket_of(table, key);
     return remove_entry(bucket, find_last(bucket, key, probe, compare), value);
 }
 
 int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {
     for (int32_t b = 0; b < table->bucket_count; b++) {
-        const HashBucket *bucket = &table->buckets[b];
-        for (int32_t i = 0; i < bucket->count; i++) {
+        const HashBucket *bucket = table->buckets[b];
+        for (int32_t i = 0; bucket && i < bucket->count; i++) {
             if (!visit(bucket->entries[i].key, bucket->entries[i].value, datum)) return 0;
         }
     }
@@ -106,8 +117,8 @@ int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {
 
 int HashForEach(const HashTable *table, void *datum_a, void *datum_b, HashVisit visit) {
     for (int32_t b = 0; b < table->bucket_count; b++) {
-        const HashBucket *bucket = &table->buckets[b];
-        for (int32_t i = 0; i < bucket->count; i++) {
+        const HashBucket *bucket = table->buckets[b];
+        for (int32_t i = 0; bucket && i < bucket->count; i++) {
             if (!visit(bucket->entries[i].value, datum_a, datum_b)) return 0;
         }
     }
@@ -127,7 +138,7 @@ HashTable *HashCopy(const HashTable *table) {
 
 void HashDestroy(HashTable *table) {
     if (!table) return;
-    for (int32_t b = 0; b < table->bucket_count; b++) HeapFree(table->buckets[b].entries);
+    for (int32_t b = 0; b < table->bucket_count; b++) HeapFree(table->buckets[b]);
     HeapFree(table->buckets);
     HeapFree(table);
 }

@@ -17,14 +17,15 @@ struct HashEntry {
 };
 
 struct HashBucket {
-    HashEntry *entries; /* growable array; null until the first insertion */
+    HashEntry *entries; /* growable array, behind the record in the same block */
     int32_t capacity;   /* entries that the array can hold */
     int32_t count;      /* entries in use */
 };
 
 struct HashTable {
-    HashBucket *buckets;
+    HashBucket **buckets; /* each null until its first insertion, so that an empty table is small */
     int32_t bucket_count; /* fixed at creation */
+    uint64_t reciprocal;  /* 2^64 / bucket_count, rounded up: finds a bucket without a division */
 };
 
 /* Nonzero when the stored value matches the probe. */

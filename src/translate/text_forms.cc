@@ -7,11 +7,9 @@ char *write_text(char *at, const char *text) { return stpcpy(at, text); }
 
 char *write_form(char *at, const char *form, std::initializer_list<const char *> operands) {
     for (const char *operand : operands) {
-        const char *gap = strstr(form, "%s");
-        size_t length = static_cast<size_t>(gap - form);
-        memcpy(at, form, length);
-        at = stpcpy(at + length, operand);
-        form = gap + 2;
+        while (*form != '%') *at++ = *form++;
+        at = stpcpy(at, operand);
+        form += strlen("%s");
     }
     return stpcpy(at, form);
 }
