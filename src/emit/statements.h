@@ -2,7 +2,7 @@
  * their depth and on what follows, so the parser builds these records and the writers walk them
  * once the function or script is complete.
  *
- * Records are tracked blocks; texts and expressions in them are shared, never copied. */
+ * Records are kept until the run ends; texts and expressions in them are shared, never copied. */
 #pragma once
 
 #include <stdint.h>

@@ -1,6 +1,6 @@
 /* The value of a grammar symbol: three words, of which most symbols use the first. The scanner
  * delivers a token's text in the first word of yylval and touches no other. Whatever a value
- * points to is a tracked block, so the parser never has to release a value it discards. */
+ * points to is tracked by the run, so the parser never has to release a value it discards. */
 #pragma once
 
 #include <mtranslate.h>

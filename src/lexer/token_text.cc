@@ -27,7 +27,7 @@ bool is_copy(const char *copy, const char *text, size_t length) {
 char *shared_value(const char *text, int length) {
     char **place = cache_place(text, length);
     size_t size = static_cast<size_t>(length);
-    if (!*place || !is_copy(*place, text, size)) *place = StrDupBytes(text, size);
+    if (!*place || !is_copy(*place, text, size)) *place = KeepText(text, size);
     return *place;
 }
 
@@ -35,7 +35,7 @@ void forget_values() { memset(ValueCache, 0, sizeof ValueCache); }
 
 char *string_value(const char *literal, int length) {
     const char *end = literal + length - 1;
-    char *value = static_cast<char *>(Alloc(static_cast<size_t>(length) - 1));
+    char *value = static_cast<char *>(AllocKept(static_cast<size_t>(length) - 1));
     char *to = value;
     for (const char *from = literal + 1; from < end; from++) {
         *to++ = *from;

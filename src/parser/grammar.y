@@ -10,7 +10,7 @@
  * - a closing mark is reduced when the closing bracket has been read, but not what follows it;
  * - fixinput, called where an operand ends, sees the raw input behind the operand.
  *
- * Everything that a value points to is a tracked block, so discarded values need no destructor. */
+ * Everything that a value points to is tracked by the run: discarded values need no destructor. */
 
 %define api.value.type {SemanticValue}
 %define api.token.prefix {TOKEN_}

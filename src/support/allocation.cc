@@ -50,6 +50,22 @@ void remove_entry(void *block) {
     HashRemoveRecent(AllocationTable, key_of(block), nullptr, block, is_same_block);
 }
 
+// The block that kept parts are taken from. A part of more than a quarter of a block gets a block
+// of its own, so that little is lost at a block's end.
+constexpr size_t KEPT_BLOCK = 4000;
+constexpr size_t LARGEST_PART = KEPT_BLOCK / 4;
+char *KeptNext;
+size_t KeptRoom;
+
+// The address sanitizer sees the bounds of blocks only: under it every part is a block.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool SHARES_BLOCKS = false;
+#elif defined(__has_feature)
+constexpr bool SHARES_BLOCKS = !__has_feature(address_sanitizer);
+#else
+constexpr bool SHARES_BLOCKS = true;
+#endif
+
 }  // namespace
 
 void *Alloc(size_t size) { return enter(malloc(checked(size))); }
@@ -69,6 +85,26 @@ void *Realloc(void *block, size_t size) {
     return enter(resized);
 }
 
+void *AllocKept(size_t size) {
+    if (!SHARES_BLOCKS || size > LARGEST_PART) return Alloc(size);
+    size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
+    if (KeptRoom < size) {
+        KeptNext = static_cast<char *>(Alloc(KEPT_BLOCK));
+        KeptRoom = KEPT_BLOCK;
+    }
+    void *part = KeptNext;
+    KeptNext += size;
+    KeptRoom -= size;
+    return part;
+}
+
+char *KeepText(const char *text, size_t length) {
+    char *copy = static_cast<char *>(AllocKept(length + 1));
+    memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
 char *StrDupBytes(const char *text, size_t length) {
     char *copy = static_cast<char *>(Alloc(length + 1));
     memcpy(copy, text, length);
@@ -84,4 +120,5 @@ void FreeAll() {
         return 1;
     };
     HashForEach(AllocationTable, nullptr, nullptr, release);
+    KeptRoom = 0;
 }

@@ -29,8 +29,14 @@ char *StrDupBytes(const char *text, size_t length);
  * destroys it next. */
 void FreeAll();
 
-/* A new record of type T from Alloc, not cleared. */
+/* A part of a tracked block, contents not cleared, for what is neither given back nor resized
+ * before the run ends. Records and small texts are so many that a block for each would cost more
+ * time than the rest of the translation. */
+void *AllocKept(size_t size);
+/* A kept copy of length bytes of text, and a NUL. */
+char *KeepText(const char *text, size_t length);
+/* A new kept record of type T, not cleared. */
 template <typename T>
 T *AllocRecord() {
-    return static_cast<T *>(Alloc(sizeof(T)));
+    return static_cast<T *>(AllocKept(sizeof(T)));
 }

@@ -49,7 +49,7 @@ void reserve(Header *header, size_t more) {
 }  // namespace
 
 LongString NewLongString() {
-    Header *header = AllocRecord<Header>();
+    Header *header = static_cast<Header *>(Alloc(sizeof(Header)));
     *header = {FIRST_CAPACITY, 0, nullptr};
     resize_data(header);
     header->data->header = header;

@@ -47,7 +47,7 @@ void copy_pieces(char *to, std::initializer_list<const char *> pieces) {
 }
 
 BinaryExpr *new_record(size_t text_size) {
-    return static_cast<BinaryExpr *>(Alloc(sizeof(BinaryExpr) + text_size));
+    return static_cast<BinaryExpr *>(AllocKept(sizeof(BinaryExpr) + text_size));
 }
 
 // A record with a copy of the left operand's text that has the room needed, and as much again as

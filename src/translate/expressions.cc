@@ -12,7 +12,7 @@
 mExpr *alloc_mExpr() { return AllocRecord<mExpr>(); }
 
 mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text) {
-    mExpr *expr = static_cast<mExpr *>(Alloc(sizeof(mExpr) + size));
+    mExpr *expr = static_cast<mExpr *>(AllocKept(sizeof(mExpr) + size));
     *text = reinterpret_cast<char *>(expr + 1);
     **text = '\0';
     *expr = {kind, *text, scalar, nullptr};
@@ -20,7 +20,7 @@ mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text) {
 }
 
 vExpr *alloc_vExpr(mExpr *item) {
-    vExpr *cell = AllocRecord<vExpr>();
+    vExpr *cell = static_cast<vExpr *>(Alloc(sizeof(vExpr)));
     *cell = {item, nullptr, nullptr};
     return cell;
 }

@@ -1,8 +1,8 @@
 /* Expression records. An expression is translated as soon as the parser reduces it: its record
  * carries finished host text, from which the enclosing expression's builder composes its own.
  *
- * Records, cells and texts are tracked blocks or constants and live until the run ends; a text may
- * be shared between records. Builders read their operands and never change them, with one
+ * Records and texts are kept parts of tracked blocks, or constants, and live until the run ends; a
+ * text may be shared between records. Builders read their operands and never change them, with one
  * exception: the text of a chain of operators grows in place (binary_text.h). */
 #pragma once
 
