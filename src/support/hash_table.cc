@@ -53,7 +53,7 @@ HashTable *HashCreate(int32_t bucket_count) {
     HashTable *table = static_cast<HashTable *>(HeapAlloc(sizeof(HashTable)));
     if (!table) return nullptr;
     size_t used = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
-    table->buckets = static_cast<HashBucket **>(HeapAllocCleared(used * sizeof(HashBucket *)));
+    table->buckets = static_cast<HashBucket **>(HeapAllocCleared(used * sizeof(void *)));
     table->bucket_count = bucket_count;
     table->reciprocal = used > 0 ? UINT64_MAX / used + 1 : 0;
     if (table->buckets) return table;
