@@ -73,6 +73,12 @@ std::string nested_blocks(int depth) {
 
 std::string long_comment(size_t length) { return "% " + std::string(length, 'c') + "\nx = 1;\n"; }
 
+std::string long_sum(int count) {
+    std::string source = "x = a";
+    for (int i = 1; i < count; i++) source += " + a";
+    return source + ";\n";
+}
+
 std::string long_command(int count) {
     std::string source = "disp";
     for (int i = 0; i < count; i++) source += " word";

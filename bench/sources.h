@@ -15,6 +15,8 @@ std::string wide_matrix(int rows, int columns);
 std::string nested_blocks(int depth);
 /* One comment of length characters. */
 std::string long_comment(size_t length);
+/* A sum of count names. */
+std::string long_sum(int count);
 /* A command of count bare words. */
 std::string long_command(int count);
 
