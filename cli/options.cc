@@ -37,7 +37,7 @@ void add_options(CLI::App &app, Options &options) {
         ->type_name("TEXT");
     app.add_option("-I,--include", options.directories,
                    "Look for called functions in DIR; repeatable, tried in the order given")
-        ->type_name("DIR")
+        ->option_text("DIR")
         ->allow_extra_args(false);
     app.add_option("-o,--output", options.output,
                    "Write the translation to PATH, if it succeeds, instead of standard output")

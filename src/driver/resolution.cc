@@ -1,6 +1,7 @@
 // The resolution of called functions: passes over the names that the pass before has brought.
 #include "driver/resolution.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "driver/error_reporter.h"
@@ -91,6 +92,7 @@ void resolve_within_parse() {
         yyerror("scripts are nested too deeply");
         return;
     }
+    assert(ResolutionDepth < DEEPEST_NESTING);
     ResolutionDepth++;
     int look_ahead = yychar;
     SemanticValue value = yylval;

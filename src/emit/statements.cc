@@ -1,6 +1,8 @@
 // Statement records.
 #include "emit/statements.h"
 
+#include <assert.h>
+
 #include "support/allocation.h"
 
 mStat *alloc_mStat(int kind) {
@@ -72,6 +74,7 @@ mStat *new_while_stat(mExpr *condition, mStat *body) {
 mStat *new_return_stat() { return new_stat(STAT_RETURN, alloc_mReturn()); }
 
 mStat *link_statements(mStat *stat, vExpr *comments, mStat *rest) {
+    assert(stat && rest);
     stat->next = rest;
     rest->comments = comments;
     return stat;

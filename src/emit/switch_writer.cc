@@ -1,6 +1,7 @@
 // Writing switch statements.
 #include "emit/switch_writer.h"
 
+#include <assert.h>
 #include <stdio.h>
 
 #include "emit/output.h"
@@ -45,6 +46,7 @@ static void write_head(mSwitch *head, int level) {
 
 static void write_values(const mSwitch *clause) {
     const vExpr *values = clause->values;
+    assert(values && clause->condition_name);
     if (values->next) {
         write_output({clause->condition_name, " in { "});
         write_list(values, nullptr);

@@ -1,6 +1,7 @@
 // Opening, reading and closing source files.
 #include "lexer/source_files.h"
 
+#include <assert.h>
 #include <errno.h>
 
 #include "driver/run_end.h"
@@ -63,6 +64,7 @@ FILE *open_source(const char *path) {
 
 void close_source() {
     OpenSource *source = OpenSources;
+    assert(source);
     OpenSources = source->outer;
     fclose(source->file);
     HeapFree(source);

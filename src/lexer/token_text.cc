@@ -1,6 +1,7 @@
 // Values of tokens.
 #include "lexer/token_text.h"
 
+#include <assert.h>
 #include <stdint.h>
 #include <string.h>
 
@@ -34,6 +35,7 @@ char *shared_value(const char *text, int length) {
 void forget_values() { memset(ValueCache, 0, sizeof ValueCache); }
 
 char *string_value(const char *literal, int length) {
+    assert(length >= 2 && literal[0] == '\'' && literal[length - 1] == '\'');
     const char *end = literal + length - 1;
     char *value = static_cast<char *>(AllocKept(static_cast<size_t>(length) - 1));
     char *to = value;

@@ -1,6 +1,7 @@
 // Phrases that the grammar puts together.
 #include "parser/phrases.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "emit/procedures.h"
@@ -19,6 +20,7 @@ WordList start_words(const char *word) {
 }
 
 WordList add_word(WordList words, mExpr *word) {
+    assert(!words.last->next);
     words.last->next = alloc_vExpr(word);
     return {words.first, words.last->next, 0, 0};
 }
@@ -87,6 +89,7 @@ NameList start_names(const char *name) {
 }
 
 NameList add_global(NameList list, const char *name) {
+    assert(list.count > 0);
     bool is_full = (list.count & (list.count - 1)) == 0;  // room for powers of two
     if (is_full) {
         size_t size = 2 * static_cast<size_t>(list.count) * sizeof(char *);

@@ -1,6 +1,8 @@
 // The core of the hash table: buckets of growable entry arrays, first match wins.
 #include "support/hash_table.h"
 
+#include <assert.h>
+
 #include "support/heap.h"
 
 namespace {
@@ -9,6 +11,7 @@ namespace {
 constexpr int32_t FIRST_CAPACITY = 256;
 
 HashBucket **bucket_of(const HashTable *table, int32_t key) {
+    assert(table->bucket_count > 0);
     uint32_t magnitude = key < 0 ? 0u - static_cast<uint32_t>(key) : static_cast<uint32_t>(key);
     // magnitude % bucket_count: the fraction of the quotient, times the count
     uint64_t fraction = table->reciprocal * magnitude;

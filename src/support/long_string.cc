@@ -1,6 +1,7 @@
 // Growing texts: a header block, and a data block that starts with a pointer back to the header.
 #include "support/long_string.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "driver/run_end.h"
@@ -60,6 +61,7 @@ LongString NewLongString() {
 LongString AppendToString(LongString handle, char character) {
     Header *header = header_of(handle);
     reserve(header, 1);
+    assert(header->length + 1 < header->capacity);
     char *end = text_of(header) + header->length++;
     end[0] = character;
     end[1] = '\0';

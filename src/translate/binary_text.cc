@@ -1,6 +1,7 @@
 // Texts of binary operators.
 #include "translate/binary_text.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "support/allocation.h"
@@ -78,6 +79,7 @@ mExpr *new_binary_expr(int id, int scalar, const mExpr *left,
     } else {
         binary = new_roomy_record(left, &room, head_length, tail_length);
     }
+    assert(room.before >= head_length && room.behind >= tail_length);
     char *middle = const_cast<char *>(binary->expr.text);
     copy_pieces(middle - head_length, head);
     copy_pieces(middle + room.length, tail);

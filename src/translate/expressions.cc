@@ -1,6 +1,7 @@
 // Expression records, list cells and leaves.
 #include "translate/expressions.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "driver/run_state.h"
@@ -26,6 +27,7 @@ vExpr *alloc_vExpr(mExpr *item) {
 }
 
 vExpr *prepend_vExpr(mExpr *item, vExpr *list) {
+    assert(list && !list->prev);
     vExpr *cell = alloc_vExpr(item);
     cell->next = list;
     list->prev = cell;

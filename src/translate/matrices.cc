@@ -1,6 +1,7 @@
 // Matrix and cell literals: the containers, and the choice of the host constructor.
 #include "translate/matrices.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "support/allocation.h"
@@ -23,6 +24,7 @@ Container *alloc_container(int32_t capacity) {
 
 template <typename Container, typename Item>
 Container *append(Container *container, Item *item) {
+    assert(container->count <= container->capacity);
     if (container->count == container->capacity) {
         container->capacity *= 2;
         size_t size = static_cast<size_t>(container->capacity) * sizeof(Item *);
@@ -40,6 +42,7 @@ mMatrix *append_to_matrix(mMatrix *matrix, mVector *row) { return append(matrix,
 mVector *append_to_vector(mVector *vector, mExpr *element) { return append(vector, element); }
 
 mMatrix *build_mMatrix(int32_t count, mVector **items) {
+    assert(count == 0 || items);
     mMatrix *view = AllocRecord<mMatrix>();
     view->count = count;
     view->items = items;

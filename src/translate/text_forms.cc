@@ -1,6 +1,7 @@
 // Writing host text.
 #include "translate/text_forms.h"
 
+#include <assert.h>
 #include <string.h>
 
 char *write_text(char *at, const char *text) { return stpcpy(at, text); }
@@ -8,6 +9,7 @@ char *write_text(char *at, const char *text) { return stpcpy(at, text); }
 char *write_form(char *at, const char *form, std::initializer_list<const char *> operands) {
     for (const char *operand : operands) {
         while (*form != '%') *at++ = *form++;
+        assert(form[1] == 's');
         at = stpcpy(at, operand);
         form += strlen("%s");
     }
