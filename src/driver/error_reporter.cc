@@ -17,12 +17,12 @@ constexpr size_t LONGEST_EXCERPT = 1024;
 constexpr int CARET_COLUMNS = 80;
 constexpr size_t CARET_LINE_COLUMNS = 900;
 
-// The line shown: length characters, then the ending; the caret is in no_caret or a column.
+// The line shown, and the caret under it.
 struct Excerpt {
     const char *text;
-    size_t length;
-    const char *ending;
-    long caret;
+    size_t length;       // characters shown of the text
+    const char *ending;  // what is written behind them
+    long caret;          // its column from 0, or NO_CARET
 };
 constexpr long NO_CARET = -1;
 

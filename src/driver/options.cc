@@ -58,7 +58,7 @@ void read_option(HostValue argument, RunRequest *request) {
 
 void add_search_directory(const char *text, size_t length) {
     SearchDirectory *node = AllocRecord<SearchDirectory>();
-    *node = {StrDupBytes(text, length), SearchPath};
+    *node = {KeepText(text, length), SearchPath};
     SearchPath = node;
 }
 

@@ -10,7 +10,7 @@
 
 struct mProc;
 
-/* One directory of the search path; node and text are tracked blocks. */
+/* One directory of the search path; node and text are kept until the run ends. */
 struct SearchDirectory {
     const char *directory;
     SearchDirectory *next;

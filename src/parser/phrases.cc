@@ -29,7 +29,7 @@ WordList add_word(WordList words, mExpr *word) {
 // are doubled each time.
 static WordList join_word_anew(WordList words, const char *name) {
     const char *text = words.last->item->text;
-    char *contents = StrDupBytes(text + 1, strlen(text) - 2);  // without its double quotes
+    char *contents = KeepText(text + 1, strlen(text) - 2);  // without its double quotes
     mExpr *joined = new_dotstring(contents, name);
     words.last->item = joined;
     words.room = 0;

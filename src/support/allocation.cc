@@ -105,14 +105,10 @@ char *KeepText(const char *text, size_t length) {
     return copy;
 }
 
-char *StrDupBytes(const char *text, size_t length) {
-    char *copy = static_cast<char *>(Alloc(length + 1));
-    memcpy(copy, text, length);
-    copy[length] = '\0';
-    return copy;
+char *StrDup(const char *text) {
+    size_t size = strlen(text) + 1;
+    return static_cast<char *>(memcpy(Alloc(size), text, size));
 }
-
-char *StrDup(const char *text) { return StrDupBytes(text, strlen(text)); }
 
 void FreeAll() {
     HashVisit release = [](HashValue block, void *, void *) {

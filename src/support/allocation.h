@@ -23,8 +23,6 @@ void Free(void *block);
 [[nodiscard]] void *Realloc(void *block, size_t size);
 /* A new block with a copy of the text. */
 char *StrDup(const char *text);
-/* A new block with a copy of length bytes of text, and a NUL. */
-char *StrDupBytes(const char *text, size_t length);
 /* Releases every listed block, at the end of a run. The table keeps its stale entries: the caller
  * destroys it next. */
 void FreeAll();
