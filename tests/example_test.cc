@@ -56,15 +56,56 @@ int check_blocks(const std::string &page) {
     return count;
 }
 
+/* What a command prints, on both streams, in the project's folder and with the tool in the path. */
+std::string output_of(const std::string &command) {
+    const fs::path tool = MTRANSLATE_TOOL_FILE;
+    const std::string line = "cd " MTRANSLATE_SOURCE_DIR " && PATH=" + tool.parent_path().string() +
+                             ":$PATH && { " + command + "; } 2>&1";
+    FILE *pipe = popen(line.c_str(), "r");
+    std::string text;
+    for (int c = fgetc(pipe); c != EOF; c = fgetc(pipe)) text += static_cast<char>(c);
+    pclose(pipe);
+    return text;
+}
+
+/* Checks every command of the sh blocks, a line with "$ ", against the lines behind it; answers how
+ * many there were. */
+int check_commands(const std::string &page) {
+    std::istringstream lines(page);
+    std::string command;
+    std::string expected;
+    bool in_block = false;
+    int count = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const bool begins = in_block && line.starts_with("$ ");
+        if (!command.empty() && (begins || line == "```")) {
+            EXPECT_EQ(output_of(command), expected) << command;
+            command = expected = "";
+        }
+        if (begins) {
+            command = line.substr(2);
+            count++;
+        } else if (!command.empty()) {
+            expected.append(line).append("\n");
+        }
+        if (line.starts_with("```")) in_block = line == "```sh";
+    }
+    return count;
+}
+
 TEST(Examples, on_the_pages_are_true) {
     const fs::path root = MTRANSLATE_SOURCE_DIR;
-    EXPECT_GT(check_blocks(read_file(root / "README.md")), 0);
-    int count = 0;
-    for (const fs::path &page : files_in(root / "docs", ".md")) {
+    std::vector<fs::path> pages = files_in(root / "docs", ".md");
+    pages.push_back(root / "README.md");
+    int blocks = 0;
+    int commands = 0;
+    for (const fs::path &page : pages) {
         SCOPED_TRACE(page);
-        count += check_blocks(read_file(page));
+        blocks += check_blocks(read_file(page));
+        commands += check_commands(read_file(page));
     }
-    EXPECT_GT(count, 0);
+    EXPECT_GT(blocks, 1);
+    EXPECT_GT(commands, 5);
 }
 
 }  // namespace
