@@ -1,0 +1,34 @@
+// What is being lowered now.
+#include "lower/context.h"
+
+#include <stdio.h>
+
+#include "support/allocation.h"
+
+LoweringContext Lowering;
+int32_t SwitchVariables;
+
+LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level) {
+    LoweringContext outer = Lowering;
+    Lowering = {scope, lines, level, 0, 0, nullptr, nullptr, nullptr};
+    return outer;
+}
+
+void declare_generated(const char *name) {
+    GeneratedName *cell = AllocRecord<GeneratedName>();
+    *cell = {name, nullptr};
+    (Lowering.generated ? Lowering.generated_last->next : Lowering.generated) = cell;
+    Lowering.generated_last = cell;
+}
+
+const char *new_temporary() {
+    char number[16];
+    snprintf(number, sizeof number, "%d", ++Lowering.temporaries);
+    const char *name = form_text("qxrp_%s", {number});
+    declare_generated(name);
+    return name;
+}
+
+void put_line(const char *form, std::initializer_list<const char *> operands) {
+    add_line(Lowering.lines, Lowering.level, form_text(form, operands));
+}

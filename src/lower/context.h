@@ -1,0 +1,43 @@
+/* What is being lowered now: the function or script, and the statement in it. */
+#pragma once
+
+#include <stdint.h>
+
+#include <initializer_list>
+
+#include "lower/lines.h"
+
+struct Scope;
+struct EndBase;
+
+/* A name that the front end has made up. */
+struct GeneratedName {
+    const char *text;
+    GeneratedName *next;
+};
+
+struct LoweringContext {
+    const Scope *scope;       /* of the function, anonymous function or script */
+    Lines *lines;             /* where the current statement, and what it needs first, is put */
+    int level;                /* of those lines */
+    int32_t temporaries;      /* names qxrp_N made so far */
+    int32_t column_loops;     /* names qxrp_AN made so far */
+    GeneratedName *generated; /* names made so far, which the procedure declares; in order */
+    GeneratedName *generated_last;
+    const EndBase *end_base; /* innermost index of a variable, for end; null outside */
+};
+
+/* Saved by value, and restored, around a function inside another. */
+extern LoweringContext Lowering;
+/* Switch variables made so far in the run. */
+extern int32_t SwitchVariables;
+
+/* Begins a function or script: all cleared but the arguments. Answers what was there before. */
+LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level);
+
+/* Enters a name into those that the procedure declares. */
+void declare_generated(const char *name);
+/* A new name qxrp_N, declared. */
+const char *new_temporary();
+/* Puts a line (form_text) behind those of the current statement. */
+void put_line(const char *form, std::initializer_list<const char *> operands);

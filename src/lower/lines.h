@@ -1,0 +1,31 @@
+/* Lines of host text that wait to be written. A function is lowered completely before its procedure
+ * is written, as its header names what its body needs. */
+#pragma once
+
+#include <stdint.h>
+
+#include <initializer_list>
+
+/* A line without its indentation and its end; one that holds a procedure has line ends of its own
+ * inside. The empty text is an empty line. */
+struct Line {
+    int32_t level; /* of indentation */
+    const char *text;
+    Line *next;
+};
+
+/* A list of lines, at first {nullptr, nullptr}. */
+struct Lines {
+    Line *first;
+    Line *last;
+};
+
+/* Puts a line behind the others; the text is kept by the caller until the run ends. */
+void add_line(Lines *lines, int level, const char *text);
+/* Moves the lines of more behind the others, and empties it. */
+void append_lines(Lines *lines, Lines *more);
+/* Writes the lines, with their indentation and ends, into the output text. */
+void write_lines(const Lines *lines);
+
+/* A kept text: the form with each "%s" replaced by the next operand (see text_forms.h). */
+const char *form_text(const char *form, std::initializer_list<const char *> operands);
