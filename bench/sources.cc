@@ -46,11 +46,40 @@ std::string realistic_function(int number) {
            "\n";
 }
 
+// Some lines of a script.
+std::string realistic_paragraph(int number) {
+    const std::string n = std::to_string(number);
+    return "\n%% Part " + n + "\ndata_" + n + " = load_table('run_" + n +
+           ".csv');\n"
+           "t = data_" +
+           n + "(:, 1); y = data_" + n +
+           "(:, 2);\n"
+           "ok = ~isnan(y) & t >= 0;  % gaps\n"
+           "A = [ones(sum(ok), 1), t(ok)];\n"
+           "fit_" +
+           n +
+           " = A \\ y(ok);\n"
+           "for k = 1:2:numel(t)\n"
+           "    if abs(y(k)) > 1e3, y(k) = sign(y(k)) * 1e3; end\n"
+           "end\n"
+           "plot(t, y, 'o', t, A * fit_" +
+           n + "); title(['Part ', num2str(" + n +
+           ")]);\n"
+           "fprintf('%d: slope %g\\n', " +
+           n + ", fit_" + n + "(2));\n";
+}
+
 }  // namespace
 
-std::string realistic_source(size_t size) {
+std::string realistic_source(size_t size, int number) {
     std::string source;
-    for (int number = 1; source.size() < size; number++) source += realistic_function(number);
+    for (; source.size() < size; number++) source += realistic_function(number);
+    return source;
+}
+
+std::string realistic_script(size_t size, int number) {
+    std::string source = "% Reads the measurements, fits a line and shows it.\nclear all\n";
+    for (; source.size() < size; number++) source += realistic_paragraph(number);
     return source;
 }
 

@@ -7,8 +7,10 @@
 namespace bench {
 
 /* Functions as people write them: comments, loops, conditions, calls, indices, small literals and
- * strings, in at least size bytes. */
-std::string realistic_source(size_t size);
+ * strings, in at least size bytes. Their names end in numbers from number on. */
+std::string realistic_source(size_t size, int number = 1);
+/* The same for a script. */
+std::string realistic_script(size_t size, int number);
 /* One matrix literal of rows by columns numbers. */
 std::string wide_matrix(int rows, int columns);
 /* One statement in depth nested ifs. */

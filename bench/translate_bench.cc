@@ -6,12 +6,14 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "silent_host.h"
 #include "sources.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using bench::SilentHost;
 
 void translate_command(benchmark::State &state, const std::string &source) {
@@ -22,14 +24,51 @@ void translate_command(benchmark::State &state, const std::string &source) {
 
 void short_command(benchmark::State &state) { translate_command(state, "x=1"); }
 
-void translate_file(benchmark::State &state, const std::string &source) {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("mtranslate_bench_" + std::to_string(getpid()) + ".m");
-    std::ofstream(path) << source;
+// Translates every .m file of the directory, each in a run of its own.
+void translate_files(benchmark::State &state, const fs::path &directory) {
+    std::vector<fs::path> files;
+    size_t size = 0;
+    for (const auto &entry : fs::directory_iterator(directory)) {
+        if (entry.path().extension() != ".m") continue;
+        files.push_back(entry.path());
+        size += entry.file_size();
+    }
     SilentHost host;
-    for (auto _ : state) benchmark::DoNotOptimize(host.translate("file", path));
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * source.size()));
-    std::filesystem::remove(path);
+    for (auto _ : state) {
+        for (const fs::path &file : files) benchmark::DoNotOptimize(host.translate("file", file));
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * size));
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * files.size()));
+}
+
+// The same for sources, in files that go again.
+void translate_as_files(benchmark::State &state, const std::vector<std::string> &sources) {
+    const fs::path directory =
+        fs::temp_directory_path() / ("mtranslate_bench_" + std::to_string(getpid()));
+    fs::create_directory(directory);
+    for (size_t i = 0; i < sources.size(); i++)
+        std::ofstream(directory / ("source_" + std::to_string(i) + ".m")) << sources[i];
+    translate_files(state, directory);
+    fs::remove_all(directory);
+}
+
+void translate_file(benchmark::State &state, const std::string &source) {
+    translate_as_files(state, {source});
+}
+
+// As most files are: functions and scripts of 1 to 4 KB.
+void small_files(benchmark::State &state) {
+    std::vector<std::string> sources;
+    for (int i = 0; i < 64; i++) {
+        const size_t size = 1000 + 3000 * static_cast<size_t>(i) / 64;
+        sources.push_back(i % 3 == 0 ? bench::realistic_script(size, 4 * i)
+                                     : bench::realistic_source(size - 500, 4 * i));
+    }
+    translate_as_files(state, sources);
+}
+
+void examples(benchmark::State &state) {
+    translate_files(state, MTRANSLATE_SOURCE_DIR "/examples");
 }
 
 void realistic_file(benchmark::State &state) {
@@ -57,6 +96,8 @@ void long_sum(benchmark::State &state) {
 }
 
 BENCHMARK(short_command);
+BENCHMARK(examples);
+BENCHMARK(small_files);
 BENCHMARK(realistic_file)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Arg(10'000'000);
 BENCHMARK(wide_matrix)->RangeMultiplier(10)->Range(10, 10'000);
 BENCHMARK(nested_blocks)->Arg(10)->Arg(100)->Arg(1000);
