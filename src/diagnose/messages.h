@@ -1,0 +1,44 @@
+/* Messages about a source: the records, and the way that they take. Whoever finds something reports
+ * it; the run keeps it in a list, and a listener gets it at once. */
+#pragma once
+
+#include <stdint.h>
+
+#include <initializer_list>
+
+#include "diagnose/message_table.h"
+#include "diagnose/source.h"
+
+/* One message. All texts are kept until the run ends. */
+struct Message {
+    MessageId id;
+    const char *text;        /* one line */
+    const char *file;        /* null for a command */
+    const char *called_from; /* name of the file that calls this one, or null */
+    uint32_t called_from_line;
+    uint32_t line;   /* from 1 */
+    uint32_t column; /* from 1, in bytes */
+    uint32_t offset; /* in the file, in bytes from 0 */
+    uint32_t length; /* of the marked range, in bytes; may be 0 */
+    Source *source;
+    Message *next; /* reported after this one, or null */
+};
+
+/* Gets every message when it is reported. It must neither end the run nor throw. */
+typedef void (*MessageListener)(const Message *message);
+/* Null by default; belongs to who set it, and stays from run to run. */
+extern MessageListener Listener;
+
+/* The first message of the run, or null, and the first one that is an error or a gap. */
+extern const Message *FirstMessage;
+extern const Message *FirstFailure;
+
+/* Forgets the messages of the run before, at the start of a run. */
+void begin_messages();
+
+/* Reports a message about length bytes at offset. The operands stand for the %s of its form and
+ * are copied. The same message at the same place, and errors of a source beyond MOST_ERRORS, are
+ * dropped. */
+void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
+            std::initializer_list<const char *> operands = {});
+constexpr int32_t MOST_ERRORS = 20;
