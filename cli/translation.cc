@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "cli/source_error.h"
-#include "driver/run_state.h"
 #include "host/stand_in_host.h"
 #include "lexer/position.h"
+#include "run/run_state.h"
 
 namespace mtranslate {
 

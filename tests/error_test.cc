@@ -1,4 +1,5 @@
 /* Errors: their full texts, and what goes on when RaiseError returns. */
+#include "run/last_error.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -104,6 +105,31 @@ after => a\nh(1))\n   h => function y = h(x)\n\n\n'z';\n)");
         where.insert(where.find("of ") + 3, files.path(""));
         EXPECT_EQ(error_of("file", files.path(row.file)),
                   "on line " + where + ", syntax error\n" + row.rest);
+    }
+}
+
+TEST(Errors, are_kept_as_records) {
+    const SourceFiles files("main => f(1)   f => a;\\nb = (   g => x");
+    const std::string f = files.path("f.m");
+    const struct {
+        const char *mode;
+        std::string source;
+        ErrorRecord record;
+    } rows[] = {{"command", "a;\nbb = )", {"syntax error", nullptr, 2, 8}},
+                {"command", "[1", {"lexical error.", nullptr, 1, 0}},
+                {"command",
+                 "for k = 1:end\nx, end",
+                 {"the range of the for loop over k has no last value", nullptr, 2, 13}},
+                {"file", files.path("main.m"), {"syntax error", f.c_str(), 2, 8}},
+                {"file", files.path("no.m"), {"unable to open %1", nullptr, 0, -1}}};
+    for (const auto &row : rows) {
+        run_bare(Leave::Jump, row.mode, row.source);
+        EXPECT_STREQ(LastError.message, row.record.message);
+        EXPECT_STREQ(LastError.file, row.record.file);
+        EXPECT_EQ(LastError.line, row.record.line);
+        EXPECT_EQ(LastError.offset, row.record.offset);
+        mTranslateRelease();
+        EXPECT_EQ(LastError.message, nullptr);
     }
 }
 

@@ -3,15 +3,16 @@
 #include <mtranslate.h>
 #include <string.h>
 
-#include "driver/host_kernel.h"
 #include "driver/options.h"
 #include "driver/resolution.h"
 #include "driver/run.h"
-#include "driver/run_end.h"
-#include "driver/run_state.h"
 #include "lexer/scanner.h"
 #include "lexer/source_files.h"
 #include "parser/parser.h"
+#include "run/host_kernel.h"
+#include "run/last_error.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
 #include "support/heap.h"
 
 namespace {
@@ -50,7 +51,7 @@ void search_beside(const char *file) {
 HostValue translate_file(const RunRequest *request) {
     FILE *file = open_source(request->source);
     if (!file) {
-        HostKernel->RaiseError("unable to open %1", request->source_value);
+        raise_error("unable to open %1", request->source_value);
         return 0;
     }
     if (!request->has_path) search_beside(request->source);
@@ -70,6 +71,7 @@ HostValue run(HostValue args) {
     RunRequest request;
     if (!read_arguments(args, &request)) return 0;
     CurrentProc = nullptr;
+    BeforeScript = resolve_within_parse;
     initLexer();
     if (strcmp(request.mode, "command") == 0) return translate_command(request.source);
     if (strcmp(request.mode, "file") == 0) return translate_file(&request);

@@ -3,8 +3,9 @@
 
 #include <string.h>
 
-#include "driver/host_kernel.h"
-#include "driver/run_state.h"
+#include "run/host_kernel.h"
+#include "run/last_error.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 
 namespace {
@@ -21,7 +22,7 @@ bool has_type(HostValue value, unsigned int type) {
 // The text of a required argument; null after raising message.
 const char *required_text(HostValue argument, const char *message) {
     if (HostKernel->IsString(argument)) return HostKernel->ToText(argument);
-    HostKernel->RaiseError(message, argument);
+    raise_error(message, argument);
     return nullptr;
 }
 
@@ -33,7 +34,7 @@ void read_path(HostValue list) {
             const char *text = HostKernel->ToText(directory);
             add_search_directory(text, strlen(text));
         } else {
-            HostKernel->RaiseError("invalid input: path must be a list of strings", 0);
+            raise_error("invalid input: path must be a list of strings", 0);
         }
     }
 }
@@ -65,7 +66,7 @@ void add_search_directory(const char *text, size_t length) {
 bool read_arguments(HostValue args, RunRequest *request) {
     int count = HostKernel->ElementCount(args);
     if (count < 2) {
-        HostKernel->RaiseError("invalid input: at least two arguments expected", 0);
+        raise_error("invalid input: at least two arguments expected", 0);
         return false;
     }
     request->mode = required_text(element(args, 1),

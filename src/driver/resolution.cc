@@ -4,12 +4,12 @@
 #include <assert.h>
 #include <string.h>
 
-#include "driver/error_reporter.h"
 #include "driver/run.h"
-#include "driver/run_state.h"
+#include "lexer/error_reporter.h"
 #include "lexer/scanner.h"
 #include "lexer/source_files.h"
 #include "parser/parser.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/string_hash.h"
 #include "translate/text_forms.h"

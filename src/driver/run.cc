@@ -1,27 +1,19 @@
 // The life of a run.
-#include <setjmp.h>
-#include <stdint.h>
-
-#include "driver/host_kernel.h"
 #include "driver/run.h"
-#include "driver/run_end.h"
-#include "driver/run_state.h"
+
 #include "emit/comments.h"
 #include "emit/globals.h"
 #include "lexer/brackets.h"
 #include "lexer/scanner.h"
 #include "lexer/source_files.h"
+#include "run/last_error.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/heap.h"
+#include "support/long_string.h"
 
-namespace {
-
-constexpr int32_t NAME_BUCKETS = 1024;
-
-// Where end_run goes when the host's error operation returns.
-jmp_buf RunExit;
-
-}  // namespace
+static constexpr int32_t NAME_BUCKETS = 1024;
 
 HashTable *new_name_table(int32_t buckets) {
     HashTable *table = HashCreate(buckets);
@@ -39,6 +31,7 @@ void begin_run() {
     UsesLinearAlgebra = 0;
     SourceLine = 1;
     SearchPath = nullptr;
+    InputFileName = nullptr;
     LastComment = nullptr;
     InputSequence = nullptr;
     BracketDelimiter = 0;
@@ -53,17 +46,8 @@ void release_run() {
     AllocationTable = CalledNames = DefinedNames = KnownVariables = GlobalNames = nullptr;
     OutputText = nullptr;
     PrevLine = SourceText = "";
+    LastError = {nullptr, nullptr, 0, -1};
 }
 
 // A host that unloads the library, or ends, behind an abandoned run need not release it itself.
 __attribute__((destructor)) static void release_at_unload() { release_run(); }
-
-void end_run(const char *message) {
-    HostKernel->RaiseError(message, 0);
-    longjmp(RunExit, 1);
-}
-
-uintptr_t run_to_end(uintptr_t (*body)(uintptr_t), uintptr_t argument) {
-    if (setjmp(RunExit)) return 0;
-    return body(argument);
-}

@@ -12,6 +12,3 @@ void begin_run();
 void release_run();
 /* A table of names, released with the run; never null. */
 HashTable *new_name_table(int32_t buckets);
-/* Runs body(argument), or answers null in its place when end_run is called in it and the host's
- * error operation returns. */
-uintptr_t run_to_end(uintptr_t (*body)(uintptr_t), uintptr_t argument);

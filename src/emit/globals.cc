@@ -1,9 +1,9 @@
 // Global declarations.
 #include "emit/globals.h"
 
-#include "driver/run_end.h"
-#include "driver/run_state.h"
 #include "emit/output.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
 #include "support/string_hash.h"
 
 HashTable *GlobalNames;

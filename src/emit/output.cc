@@ -1,7 +1,8 @@
 // Writing into the output text; each append may move it.
 #include "emit/output.h"
 
-#include "driver/run_state.h"
+#include "run/run_state.h"
+#include "support/long_string.h"
 
 void write_output(const char *text) { OutputText = AppendStringToString(OutputText, text); }
 

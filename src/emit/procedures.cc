@@ -3,11 +3,11 @@
 
 #include <stdio.h>
 
-#include "driver/run_state.h"
 #include "emit/comments.h"
 #include "emit/globals.h"
 #include "emit/output.h"
 #include "emit/statement_writer.h"
+#include "run/run_state.h"
 #include "support/string_hash.h"
 
 static void note_variables(const vExpr *names) {

@@ -14,6 +14,6 @@ void proc_body(mStat *body);
  * indentation is the caller's. */
 void proc_return(const vExpr *outputs, int level);
 
-/* Writes a script, null for one without statements: first the procedures of the functions that it
- * calls, then the packages of a script file, the statements and the comments behind them. */
-void script(mStat *first);
+/* Writes a script, null for one without statements: the packages of a script file, the statements
+ * and the comments behind them. */
+void write_script(mStat *first);

@@ -4,13 +4,13 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "driver/error_reporter.h"
-#include "driver/run_state.h"
 #include "emit/comments.h"
 #include "emit/output.h"
 #include "emit/procedures.h"
 #include "emit/switch_writer.h"
+#include "lexer/error_reporter.h"
 #include "lexer/position.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/ranges.h"
 #include "translate/text_forms.h"

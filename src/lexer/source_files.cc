@@ -4,7 +4,7 @@
 #include <assert.h>
 #include <errno.h>
 
-#include "driver/run_end.h"
+#include "run/run_end.h"
 #include "support/heap.h"
 
 namespace {

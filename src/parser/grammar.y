@@ -2,7 +2,7 @@
  *
  * The actions call one builder or two: expressions become records with finished host text
  * (translate/), statements become records (emit/) that are written out when a function definition
- * or the script is complete (declare_proc, script).
+ * or the script is complete (define_function, define_script).
  *
  * When an action runs matters as much as what it does. A state whose only action is a reduction
  * reduces before the next token is read (the default of lr.default-reduction, which must stay), so
@@ -16,10 +16,9 @@
 %define api.token.prefix {TOKEN_}
 
 %code top {
-#include "driver/error_reporter.h"
+#include "lexer/error_reporter.h"
 #include "emit/comments.h"
 #include "emit/globals.h"
-#include "emit/procedures.h"
 #include "emit/statements.h"
 #include "lexer/brackets.h"
 #include "lexer/scanner.h"
@@ -138,8 +137,8 @@ input
   ;
 
 script_body
-  : opt_separators                 { script(nullptr); $$ = nullptr; }
-  | opt_separators statement_list  { script($2); $$ = $2; }
+  : opt_separators                 { $$ = define_script(nullptr); }
+  | opt_separators statement_list  { $$ = define_script($2); }
   ;
 
 /*-------------------------------------------------------------------------.

@@ -10,3 +10,7 @@
  * Can be called while another parse is under way: the stacks are its own, yychar, yylval and
  * yynerrs are shared. */
 int yyparse();
+/* Called when a script is complete, before it is written: translates the functions that it calls.
+ * Set by the driver. May parse other inputs, as long as all that a parse works on is as before when
+ * it returns. */
+extern void (*BeforeScript)();

@@ -4,7 +4,10 @@
 #include <assert.h>
 #include <string.h>
 
+#include "emit/globals.h"
 #include "emit/procedures.h"
+#include "parser/parser.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/calls.h"
 #include "translate/cells.h"
@@ -13,6 +16,7 @@
 #include "translate/text_forms.h"
 
 mStat *InputSequence;
+void (*BeforeScript)();
 
 WordList start_words(const char *word) {
     vExpr *cell = alloc_vExpr(new_node(EXPR_STRING, word));
@@ -103,4 +107,15 @@ mStat *define_function(mProc *proc, mStat *body) {
     proc->body = body;
     declare_proc(proc);
     return body;
+}
+
+mStat *define_script(mStat *first) {
+    drop_globals();  // a script has no global line
+    int32_t uses_array_tools = UsesArrayTools;
+    int32_t uses_linear_algebra = UsesLinearAlgebra;
+    BeforeScript();  // clears the flags for every file that it translates
+    UsesArrayTools = uses_array_tools;
+    UsesLinearAlgebra = uses_linear_algebra;
+    write_script(first);
+    return first;
 }

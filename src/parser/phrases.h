@@ -1,5 +1,5 @@
 /* Phrases that the grammar puts together from several words or in several steps: command words,
- * calls with their argument lists, ranges, global names, function definitions. */
+ * calls with their argument lists, ranges, global names, function definitions, scripts. */
 #pragma once
 
 #include "emit/statements.h"
@@ -31,3 +31,6 @@ NameList add_global(NameList names, const char *name);
 
 /* Writes the procedure of a complete function; answers the body. */
 mStat *define_function(mProc *proc, mStat *body);
+/* Writes a complete script, null for one without statements, behind the functions that it calls;
+ * answers it. */
+mStat *define_script(mStat *first);

@@ -5,7 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "driver/run_end.h"
+#include "run/run_end.h"
 
 HashTable *AllocationTable;
 

@@ -4,7 +4,7 @@
 #include <assert.h>
 #include <string.h>
 
-#include "driver/run_end.h"
+#include "run/run_end.h"
 #include "support/allocation.h"
 
 namespace {

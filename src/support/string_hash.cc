@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "driver/run_end.h"
+#include "run/run_end.h"
 #include "support/heap.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "driver/run_state.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/string_hash.h"
 #include "translate/host_queries.h"

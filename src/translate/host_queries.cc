@@ -1,7 +1,7 @@
 // Asking the host's translation procedures.
 #include "translate/host_queries.h"
 
-#include "driver/host_kernel.h"
+#include "run/host_kernel.h"
 #include "translate/expressions.h"
 
 static const char *ask(const char *procedure, HostValue argument) {

@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "driver/run_state.h"
+#include "run/run_state.h"
 #include "translate/text_forms.h"
 
 static constexpr char ARRAY_TOOLS[] = "ArrayTools:-";

@@ -1,11 +1,12 @@
 // Reporting errors in the source: header, excerpt and caret in one text for the host.
-#include "driver/error_reporter.h"
+#include "lexer/error_reporter.h"
 
 #include <stdio.h>
 #include <string.h>
 
-#include "driver/host_kernel.h"
-#include "driver/run_state.h"
+#include "lexer/position.h"
+#include "run/last_error.h"
+#include "run/run_state.h"
 
 namespace {
 
@@ -109,5 +110,6 @@ HostValue yyerror(const char *message) {
     size_t header = write_header(text, ROOM - behind_header, message);
     char *at = write_excerpt(text + header, ROOM - header - caret_size(&excerpt), &excerpt);
     if (excerpt.caret != NO_CARET) write_caret(at, excerpt.caret);
-    return HostKernel->RaiseError(text, 0);
+    ErrorRecord error = {message, InputFileName, SourceLine, TokenOffset};
+    return raise_framed_error(&error, text);
 }

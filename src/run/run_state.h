@@ -5,9 +5,7 @@
 
 #include <stdint.h>
 
-#include "support/hash_table.h"
-#include "support/long_string.h"
-
+struct HashTable;
 struct mProc;
 
 /* One directory of the search path; node and text are kept until the run ends. */
@@ -24,8 +22,8 @@ extern HashTable *DefinedNames;
 /* Names that denote variables: targets of assignments, parameters, outputs, globals. Grows through
  * the whole run, over all its procedures and files. */
 extern HashTable *KnownVariables;
-/* The generated text. Every writer stores the handle that its append returns. */
-extern LongString OutputText;
+/* The generated text, a LongString. Every writer stores the handle that its append returns. */
+extern char *OutputText;
 
 /* 1 once the generated code uses a member of the host package. */
 extern int32_t UsesArrayTools;

@@ -1,14 +1,10 @@
 // The run state's variables, with their values before the first run.
-#include "driver/run_state.h"
-
-#include "driver/host_kernel.h"
-
-const HostKernelTable *HostKernel;
+#include "run/run_state.h"
 
 HashTable *CalledNames;
 HashTable *DefinedNames;
 HashTable *KnownVariables;
-LongString OutputText;
+char *OutputText;
 
 int32_t UsesArrayTools;
 int32_t UsesLinearAlgebra;

@@ -1,0 +1,4 @@
+// The host's operations.
+#include "run/host_kernel.h"
+
+const HostKernelTable *HostKernel;
