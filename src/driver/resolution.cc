@@ -4,11 +4,10 @@
 #include <assert.h>
 #include <string.h>
 
+#include "driver/front_end.h"
 #include "driver/run.h"
 #include "lexer/error_reporter.h"
-#include "lexer/scanner.h"
 #include "lexer/source_files.h"
-#include "parser/parser.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/string_hash.h"
@@ -35,17 +34,6 @@ const char *source_path(const char *directory, const char *name) {
     return path;
 }
 
-void translate_open_file(FILE *file, const char *path) {
-    yyrestart(file);
-    begin_source();
-    InputFileName = path;
-    SourceLine = 1;
-    UsesArrayTools = 0;
-    UsesLinearAlgebra = 0;
-    yyparse();
-    close_source();
-}
-
 }  // namespace
 
 static int translate_called_file(const char *name, HashValue, void *) {
@@ -55,7 +43,8 @@ static int translate_called_file(const char *name, HashValue, void *) {
     for (const SearchDirectory *at = SearchPath; at; at = at->next) {
         const char *path = source_path(at->directory, name);
         if (FILE *file = open_source(path)) {
-            translate_open_file(file, path);
+            UsedFrontEnd->parse_file(file, path);
+            close_source();
             return 1;
         }
     }
@@ -94,16 +83,6 @@ void resolve_within_parse() {
     }
     assert(ResolutionDepth < DEEPEST_NESTING);
     ResolutionDepth++;
-    int look_ahead = yychar;
-    SemanticValue value = yylval;
-    int errors = yynerrs;
-    const char *file_name = InputFileName;
-    SuspendedScanner scanner = suspend_scanner();
-    resolve_called_functions();
-    resume_scanner(&scanner);
-    InputFileName = file_name;
-    yynerrs = errors;
-    yylval = value;
-    yychar = look_ahead;
+    UsedFrontEnd->parse_aside(resolve_called_functions);
     ResolutionDepth--;
 }

@@ -9,9 +9,13 @@ long TokenOffset;
 long ScanOffset;
 
 void reset_position() {
-    SourceLine = 1;
+    begin_position();
     SourcePos = 0;
     PrevLine = SourceText = "";
+}
+
+void begin_position() {
+    SourceLine = 1;
     TokenOffset = ScanOffset = 0;
 }
 

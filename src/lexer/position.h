@@ -21,8 +21,11 @@ struct SourcePosition {
     long scan_offset;
 };
 
-/* Line 1, column 0, no line texts. */
+/* Start of a run: line 1, column 0, offset 0, no line texts. */
 void reset_position();
+/* Start of a source: line 1, offset 0. The column and the line texts are those of the source before
+ * until a line has ended. */
+void begin_position();
 SourcePosition save_position();
 void restore_position(const SourcePosition *position);
 

@@ -1,0 +1,29 @@
+/* A front end: reads sources in a language and translates them into OutputText. What the entry and
+ * the resolution of called functions need of one, so that a run can be given another. */
+#pragma once
+
+#include <stdio.h>
+
+/* Every operation works on the run state (run/run_state.h) and reports errors by RaiseError; it may
+ * not return. */
+struct FrontEnd {
+    /* Start of a run, behind its arguments: nothing is left of the run before. */
+    void (*begin)();
+    /* Translates the text of a command, which the caller keeps. */
+    void (*parse_command)(const char *text);
+    /* Translates the rest of an open file; name is what errors call it, kept until the run ends.
+     * The file stays open. May be called while another parse has been put aside. */
+    void (*parse_file)(FILE *file, const char *name);
+    /* Puts the parse under way aside, calls work, which may parse files, and takes the parse up
+     * again as if nothing else had been parsed. */
+    void (*parse_aside)(void (*work)());
+    /* Translates the files of the functions that the source has called. Behind the source's parse;
+     * the order of the files is the front end's. */
+    void (*translate_called)();
+};
+
+/* The only one for now: reads what parser/grammar.y describes. */
+extern const FrontEnd ClassicFrontEnd;
+
+/* The front end of the run, set before it begins. */
+extern const FrontEnd *UsedFrontEnd;
