@@ -1,17 +1,19 @@
 /* The scanner alone, with the fixer called behind operands in one bracket context, which the first
  * byte of the input chooses. Positions stay within the source and reach its end, and what is kept
  * of a line is what stands in the source. */
-#include <stdio.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <cassert>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "driver/run.h"
 #include "lexer/brackets.h"
 #include "lexer/scanner.h"
+#include "lexer/source_files.h"
 
 namespace {
 
@@ -42,16 +44,16 @@ void check_tokens(std::string_view source) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     if (size == 0) return 0;
     static const int delimiters[] = {0, IN_PARENTHESES, IN_LITERAL, IN_TARGETS};
-    FILE *file = fdopen(memfd_create("source", 0), "w+");
-    fwrite(data + 1, 1, size - 1, file);
-    rewind(file);
+    const int file = memfd_create("source", 0);
+    if (write(file, data + 1, size - 1) != static_cast<ssize_t>(size) - 1) std::abort();
     begin_run();
     initLexer();
-    yyrestart(file);
+    if (open_source(("/proc/self/fd/" + std::to_string(file)).c_str()) != 0) std::abort();
+    yyrestart();
     begin_source();
     BracketDelimiter = delimiters[data[0] % 4];
     check_tokens(std::string_view(reinterpret_cast<const char *>(data) + 1, size - 1));
     release_run();
-    fclose(file);
+    close(file);
     return 0;
 }

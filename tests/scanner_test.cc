@@ -12,6 +12,7 @@
 #include "lexer/brackets.h"
 #include "lexer/scanner.h"
 #include "lexer/semantic_value.h"
+#include "lexer/source_files.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -73,17 +74,16 @@ std::string tokens(const std::string &text, int delimiter = 0,
 /* What read gives with the text in a file as the scanner's input. */
 std::string with_file(const std::string &text, int delimiter,
                       const std::function<std::string()> &read) {
-    FILE *file = tmpfile();
-    fwrite(text.data(), 1, text.size(), file);
-    rewind(file);
+    const SourceFiles files;
+    files.write("f.m", text);
     begin_run();
     initLexer();
-    yyrestart(file);
+    EXPECT_EQ(open_source(files.path("f.m").c_str()), 0);
+    yyrestart();
     begin_source();
     BracketDelimiter = delimiter;
     std::string result = read();
     release_run();
-    fclose(file);
     return result;
 }
 

@@ -38,8 +38,8 @@ void parse_command(const char *text) {
     yy_delete_buffer(buffer);  // called files get a buffer made for files
 }
 
-void parse_file(FILE *file, const char *name) {
-    yyrestart(file);
+void parse_file(const char *name) {
+    yyrestart();
     begin_source();
     InputFileName = name;
     UsesArrayTools = 0;

@@ -29,14 +29,13 @@ void search_beside(const char *file) {
 }
 
 HostValue translate_file(const RunRequest *request) {
-    FILE *file = open_source(request->source);
-    if (!file) {
+    if (open_source(request->source) != 0) {
         raise_error("unable to open %1", request->source_value);
         return 0;
     }
     if (!request->has_path) search_beside(request->source);
     FileMode = 1;
-    UsedFrontEnd->parse_file(file, request->source);
+    UsedFrontEnd->parse_file(request->source);
     close_source();
     UsedFrontEnd->translate_called();
     return HostKernel->ToHostString(OutputText);

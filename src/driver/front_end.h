@@ -2,8 +2,6 @@
  * the resolution of called functions need of one, so that a run can be given another. */
 #pragma once
 
-#include <stdio.h>
-
 /* Every operation works on the run state (run/run_state.h) and reports errors by RaiseError; it may
  * not return. */
 struct FrontEnd {
@@ -11,9 +9,10 @@ struct FrontEnd {
     void (*begin)();
     /* Translates the text of a command, which the caller keeps. */
     void (*parse_command)(const char *text);
-    /* Translates the rest of an open file; name is what errors call it, kept until the run ends.
-     * The file stays open. May be called while another parse has been put aside. */
-    void (*parse_file)(FILE *file, const char *name);
+    /* Translates the source file opened last (lexer/source_files.h), which the caller closes; name
+     * is what errors call it, kept until the run ends. May be called while another parse has been
+     * put aside. */
+    void (*parse_file)(const char *name);
     /* Puts the parse under way aside, calls work, which may parse files, and takes the parse up
      * again as if nothing else had been parsed. */
     void (*parse_aside)(void (*work)());

@@ -2,12 +2,14 @@
 #include "driver/resolution.h"
 
 #include <assert.h>
+#include <errno.h>
 #include <string.h>
 
 #include "driver/front_end.h"
 #include "driver/run.h"
 #include "lexer/error_reporter.h"
 #include "lexer/source_files.h"
+#include "run/run_end.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/string_hash.h"
@@ -18,7 +20,7 @@ namespace {
 constexpr int32_t PASS_BUCKETS = 100;
 constexpr int32_t PENDING_BUCKETS = 1024;
 
-// Each level is a parse of its own on the machine's stack, and an open file.
+// Each level is a parse of its own on the machine's stack.
 constexpr int DEEPEST_NESTING = 500;
 
 struct Resolution {
@@ -34,6 +36,21 @@ const char *source_path(const char *directory, const char *name) {
     return path;
 }
 
+bool means_absent(int cause) {
+    return cause == ENOENT || cause == ENOTDIR || cause == EISDIR || cause == ELOOP ||
+           cause == ENAMETOOLONG;
+}
+
+// A file that is there and cannot be opened: without it the translation would lack a function.
+[[noreturn]] void refuse(const char *path, int cause) {
+    const char *form = "unable to open %s: %s";
+    const char *reason = strerror(cause);
+    char *message = static_cast<char *>(Alloc(strlen(form) + strlen(path) + strlen(reason)));
+    write_form(message, form, {path, reason});
+    InputFileName = path;
+    end_run(message);
+}
+
 }  // namespace
 
 static int translate_called_file(const char *name, HashValue, void *) {
@@ -42,11 +59,13 @@ static int translate_called_file(const char *name, HashValue, void *) {
     StringHashInsert(DefinedNames, name, const_cast<char *>(name));
     for (const SearchDirectory *at = SearchPath; at; at = at->next) {
         const char *path = source_path(at->directory, name);
-        if (FILE *file = open_source(path)) {
-            UsedFrontEnd->parse_file(file, path);
+        int cause = open_called_source(path);
+        if (cause == 0) {
+            UsedFrontEnd->parse_file(path);
             close_source();
             return 1;
         }
+        if (!means_absent(cause)) refuse(path, cause);
     }
     return 1;
 }

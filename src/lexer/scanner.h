@@ -25,8 +25,9 @@ void fixinput(int token);
 void initLexer();
 /* Start of a source: text and files begin outside every string and bracket. */
 void begin_source();
-/* Makes the open file the input of the current buffer, which is created if there is none. */
-void yyrestart(FILE *file);
+/* Makes the source file opened last (source_files.h) the input of the current buffer, which is
+ * created if there is none. The stream that flex hands on is not looked at. */
+void yyrestart(FILE *stream = nullptr);
 /* Makes a copy of the text the input; answers its buffer. */
 yy_buffer_state *yy_scan_string(const char *text);
 /* Releases a buffer, or nothing for null. */

@@ -3,14 +3,28 @@
 
 #include <assert.h>
 #include <errno.h>
+#include <fcntl.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include "lexer/error_reporter.h"
 #include "run/run_end.h"
 #include "support/heap.h"
 
 namespace {
 
+// A regular file up to this size is read when it is opened: scripts that wait for the functions
+// they call would hold a descriptor each.
+constexpr off_t LARGEST_WHOLE_FILE = 65536;
+constexpr int CLOSED = -1;
+
+// The text of a file that was read at once lies behind its record, with a byte to spare.
 struct OpenSource {
-    FILE *file;
+    int descriptor;     // or CLOSED
+    bool has_failed;    // a read did, behind the characters given out
+    size_t given;       // characters of the text that the scanner has
+    size_t length;      // of the text
     OpenSource *outer;  // opened before this one and still open
 };
 
@@ -22,51 +36,98 @@ constexpr int BLOCK_SIZE = 8192;
 // logarithm of its length.
 constexpr int INITIAL_BUFFER_SIZE = 16384;
 
-int read_line(FILE *file, char *buffer, int room) {
-    int count = 0;
-    int c = 0;
-    while (count < room && c != '\n' && (c = getc(file)) != EOF) {
-        buffer[count++] = static_cast<char>(c);
+char *text_of(OpenSource *source) { return reinterpret_cast<char *>(source + 1); }
+
+// The host's signals may interrupt both: on a pipe they wait.
+int open_file(const char *path) {
+    int descriptor;
+    do {
+        descriptor = open(path, O_RDONLY | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
+size_t read_file(OpenSource *source, char *buffer, size_t room) {
+    ssize_t count;
+    do {
+        count = read(source->descriptor, buffer, room);
+    } while (count < 0 && errno == EINTR);
+    source->has_failed = count < 0;
+    return count < 0 ? 0 : static_cast<size_t>(count);
+}
+
+void close_file(OpenSource *source) {
+    if (source->descriptor != CLOSED) close(source->descriptor);
+    source->descriptor = CLOSED;
+}
+
+OpenSource *new_source(int descriptor, size_t text_size) {
+    OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource) + text_size));
+    if (!source) {
+        close(descriptor);
+        end_run("memory exhausted");
     }
+    *source = {descriptor, false, 0, 0, OpenSources};
+    OpenSources = source;
+    return source;
+}
+
+// A file that changes its length meanwhile stays open, to be read like a pipe.
+void open_whole(int descriptor, size_t size) {
+    OpenSource *source = new_source(descriptor, size + 1);
+    source->length = read_file(source, text_of(source), size + 1);
+    if (source->length == size) close_file(source);
+}
+
+size_t take_text(OpenSource *source, char *buffer, size_t room) {
+    size_t rest = source->length - source->given;
+    size_t count = rest < room ? rest : room;
+    memcpy(buffer, text_of(source) + source->given, count);
+    source->given += count;
     return count;
 }
 
-int read_block(FILE *file, char *buffer, int room) {
-    size_t wanted = static_cast<size_t>(room < BLOCK_SIZE ? room : BLOCK_SIZE);
-    return static_cast<int>(fread(buffer, 1, wanted, file));
+// 0 at the end of the file, and where a read fails.
+size_t read_some(OpenSource *source, char *buffer, size_t room) {
+    if (source->given < source->length) return take_text(source, buffer, room);
+    if (source->descriptor == CLOSED || source->has_failed) return 0;
+    return read_file(source, buffer, room);
 }
 
-int read_some(FILE *file, bool interactive, char *buffer, int room) {
-    for (;;) {
-        errno = 0;
-        int count = interactive ? read_line(file, buffer, room) : read_block(file, buffer, room);
-        if (count > 0 || !ferror(file)) return count;
-        if (errno != EINTR) end_run("input in flex scanner failed");
-        clearerr(file);
+int open_any(const char *path, struct stat *status) {
+    int descriptor = open_file(path);
+    if (descriptor < 0) return errno;
+    if (fstat(descriptor, status) != 0) *status = {};
+    bool is_whole =
+        S_ISREG(status->st_mode) && status->st_size > 0 && status->st_size <= LARGEST_WHOLE_FILE;
+    if (is_whole) {
+        open_whole(descriptor, static_cast<size_t>(status->st_size));
+    } else {
+        new_source(descriptor, 0);
     }
+    return 0;
 }
 
 }  // namespace
 
-FILE *open_source(const char *path) {
-    OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource)));
-    if (!source) end_run("memory exhausted");
-    *source = {fopen(path, "r"), OpenSources};
-    if (!source->file) {
-        bool is_exhausted = errno == ENOMEM;
-        HeapFree(source);
-        if (is_exhausted) end_run("memory exhausted");
-        return nullptr;
-    }
-    OpenSources = source;
-    return source->file;
+int open_source(const char *path) {
+    struct stat status;
+    return open_any(path, &status);
+}
+
+int open_called_source(const char *path) {
+    struct stat status;
+    int cause = open_any(path, &status);
+    if (cause != 0 || !S_ISDIR(status.st_mode)) return cause;
+    close_source();
+    return EISDIR;
 }
 
 void close_source() {
     OpenSource *source = OpenSources;
     assert(source);
     OpenSources = source->outer;
-    fclose(source->file);
+    close_file(source);
     HeapFree(source);
 }
 
@@ -74,13 +135,20 @@ void close_all_sources() {
     while (OpenSources) close_source();
 }
 
-int read_source(FILE *file, bool interactive, char *buffer, int room) {
-    int count = read_some(file, interactive, buffer, room);
-    if (interactive) return count;
-    while (room >= INITIAL_BUFFER_SIZE && count < room) {
-        int more = read_some(file, interactive, buffer + count, room - count);
+int read_source(char *buffer, int room) {
+    OpenSource *source = OpenSources;
+    assert(source && room > 0);
+    bool fills = room >= INITIAL_BUFFER_SIZE;
+    size_t wanted = static_cast<size_t>(fills || room < BLOCK_SIZE ? room : BLOCK_SIZE);
+    size_t count = read_some(source, buffer, wanted);
+    while (fills && count > 0 && count < wanted) {
+        size_t more = read_some(source, buffer + count, wanted - count);
         if (more == 0) break;
         count += more;
     }
-    return count;
+    if (count == 0 && source->has_failed) {
+        yyerror("input in flex scanner failed");
+        abandon_run();
+    }
+    return static_cast<int>(count);
 }

@@ -1,15 +1,17 @@
 /* Source files on disk: opened through here, so that a run that is abandoned while it reads them
- * leaves none open. */
+ * leaves none open. The scanner reads the one opened last. */
 #pragma once
 
-#include <stdio.h>
-
-/* The file opened for reading, or null. */
-FILE *open_source(const char *path);
+/* Opens the file for reading: 0, or the errno that tells why it cannot be opened. A file of usual
+ * size is read at once and not kept open; what is wrong with its reading shows when the scanner
+ * comes to the place. */
+int open_source(const char *path);
+/* The same for a file that is looked for: a directory of that name is none (EISDIR). */
+int open_called_source(const char *path);
 /* Closes the file opened last. */
 void close_source();
 /* Closes whatever is still open. */
 void close_all_sources();
-/* Reads at most room characters into buffer; 0 at the end of the file. An interactive file (a
- * terminal) gives at most a line. A read error ends the run. */
-int read_source(FILE *file, bool interactive, char *buffer, int room);
+/* Reads at most room characters of the file opened last into buffer; 0 at its end. A read error
+ * ends the run, after the characters in front of it have been given out. */
+int read_source(char *buffer, int room);

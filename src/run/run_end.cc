@@ -10,8 +10,10 @@ static jmp_buf RunExit;
 
 void end_run(const char *message) {
     raise_error(message, 0);
-    longjmp(RunExit, 1);
+    abandon_run();
 }
+
+void abandon_run() { longjmp(RunExit, 1); }
 
 uintptr_t run_to_end(uintptr_t (*body)(uintptr_t), uintptr_t argument) {
     if (setjmp(RunExit)) return 0;
