@@ -53,7 +53,9 @@ struct Symbol;
  * NODE_IF             children: BRANCH ..., [ELSE]
  * NODE_BRANCH           children: condition, BLOCK
  * NODE_ELSE             child: BLOCK
- * NODE_FOR            children: variable (NAME or REFERENCE), range, BLOCK. Flag PARALLEL: parfor
+ * NODE_FOR            children: variable (NAME or REFERENCE), range, BLOCK. Flag PARALLEL: parfor;
+ *                     KEEPS_VARIABLE, set with the names: its variable is read behind the loop or
+ *                     assigned in it
  * NODE_WHILE          children: condition, BLOCK
  * NODE_DO_UNTIL       children: BLOCK, condition
  * NODE_SWITCH         children: subject, COMMENT ..., CASE ..., [OTHERWISE]
@@ -157,7 +159,8 @@ enum NodeFlag : uint16_t {
     CLOSED_BY_END = 1 << 10,
     HAS_CHECKS = 1 << 11,
     REPEATING = 1 << 12,
-    FOR_OUTPUTS = 1 << 13
+    FOR_OUTPUTS = 1 << 13,
+    KEEPS_VARIABLE = 1 << 14
 };
 
 struct Node {

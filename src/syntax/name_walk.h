@@ -1,0 +1,45 @@
+/* The walk over a function that settles its names: its state, and what it does with a name. */
+#pragma once
+
+#include "syntax/bindings.h"
+#include "syntax/loop_variables.h"
+#include "syntax/names.h"
+
+/* A bare name that may call a script. */
+struct BareName {
+    Node *name;
+    BareName *next;
+};
+
+struct NameWalk {
+    Bindings bindings;
+    Scope *scope;    /* innermost: of the function, script or anonymous function */
+    Scope *function; /* innermost that is no anonymous function's */
+    LoopWalk loops;
+    BareName *bare_names; /* of the function, in source order */
+    BareName *last_bare;
+    uint32_t anonymous_count;
+    bool in_script; /* a called one */
+    ScriptFinder find_script;
+};
+
+/* A new scope inside outer (null for none); all else empty. */
+Scope *new_scope(Scope *outer, Node *owner);
+/* The function's scope with its outputs and parameters, which become variables of their own. */
+void declare_header(NameWalk *walk, Node *outputs, Node *parameters);
+/* The innermost scope's names stand for what they stood for around it. */
+void leave_scope(NameWalk *walk, const Scope *scope);
+
+/* The symbol of a NAME or HANDLE, which gets it; a new one belongs to the innermost function. */
+Symbol *mention(NameWalk *walk, Node *name);
+/* The name's value is read, or the function called. */
+void read_name(NameWalk *walk, Node *name);
+/* The variable is set to the value of an expression; null for a value that is none. */
+void set_name(NameWalk *walk, Node *name, const Node *value);
+/* An element or a field of the variable is set. */
+void change_name(NameWalk *walk, Node *name);
+/* A global or persistent declaration. */
+void declare_name(NameWalk *walk, Node *name, SymbolFlag flag);
+
+/* An anonymous function ends: what it captures, those around it capture too. */
+void pass_captures(NameWalk *walk, Scope *anonymous);

@@ -1,0 +1,310 @@
+// The walk that settles names: what each statement and expression does with the names in it.
+//
+// It goes once over the function, in source order, nested functions behind the one around them:
+// only when that has been walked is it known which names they share. Scripts that bare names call
+// are walked behind the statements of their caller, as its statements tell which names are
+// variables and call nothing.
+#include "syntax/names.h"
+
+#include <string.h>
+
+#include "support/allocation.h"
+#include "syntax/name_walk.h"
+
+namespace {
+
+void walk_node(NameWalk *walk, Node *node);
+
+void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
+    for (; first != end; first = first->next) walk_node(walk, first);
+}
+
+void append_cell(NodeCell **first, NodeCell **last, Node *node) {
+    NodeCell *cell = AllocRecord<NodeCell>();
+    *cell = {node, nullptr};
+    (*last ? (*last)->next : *first) = cell;
+    *last = cell;
+}
+
+// Statements that are nothing but a name, perhaps with words or arguments.
+void note_creator(NameWalk *walk, Node *statement) {
+    Scope *scope = walk->function;
+    append_cell(&scope->creators, &scope->last_creator, statement);
+}
+
+void note_bare_name(NameWalk *walk, Node *name) {
+    BareName *bare = AllocRecord<BareName>();
+    *bare = {name, nullptr};
+    (walk->last_bare ? walk->last_bare->next : walk->bare_names) = bare;
+    walk->last_bare = bare;
+}
+
+void walk_expression_statement(NameWalk *walk, Node *statement) {
+    Node *expression = statement->first_child;
+    if (expression->kind == NODE_NAME) note_bare_name(walk, expression);
+    if (expression->kind == NODE_REFERENCE) note_creator(walk, statement);
+    walk_node(walk, expression);
+}
+
+void walk_command(NameWalk *walk, Node *command) {
+    note_creator(walk, command);
+    read_name(walk, command->first_child);
+}
+
+// exist('x') of a parameter: it may not have been given.
+void walk_reference(NameWalk *walk, Node *reference) {
+    walk_nodes(walk, reference->first_child);
+    const Node *base = reference->first_child;
+    if (base->kind != NODE_NAME || strcmp(base->text, "exist") != 0) return;
+    const Node *asked = base->next->first_child;
+    if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;
+    for (Symbol *symbol = walk->function->first_symbol; symbol; symbol = symbol->next)
+        if (symbol->position > 0 && strcmp(symbol->name, asked->text) == 0)
+            symbol->flags |= SYMBOL_MAY_BE_MISSING;
+}
+
+// A target is named before its value, so that it counts as the first to appear, and set behind.
+void mention_target(NameWalk *walk, Node *target) {
+    if (target->kind == NODE_REFERENCE) target = target->first_child;
+    if (target->kind == NODE_NAME) mention(walk, target);
+}
+
+void set_target(NameWalk *walk, Node *target, const Node *value) {
+    if (target->kind == NODE_NAME) return set_name(walk, target, value);
+    if (target->kind != NODE_REFERENCE) return;
+    walk_nodes(walk, target->first_child->next);
+    if (target->first_child->kind == NODE_NAME) {
+        change_name(walk, target->first_child);
+    } else {
+        walk_node(walk, target->first_child);
+    }
+}
+
+void walk_assignment(NameWalk *walk, Node *assignment) {
+    Node *target = assignment->first_child;
+    mention_target(walk, target);
+    if (assignment->op != OPERATOR_NONE) walk_node(walk, target);
+    walk_node(walk, target->next);
+    set_target(walk, target, assignment->op == OPERATOR_NONE ? target->next : nullptr);
+}
+
+void walk_multi_assignment(NameWalk *walk, Node *assignment) {
+    Node *targets = assignment->first_child;
+    Node *first = targets->first_child;
+    for (Node *target = first; target; target = target->next) mention_target(walk, target);
+    walk_node(walk, targets->next);
+    bool is_one = first && !first->next;
+    for (Node *target = first; target; target = target->next)
+        set_target(walk, target, is_one ? targets->next : nullptr);
+}
+
+void walk_block(NameWalk *walk, Node *block) {
+    uint32_t outer = walk->loops.block_start;
+    walk->loops.block_start = walk->loops.clock;
+    walk_nodes(walk, block->first_child);
+    walk->loops.block_start = outer;
+}
+
+void walk_for(NameWalk *walk, Node *loop) {
+    Node *target = loop->first_child;
+    mention_target(walk, target);
+    walk_node(walk, target->next);
+    bool is_name = target->kind == NODE_NAME;
+    if (is_name) target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+    OpenLoop open;
+    begin_loop(&walk->loops, &open, loop, is_name ? target->symbol : nullptr);
+    if (!is_name) set_target(walk, target, nullptr);
+    walk_nodes(walk, target->next->next);
+    end_loop(&walk->loops, &open);
+}
+
+void walk_while(NameWalk *walk, Node *loop) {
+    OpenLoop open;
+    begin_loop(&walk->loops, &open, loop, nullptr);
+    walk_nodes(walk, loop->first_child);
+    end_loop(&walk->loops, &open);
+}
+
+// An error may leave the block anywhere.
+void walk_try(NameWalk *walk, Node *statement) {
+    uint32_t jump = walk->loops.last_jump;
+    walk->loops.last_jump = UINT32_MAX;
+    walk_node(walk, statement->first_child);
+    walk->loops.last_jump = jump;
+    Node *rest = statement->first_child->next;
+    if (has_flag(statement, HAS_IDENTIFIER)) {
+        set_name(walk, rest, nullptr);
+        rest = rest->next;
+    }
+    walk_nodes(walk, rest);
+}
+
+void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {
+    for (Node *child = declaration->first_child; child; child = child->next) {
+        bool has_value = child->kind == NODE_ASSIGN;
+        declare_name(walk, has_value ? child->first_child : child, flag);
+        if (has_value) walk_assignment(walk, child);
+    }
+}
+
+// The default value of a parameter is an assignment.
+void walk_argument(NameWalk *walk, Node *argument) {
+    Node *target = argument->first_child;
+    mention_target(walk, target);
+    if (!target->next) return;
+    walk_nodes(walk, target->next);
+    set_target(walk, target, nullptr);
+}
+
+void walk_arguments(NameWalk *walk, Node *block) {
+    if (has_flag(block, FOR_OUTPUTS)) return;
+    for (Node *argument = block->first_child; argument; argument = argument->next)
+        if (argument->kind == NODE_ARGUMENT) walk_argument(walk, argument);
+}
+
+void walk_anonymous(NameWalk *walk, Node *anonymous) {
+    Scope *outer = walk->scope;
+    Scope *scope = new_scope(outer, anonymous);
+    const LoopWalk *loops = &walk->loops;
+    bool is_repeated = walk->in_script || loops->innermost;
+    scope->moment = is_repeated ? loops->loop_start : loops->clock;
+    scope->number = ++walk->anonymous_count;
+    walk->scope = scope;
+    declare_header(walk, nullptr, anonymous->first_child);
+    walk_nodes(walk, anonymous->first_child->next);
+    leave_scope(walk, scope);
+    walk->scope = outer;
+    pass_captures(walk, scope);
+}
+
+// A nested function waits until the function around it has been walked.
+void note_nested(NameWalk *walk, Node *function, Node *name) {
+    if (walk->in_script) return;
+    Scope *scope = walk->function;
+    append_cell(&scope->nested, &scope->last_nested, function);
+    mention(walk, name)->definition = function;
+}
+
+Node *child_of_kind(const Node *node, NodeKind kind) {
+    Node *child = node->first_child;
+    while (child->kind != kind) child = child->next;
+    return child;
+}
+
+void walk_node(NameWalk *walk, Node *node) {
+    switch (node->kind) {
+        case NODE_NAME: return read_name(walk, node);
+        case NODE_HANDLE: mention(walk, node); return;
+        case NODE_REFERENCE: return walk_reference(walk, node);
+        case NODE_ANONYMOUS: return walk_anonymous(walk, node);
+        case NODE_EXPRESSION: return walk_expression_statement(walk, node);
+        case NODE_ASSIGN: return walk_assignment(walk, node);
+        case NODE_MULTI_ASSIGN: return walk_multi_assignment(walk, node);
+        case NODE_COMMAND: return walk_command(walk, node);
+        case NODE_FOR: return walk_for(walk, node);
+        case NODE_WHILE:
+        case NODE_DO_UNTIL: return walk_while(walk, node);
+        case NODE_TRY: return walk_try(walk, node);
+        case NODE_GLOBAL: return walk_declaration(walk, node, SYMBOL_GLOBAL);
+        case NODE_PERSISTENT: return walk_declaration(walk, node, SYMBOL_PERSISTENT);
+        case NODE_BREAK:
+        case NODE_CONTINUE: return note_jump(&walk->loops);
+        case NODE_FUNCTION: return note_nested(walk, node, child_of_kind(node, NODE_NAME));
+        case NODE_ARGUMENT_BLOCK: return walk_arguments(walk, node);
+        case NODE_BLOCK: return walk_block(walk, node);
+        default: return walk_nodes(walk, node->first_child);
+    }
+}
+
+void walk_defaults(NameWalk *walk, const Node *parameters) {
+    for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
+        if (parameter->kind != NODE_DEFAULT) continue;
+        walk_node(walk, second_child(parameter));
+        set_name(walk, parameter->first_child, nullptr);
+    }
+}
+
+// The statements of a script; functions in its file are none of its caller's.
+void walk_script(NameWalk *walk, Node *file) {
+    file->scope = walk->function;
+    for (Node *child = file->first_child; child; child = child->next)
+        if (child->kind != NODE_FUNCTION) walk_node(walk, child);
+}
+
+void walk_called_scripts(NameWalk *walk) {
+    if (!walk->find_script) return;
+    bool outer = walk->in_script;
+    walk->in_script = true;
+    for (const BareName *bare = walk->bare_names; bare; bare = bare->next) {
+        Symbol *symbol = bare->name->symbol;
+        if (is_variable(symbol) || symbol->definition) continue;
+        symbol->definition = walk->find_script(bare->name);
+        if (symbol->definition) walk_script(walk, symbol->definition);
+    }
+    walk->in_script = outer;
+}
+
+void walk_function(NameWalk *walk, Node *function);
+
+void walk_nested_functions(NameWalk *walk) {
+    for (const NodeCell *cell = walk->function->nested; cell; cell = cell->next)
+        walk_function(walk, cell->node);
+}
+
+// The names of a function whose scope is the innermost.
+void walk_body(NameWalk *walk, Node *function) {
+    Node *parameters = child_of_kind(function, NODE_PARAMETERS);
+    declare_header(walk, child_of_kind(function, NODE_OUTPUTS), parameters);
+    walk_defaults(walk, parameters);
+    walk_nodes(walk, parameters->next->first_child);
+}
+
+Scope *enter_function(NameWalk *walk, Node *owner) {
+    Scope *scope = new_scope(walk->function, owner);
+    scope->number = ++walk->anonymous_count;
+    walk->scope = walk->function = scope;
+    walk->bare_names = walk->last_bare = nullptr;
+    return scope;
+}
+
+void finish_function(NameWalk *walk) {
+    walk_called_scripts(walk);
+    walk_nested_functions(walk);
+    finish_loops(&walk->loops);
+    leave_scope(walk, walk->function);
+}
+
+void walk_function(NameWalk *walk, Node *function) {
+    NameWalk outer = *walk;
+    enter_function(walk, function);
+    walk->loops = {};
+    walk->loops.clock = walk->loops.block_start = outer.loops.clock;
+    walk_body(walk, function);
+    finish_function(walk);
+    outer.bindings = walk->bindings;
+    outer.loops.clock = walk->loops.clock;
+    outer.anonymous_count = walk->anonymous_count;
+    *walk = outer;
+}
+
+}  // namespace
+
+Scope *settle_function(Node *function, ScriptFinder find_script) {
+    NameWalk walk = {};
+    walk.find_script = find_script;
+    Scope *scope = enter_function(&walk, function);
+    walk_body(&walk, function);
+    finish_function(&walk);
+    drop_bindings(&walk.bindings);
+    return scope;
+}
+
+Scope *settle_script(Node *file, ScriptFinder find_script) {
+    NameWalk walk = {};
+    walk.find_script = find_script;
+    Scope *scope = enter_function(&walk, file);
+    walk_script(&walk, file);
+    finish_function(&walk);
+    drop_bindings(&walk.bindings);
+    return scope;
+}

@@ -1,0 +1,116 @@
+/* Names, settled from a whole function before a line of it is lowered: which of them are variables,
+ * and whose. Parameters, outputs, targets anywhere in the function, loop variables, global and
+ * persistent names are variables; every other name is a function. */
+#pragma once
+
+#include "syntax/tree.h"
+
+struct Capture;
+struct LoopUse;
+
+enum SymbolFlag : uint32_t {
+    SYMBOL_PARAMETER = 1 << 0,
+    SYMBOL_OUTPUT = 1 << 1,
+    SYMBOL_ASSIGNED = 1 << 2, /* as a whole: a target, a loop variable, the name behind catch */
+    SYMBOL_CHANGED = 1 << 3,  /* an element or a field is assigned */
+    SYMBOL_GLOBAL = 1 << 4,
+    SYMBOL_PERSISTENT = 1 << 5,
+    SYMBOL_VARIABLE = (1 << 6) - 1, /* one of those above makes it a variable */
+    SYMBOL_OTHER_VALUE = 1 << 6,    /* a whole assignment has another value than an @ expression */
+    SYMBOL_SHARED = 1 << 7,         /* a nested function uses it too */
+    SYMBOL_READ = 1 << 8,
+    SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter for which exist is asked */
+    SYMBOL_IN_SCRIPT = 1 << 10      /* a called script uses it too */
+};
+
+/* A name in the functions that share it. */
+struct Symbol {
+    const char *name; /* interned */
+    Scope *scope;     /* to which it belongs */
+    uint32_t flags;
+    int32_t position;     /* of a parameter, from 1; else 0 */
+    Node *definition;     /* FUNCTION of a nested function, FILE of a called script; else null */
+    const char *written;  /* its host name; null until lowering asks for it */
+    Symbol *next;         /* in its scope, or null */
+    Symbol *around;       /* what the name stands for around the scope, or null */
+    uint32_t last_change; /* moment of the last assignment in the text; 0 for none */
+    uint32_t last_read;   /* moment of the last reading outside of loops over it */
+    uint32_t mark;        /* number of the anonymous function that captured it last */
+    LoopUse *loops;       /* loops over it; null for none */
+};
+
+enum ScopeFlag : uint32_t {
+    READS_NARGIN = 1 << 0, /* or checks the number of arguments in another way */
+    READS_NARGOUT = 1 << 1,
+    ASKS_EXIST = 1 << 2,
+    HAS_VARARGIN = 1 << 3, /* as last parameter */
+    HAS_VARARGOUT = 1 << 4 /* as last output */
+};
+
+/* A cell of a list of nodes or symbols. */
+struct NodeCell {
+    Node *node;
+    NodeCell *next;
+};
+struct SymbolCell {
+    Symbol *symbol;
+    SymbolCell *next;
+};
+
+/* The names of a function, an anonymous function or a script. */
+struct Scope {
+    Scope *outer;         /* of the function around it, or null */
+    Node *owner;          /* FUNCTION, ANONYMOUS or FILE */
+    uint32_t flags;       /* of ScopeFlag */
+    int32_t parameters;   /* number of them, ~ included, varargin as last one not */
+    Symbol *first_symbol; /* names that belong here, functions too: outputs, parameters, then in the
+                             order of their first appearance */
+    Symbol *last_symbol;
+    SymbolCell *globals; /* global and persistent names declared here, in source order */
+    SymbolCell *last_global;
+    NodeCell *nested; /* nested functions: FUNCTION, in source order */
+    NodeCell *last_nested;
+    NodeCell *creators; /* statements that may create variables at run time, or name them */
+    NodeCell *last_creator;
+    Capture *captures; /* of an anonymous function: see first_captured */
+    Capture *last_capture;
+    uint32_t moment; /* of an anonymous function: it does not see changes behind it */
+    uint32_t number; /* of an anonymous function, within its function */
+};
+
+/* The FILE of the script that a bare name calls, found and parsed; null when it is no script. */
+typedef Node *(*ScriptFinder)(const Node *name);
+
+/* Settles the names of a FUNCTION with its nested and anonymous functions, or of the statements of
+ * a FILE (a script), and of the scripts that they call; sets the symbol of each NAME and HANDLE,
+ * the scope of PARAMETERS and FILE, and the flag KEEPS_VARIABLE of FOR. find_script null: there are
+ * no scripts. Where the statements of a script are settled for a second caller, they forget the
+ * first. Answers the scope, which the node has too. */
+Scope *settle_function(Node *function, ScriptFinder find_script);
+Scope *settle_script(Node *file, ScriptFinder find_script);
+
+/* Called scripts are followed this deep. */
+constexpr int DEEPEST_SCRIPT = 20;
+
+/* The scope of a FUNCTION, ANONYMOUS or FILE; null before its names are settled. */
+const Scope *scope_of(const Node *node);
+
+inline bool is_variable(const Symbol *symbol) { return (symbol->flags & SYMBOL_VARIABLE) != 0; }
+/* Whether it is a variable that holds a function: all its values are @ expressions. */
+bool holds_function(const Symbol *symbol);
+/* Whether the parameter is changed in the function: it is a variable of its own in the host. */
+bool is_copied_parameter(const Symbol *symbol);
+/* A name that belongs to the scope or one around it, or null. Takes time for each name. */
+const Symbol *find_symbol(const Scope *scope, const char *name);
+
+/* Whether the anonymous function's value of a variable around it may differ from what the variable
+ * holds later: then it needs a copy of its own. */
+bool needs_binding(const Scope *anonymous, const Symbol *symbol);
+/* The next variable, in the order of first appearance, that an anonymous function takes from around
+ * it: of capture null, the first. Null behind the last. */
+const Capture *next_captured(const Scope *anonymous, const Capture *capture);
+Symbol *symbol_of(const Capture *capture);
+
+/* The statement in front of offset that may create the name as a variable at run time: load, eval
+ * and the like, or a command with the name among its words. Null when there is none. */
+const Node *creator_of(const Scope *scope, const char *name, uint32_t offset);

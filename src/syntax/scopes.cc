@@ -1,0 +1,250 @@
+// Scopes and their symbols.
+#include <string.h>
+
+#include "support/allocation.h"
+#include "syntax/name_walk.h"
+
+/* A variable or function around an anonymous function that is named in it. */
+struct Capture {
+    Symbol *symbol;
+    Capture *next;
+    uint32_t mark_before; /* the symbol's, for the anonymous function around */
+};
+
+namespace {
+
+struct SpecialName {
+    const char *name;
+    ScopeFlag flag;
+};
+
+// Functions that tell about the call; ORDER does not matter.
+constexpr SpecialName SPECIAL_NAMES[] = {
+    {"nargin", READS_NARGIN},      {"nargout", READS_NARGOUT}, {"narginchk", READS_NARGIN},
+    {"nargoutchk", READS_NARGOUT}, {"nargchk", READS_NARGIN},  {"exist", ASKS_EXIST},
+};
+
+// Flags that reading the function of a name brings.
+uint32_t special_flags(const char *name) {
+    if (*name != 'n' && *name != 'e') return 0;
+    for (const SpecialName &special : SPECIAL_NAMES)
+        if (strcmp(name, special.name) == 0) return special.flag;
+    return 0;
+}
+
+void append_symbol(Scope *scope, Symbol *symbol) {
+    (scope->last_symbol ? scope->last_symbol->next : scope->first_symbol) = symbol;
+    scope->last_symbol = symbol;
+}
+
+Symbol *new_symbol(NameWalk *walk, Scope *scope, const char *name) {
+    Symbol *symbol = AllocRecord<Symbol>();
+    *symbol = {};
+    symbol->name = name;
+    symbol->scope = scope;
+    symbol->around = bind_name(&walk->bindings, name, symbol);
+    append_symbol(scope, symbol);
+    return symbol;
+}
+
+// A symbol of the innermost scope itself.
+Symbol *own_symbol(NameWalk *walk, Node *name) {
+    Symbol *symbol = bound_symbol(&walk->bindings, name->text);
+    if (!symbol || symbol->scope != walk->scope) symbol = new_symbol(walk, walk->scope, name->text);
+    name->symbol = symbol;
+    return symbol;
+}
+
+void capture(Scope *anonymous, Symbol *symbol) {
+    if (symbol->mark == anonymous->number) return;
+    Capture *cell = AllocRecord<Capture>();
+    *cell = {symbol, nullptr, symbol->mark};
+    symbol->mark = anonymous->number;
+    (anonymous->last_capture ? anonymous->last_capture->next : anonymous->captures) = cell;
+    anonymous->last_capture = cell;
+}
+
+bool is_anonymous(const Scope *scope) { return scope->owner->kind == NODE_ANONYMOUS; }
+
+bool has_name(const Node *node, const char *name) {
+    return node->kind == NODE_NAME && strcmp(node->text, name) == 0;
+}
+
+void declare_outputs(NameWalk *walk, Node *outputs) {
+    for (Node *output = first_child(outputs); output; output = output->next) {
+        Symbol *symbol = own_symbol(walk, output);
+        symbol->flags |= SYMBOL_OUTPUT;
+        if (output->next || !has_name(output, "varargout")) continue;
+        walk->scope->flags |= HAS_VARARGOUT;
+        symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+    }
+}
+
+void declare_parameter(NameWalk *walk, Node *parameter) {
+    Scope *scope = walk->scope;
+    if (!parameter->next && has_name(parameter, "varargin")) {
+        scope->flags |= HAS_VARARGIN;
+        own_symbol(walk, parameter)->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        return;
+    }
+    scope->parameters++;
+    if (parameter->kind == NODE_TILDE) return;
+    Node *name = parameter->kind == NODE_DEFAULT ? parameter->first_child : parameter;
+    Symbol *symbol = own_symbol(walk, name);
+    symbol->flags |= SYMBOL_PARAMETER;
+    symbol->position = scope->parameters;
+}
+
+void append_global(Scope *scope, Symbol *symbol) {
+    SymbolCell *cell = AllocRecord<SymbolCell>();
+    *cell = {symbol, nullptr};
+    (scope->last_global ? scope->last_global->next : scope->globals) = cell;
+    scope->last_global = cell;
+}
+
+}  // namespace
+
+Scope *new_scope(Scope *outer, Node *owner) {
+    Scope *scope = AllocRecord<Scope>();
+    *scope = {};
+    scope->outer = outer;
+    scope->owner = owner;
+    return scope;
+}
+
+void declare_header(NameWalk *walk, Node *outputs, Node *parameters) {
+    if (outputs) declare_outputs(walk, outputs);
+    parameters->scope = walk->scope;
+    for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next)
+        declare_parameter(walk, parameter);
+}
+
+void leave_scope(NameWalk *walk, const Scope *scope) {
+    for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        bind_name(&walk->bindings, symbol->name, symbol->around);
+}
+
+Symbol *mention(NameWalk *walk, Node *name) {
+    Symbol *symbol = bound_symbol(&walk->bindings, name->text);
+    if (!symbol) symbol = new_symbol(walk, walk->function, name->text);
+    name->symbol = symbol;
+    const Scope *owner = symbol->scope;
+    if (owner != walk->scope && is_anonymous(walk->scope)) capture(walk->scope, symbol);
+    if (owner != walk->function && !is_anonymous(owner)) symbol->flags |= SYMBOL_SHARED;
+    if (walk->in_script) symbol->flags |= SYMBOL_IN_SCRIPT;
+    return symbol;
+}
+
+void read_name(NameWalk *walk, Node *name) {
+    Symbol *symbol = mention(walk, name);
+    symbol->flags |= SYMBOL_READ;
+    walk->scope->flags |= special_flags(name->text);
+    note_reading(&walk->loops, symbol);
+}
+
+static bool is_function_expression(const Node *value) {
+    while (value && value->kind == NODE_PARENS) value = value->first_child;
+    return value && (value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS);
+}
+
+void set_name(NameWalk *walk, Node *name, const Node *value) {
+    Symbol *symbol = mention(walk, name);
+    symbol->flags |= SYMBOL_ASSIGNED;
+    if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
+    note_setting(&walk->loops, symbol);
+}
+
+void change_name(NameWalk *walk, Node *name) {
+    Symbol *symbol = mention(walk, name);
+    symbol->flags |= SYMBOL_CHANGED;
+    note_change(&walk->loops, symbol);
+}
+
+void declare_name(NameWalk *walk, Node *name, SymbolFlag flag) {
+    Symbol *symbol = mention(walk, name);
+    Scope *scope = walk->function;
+    symbol->flags |= flag;
+    if (symbol->mark == scope->number) return;
+    symbol->mark = scope->number;
+    append_global(scope, symbol);
+}
+
+void pass_captures(NameWalk *walk, Scope *anonymous) {
+    for (Capture *cell = anonymous->captures; cell; cell = cell->next) {
+        cell->symbol->mark = cell->mark_before;
+        if (is_anonymous(walk->scope) && cell->symbol->scope != walk->scope)
+            capture(walk->scope, cell->symbol);
+    }
+}
+
+const Scope *scope_of(const Node *node) {
+    const Node *holder = node->kind == NODE_FILE ? node : node->first_child;
+    while (holder->kind != NODE_FILE && holder->kind != NODE_PARAMETERS) holder = holder->next;
+    return holder->scope;
+}
+
+bool holds_function(const Symbol *symbol) {
+    constexpr uint32_t OTHERS =
+        SYMBOL_OTHER_VALUE | SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL | SYMBOL_PERSISTENT;
+    return (symbol->flags & SYMBOL_ASSIGNED) && !(symbol->flags & OTHERS);
+}
+
+bool is_copied_parameter(const Symbol *symbol) {
+    constexpr uint32_t CHANGING = SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_OUTPUT;
+    return symbol->position > 0 && (symbol->flags & CHANGING);
+}
+
+const Symbol *find_symbol(const Scope *scope, const char *name) {
+    for (; scope; scope = scope->outer)
+        for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+            if (strcmp(symbol->name, name) == 0) return symbol;
+    return nullptr;
+}
+
+bool needs_binding(const Scope *anonymous, const Symbol *symbol) {
+    if (symbol->flags & (SYMBOL_GLOBAL | SYMBOL_PERSISTENT)) return true;
+    if (symbol->flags & SYMBOL_SHARED) return symbol->last_change > 0;
+    return symbol->last_change > anonymous->moment;
+}
+
+const Capture *next_captured(const Scope *anonymous, const Capture *capture) {
+    capture = capture ? capture->next : anonymous->captures;
+    while (capture && !is_variable(capture->symbol)) capture = capture->next;
+    return capture;
+}
+
+Symbol *symbol_of(const Capture *capture) { return capture->symbol; }
+
+static bool has_word(const Node *command, const char *name) {
+    if (command->kind != NODE_COMMAND) return false;
+    for (const Node *word = second_child(command); word; word = word->next)
+        if (strcmp(word->text, name) == 0) return true;
+    return false;
+}
+
+// The name that a statement begins with, if it does.
+static const Node *leading_name(const Node *statement) {
+    const Node *node = statement->first_child;
+    if (node->kind == NODE_REFERENCE) node = node->first_child;
+    return node->kind == NODE_NAME ? node : nullptr;
+}
+
+static bool creates_variables(const Node *statement) {
+    static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
+                                           "run",  "source", "syms",  "uiopen"};
+    const Node *name = leading_name(statement);
+    if (!name) return false;
+    for (const char *creator : creators)
+        if (strcmp(name->text, creator) == 0) return true;
+    return false;
+}
+
+const Node *creator_of(const Scope *scope, const char *name, uint32_t offset) {
+    for (; scope; scope = scope->outer)
+        for (const NodeCell *cell = scope->creators; cell; cell = cell->next) {
+            const Node *statement = cell->node;
+            if (statement->offset >= offset) continue;
+            if (has_word(statement, name) || creates_variables(statement)) return statement;
+        }
+    return nullptr;
+}
