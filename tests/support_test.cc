@@ -76,7 +76,11 @@ TEST(HashTable, finds_the_bucket_by_the_magnitude_of_the_key) {
         Entries inserted, visited;
     } rows[] = {{1024, {{6, 0}, {-5, 1}, {5, 2}, {-4, 3}}, {{-4, 3}, {-5, 1}, {5, 2}, {6, 0}}},
                 {1024, {{1, 0}, {INT_MIN, 1}}, {{INT_MIN, 1}, {1, 0}}},
-                {5120, {{2049, 0}, {INT_MIN, 1}, {2047, 2}}, {{2047, 2}, {INT_MIN, 1}, {2049, 0}}}};
+                {5120, {{2049, 0}, {INT_MIN, 1}, {2047, 2}}, {{2047, 2}, {INT_MIN, 1}, {2049, 0}}},
+                {129, {{128, 0}, {64, 1}, {63, 2}, {0, 3}}, {{0, 3}, {63, 2}, {64, 1}, {128, 0}}},
+                {64, {{63, 0}}, {{63, 0}}},
+                {100, {}, {}},
+                {0, {}, {}}};
     for (const auto &row : rows) {
         HashTable *table = table_of(row.buckets, row.inserted);
         EXPECT_EQ(entries(table), row.visited);

@@ -11,10 +11,9 @@ HashTable *AllocationTable;
 
 namespace {
 
-// Blocks of the same region of addresses share a bucket. A bucket takes 4 KB at its first block,
-// which land among the blocks: the region is larger than that, so that a small run touches few
-// buckets, and small enough that the buckets of a large run stay short. Within a bucket the keys
-// differ by the place in the region, at the alignment of heap blocks.
+// Blocks of the same region of addresses share a bucket: a small run touches few buckets, and the
+// buckets of a large run stay short. Within a bucket the keys differ by the place in the region, at
+// the alignment of heap blocks.
 constexpr int REGION_SHIFT = 15;
 constexpr int ALIGNMENT_SHIFT = 4;
 constexpr uintptr_t PLACES = uintptr_t(1) << (REGION_SHIFT - ALIGNMENT_SHIFT);

@@ -51,8 +51,8 @@ void sort_range(HashEntry *entries, int32_t lo, int32_t hi) {
 }  // namespace
 
 void HashSort(HashTable *table) {
-    for (int32_t b = 0; b < table->bucket_count; b++) {
+    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) {
         HashBucket *bucket = table->buckets[b];
-        if (bucket) sort_range(bucket->entries, 0, bucket->count - 1);
+        sort_range(bucket->entries, 0, bucket->count - 1);
     }
 }

@@ -2,35 +2,66 @@
 #include "support/hash_table.h"
 
 #include <assert.h>
+#include <string.h>
+
+#include <bit>
 
 #include "support/heap.h"
 
 namespace {
 
-// A bucket gets room for this many entries at its first insertion and doubles from there.
+// A bucket's capacity at its first insertion; it doubles from there. Most buckets hold an entry or
+// two, so memory follows the entries in steps of ROOM_FACTOR.
 constexpr int32_t FIRST_CAPACITY = 256;
+constexpr int32_t FIRST_ROOM = 4;
+constexpr int32_t ROOM_FACTOR = 4;
 
-HashBucket **bucket_of(const HashTable *table, int32_t key) {
+size_t index_of(const HashTable *table, int32_t key) {
     assert(table->bucket_count > 0);
     uint32_t magnitude = key < 0 ? 0u - static_cast<uint32_t>(key) : static_cast<uint32_t>(key);
     // magnitude % bucket_count: the fraction of the quotient, times the count
     uint64_t fraction = table->reciprocal * magnitude;
     uint64_t count = static_cast<uint32_t>(table->bucket_count);
-    return &table->buckets[static_cast<unsigned __int128>(fraction) * count >> 64];
+    return static_cast<size_t>(static_cast<unsigned __int128>(fraction) * count >> 64);
 }
 
-// Gives a full bucket, or one that is not there yet, room for more. False when the heap is
-// exhausted.
-bool grow(HashBucket **slot) {
-    HashBucket *bucket = *slot;
-    int32_t capacity = bucket ? bucket->capacity * 2 : FIRST_CAPACITY;
+constexpr size_t WORD_BITS = 64;
+
+bool is_used(const HashTable *table, size_t index) {
+    return table->used[index / WORD_BITS] >> index % WORD_BITS & 1;
+}
+
+// Null for a bucket without entries so far.
+HashBucket *bucket_of(const HashTable *table, int32_t key) {
+    size_t index = index_of(table, key);
+    return is_used(table, index) ? table->buckets[index] : nullptr;
+}
+
+// The bucket, or a new one for null, with room for more. Null when the heap is exhausted.
+HashBucket *grow(HashBucket *bucket) {
     int32_t count = bucket ? bucket->count : 0;
-    size_t size = sizeof(HashBucket) + static_cast<size_t>(capacity) * sizeof(HashEntry);
+    int32_t capacity = bucket ? bucket->capacity : FIRST_CAPACITY;
+    int32_t room = bucket ? bucket->room * ROOM_FACTOR : FIRST_ROOM;
+    if (count == capacity) capacity *= 2;
+    if (room > capacity) room = capacity;
+    size_t size = sizeof(HashBucket) + static_cast<size_t>(room) * sizeof(HashEntry);
     bucket = static_cast<HashBucket *>(HeapResize(bucket, size));
-    if (!bucket) return false;
-    *bucket = {reinterpret_cast<HashEntry *>(bucket + 1), capacity, count};
-    *slot = bucket;
-    return true;
+    if (bucket) *bucket = {reinterpret_cast<HashEntry *>(bucket + 1), capacity, count, room};
+    return bucket;
+}
+
+HashBucket *bucket_with_room(HashTable *table, size_t index) {
+    HashBucket *bucket = is_used(table, index) ? table->buckets[index] : nullptr;
+    if (bucket && bucket->count < bucket->room) return bucket;
+    bucket = grow(bucket);
+    if (!bucket) return nullptr;
+    table->buckets[index] = bucket;
+    table->used[index / WORD_BITS] |= uint64_t(1) << index % WORD_BITS;
+    return bucket;
+}
+
+size_t words_of(int32_t bucket_count) {
+    return bucket_count > 0 ? (static_cast<size_t>(bucket_count) + WORD_BITS - 1) / WORD_BITS : 0;
 }
 
 HashEntry *find(const HashBucket *bucket, int32_t key, const void *probe, HashCompare compare) {
@@ -52,30 +83,43 @@ HashEntry *find_last(const HashBucket *bucket, int32_t key, const void *probe,
 
 }  // namespace
 
+// The table's arrays lie behind it in one block.
 HashTable *HashCreate(int32_t bucket_count) {
-    HashTable *table = static_cast<HashTable *>(HeapAlloc(sizeof(HashTable)));
-    if (!table) return nullptr;
-    size_t used = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
-    table->buckets = static_cast<HashBucket **>(HeapAllocCleared(used * sizeof(void *)));
+    size_t count = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
+    size_t bits = words_of(bucket_count) * sizeof(uint64_t);
+    void *block = HeapAlloc(sizeof(HashTable) + bits + count * sizeof(HashBucket *));
+    if (!block) return nullptr;
+    HashTable *table = static_cast<HashTable *>(block);
+    table->used = reinterpret_cast<uint64_t *>(table + 1);
+    table->buckets = reinterpret_cast<HashBucket **>(table->used + words_of(bucket_count));
     table->bucket_count = bucket_count;
-    table->reciprocal = used > 0 ? UINT64_MAX / used + 1 : 0;
-    if (table->buckets) return table;
-    HeapFree(table);
-    return nullptr;
+    table->reciprocal = count > 0 ? UINT64_MAX / count + 1 : 0;
+    memset(table->used, 0, bits);
+    return table;
+}
+
+int32_t HashNextUsed(const HashTable *table, int32_t index) {
+    size_t words = words_of(table->bucket_count);
+    size_t at = static_cast<size_t>(index) / WORD_BITS;
+    if (at >= words) return -1;
+    uint64_t word = table->used[at] & ~uint64_t(0) << static_cast<size_t>(index) % WORD_BITS;
+    while (word == 0) {
+        if (++at == words) return -1;
+        word = table->used[at];
+    }
+    return static_cast<int32_t>(at * WORD_BITS) + std::countr_zero(word);
 }
 
 int HashInsert(HashTable *table, int32_t key, HashValue value) {
-    HashBucket **slot = bucket_of(table, key);
-    bool is_full = !*slot || (*slot)->count == (*slot)->capacity;
-    if (is_full && !grow(slot)) return 0;
-    HashBucket *bucket = *slot;
+    HashBucket *bucket = bucket_with_room(table, index_of(table, key));
+    if (!bucket) return 0;
     bucket->entries[bucket->count++] = {key, value};
     return 1;
 }
 
 int HashLookup(const HashTable *table, int32_t key, HashValue *value, const void *probe,
                HashCompare compare) {
-    HashEntry *entry = find(*bucket_of(table, key), key, probe, compare);
+    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
     if (!entry) return 0;
     *value = entry->value;
     return 1;
@@ -83,7 +127,7 @@ int HashLookup(const HashTable *table, int32_t key, HashValue *value, const void
 
 int HashUpdate(HashTable *table, int32_t key, HashValue new_value, const void *probe,
                HashCompare compare, HashUpdateFunction update) {
-    HashEntry *entry = find(*bucket_of(table, key), key, probe, compare);
+    HashEntry *entry = find(bucket_of(table, key), key, probe, compare);
     if (!entry) return 0;
     update(&entry->value, new_value);
     return 1;
@@ -98,20 +142,20 @@ static int remove_entry(HashBucket *bucket, HashEntry *entry, HashValue *value) 
 
 int HashRemove(HashTable *table, int32_t key, HashValue *value, const void *probe,
                HashCompare compare) {
-    HashBucket *bucket = *bucket_of(table, key);
+    HashBucket *bucket = bucket_of(table, key);
     return remove_entry(bucket, find(bucket, key, probe, compare), value);
 }
 
 int HashRemoveRecent(HashTable *table, int32_t key, HashValue *value, const void *probe,
                      HashCompare compare) {
-    HashBucket *bucket = *bucket_of(table, key);
+    HashBucket *bucket = bucket_of(table, key);
     return remove_entry(bucket, find_last(bucket, key, probe, compare), value);
 }
 
 int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {
-    for (int32_t b = 0; b < table->bucket_count; b++) {
+    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) {
         const HashBucket *bucket = table->buckets[b];
-        for (int32_t i = 0; bucket && i < bucket->count; i++) {
+        for (int32_t i = 0; i < bucket->count; i++) {
             if (!visit(bucket->entries[i].key, bucket->entries[i].value, datum)) return 0;
         }
     }
@@ -119,9 +163,9 @@ int HashForEachPair(const HashTable *table, void *datum, HashPairVisit visit) {
 }
 
 int HashForEach(const HashTable *table, void *datum_a, void *datum_b, HashVisit visit) {
-    for (int32_t b = 0; b < table->bucket_count; b++) {
+    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) {
         const HashBucket *bucket = table->buckets[b];
-        for (int32_t i = 0; bucket && i < bucket->count; i++) {
+        for (int32_t i = 0; i < bucket->count; i++) {
             if (!visit(bucket->entries[i].value, datum_a, datum_b)) return 0;
         }
     }
@@ -141,7 +185,6 @@ HashTable *HashCopy(const HashTable *table) {
 
 void HashDestroy(HashTable *table) {
     if (!table) return;
-    for (int32_t b = 0; b < table->bucket_count; b++) HeapFree(table->buckets[b]);
-    HeapFree(table->buckets);
+    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) HeapFree(table->buckets[b]);
     HeapFree(table);
 }

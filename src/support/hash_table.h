@@ -18,12 +18,16 @@ struct HashEntry {
 
 struct HashBucket {
     HashEntry *entries; /* growable array, behind the record in the same block */
-    int32_t capacity;   /* entries that the array can hold */
+    int32_t capacity;   /* entries that the array can hold: 256, then doubled */
     int32_t count;      /* entries in use */
+    int32_t room;       /* entries that there is memory for as yet */
 };
 
+/* Making, visiting and releasing a table costs what it holds, not how many buckets it has: an array
+ * of bits tells which buckets have been inserted into, and only those are looked at. */
 struct HashTable {
-    HashBucket **buckets; /* each null until its first insertion, so that an empty table is small */
+    HashBucket **buckets; /* not set where a bucket has no bit */
+    uint64_t *used;       /* bit b % 64 of word b / 64 for bucket b */
     int32_t bucket_count; /* fixed at creation */
     uint64_t reciprocal;  /* 2^64 / bucket_count, rounded up: finds a bucket without a division */
 };
@@ -38,6 +42,8 @@ typedef int (*HashPairVisit)(int32_t key, HashValue value, void *datum);
 
 /* A table of empty buckets; null when the heap is exhausted. */
 HashTable *HashCreate(int32_t bucket_count);
+/* The first bucket from index on that has been inserted into, or -1. */
+int32_t HashNextUsed(const HashTable *table, int32_t index);
 /* Appends the entry to the key's bucket. 1; 0, with the table unchanged, when the heap is
  * exhausted. */
 int HashInsert(HashTable *table, int32_t key, HashValue value);

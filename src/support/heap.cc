@@ -31,11 +31,6 @@ void *HeapAlloc(size_t size) {
     return enter_chain(static_cast<Link *>(malloc(sizeof(Link) + size)));
 }
 
-void *HeapAllocCleared(size_t size) {
-    if (size > SIZE_MAX - sizeof(Link)) return nullptr;
-    return enter_chain(static_cast<Link *>(calloc(1, sizeof(Link) + size)));
-}
-
 void *HeapResize(void *block, size_t size) {
     if (!block) return HeapAlloc(size);
     if (size > SIZE_MAX - sizeof(Link)) return nullptr;

@@ -7,8 +7,6 @@
 
 /* A new block of size bytes, contents not cleared; null when the system heap is exhausted. */
 void *HeapAlloc(size_t size);
-/* The same, cleared to zero bytes. */
-void *HeapAllocCleared(size_t size);
 /* The block with its contents in a new size, possibly moved: every caller stores the result. A
  * null block is a new one. Null, with the old block untouched, when the heap is exhausted. */
 [[nodiscard]] void *HeapResize(void *block, size_t size);
