@@ -1,6 +1,5 @@
 /* Whole runs over arbitrary sources. The first byte of the input chooses between command and file
- * and between errors that are thrown and errors that return; each run must leave the next one as in
- * a fresh process. */
+ * and how errors leave; each run must leave the next one as in a fresh process. */
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -26,7 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     const std::string_view source(reinterpret_cast<const char *>(data) + 1, size - 1);
     const bool from_file = (data[0] & 1) != 0;
     static StandInHost host;
-    host.leave_errors_by((data[0] & 2) != 0 ? ErrorExit::Return : ErrorExit::Throw);
+    static const ErrorExit exits[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
+    host.leave_errors_by(exits[data[0] / 2 % 3]);
     try {
         host.translate(from_file ? "file" : "command", from_file ? file_of(source) : source);
     } catch (const HostError &) {

@@ -52,7 +52,9 @@ std::string join(const std::vector<std::string> &texts) {
 /* The operations of the kernel table, in its order. They run in the current host. */
 struct StandInHost::Kernel {
     static HostValue raise_error(const char *message, HostValue value) {
-        return current_host->raise(message, value);
+        current_host->raise(message, value);
+        if (current_host->error_exit_ == ErrorExit::Jump) std::longjmp(current_host->run_exit_, 1);
+        return 0;
     }
     static HostValue call_host_function(HostValue procedure, HostValue argument) {
         const std::string_view name = text_of(procedure);
@@ -114,6 +116,7 @@ std::vector<std::string> StandInHost::take_calls() { return std::exchange(calls_
 HostValue StandInHost::run(HostValue args) {
     static constexpr HostKernelTable kernel = Kernel::table();
     const CurrentHost current(this);
+    if (setjmp(run_exit_) != 0) return 0;
     return mTranslate(&kernel, args);
 }
 
@@ -125,13 +128,12 @@ std::optional<std::string> StandInHost::translate(std::string_view mode, std::st
     return result ? std::optional<std::string>(result) : std::nullopt;
 }
 
-HostValue StandInHost::raise(const char *message, HostValue value) {
+void StandInHost::raise(const char *message, HostValue value) {
     std::string text = insert_value(message, value);
     record("RaiseError", text);
     if (error_observer_) error_observer_(text);
     if (error_exit_ == ErrorExit::Throw) throw HostError(text);
     errors_.push_back(std::move(text));
-    return 0;
 }
 
 void StandInHost::record(std::string_view operation, std::string_view arguments) {

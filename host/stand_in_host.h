@@ -9,6 +9,7 @@
  * going on is kept process-wide: any number of hosts may exist, but only one may be in a run. */
 #pragma once
 
+#include <csetjmp>
 #include <functional>
 #include <map>
 #include <optional>
@@ -31,9 +32,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/* How RaiseError leaves: by throwing HostError, or by returning null, as a host does that only
- * takes note of errors. */
-enum class ErrorExit { Throw, Return };
+/* How RaiseError leaves: by throwing HostError, by returning null, as a host does that only takes
+ * note of errors, or by longjmp out of the run, whose result is then null. */
+enum class ErrorExit { Throw, Return, Jump };
 
 /* Computes the host text of a call from the texts of its arguments; no text leaves the call to the
  * library's own form. */
@@ -63,7 +64,7 @@ public:
     /* Has observer called with the message of every error, before RaiseError leaves: the library
      * still stands where it found the error. */
     void on_error(std::function<void(const std::string &message)> observer);
-    /* Messages of the errors that RaiseError returned from since the last call. */
+    /* Messages of the errors since the last call that were not thrown. */
     std::vector<std::string> take_errors();
 
     /* Starts keeping a text for each host procedure that the library calls, such as
@@ -74,7 +75,7 @@ public:
     std::vector<std::string> take_calls();
 
     /* One run of the library. args: a sequence of host values, as mTranslate takes it. Throws
-     * HostError, unless errors return. */
+     * HostError, unless errors leave in another way. */
     HostValue run(HostValue args);
     /* The same with the argument vector made here; no value when the library answers null. The
      * options are host values: a list of directories (the last is tried first), an equation. */
@@ -84,7 +85,7 @@ public:
 private:
     struct Kernel;
 
-    HostValue raise(const char *message, HostValue value);
+    void raise(const char *message, HostValue value);
     HostValue answer_name(HostValue name);
     HostValue answer_function(HostValue call);
     void record(std::string_view operation, std::string_view arguments);
@@ -94,6 +95,7 @@ private:
     std::map<std::string, FunctionAnswer, std::less<>> functions_;
     std::function<void(const std::string &)> error_observer_;
     ErrorExit error_exit_ = ErrorExit::Throw;
+    std::jmp_buf run_exit_;
     std::vector<std::string> errors_;
     std::vector<std::string> calls_;
     bool recording_ = false;

@@ -10,9 +10,10 @@ namespace {
  * raised again by a second run, however the first was left. */
 std::string error_of(const char *mode, const std::string &source) {
     std::string first;
-    for (const Leave leave : {Leave::Jump, Leave::Throw, Leave::Return}) {
-        const std::string result = run_bare(leave, mode, source).value_or("null");
-        const std::string text = bare_host.errors.empty() ? result : bare_host.errors[0];
+    for (const ErrorExit exit : EVERY_EXIT) {
+        const Outcome outcome = run_leaving(exit, mode, source);
+        const std::string text =
+            outcome.errors.empty() ? outcome.result.value_or("null") : outcome.errors[0];
         if (first.empty()) first = text;
         EXPECT_EQ(text, first);
     }
@@ -123,7 +124,7 @@ TEST(Errors, are_kept_as_records) {
                 {"file", files.path("main.m"), {"syntax error", f.c_str(), 2, 8}},
                 {"file", files.path("no.m"), {"unable to open %1", nullptr, 0, -1}}};
     for (const auto &row : rows) {
-        run_bare(Leave::Jump, row.mode, row.source);
+        run_leaving(ErrorExit::Jump, row.mode, row.source);
         EXPECT_STREQ(LastError.message, row.record.message);
         EXPECT_STREQ(LastError.file, row.record.file);
         EXPECT_EQ(LastError.line, row.record.line);
@@ -169,19 +170,21 @@ TEST(Errors, that_return_keep_what_stood_before) {
 three => function a\nx = 1;\nend\nfunction b\nx = );\ny = (;\nend\nfunction c\nz = 3;\nend\n
 calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n   outer => g(1))   g => y = )\n)");
     const std::string a = "a := proc(  )\n;\n    x := 1;\n    end proc;\n\n";
-    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("three.m")), a);
-    EXPECT_EQ(bare_host.errors.size(), 1u);
+    auto run = [](const char *mode, const std::string &source) {
+        const Outcome outcome = run_leaving(ErrorExit::Return, mode, source);
+        return outcome.result.value_or("null") + std::to_string(outcome.errors.size());
+    };
+    EXPECT_EQ(run("file", files.path("three.m")), a + "1");
     EXPECT_EQ(yynerrs, 1);
     // the functions called before the error are still found
-    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("calls.m")),
+    EXPECT_EQ(run("file", files.path("calls.m")),
               "a := proc(  )\n;\n    f(1);\n    end proc;\n\n"
-              "f := proc( x )\n;\n    y := 2;\n    end proc;\n\n");
+              "f := proc( x )\n;\n    y := 2;\n    end proc;\n\n1");
     // an error of a called file is not counted as the caller's
-    EXPECT_EQ(run_bare(Leave::Return, "file", files.path("outer.m")), "g(1);\n");
-    EXPECT_EQ(bare_host.errors.size(), 2u);
+    EXPECT_EQ(run("file", files.path("outer.m")), "g(1);\n2");
     EXPECT_EQ(yynerrs, 1);
-    EXPECT_EQ(run_bare(Leave::Return, "command", "x = )"), "");
-    EXPECT_EQ(run_bare(Leave::Return, "command", "x = 1"), "x := 1;\n");
+    EXPECT_EQ(run("command", "x = )"), "1");
+    EXPECT_EQ(run("command", "x = 1"), "x := 1;\n0");
 }
 
 TEST(Errors, in_arguments) {

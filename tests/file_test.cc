@@ -30,13 +30,12 @@ namespace {
 /* The error of a run, however it is left, or the translation where there is none. */
 std::string outcome(const std::string &file, int failing = 0) {
     std::string first;
-    for (const Leave leave : {Leave::Jump, Leave::Throw, Leave::Return}) {
+    for (const ErrorExit exit : EVERY_EXIT) {
         failing_read = failing;
-        const std::string result = run_bare(leave, "file", file).value_or("null");
+        const Outcome run = run_leaving(exit, "file", file);
         failing_read = 0;
-        EXPECT_LE(bare_host.errors.size(), 1u);
-        const std::string text = bare_host.errors.empty() ? result : bare_host.errors[0];
-        EXPECT_EQ(result == "null", !bare_host.errors.empty());
+        EXPECT_EQ(run.errors.size(), run.result ? 0u : 1u);
+        const std::string text = run.result ? *run.result : run.errors.at(0);
         if (first.empty()) first = text;
         EXPECT_EQ(text, first);
     }
@@ -63,7 +62,7 @@ TEST(Files, that_cannot_be_opened_are_errors) {
     const std::string error = "unable to open " + callee + ": No such device or address";
     EXPECT_EQ(outcome(files.path("main.m")), error);
     EXPECT_EQ(outcome(files.path("script.m")), error);
-    EXPECT_EQ(outcome(callee), "unable to open %1");
+    EXPECT_EQ(outcome(callee), "unable to open \"" + callee + "\"");
     StandInHost host;  // in front of another
     const HostValue path[] = {host.values().list_of_strings({files.path("other"), files.path("")})};
     EXPECT_EQ(translate(host, "file", files.path("main.m"), path),

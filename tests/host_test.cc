@@ -101,7 +101,7 @@ TEST(StandInHost, raises_errors_with_the_value_in_the_message) {
     }
 }
 
-TEST(StandInHost, can_return_from_errors) {
+TEST(StandInHost, can_return_from_errors_and_jump_out_of_the_run) {
     StandInHost host;
     host.leave_errors_by(ErrorExit::Return);
     const HostValue mixed[] = {ValueStore::integer(3), host.values().string("dir"), 0};
@@ -111,6 +111,10 @@ TEST(StandInHost, can_return_from_errors) {
     EXPECT_EQ(host.take_errors(), (Texts{message, message}));
     EXPECT_EQ(host.translate("Command", "x=1"), std::nullopt);
     EXPECT_EQ(host.take_errors(), Texts{});
+    host.leave_errors_by(ErrorExit::Jump);
+    EXPECT_EQ(host.translate("command", "x=1", options), std::nullopt);
+    EXPECT_EQ(host.take_errors(), Texts{message});
+    EXPECT_EQ(host.translate("command", "x=1"), "x := 1;\n");
 }
 
 }  // namespace

@@ -196,21 +196,21 @@ private:
 };
 
 /* Runs main with the n-th allocation failing. */
-void run_failing(Leave leave, const std::string &main, long n, bool for_good) {
+void run_failing(ErrorExit exit, const std::string &main, long n, bool for_good) {
     mTranslateRelease();
     const long live = heap.live;
     heap.next_fail = n;
     heap.for_good = for_good;
     heap.has_failed = false;
-    run_bare(leave, "file", main);
+    const Texts errors = run_leaving(exit, "file", main).errors;
     heap.next_fail = 0;
     mTranslateRelease();
     ASSERT_EQ(heap.live, live) << "blocks of a run whose allocation " << n << " failed";
-    ASSERT_EQ(bare_host.errors.empty(), !heap.has_failed) << n;
-    if (bare_host.errors.empty()) return;
+    ASSERT_EQ(errors.empty(), !heap.has_failed) << n;
+    if (errors.empty()) return;
     // only the first: a parse given up inside brackets, after an error that returned, shows in the
     // files behind it
-    const std::string &error = bare_host.errors.front();
+    const std::string &error = errors.front();
     ASSERT_TRUE(error.find("memory exhausted") != std::string::npos ||
                 error.starts_with("out of dynamic memory in yy") ||
                 error == "fatal error - scanner input buffer overflow")
@@ -218,15 +218,15 @@ void run_failing(Leave leave, const std::string &main, long n, bool for_good) {
 }
 
 TEST_F(EveryRoad, survives_every_failing_allocation) {
-    const auto expected = run_bare(Leave::Throw, "file", main());
-    for (const Leave leave : {Leave::Throw, Leave::Return, Leave::Jump}) {
+    const auto expected = run_leaving(ErrorExit::Throw, "file", main()).result;
+    for (const ErrorExit exit : EVERY_EXIT) {
         long n = 1;
         heap.has_failed = true;
         for (; heap.has_failed; n += 1 + n / 100) {
-            run_failing(leave, main(), n, n % 2 == 0);
+            run_failing(exit, main(), n, n % 2 == 0);
             ASSERT_FALSE(HasFatalFailure());
             if (n % 10 == 0) {
-                ASSERT_EQ(run_bare(leave, "file", main()), expected) << n;
+                ASSERT_EQ(run_leaving(exit, "file", main()).result, expected) << n;
             }
         }
         EXPECT_GT(n, 300);  // so many that all of the program was reached
@@ -241,21 +241,19 @@ TEST_F(EveryRoad, holds_nothing_after_a_run) {
     mTranslateRelease();
     const long live = heap.live;
     const long files = open_files();
-    run_bare(Leave::Throw, "file", main());
+    run_leaving(ErrorExit::Throw, "file", main());
     EXPECT_EQ(heap.live, live);
     const SourceFiles broken("main => f(1)   f => g(1)   g => x = [1, {f('open");
-    for (const Leave leave : {Leave::Throw, Leave::Return, Leave::Jump}) {
+    for (const ErrorExit exit : EVERY_EXIT) {
         for (const char *source : {"x = [1, {f('open", "x = )", "global a b\nfor k = 1:end, end"}) {
-            run_bare(leave, "command", source);
-            EXPECT_EQ(bare_host.errors.size(), 1u);
+            EXPECT_EQ(run_leaving(exit, "command", source).errors.size(), 1u);
             mTranslateRelease();
             mTranslateRelease();
             EXPECT_EQ(heap.live, live) << source;
-            run_bare(leave, "Neither", source);
+            run_leaving(exit, "Neither", source);
             EXPECT_EQ(heap.live, live) << source;
         }
-        run_bare(leave, "file", broken.path("main.m"));
-        EXPECT_EQ(bare_host.errors.size(), 1u);
+        EXPECT_EQ(run_leaving(exit, "file", broken.path("main.m")).errors.size(), 1u);
         mTranslateRelease();
         EXPECT_EQ(open_files(), files);
     }

@@ -1,11 +1,10 @@
-/* What the tests of whole translations share: source files on disk, hosts whose errors leave a run
- * in every way there is, and tables of sources with the host texts that they become. */
+/* What the tests of whole translations share: source files on disk, runs that errors leave in every
+ * way there is, and tables of sources with the host texts that they become. */
 #pragma once
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <csetjmp>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -125,66 +124,34 @@ private:
     std::string directory_;
 };
 
-/* How RaiseError leaves a run. */
-enum class Leave { Throw, Return, Jump };
+constexpr ErrorExit EVERY_EXIT[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
 
-/* A host that answers nothing and allocates only what the values take: errors may jump over it. */
-struct BareHost {
-    ValueStore values;
-    Leave leave = Leave::Throw;
-    Texts errors; /* of the last run */
-    std::jmp_buf exit;
+struct Outcome {
+    std::optional<std::string> result; /* no value for null */
+    Texts errors;
 };
-inline BareHost bare_host;
 
-inline HostValue raise_bare(const char *message, HostValue) {
-    bare_host.errors.emplace_back(message);
-    if (bare_host.leave == Leave::Throw) throw HostError(message);
-    if (bare_host.leave == Leave::Jump) std::longjmp(bare_host.exit, 1);
-    return 0;
-}
-
-inline HostValue enter_library(HostValue args) {
-    static const HostKernelTable kernel = {
-        raise_bare,
-        [](HostValue, HostValue) { return HostValue{0}; },
-        [](const char *) { return HostValue{0}; },
-        [](HostValue value) { return is_a(ValueType::String, value) ? 1 : 0; },
-        element_of,
-        [](HostValue value) { return to_boolean(value) ? 1 : 0; },
-        text_of,
-        element_count,
-        [](int count) { return bare_host.values.sequence(static_cast<std::size_t>(count)); },
-        [](const char *text) { return bare_host.values.string(text); },
-        [](HostValue value) { return is_a(ValueType::List, value) ? 1 : 0; }};
-    if (setjmp(bare_host.exit)) return 0;
-    try {
-        return mTranslate(&kernel, args);
-    } catch (const HostError &) {
-        return 0;
-    }
-}
-
-/* A run on the bare host, its arguments made before; no value for a null result. */
-inline std::optional<std::string> run_bare(Leave leave, const char *mode,
-                                           const std::string &source) {
-    ValueStore &values = bare_host.values;
-    values.clear();
-    const HostValue texts[] = {values.string(mode), values.string(source)};
-    bare_host.leave = leave;
-    bare_host.errors.clear();
+/* A run on a host that answers nothing, its errors leaving by exit. */
+inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &source) {
+    static StandInHost host;
+    host.values().clear();
+    host.leave_errors_by(exit);
     SwitchCounter = 0;
-    const char *result = text_of(enter_library(values.sequence(texts)));
-    return result ? std::optional<std::string>(result) : std::nullopt;
+    try {
+        std::optional<std::string> result = host.translate(mode, source);
+        return {std::move(result), host.take_errors()};
+    } catch (const HostError &error) {
+        return {std::nullopt, {error.what()}};
+    }
 }
 
 /* A run that ends in the middle of everything: brackets and a string open, a global recorded. Each
  * call leaves it another way. */
 inline void leave_broken_run() {
     static int turn = 0;
-    const Leave leave = static_cast<Leave>(turn++ % 3);
-    run_bare(leave, "command", "global stale\nx = {1, f(3 'open\nstale = 1");
-    ASSERT_EQ(bare_host.errors.size(), 1u);
+    const Outcome outcome = run_leaving(EVERY_EXIT[turn++ % 3], "command",
+                                        "global stale\nx = {1, f(3 'open\nstale = 1");
+    ASSERT_EQ(outcome.errors.size(), 1u);
 }
 
 /* The translation, or the error that takes its place; switch variables start with 0. */
