@@ -145,17 +145,17 @@ HostValue StandInHost::answer_name(HostValue name) {
     const std::string_view text = text_of(name);
     record("TranslateName", text);
     const auto answer = names_.find(text);
-    return answer == names_.end() ? 0 : values_.string(answer->second);
+    return answer == names_.end() ? no_translation_ : values_.string(answer->second);
 }
 
 HostValue StandInHost::answer_function(HostValue call) {
     if (recording_) record("TranslateFunction", join(element_texts(call)));
     const auto answer = functions_.find(std::string_view(text_of(element_of(call, 1))));
-    if (answer == functions_.end()) return 0;
+    if (answer == functions_.end()) return no_translation_;
     std::vector<std::string> arguments = element_texts(call);
     arguments.erase(arguments.begin());
     const std::optional<std::string> text = answer->second(arguments);
-    return text ? values_.string(*text) : 0;
+    return text ? values_.string(*text) : no_translation_;
 }
 
 }  // namespace mtranslate

@@ -59,6 +59,8 @@ public:
     void translate_name(std::string name, std::string translation);
     void translate_function(std::string name, std::string text);
     void translate_function(std::string name, FunctionAnswer answer);
+    /* The answer where there is no translation, instead of null. */
+    void answer_otherwise(HostValue value) { no_translation_ = value; }
 
     void leave_errors_by(ErrorExit exit) { error_exit_ = exit; }
     /* Has observer called with the message of every error, before RaiseError leaves: the library
@@ -93,6 +95,7 @@ private:
     ValueStore values_;
     std::map<std::string, std::string, std::less<>> names_;
     std::map<std::string, FunctionAnswer, std::less<>> functions_;
+    HostValue no_translation_ = 0;
     std::function<void(const std::string &)> error_observer_;
     ErrorExit error_exit_ = ErrorExit::Throw;
     std::jmp_buf run_exit_;

@@ -56,10 +56,22 @@ TEST(Errors, refuse_what_the_grammar_leaves_out) {
     }
 }
 
+TEST(Errors, have_the_column_of_the_source) {
+    for (const Row &row : short_rows(table("columns")))
+        EXPECT_EQ(std::to_string(error_column(row.source)), row.expected) << row.source;
+}
+
 TEST(Errors, name_a_loop_that_has_no_last_value) {
-    EXPECT_EQ(error_of("command", "for kk = 1:end\nx\nend"),
-              "on line 2, the range of the for loop over kk has no last value\nfor kk = 1:end\n"
-              "             ^\n");
+    const std::string first =
+        "on line 2, the range of the for loop over kk has no last value\nfor kk = 1:end\n"
+        "             ^\n";
+    EXPECT_EQ(error_of("command", "for kk = 1:end\nx\nend"), first);
+    // where it returns, a later error has its own place
+    const char *source = "function f\nfor kk = 1:end\nend\nend\nfunction g\nx = )";
+    const Texts errors = run_leaving(ErrorExit::Return, "command", source).errors;
+    ASSERT_EQ(errors.size(), 2u);
+    EXPECT_EQ(errors[0].substr(errors[0].find(',')), first.substr(first.find(',')));
+    EXPECT_EQ(errors[1], "on line 6, syntax error\nx = )\n     ^\n");
 }
 
 TEST(Errors, cut_long_lines) {
@@ -154,6 +166,22 @@ TEST(Errors, fit_into_2048_bytes) {
     EXPECT_EQ(text.substr(0, 16), "on line 2 of ...");
     const std::string end = "/f.m, syntax error\n\n" + caret;
     EXPECT_EQ(text.substr(text.size() - end.size()), end);
+    // a message that does not fit is cut itself
+    const std::string message = "on line 1, the range of the for loop over " + repeated("k", 2100);
+    EXPECT_EQ(error_of("command", "for " + repeated("k", 2100) + " = 1:end, end"),
+              message.substr(0, 2047 - 5) + "\n...\n");
+}
+
+TEST(Errors, stop_scripts_that_call_scripts_at_a_limit) {
+    SourceFiles files;
+    for (int i = 0; i <= 500; i++)
+        files.write("s" + std::to_string(i) + ".m", "s" + std::to_string(i + 1) + "()");
+    std::string all;
+    for (int i = 501; i > 1; i--) all += "s" + std::to_string(i) + "();\n";
+    EXPECT_EQ(error_of("file", files.path("s1.m")), all);
+    EXPECT_EQ(error_of("file", files.path("s0.m")),
+              "on line 1 of " + files.path("s500.m") + ", scripts are nested too deeply\n\n");
+    EXPECT_EQ(error_of("file", files.path("s1.m")), all);
 }
 
 TEST(Errors, stop_at_the_limit_of_the_stack) {

@@ -17,18 +17,9 @@ TEST(Expressions, operators_by_what_is_known_to_be_scalar) {
 
 TEST(Expressions, precedence_and_parentheses) { expect_expressions(table("precedence")); }
 
-TEST(Expressions, matrix_and_cell_literals) {
-    expect_expressions(table("literals"));
-    Row row{"[0", "Vector[row]([0"};
-    Row chain{"a", "a"};
-    for (int i = 1; i < 300; i++) {
-        const std::string element = std::to_string(i);
-        row = {row.source + " " + element, row.expected + ", " + element};
-        chain = {chain.source + "-" + element, chain.expected + " -~ " + element};
-    }
-    expect_translations(
-        {{row.source + "]", row.expected + "]);\n"}, {chain.source, chain.expected + ";\n"}});
-}
+TEST(Expressions, matrix_and_cell_literals) { expect_expressions(table("literals")); }
+
+TEST(Expressions, long_of_everything) { expect_expressions(table("long")); }
 
 TEST(Expressions, calls_and_indices) {
     expect_expressions(table("calls"));

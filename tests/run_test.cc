@@ -1,5 +1,9 @@
 /* Runs: what the host is asked, which files are translated in which order, what a run leaves, and
  * what becomes of it when the heap is exhausted. */
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "tests/translation.h"
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
@@ -98,6 +102,16 @@ TEST(HostCalls, come_in_order_of_the_source) {
     EXPECT_EQ(shown_calls(host), "sin pi");
 }
 
+TEST(HostCalls, take_strings_for_answers_alone) {
+    StandInHost host;
+    ValueStore &values = host.values();
+    for (const HostValue other : {values.name("a"), values.list_of_strings({"a"}),
+                                  values.boolean(true), ValueStore::integer(1)}) {
+        host.answer_otherwise(other);
+        EXPECT_EQ(translate(host, "command", "x = f(y, 1)"), "x := f(y, 1);\n");
+    }
+}
+
 /* The files of a program, and a file run's translation of them, each procedure and statement
  * reduced to its name: "a b()" for a procedure a and a statement b(). */
 std::string order_of(const char *table, const std::vector<Texts> &paths = {},
@@ -156,6 +170,26 @@ main => f()\n@g   f => function own   1/f => function f1   2/f => function f2   
     EXPECT_EQ(order_of(files, {Texts{}}), "f(); g;");
     EXPECT_EQ(order_of(files, {{"1", "2"}}, false), "g1 f(); g;");
     EXPECT_EQ(order_of(files, {{repeated("./", 550) + "3"}}), "f3 f(); g;");
+}
+
+/* A process of its own, whose root the directory becomes. */
+[[noreturn]] void translate_in_root(const SourceFiles &files) {
+    const bool allowed = chroot(files.path("").c_str()) == 0 ||
+                         (unshare(CLONE_NEWUSER) == 0 && chroot(files.path("").c_str()) == 0);
+    if (!allowed || chdir("/work") != 0) exit(2);
+    const Outcome outcome = run_leaving(ErrorExit::Throw, "file", "/main.m");
+    exit(outcome.result == "beside := 1;\nf();\n" ? 0 : 1);
+}
+
+TEST(Resolution, looks_beside_a_file_in_the_root_in_the_working_directory) {
+    const SourceFiles files("main => f()   f => rooted = 1   work/f => beside = 1");
+    const pid_t child = fork();
+    if (child == 0) translate_in_root(files);
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == 2) GTEST_SKIP() << "no right to have a root of its own";
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST(Resolution, keeps_the_mode_but_not_packages_and_globals) {

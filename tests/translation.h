@@ -16,6 +16,7 @@
 
 #include "emit/switch_writer.h"
 #include "host/stand_in_host.h"
+#include "lexer/position.h"
 
 namespace mtranslate {
 
@@ -48,8 +49,12 @@ struct Row {
     std::string expected;
 };
 
-/* In tables a backslash and n, r, f or t stand for a control character. */
+/* In tables \3[ab\] stands for ababab, and a backslash and n, r, f or t for a control character. */
 inline std::string unescaped(std::string text) {
+    static const std::regex repetition(R"(\\(\d+)\[(.*?)\\\])");
+    for (std::smatch found; std::regex_search(text, found, repetition);)
+        text =
+            found.prefix().str() + repeated(found[2], std::stoi(found[1])) + found.suffix().str();
     for (size_t at = 0; (at = text.find('\\', at)) != std::string::npos; at++) {
         static const std::string letters = "nrft";
         const size_t which = at + 1 < text.size() ? letters.find(text[at + 1]) : std::string::npos;
@@ -145,12 +150,14 @@ inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &
     }
 }
 
-/* A run that ends in the middle of everything: brackets and a string open, a global recorded. Each
- * call leaves it another way. */
+/* A run that ends in the middle of everything: brackets and a string open, a global recorded, or
+ * a procedure half written. Each call leaves in another way. */
 inline void leave_broken_run() {
     static int turn = 0;
-    const Outcome outcome = run_leaving(EVERY_EXIT[turn++ % 3], "command",
-                                        "global stale\nx = {1, f(3 'open\nstale = 1");
+    static const char *const sources[] = {"global stale\nx = {1, f(3 'open\nstale = 1",
+                                          "function stale = f\nfor k = 1:end, end"};
+    const Outcome outcome = run_leaving(EVERY_EXIT[turn / 2 % 3], "command", sources[turn % 2]);
+    turn++;
     ASSERT_EQ(outcome.errors.size(), 1u);
 }
 
@@ -163,6 +170,15 @@ inline std::string translate(StandInHost &host, std::string_view mode, std::stri
     } catch (const HostError &error) {
         return std::string("error: ") + error.what();
     }
+}
+
+/* The column of the error that ends a command, from 1; 0 where there is none. */
+inline long error_column(const std::string &source) {
+    StandInHost host;
+    long column = 0;
+    host.on_error([&column](const std::string &) { column = TokenOffset + 1; });
+    translate(host, "command", source);
+    return column;
 }
 
 /* Checks a translation, and that it stays the same after a run that went wrong. */
