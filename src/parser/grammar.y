@@ -225,7 +225,7 @@ expression
   | REAL       { fixinput(REAL); $$ = new_node(EXPR_REAL, $1); }
   | IMAGINARY  { fixinput(IMAGINARY); $$ = new_node(EXPR_IMAGINARY, $1); }
   | STRING     { $$ = new_node(EXPR_STRING, $1); fixinput(STRING); }
-  | '(' paren_open_mark expression[inner] paren_close_mark ')'  { fixinput(')'); $$ = $inner; }
+  | '(' paren_open_mark expression[inner] close_mark ')'  { fixinput(')'); $$ = $inner; }
   | reference
   | matrix        { $$ = new_matrix_node($1, 0); }
   | cell_literal  { $$ = new_matrix_node($1, 1); }
@@ -256,31 +256,35 @@ expression
   ;
 
 /*-----------------------------------------------------------------------.
+| Marks keep the bracket context. An opening mark holds the delimiter    |
+| outside; a closing mark finds it below its neighbour ($-1), as its     |
+| neighbour where the brackets are empty ($0), or below several targets  |
+| ($-3: the first target, a comma and the others lie between).           |
+`-----------------------------------------------------------------------*/
+
+paren_open_mark:     %empty { $$ = open_bracket(IN_PARENTHESES); };
+brace_open_mark:     %empty { $$ = open_bracket(IN_BRACES); };
+matrix_open_mark:    %empty { $$ = open_bracket(IN_LITERAL); };
+target_open_mark:    %empty { $$ = open_bracket(IN_TARGETS); };
+close_mark:          %empty { close_bracket($<delimiter>-1); };
+empty_close_mark:    %empty { close_bracket($<delimiter>0); };
+targets_close_mark:  %empty { close_bracket($<delimiter>-3); };
+
+/*-----------------------------------------------------------------------.
 | References: a name or a field name, and at most one argument list.     |
-| Marks keep the bracket context: an opening mark holds the delimiter    |
-| outside, and a closing mark finds it one below its own neighbour ($-1, |
-| or $0 behind an empty list).                                           |
 `-----------------------------------------------------------------------*/
 
 reference
   : plain_name
-  | plain_name[callee] '(' paren_open_mark index_list[args] args_close_mark ')'
+  | plain_name[callee] '(' paren_open_mark index_list[args] close_mark ')'
       { fixinput(')'); $$ = new_call($callee, $args); }
-  | plain_name[callee] '(' paren_open_mark empty_args_close_mark ')'
+  | plain_name[callee] '(' paren_open_mark empty_close_mark ')'
       { fixinput(')'); $$ = new_function_node($callee, nullptr); }
-  | plain_name[callee] '{' brace_open_mark index_list[args] brace_args_close_mark '}'
+  | plain_name[callee] '{' brace_open_mark index_list[args] close_mark '}'
       { fixinput('}'); $$ = new_brace_index($callee, $args); }
-  | plain_name[callee] '{' brace_open_mark empty_brace_args_close_mark '}'
+  | plain_name[callee] '{' brace_open_mark empty_close_mark '}'
       { fixinput('}'); $$ = new_cell_node($callee, nullptr); }
   ;
-
-paren_open_mark:              %empty { $$ = open_bracket(IN_PARENTHESES); };
-paren_close_mark:             %empty { close_bracket($<delimiter>-1); };
-args_close_mark:              %empty { close_bracket($<delimiter>-1); };
-empty_args_close_mark:        %empty { close_bracket($<delimiter>0); };
-brace_open_mark:              %empty { $$ = open_bracket(IN_BRACES); };
-brace_args_close_mark:        %empty { close_bracket($<delimiter>-1); };
-empty_brace_args_close_mark:  %empty { close_bracket($<delimiter>0); };
 
 plain_name
   : IDENTIFIER  { $$ = new_node(EXPR_NAME, $1); }
@@ -319,18 +323,14 @@ range_triple
 `--------------------------------------------------------------------------*/
 
 matrix
-  : '[' matrix_open_mark matrix_rows[rows] matrix_close_mark ']'
+  : '[' matrix_open_mark matrix_rows[rows] close_mark ']'
       { fixinput(']'); $$ = build_mMatrix($rows->count, $rows->items); }
   ;
 
 cell_literal
-  : '{' matrix_open_mark matrix_rows[rows] cell_close_mark '}'
+  : '{' matrix_open_mark matrix_rows[rows] close_mark '}'
       { fixinput('}'); $$ = build_mMatrix($rows->count, $rows->items); }
   ;
-
-matrix_open_mark:   %empty { $$ = open_bracket(IN_LITERAL); };
-matrix_close_mark:  %empty { close_bracket($<delimiter>-1); };
-cell_close_mark:    %empty { close_bracket($<delimiter>-1); };
 
 matrix_rows
   : %empty                          { $$ = alloc_mMatrix(0); }
@@ -368,7 +368,7 @@ assignment
   ;
 
 single_target
-  : "[ of targets" target_open_mark reference target_close_mark "] of targets"
+  : "[ of targets" target_open_mark reference close_mark "] of targets"
       { $$ = target_row($reference, nullptr); }
   ;
 
@@ -376,10 +376,6 @@ target_list
   : "[ of targets" target_open_mark reference ',' more_targets targets_close_mark "] of targets"
       { $$ = target_row($reference, $more_targets); free_vExpr($more_targets); }
   ;
-
-target_close_mark:   %empty { close_bracket($<delimiter>-1); };
-targets_close_mark:  %empty { close_bracket($<delimiter>-3); };
-target_open_mark:    %empty { $$ = open_bracket(IN_TARGETS); };
 
 more_targets
   : reference                   { $$ = alloc_vExpr($1); }
