@@ -8,7 +8,7 @@
 vExpr *LastComment;
 
 vExpr *start_line_ends() {
-    static mExpr line_end = {EXPR_COMMENT, "\n", 0, nullptr};
+    static mExpr line_end = {EXPR_COMMENT, "\n", NOT_SCALAR, nullptr};
     LastComment = alloc_vExpr(&line_end);
     return LastComment;
 }

@@ -36,11 +36,11 @@ void proc_header(const char *name, const vExpr *outputs, const vExpr *params) {
     write_output(";\n");
 }
 
-void proc_body(mStat *body) {
+void proc_body(mStat *body, const vExpr *trailing) {
     write_globals();
     drop_globals();
     display_statement(body, 1);
-    write_comments(LastComment, 1);
+    write_comments(trailing, 1);
 }
 
 static void write_return_of(const vExpr *outputs, const vExpr *end) {
@@ -78,11 +78,11 @@ void proc_return(const vExpr *outputs, int level) {
     }
 }
 
-void declare_proc(mProc *proc) {
+void declare_proc(mProc *proc, const vExpr *trailing) {
     mProc *outer = CurrentProc;
     CurrentProc = proc;
     proc_header(proc->name, proc->outputs, proc->params);
-    proc_body(proc->body);
+    proc_body(proc->body, trailing);
     write_indent(1);
     proc_return(proc->outputs, 1);
     write_output("end proc;\n\n");

@@ -5,9 +5,9 @@
 #include "emit/statement_writer.h"
 #include "run/run_state.h"
 
-void write_script(mStat *first) {
+void write_script(mStat *first, const vExpr *trailing) {
     if (FileMode && UsesArrayTools) write_output("with(ArrayTools):\n");
     if (FileMode && UsesLinearAlgebra) write_output("with(LinearAlgebra):\n");
     display_statement(first, 0);
-    write_comments(LastComment, 0);
+    write_comments(trailing, 0);
 }

@@ -85,7 +85,8 @@ static void write_while(const mWhile *record, int level) {
 }
 
 static bool is_elseif(const mStat *stat) {
-    return stat->kind == STAT_IF && static_cast<const mIf *>(stat->payload)->is_elseif == 1;
+    return stat->kind == STAT_IF &&
+           static_cast<const mIf *>(stat->payload)->is_elseif == ELSEIF_BRANCH;
 }
 
 // The if that heads a chain closes it; an elseif branch only continues it.

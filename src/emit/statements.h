@@ -27,11 +27,14 @@ struct mStat {
     mStat *next;     /* following statement of the list, or null */
 };
 
+/* Whether an if statement begins or goes on. */
+enum { IF_HEAD = 0, ELSEIF_BRANCH = 1 };
+
 struct mIf {
     mStat *then_body;
     mStat *else_part; /* null; an elseif branch; or the first statement of the else branch */
     mExpr *condition;
-    int32_t is_elseif;
+    int32_t is_elseif; /* IF_HEAD or ELSEIF_BRANCH */
 };
 
 struct mFor {

@@ -30,9 +30,10 @@
 #include "translate/calls.h"
 #include "translate/cells.h"
 #include "translate/fields.h"
+#include "translate/literals.h"
+#include "translate/matrices.h"
 #include "translate/matrices.h"
 #include "translate/operators.h"
-#include "translate/ranges.h"
 
 /* Room for 200 entries to begin with; a source that needs more than 10000 is refused. */
 #define YYINITDEPTH 200
@@ -227,8 +228,8 @@ expression
   | STRING     { $$ = new_node(EXPR_STRING, $1); fixinput(STRING); }
   | '(' paren_open_mark expression[inner] close_mark ')'  { fixinput(')'); $$ = $inner; }
   | reference
-  | matrix        { $$ = new_matrix_node($1, 0); }
-  | cell_literal  { $$ = new_matrix_node($1, 1); }
+  | matrix        { $$ = new_matrix_node($1, MATRIX_LITERAL); }
+  | cell_literal  { $$ = new_matrix_node($1, CELL_LITERAL); }
   | expression ".^" expression  { $$ = new_operator2(OP_DOT_POWER, $1, $3); }
   | expression "^" expression   { $$ = new_operator2(OP_POWER, $1, $3); }
   | expression ".'"  { fixinput(DOT_TRANSPOSE); $$ = new_operator1(OP_DOT_TRANSPOSE, $1); }
@@ -244,7 +245,7 @@ expression
   | expression ".\\" expression  { $$ = new_operator2(OP_DOT_LEFT_DIVIDE, $1, $3); }
   | expression '+' expression    { $$ = new_operator2(OP_PLUS, $1, $3); }
   | expression '-' expression    { $$ = new_operator2(OP_MINUS, $1, $3); }
-  | range_triple                 { $$ = new_seq_node($1.start, $1.step, $1.stop); }
+  | range_triple                 { $$ = new_range($1); }
   | expression "<" expression    { $$ = new_operator2(OP_LT, $1, $3); }
   | expression "<=" expression   { $$ = new_operator2(OP_LE, $1, $3); }
   | expression ">" expression    { $$ = new_operator2(OP_GT, $1, $3); }
@@ -362,9 +363,9 @@ assignment
   : reference[target] '=' expression[value]
       { $$ = new_operator2(OP_ASSIGN, $target, $value); }
   | single_target[target] '=' expression[value]
-      { $$ = new_operator2(OP_ASSIGN, new_matrix_node($target, 0), $value); }
+      { $$ = new_operator2(OP_ASSIGN, new_matrix_node($target, MATRIX_LITERAL), $value); }
   | target_list[targets] '=' reference[value]
-      { $$ = new_operator2(OP_ASSIGN, new_matrix_node($targets, 0), $value); }
+      { $$ = new_operator2(OP_ASSIGN, new_matrix_node($targets, MATRIX_LITERAL), $value); }
   ;
 
 single_target
@@ -401,14 +402,14 @@ if_statement
 
 if_clause
   : expression[condition] block else_chain[rest]
-      { $$ = new_if_stat($condition, $block, $rest, 0); }
+      { $$ = new_if_stat($condition, $block, $rest, IF_HEAD); }
   ;
 
 else_chain
   : %empty        { $$ = nullptr; }
   | "else" block  { $$ = $2; }
   | "elseif" expression[condition] block else_chain[rest]
-      { $$ = new_if_stat($condition, $block, $rest, 1); }
+      { $$ = new_if_stat($condition, $block, $rest, ELSEIF_BRANCH); }
   ;
 
 switch_statement

@@ -6,6 +6,7 @@
 
 #include "emit/globals.h"
 #include "emit/procedures.h"
+#include "lexer/position.h"
 #include "parser/parser.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
@@ -40,7 +41,7 @@ static WordList join_word_anew(WordList words, const char *name) {
     if (strchr(joined->text, '\\')) return words;
     size_t length = strlen(joined->text);
     char *roomy;
-    words.last->item = alloc_text_mExpr(EXPR_STRING, 1, 2 * length + 1, &roomy);
+    words.last->item = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * length + 1, &roomy);
     write_text(roomy, joined->text);
     words.length = words.room = static_cast<uint32_t>(length);
     return words;
@@ -74,6 +75,16 @@ mExpr *new_brace_index(mExpr *callee, vExpr *arguments) {
     return index;
 }
 
+// A range without a stop is placed where the parser stands behind it.
+mExpr *new_range(RangeTriple range) {
+    SourcePosition *open_at = nullptr;
+    if (!range.stop) {
+        open_at = AllocRecord<SourcePosition>();
+        *open_at = save_position();
+    }
+    return new_seq_node(range.start, range.step, range.stop, open_at);
+}
+
 RangeTriple start_range(mExpr *start, mExpr *next, bool colon_follows) {
     if (colon_follows) return {start, next, nullptr};
     return {start, unit_step(), next};
@@ -83,7 +94,7 @@ RangeTriple start_open_range(mExpr *start) { return {start, unit_step(), nullptr
 
 RangeTriple extend_range(RangeTriple range, mExpr *next, bool colon_follows) {
     if (!range.stop) return {range.start, range.step, next};
-    return start_range(new_seq_node(range.start, range.step, range.stop), next, colon_follows);
+    return start_range(new_range(range), next, colon_follows);
 }
 
 NameList start_names(const char *name) {
@@ -105,7 +116,7 @@ NameList add_global(NameList list, const char *name) {
 
 mStat *define_function(mProc *proc, mStat *body) {
     proc->body = body;
-    declare_proc(proc);
+    declare_proc(proc, LastComment);
     return body;
 }
 
@@ -116,6 +127,6 @@ mStat *define_script(mStat *first) {
     BeforeScript();  // clears the flags for every file that it translates
     UsesArrayTools = uses_array_tools;
     UsesLinearAlgebra = uses_linear_algebra;
-    write_script(first);
+    write_script(first, LastComment);
     return first;
 }

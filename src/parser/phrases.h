@@ -18,6 +18,8 @@ mStat *new_command_stat(mExpr *name, vExpr *words);
 mExpr *new_call(mExpr *callee, vExpr *arguments);
 mExpr *new_brace_index(mExpr *callee, vExpr *arguments);
 
+/* A complete range. */
+mExpr *new_range(RangeTriple range);
 /* start:next, where next is the step when a further colon follows, else the stop. */
 RangeTriple start_range(mExpr *start, mExpr *next, bool colon_follows);
 /* start:end. */

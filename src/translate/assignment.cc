@@ -21,7 +21,7 @@ static void note_targets(char *targets) {
 }
 
 // " a, b)", the rest of a concatenation, becomes "(a, b)".
-static char *write_targets(char *at, const char *rest) {
+static char *write_concatenated(char *at, const char *rest) {
     size_t length = strlen(rest);
     if (length < 2) return write_text(at, ")");
     char *end = at + length - 1;
@@ -35,9 +35,21 @@ static char *write_targets(char *at, const char *rest) {
 char *write_assignment(char *at, const char *target, const char *value) {
     const char *prefix = FileMode ? "Concatenate(2," : "ArrayTools:-Concatenate(2,";
     if (has_prefix(target, prefix)) {
-        return write_form(write_targets(at, target + strlen(prefix)), " := %s", {value});
+        return write_form(write_concatenated(at, target + strlen(prefix)), " := %s", {value});
     }
     if (is_identifier(target)) add_name(KnownVariables, target);
+    return write_single_assignment(at, target, value);
+}
+
+char *write_single_assignment(char *at, const char *target, const char *value) {
     const char *form = is_identifier(value) ? "%s := copy(%s)" : "%s := %s";
     return write_form(at, form, {target, value});
+}
+
+char *write_targets(char *at, const vExpr *targets) {
+    const char *before = "(";
+    for (; targets; targets = targets->next, before = ", ") {
+        at = write_text(write_text(at, before), targets->item->text);
+    }
+    return write_text(at, ")");
 }

@@ -12,7 +12,7 @@ mExpr *new_host_call(const char *name, const vExpr *arguments) {
     const char *call = translate_call(name, arguments);
     if (!call) return nullptr;
     mExpr *expr = alloc_mExpr();
-    *expr = {EXPR_CALL, StrDup(note_package(call)), 0, nullptr};
+    *expr = {EXPR_CALL, StrDup(note_package(call)), NOT_SCALAR, nullptr};
     return expr;
 }
 

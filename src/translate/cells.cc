@@ -12,6 +12,6 @@ mExpr *new_cell_node(const mExpr *name, const vExpr *arguments) {
     bool whole_list = !arguments || (!arguments->next && is_colon(arguments->item));
     if (!whole_list) return new_element_node("args", ARGS_INDEX, arguments);
     mExpr *expr = alloc_mExpr();
-    *expr = {EXPR_NAME, "args", 0, nullptr};
+    *expr = {EXPR_NAME, "args", NOT_SCALAR, nullptr};
     return expr;
 }

@@ -50,7 +50,7 @@ int count_vExpr(const vExpr *list) {
 
 static mExpr *new_string(const char *contents) {
     char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_STRING, 1, 2 * strlen(contents) + 3, &text);
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * strlen(contents) + 3, &text);
     text[0] = '"';
     write_text(write_escaped(text + 1, contents), "\"");
     return expr;
@@ -58,14 +58,14 @@ static mExpr *new_string(const char *contents) {
 
 static mExpr *new_imaginary(const char *number) {
     char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_IMAGINARY, 1, strlen(number) + 3, &text);
+    mExpr *expr = alloc_text_mExpr(EXPR_IMAGINARY, SCALAR, strlen(number) + 3, &text);
     write_form(text, "%s*I", {number});
     return expr;
 }
 
 static mExpr *new_leaf(int kind, const char *text) {
     mExpr *expr = alloc_mExpr();
-    *expr = {kind, text, kind <= EXPR_IMAGINARY, nullptr};
+    *expr = {kind, text, kind <= EXPR_IMAGINARY ? SCALAR : NOT_SCALAR, nullptr};
     return expr;
 }
 
@@ -91,12 +91,12 @@ mExpr *new_node(int kind, const char *text) {
 }
 
 mExpr *unit_step() {
-    static mExpr one = {EXPR_INTEGER, "1", 1, nullptr};
+    static mExpr one = {EXPR_INTEGER, "1", SCALAR, nullptr};
     return &one;
 }
 
 mExpr *last_position() {
-    static mExpr last = {EXPR_INTEGER, "-1", 1, nullptr};
+    static mExpr last = {EXPR_INTEGER, "-1", SCALAR, nullptr};
     return &last;
 }
 

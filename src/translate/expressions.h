@@ -49,10 +49,13 @@ struct mRange {
     const SourcePosition *open_at; /* of a range without a stop: where it was read; else null */
 };
 
+/* Whether a value is known to be a single one. */
+enum { NOT_SCALAR = 0, SCALAR = 1 };
+
 struct mExpr {
     int32_t kind;
     const char *text;
-    int32_t scalar; /* 1 when the value is known to be a single one */
+    int32_t scalar; /* SCALAR or NOT_SCALAR */
     mRange *range;
 };
 

@@ -14,7 +14,7 @@ mExpr *new_field_name(const char *left, const char *right) {
 mExpr *new_dotstring(const char *first, const char *second) {
     char *text;
     size_t size = 2 * (strlen(first) + strlen(second)) + 4;
-    mExpr *expr = alloc_text_mExpr(EXPR_STRING, 1, size, &text);
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, size, &text);
     char *at = write_escaped(write_text(text, "\""), first);
     at = write_escaped(write_text(at, "."), second);
     write_text(at, "\"");

@@ -85,7 +85,7 @@ mExpr *new_element_node(const char *base, IndexKind kind, const vExpr *arguments
     const char *brackets = kind == ARGS_INDEX ? "[]" : "()";
     char *at;
     size_t size = strlen(base) + arguments_size(base, arguments) + strlen(brackets) + 1;
-    mExpr *expr = alloc_text_mExpr(EXPR_CALL, 0, size, &at);
+    mExpr *expr = alloc_text_mExpr(EXPR_CALL, NOT_SCALAR, size, &at);
     at = write_text(at, base);
     *at++ = brackets[0];
     at = write_arguments(at, &index, arguments);
@@ -99,7 +99,7 @@ mExpr *new_index_node(const char *base, IndexKind kind, const vExpr *arguments) 
     if (!is_column) return new_element_node(base, kind, arguments);
     const char *form = "Vector[column](%s(..))";
     char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_CALL, 0, strlen(form) + strlen(base), &text);
+    mExpr *expr = alloc_text_mExpr(EXPR_CALL, NOT_SCALAR, strlen(form) + strlen(base), &text);
     write_form(text, form, {base});
     return expr;
 }

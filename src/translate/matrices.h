@@ -1,5 +1,4 @@
-/* Matrix and cell literals. The parser collects rows of elements in growable arrays; the builder
- * picks the host constructor by the literal's shape and its elements. */
+/* Rows of elements in growable arrays, as the parser collects them for a literal. */
 #pragma once
 
 #include "translate/expressions.h"
@@ -31,6 +30,3 @@ mMatrix *build_mMatrix(int32_t count, mVector **items);
 /* A view of one row that holds the targets of an assignment: first, then those of rest (null for
  * none), whose cells stay the caller's. */
 mMatrix *target_row(mExpr *first, const vExpr *rest);
-
-/* The literal [ … ], or { … } when is_cell. */
-mExpr *new_matrix_node(const mMatrix *matrix, int is_cell);

@@ -3,7 +3,6 @@
 
 #include <string.h>
 
-#include "lexer/position.h"
 #include "support/allocation.h"
 #include "translate/text_forms.h"
 
@@ -13,22 +12,13 @@ char *write_sequence(char *at, const char *start, const char *upper, const char 
     return write_form(at, "Vector[row]([seq(%s..%s,%s)])", {start, upper, step});
 }
 
-static mRange *new_range(mExpr *start, mExpr *step, mExpr *stop) {
+mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop, const SourcePosition *open_at) {
     mRange *range = AllocRecord<mRange>();
-    *range = {start, step, stop, nullptr};
-    if (stop) return range;
-    SourcePosition *place = AllocRecord<SourcePosition>();
-    *place = save_position();
-    range->open_at = place;
-    return range;
-}
-
-mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop) {
-    mRange *range = new_range(start, step, stop);
+    *range = {start, step, stop, open_at};
     const char *upper = upper_bound(range);
     size_t size = strlen(start->text) + strlen(step->text) + strlen(upper) + 30;
     char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_RANGE, 0, size, &text);
+    mExpr *expr = alloc_text_mExpr(EXPR_RANGE, NOT_SCALAR, size, &text);
     expr->range = range;
     if (has_unit_step(range)) {
         write_form(text, "Vector[row]([seq(%s..%s)])", {start->text, upper});
