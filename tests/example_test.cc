@@ -35,7 +35,7 @@ TEST(Examples, have_the_translations_beside_them) {
 
 /* Checks every matlab block that a text block follows; answers how many there were. The empty line
  * at the end of a translation need not stand in its block. */
-int check_blocks(const std::string &page) {
+int check_blocks(const std::string &page, const char *language) {
     const std::string open = "```matlab\n";
     const std::string between = "```\n```text\n";
     int count = 0;
@@ -48,10 +48,62 @@ int check_blocks(const std::string &page) {
         files.write("main.m", page.substr(source, at - source));
         at = page.find("```\n", expected);
         StandInHost host;
-        std::string text = translate(host, "file", files.path("main.m"));
+        std::string text = translate_in(host, language, "file", files.path("main.m"));
         if (text.ends_with("\n\n")) text.pop_back();
         EXPECT_EQ(text, page.substr(expected, at - expected));
         count++;
+    }
+    return count;
+}
+
+/* The code between backticks in a cell of a table. */
+Texts code_in(const std::string &cell) {
+    static const std::regex code("`` (.*?) ``|`(.*?)`");
+    Texts texts;
+    for (std::sregex_iterator at(cell.begin(), cell.end(), code), end; at != end; ++at)
+        texts.push_back(at->str(1) + at->str(2));
+    return texts;
+}
+
+/* "MATLAB | Host text": a command and its translation, the lines joined by a blank. */
+void check_translation(const Texts &row, const char *language) {
+    StandInHost host;
+    std::string text = translate_in(host, language, "command", code_in(row[0]).at(0));
+    text.erase(text.find_last_not_of('\n') + 1);
+    EXPECT_EQ(std::regex_replace(text, std::regex("\n"), " "), code_in(row[1]).at(0)) << row[0];
+}
+
+/* "Refused | Column | Instead": a command, the column of its error, commands that are accepted. */
+void check_refusal(const Texts &row, const char *language) {
+    EXPECT_EQ(std::to_string(error_column(code_in(row[0]).at(0), language)), row[1]) << row[0];
+    for (const std::string &instead : code_in(row[2]))
+        EXPECT_EQ(error_column(instead, language), 0) << instead;
+}
+
+/* The cells of a row of a table. */
+Texts row_cells(std::string line) {
+    static const std::regex bar(R"( *\| *)");
+    line = std::regex_replace(line, std::regex(R"(\\\|)"), "\x01");
+    Texts row(std::sregex_token_iterator(line.begin() + 2, line.end(), bar, -1), {});
+    for (std::string &cell : row) cell = std::regex_replace(cell, std::regex("\x01"), "|");
+    return row;
+}
+
+/* Checks the rows of the tables with these two heads; answers how many there were. */
+int check_tables(const std::string &page, const char *language) {
+    std::istringstream lines(page);
+    std::string head;
+    int count = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const bool is_row = line.starts_with("| ");
+        if (!is_row && !line.starts_with("|-")) head = "";
+        if (!is_row) continue;
+        const Texts row = row_cells(line);
+        const bool translates = head == "MATLAB", refuses = head == "Refused";
+        if (translates) check_translation(row, language);
+        if (refuses) check_refusal(row, language);
+        if (translates || refuses) count++;
+        if (head.empty()) head = row[0];
     }
     return count;
 }
@@ -99,13 +151,18 @@ TEST(Examples, on_the_pages_are_true) {
     pages.push_back(root / "README.md");
     int blocks = 0;
     int commands = 0;
+    int rows = 0;
     for (const fs::path &page : pages) {
         SCOPED_TRACE(page);
-        blocks += check_blocks(read_file(page));
-        commands += check_commands(read_file(page));
+        const std::string text = read_file(page);
+        const char *language = page.stem() == "matlab" ? "matlab" : "classic";
+        blocks += check_blocks(text, language);
+        commands += check_commands(text);
+        rows += check_tables(text, language);
     }
     EXPECT_GT(blocks, 1);
     EXPECT_GT(commands, 5);
+    EXPECT_GT(rows, 140);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 
 #include "emit/switch_writer.h"
 #include "host/stand_in_host.h"
-#include "lexer/position.h"
+#include "run/last_error.h"
 
 namespace mtranslate {
 
@@ -172,13 +172,19 @@ inline std::string translate(StandInHost &host, std::string_view mode, std::stri
     }
 }
 
+/* The same in one of the languages. */
+inline std::string translate_in(StandInHost &host, const char *language, std::string_view mode,
+                                std::string_view source) {
+    ValueStore &values = host.values();
+    const HostValue option[] = {values.equation(values.name("Language"), values.string(language))};
+    return translate(host, mode, source, option);
+}
+
 /* The column of the error that ends a command, from 1; 0 where there is none. */
-inline long error_column(const std::string &source) {
+inline long error_column(const std::string &source, const char *language = "classic") {
     StandInHost host;
-    long column = 0;
-    host.on_error([&column](const std::string &) { column = TokenOffset + 1; });
-    translate(host, "command", source);
-    return column;
+    translate_in(host, language, "command", source);
+    return LastError.message ? LastError.offset + 1 : 0;
 }
 
 /* Checks a translation, and that it stays the same after a run that went wrong. */
