@@ -1,8 +1,8 @@
 /* The walk over a function that settles its names: its state, and what it does with a name. */
 #pragma once
 
-#include "syntax/bindings.h"
 #include "syntax/loop_variables.h"
+#include "syntax/name_map.h"
 #include "syntax/names.h"
 
 /* A bare name that may call a script. */
@@ -12,7 +12,7 @@ struct BareName {
 };
 
 struct NameWalk {
-    Bindings bindings;
+    NameMap bindings;
     Scope *scope;    /* innermost: of the function, script or anonymous function */
     Scope *function; /* innermost that is no anonymous function's */
     LoopWalk loops;

@@ -49,6 +49,7 @@ void walk_expression_statement(NameWalk *walk, Node *statement) {
 void walk_command(NameWalk *walk, Node *command) {
     note_creator(walk, command);
     read_name(walk, command->first_child);
+    command->first_child->symbol->flags |= SYMBOL_CALLED;
 }
 
 // exist('x') of a parameter: it may not have been given.
@@ -194,7 +195,7 @@ Node *child_of_kind(const Node *node, NodeKind kind) {
 void walk_node(NameWalk *walk, Node *node) {
     switch (node->kind) {
         case NODE_NAME: return read_name(walk, node);
-        case NODE_HANDLE: mention(walk, node); return;
+        case NODE_HANDLE: mention(walk, node)->flags |= SYMBOL_CALLED; return;
         case NODE_REFERENCE: return walk_reference(walk, node);
         case NODE_ANONYMOUS: return walk_anonymous(walk, node);
         case NODE_EXPRESSION: return walk_expression_statement(walk, node);
@@ -295,7 +296,7 @@ Scope *settle_function(Node *function, ScriptFinder find_script) {
     Scope *scope = enter_function(&walk, function);
     walk_body(&walk, function);
     finish_function(&walk);
-    drop_bindings(&walk.bindings);
+    drop_names(&walk.bindings);
     return scope;
 }
 
@@ -305,6 +306,6 @@ Scope *settle_script(Node *file, ScriptFinder find_script) {
     Scope *scope = enter_function(&walk, file);
     walk_script(&walk, file);
     finish_function(&walk);
-    drop_bindings(&walk.bindings);
+    drop_names(&walk.bindings);
     return scope;
 }

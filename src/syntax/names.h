@@ -20,7 +20,8 @@ enum SymbolFlag : uint32_t {
     SYMBOL_SHARED = 1 << 7,         /* a nested function uses it too */
     SYMBOL_READ = 1 << 8,
     SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter for which exist is asked */
-    SYMBOL_IN_SCRIPT = 1 << 10      /* a called script uses it too */
+    SYMBOL_IN_SCRIPT = 1 << 10,     /* a called script uses it too */
+    SYMBOL_CALLED = 1 << 11         /* a handle or a command names the function of that name */
 };
 
 /* A name in the functions that share it. */

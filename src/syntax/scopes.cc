@@ -37,19 +37,23 @@ void append_symbol(Scope *scope, Symbol *symbol) {
     scope->last_symbol = symbol;
 }
 
+Symbol *bound_symbol(const NameWalk *walk, const char *name) {
+    return static_cast<Symbol *>(find_name(&walk->bindings, name));
+}
+
 Symbol *new_symbol(NameWalk *walk, Scope *scope, const char *name) {
     Symbol *symbol = AllocRecord<Symbol>();
     *symbol = {};
     symbol->name = name;
     symbol->scope = scope;
-    symbol->around = bind_name(&walk->bindings, name, symbol);
+    symbol->around = static_cast<Symbol *>(enter_name(&walk->bindings, name, symbol));
     append_symbol(scope, symbol);
     return symbol;
 }
 
 // A symbol of the innermost scope itself.
 Symbol *own_symbol(NameWalk *walk, Node *name) {
-    Symbol *symbol = bound_symbol(&walk->bindings, name->text);
+    Symbol *symbol = bound_symbol(walk, name->text);
     if (!symbol || symbol->scope != walk->scope) symbol = new_symbol(walk, walk->scope, name->text);
     name->symbol = symbol;
     return symbol;
@@ -121,11 +125,11 @@ void declare_header(NameWalk *walk, Node *outputs, Node *parameters) {
 
 void leave_scope(NameWalk *walk, const Scope *scope) {
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        bind_name(&walk->bindings, symbol->name, symbol->around);
+        enter_name(&walk->bindings, symbol->name, symbol->around);
 }
 
 Symbol *mention(NameWalk *walk, Node *name) {
-    Symbol *symbol = bound_symbol(&walk->bindings, name->text);
+    Symbol *symbol = bound_symbol(walk, name->text);
     if (!symbol) symbol = new_symbol(walk, walk->function, name->text);
     name->symbol = symbol;
     const Scope *owner = symbol->scope;
