@@ -2,18 +2,14 @@
 #include "driver/resolution.h"
 
 #include <assert.h>
-#include <errno.h>
-#include <string.h>
 
 #include "driver/front_end.h"
 #include "driver/run.h"
 #include "lexer/error_reporter.h"
+#include "lexer/named_source.h"
 #include "lexer/source_files.h"
-#include "run/run_end.h"
 #include "run/run_state.h"
-#include "support/allocation.h"
 #include "support/string_hash.h"
-#include "translate/text_forms.h"
 
 namespace {
 
@@ -29,28 +25,6 @@ struct Resolution {
     HashTable *pending;  // names to search in the next pass; null for none
 };
 
-const char *source_path(const char *directory, const char *name) {
-    const char *form = "%s/%s.m";
-    char *path = static_cast<char *>(Alloc(strlen(directory) + strlen(name) + strlen(form)));
-    write_form(path, form, {directory, name});
-    return path;
-}
-
-bool means_absent(int cause) {
-    return cause == ENOENT || cause == ENOTDIR || cause == EISDIR || cause == ELOOP ||
-           cause == ENAMETOOLONG;
-}
-
-// A file that is there and cannot be opened: without it the translation would lack a function.
-[[noreturn]] void refuse(const char *path, int cause) {
-    const char *form = "unable to open %s: %s";
-    const char *reason = strerror(cause);
-    char *message = static_cast<char *>(Alloc(strlen(form) + strlen(path) + strlen(reason)));
-    write_form(message, form, {path, reason});
-    InputFileName = path;
-    end_run(message);
-}
-
 }  // namespace
 
 static int translate_called_file(const char *name, HashValue, void *) {
@@ -58,14 +32,11 @@ static int translate_called_file(const char *name, HashValue, void *) {
     // Entered first: two scripts may call each other.
     StringHashInsert(DefinedNames, name, const_cast<char *>(name));
     for (const SearchDirectory *at = SearchPath; at; at = at->next) {
-        const char *path = source_path(at->directory, name);
-        int cause = open_called_source(path);
-        if (cause == 0) {
+        if (const char *path = open_named_source(at->directory, name)) {
             UsedFrontEnd->parse_file(path);
             close_source();
             return 1;
         }
-        if (!means_absent(cause)) refuse(path, cause);
     }
     return 1;
 }

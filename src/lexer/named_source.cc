@@ -1,0 +1,40 @@
+// Opening the files of called functions.
+#include "lexer/named_source.h"
+
+#include <errno.h>
+#include <stdio.h>
+#include <string.h>
+
+#include "lexer/source_files.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+
+static const char *source_path(const char *directory, const char *name) {
+    size_t size = strlen(directory) + strlen(name) + sizeof "/.m";
+    char *path = static_cast<char *>(Alloc(size));
+    snprintf(path, size, "%s/%s.m", directory, name);
+    return path;
+}
+
+static bool means_absent(int cause) {
+    return cause == ENOENT || cause == ENOTDIR || cause == EISDIR || cause == ELOOP ||
+           cause == ENAMETOOLONG;
+}
+
+[[noreturn]] static void refuse(const char *path, int cause) {
+    const char *reason = strerror(cause);
+    size_t size = sizeof "unable to open : " + strlen(path) + strlen(reason);
+    char *message = static_cast<char *>(Alloc(size));
+    snprintf(message, size, "unable to open %s: %s", path, reason);
+    InputFileName = path;
+    end_run(message);
+}
+
+const char *open_named_source(const char *directory, const char *name) {
+    const char *path = source_path(directory, name);
+    int cause = open_called_source(path);
+    if (cause == 0) return path;
+    if (!means_absent(cause)) refuse(path, cause);
+    return nullptr;
+}
