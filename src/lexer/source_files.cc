@@ -95,6 +95,7 @@ size_t read_some(OpenSource *source, char *buffer, size_t room) {
 }
 
 int open_as(const char *path, const struct stat *status) {
+    if (SourceObserver) SourceObserver(path, status);
     int descriptor = open_file(path);
     if (descriptor < 0) return errno;
     bool is_whole =
@@ -108,6 +109,8 @@ int open_as(const char *path, const struct stat *status) {
 }
 
 }  // namespace
+
+void (*SourceObserver)(const char *path, const struct stat *status);
 
 int open_source(const char *path) {
     struct stat status;
