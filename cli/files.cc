@@ -1,69 +1,99 @@
-/* Files by the C library, whose errno tells why something failed. */
+/* Files by the system's own calls, whose errno tells why something failed. */
 #include "cli/files.h"
 
-#include <stdlib.h>
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <memory>
+#include <utility>
 
 namespace mtranslate {
 
 namespace {
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
+/* More than anyone has written by hand; an endless device ends here. */
+constexpr std::size_t LARGEST_SOURCE = std::size_t{256} << 20;
 
-/* attempt is what the C library has just failed to do. */
-[[noreturn]] void fail(const std::string &attempt) {
-    throw FileError(attempt + ": " + std::strerror(errno));
+[[noreturn]] void refuse_size(const std::string &name) {
+    throw FileError("cannot read " + name + ": larger than 256 MiB");
 }
 
-std::string read_all(std::FILE *file, const std::string &name) {
-    std::string text;
-    std::array<char, 16384> block;
-    while (const std::size_t count = std::fread(block.data(), 1, block.size(), file))
-        text.append(block.data(), count);
-    if (std::ferror(file)) fail("cannot read " + name);
-    return text;
-}
-
-void write_all(std::FILE *file, std::string_view text, const std::string &name) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    if ((!written || std::fflush(file) != 0) && errno != EPIPE) fail("cannot write " + name);
+/* The number of bytes read, 0 at the end; -1 for an error. */
+ssize_t read_some(int descriptor, char *to, std::size_t room) {
+    ssize_t count = 0;
+    do count = read(descriptor, to, room);
+    while (count < 0 && errno == EINTR);
+    return count;
 }
 
 }  // namespace
 
-std::string read_file(const std::string &path) {
-    if (path == "-") return read_all(stdin, "standard input");
-    const std::string name = "'" + path + "'";
-    const File file(std::fopen(path.c_str(), "rb"), std::fclose);
-    if (!file) fail("cannot read " + name);
-    return read_all(file.get(), name);
+void fail(const std::string &attempt) { throw FileError(attempt + ": " + std::strerror(errno)); }
+
+Descriptor::Descriptor(Descriptor &&other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+Descriptor &Descriptor::operator=(Descriptor &&other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
 }
 
-void write_file(const std::optional<std::string> &path, std::string_view text) {
-    if (!path || *path == "-") return write_all(stdout, text, "standard output");
-    const std::string name = "'" + *path + "'";
-    const File file(std::fopen(path->c_str(), "wb"), std::fclose);
-    if (!file) fail("cannot write " + name);
-    write_all(file.get(), text, name);
+Descriptor::~Descriptor() {
+    const int reason = errno;
+    if (number_ >= 0) close(number_);
+    errno = reason;
 }
 
-TemporaryFile::TemporaryFile()
-    : path_(std::filesystem::temp_directory_path() / "mtranslate-XXXXXX") {
-    const int descriptor = mkstemp(path_.data());
-    if (descriptor < 0) fail("cannot make a temporary file");
-    close(descriptor);
+void check_size(const struct stat &status, const std::string &path) {
+    if (static_cast<std::size_t>(status.st_size) > LARGEST_SOURCE) refuse_size("'" + path + "'");
 }
 
-// The file exists once the first constructor is done, and goes even when the writing fails.
-TemporaryFile::TemporaryFile(std::string_view text) : TemporaryFile() { write_file(path_, text); }
+Descriptor open_to_read(const std::string &path) {
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    if (!file) fail("cannot read '" + path + "'");
+    return file;
+}
 
-TemporaryFile::~TemporaryFile() { unlink(path_.c_str()); }
+Descriptor spool(int from, const std::string &name) {
+    Descriptor copy(memfd_create("mtranslate", MFD_CLOEXEC));
+    if (!copy) fail("cannot copy " + name);
+    std::array<char, 65536> block;
+    std::size_t size = 0;
+    for (ssize_t count = 0; (count = read_some(from, block.data(), block.size())) != 0;) {
+        if (count < 0) fail("cannot read " + name);
+        size += static_cast<std::size_t>(count);
+        if (size > LARGEST_SOURCE) refuse_size(name);
+        write_all(copy.get(), {block.data(), static_cast<std::size_t>(count)}, "a copy of " + name);
+    }
+    return copy;
+}
+
+std::string path_of(const Descriptor &file) {
+    return "/proc/self/fd/" + std::to_string(file.get());
+}
+
+std::optional<std::string> read_regular_file(const std::string &path) {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    struct stat status;
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    std::string text;
+    std::array<char, 65536> block;
+    for (ssize_t count = 0; (count = read_some(file.get(), block.data(), block.size())) != 0;) {
+        if (count < 0 || text.size() > LARGEST_SOURCE) return std::nullopt;
+        text.append(block.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+void write_all(int descriptor, std::string_view text, const std::string &name) {
+    while (!text.empty()) {
+        const ssize_t count = write(descriptor, text.data(), text.size());
+        if (count < 0 && errno == EPIPE) return;
+        if (count < 0 && errno != EINTR) fail("cannot write " + name);
+        text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
+    }
+}
 
 }  // namespace mtranslate

@@ -1,10 +1,14 @@
-/* Reading, writing and spooling files, with errors in the tool's own words. */
+/* Reading files, with errors in the tool's own words. */
 #pragma once
 
+#include <sys/stat.h>
+
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace mtranslate {
 
@@ -14,27 +18,50 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/* The bytes of the file, or of standard input for the path "-". Throws FileError. */
-std::string read_file(const std::string &path);
+/* Throws FileError: attempt is what a system call has just failed to do, errno says why. */
+[[noreturn]] void fail(const std::string &attempt);
 
-/* Writes text to the file, or to standard output where there is no path or the path is "-". A
- * reader of a pipe that has left early is no error. Throws FileError. */
-void write_file(const std::optional<std::string> &path, std::string_view text);
-
-/* A file with the given bytes that lasts as long as the object. Throws FileError. */
-class TemporaryFile {
+/* An open file, closed with this object; or none, after a failed call. */
+class Descriptor {
 public:
-    explicit TemporaryFile(std::string_view text);
-    ~TemporaryFile();
-    TemporaryFile(const TemporaryFile &) = delete;
-    TemporaryFile &operator=(const TemporaryFile &) = delete;
+    explicit Descriptor(int number = -1) : number_(number) {}
+    Descriptor(Descriptor &&other) noexcept;
+    Descriptor &operator=(Descriptor &&other) noexcept;
+    /* Leaves errno as it is. */
+    ~Descriptor();
 
-    const std::string &path() const { return path_; }
+    int get() const { return number_; }
+    explicit operator bool() const { return number_ >= 0; }
 
 private:
-    TemporaryFile();
-
-    std::string path_;
+    int number_;
 };
+
+/* A file that has been read, to be known again under any name. */
+struct FileRead {
+    std::string path; /* as messages show it */
+    dev_t device;
+    ino_t inode;
+};
+using FilesRead = std::vector<FileRead>;
+
+/* Throws FileError where a file of this status is too large for a source. */
+void check_size(const struct stat &status, const std::string &path);
+
+/* The path opened for reading. Throws FileError. */
+Descriptor open_to_read(const std::string &path);
+
+/* A copy in memory of what is left to read in a descriptor that messages call name; path_of gives
+ * it a name for as long as it is open. Throws FileError, also where there is too much. */
+Descriptor spool(int from, const std::string &name);
+std::string path_of(const Descriptor &file);
+
+/* The bytes of a regular file; none where it cannot be read, is too large for a source or is no
+ * regular file, which would give its bytes only once. */
+std::optional<std::string> read_regular_file(const std::string &path);
+
+/* Writes all of text. A reader of a pipe that has left early is no error. Throws FileError, which
+ * calls the descriptor name. */
+void write_all(int descriptor, std::string_view text, const std::string &name);
 
 }  // namespace mtranslate

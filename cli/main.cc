@@ -1,10 +1,13 @@
 /* mtranslate: translates a MATLAB file, or a command, from the command line. */
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 
 #include "cli/options.h"
+#include "cli/output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
 
@@ -12,20 +15,17 @@ namespace mtranslate {
 
 namespace {
 
-void refuse_to_overwrite_source(const Options &options) {
-    std::error_code missing;  // then they are not the same file
-    if (options.file && options.output &&
-        std::filesystem::equivalent(*options.file, *options.output, missing))
-        throw FileError("the output '" + *options.output + "' is the source itself");
-}
-
 ExitCode run(const Options &options) {
-    refuse_to_overwrite_source(options);
-    const Translation translation = translate(open_source(options), options.without_translator);
-    if (translation.code == ExitCode::Done)
-        write_file(options.output, translation.text);
-    else
+    const Output output(options.output);
+    const Source source = open_source(options);
+    output.refuse_sources(source.files);
+    const Translation translation = translate(source, options.without_translator);
+    if (translation.code == ExitCode::Done) {
+        output.refuse_sources(translation.files_read);
+        output.write(translation.text);
+    } else {
         std::cerr << translation.text;
+    }
     return translation.code;
 }
 
@@ -40,11 +40,21 @@ ExitCode run_safely(int argc, char **argv) {
     }
 }
 
+/* What goes wrong with a stream is seen where it is read or written. */
+void prepare_streams() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // One that is closed stays unusable, instead of becoming the next file that is opened.
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 }  // namespace
 
 }  // namespace mtranslate
 
 int main(int argc, char **argv) {
-    std::signal(SIGPIPE, SIG_IGN);  // a reader that leaves early is seen where the text is written
+    mtranslate::prepare_streams();
     return static_cast<int>(mtranslate::run_safely(argc, argv));
 }

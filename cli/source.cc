@@ -1,34 +1,54 @@
 /* Finding out what the source is. */
 #include "cli/source.h"
 
-#include <filesystem>
-#include <utility>
+#include <unistd.h>
 
 namespace mtranslate {
 
 namespace {
 
-/* Standard input, a pipe or a device: spooled, as the library opens its source by name. It has no
+struct stat status_of(int descriptor, const std::string &name) {
+    struct stat status;
+    if (fstat(descriptor, &status) != 0) fail("cannot read " + name);
+    return status;
+}
+
+/* Standard input, a pipe or a device: copied, as the library opens its source by name. It has no
  * directory of its own to search, so the current one stands in. */
-void spool(Source &source) {
-    source.spool = std::make_unique<TemporaryFile>(source.text);
-    source.argument = source.spool->path();
+void copy_source(Source &source, int from, const std::string &name) {
+    source.copy = spool(from, name);
+    source.argument = path_of(source.copy);
     if (source.directories.empty()) source.directories = {"."};
 }
 
-Source open_file(const std::string &path, const std::vector<std::string> &directories) {
-    const std::string shown_name = path == "-" ? "<stdin>" : path;
-    Source source{"file", path, shown_name, read_file(path), directories, nullptr};
-    if (path == "-" || !std::filesystem::is_regular_file(path)) spool(source);
-    return source;
+void open_stdin(Source &source) {
+    const struct stat status = status_of(STDIN_FILENO, "standard input");
+    source.shown_name = "<stdin>";
+    source.files = {{source.shown_name, status.st_dev, status.st_ino}};
+    copy_source(source, STDIN_FILENO, "standard input");
+}
+
+void open_file(Source &source, const std::string &path) {
+    const Descriptor file = open_to_read(path);
+    const struct stat status = status_of(file.get(), "'" + path + "'");
+    check_size(status, path);
+    source.shown_name = source.argument = path;
+    source.files = {{path, status.st_dev, status.st_ino}};
+    if (!S_ISREG(status.st_mode)) copy_source(source, file.get(), "'" + path + "'");
 }
 
 }  // namespace
 
 Source open_source(const Options &options) {
-    if (options.file) return open_file(*options.file, options.directories);
-    const std::string &command = options.command.value();
-    return {"command", command, "<command>", command, options.directories, nullptr};
+    const std::string command = options.command.value_or("");
+    Source source{"command", command, "<command>", options.directories, {}, Descriptor()};
+    if (!options.file) return source;
+    source.mode = "file";
+    if (*options.file == "-")
+        open_stdin(source);
+    else
+        open_file(source, *options.file);
+    return source;
 }
 
 }  // namespace mtranslate

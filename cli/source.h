@@ -1,7 +1,6 @@
 /* The source to translate, in the form in which the library takes it. */
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,15 +16,15 @@ struct Source {
     std::string argument;
     /* What messages call the source: the file as the user named it, "<stdin>" or "<command>". */
     std::string shown_name;
-    /* Its bytes, to show the line of an error. */
-    std::string text;
     /* Directories of called functions, first tried first; none: the library's own choice. */
     std::vector<std::string> directories;
-    /* The file that argument names when the user's own can be read only once, else null. */
-    std::unique_ptr<TemporaryFile> spool;
+    /* The user's file; none for a command. */
+    FilesRead files;
+    /* The copy that argument names when the user's own can be read only once. */
+    Descriptor copy;
 };
 
-/* The source that the options name. Throws FileError where it cannot be read. */
+/* The source that the options name. Throws FileError where it, or a directory, cannot be read. */
 Source open_source(const Options &options);
 
 }  // namespace mtranslate

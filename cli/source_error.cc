@@ -88,8 +88,9 @@ std::string describe(const RaisedError &error, const Source &source) {
     const std::string &name = in_called_file ? *error.file : source.shown_name;
     const std::optional<std::string> message = message_in_source(error);
     if (!message) return (error.file ? name : "mtranslate") + ": error: " + error.message + '\n';
-    const std::string text = in_called_file ? read_file(*error.file) : source.text;
-    return describe_place(name, *message, find_place(text, error.offset));
+    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
+    if (!text) return name + ": error: " + *message + '\n';
+    return describe_place(name, *message, find_place(*text, error.offset));
 }
 
 }  // namespace mtranslate

@@ -1,12 +1,15 @@
 /* Running the library and watching for its errors. The only place where the tool looks inside the
- * library: at the position of an error, while the library still stands there. */
+ * library: at the position of an error, while the library still stands there, and at the files that
+ * it opens. */
 #include "cli/translation.h"
 
+#include <utility>
 #include <vector>
 
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
 #include "lexer/position.h"
+#include "lexer/source_files.h"
 #include "run/run_state.h"
 
 namespace mtranslate {
@@ -33,9 +36,32 @@ RaisedError note_error(const std::string &message) {
     return error;
 }
 
+/* The files of the run that is going on. */
+FilesRead *files_read;
+
+/* A device may never end. */
+void note_file(const char *path, const struct stat *status) {
+    if (S_ISCHR(status->st_mode))
+        throw FileError(std::string("cannot read '") + path + "': a device");
+    check_size(*status, path);
+    files_read->push_back({path, status->st_dev, status->st_ino});
+}
+
+/* Has the library note the files that it opens for as long as this lives. */
+class FileWatch {
+public:
+    explicit FileWatch(FilesRead *files) {
+        files_read = files;
+        SourceObserver = note_file;
+    }
+    ~FileWatch() { SourceObserver = nullptr; }
+    FileWatch(const FileWatch &) = delete;
+    FileWatch &operator=(const FileWatch &) = delete;
+};
+
 Translation report(const RaisedError &error, const Source &source) {
     const ExitCode code = message_in_source(error) ? ExitCode::BadSource : ExitCode::Trouble;
-    return {code, describe(error, source)};
+    return {code, describe(error, source), {}};
 }
 
 }  // namespace
@@ -45,8 +71,11 @@ Translation translate(const Source &source, bool without_translator) {
     RaisedError error;
     host.on_error([&error](const std::string &message) { error = note_error(message); });
     const auto options = run_options(host.values(), source, without_translator);
+    FilesRead files = source.files;
+    const FileWatch watch(&files);
     try {
-        return {ExitCode::Done, host.translate(source.mode, source.argument, options).value()};
+        std::string text = host.translate(source.mode, source.argument, options).value();
+        return {ExitCode::Done, std::move(text), std::move(files)};
     } catch (const HostError &) {
         return report(error, source);
     }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -24,7 +25,7 @@ std::string read(const fs::path &path) {
 }
 
 struct Row {
-    const char *command; /* "mtranslate" in it is the tool */
+    const char *command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
     int exit_code;
     std::string output;
     std::string errors;
@@ -33,14 +34,20 @@ struct Row {
 class Tool : public testing::Test {
 protected:
     Tool() {
+        for (const int ending : {SIGHUP, SIGINT}) std::signal(ending, SIG_DFL);  // as at a terminal
         std::string pattern = fs::temp_directory_path() / "tool-test-XXXXXX";
         directory = mkdtemp(pattern.data());
     }
     ~Tool() override { fs::remove_all(directory); }
 
     int run(const std::string &command) const {
-        const std::string function = "mtranslate() { \"" MTRANSLATE_TOOL_FILE "\" \"$@\"; }; ";
-        write(directory / "run", function + command + "\n");
+        const std::string functions =
+            "mtranslate() { \"" MTRANSLATE_TOOL_FILE
+            "\" \"$@\"; }\n"
+            "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
+            "' "
+            "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
+        write(directory / "run", functions + command + "\n");
         const std::string shell = "cd '" + directory.string() + "' && TMPDIR=. sh ./run";
         return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
     }
@@ -63,6 +70,7 @@ TEST_F(Tool, translates) {
     write(directory / "s/f.m", "y = 2\n");
     write(directory / "t/f.m", "z = 3\n");
     write(directory / "f.m", "w = 4\n");
+    fs::create_directory(directory / "u");
     write(directory / "-x.m", "x = 1\n");
     check({
         {"mtranslate -c 'x = a*b'", 0, "x := a . b;\n", ""},
@@ -70,9 +78,9 @@ TEST_F(Tool, translates) {
         {"mtranslate -c ''", 0, "", ""},
         {"mtranslate s/main.m", 0, "y := 2;\nx := f(1);\n", ""},
         {"mtranslate -I t -I s s/main.m", 0, "z := 3;\nx := f(1);\n", ""},
-        {"mtranslate s/main.m -I none -Is", 0, "y := 2;\nx := f(1);\n", ""},
+        {"mtranslate s/main.m -I u -Is", 0, "y := 2;\nx := f(1);\n", ""},
         {"mtranslate --no-translator s/main.m", 0, "x := f(1);\n", ""},
-        {"mtranslate - < s/main.m && ls mtranslate-* 2> /dev/null", 2, "w := 4;\nx := f(1);\n", ""},
+        {"mtranslate - < s/main.m", 0, "w := 4;\nx := f(1);\n", ""},
         {"mkfifo p; cat s/main.m > p & mtranslate p", 0, "w := 4;\nx := f(1);\n", ""},
         {"mtranslate -- -x.m", 0, "x := 1;\n", ""},
         {"mtranslate -o out.txt -- -x.m && cat out.txt", 0, "x := 1;\n", ""},
@@ -118,12 +126,79 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: The following argument was not expected: --wrong" + hint},
         {"mtranslate none.m", 2, "", cannot + "read 'none.m': No such file or directory\n"},
         {"mtranslate .", 2, "", cannot + "read '.': Is a directory\n"},
-        {"mtranslate a.m -o no/out", 2, "", cannot + "write 'no/out': No such file or directory\n"},
-        {"mtranslate a.m -o ./a.m; code=$?; cat a.m; exit $code", 2, "x = 1\n",
-         "mtranslate: error: the output './a.m' is the source itself\n"},
+        {"mtranslate - < .", 2, "", cannot + "read standard input: Is a directory\n"},
+        {"mtranslate - <&-", 2, "", cannot + "read standard input: Bad file descriptor\n"},
+        {"mtranslate /dev/zero", 2, "", cannot + "read '/dev/zero': larger than 256 MiB\n"},
+        {"truncate -s 300M f.m; mtranslate -c 'f(1)' -I.", 2, "",
+         cannot + "read './f.m': larger than 256 MiB\n"},
+        {"ln -s /dev/zero z.m; mtranslate -c 'z(1)' -I.", 2, "",
+         cannot + "read './z.m': a device\n"},
         {"mtranslate a.m > /dev/full", 2, "",
          cannot + "write standard output: No space left on device\n"},
+        {"mtranslate a.m >&-", 2, "", cannot + "write standard output: Bad file descriptor\n"},
         {"{ mtranslate a.m; echo $? >&2; } | true", 0, "", "0\n"},
+    });
+}
+
+TEST_F(Tool, writes_over_no_source) {
+    write(directory / "p/main.m", "x = f(1)\n");
+    write(directory / "p/f.m", "y = 2\n");
+    run("ln -s p/f.m link; ln p/f.m same; cp p/main.m copy");
+    const std::string output = "mtranslate: error: the output ";
+    check({
+        {"mtranslate -o p/f.m p/main.m", 2, "", output + "'p/f.m' is an existing MATLAB file\n"},
+        {"mtranslate -o link -c x", 2, "", output + "'link' is an existing MATLAB file\n"},
+        {"mtranslate -o same p/main.m", 2, "", output + "'same' is the source 'p/f.m' itself\n"},
+        {"mtranslate p/main.m >> same", 2, "",
+         "mtranslate: error: standard output is the source 'p/f.m' itself\n"},
+        {"mtranslate -o p/main.m - < p/main.m", 2, "",
+         output + "'p/main.m' is the source '<stdin>' itself\n"},
+        {"mtranslate -o copy - < copy", 2, "", output + "'copy' is the source '<stdin>' itself\n"},
+        {"cat p/main.m p/f.m copy", 0, "x = f(1)\ny = 2\nx = f(1)\n", ""},
+        {"mtranslate -o new.m -c x && cat new.m", 0, "x;\n", ""},
+    });
+}
+
+TEST_F(Tool, replaces_an_output_by_a_whole_one_or_not_at_all) {
+    std::string large;
+    for (int i = 0; i < 1000; ++i) large += "x = 1\n";
+    write(directory / "large.m", large);
+    write(directory / "d/o", "old\n");
+    const std::string cannot = "mtranslate: error: cannot write ";
+    const std::string too_large = cannot + "'d/o': File too large\n";
+    check({
+        {"chmod 604 d/o; ln -s o d/l; mtranslate -o d/l -c x=1; cat d/o; stat -c '%a %F' d/?", 0,
+         "x := 1;\n777 symbolic link\n604 regular file\n", ""},
+        {"ln -s n d/m; mtranslate -o d/m -c x=1; cat d/n; stat -c %F d/m", 0,
+         "x := 1;\nsymbolic link\n", ""},
+        {"umask 027; mtranslate -o d/p -c x; stat -c %a d/p", 0, "640\n", ""},
+        {"ulimit -f 1; mtranslate -o d/o large.m", 2, "", too_large},
+        {"ulimit -f 1; trouble fchown -o d/o large.m", 2, "", too_large},
+        {"ulimit -f 1; mtranslate -o d/q large.m", 2, "", cannot + "'d/q': File too large\n"},
+        {"trouble fsync -o d/o -c x=2", 2, "", cannot + "'d/o': Input/output error\n"},
+        {"mtranslate -o no/o -c x", 2, "", cannot + "'no/o': No such file or directory\n"},
+        {"ln -s k d/k; mtranslate -o d/k -c x", 2, "",
+         cannot + "'d/k': Too many levels of symbolic links\n"},
+        {"for s in 1 2 15; do SIGNAL=$s trouble - -o d/o -c x=2; echo $?; done 2> err2", 0,
+         "129\n130\n143\n", ""},
+        {"trap '' HUP; SIGNAL=1 trouble - -o d/r -c x=3; cat d/r", 0, "x := 3;\n", ""},
+        {"cat d/o; ls -A d", 0, "x := 1;\nk\nl\nm\nn\no\np\nr\n", ""},
+        {"ls -i d/o > i; trouble fchown -o d/o -c a; cat d/o; ls -i d/o | diff - i", 0, "a;\n", ""},
+        {"trouble rename -o d/o -c bb; cat d/o; ls -i d/o | diff - i; ls -A d | wc -l", 0,
+         "bb;\n7\n", ""},
+    });
+}
+
+TEST_F(Tool, writes_pipes_and_open_files_as_they_come) {
+    const std::string cannot = "mtranslate: error: cannot write ";
+    check({
+        {"mkfifo p; cat p & mtranslate -o p -c x && wait", 0, "x;\n", ""},
+        {"{ echo a; mtranslate -o /dev/stdout -c x; mtranslate -o - -c y; } > out2; cat out2", 0,
+         "a\nx;\ny;\n", ""},
+        {"mtranslate -o /dev/fd/4 -c x 4>> out2; cat out2", 0, "a\nx;\ny;\nx;\n", ""},
+        {"mtranslate -o /dev/null -c x", 0, "", ""},
+        {"mtranslate -o /dev/full -c x", 2, "", cannot + "'/dev/full': No space left on device\n"},
+        {"mtranslate -o . -c x", 2, "", cannot + "'.': Is a directory\n"},
     });
 }
 

@@ -1,0 +1,130 @@
+/* Writing translations so that no file is lost. */
+#include "cli/output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <filesystem>
+
+#include "cli/partial_file.h"
+#include "cli/signals.h"
+
+namespace mtranslate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int MOST_LINKS = 40;  // the system follows no more
+
+/* The descriptor that a path stands for; -1 for any other path. To open such a path would truncate
+ * a file that the shell has opened for appending. */
+int descriptor_named(std::string_view path) {
+    if (path == "-" || path == "/dev/stdout") return STDOUT_FILENO;
+    if (path == "/dev/stderr") return STDERR_FILENO;
+    for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
+        int number = -1;
+        if (path.starts_with(folder) &&
+            std::from_chars(path.data() + folder.size(), path.data() + path.size(), number).ec ==
+                std::errc())
+            return number;
+    }
+    return -1;
+}
+
+/* The name of the file itself, which need not exist, behind the symbolic links that lead to it. */
+fs::path behind_links(fs::path path) {
+    std::error_code none;
+    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, none); ++links)
+        path = path.parent_path() / fs::read_symlink(path, none);
+    return path;
+}
+
+bool is_named_as_source(const fs::path &path) { return path.extension() == ".m"; }
+
+void write_to_disk(int descriptor, std::string_view text, const std::string &name) {
+    write_all(descriptor, text, name);
+    if (fsync(descriptor) != 0) fail("cannot write " + name);
+}
+
+/* Replaces target, old where it exists. False, with errno, where the place allows no new file or
+ * not one of the same owner. */
+bool replace(const fs::path &target, const struct stat *old, std::string_view text,
+             const std::string &name) {
+    PartialFile file(target.has_parent_path() ? target.parent_path() : ".");
+    if (file.descriptor() < 0) return false;
+    if (old && !file.take_owner_and_mode(*old)) return false;
+    write_to_disk(file.descriptor(), text, name);
+    return file.move_to(target);
+}
+
+/* Writes over a file that cannot be replaced. The room is found first, so that a full disk leaves
+ * the file as it is. */
+void overwrite(const fs::path &target, const struct stat &old, std::string_view text,
+               const std::string &name) {
+    const HeldSignals held;
+    const Descriptor file(open(target.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file) fail("cannot write " + name);
+    const auto size = static_cast<off_t>(text.size());
+    errno = size > 0 ? posix_fallocate(file.get(), 0, size) : 0;
+    if (errno != 0) {
+        const int reason = errno;
+        if (ftruncate(file.get(), old.st_size) == 0) errno = reason;
+        fail("cannot write " + name);
+    }
+    write_all(file.get(), text, name);
+    if (ftruncate(file.get(), size) != 0 || fsync(file.get()) != 0) fail("cannot write " + name);
+}
+
+/* A pipe or a device. */
+void write_directly(const fs::path &target, std::string_view text, const std::string &name) {
+    const Descriptor file(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    if (!file) fail("cannot write " + name);
+    write_all(file.get(), text, name);
+}
+
+void write_file(const fs::path &target, std::string_view text, const std::string &name) {
+    struct stat old;
+    const bool exists = stat(target.c_str(), &old) == 0;
+    if (!exists && errno != ENOENT) fail("cannot write " + name);
+    if (exists && !S_ISREG(old.st_mode)) return write_directly(target, text, name);
+    if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+        fail("cannot write " + name);
+    if (replace(target, exists ? &old : nullptr, text, name)) return;
+    if (!exists) fail("cannot write " + name);
+    overwrite(target, old, text, name);
+}
+
+}  // namespace
+
+Output::Output(const std::optional<std::string> &path)
+    : descriptor_(path ? descriptor_named(*path) : STDOUT_FILENO),
+      path_(path.value_or("-")),
+      name_(path_ == "-" ? "standard output" : "'" + path_ + "'") {}
+
+void Output::refuse_sources(const FilesRead &sources) const {
+    struct stat file;
+    const int missing = descriptor_ >= 0 ? fstat(descriptor_, &file) : stat(path_.c_str(), &file);
+    if (missing != 0 || !S_ISREG(file.st_mode)) return;
+    const auto source = std::find_if(sources.begin(), sources.end(), [&](const FileRead &read) {
+        return read.device == file.st_dev && read.inode == file.st_ino;
+    });
+    const std::string title = (path_ == "-" ? "" : "the output ") + name_;
+    if (source != sources.end())
+        throw FileError(title + " is the source '" + source->path + "' itself");
+    if (is_named_as_source(path_) || is_named_as_source(behind_links(path_)))
+        throw FileError(title + " is an existing MATLAB file");
+}
+
+void Output::write(std::string_view text) const {
+    if (descriptor_ >= 0)
+        write_all(descriptor_, text, name_);
+    else
+        write_file(behind_links(path_), text, name_);
+}
+
+}  // namespace mtranslate

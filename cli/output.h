@@ -1,0 +1,32 @@
+/* Where a translation goes, and where it must not go. */
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/files.h"
+
+namespace mtranslate {
+
+class Output {
+public:
+    /* path names a file, or a descriptor as /dev/stdout does; none, or "-", is standard output. */
+    explicit Output(const std::optional<std::string> &path);
+
+    /* Throws FileError where the output is one of the sources, whatever it is called, or any
+     * existing file *.m. */
+    void refuse_sources(const FilesRead &sources) const;
+
+    /* Writes text, all of it or nothing: a file is replaced when its successor is whole and on the
+     * disk, and keeps its owner and mode; a link stays and what it leads to is replaced. Pipes and
+     * devices are written directly. Throws FileError. */
+    void write(std::string_view text) const;
+
+private:
+    int descriptor_;   /* -1: a file, of path_ */
+    std::string path_; /* as given */
+    std::string name_; /* what messages call it */
+};
+
+}  // namespace mtranslate

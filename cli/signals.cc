@@ -1,0 +1,47 @@
+/* Holding and handling the signals that end the process. */
+#include "cli/signals.h"
+
+#include <array>
+#include <cerrno>
+
+namespace mtranslate {
+
+namespace {
+
+constexpr std::array ENDING_SIGNALS = {SIGHUP, SIGINT, SIGTERM};
+
+void (*last_call)();
+
+void end(int signal) {
+    last_call();
+    raise(signal);  // ends the process when this returns: the handler has been taken back
+}
+
+}  // namespace
+
+HeldSignals::HeldSignals() {
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : ENDING_SIGNALS) sigaddset(&ending, signal);
+    sigprocmask(SIG_BLOCK, &ending, &before_);
+}
+
+HeldSignals::~HeldSignals() {
+    const int reason = errno;
+    sigprocmask(SIG_SETMASK, &before_, nullptr);
+    errno = reason;
+}
+
+void before_ending_signals(void (*last)()) {
+    last_call = last;
+    for (const int signal : ENDING_SIGNALS) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_DFL) continue;
+        action.sa_handler = end;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,37 @@
+/* Preloaded into the tool: the system call that TROUBLE names goes wrong. */
+#include <errno.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+static bool is_troubled(const char *call) {
+    const char *troubled = getenv("TROUBLE");
+    return troubled && strcmp(troubled, call) == 0;
+}
+
+/* The call, or a failure for the reason. */
+template <typename... Arguments>
+static int attempt(const char *call, int reason, long number, Arguments... arguments) {
+    if (!is_troubled(call)) return static_cast<int>(syscall(number, arguments...));
+    errno = reason;
+    return -1;
+}
+
+extern "C" {
+
+int fchown(int file, uid_t owner, gid_t group) {
+    return attempt("fchown", EPERM, SYS_fchown, file, owner, group);
+}
+
+int rename(const char *from, const char *to) {
+    return attempt("rename", EBUSY, SYS_rename, from, to);
+}
+
+/* A signal comes while the file is not yet in its place; SIGNAL is its number. */
+int fsync(int file) {
+    if (const char *number = getenv("SIGNAL")) raise(atoi(number));
+    return attempt("fsync", EIO, SYS_fsync, file);
+}
+}
