@@ -3,9 +3,22 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace mtranslate {
 
 namespace {
+
+/* A mistyped directory would leave its functions untranslated without a word. */
+void check_directories(const std::vector<std::string> &directories) {
+    for (const std::string &directory : directories) {
+        struct stat status;
+        const bool exists = stat(directory.c_str(), &status) == 0;
+        if (exists && S_ISDIR(status.st_mode)) continue;
+        if (exists) errno = ENOTDIR;
+        fail("cannot search '" + directory + "'");
+    }
+}
 
 struct stat status_of(int descriptor, const std::string &name) {
     struct stat status;
@@ -40,6 +53,7 @@ void open_file(Source &source, const std::string &path) {
 }  // namespace
 
 Source open_source(const Options &options) {
+    check_directories(options.directories);
     const std::string command = options.command.value_or("");
     Source source{"command", command, "<command>", options.directories, {}, Descriptor()};
     if (!options.file) return source;

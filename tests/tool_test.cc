@@ -133,6 +133,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          cannot + "read './f.m': larger than 256 MiB\n"},
         {"ln -s /dev/zero z.m; mtranslate -c 'z(1)' -I.", 2, "",
          cannot + "read './z.m': a device\n"},
+        {"mtranslate -I none a.m", 2, "", cannot + "search 'none': No such file or directory\n"},
+        {"mtranslate -I a.m a.m", 2, "", cannot + "search 'a.m': Not a directory\n"},
         {"mtranslate a.m > /dev/full", 2, "",
          cannot + "write standard output: No space left on device\n"},
         {"mtranslate a.m >&-", 2, "", cannot + "write standard output: Bad file descriptor\n"},
