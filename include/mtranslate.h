@@ -19,6 +19,13 @@
 #define MTRANSLATE_API
 #endif
 
+/* The library's own references to its variables stay inside, whatever a program calls its own. */
+#if defined(__GNUC__) && defined(MTRANSLATE_BUILD)
+#define MTRANSLATE_VARIABLE __attribute__((visibility("protected")))
+#else
+#define MTRANSLATE_VARIABLE MTRANSLATE_API
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -85,31 +92,33 @@ MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue arg
  * held. */
 MTRANSLATE_API void mTranslateRelease(void);
 
-/* State that a host may read during a run, in the operations that the library calls. The records
- * behind LastComment and InputSequence are the library's own, and gone when the run has ended. */
+/* State that a host may read during a run, in the operations that the library calls: by dlsym, or
+ * in code compiled with -fPIC (without it a program would read a copy of its own, and is not
+ * linked). The records behind LastComment and InputSequence are the library's own, and gone when
+ * the run has ended. */
 struct vExpr;
 struct mStat;
 union SemanticValue;
 
 /* Innermost open bracket: 0, 40 "(", 123 "{", 91 "[" or 259 (the targets of an assignment). */
-extern MTRANSLATE_API int BracketDelimiter;
+extern MTRANSLATE_VARIABLE int BracketDelimiter;
 /* The comment list completed last, or null. */
-extern MTRANSLATE_API struct vExpr *LastComment;
+extern MTRANSLATE_VARIABLE struct vExpr *LastComment;
 /* Statements of the source parsed last: its script, or the body of its first function; or null. */
-extern MTRANSLATE_API struct mStat *InputSequence;
+extern MTRANSLATE_VARIABLE struct mStat *InputSequence;
 /* Look-ahead token: -2 none, 0 end of the input, else the token's number. */
-extern MTRANSLATE_API int yychar;
+extern MTRANSLATE_VARIABLE int yychar;
 /* Value of the look-ahead token: three words. */
-extern MTRANSLATE_API union SemanticValue yylval;
+extern MTRANSLATE_VARIABLE union SemanticValue yylval;
 /* Syntax errors of the current parse. */
-extern MTRANSLATE_API int yynerrs;
+extern MTRANSLATE_VARIABLE int yynerrs;
 /* Number of the current source line, from 1. */
-extern MTRANSLATE_API unsigned int SourceLine;
+extern MTRANSLATE_VARIABLE unsigned int SourceLine;
 /* Characters consumed on the current line. */
-extern MTRANSLATE_API int SourcePos;
+extern MTRANSLATE_VARIABLE int SourcePos;
 /* The current line's text behind the line ends before it, and the same for the line before. */
-extern MTRANSLATE_API const char *SourceText;
-extern MTRANSLATE_API const char *PrevLine;
+extern MTRANSLATE_VARIABLE const char *SourceText;
+extern MTRANSLATE_VARIABLE const char *PrevLine;
 
 #ifdef __cplusplus
 }
