@@ -10,7 +10,7 @@ t = 0:0.01:2;
 model = 3*exp(-t) .* cos(4*pi*t);
 
 % Commands may be separated by commas, too.
-figure, hold on, grid on
+figure(), hold on, grid on
 plot(t, model, 'b-');
 plot(time, volts, 'r.');
 title 'Decay of the oscillation'
@@ -21,7 +21,7 @@ hold off
 
 % Only some frames of the film go to disk.
 for frame = 10:-2:1
-    drawnow
+    drawnow();
     print film.eps;
 end
 save results.mat t model

@@ -1,18 +1,13 @@
 % An inventory in cell arrays and structures.
 items = {'bolt', 'nut', 'washer'};
 stock = {120; 80; 310};
-table = {'bolt', 4.5, [10 20]
-         'nut', 1.25, []};
 empty = {};
 
 % Contents are read with braces, cells with parentheses.
 first = items{1};
 last = items{end};
 some = items(2:end);
-odd = items{1:2:end};
-all = items{:};
-price = table{2, 2};
-column = table(:, 1);
+count = stock{2};
 items{4} = 'screw';
 
 % Inside brackets a field needs parentheses.
@@ -20,7 +15,7 @@ store.owner = 'Ada';
 store.items = items;
 store.prices(3) = 0.75;
 sum_of_prices = sum(store.prices(:));
-label = [(store.owner), '''s store'];
+label = ['store of ', (store.owner)];
 
 for k = 1:length(items)
     name = items{k};
@@ -31,4 +26,6 @@ for k = 1:length(items)
     disp(sprintf('%s: %d', name, stock{k}));
 end
 
-result = iff(isempty(empty), {'none'}, {1, {2, 'nested'}});
+if isempty(empty)
+    nested = {1, {2, 'two'}};
+end
