@@ -87,9 +87,9 @@ typedef struct HostKernelTable {
  * is null, or for an error in the source what could be translated besides it. */
 MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue args);
 
-/* Releases what an abandoned run (one that RaiseError left) still holds. A host that unloads the
- * library calls it last; otherwise the next run does the same. Nothing happens when nothing is
- * held. */
+/* Releases what an abandoned run (one that RaiseError left) still holds, as the next run would, and
+ * the memory (1 MB at most) that the library keeps from run to run. A host that unloads the library
+ * calls it last. Nothing happens when nothing is held. */
 MTRANSLATE_API void mTranslateRelease(void);
 
 /* State that a host may read during a run, in the operations that the library calls: by dlsym, or

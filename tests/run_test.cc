@@ -1,9 +1,11 @@
 /* Runs: what the host is asked, which files are translated in which order, what a run leaves, and
  * what becomes of it when the heap is exhausted. */
 #include <sched.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/allocation.h"
 #include "tests/translation.h"
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
@@ -12,6 +14,8 @@ void *__real_malloc(size_t size);
 void *__real_calloc(size_t count, size_t size);
 void *__real_realloc(void *block, size_t size);
 void __real_free(void *block);
+void *__real_mmap(void *at, size_t size, int protection, int flags, int file, off_t offset);
+int __real_munmap(void *region, size_t size);
 }
 
 namespace mtranslate {
@@ -24,6 +28,8 @@ struct Heap {
     long next_fail = 0;    /* allocations up to the one that fails; 0 for none */
     bool for_good = false; /* whether those behind it fail too */
     bool has_failed = false;
+    int regions = 0; /* mapped and not unmapped */
+    bool has_no_regions = false;
 
     bool fails() {
         if (next_fail != 1) {
@@ -64,6 +70,17 @@ void *__wrap_realloc(void *block, size_t size) {
 void __wrap_free(void *block) {
     if (block) heap.live--;
     __real_free(block);
+}
+
+void *__wrap_mmap(void *at, size_t size, int protection, int flags, int file, off_t offset) {
+    if (heap.has_no_regions) return MAP_FAILED;
+    heap.regions++;
+    return __real_mmap(at, size, protection, flags, file, offset);
+}
+
+int __wrap_munmap(void *region, size_t size) {
+    heap.regions--;
+    return __real_munmap(region, size);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -251,7 +268,20 @@ void run_failing(ErrorExit exit, const std::string &main, long n, bool for_good)
         << error;
 }
 
+/* Whether kept parts share blocks, as long as it lives. */
+class Sharing {
+public:
+    explicit Sharing(bool shares) { PartsShareBlocks = shares; }
+    ~Sharing() { PartsShareBlocks = before_; }
+    Sharing(const Sharing &) = delete;
+    Sharing &operator=(const Sharing &) = delete;
+
+private:
+    const bool before_ = PartsShareBlocks;
+};
+
 TEST_F(EveryRoad, survives_every_failing_allocation) {
+    const Sharing none(false);
     const auto expected = run_leaving(ErrorExit::Throw, "file", main()).result;
     for (const ErrorExit exit : EVERY_EXIT) {
         long n = 1;
@@ -264,6 +294,25 @@ TEST_F(EveryRoad, survives_every_failing_allocation) {
             }
         }
         EXPECT_GT(n, 300);  // so many that all of the program was reached
+    }
+}
+
+TEST_F(EveryRoad, keeps_a_region_from_run_to_run) {
+    std::optional<std::string> first;
+    for (const bool shares : {true, false}) {
+        const Sharing sharing(shares);
+        for (const bool has_none : {false, true}) {
+            mTranslateRelease();
+            EXPECT_EQ(heap.regions, 0);
+            heap.has_no_regions = has_none;
+            for (int i = 0; i < 2; i++) {
+                const auto text = run_leaving(ErrorExit::Throw, "file", main()).result;
+                if (!first) first = text;
+                EXPECT_EQ(text, first);
+                EXPECT_EQ(heap.regions, shares && !has_none ? 1 : 0);
+            }
+        }
+        heap.has_no_regions = false;
     }
 }
 

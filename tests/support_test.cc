@@ -137,18 +137,23 @@ TEST(StringHash, tells_texts_of_one_hash_apart) {
     StringHashDestroy(nullptr);
 }
 
-/* The tables of a run, without a run. */
+/* The tables of a run, without a run; every kept part is a block. */
 class Tracked : public testing::Test {
 protected:
     void SetUp() override {
+        PartsShareBlocks = false;
         begin_run();
         before_ = entries(AllocationTable).size();
     }
-    void TearDown() override { release_run(); }
+    void TearDown() override {
+        release_run();
+        PartsShareBlocks = shares_;
+    }
     size_t blocks() const { return entries(AllocationTable).size() - before_; }
 
 private:
     size_t before_ = 0;
+    const bool shares_ = PartsShareBlocks;
 };
 
 TEST_F(Tracked, blocks_are_listed_once) {

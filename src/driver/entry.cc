@@ -10,6 +10,7 @@
 #include "run/last_error.h"
 #include "run/run_end.h"
 #include "run/run_state.h"
+#include "support/allocation.h"
 
 namespace {
 
@@ -61,4 +62,7 @@ HostValue mTranslate(const HostKernelTable *kernel, HostValue args) {
     return result;
 }
 
-void mTranslateRelease() { release_run(); }
+void mTranslateRelease() {
+    release_run();
+    ReleaseRegion();
+}

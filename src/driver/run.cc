@@ -50,4 +50,7 @@ void release_run() {
 }
 
 // A host that unloads the library, or ends, behind an abandoned run need not release it itself.
-__attribute__((destructor)) static void release_at_unload() { release_run(); }
+__attribute__((destructor)) static void release_at_unload() {
+    release_run();
+    ReleaseRegion();
+}

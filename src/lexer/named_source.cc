@@ -12,7 +12,7 @@
 
 static const char *source_path(const char *directory, const char *name) {
     size_t size = strlen(directory) + strlen(name) + sizeof "/.m";
-    char *path = static_cast<char *>(Alloc(size));
+    char *path = static_cast<char *>(AllocKept(size));
     snprintf(path, size, "%s/%s.m", directory, name);
     return path;
 }

@@ -4,10 +4,19 @@
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
 
 #include "run/run_end.h"
 
 HashTable *AllocationTable;
+
+#if defined(__SANITIZE_ADDRESS__)
+bool PartsShareBlocks = false;
+#elif defined(__has_feature)
+bool PartsShareBlocks = !__has_feature(address_sanitizer);
+#else
+bool PartsShareBlocks = true;
+#endif
 
 namespace {
 
@@ -49,21 +58,39 @@ void remove_entry(void *block) {
     HashRemoveRecent(AllocationTable, key_of(block), nullptr, block, is_same_block);
 }
 
-// The block that kept parts are taken from. A part of more than a quarter of a block gets a block
-// of its own, so that little is lost at a block's end.
-constexpr size_t KEPT_BLOCK = 4000;
-constexpr size_t LARGEST_PART = KEPT_BLOCK / 4;
+// Where the next kept part is taken from.
 char *KeptNext;
 size_t KeptRoom;
 
-// The address sanitizer sees the bounds of blocks only: under it every part is a block.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool SHARES_BLOCKS = false;
-#elif defined(__has_feature)
-constexpr bool SHARES_BLOCKS = !__has_feature(address_sanitizer);
-#else
-constexpr bool SHARES_BLOCKS = true;
-#endif
+// A run mostly needs no more than the region, touches the pages of the run before again and has
+// nothing to give back.
+constexpr size_t REGION_SIZE = 1 << 20;
+char *Region;
+bool HasRegion;  // the run has taken it
+
+// A run that needs more is a large one. A part of more than a quarter of a block gets a block of
+// its own, so that little is lost at a block's end.
+constexpr size_t KEPT_BLOCK = 64000;
+constexpr size_t LARGEST_PART = KEPT_BLOCK / 4;
+
+bool take_region() {
+    if (HasRegion) return false;
+    HasRegion = true;
+    if (!Region) {
+        void *mapped =
+            mmap(nullptr, REGION_SIZE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (mapped == MAP_FAILED) return false;
+        Region = static_cast<char *>(mapped);
+    }
+    KeptNext = Region;
+    KeptRoom = REGION_SIZE;
+    return true;
+}
+
+void take_block() {
+    KeptNext = static_cast<char *>(Alloc(KEPT_BLOCK));
+    KeptRoom = KEPT_BLOCK;
+}
 
 }  // namespace
 
@@ -85,16 +112,27 @@ void *Realloc(void *block, size_t size) {
 }
 
 void *AllocKept(size_t size) {
-    if (!SHARES_BLOCKS || size > LARGEST_PART) return Alloc(size);
+    if (!PartsShareBlocks || size > REGION_SIZE) return Alloc(size);
     size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
-    if (KeptRoom < size) {
-        KeptNext = static_cast<char *>(Alloc(KEPT_BLOCK));
-        KeptRoom = KEPT_BLOCK;
+    while (KeptRoom < size) {
+        if (take_region()) continue;
+        if (size > LARGEST_PART) return Alloc(size);
+        take_block();
     }
     void *part = KeptNext;
     KeptNext += size;
     KeptRoom -= size;
     return part;
+}
+
+void *GrowKept(void *part, size_t size, size_t larger) {
+    void *grown = memcpy(AllocKept(larger), part, size);
+    FreeKept(part);
+    return grown;
+}
+
+void FreeKept(void *part) {
+    if (!PartsShareBlocks) Free(part);
 }
 
 char *KeepText(const char *text, size_t length) {
@@ -116,4 +154,10 @@ void FreeAll() {
     };
     HashForEach(AllocationTable, nullptr, nullptr, release);
     KeptRoom = 0;
+    HasRegion = false;
+}
+
+void ReleaseRegion() {
+    if (Region) munmap(Region, REGION_SIZE);
+    Region = nullptr;
 }

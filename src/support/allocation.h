@@ -23,16 +23,26 @@ void Free(void *block);
 [[nodiscard]] void *Realloc(void *block, size_t size);
 /* A new block with a copy of the text. */
 char *StrDup(const char *text);
-/* Releases every listed block, at the end of a run. The table keeps its stale entries: the caller
- * destroys it next. */
+/* Releases every listed block and forgets every kept part, at the end of a run. The table keeps its
+ * stale entries: the caller destroys it next. */
 void FreeAll();
 
-/* A part of a tracked block, contents not cleared, for what is neither given back nor resized
- * before the run ends. Records and small texts are so many that a block for each would cost more
- * time than the rest of the translation. */
+/* Memory for what is kept until the run ends, contents not cleared. Records and small texts are so
+ * many that a block for each would cost more time than the rest of the translation: they are parts,
+ * first of a region of 1 MB that stays from run to run, then of tracked blocks. */
 void *AllocKept(size_t size);
+/* The contents of a part of size bytes in a larger one; the part is given up. */
+[[nodiscard]] void *GrowKept(void *part, size_t size, size_t larger);
+/* For a part that nobody uses any more. It is lost, unless parts are blocks of their own. */
+void FreeKept(void *part);
 /* A kept copy of length bytes of text, and a NUL. */
 char *KeepText(const char *text, size_t length);
+/* Gives the region back to the system, between two runs. */
+void ReleaseRegion();
+/* Whether parts share blocks. Without it every part is a block of its own: the address sanitizer,
+ * which knows the bounds of blocks only, sees each, and each can be made to fail. */
+extern bool PartsShareBlocks;
+
 /* A new kept record of type T, not cleared. */
 template <typename T>
 T *AllocRecord() {

@@ -1,6 +1,8 @@
 // Calls and indices in parentheses.
 #include "translate/calls.h"
 
+#include <string.h>
+
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "support/string_hash.h"
@@ -12,7 +14,8 @@ mExpr *new_host_call(const char *name, const vExpr *arguments) {
     const char *call = translate_call(name, arguments);
     if (!call) return nullptr;
     mExpr *expr = alloc_mExpr();
-    *expr = {EXPR_CALL, StrDup(note_package(call)), NOT_SCALAR, nullptr};
+    const char *text = note_package(call);
+    *expr = {EXPR_CALL, KeepText(text, strlen(text)), NOT_SCALAR, nullptr};
     return expr;
 }
 

@@ -21,7 +21,7 @@ mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text) {
 }
 
 vExpr *alloc_vExpr(mExpr *item) {
-    vExpr *cell = static_cast<vExpr *>(Alloc(sizeof(vExpr)));
+    vExpr *cell = AllocRecord<vExpr>();
     *cell = {item, nullptr, nullptr};
     return cell;
 }
@@ -37,7 +37,7 @@ vExpr *prepend_vExpr(mExpr *item, vExpr *list) {
 void free_vExpr(vExpr *list) {
     while (list) {
         vExpr *next = list->next;
-        Free(list);
+        FreeKept(list);
         list = next;
     }
 }
@@ -77,7 +77,7 @@ static const char *name_text(const char *name) {
         StringHashInsert(CalledNames, name, const_cast<char *>(name));
     }
     const char *translation = translate_name(name);
-    return translation ? StrDup(translation) : name;
+    return translation ? KeepText(translation, strlen(translation)) : name;
 }
 
 mExpr *new_node(int kind, const char *text) {

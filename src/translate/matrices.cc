@@ -15,7 +15,7 @@ Container *alloc_container(int32_t capacity) {
     Container *container = AllocRecord<Container>();
     if (capacity < MINIMUM_CAPACITY) capacity = MINIMUM_CAPACITY;
     size_t size = static_cast<size_t>(capacity) * sizeof(void *);
-    *container = {0, capacity, static_cast<Item>(Alloc(size))};
+    *container = {0, capacity, static_cast<Item>(AllocKept(size))};
     return container;
 }
 
@@ -23,9 +23,9 @@ template <typename Container, typename Item>
 Container *append(Container *container, Item *item) {
     assert(container->count <= container->capacity);
     if (container->count == container->capacity) {
-        container->capacity *= 2;
         size_t size = static_cast<size_t>(container->capacity) * sizeof(Item *);
-        container->items = static_cast<Item **>(Realloc(container->items, size));
+        container->items = static_cast<Item **>(GrowKept(container->items, size, 2 * size));
+        container->capacity *= 2;
     }
     container->items[container->count++] = item;
     return container;
