@@ -33,7 +33,7 @@ void proc_header(const char *name, const vExpr *outputs, const vExpr *params) {
     note_variables(outputs);
     if (outputs) write_output("    local ");
     write_list(outputs, nullptr);
-    write_output(";\n");
+    write_output(";\n");  // hosts know the lone one where there are no outputs
 }
 
 void proc_body(mStat *body, const vExpr *trailing) {
@@ -73,7 +73,7 @@ void proc_return(const vExpr *outputs, int level) {
     if (outputs->next) {
         write_return_branches(outputs, level);
     } else {
-        write_output("    ");
+        write_output("    ");  // hosts know these four blanks more, at every level
         write_return_of(outputs, nullptr);
     }
 }
@@ -83,7 +83,7 @@ void declare_proc(mProc *proc, const vExpr *trailing) {
     CurrentProc = proc;
     proc_header(proc->name, proc->outputs, proc->params);
     proc_body(proc->body, trailing);
-    write_indent(1);
+    write_indent(1);  // without outputs this stands before end proc, and hosts know it there
     proc_return(proc->outputs, 1);
     write_output("end proc;\n\n");
     StringHashInsert(DefinedNames, proc->name, const_cast<char *>(proc->name));

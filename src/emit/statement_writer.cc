@@ -51,6 +51,7 @@ static void write_counted_head(const mFor *record) {
     if (!range->stop) report_open_range(record);
     write_output(
         {"for ", record->variable->text, " from ", range->start->text, " to ", upper_bound(range)});
+    // Hosts know the second blank before do.
     if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});
 }
 
@@ -132,7 +133,7 @@ static void write_statement(const mStat *stat, int level) {
 void display_statement(mStat *first, int level) {
     for (const mStat *stat = first; stat; stat = stat->next) {
         write_comments(stat->comments, level);
-        write_indent(level);
+        write_indent(level);  // of a global this is all, and hosts know what follows so far in
         write_statement(stat, level);
     }
 }
