@@ -6,6 +6,7 @@
 
 #include <bit>
 
+#include "support/allocation.h"
 #include "support/heap.h"
 
 namespace {
@@ -15,6 +16,8 @@ namespace {
 constexpr int32_t FIRST_CAPACITY = 256;
 constexpr int32_t FIRST_ROOM = 4;
 constexpr int32_t ROOM_FACTOR = 4;
+// Bytes for buckets and key copies in a table's own block: those of a dozen names.
+constexpr size_t OWN_STORAGE = 2000;
 
 size_t index_of(const HashTable *table, int32_t key) {
     assert(table->bucket_count > 0);
@@ -38,22 +41,26 @@ HashBucket *bucket_of(const HashTable *table, int32_t key) {
 }
 
 // The bucket, or a new one for null, with room for more. Null when the heap is exhausted.
-HashBucket *grow(HashBucket *bucket) {
+HashBucket *grow(HashTable *table, HashBucket *bucket) {
     int32_t count = bucket ? bucket->count : 0;
     int32_t capacity = bucket ? bucket->capacity : FIRST_CAPACITY;
     int32_t room = bucket ? bucket->room * ROOM_FACTOR : FIRST_ROOM;
     if (count == capacity) capacity *= 2;
     if (room > capacity) room = capacity;
     size_t size = sizeof(HashBucket) + static_cast<size_t>(room) * sizeof(HashEntry);
-    bucket = static_cast<HashBucket *>(HeapResize(bucket, size));
-    if (bucket) *bucket = {reinterpret_cast<HashEntry *>(bucket + 1), capacity, count, room};
-    return bucket;
+    HashBucket *grown = static_cast<HashBucket *>(HashAlloc(table, size));
+    if (!grown) return nullptr;
+    *grown = {reinterpret_cast<HashEntry *>(grown + 1), capacity, count, room};
+    if (bucket)
+        memcpy(grown->entries, bucket->entries, static_cast<size_t>(count) * sizeof(HashEntry));
+    HashFree(table, bucket);
+    return grown;
 }
 
 HashBucket *bucket_with_room(HashTable *table, size_t index) {
     HashBucket *bucket = is_used(table, index) ? table->buckets[index] : nullptr;
     if (bucket && bucket->count < bucket->room) return bucket;
-    bucket = grow(bucket);
+    bucket = grow(table, bucket);
     if (!bucket) return nullptr;
     table->buckets[index] = bucket;
     table->used[index / WORD_BITS] |= uint64_t(1) << index % WORD_BITS;
@@ -83,15 +90,32 @@ HashEntry *find_last(const HashBucket *bucket, int32_t key, const void *probe,
 
 }  // namespace
 
+void *HashAlloc(HashTable *table, size_t size) {
+    size = (size + alignof(HashEntry) - 1) / alignof(HashEntry) * alignof(HashEntry);
+    if (size > static_cast<size_t>(table->end - table->next)) return HeapAlloc(size);
+    table->next += size;
+    return table->next - size;
+}
+
+void HashFree(const HashTable *table, void *storage) {
+    const char *at = static_cast<const char *>(storage);
+    bool is_own = at > reinterpret_cast<const char *>(table) && at < table->end;
+    if (!is_own) HeapFree(storage);
+}
+
 // The table's arrays lie behind it in one block.
 HashTable *HashCreate(int32_t bucket_count) {
     size_t count = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
     size_t bits = words_of(bucket_count) * sizeof(uint64_t);
-    void *block = HeapAlloc(sizeof(HashTable) + bits + count * sizeof(HashBucket *));
+    size_t own = PartsShareBlocks ? OWN_STORAGE : 0;
+    size_t size = sizeof(HashTable) + bits + count * sizeof(HashBucket *) + own;
+    void *block = HeapAlloc(size);
     if (!block) return nullptr;
     HashTable *table = static_cast<HashTable *>(block);
     table->used = reinterpret_cast<uint64_t *>(table + 1);
     table->buckets = reinterpret_cast<HashBucket **>(table->used + words_of(bucket_count));
+    table->next = reinterpret_cast<char *>(table->buckets + count);
+    table->end = static_cast<char *>(block) + size;
     table->bucket_count = bucket_count;
     table->reciprocal = count > 0 ? UINT64_MAX / count + 1 : 0;
     memset(table->used, 0, bits);
@@ -185,6 +209,6 @@ HashTable *HashCopy(const HashTable *table) {
 
 void HashDestroy(HashTable *table) {
     if (!table) return;
-    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) HeapFree(table->buckets[b]);
+    for (int32_t b = -1; (b = HashNextUsed(table, b + 1)) >= 0;) HashFree(table, table->buckets[b]);
     HeapFree(table);
 }

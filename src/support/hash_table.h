@@ -6,6 +6,7 @@
  * order of the bucket. Values belong to the caller. The table's storage comes from HeapAlloc. */
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 /* One pointer-sized word of the caller's. */
@@ -24,12 +25,15 @@ struct HashBucket {
 };
 
 /* Making, visiting and releasing a table costs what it holds, not how many buckets it has: an array
- * of bits tells which buckets have been inserted into, and only those are looked at. */
+ * of bits tells which buckets have been inserted into, and only those are looked at. The first
+ * buckets and key copies lie behind the table in its own block. */
 struct HashTable {
     HashBucket **buckets; /* not set where a bucket has no bit */
     uint64_t *used;       /* bit b % 64 of word b / 64 for bucket b */
     int32_t bucket_count; /* fixed at creation */
     uint64_t reciprocal;  /* 2^64 / bucket_count, rounded up: finds a bucket without a division */
+    char *next;           /* free bytes of the block */
+    char *end;            /* of the block */
 };
 
 /* Nonzero when the stored value matches the probe. */
@@ -42,6 +46,10 @@ typedef int (*HashPairVisit)(int32_t key, HashValue value, void *datum);
 
 /* A table of empty buckets; null when the heap is exhausted. */
 HashTable *HashCreate(int32_t bucket_count);
+/* Storage for what belongs to a table; null when the heap is exhausted. */
+void *HashAlloc(HashTable *table, size_t size);
+/* Gives storage back before the table is destroyed. */
+void HashFree(const HashTable *table, void *storage);
 /* The first bucket from index on that has been inserted into, or -1. */
 int32_t HashNextUsed(const HashTable *table, int32_t index);
 /* Appends the entry to the key's bucket. 1; 0, with the table unchanged, when the heap is

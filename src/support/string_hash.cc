@@ -4,7 +4,6 @@
 #include <string.h>
 
 #include "run/run_end.h"
-#include "support/heap.h"
 
 namespace {
 
@@ -17,9 +16,9 @@ int has_text(HashValue stored, const void *probe) {
     return strcmp(static_cast<StringPair *>(stored)->text, static_cast<const char *>(probe)) == 0;
 }
 
-StringPair *new_pair(const char *text, HashValue value) {
+StringPair *new_pair(HashTable *table, const char *text, HashValue value) {
     size_t size = strlen(text) + 1;
-    StringPair *pair = static_cast<StringPair *>(HeapAlloc(sizeof(StringPair) + size));
+    StringPair *pair = static_cast<StringPair *>(HashAlloc(table, sizeof(StringPair) + size));
     if (!pair) end_run("memory exhausted");
     pair->text = reinterpret_cast<char *>(pair + 1);
     pair->value = value;
@@ -56,9 +55,9 @@ int32_t string_hash(const char *text) {
 }
 
 int StringHashInsert(HashTable *table, const char *text, HashValue value) {
-    StringPair *pair = new_pair(text, value);
+    StringPair *pair = new_pair(table, text, value);
     if (!HashInsert(table, string_hash(text), pair)) {
-        HeapFree(pair);
+        HashFree(table, pair);
         end_run("memory exhausted");
     }
     return 1;
@@ -81,7 +80,7 @@ int StringHashUpdate(HashTable *table, const char *text, HashValue new_value) {
 int StringHashRemove(HashTable *table, const char *text) {
     HashValue pair;
     if (!HashRemove(table, string_hash(text), &pair, text, has_text)) return 0;
-    HeapFree(pair);
+    HashFree(table, pair);
     return 1;
 }
 
@@ -94,14 +93,14 @@ int StringHashForEachPair(const HashTable *table, void *datum, StringHashVisit v
     return StringHashForEach(table, datum, visit);
 }
 
-int freeStringCallback(HashValue pair, void *, void *) {
-    HeapFree(pair);
+int freeStringCallback(HashValue pair, void *table, void *) {
+    HashFree(static_cast<HashTable *>(table), pair);
     return 1;
 }
 
 void StringHashDestroy(HashTable *table) {
     if (!table) return;
-    HashForEach(table, nullptr, nullptr, freeStringCallback);
+    HashForEach(table, table, nullptr, freeStringCallback);
     HashDestroy(table);
 }
 

@@ -20,7 +20,8 @@ int StringHashRemove(HashTable *table, const char *text);
 /* Visit every pair in the order of HashForEach. 1 when complete, 0 when a visit stopped. */
 int StringHashForEach(const HashTable *table, void *datum, StringHashVisit visit);
 int StringHashForEachPair(const HashTable *table, void *datum, StringHashVisit visit);
-/* Visitor of StringHashDestroy: releases one pair with its key copy; 1. */
+/* Visitor of StringHashDestroy, which hands the table on: releases one pair with its key copy; 1.
+ */
 int freeStringCallback(HashValue pair, void *datum_a, void *datum_b);
 /* Releases the pairs, then the table; never the values. Nothing for null. */
 void StringHashDestroy(HashTable *table);
