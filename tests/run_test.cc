@@ -193,9 +193,9 @@ main => f()\n@g   f => function own   1/f => function f1   2/f => function f2   
 [[noreturn]] void translate_in_root(const SourceFiles &files) {
     const bool allowed = chroot(files.path("").c_str()) == 0 ||
                          (unshare(CLONE_NEWUSER) == 0 && chroot(files.path("").c_str()) == 0);
-    if (!allowed || chdir("/work") != 0) exit(2);
+    if (!allowed || chdir("/work") != 0) _exit(2);
     const Outcome outcome = run_leaving(ErrorExit::Throw, "file", "/main.m");
-    exit(outcome.result == "beside := 1;\nf();\n" ? 0 : 1);
+    _exit(outcome.result == "beside := 1;\nf();\n" ? 0 : 1);
 }
 
 TEST(Resolution, looks_beside_a_file_in_the_root_in_the_working_directory) {
