@@ -6,6 +6,7 @@
 #include <exception>
 #include <iostream>
 
+#include "cli/excerpt.h"
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/source.h"
@@ -35,7 +36,7 @@ ExitCode run_safely(int argc, char **argv) {
         if (const auto *code = std::get_if<ExitCode>(&arguments)) return *code;
         return run(std::get<Options>(arguments));
     } catch (const std::exception &error) {
-        std::cerr << "mtranslate: error: " << error.what() << '\n';
+        std::cerr << "mtranslate: error: " << printable(error.what()) << '\n';
         return ExitCode::Trouble;
     }
 }

@@ -6,6 +6,8 @@
 
 #include <mtranslate.h>
 
+#include "cli/excerpt.h"
+
 namespace mtranslate {
 
 namespace {
@@ -50,7 +52,7 @@ void add_options(CLI::App &app, Options &options) {
 }
 
 ExitCode refuse(const std::string &message) {
-    std::cerr << "mtranslate: error: " << message << "\nTry 'mtranslate --help'.\n";
+    std::cerr << "mtranslate: error: " << printable(message) << "\nTry 'mtranslate --help'.\n";
     return ExitCode::Trouble;
 }
 

@@ -9,6 +9,8 @@
 #include <sstream>
 #include <string>
 
+#include "cli/excerpt.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -22,6 +24,12 @@ std::string read(const fs::path &path) {
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
+}
+
+std::string repeated(const std::string &text, int count) {
+    std::string all;
+    while (count-- > 0) all += text;
+    return all;
 }
 
 struct Row {
@@ -114,6 +122,26 @@ TEST_F(Tool, shows_the_place_of_an_error) {
     });
 }
 
+TEST(Excerpt, marks_a_range) {
+    const struct {
+        std::string line;
+        std::size_t begin, end;
+        std::string expected;
+    } rows[] = {
+        {"x = [1, 2", 4, 9, "x = [1, 2\n    ^~~~~\n"},
+        {"a\tb\x01"
+         "c",
+         1, 4, "a\tb\\x01c\n ^~~~~~~~~~~~\n"},
+        {"\xC3\xA4\xC3\xB6 = 1", 0, 4, "\xC3\xA4\xC3\xB6 = 1\n^~\n"},
+        {"x = 1", 5, 5, "x = 1\n     ^\n"},
+        {"", 0, 0, "\n^\n"},
+        {"x" + repeated("y", 200), 0, 201,
+         "x" + repeated("y", 116) + "...\n^" + repeated("~", 116) + "\n"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(mtranslate::excerpt(row.line, row.begin, row.end), row.expected);
+}
+
 TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
     write(directory / "a.m", "x = 1\n");
     const std::string hint = "\nTry 'mtranslate --help'.\n";
@@ -125,6 +153,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
         {"mtranslate --wrong a.m", 2, "",
          "mtranslate: error: The following argument was not expected: --wrong" + hint},
         {"mtranslate none.m", 2, "", cannot + "read 'none.m': No such file or directory\n"},
+        {"mtranslate \"$(printf '\\033[m')\"", 2, "",
+         cannot + "read '\\x1b[m': No such file or directory\n"},
         {"mtranslate .", 2, "", cannot + "read '.': Is a directory\n"},
         {"mtranslate - < .", 2, "", cannot + "read standard input: Is a directory\n"},
         {"mtranslate - <&-", 2, "", cannot + "read standard input: Bad file descriptor\n"},

@@ -1,0 +1,165 @@
+/* From bytes to columns: characters, tabs and escapes. */
+#include "cli/excerpt.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace mtranslate {
+
+namespace {
+
+constexpr std::size_t COLUMNS = 120;
+constexpr std::size_t TAB_STOP = 8;
+constexpr std::size_t ESCAPE_COLUMNS = 4;
+constexpr std::string_view DOTS = "...";
+
+unsigned char byte_at(std::string_view text, std::size_t at) {
+    return static_cast<unsigned char>(text[at]);
+}
+
+bool continues(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+
+/* Bytes of the UTF-8 character that begins with the byte; 1 for a byte that begins none. */
+std::size_t length_by(unsigned char first) {
+    if (first < 0xC2 || first > 0xF4) return 1;
+    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+}
+
+/* False for control characters, overlong forms and surrogates, and for what turns the direction of
+ * writing. */
+bool is_shown(char32_t code, std::size_t length) {
+    if (length == 1) return code >= 0x20 && code < 0x7F;
+    const bool is_overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+    const bool is_surrogate = code >= 0xD800 && code < 0xE000;
+    const bool turns = code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
+                       (code >= 0x2066 && code <= 0x2069) || code == 0xFEFF;
+    return code >= 0xA0 && !is_overlong && !is_surrogate && !turns && code < 0x110000;
+}
+
+/* Bytes of the character at the front of text that can be shown as it is; 0 for none. */
+std::size_t shown_length(std::string_view text) {
+    const unsigned char first = byte_at(text, 0);
+    const std::size_t length = length_by(first);
+    if (length > text.size()) return 0;
+    char32_t code = length == 1 ? first : first & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!continues(byte_at(text, i))) return 0;
+        code = code << 6 | (byte_at(text, i) & 0x3F);
+    }
+    return is_shown(code, length) ? length : 0;
+}
+
+std::string escaped(char c) {
+    constexpr std::string_view DIGITS = "0123456789abcdef";
+    const auto byte = static_cast<unsigned char>(c);
+    return std::string("\\x") + DIGITS[byte >> 4] + DIGITS[byte & 15];
+}
+
+/* One step along a line: the bytes that it takes and the columns that they need. */
+struct Step {
+    std::size_t bytes;
+    std::size_t columns;
+    bool is_escaped;
+};
+
+/* The step from the front of text, which stands in the column (from 0). */
+Step step(std::string_view text, std::size_t column) {
+    if (text[0] == '\t') return {1, TAB_STOP - column % TAB_STOP, false};
+    if (const std::size_t length = shown_length(text)) return {length, 1, false};
+    return {1, ESCAPE_COLUMNS, true};
+}
+
+/* Columns of text from a column on; counts no further than the first beyond most. */
+std::size_t count_columns(std::string_view text, std::size_t column, std::size_t most) {
+    const std::size_t first = column;
+    while (!text.empty() && column - first <= most) {
+        const Step next = step(text, column);
+        column += next.columns;
+        text.remove_prefix(next.bytes);
+    }
+    return column - first;
+}
+
+/* Where the character begins that ends before at. */
+std::size_t step_back(std::string_view line, std::size_t at) {
+    for (std::size_t length = std::min<std::size_t>(4, at); length > 1; --length)
+        if (shown_length(line.substr(at - length, length)) == length) return at - length;
+    return at - 1;
+}
+
+/* Where the part of the line to be shown begins, so that the caret at place is inside: half of the
+ * columns lie before it, more where less is behind it. */
+std::size_t first_shown(std::string_view line, std::size_t place) {
+    const std::size_t behind =
+        std::max<std::size_t>(1, count_columns(line.substr(place), 0, COLUMNS / 2));
+    std::size_t room = COLUMNS - std::min(behind, COLUMNS / 2);
+    if (count_columns(line.substr(0, place), 0, room) <= room) return 0;
+    room -= DOTS.size();
+    std::size_t first = place;
+    for (std::size_t before = place; before > 0;) {
+        before = step_back(line, before);
+        const Step widest = step(line.substr(before), 0);
+        if (widest.columns > room) break;
+        room -= widest.columns;
+        first = before;
+    }
+    return first;
+}
+
+/* The two lines while they are drawn. */
+struct Drawing {
+    std::string text;
+    std::string marks;
+    std::size_t column = 0;
+};
+
+/* Draws the front of rest, with mark under its first column and fill under the others. */
+std::size_t draw(Drawing &drawing, std::string_view rest, char mark, char fill) {
+    const Step next = step(rest, drawing.column);
+    const bool is_blank_tab = rest[0] == '\t' && mark == ' ';
+    drawing.text += next.is_escaped ? escaped(rest[0]) : rest.substr(0, next.bytes);
+    drawing.marks += is_blank_tab ? "\t" : mark + std::string(next.columns - 1, fill);
+    drawing.column += next.columns;
+    return next.bytes;
+}
+
+/* Whether what is left of the line has to be cut here. */
+bool is_full(const Drawing &drawing, std::string_view rest) {
+    const std::size_t next = drawing.column + step(rest, drawing.column).columns;
+    if (next + DOTS.size() <= COLUMNS) return false;
+    const std::size_t room = COLUMNS - drawing.column;
+    return count_columns(rest, drawing.column, room) > room;
+}
+
+}  // namespace
+
+std::string excerpt(std::string_view line, std::size_t begin, std::size_t end) {
+    assert(begin <= line.size());
+    std::size_t at = first_shown(line, begin);
+    Drawing drawing;
+    if (at > 0) drawing = {std::string(DOTS), std::string(DOTS.size(), ' '), DOTS.size()};
+    while (at < line.size()) {
+        const std::string_view rest = line.substr(at);
+        if (is_full(drawing, rest)) {
+            drawing.text += DOTS;
+            break;
+        }
+        const char fill = begin <= at && at < end ? '~' : ' ';
+        at += draw(drawing, rest, at == begin ? '^' : fill, fill);
+    }
+    if (begin == line.size()) drawing.marks += '^';
+    drawing.marks.resize(drawing.marks.find_last_not_of(" \t") + 1);
+    return drawing.text + '\n' + drawing.marks + '\n';
+}
+
+std::string printable(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        const std::size_t length = shown_length(text);
+        shown += length > 0 ? std::string(text.substr(0, length)) : escaped(text[0]);
+        text.remove_prefix(std::max<std::size_t>(1, length));
+    }
+    return shown;
+}
+
+}  // namespace mtranslate
