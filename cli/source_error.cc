@@ -1,7 +1,10 @@
-/* From the library's error text and offset to a compiler's message. */
+/* From the library's record of an error to a compiler's message. */
 #include "cli/source_error.h"
 
 #include <algorithm>
+#include <array>
+
+#include "cli/excerpt.h"
 
 namespace mtranslate {
 
@@ -9,31 +12,29 @@ namespace {
 
 constexpr std::string_view LINE_ENDS = "\n\r\f";
 
-bool skip(std::string_view &text, std::string_view prefix) {
-    if (!text.starts_with(prefix)) return false;
-    text.remove_prefix(prefix.size());
-    return true;
-}
+/* What a message leaves open: the causes that have it in common, or the way out. */
+struct Note {
+    std::string_view message; /* the library's text, or its beginning */
+    bool has_place;
+    std::string_view text;
+};
 
-/* Skips "FILE, ", where the library has cut a long name to "..." and its end. */
-bool skip_file_name(std::string_view &text, std::string_view file) {
-    if (skip(text, std::string(file) + ", ")) return true;
-    if (!skip(text, "...")) return false;
-    for (std::size_t end = text.find(", "); end != text.npos; end = text.find(", ", end + 1)) {
-        if (!file.ends_with(text.substr(0, end))) continue;
-        text.remove_prefix(end + 2);
-        return true;
-    }
-    return false;
-}
+constexpr std::array NOTES = {
+    Note{"lexical error.", true, "no token begins here; is a string not closed?"},
+    Note{"memory exhausted", true,
+         "the source is nested too deeply here, or has too many statements in a row"},
+    Note{"memory exhausted", false,
+         "the system gives no more memory, or a text would be longer than 2 GB"},
+    Note{"out of dynamic memory in ", false, "the system gives no more memory"},
+    Note{"scripts are nested too deeply", true, "500 scripts, each called by the one before"},
+    Note{"input in flex scanner failed", true, "the file cannot be read behind this place"},
+};
 
-/* Skips the header up to the message: "on line 7 of f.m, " or "on line 7, ". */
-bool skip_header(std::string_view &text, const std::optional<std::string> &file) {
-    if (!skip(text, "on line ")) return false;
-    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-    text.remove_prefix(digits);
-    if (!file) return skip(text, ", ");
-    return skip(text, " of ") && skip_file_name(text, *file);
+std::string_view note_on(const RaisedError &error) {
+    for (const Note &note : NOTES)
+        if (note.has_place == (error.line > 0) && error.message.starts_with(note.message))
+            return note.text;
+    return "";
 }
 
 /* Where the line behind the one around offset begins; npos behind the last line. A carriage return
@@ -44,21 +45,23 @@ std::size_t next_line(std::string_view text, std::size_t offset) {
     return end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
 }
 
-/* Blanks up to column, as wide as the characters before it: a tab stays a tab, and the bytes that
- * continue a UTF-8 character take no room. */
-std::string caret_line(const Place &place) {
-    std::string line;
-    for (const char c : place.line_text.substr(0, place.column - 1)) {
-        const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-        if (!continues) line += c == '\t' ? '\t' : ' ';
-    }
-    return line + "^\n";
+std::string describe_at(const std::string &place, const RaisedError &error,
+                        const std::string &shown_line) {
+    const std::string_view note = note_on(error);
+    std::string text = place + ": error: " + printable(error.message) + '\n' + shown_line;
+    if (!note.empty()) text.append(place).append(": note: ").append(note).append("\n");
+    return text;
 }
 
-std::string describe_place(const std::string &name, const std::string &message,
-                           const Place &place) {
-    return name + ':' + std::to_string(place.line) + ':' + std::to_string(place.column) +
-           ": error: " + message + '\n' + std::string(place.line_text) + '\n' + caret_line(place);
+/* What the tool calls the file that was being read. */
+std::string name_of_file(const RaisedError &error, const Source &source) {
+    const bool in_called_file = error.file && *error.file != source.argument;
+    return printable(in_called_file ? *error.file : source.shown_name);
+}
+
+std::string describe_without_place(const RaisedError &error, const Source &source) {
+    const bool names_file = error.file && error.message.find(*error.file) == std::string::npos;
+    return describe_at(names_file ? name_of_file(error, source) : "mtranslate", error, "");
 }
 
 }  // namespace
@@ -77,20 +80,19 @@ Place find_place(std::string_view text, std::size_t offset) {
     return {line, std::min(offset - start, line_text.size()) + 1, line_text};
 }
 
-std::optional<std::string> message_in_source(const RaisedError &error) {
-    std::string_view text = error.message;
-    if (!skip_header(text, error.file)) return std::nullopt;
-    return std::string(text.substr(0, text.find('\n')));
+std::string describe(const RaisedError &error, const Source &source) {
+    if (error.line == 0) return describe_without_place(error, source);
+    const std::string name = name_of_file(error, source) + ':';
+    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
+    if (!text) return describe_at(name + std::to_string(error.line), error, "");
+    const Place place = find_place(*text, error.offset);
+    return describe_at(name + std::to_string(place.line) + ':' + std::to_string(place.column),
+                       error, excerpt(place.line_text, place.column - 1, place.column - 1));
 }
 
-std::string describe(const RaisedError &error, const Source &source) {
-    const bool in_called_file = error.file && *error.file != source.argument;
-    const std::string &name = in_called_file ? *error.file : source.shown_name;
-    const std::optional<std::string> message = message_in_source(error);
-    if (!message) return (error.file ? name : "mtranslate") + ": error: " + error.message + '\n';
-    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
-    if (!text) return name + ": error: " + *message + '\n';
-    return describe_place(name, *message, find_place(*text, error.offset));
+ExitCode exit_code_of(const RaisedError &error) {
+    const bool is_unread = error.message == "input in flex scanner failed";
+    return error.line > 0 && !is_unread ? ExitCode::BadSource : ExitCode::Trouble;
 }
 
 }  // namespace mtranslate

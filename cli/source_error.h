@@ -1,8 +1,8 @@
 /* Errors that the library raised, shown in the form of a compiler.
  *
- * The library's own text says "on line N of FILE, MESSAGE" and shows an excerpt, where N may lie
- * behind the place of the error, as it counts the line ends already read. The tool takes the
- * message alone and finds the place by the offset of the token that the parser refused. */
+ * The host's text says "on line N of FILE, MESSAGE" and shows an excerpt, where N may lie behind
+ * the place of the error, as it counts the line ends already read. The tool takes the record of the
+ * error instead, and finds the place by the offset of the token that the parser refused. */
 #pragma once
 
 #include <cstddef>
@@ -10,15 +10,19 @@
 #include <string>
 #include <string_view>
 
+#include "cli/exit_code.h"
 #include "cli/source.h"
 
 namespace mtranslate {
 
 /* An error as it was raised. */
 struct RaisedError {
+    /* Alone, without place and excerpt. */
     std::string message;
     /* The file being read; none in a command, or when no file was being read. */
     std::optional<std::string> file;
+    /* Its line as the host's text counts, from 1; 0 for an error that has no place. */
+    std::size_t line = 0;
     /* Offset in the source being read, in bytes from 0, of the token scanned last. */
     std::size_t offset = 0;
 };
@@ -34,11 +38,11 @@ struct Place {
  * its end: where the input ended too early, that is what the user has to complete. */
 Place find_place(std::string_view text, std::size_t offset);
 
-/* The message alone of an error in a source; none for an error of another kind, which has no
- * line. */
-std::optional<std::string> message_in_source(const RaisedError &error);
-
-/* The lines for the user. source is the one that the run was started with. */
+/* The lines for the user: the message with its place, the line of the source, and a note where the
+ * message alone does not say what to do. source is the one that the run was started with. */
 std::string describe(const RaisedError &error, const Source &source);
+
+/* Whether the source is wrong, or the machine could not read or hold it. */
+ExitCode exit_code_of(const RaisedError &error);
 
 }  // namespace mtranslate

@@ -1,6 +1,5 @@
 /* Running the library and watching for its errors. The only place where the tool looks inside the
- * library: at the position of an error, while the library still stands there, and at the files that
- * it opens. */
+ * library: at its record of an error, and at the files that it opens. */
 #include "cli/translation.h"
 
 #include <utility>
@@ -8,9 +7,8 @@
 
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
-#include "lexer/position.h"
 #include "lexer/source_files.h"
-#include "run/run_state.h"
+#include "run/last_error.h"
 
 namespace mtranslate {
 
@@ -30,9 +28,12 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
     return options;
 }
 
-RaisedError note_error(const std::string &message) {
-    RaisedError error{message, std::nullopt, static_cast<std::size_t>(TokenOffset)};
-    if (InputFileName) error.file = InputFileName;
+/* The library's record of the error that has just been thrown, with its value in the message. */
+RaisedError error_behind(const HostError &thrown) {
+    const bool has_place = LastError.line > 0;
+    RaisedError error{has_place ? LastError.message : thrown.what(), std::nullopt, LastError.line,
+                      static_cast<std::size_t>(LastError.offset)};
+    if (LastError.file) error.file = LastError.file;
     return error;
 }
 
@@ -59,25 +60,19 @@ public:
     FileWatch &operator=(const FileWatch &) = delete;
 };
 
-Translation report(const RaisedError &error, const Source &source) {
-    const ExitCode code = message_in_source(error) ? ExitCode::BadSource : ExitCode::Trouble;
-    return {code, describe(error, source), {}};
-}
-
 }  // namespace
 
 Translation translate(const Source &source, bool without_translator) {
     StandInHost host;
-    RaisedError error;
-    host.on_error([&error](const std::string &message) { error = note_error(message); });
     const auto options = run_options(host.values(), source, without_translator);
     FilesRead files = source.files;
     const FileWatch watch(&files);
     try {
         std::string text = host.translate(source.mode, source.argument, options).value();
         return {ExitCode::Done, std::move(text), std::move(files)};
-    } catch (const HostError &) {
-        return report(error, source);
+    } catch (const HostError &thrown) {
+        const RaisedError error = error_behind(thrown);
+        return {exit_code_of(error), describe(error, source), std::move(files)};
     }
 }
 

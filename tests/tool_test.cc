@@ -102,10 +102,10 @@ TEST_F(Tool, shows_the_place_of_an_error) {
     write(directory / "eof.m", "% first\nif x\ny = 1\n\n\n");
     write(directory / "ff.m", "a = 1;\fb = ;\f");
     write(directory / "lex.m", "'abc\n");
+    write(directory / "deep.m", repeated("(", 6000));
     write(directory / "caller.m", "x = bad(1)\n");
     const std::string bad = ":2:11: error: syntax error\n\tx = '\xC3\xA4' = 2\n\t        ^\n";
-    std::string detour;  // longer than the library's own texts may be
-    for (int i = 0; i < 1100; ++i) detour += "./";
+    const std::string detour = repeated("./", 1100);  // longer than the library's own texts may be
     check({
         {"mtranslate $(printf './%.0s' $(seq 1100))bad.m", 1, "", detour + "bad.m" + bad},
         {"mtranslate -c 'x = = 2'", 1, "", "<command>:1:5: error: syntax error\nx = = 2\n    ^\n"},
@@ -117,9 +117,51 @@ TEST_F(Tool, shows_the_place_of_an_error) {
         {"mtranslate eol.m", 1, "", "eol.m:2:5: error: syntax error\nx = \n    ^\n"},
         {"mtranslate eof.m", 1, "", "eof.m:3:6: error: syntax error\ny = 1\n     ^\n"},
         {"mtranslate ff.m", 1, "", "ff.m:2:5: error: syntax error\nb = ;\n    ^\n"},
-        {"mtranslate lex.m", 1, "", "lex.m:1:1: error: lexical error.\n'abc\n^\n"},
+        {"mtranslate lex.m", 1, "",
+         "lex.m:1:1: error: lexical error.\n'abc\n^\n"
+         "lex.m:1:1: note: no token begins here; is a string not closed?\n"},
+        {"mtranslate deep.m", 1, "",
+         "deep.m:1:4999: error: memory exhausted\n..." + repeated("(", 114) + "...\n" +
+             repeated(" ", 60) +
+             "^\ndeep.m:1:4999: note: the source is nested too deeply here, or "
+             "has too many statements in a row\n"},
+        {"mkfifo g.m; echo 'x = = 2' > g.m & mtranslate -I. -c 'g(1)'", 1, "",
+         "./g.m:1: error: syntax error\n"},
         {"mtranslate -o out.txt bad.m; ls out.txt 2> /dev/null", 2, "", "bad.m" + bad},
     });
+}
+
+TEST_F(Tool, shows_of_a_line_what_fits_and_does_no_harm) {
+    const std::string error = ": error: syntax error\n";
+    const auto letters = [](int count) { return repeated("a", count); };
+    const auto blanks = [](int count) { return repeated(" ", count); };
+    const struct {
+        std::string source;
+        std::string column;
+        std::string shown;
+    } rows[] = {
+        {letters(111) + " = = 1\n", "115", letters(111) + " = = 1\n" + blanks(114) + "^\n"},
+        {letters(115) + " = =", "119", letters(115) + " = =\n" + blanks(118) + "^\n"},
+        {letters(117) + " = =", "121", "..." + letters(113) + " = =\n" + blanks(119) + "^\n"},
+        {letters(200) + " = = 1\n", "204", "..." + letters(111) + " = = 1\n" + blanks(117) + "^\n"},
+        {"x = = " + letters(114), "5", "x = = " + letters(114) + "\n    ^\n"},
+        {"x = = " + letters(115), "5", "x = = " + letters(111) + "...\n    ^\n"},
+        {letters(99) + " = = " + letters(99), "103",
+         "..." + letters(54) + " = = " + letters(55) + "...\n" + blanks(60) + "^\n"},
+        {repeated("\t", 20) + "x = = 1", "25",
+         "..." + repeated("\t", 13) + "x = = 1\n   " + repeated("\t", 13) + "    ^\n"},
+        {"x = '" + repeated("\xC3\xA4", 200) + "' = 1", "408",
+         "..." + repeated("\xC3\xA4", 112) + "' = 1\n" + blanks(117) + "^\n"},
+        {"'\x1B[2J\x7F\xC2\x9B\xE2\x80\xA8\xE4\xED\xA0\x80' \xE2\x82\xAC = = 1", "18",
+         R"('\x1b[2J\x7f\xc2\x9b\xe2\x80\xa8\xe4\xed\xa0\x80' )"
+         "\xE2\x82\xAC = = 1\n" +
+             blanks(50) + "^\n"},
+        {std::string("x = \0 = 1", 9), "5", "x = \\x00 = 1\n    ^\n"},
+    };
+    for (const auto &row : rows) {
+        write(directory / "long.m", row.source);
+        check({{"mtranslate long.m", 1, "", "long.m:1:" + row.column + error + row.shown}});
+    }
 }
 
 TEST(Excerpt, marks_a_range) {
@@ -144,6 +186,7 @@ TEST(Excerpt, marks_a_range) {
 
 TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
     write(directory / "a.m", "x = 1\n");
+    write(directory / "open.m", "a(1)\n%" + repeated("-", 100000));  // not closed at once
     const std::string hint = "\nTry 'mtranslate --help'.\n";
     const std::string cannot = "mtranslate: error: cannot ";
     check({
@@ -163,6 +206,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          cannot + "read './f.m': larger than 256 MiB\n"},
         {"ln -s /dev/zero z.m; mtranslate -c 'z(1)' -I.", 2, "",
          cannot + "read './z.m': a device\n"},
+        {"exec 3>&- 4>&-; ulimit -n 4; mtranslate open.m", 2, "",
+         "mtranslate: error: unable to open ./a.m: Too many open files\n"},
         {"mtranslate -I none a.m", 2, "", cannot + "search 'none': No such file or directory\n"},
         {"mtranslate -I a.m a.m", 2, "", cannot + "search 'a.m': Not a directory\n"},
         {"mtranslate a.m > /dev/full", 2, "",
@@ -192,9 +237,7 @@ TEST_F(Tool, writes_over_no_source) {
 }
 
 TEST_F(Tool, replaces_an_output_by_a_whole_one_or_not_at_all) {
-    std::string large;
-    for (int i = 0; i < 1000; ++i) large += "x = 1\n";
-    write(directory / "large.m", large);
+    write(directory / "large.m", repeated("x = 1\n", 1000));
     write(directory / "d/o", "old\n");
     const std::string cannot = "mtranslate: error: cannot write ";
     const std::string too_large = cannot + "'d/o': File too large\n";
