@@ -134,6 +134,19 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "The text is MATLAB source that exists at run time only.",
      "eval('x = 1;');\n",
      "Write the statements themselves. For names made at run time use fields: s.(name)."},
+    {SCRIPT_CALL_GAP, "MT205", "script-call", SEVERITY_GAP,
+     "the statements of the script '%s' cannot be put here: %s",
+     "The statements of a called script are translated in the place of its call. That has no end "
+     "where scripts call each other in a circle, and grows too much where they call each other "
+     "very often.",
+     nullptr,
+     "Make a function of the script."},
+    {SCRIPT_RETURN_GAP, "MT206", "script-return", SEVERITY_GAP,
+     "return ends a called script, but not what its statements are put into",
+     "The statements of a called script are translated in the place of its call: a return there "
+     "would end the caller.",
+     nullptr,
+     "Make a function of the script, or put what follows the return into an if."},
 
     {FIELD_VALUES, "MT301", "field-values", SEVERITY_NOTE,
      "'%s' is read as the values of the field in all elements",
@@ -183,6 +196,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "The host's language cannot have a field of this name. All its uses in this run are renamed.",
      "s.end = 1;\n",
      "Rename the field where other programs read it, too."},
+    {FOREIGN_FUNCTION, "MT310", "foreign-function", SEVERITY_WARNING,
+     "'%s' is found nowhere, and in the translation calls the function of that name in %s",
+     "In MATLAB a function behind the first one of a file is known in that file alone. In the "
+     "host's language all procedures of a run share their names.",
+     nullptr,
+     "Rename the function in the other file."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere",

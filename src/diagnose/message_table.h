@@ -37,6 +37,8 @@ enum MessageId : uint8_t {
     TARGET_VALUES_GAP,
     DELETION_GAP,
     EVAL_GAP,
+    SCRIPT_CALL_GAP,
+    SCRIPT_RETURN_GAP,
     /* the meaning may differ */
     FIELD_VALUES,
     TEXT_COMPARISON,
@@ -47,6 +49,7 @@ enum MessageId : uint8_t {
     LOAD_VARIABLES,
     UNWIND_PROTECT,
     RENAMED_FIELD,
+    FOREIGN_FUNCTION,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

@@ -66,22 +66,23 @@ size_t caret_size(const Excerpt *excerpt) {
 
 // Formats the header into room characters and a NUL; answers the length that it needs.
 size_t format_header(char *to, size_t room, const char *dots, const char *name,
-                     const char *message) {
+                     const ErrorRecord *error) {
+    const char *message = error->message;
     int length =
-        name ? snprintf(to, room + 1, "on line %u of %s%s, %s\n", SourceLine, dots, name, message)
-             : snprintf(to, room + 1, "on line %u, %s\n", SourceLine, message);
+        name ? snprintf(to, room + 1, "on line %u of %s%s, %s\n", error->line, dots, name, message)
+             : snprintf(to, room + 1, "on line %u, %s\n", error->line, message);
     return static_cast<size_t>(length);
 }
 
 // A header that is too long loses the beginning of the file name, then the end of its message.
-size_t write_header(char *to, size_t room, const char *message) {
-    const char *name = InputFileName;
-    size_t length = format_header(to, room, "", name, message);
+size_t write_header(char *to, size_t room, const ErrorRecord *error) {
+    const char *name = error->file;
+    size_t length = format_header(to, room, "", name, error);
     if (length > room && name) {
         size_t excess = length - room + strlen("...");
         size_t name_length = strlen(name);
         name += excess < name_length ? excess : name_length;
-        length = format_header(to, room, "...", name, message);
+        length = format_header(to, room, "...", name, error);
     }
     if (length <= room) return length;
     to[room - 1] = '\n';
@@ -100,16 +101,27 @@ void write_caret(char *to, long column) {
     memcpy(to + column, "^\n", 3);
 }
 
+// Header and caret always fit: what is too long is cut from the excerpt's end.
+HostValue raise_excerpt(const ErrorRecord *error, const Excerpt *excerpt) {
+    char text[MESSAGE_SIZE];
+    size_t behind_header = strlen(excerpt->ending) + caret_size(excerpt);
+    size_t header = write_header(text, ROOM - behind_header, error);
+    char *at = write_excerpt(text + header, ROOM - header - caret_size(excerpt), excerpt);
+    if (excerpt->caret != NO_CARET) write_caret(at, excerpt->caret);
+    return raise_framed_error(error, text);
+}
+
 }  // namespace
 
-// Header and caret always fit: what is too long is cut from the excerpt's end.
 HostValue yyerror(const char *message) {
-    char text[MESSAGE_SIZE];
     Excerpt excerpt = choose_excerpt();
-    size_t behind_header = strlen(excerpt.ending) + caret_size(&excerpt);
-    size_t header = write_header(text, ROOM - behind_header, message);
-    char *at = write_excerpt(text + header, ROOM - header - caret_size(&excerpt), &excerpt);
-    if (excerpt.caret != NO_CARET) write_caret(at, excerpt.caret);
     ErrorRecord error = {message, InputFileName, SourceLine, TokenOffset};
-    return raise_framed_error(&error, text);
+    return raise_excerpt(&error, &excerpt);
+}
+
+HostValue raise_in_line(const ErrorRecord *error, const char *line, size_t length, size_t column) {
+    bool is_cut = length > LONGEST_EXCERPT;
+    Excerpt excerpt = {line, is_cut ? LONGEST_EXCERPT : length, is_cut ? "...\n" : "\n", NO_CARET};
+    if (column < CARET_COLUMNS) excerpt.caret = static_cast<long>(column);
+    return raise_excerpt(error, &excerpt);
 }
