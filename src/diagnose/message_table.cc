@@ -90,7 +90,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "classdef point\nend\n",
      "Turn the class into functions on structs, and translate those."},
     {SUPERCLASS_CALL, "MT116", "superclass-call", SEVERITY_ERROR,
-     "calls of a superclass (%s@...) are not translated",
+     "calls of a superclass are not translated: %s...",
      "name@superclass(...) calls a method of a superclass. Classes are not translated.",
      "y = f@base(x);\n",
      "Call a function by its name."},

@@ -94,8 +94,11 @@ void begin_messages() {
     Places = nullptr;
 }
 
-void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
-            std::initializer_list<const char *> operands) {
+const char *message_text(MessageId id, std::initializer_list<const char *> operands) {
+    return fill_form(MessageTable[id].form, operands);
+}
+
+void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length, const char *text) {
     if (is_too_much(id, source)) return;
     Message *message = AllocRecord<Message>();
     *message = {};
@@ -103,10 +106,15 @@ void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
     message->source = source;
     message->offset = offset;
     message->length = length;
+    message->text = text;
     if (!enter_place(message)) return;
-    message->text = fill_form(MessageTable[id].form, operands);
     set_place(message, source);
     if (severity_of(id) == SEVERITY_ERROR) source->errors++;
     append(message);
     if (Listener) Listener(message);
+}
+
+void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
+            std::initializer_list<const char *> operands) {
+    report_text(id, source, offset, length, message_text(id, operands));
 }

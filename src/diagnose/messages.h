@@ -36,9 +36,14 @@ extern const Message *FirstFailure;
 /* Forgets the messages of the run before, at the start of a run. */
 void begin_messages();
 
+/* The form of a message with the operands, one for each of its %s, as a kept text. */
+const char *message_text(MessageId id, std::initializer_list<const char *> operands);
+
 /* Reports a message about length bytes at offset. The operands stand for the %s of its form and
  * are copied. The same message at the same place, and errors of a source beyond MOST_ERRORS, are
  * dropped. */
 void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
             std::initializer_list<const char *> operands = {});
+/* The same with a finished text, which is kept until the run ends. */
+void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length, const char *text);
 constexpr int32_t MOST_ERRORS = 20;

@@ -1,0 +1,55 @@
+// Reading a source from its first token to its last.
+#include "syntax/parser.h"
+
+#include "syntax/parser_state.h"
+#include "syntax/spellings.h"
+#include "syntax/statements.h"
+
+ParserState Parsing;
+
+namespace {
+
+void begin_parsing(Source *source, SourceLanguage language, FunctionEnds ends) {
+    begin_errors(source);
+    Parsing = {};
+    Parsing.ends = ends;
+    Parsing.target_depth = -1;
+    Parsing.lone_tilde = NO_TILDE;
+    begin_scan(source, language);
+}
+
+Node *read_source(Source *source, SourceLanguage language, FunctionEnds ends) {
+    FunctionFrame frame;
+    begin_parsing(source, language, ends);
+    begin_frame(&frame, nullptr);
+    Node *file = new_node(NODE_FILE, 0);
+    file->length = source->length;
+    NodeList list;
+    parse_statements(&list);
+    append_all(&list, &Scan.comments);
+    file->first_child = list.first;
+    return file;
+}
+
+// Whether functions have ends of their own, by what the source has been found to hold.
+FunctionEnds counted_ends() {
+    if (Scan.functions == 0 || Parsing.is_script) return Parsing.ends;
+    if (Scan.openers + Scan.functions == Scan.ends) return WITH_ENDS;
+    return Scan.openers == Scan.ends ? WITHOUT_ENDS : Parsing.ends;
+}
+
+}  // namespace
+
+void begin_syntax() {
+    begin_room();
+    begin_spellings();
+    begin_functions();
+}
+
+Node *parse_source(Source *source, SourceLanguage language) {
+    Node *file = read_source(source, language, ENDS_UNKNOWN);
+    FunctionEnds ends = counted_ends();
+    if (ends != Parsing.ends) file = read_source(source, language, ends);
+    report_errors();
+    return file;
+}

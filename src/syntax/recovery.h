@@ -1,0 +1,16 @@
+/* Going on behind an error. */
+#pragma once
+
+#include "syntax/tree.h"
+
+/* Ends the failed state. The current token becomes the one at which statements go on: what ends a
+ * statement or a block, or inside open brackets the first line that begins with a keyword or an
+ * assignment. */
+void recover();
+/* The same, with a NODE_BAD of what stands from start on. Comments that have been collected become
+ * its children. */
+Node *recover_statement(uint32_t start);
+/* Skips a block from its opening keyword, the current token, to behind its end, as a NODE_BAD. */
+Node *skip_block();
+/* Skips the rest of the source. */
+Node *skip_source();

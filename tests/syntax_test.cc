@@ -1,0 +1,206 @@
+/* MATLAB sources as tokens, as trees and as messages. */
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <string>
+
+#include "diagnose/messages.h"
+#include "driver/run.h"
+#include "syntax/parser.h"
+#include "syntax/print_tree.h"
+#include "syntax/scanner.h"
+#include "syntax/syntax_errors.h"
+#include "tests/translation.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* A run around what reads a source, without a host. */
+template <typename Read>
+std::string with_source(const std::string &text, const Read &read) {
+    begin_run();
+    begin_messages();
+    begin_syntax();
+    std::string result =
+        read(new_source(nullptr, text.c_str(), static_cast<uint32_t>(text.size())));
+    release_run();
+    return result;
+}
+
+std::string upper(std::string word) {
+    for (char &c : word) c = static_cast<char>(toupper(c));
+    return word;
+}
+
+std::string source_text(uint32_t start, uint32_t end) {
+    return {Scan.text + start, Scan.text + end};
+}
+
+std::string shown_number() {
+    const std::string digits =
+        std::string(Current.text) + (Current.flags & IS_IMAGINARY ? "i" : "");
+    return Current.type ? Current.type + ("(" + digits + ")") : digits;
+}
+
+/* A token as its text, with signs for what has none: | and / for line ends, ? for a bad token.
+ * Keywords are in capitals, comments in < >, those from inside a statement behind all in << >>. */
+std::string shown_token() {
+    switch (Current.kind) {
+        case TOKEN_BAD: return "?";
+        case TOKEN_NEWLINE: return "|";
+        case TOKEN_ROW_END: return "/";
+        case TOKEN_COMMA: return ",";
+        case TOKEN_STRING:
+            return Current.flags & IS_DOUBLE_QUOTED ? "\"" + std::string(Current.text) + "\""
+                                                    : "'" + std::string(Current.text) + "'";
+        case TOKEN_FIELD: return "." + std::string(Current.text);
+        case TOKEN_NUMBER: return shown_number();
+        case TOKEN_TRANSPOSE:
+        case TOKEN_OPERATOR: return OperatorRows[Current.op].spelling;
+        default: break;
+    }
+    const std::string text = source_text(Current.start, Current.end);
+    if (Current.kind == TOKEN_COMMENT) return "<" + text + ">";
+    return is_keyword(Current.kind) ? upper(text) : text;
+}
+
+std::string tokens(Source *source, SourceLanguage language) {
+    begin_errors(source);
+    begin_scan(source, language);
+    std::string stream;
+    for (advance(); Current.kind != TOKEN_END_OF_FILE; advance()) {
+        stream += (stream.empty() ? "" : " ") + shown_token();
+        Failed = false;
+    }
+    for (const Node *comment = Scan.comments.first; comment; comment = comment->next)
+        stream += " <<" + std::string(comment->text) + ">>";
+    return stream;
+}
+
+std::string tree(Source *source, SourceLanguage language) {
+    LongString text = print_tree(NewLongString(), parse_source(source, language));
+    std::string printed(text);
+    printed = std::regex_replace(printed, std::regex("\n\n +"), " / ");
+    printed = std::regex_replace(printed, std::regex("\n *"), " ");
+    return printed.substr(strlen("(file "), printed.size() - strlen("(file )"));
+}
+
+/* "line:column-column code text", or without the range what stands at the end of a line. */
+std::string messages(Source *source, SourceLanguage language) {
+    parse_source(source, language);
+    std::string lines;
+    for (const Message *message = FirstMessage; message; message = message->next) {
+        lines += (lines.empty() ? "" : " & ") + std::to_string(message->line) + ":" +
+                 std::to_string(message->column);
+        if (message->length > 0)
+            lines += "-" + std::to_string(message->column + message->length - 1);
+        lines += " " + std::string(MessageTable[message->id].code) + " " + message->text;
+    }
+    return lines;
+}
+
+using Reading = std::string (*)(Source *, SourceLanguage);
+
+std::string read(const std::string &text, Reading reading, SourceLanguage language) {
+    return with_source(text, [&](Source *source) { return reading(source, language); });
+}
+
+void expect_rows(const std::string &name, Reading reading, SourceLanguage language) {
+    for (const Row &row : short_rows(table(name)))
+        EXPECT_EQ(read(row.source, reading, language), row.expected) << row.source;
+}
+
+TEST(Syntax, makes_tokens) { expect_rows("matlab_tokens", tokens, LANGUAGE_MATLAB); }
+TEST(Syntax, makes_trees) { expect_rows("matlab_trees", tree, LANGUAGE_MATLAB); }
+TEST(Syntax, makes_trees_of_octave) { expect_rows("octave_trees", tree, LANGUAGE_OCTAVE); }
+
+/* A comment %N% in every place that there is, in the order of N. */
+const char COMMENTED[] =
+    "%0%\n"
+    "function [a, ... %1%\n"
+    "    b] = f(x, ... 2%\n"
+    "    y) % %3%\n"
+    "  #4%\n"
+    "\n"
+    "  %5%\n"
+    "  arguments %6%\n"
+    "    x = 1 % %7%\n"
+    "    %8%\n"
+    "  end % %9%\n"
+    "  for k = [1, ... %10%\n"
+    "      2] % %11%\n"
+    "    if x ... %12%\n"
+    "        > 1, a = 1; % %13%\n"
+    "    elseif y ... %14%\n"
+    "        < 2 % %15%\n"
+    "      hold on % %16%\n"
+    "    else %17%\n"
+    "      %18%\n"
+    "    end %19%\n"
+    "    %20%\n"
+    "  end %21%\n"
+    "  switch x %22%\n"
+    "    %23%\n"
+    "    case {1, %24%\n"
+    "          2} %25%\n"
+    "      %26%\n"
+    "    otherwise %27%\n"
+    "  end %28%\n"
+    "  try %29%\n"
+    "    a = {1, 2 %30%\n"
+    "      %31%\n"
+    "      %{\n"
+    "      32%\n"
+    "      %}\n"
+    "      3}; %33%\n"
+    "  catch e %34%\n"
+    "  end %35%\n"
+    "  while x, global y %36%\n"
+    "  end\n"
+    "  z = f(1, %37%\n"
+    "    @(x) x); %38%\n"
+    "%{\n"
+    "39%\n"
+    "%40%\n"
+    "%}\n"
+    "  x = [1 2 %41%\n"
+    "    ) 3 %42%\n"
+    "    4]; %43%\n"
+    "  if x ) %44%\n"
+    "    y = 1; %45%\n"
+    "  end %46%\n"
+    "end %47%\n"
+    "%48%\n"
+    "%49%";
+constexpr int COMMENTS = 50;
+
+void collect_comments(const Node *node, std::vector<int> *numbers) {
+    for (const Node *child = first_child(node); child; child = child->next) {
+        const size_t digit =
+            child->kind == NODE_COMMENT ? std::string(child->text).find_first_of("0123456789") : 0;
+        if (child->kind == NODE_COMMENT) numbers->push_back(atoi(child->text + digit));
+        collect_comments(child, numbers);
+    }
+}
+
+TEST(Syntax, keeps_every_comment_once) {
+    const Reading numbers = [](Source *source, SourceLanguage language) {
+        std::vector<int> found;
+        collect_comments(parse_source(source, language), &found);
+        std::sort(found.begin(), found.end());
+        std::string text;
+        for (const int number : found) text += std::to_string(number) + " ";
+        return text;
+    };
+    std::string all;
+    for (int i = 0; i < COMMENTS; i++) all += std::to_string(i) + " ";
+    EXPECT_EQ(read(COMMENTED, numbers, LANGUAGE_MATLAB), all);
+}
+
+TEST(Syntax, reports_errors) { expect_rows("matlab_messages", messages, LANGUAGE_MATLAB); }
+
+}  // namespace
+
+}  // namespace mtranslate
