@@ -89,7 +89,7 @@ MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue arg
 
 /* Releases what an abandoned run (one that RaiseError left) still holds, as the next run would, and
  * the memory (1 MB at most) that the library keeps from run to run. A host that unloads the library
- * calls it last. Nothing happens when nothing is held. */
+ * calls it last. Nothing happens when nothing is held, or while a run is under way. */
 MTRANSLATE_API void mTranslateRelease(void);
 
 /* State that a host may read during a run, in the operations that the library calls: by dlsym, or

@@ -1,5 +1,6 @@
 // The entry: one call is one translation run.
 #include <mtranslate.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include "driver/front_end.h"
@@ -8,8 +9,8 @@
 #include "lexer/source_files.h"
 #include "run/host_kernel.h"
 #include "run/last_error.h"
-#include "run/run_end.h"
 #include "run/run_state.h"
+#include "run/run_turn.h"
 #include "support/allocation.h"
 
 namespace {
@@ -55,14 +56,42 @@ HostValue run(HostValue args) {
 }  // namespace
 
 HostValue mTranslate(const HostKernelTable *kernel, HostValue args) {
+    RunTurn turn;
+    if (!take_turn(&turn)) {
+        kernel->RaiseError("a translation is already running", 0);
+        return 0;
+    }
     release_run();  // what an abandoned run has left
     HostKernel = kernel;
-    HostValue result = run_to_end(run, args);
+    HostValue result;
+    try {
+        result = run_to_end(&turn, run, args);
+    } catch (...) {
+        end_turn(&turn);
+        throw;
+    }
+    if (!has_turn(&turn)) return 0;  // another run has released this one
     release_run();
+    end_turn(&turn);
     return result;
 }
 
 void mTranslateRelease() {
+    RunTurn turn;
+    if (!take_turn(&turn)) return;
     release_run();
     ReleaseRegion();
+    end_turn(&turn);
+}
+
+static bool ProcessEnds;
+
+__attribute__((constructor)) static void prepare_unload() {
+    atexit([] { ProcessEnds = true; });
+}
+
+// A host that unloads the library behind an abandoned run need not release it itself. At the end of
+// the process, which sets the flag before, other threads may still translate: nothing is touched.
+__attribute__((destructor)) static void release_at_unload() {
+    if (!ProcessEnds) mTranslateRelease();
 }

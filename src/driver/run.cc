@@ -48,9 +48,3 @@ void release_run() {
     PrevLine = SourceText = "";
     LastError = {nullptr, nullptr, 0, -1};
 }
-
-// A host that unloads the library, or ends, behind an abandoned run need not release it itself.
-__attribute__((destructor)) static void release_at_unload() {
-    release_run();
-    ReleaseRegion();
-}

@@ -3,15 +3,23 @@
 
 #include "run/host_kernel.h"
 #include "run/run_state.h"
+#include "run/run_turn.h"
 
 ErrorRecord LastError = {nullptr, nullptr, 0, -1};
 
+static HostValue raise(const char *text, HostValue value) {
+    RunTurn *turn = begin_raise();
+    HostValue result = HostKernel->RaiseError(text, value);
+    end_raise(turn);
+    return result;
+}
+
 HostValue raise_error(const char *message, HostValue value) {
     LastError = {message, InputFileName, 0, -1};
-    return HostKernel->RaiseError(message, value);
+    return raise(message, value);
 }
 
 HostValue raise_framed_error(const ErrorRecord *error, const char *text) {
     LastError = *error;
-    return HostKernel->RaiseError(text, 0);
+    return raise(text, 0);
 }
