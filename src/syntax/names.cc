@@ -152,7 +152,10 @@ void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {
 void walk_argument(NameWalk *walk, Node *argument) {
     Node *target = argument->first_child;
     mention_target(walk, target);
+    bool is_option = target->kind == NODE_REFERENCE && target->first_child->kind == NODE_NAME;
+    if (is_option) target->first_child->symbol->flags |= SYMBOL_OPTIONS | SYMBOL_CHANGED;
     if (!target->next) return;
+    if (target->kind == NODE_NAME) target->symbol->flags |= SYMBOL_MAY_BE_MISSING;
     walk_nodes(walk, target->next);
     set_target(walk, target, nullptr);
 }
@@ -221,6 +224,7 @@ void walk_defaults(NameWalk *walk, const Node *parameters) {
     for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
         if (parameter->kind != NODE_DEFAULT) continue;
         walk_node(walk, second_child(parameter));
+        parameter->first_child->symbol->flags |= SYMBOL_MAY_BE_MISSING;
         set_name(walk, parameter->first_child, nullptr);
     }
 }
