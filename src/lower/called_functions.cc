@@ -1,0 +1,163 @@
+// Calls of functions.
+#include "lower/called_functions.h"
+
+#include <stdio.h>
+
+#include "diagnose/messages.h"
+#include "lower/context.h"
+#include "lower/host_words.h"
+#include "lower/lines.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+
+bool CallsFromProcedure;
+
+namespace {
+
+// What a name means in a file.
+struct Callee {
+    const char *written;
+    SourceFile *file;  // with the function, or the script; null: nowhere
+    bool is_own;       // a function of the file itself
+};
+
+struct QueuedFile {
+    SourceFile *file;
+    QueuedFile *next;
+};
+
+QueuedFile *FirstQueued;
+QueuedFile *LastQueued;
+NameMap CalledByProcedures;
+NameMap Unknown;  // names that have been reported
+
+Callee *new_callee(SourceFile *in, const char *name, Callee value) {
+    Callee *callee = AllocRecord<Callee>();
+    *callee = value;
+    enter_name(&in->callees, name, callee);
+    return callee;
+}
+
+// The first of several functions of a name counts.
+void enter_own_functions(SourceFile *file) {
+    for (const FileFunction *own = file->functions; own; own = own->next)
+        if (!find_name(&file->callees, own->name))
+            new_callee(file, own->name, {own->written, file, true});
+}
+
+const char *name_outside(const char *name) {
+    if (!is_host_keyword(name)) return name;
+    return intern(form_text("m_%s", {name}));
+}
+
+// What the name means as far as that is known; the file's own functions always are.
+const Callee *known_callee(const Node *place) {
+    SourceFile *in = CurrentFile;
+    if (in->functions && !in->callees.size) enter_own_functions(in);
+    return static_cast<const Callee *>(find_name(&in->callees, place->text));
+}
+
+const Callee *callee_of(const Node *place) {
+    if (const Callee *known = known_callee(place)) return known;
+    const char *name = place->text;
+    SourceFile *file = AddTranslator ? find_file(place) : nullptr;
+    bool is_function = file && !file->is_script && file->functions;
+    const char *written = is_function ? file->functions->written : name_outside(name);
+    return new_callee(CurrentFile, name, {written, file, false});
+}
+
+void queue_file(SourceFile *file) {
+    if (file->is_queued) return;
+    file->is_queued = true;
+    QueuedFile *cell = AllocRecord<QueuedFile>();
+    *cell = {file, nullptr};
+    (LastQueued ? LastQueued->next : FirstQueued) = cell;
+    LastQueued = cell;
+}
+
+const char *describe_creator(const Node *creator) {
+    const Node *name = creator->first_child;
+    if (name->kind != NODE_NAME) name = name->first_child;
+    char line[16];
+    snprintf(line, sizeof line, "%u", position_of(CurrentFile->source, creator->offset).line);
+    return form_text("'%s' on line %s may create it", {name->text, line});
+}
+
+void report_unknown(const Node *place) {
+    Source *source = CurrentFile->source;
+    const Node *creator = creator_of(Lowering.scope, place->text, place->offset);
+    if (creator) {
+        report(UNASSIGNED_NAME, source, place->offset, place->length,
+               {place->text, describe_creator(creator)});
+    } else {
+        report(UNKNOWN_FUNCTION, source, place->offset, place->length, {place->text});
+    }
+}
+
+// Once a run; the name must not become that of a procedure.
+void note_unknown(const Node *place, const char *written) {
+    if (const SourceFile *other = file_with_procedure(written)) {
+        report(FOREIGN_FUNCTION, CurrentFile->source, place->offset, place->length,
+               {place->text, other->path ? other->path : "the command"});
+        return;
+    }
+    reserve_name(written);
+    if (!AddTranslator || enter_name(&Unknown, place->text, &Unknown)) return;
+    report_unknown(place);
+}
+
+}  // namespace
+
+void begin_calls() {
+    FirstQueued = LastQueued = nullptr;
+    CalledByProcedures = Unknown = {};
+    CallsFromProcedure = false;
+}
+
+static void note_call(const char *written) {
+    if (CallsFromProcedure) enter_name(&CalledByProcedures, written, &CalledByProcedures);
+}
+
+const char *own_function(const Node *name) {
+    const Node *definition = name->symbol->definition;
+    if (definition && definition->kind == NODE_FUNCTION) return written_name(name->symbol);
+    const Callee *callee = known_callee(name);
+    if (!callee || !callee->is_own) return nullptr;
+    note_call(callee->written);
+    return callee->written;
+}
+
+const char *called_function(const Node *name) {
+    const Callee *callee = callee_of(name);
+    note_call(callee->written);
+    if (!callee->file || callee->file->is_script) {
+        note_unknown(name, callee->written);
+    } else {
+        queue_file(callee->file);
+    }
+    return callee->written;
+}
+
+Node *find_script(const Node *name) {
+    const Callee *callee = callee_of(name);
+    bool is_script = !callee->is_own && callee->file && callee->file->is_script;
+    return is_script ? callee->file->tree : nullptr;
+}
+
+SourceFile *file_of_script(const Node *name) {
+    SourceFile *file = callee_of(name)->file;
+    queue_file(file);
+    return file;
+}
+
+SourceFile *take_called_file() {
+    QueuedFile *cell = FirstQueued;
+    if (!cell) return nullptr;
+    FirstQueued = cell->next;
+    if (!FirstQueued) LastQueued = nullptr;
+    return cell->file;
+}
+
+bool is_called_by_procedure(const char *written) {
+    return find_name(&CalledByProcedures, written) != nullptr;
+}

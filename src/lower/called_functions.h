@@ -1,0 +1,28 @@
+/* Which function a name means, and what the host calls it. A name is looked for among the functions
+ * of its own file, then in other files; called files wait in a queue, in the order of their first
+ * call. */
+#pragma once
+
+#include "lower/program_files.h"
+#include "syntax/names.h"
+
+/* Forgets the calls of the run before, at the start of a run. */
+void begin_calls();
+
+/* The host name of a nested function, or of a function of the current file: neither is offered to
+ * the host nor looked for elsewhere. Null for any other. name: NAME or HANDLE. */
+const char *own_function(const Node *name);
+/* The host name of any other function that the host has no answer for. Its file enters the queue; a
+ * name that is found nowhere is reported, once a run. name: NAME or HANDLE. */
+const char *called_function(const Node *name);
+/* The FILE of the script that a bare name calls, or null (a ScriptFinder). */
+Node *find_script(const Node *name);
+/* The file of that script; its functions enter the queue. */
+SourceFile *file_of_script(const Node *name);
+/* The next file of the queue, or null when it is empty. */
+SourceFile *take_called_file();
+
+/* Whether calls from here on are a procedure's; the statements of the script are none. */
+extern bool CallsFromProcedure;
+/* Whether a procedure of the run calls a function by this host name. */
+bool is_called_by_procedure(const char *written);

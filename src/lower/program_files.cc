@@ -1,0 +1,280 @@
+// The files of a run.
+#include "lower/program_files.h"
+
+#include <stdio.h>
+#include <string.h>
+#include <sys/stat.h>
+
+#include "diagnose/messages.h"
+#include "lexer/named_source.h"
+#include "lexer/source_files.h"
+#include "lexer/whole_source.h"
+#include "lower/host_words.h"
+#include "lower/lines.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "syntax/spellings.h"
+#include "translate/text_forms.h"
+
+/* A folder of private functions. */
+struct Folder {
+    const char *path;
+    NameMap files; /* SourceFile, or NO_FILE */
+    Folder *next;
+};
+
+SourceFile *CurrentFile;
+
+namespace {
+
+SourceFile *Files;       // newest first
+Folder *PrivateFolders;  // those that are there
+NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
+NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
+
+SourceLanguage Language;
+
+SourceFile NoFile;
+void *const NO_FILE = &NoFile;
+
+// What stands behind the last slash.
+const char *base_name(const char *path) {
+    const char *slash = strrchr(path, '/');
+    return slash ? slash + 1 : path;
+}
+
+const char *folder_of(const char *path) {
+    const char *base = base_name(path);
+    if (base == path) return ".";
+    return KeepText(path, static_cast<size_t>(base - path - (base - 1 > path)));
+}
+
+const char *stem_of(const char *path) {
+    const char *base = base_name(path);
+    size_t length = strlen(base);
+    if (length > 2 && strcmp(base + length - 2, ".m") == 0) length -= 2;
+    if (length == 0) return "";
+    return text_of(spelling_of_bytes(base, static_cast<uint32_t>(length)));
+}
+
+bool is_taken(const char *written) { return find_name(&Procedures, written) != nullptr; }
+
+const char *numbered_name(const char *form, int number) {
+    char digits[16];
+    snprintf(digits, sizeof digits, "_%d", number);
+    return intern(form_text("%s%s", {form, digits}));
+}
+
+// The first function of a name keeps it, every other has its file's name in front.
+const char *choose_written(const SourceFile *file, const char *name) {
+    const char *plain = is_host_word(name) ? intern(form_text("m_%s", {name})) : name;
+    if (!is_taken(plain)) return plain;
+    const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
+    const char *form = intern(form_text("qxrp_%s_%s", {stem, name}));
+    const char *written = form;
+    for (int number = 2; is_taken(written); number++) written = numbered_name(form, number);
+    return written;
+}
+
+const char *without_dots(const char *name) {
+    if (!strchr(name, '.')) return name;
+    char *copy = KeepText(name, strlen(name));
+    for (char *dot = copy; (dot = strchr(dot, '.'));) *dot = '_';
+    return intern(copy);
+}
+
+FileFunction *new_function(SourceFile *file, Node *node, const char *name) {
+    FileFunction *function = AllocRecord<FileFunction>();
+    *function = {name, choose_written(file, without_dots(name)), node, nullptr};
+    enter_name(&Procedures, function->written, file);
+    return function;
+}
+
+void report_names(const SourceFile *file, const Node *node) {
+    report(DIFFERENT_NAMES, file->source, node->offset, node->length, {node->text, file->stem});
+}
+
+// A called file's first function is called by the file's name.
+const char *function_name(const SourceFile *file, const Node *node, bool is_called) {
+    bool is_first = !file->functions && !file->is_script;
+    if (!is_called || !is_first || file->stem == node->text) return node->text;
+    report_names(file, node);
+    return file->stem;
+}
+
+void enter_functions(SourceFile *file, bool is_called) {
+    FileFunction **end = &file->functions;
+    for (Node *node = file->tree->first_child; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        *end = new_function(file, node, function_name(file, node, is_called));
+        end = &(*end)->next;
+    }
+}
+
+// It begins with a statement, or says nothing. What could not be read may have been a function.
+bool is_script(const Node *tree) {
+    bool is_empty = true;
+    for (const Node *node = tree->first_child; node; node = node->next) {
+        if (node->kind == NODE_FUNCTION) return false;
+        if (node->kind != NODE_COMMENT && node->kind != NODE_BAD) return true;
+        if (node->kind == NODE_BAD) is_empty = false;
+    }
+    return is_empty;
+}
+
+Folder *private_folder_of(const char *path) {
+    const char *folder = folder_of(path);
+    // private functions call each other
+    const char *wanted =
+        strcmp(base_name(folder), "private") == 0 ? folder : form_text("%s/private", {folder});
+    for (Folder *known = PrivateFolders; known; known = known->next)
+        if (strcmp(known->path, wanted) == 0) return known;
+    struct stat status;
+    if (stat(wanted, &status) != 0 || !S_ISDIR(status.st_mode)) return nullptr;
+    Folder *found = AllocRecord<Folder>();
+    *found = {wanted, {}, PrivateFolders};
+    return PrivateFolders = found;
+}
+
+SourceFile *new_file(const char *path, const char *text, uint32_t length) {
+    SourceFile *file = AllocRecord<SourceFile>();
+    *file = {};
+    file->path = path;
+    file->source = new_source(path, text, length);
+    file->next = Files;
+    Files = file;
+    if (!path) return file;
+    file->stem = stem_of(path);
+    file->private_folder = private_folder_of(path);
+    return file;
+}
+
+void parse_file(SourceFile *file, bool is_called) {
+    file->tree = parse_source(file->source, Language);
+    file->is_script = is_script(file->tree);
+    enter_functions(file, is_called);
+}
+
+bool is_same_file(const char *a, const char *b) {
+    struct stat first;
+    struct stat second;
+    return stat(a, &first) == 0 && stat(b, &second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
+}
+
+// A file that has been read already, by another way to it.
+SourceFile *find_loaded(const char *path, const char *stem) {
+    for (SourceFile *file = Files; file; file = file->next)
+        if (file->stem == stem && is_same_file(file->path, path)) return file;
+    return nullptr;
+}
+
+SourceFile *load_opened_file(const char *path, const Node *place) {
+    SourceFile *loaded = find_loaded(path, stem_of(path));
+    if (loaded) {
+        close_source();
+        return loaded;
+    }
+    InputFileName = path;
+    uint32_t length;
+    const char *text = read_whole_source(&length);
+    close_source();
+    InputFileName = CurrentFile->path;
+    SourceFile *file = new_file(path, text, length);
+    file->source->caller = CurrentFile->source;
+    file->source->caller_offset = place->offset;
+    parse_file(file, true);
+    return file;
+}
+
+// @package.name is +package/name.m.
+const char *file_name_of(const char *name) {
+    if (!strchr(name, '.')) return name;
+    const char *last = strrchr(name, '.');
+    const char *file = "";
+    for (const char *dot; (dot = strchr(name, '.')) && dot <= last; name = dot + 1)
+        file = form_text("%s+%s/", {file, KeepText(name, static_cast<size_t>(dot - name))});
+    return form_text("%s%s", {file, name});
+}
+
+// Folders behind the one in which a file was found are not looked into for a translation, only for
+// the message.
+void report_shadowed(const SearchDirectory *at, const char *name, const SourceFile *found,
+                     const Node *place) {
+    struct stat status;
+    for (; at; at = at->next) {
+        const char *path = form_text("%s/%s.m", {at->directory, name});
+        if (stat(path, &status) != 0 || is_same_file(found->path, path)) continue;
+        report(SHADOWED_FILE, CurrentFile->source, place->offset, place->length,
+               {found->path, path});
+        return;
+    }
+}
+
+SourceFile *find_on_path(const Node *place) {
+    const char *name = file_name_of(place->text);
+    for (const SearchDirectory *at = SearchPath; at; at = at->next) {
+        const char *path = open_named_source(at->directory, name);
+        if (!path) continue;
+        SourceFile *file = load_opened_file(path, place);
+        report_shadowed(at->next, name, file, place);
+        return file;
+    }
+    return nullptr;
+}
+
+SourceFile *find_private(Folder *folder, const Node *place) {
+    const char *path = open_named_source(folder->path, place->text);
+    return path ? load_opened_file(path, place) : nullptr;
+}
+
+// What has been found under the name before, or what search finds now.
+template <typename Search>
+SourceFile *find_once(NameMap *known, const char *name, Search search) {
+    void *found = find_name(known, name);
+    if (!found) {
+        SourceFile *file = search();
+        found = file ? file : NO_FILE;
+        enter_name(known, name, found);
+    }
+    return found == NO_FILE ? nullptr : static_cast<SourceFile *>(found);
+}
+
+}  // namespace
+
+const char *intern(const char *text) {
+    return text_of(spelling_of_bytes(text, static_cast<uint32_t>(strlen(text))));
+}
+
+void begin_files(SourceLanguage language) {
+    Language = language;
+    CurrentFile = Files = nullptr;
+    PrivateFolders = nullptr;
+    PathFiles = Procedures = {};
+}
+
+SourceFile *read_main_file(const char *path, const char *text, uint32_t length) {
+    SourceFile *file = CurrentFile = new_file(path, text, length);
+    file->is_queued = true;  // whoever calls it finds it written
+    parse_file(file, false);
+    return file;
+}
+
+SourceFile *find_file(const Node *place) {
+    const char *name = place->text;
+    if (Folder *folder = CurrentFile->private_folder) {
+        SourceFile *found =
+            find_once(&folder->files, name, [=] { return find_private(folder, place); });
+        if (found) return found;
+    }
+    return find_once(&PathFiles, name, [=] { return find_on_path(place); });
+}
+
+void reserve_name(const char *written) {
+    if (!is_taken(written)) enter_name(&Procedures, written, NO_FILE);
+}
+
+const SourceFile *file_with_procedure(const char *written) {
+    const SourceFile *file = static_cast<SourceFile *>(find_name(&Procedures, written));
+    return file == NO_FILE ? nullptr : file;
+}

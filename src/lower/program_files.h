@@ -1,0 +1,50 @@
+/* The files of a run: where they are looked for, and what is in them. A file is read when a name is
+ * first found in it. */
+#pragma once
+
+#include "diagnose/source.h"
+#include "syntax/name_map.h"
+#include "syntax/parser.h"
+
+struct Folder;
+struct SourceFile;
+
+/* A function of a file. */
+struct FileFunction {
+    const char *name;    /* interned; of the first one of a called file: the file's name */
+    const char *written; /* what its procedure is called; no other function of the run is */
+    Node *node;          /* FUNCTION */
+    FileFunction *next;  /* behind it in the file, or null */
+};
+
+struct SourceFile {
+    const char *path; /* null for a command */
+    const char *stem; /* its name without folder and ending, interned; null for a command */
+    Source *source;
+    Node *tree;              /* FILE */
+    FileFunction *functions; /* in source order; null for none */
+    bool is_script;          /* it begins with a statement, or has no function */
+    bool is_queued;          /* it has been called */
+    bool is_open;            /* its statements are being lowered */
+    Folder *private_folder;  /* of what only this file's folder may call; null for none */
+    NameMap callees;         /* what names mean in this file (called_functions.cc) */
+    SourceFile *next;        /* read before, or null */
+};
+
+/* The file whose nodes are being settled and lowered. */
+extern SourceFile *CurrentFile;
+
+/* Forgets the files of the run before, at the start of a run; all are read in this language. */
+void begin_files(SourceLanguage language);
+/* The file of the run's own source; path null for a command. */
+SourceFile *read_main_file(const char *path, const char *text, uint32_t length);
+/* The file NAME.m that the name means in the current file: in the private folder beside it, then
+ * along the search path; null when there is none. place: whose message it is, NAME or HANDLE. */
+SourceFile *find_file(const Node *place);
+
+/* The interned text. */
+const char *intern(const char *text);
+/* Lets nobody else be called by the host name; for what is not in the run's files. */
+void reserve_name(const char *written);
+/* The file with a function of that host name; null when there is none. */
+const SourceFile *file_with_procedure(const char *written);
