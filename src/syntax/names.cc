@@ -64,35 +64,36 @@ void walk_reference(NameWalk *walk, Node *reference) {
             symbol->flags |= SYMBOL_MAY_BE_MISSING;
 }
 
-// A target is named before its value, so that it counts as the first to appear, and set behind.
-void mention_target(NameWalk *walk, Node *target) {
-    if (target->kind == NODE_REFERENCE) target = target->first_child;
-    if (target->kind == NODE_NAME) mention(walk, target);
+// A target is named before its value, so that it counts as the first to appear, and set behind it.
+void name_target(NameWalk *walk, Node *target) {
+    Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
+    if (base->kind == NODE_NAME) {
+        mention(walk, base);
+    } else {
+        walk_node(walk, base);
+    }
+    if (base != target) walk_nodes(walk, base->next);
 }
 
 void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (target->kind == NODE_NAME) return set_name(walk, target, value);
     if (target->kind != NODE_REFERENCE) return;
-    walk_nodes(walk, target->first_child->next);
-    if (target->first_child->kind == NODE_NAME) {
-        change_name(walk, target->first_child);
-    } else {
-        walk_node(walk, target->first_child);
-    }
+    if (target->first_child->kind == NODE_NAME) change_name(walk, target->first_child);
 }
 
 void walk_assignment(NameWalk *walk, Node *assignment) {
     Node *target = assignment->first_child;
-    mention_target(walk, target);
-    if (assignment->op != OPERATOR_NONE) walk_node(walk, target);
+    bool is_plain = assignment->op == OPERATOR_NONE;
+    name_target(walk, target);
+    if (!is_plain && target->kind == NODE_NAME) read_name(walk, target);
     walk_node(walk, target->next);
-    set_target(walk, target, assignment->op == OPERATOR_NONE ? target->next : nullptr);
+    set_target(walk, target, is_plain ? target->next : nullptr);
 }
 
 void walk_multi_assignment(NameWalk *walk, Node *assignment) {
     Node *targets = assignment->first_child;
     Node *first = targets->first_child;
-    for (Node *target = first; target; target = target->next) mention_target(walk, target);
+    for (Node *target = first; target; target = target->next) name_target(walk, target);
     walk_node(walk, targets->next);
     bool is_one = first && !first->next;
     for (Node *target = first; target; target = target->next)
@@ -108,7 +109,7 @@ void walk_block(NameWalk *walk, Node *block) {
 
 void walk_for(NameWalk *walk, Node *loop) {
     Node *target = loop->first_child;
-    mention_target(walk, target);
+    name_target(walk, target);
     walk_node(walk, target->next);
     bool is_name = target->kind == NODE_NAME;
     if (is_name) target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
@@ -151,7 +152,7 @@ void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {
 // The default value of a parameter is an assignment.
 void walk_argument(NameWalk *walk, Node *argument) {
     Node *target = argument->first_child;
-    mention_target(walk, target);
+    name_target(walk, target);
     bool is_option = target->kind == NODE_REFERENCE && target->first_child->kind == NODE_NAME;
     if (is_option) target->first_child->symbol->flags |= SYMBOL_OPTIONS | SYMBOL_CHANGED;
     if (!target->next) return;
