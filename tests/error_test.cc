@@ -222,6 +222,7 @@ TEST(Errors, in_arguments) {
     const HostValue command = values.string("command");
     const HostValue text = values.string("x=1");
     const HostValue number = ValueStore::integer(7);
+    const HostValue even = ValueStore::integer(4);
     const HostValue mixed_list[] = {values.string("dir"), number, command};
     const HostValue mixed = values.list(mixed_list);
     const HostValue other = values.equation(values.name("Foo"), values.boolean(false));
@@ -239,7 +240,7 @@ TEST(Errors, in_arguments) {
         {{bad, text, mixed}, "null invalid input: path must be a list of strings"},
         {{values.string("file"), bad}, "null unable to open \"files\""},
         {{values.string("Command"), text}, "null"},
-        {{command, text, number, text, other, unnamed, 0}, "x := 1;\n"}};
+        {{command, text, number, even, text, other, unnamed, 0}, "x := 1;\n"}};
     for (const auto &row : rows) {
         const char *result = text_of(host.run(values.sequence(row.arguments)));
         std::string outcome = result ? result : "null";

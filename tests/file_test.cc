@@ -115,6 +115,10 @@ TEST(Files, are_open_no_longer_than_needed) {
     translate(host, "file", files.path("big.m"));
     EXPECT_EQ(seen.size(), 1u);
     EXPECT_EQ(open_files(files).size(), 0u);
+    files.write("other.m", read_file(files.path("big.m")));
+    files.write("calls.m", "big(), other()");
+    translate(host, "file", files.path("calls.m"));
+    EXPECT_EQ(seen.size(), 1u);
 }
 
 /* Leaves this process room for count files more, as long as it lives. */

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "emit/statements.h"
 #include "support/allocation.h"
 #include "tests/translation.h"
 
@@ -340,6 +341,21 @@ TEST_F(EveryRoad, holds_nothing_after_a_run) {
         mTranslateRelease();
         EXPECT_EQ(open_files(), files);
     }
+}
+
+TEST(Runs, show_hosts_what_was_parsed_last) {
+    const SourceFiles files(R"(
+main => function a\nreturn\nend\nfunction b\ng(1)   g => look())");
+    StandInHost host;
+    int kind = -1;
+    host.translate_function("look", [&kind](const auto &) {
+        kind = InputSequence->kind;
+        return "seen";
+    });
+    translate(host, "file", files.path("main.m"));
+    EXPECT_EQ(kind, STAT_RETURN);  // the body of the first function
+    EXPECT_EQ(yychar, 0);
+    EXPECT_EQ(yynerrs, 0);
 }
 
 /* Options of a run are its own: neither the path nor the translator's flag is left. */
