@@ -23,9 +23,8 @@ constexpr std::array NOTES = {
     Note{"lexical error.", true, "no token begins here; is a string not closed?"},
     Note{"memory exhausted", true,
          "the source is nested too deeply here, or has too many statements in a row"},
-    Note{"memory exhausted", false,
-         "the system gives no more memory, or a text would be longer than 2 GB"},
     Note{"out of dynamic memory in ", false, "the system gives no more memory"},
+    Note{"fatal error - scanner input buffer overflow", false, "the system gives no more memory"},
     Note{"scripts are nested too deeply", true, "500 scripts, each called by the one before"},
     Note{"input in flex scanner failed", true, "the file cannot be read behind this place"},
 };

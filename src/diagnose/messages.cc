@@ -59,7 +59,7 @@ bool enter_place(Message *message) {
     int32_t key = key_of(message->id, message->offset);
     HashValue found;
     if (Places && HashLookup(Places, key, &found, message, is_same)) return false;
-    if (!Places || !HashInsert(Places, key, message)) end_run("memory exhausted");
+    if (!Places || !HashInsert(Places, key, message)) end_run(OUT_OF_MEMORY);
     return true;
 }
 

@@ -21,8 +21,9 @@ void begin() {
 // A copy of the command with its last statement ended, whatever the command ends with.
 char *copy_command(const char *text) {
     size_t length = strlen(text);
-    char *copy = length < INT_MAX - 10 ? static_cast<char *>(HeapAlloc(length + 10)) : nullptr;
-    if (!copy) end_run("memory exhausted");
+    if (length >= INT_MAX - 10) end_run(TEXT_TOO_LONG);
+    char *copy = static_cast<char *>(HeapAlloc(length + 10));
+    if (!copy) end_run(OUT_OF_MEMORY);
     memcpy(copy, text, length);
     memcpy(copy + length, "\n;", 3);
     return copy;

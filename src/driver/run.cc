@@ -17,7 +17,7 @@ static constexpr int32_t NAME_BUCKETS = 1024;
 
 HashTable *new_name_table(int32_t buckets) {
     HashTable *table = HashCreate(buckets);
-    if (!table) end_run("memory exhausted");
+    if (!table) end_run(OUT_OF_MEMORY);
     return table;
 }
 

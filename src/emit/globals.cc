@@ -13,7 +13,7 @@ static constexpr int32_t GLOBAL_BUCKETS = 1024;
 void register_global(const char *const *names, int count) {
     if (count == 0) return;
     if (!GlobalNames) GlobalNames = HashCreate(GLOBAL_BUCKETS);
-    if (!GlobalNames) end_run("memory exhausted");
+    if (!GlobalNames) end_run(OUT_OF_MEMORY);
     for (int i = 0; i < count; i++) {
         add_name(KnownVariables, names[i]);
         add_name(GlobalNames, names[i]);

@@ -65,7 +65,7 @@ OpenSource *new_source(int descriptor, size_t text_size) {
     OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource) + text_size));
     if (!source) {
         close(descriptor);
-        end_run("memory exhausted");
+        end_run(OUT_OF_MEMORY);
     }
     *source = {descriptor, false, 0, 0, OpenSources};
     OpenSources = source;

@@ -16,7 +16,7 @@ char *read_whole_source(uint32_t *length) {
     while (int count = read_source(text + filled, room - filled - 1)) {
         filled += count;
         if (filled < room - 1) continue;
-        if (room > INT_MAX / 2) end_run("memory exhausted");
+        if (room > INT_MAX / 2) end_run(TEXT_TOO_LONG);
         room *= 2;
         text = static_cast<char *>(Realloc(text, static_cast<size_t>(room)));
     }

@@ -5,5 +5,9 @@
  * entry releases it and answers null. Never returns to its caller, whose frames are not unwound
  * and must therefore hold no object with a destructor. */
 [[noreturn]] void end_run(const char *message);
+/* Messages: the system gives no more memory; a source, or a text made from one, is too long, as
+ * only sources that double their texts on purpose become. */
+constexpr char OUT_OF_MEMORY[] = "system memory exhausted";
+constexpr char TEXT_TOO_LONG[] = "text of 2 GB or more";
 /* Gives the run up in the same way behind an error that has been raised. */
 [[noreturn]] void abandon_run();

@@ -37,19 +37,18 @@ int32_t key_of(const void *block) {
 
 int is_same_block(HashValue stored, const void *probe) { return stored == probe; }
 
-// No text of a run comes near this size, except by a source that doubles its texts on purpose.
 constexpr size_t LARGEST_BLOCK = INT32_MAX;
 
 size_t checked(size_t size) {
-    if (size > LARGEST_BLOCK) end_run("memory exhausted");
+    if (size > LARGEST_BLOCK) end_run(TEXT_TOO_LONG);
     return size ? size : 1;
 }
 
 void *enter(void *block) {
-    if (!block) end_run("memory exhausted");
+    if (!block) end_run(OUT_OF_MEMORY);
     if (!HashInsert(AllocationTable, key_of(block), block)) {
         free(block);
-        end_run("memory exhausted");
+        end_run(OUT_OF_MEMORY);
     }
     return block;
 }

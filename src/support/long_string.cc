@@ -42,7 +42,7 @@ void reserve(Header *header, size_t more) {
     if (needed < header->capacity) return;
     int64_t capacity = header->capacity;
     while (needed >= capacity) capacity = capacity * 3 / 2;
-    if (capacity > INT32_MAX) end_run("memory exhausted");
+    if (capacity > INT32_MAX) end_run(TEXT_TOO_LONG);
     header->capacity = static_cast<int32_t>(capacity);
     resize_data(header);
 }

@@ -19,7 +19,7 @@ int has_text(HashValue stored, const void *probe) {
 StringPair *new_pair(HashTable *table, const char *text, HashValue value) {
     size_t size = strlen(text) + 1;
     StringPair *pair = static_cast<StringPair *>(HashAlloc(table, sizeof(StringPair) + size));
-    if (!pair) end_run("memory exhausted");
+    if (!pair) end_run(OUT_OF_MEMORY);
     pair->text = reinterpret_cast<char *>(pair + 1);
     pair->value = value;
     memcpy(pair->text, text, size);
@@ -58,7 +58,7 @@ int StringHashInsert(HashTable *table, const char *text, HashValue value) {
     StringPair *pair = new_pair(table, text, value);
     if (!HashInsert(table, string_hash(text), pair)) {
         HashFree(table, pair);
-        end_run("memory exhausted");
+        end_run(OUT_OF_MEMORY);
     }
     return 1;
 }
