@@ -92,6 +92,10 @@ MTRANSLATE_API HostValue mTranslate(const HostKernelTable *kernel, HostValue arg
  * calls it last. Nothing happens when nothing is held, or while a run is under way. */
 MTRANSLATE_API void mTranslateRelease(void);
 
+/* The version of the library that is running, "MAJOR.MINOR.PATCH", which need not be that of this
+ * header. A constant; may be asked at any time. */
+MTRANSLATE_API const char *mTranslateVersion(void);
+
 /* State that a host may read during a run, in the operations that the library calls: by dlsym, or
  * in code compiled with -fPIC (without it a program would read a copy of its own, and is not
  * linked). The records behind LastComment and InputSequence are the library's own, and gone when

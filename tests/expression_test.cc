@@ -39,6 +39,19 @@ TEST(Expressions, assignments) {
     }
 }
 
+/* Only what a list of targets looks like is taken for one. */
+TEST(Expressions, answers_of_the_host_as_targets) {
+    const Row rows[] = {{"ArrayTools:-Concatenate(2, p, q)", "(p, q) := 1;\n"},
+                        {"ArrayTools:-Concatenate(2, )", "() := 1;\n"},
+                        {"ArrayTools:-Concatenate(2,)", "ArrayTools:-Concatenate(2,) := 1;\n"},
+                        {"ArrayTools:-Concatenate(2,", "ArrayTools:-Concatenate(2, := 1;\n"}};
+    for (const Row &row : rows) {
+        StandInHost host;
+        host.translate_function("f", row.source);
+        EXPECT_EQ(translate(host, "command", "f(1) = 1"), row.expected);
+    }
+}
+
 }  // namespace
 
 }  // namespace mtranslate

@@ -84,6 +84,14 @@ void mTranslateRelease() {
     end_turn(&turn);
 }
 
+#define TEXT_OF(number) #number
+#define VERSION_TEXT(major, minor, patch) TEXT_OF(major) "." TEXT_OF(minor) "." TEXT_OF(patch)
+
+const char *mTranslateVersion() {
+    return VERSION_TEXT(MTRANSLATE_VERSION_MAJOR, MTRANSLATE_VERSION_MINOR,
+                        MTRANSLATE_VERSION_PATCH);
+}
+
 static bool ProcessEnds;
 
 __attribute__((constructor)) static void prepare_unload() {

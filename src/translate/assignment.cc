@@ -20,10 +20,19 @@ static void note_targets(char *targets) {
     }
 }
 
-// " a, b)", the rest of a concatenation, becomes "(a, b)".
+// The arguments of the concatenation that a matrix literal makes of several targets, with their
+// blank in front and the parenthesis behind them; null for any other text, such as an answer of the
+// host that only begins like one.
+static const char *concatenated(const char *target) {
+    const char *prefix = FileMode ? "Concatenate(2," : "ArrayTools:-Concatenate(2,";
+    if (!has_prefix(target, prefix)) return nullptr;
+    const char *rest = target + strlen(prefix);
+    return strlen(rest) >= strlen(" )") ? rest : nullptr;
+}
+
+// " a, b)" becomes "(a, b)".
 static char *write_concatenated(char *at, const char *rest) {
     size_t length = strlen(rest);
-    if (length < 2) return write_text(at, ")");
     char *end = at + length - 1;
     memcpy(at, rest, length);
     *at = '(';
@@ -33,9 +42,8 @@ static char *write_concatenated(char *at, const char *rest) {
 }
 
 char *write_assignment(char *at, const char *target, const char *value) {
-    const char *prefix = FileMode ? "Concatenate(2," : "ArrayTools:-Concatenate(2,";
-    if (has_prefix(target, prefix)) {
-        return write_form(write_concatenated(at, target + strlen(prefix)), " := %s", {value});
+    if (const char *rest = concatenated(target)) {
+        return write_form(write_concatenated(at, rest), " := %s", {value});
     }
     if (is_identifier(target)) add_name(KnownVariables, target);
     return write_single_assignment(at, target, value);
