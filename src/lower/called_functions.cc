@@ -86,7 +86,7 @@ const char *describe_creator(const Node *creator) {
 void report_unknown(const Node *place) {
     Source *source = CurrentFile->source;
     const Node *creator = creator_of(Lowering.scope, place->text, place->offset);
-    if (creator) {
+    if (creator && (place->symbol->flags & SYMBOL_IS_VALUE)) {
         report(UNASSIGNED_NAME, source, place->offset, place->length,
                {place->text, describe_creator(creator)});
     } else {

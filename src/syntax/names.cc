@@ -41,9 +41,24 @@ void note_bare_name(NameWalk *walk, Node *name) {
 
 void walk_expression_statement(NameWalk *walk, Node *statement) {
     Node *expression = statement->first_child;
-    if (expression->kind == NODE_NAME) note_bare_name(walk, expression);
+    if (expression->kind == NODE_NAME) {
+        note_bare_name(walk, expression);
+        return read_name(walk, expression);
+    }
     if (expression->kind == NODE_REFERENCE) note_creator(walk, statement);
     walk_node(walk, expression);
+}
+
+void read_value(NameWalk *walk, Node *name) {
+    read_name(walk, name);
+    name->symbol->flags |= SYMBOL_IS_VALUE;
+}
+
+bool is_index(const Node *selector) {
+    if (selector->kind != NODE_ARGUMENTS) return true;
+    for (const Node *argument = selector->first_child; argument; argument = argument->next)
+        if (argument->kind == NODE_COLON || argument->kind == NODE_END) return true;
+    return false;
 }
 
 void walk_command(NameWalk *walk, Node *command) {
@@ -54,9 +69,12 @@ void walk_command(NameWalk *walk, Node *command) {
 
 // exist('x') of a parameter: it may not have been given.
 void walk_reference(NameWalk *walk, Node *reference) {
-    walk_nodes(walk, reference->first_child);
-    const Node *base = reference->first_child;
-    if (base->kind != NODE_NAME || strcmp(base->text, "exist") != 0) return;
+    Node *base = reference->first_child;
+    if (base->kind != NODE_NAME) return walk_nodes(walk, base);
+    read_name(walk, base);
+    if (is_index(base->next)) base->symbol->flags |= SYMBOL_IS_VALUE;
+    walk_nodes(walk, base->next);
+    if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
     if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;
     for (Symbol *symbol = walk->function->first_symbol; symbol; symbol = symbol->next)
@@ -198,7 +216,7 @@ Node *child_of_kind(const Node *node, NodeKind kind) {
 
 void walk_node(NameWalk *walk, Node *node) {
     switch (node->kind) {
-        case NODE_NAME: return read_name(walk, node);
+        case NODE_NAME: return read_value(walk, node);
         case NODE_HANDLE: mention(walk, node)->flags |= SYMBOL_CALLED; return;
         case NODE_REFERENCE: return walk_reference(walk, node);
         case NODE_ANONYMOUS: return walk_anonymous(walk, node);

@@ -22,7 +22,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter that exist is asked for, or with a default */
     SYMBOL_IN_SCRIPT = 1 << 10,     /* a called script uses it too */
     SYMBOL_CALLED = 1 << 11,        /* a handle or a command names the function of that name */
-    SYMBOL_OPTIONS = 1 << 12        /* a parameter that collects arguments Name=value */
+    SYMBOL_OPTIONS = 1 << 12,       /* a parameter that collects arguments Name=value */
+    SYMBOL_IS_VALUE = 1 << 13 /* it is read as a function would not be: alone in an expression,
+                                 or with braces, a field, a colon or end behind it */
 };
 
 /* A name in the functions that share it. */

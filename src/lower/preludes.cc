@@ -1,0 +1,147 @@
+// Parameters: how they get into the variables of the function.
+#include "lower/preludes.h"
+
+#include "diagnose/messages.h"
+#include "lower/context.h"
+#include "lower/host_conditions.h"
+#include "lower/host_words.h"
+#include "lower/program_files.h"
+#include "lower/statements.h"
+#include "lower/text_list.h"
+
+namespace {
+
+const Node *parameters_of(const Scope *scope) {
+    const Node *child = scope->owner->first_child;
+    while (child->kind != NODE_PARAMETERS) child = child->next;
+    return child;
+}
+
+// A parameter without a name gets one that nothing else has.
+const char *head_text(const Node *parameter) {
+    if (parameter->kind == NODE_TILDE)
+        return form_text("qxrp_%s", {number_text(++Lowering.temporaries)});
+    if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
+    return head_name(parameter->symbol);
+}
+
+void put_inside(const char *form, std::initializer_list<const char *> operands) {
+    Lowering.level++;
+    put_line(form, operands);
+    Lowering.level--;
+}
+
+void put_copy(const Scope *scope, Symbol *parameter) {
+    const char *name = written_name(parameter);
+    const char *given = head_name(parameter);
+    bool may_be_missing =
+        (scope->flags & READS_NARGIN) || (parameter->flags & SYMBOL_MAY_BE_MISSING);
+    if (!may_be_missing) return put_line("%s := copy(%s);", {name, given});
+    put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
+    put_inside("%s := copy(%s);", {name, given});
+    put_line("end if;", {});
+}
+
+void put_varargin(const Scope *scope, const char *name) {
+    int first = scope->parameters + 1;
+    put_line("if %s then", {count_condition("nargs", OP_GE, first)});
+    put_inside("%s := rtable([args[%s..]],subtype='Vector[row]');", {name, number_text(first)});
+    put_line("else", {});
+    put_inside("%s := rtable([],subtype='Vector[row]');", {name});
+    put_line("end if;", {});
+}
+
+void put_parameter(const Scope *scope, const Node *parameter) {
+    if (parameter->kind == NODE_TILDE) return;
+    if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
+    Symbol *symbol = parameter->symbol;
+    if (symbol->position == 0) return put_varargin(scope, written_name(symbol));
+    if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
+    if (is_copied_parameter(symbol)) put_copy(scope, symbol);
+}
+
+// An assignment of the value behind the target, when the parameter has not been given.
+void put_default(const Node *target, const Symbol *parameter) {
+    Node assignment = {};
+    assignment.kind = NODE_ASSIGN;
+    assignment.offset = target->offset;
+    assignment.length = end_of(target->next) - target->offset;
+    assignment.first_child = const_cast<Node *>(target);
+    bool is_option = target->kind != NODE_NAME;
+    if (!is_option) put_line("if %s then", {count_condition("nargs", OP_LT, parameter->position)});
+    lower_siblings(&assignment, nullptr, Lowering.level + !is_option);
+    if (!is_option) put_line("end if;", {});
+}
+
+// The arguments from a position on are pairs of a name and a value.
+void put_options(Symbol *options) {
+    const char *name = written_name(options);
+    const char *counter = new_temporary();
+    put_line("for %s from %s to nargs by 2  do", {counter, number_text(options->position)});
+    put_inside("%s := setfield(%s, args[%s], args[%s+1]);", {name, name, counter, counter});
+    put_line("end do;", {});
+}
+
+Symbol *base_symbol(const Node *target) {
+    if (target->kind == NODE_REFERENCE) target = target->first_child;
+    return target->kind == NODE_NAME ? target->symbol : nullptr;
+}
+
+// The options of one parameter stand side by side.
+void put_argument(const Node *argument) {
+    const Node *target = argument->first_child;
+    Symbol *symbol = base_symbol(target);
+    if (target->next && symbol) put_default(target, symbol);
+    if (!symbol || !(symbol->flags & SYMBOL_OPTIONS)) return;
+    const Node *next = argument->next;
+    while (next && next->kind == NODE_COMMENT) next = next->next;
+    if (!next || base_symbol(next->first_child) != symbol) put_options(symbol);
+}
+
+void put_argument_block(const Node *block) {
+    bool has_checks = false;
+    for (const Node *child = block->first_child; child; child = child->next) {
+        if (child->kind == NODE_COMMENT) {
+            lower_siblings(child, child->next, Lowering.level);
+            continue;
+        }
+        has_checks |= has_flag(child, HAS_CHECKS);
+        if (!has_flag(block, FOR_OUTPUTS)) put_argument(child);
+    }
+    if (has_checks) report(ARGUMENT_CHECKS, CurrentFile->source, block->offset, block->length);
+}
+
+}  // namespace
+
+const char *parameter_list(const Scope *scope) {
+    TextList names = {};
+    const Node *parameter = parameters_of(scope)->first_child;
+    for (; parameter; parameter = parameter->next) {
+        bool is_varargin = !parameter->next && (scope->flags & HAS_VARARGIN);
+        if (!is_varargin) append_text(&names, head_text(parameter));
+    }
+    return join_texts(&names);
+}
+
+void put_prelude(const Scope *scope) {
+    const Node *first = parameters_of(scope)->first_child;
+    for (const Node *parameter = first; parameter; parameter = parameter->next)
+        put_parameter(scope, parameter);
+    if (scope->flags & HAS_VARARGOUT)
+        put_line("varargout := rtable([],subtype='Vector[row]');", {});
+    for (const Node *parameter = first; parameter; parameter = parameter->next)
+        if (parameter->kind == NODE_DEFAULT)
+            put_default(parameter->first_child, parameter->first_child->symbol);
+}
+
+const Node *put_argument_blocks(const Node *first) {
+    const Node *rest = first;
+    for (const Node *node = first; node; node = node->next) {
+        if (node->kind == NODE_COMMENT) continue;
+        if (node->kind != NODE_ARGUMENT_BLOCK) break;
+        lower_siblings(rest, node, Lowering.level);
+        put_argument_block(node);
+        rest = node->next;
+    }
+    return rest;
+}

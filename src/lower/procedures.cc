@@ -1,0 +1,199 @@
+// Procedures.
+#include "lower/procedures.h"
+
+#include "diagnose/messages.h"
+#include "lower/context.h"
+#include "lower/host_words.h"
+#include "lower/packages.h"
+#include "lower/statements.h"
+#include "lower/text_list.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+// What stands in front of the procedure that is being lowered.
+Lines *BeforeProcedure;
+
+void add_uses(Lines *lines, int level, PackageFlags used) {
+    TextList packages = {};
+    if (used.array_tools) append_text(&packages, "ArrayTools");
+    if (used.linear_algebra) append_text(&packages, "LinearAlgebra");
+    if (packages.first) add_line(lines, level, form_text("uses %s;", {join_texts(&packages)}));
+}
+
+bool is_nested_function(const Symbol *symbol) {
+    return symbol->definition && symbol->definition->kind == NODE_FUNCTION;
+}
+
+bool is_local(const Symbol *symbol) {
+    if (symbol->flags & (SYMBOL_GLOBAL | SYMBOL_PERSISTENT)) return false;
+    if (symbol->position > 0) return is_copied_parameter(symbol);
+    return is_variable(symbol) || is_nested_function(symbol);
+}
+
+// The outputs are the first symbols of a scope.
+void add_local(Lines *lines, int level, const Scope *scope, const GeneratedName *generated) {
+    TextList names = {};
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (is_local(symbol)) append_text(&names, written_name(symbol));
+    for (; generated; generated = generated->next) append_text(&names, generated->text);
+    if (names.first) add_line(lines, level, form_text("local %s;", {join_texts(&names)}));
+}
+
+void add_global(Lines *lines, int level, const Scope *scope) {
+    if (!scope->globals) return;
+    TextList names = {};
+    for (const SymbolCell *cell = scope->globals; cell; cell = cell->next)
+        append_text(&names, written_name(cell->symbol));
+    add_line(lines, level, form_text("global %s;", {join_texts(&names)}));
+    add_line(lines, level, "");
+}
+
+void report_outputs(const Scope *scope, const Node *outputs) {
+    for (const Node *output = outputs->first_child; output; output = output->next) {
+        constexpr uint32_t SET = SYMBOL_VARIABLE & ~uint32_t(SYMBOL_OUTPUT);
+        if ((output->symbol->flags & SET) || scope->creators) continue;
+        report(UNASSIGNED_OUTPUT, CurrentFile->source, output->offset, output->length,
+               {output->text});
+    }
+}
+
+const Node *child_of_kind(const Node *node, NodeKind kind) {
+    const Node *child = node->first_child;
+    while (child->kind != kind) child = child->next;
+    return child;
+}
+
+// qxrp_FILE_f_n: the function's name tells the variables of two functions apart.
+void name_persistent(const Scope *scope, const char *function) {
+    const char *stem = CurrentFile->stem;
+    const char *file = stem && is_identifier(stem) ? form_text("%s_", {stem}) : "";
+    for (const SymbolCell *cell = scope->globals; cell; cell = cell->next)
+        if (cell->symbol->flags & SYMBOL_PERSISTENT)
+            cell->symbol->written = form_text("qxrp_%s%s_%s", {file, function, cell->symbol->name});
+}
+
+// Headers are asked for in the order of the text.
+void ask_header_names(const Scope *scope) {
+    constexpr uint32_t HEADER = SYMBOL_OUTPUT | SYMBOL_PARAMETER;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (symbol->flags & HEADER) written_name(symbol);
+}
+
+void add_procedure(Lines *lines, int level, const Node *function, const char *name);
+
+// The nested functions of a body, each with the comments above it.
+void put_nested_functions(const Node *first) {
+    for (const Node *node = first; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        lower_siblings(comments_above(first, node), node, Lowering.level);
+        Symbol *name = child_of_kind(node, NODE_NAME)->symbol;
+        add_procedure(Lowering.lines, Lowering.level, node, written_name(name));
+        lower_siblings(node->next, behind_function(node), Lowering.level);
+        add_line(Lowering.lines, Lowering.level, "");
+    }
+}
+
+// Statements in pieces, as comments above a nested function go with it.
+void put_statements(const Node *first) {
+    const Node *start = first;
+    for (const Node *node = first; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        lower_siblings(start, comments_above(start, node), Lowering.level);
+        start = behind_function(node);
+    }
+    lower_siblings(start, nullptr, Lowering.level);
+}
+
+const Node *behind_help(const Node *first) {
+    while (first && first->kind == NODE_COMMENT) first = first->next;
+    return first;
+}
+
+// Help text, nested functions, what the parameters need, the body, the results.
+void put_body(const Node *block, const Scope *scope) {
+    const Node *first = block->first_child;
+    const Node *rest = behind_help(first);
+    if (rest && rest->kind == NODE_FUNCTION) rest = comments_above(first, rest);
+    lower_siblings(first, rest, Lowering.level);
+    put_nested_functions(rest);
+    put_prelude(scope);
+    put_statements(put_argument_blocks(rest));
+    put_return();
+}
+
+void add_procedure(Lines *lines, int level, const Node *function, const char *name) {
+    const Scope *scope = scope_of(function);
+    const Node *outputs = function->first_child;
+    report_outputs(scope, outputs);
+    PackageFlags outer_flags = begin_packages();
+    Lines body = {};
+    LoweringContext outer = begin_lowering(scope, &body, level + 1);
+    name_persistent(scope, name);
+    ask_header_names(scope);
+    add_line(lines, level, form_text("%s := proc( %s )", {name, parameter_list(scope)}));
+    put_body(child_of_kind(function, NODE_BLOCK), scope);
+    add_uses(lines, level + 1, end_packages(outer_flags));
+    add_local(lines, level + 1, scope, Lowering.generated);
+    add_global(lines, level + 1, scope);
+    append_lines(lines, &body);
+    add_line(lines, level, "end proc;");
+    Lowering = outer;
+}
+
+void add_comments(Lines *lines, const Node *comments, const Node *behind) {
+    LoweringContext outer = begin_lowering(nullptr, lines, 0);
+    lower_siblings(comments, behind, 0);
+    Lowering = outer;
+}
+
+}  // namespace
+
+const Node *behind_function(const Node *function) {
+    const Node *node = function->next;
+    while (node && node->kind == NODE_COMMENT && has_flag(node, TRAILING)) node = node->next;
+    return node;
+}
+
+const Node *comments_above(const Node *first, const Node *function) {
+    const Node *above = function;
+    for (const Node *node = first; node != function; node = node->next) {
+        bool is_above = node->kind == NODE_COMMENT && !has_flag(node, TRAILING);
+        if (!is_above) above = function;
+        if (is_above && above == function) above = node;
+    }
+    return above;
+}
+
+void lower_function(const FileFunction *function, const Node *comments, Lines *lines) {
+    const Node *node = function->node;
+    settle_function(function->node, find_script);
+    Lines before = {};
+    Lines procedure = {};
+    BeforeProcedure = &before;
+    CallsFromProcedure = true;
+    add_procedure(&procedure, 0, node, function->written);
+    BeforeProcedure = nullptr;
+    add_comments(lines, comments, node);
+    if (comments != node && has_flag(node, BLANK_BEFORE)) add_line(lines, 0, "");
+    append_lines(lines, &before);
+    append_lines(lines, &procedure);
+    add_comments(lines, node->next, behind_function(node));
+    add_line(lines, 0, "");
+}
+
+// Their values stay from call to call: they are global in the host, empty at first.
+void lower_persistent(const Node *declaration) {
+    if (!BeforeProcedure) return;
+    LoweringContext inside = Lowering;
+    Lowering.lines = BeforeProcedure;
+    Lowering.level = 0;
+    for (const Node *child = declaration->first_child; child; child = child->next) {
+        if (child->kind == NODE_NAME)
+            put_line("%s := Vector();", {written_name(child->symbol)});
+        else
+            lower_siblings(child, child->next, 0);
+    }
+    inside.temporaries = Lowering.temporaries;
+    Lowering = inside;
+}

@@ -1,0 +1,21 @@
+/* Procedures: functions of the source with their heads, declarations and returns. */
+#pragma once
+
+#include "lower/called_functions.h"
+#include "lower/lines.h"
+#include "lower/preludes.h"
+
+/* Lowers a function of the current file into lines: the comments above it, from the node comments
+ * on (the function for none), its procedure, and an empty line. */
+void lower_function(const FileFunction *function, const Node *comments, Lines *lines);
+
+/* A persistent declaration: its names are made in front of the procedure. */
+void lower_persistent(const Node *declaration);
+/* Puts the return of the results of the function that is being lowered. */
+void put_return();
+
+/* The first of the comments that belong to a function: those between it and whatever stands before
+ * it. The function itself when there are none. first: of its siblings. */
+const Node *comments_above(const Node *first, const Node *function);
+/* What follows a function and the comments on the line of its end; null for nothing. */
+const Node *behind_function(const Node *function);

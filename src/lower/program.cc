@@ -1,0 +1,150 @@
+// Whole programs.
+#include "lower/program.h"
+
+#include "diagnose/messages.h"
+#include "emit/output.h"
+#include "lower/called_functions.h"
+#include "lower/context.h"
+#include "lower/packages.h"
+#include "lower/procedures.h"
+#include "lower/statements.h"
+#include "run/run_state.h"
+
+namespace {
+
+// What a called script adds to the program, at most this often in a run: scripts that call others
+// twice double with every level.
+constexpr int MOST_SCRIPT_CALLS = 10000;
+int ScriptCalls;
+int ScriptDepth;
+
+bool has_statements(const Node *tree) {
+    for (const Node *node = tree->first_child; node; node = node->next)
+        if (node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT && node->kind != NODE_BAD)
+            return true;
+    return false;
+}
+
+// Lowers what stands in the file besides its functions and the comments above them.
+void put_script(const Node *tree) {
+    const Node *start = tree->first_child;
+    for (const Node *node = start; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        lower_siblings(start, comments_above(start, node), Lowering.level);
+        start = behind_function(node);
+    }
+    lower_siblings(start, nullptr, Lowering.level);
+}
+
+void write_outside(const Node *first, const Node *behind) {
+    Lines lines = {};
+    LoweringContext outer = begin_lowering(nullptr, &lines, 0);
+    lower_siblings(first, behind, 0);
+    Lowering = outer;
+    write_lines(&lines);
+}
+
+// The functions of the current file. In a script the rest is left to it; else what could not be
+// read, and comments behind the last function, stay where they are.
+void write_functions(bool is_script) {
+    const Node *start = CurrentFile->tree->first_child;
+    for (const FileFunction *function = CurrentFile->functions; function;
+         function = function->next) {
+        const Node *comments = comments_above(start, function->node);
+        if (!is_script) write_outside(start, comments);
+        Lines lines = {};
+        start = behind_function(function->node);
+        lower_function(function, comments, &lines);
+        write_lines(&lines);
+    }
+    if (!is_script) write_outside(start, nullptr);
+}
+
+void lower_script(Scope *scope, Lines *lines) {
+    CallsFromProcedure = false;
+    LoweringContext outer = begin_lowering(scope, lines, 0);
+    put_script(scope->owner);
+    Lowering = outer;
+}
+
+// Whether a procedure that has been lowered since calls a function by a variable's name. Then all
+// names of the script are chosen anew.
+bool must_rename(Scope *scope) {
+    bool is_called = false;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (is_variable(symbol) && symbol->written == symbol->name)
+            is_called |= is_called_by_procedure(symbol->name);
+    for (Symbol *symbol = scope->first_symbol; is_called && symbol; symbol = symbol->next)
+        symbol->written = nullptr;
+    return is_called;
+}
+
+void write_called_files() {
+    while (SourceFile *file = take_called_file()) {
+        CurrentFile = file;
+        write_functions(file->is_script);
+    }
+}
+
+void write_script(const PackageFlags *used, const Lines *lines) {
+    if (FileMode && used->array_tools) write_output("with(ArrayTools):\n");
+    if (FileMode && used->linear_algebra) write_output("with(LinearAlgebra):\n");
+    write_lines(lines);
+}
+
+// The statements are lowered before the files that they call and written behind them.
+void translate_script(SourceFile *file) {
+    Scope *scope = settle_script(file->tree, find_script);
+    PackageFlags outer = begin_packages();
+    Lines lines = {};
+    lower_script(scope, &lines);
+    PackageFlags used = end_packages(outer);
+    write_called_files();
+    CurrentFile = file;
+    if (must_rename(scope)) {
+        lines = {};
+        lower_script(scope, &lines);
+        write_called_files();
+    }
+    write_script(&used, &lines);
+}
+
+bool may_call_script(SourceFile *file) {
+    return !file->is_open && ScriptDepth < DEEPEST_SCRIPT && ScriptCalls < MOST_SCRIPT_CALLS;
+}
+
+}  // namespace
+
+void begin_program(SourceLanguage language) {
+    begin_messages();
+    begin_syntax();
+    begin_files(language);
+    begin_calls();
+    ScriptCalls = ScriptDepth = 0;
+}
+
+void lower_program(const char *path, const char *text, uint32_t length) {
+    SourceFile *file = read_main_file(path, text, length);
+    file->is_open = true;
+    bool is_script = has_statements(file->tree) || !file->functions;
+    write_functions(is_script);
+    if (is_script) return translate_script(file);
+    write_called_files();
+}
+
+bool lower_script_call(const Node *name) {
+    SourceFile *file = file_of_script(name);
+    if (!may_call_script(file)) return false;
+    SourceFile *outer = CurrentFile;
+    CurrentFile = file;
+    file->is_open = true;
+    ScriptCalls++;
+    ScriptDepth++;
+    put_script(file->tree);
+    ScriptDepth--;
+    file->is_open = false;
+    CurrentFile = outer;
+    return true;
+}
+
+bool is_in_called_script() { return ScriptDepth > 0; }
