@@ -7,6 +7,7 @@
 #include "lexer/tokens.h"
 
 enum BracketKind {
+    OUTSIDE = 0,              /* no bracket */
     IN_PARENTHESES = '(',     /* a parenthesised expression or argument list */
     IN_BRACES = '{',          /* the braced argument list of a reference */
     IN_LITERAL = '[',         /* a matrix or cell literal */

@@ -10,7 +10,7 @@ int32_t SwitchVariables;
 
 LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level) {
     LoweringContext outer = Lowering;
-    Lowering = {scope, lines, level, 0, 0, nullptr, nullptr, nullptr};
+    Lowering = {scope, lines, level, 0, 0, nullptr, nullptr, nullptr, MESSAGE_COUNT};
     return outer;
 }
 

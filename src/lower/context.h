@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 
+#include "diagnose/message_table.h"
 #include "lower/lines.h"
 
 struct Scope;
@@ -25,6 +26,7 @@ struct LoweringContext {
     GeneratedName *generated; /* names made so far, which the procedure declares; in order */
     GeneratedName *generated_last;
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
+    MessageId gap;           /* why the current statement is given up; else MESSAGE_COUNT */
 };
 
 /* Saved by value, and restored, around a function inside another. */

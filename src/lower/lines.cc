@@ -28,6 +28,74 @@ void write_lines(const Lines *lines) {
     }
 }
 
+namespace {
+
+constexpr size_t INDENT = 4;
+
+char *write_blanks(char *at, size_t count) {
+    memset(at, ' ', count);
+    return at + count;
+}
+
+size_t indentation(const Line *line) {
+    return *line->text ? INDENT * static_cast<size_t>(line->level) : 0;
+}
+
+// Where a line end is the next one of the text that stands outside of strings; null for none.
+const char *next_line_end(const char *text) {
+    bool in_string = false;
+    for (; *text; text++) {
+        if (in_string && *text == '\\' && text[1]) {
+            text++;
+        } else if (*text == '"') {
+            in_string = !in_string;
+        } else if (*text == '\n' && !in_string) {
+            return text;
+        }
+    }
+    return nullptr;
+}
+
+const char *indent_text(const char *text, size_t blanks) {
+    size_t ends = 0;
+    const char *end = next_line_end(text);
+    if (!end) return text;
+    for (; end; end = next_line_end(end + 1)) ends++;
+    char *wider = static_cast<char *>(AllocKept(strlen(text) + ends * blanks + 1));
+    char *at = wider;
+    while ((end = next_line_end(text))) {
+        size_t length = static_cast<size_t>(end + 1 - text);
+        memcpy(at, text, length);
+        at = write_blanks(at + length, blanks);
+        text = end + 1;
+    }
+    write_text(at, text);
+    return wider;
+}
+
+}  // namespace
+
+const char *lines_text(const Lines *lines) {
+    size_t size = 1;
+    for (const Line *line = lines->first; line; line = line->next)
+        size += indentation(line) + strlen(line->text) + 1;
+    char *text = static_cast<char *>(AllocKept(size));
+    char *at = text;
+    for (const Line *line = lines->first; line; line = line->next) {
+        if (line != lines->first) *at++ = '\n';
+        at = write_text(write_blanks(at, indentation(line)), line->text);
+    }
+    *at = '\0';
+    return text;
+}
+
+void indent_lines(Lines *lines, int levels) {
+    for (Line *line = lines->first; line; line = line->next) {
+        line->text = indent_text(line->text, INDENT * static_cast<size_t>(levels));
+        line->level += levels;
+    }
+}
+
 const char *form_text(const char *form, std::initializer_list<const char *> operands) {
     size_t size = strlen(form) + 1;
     for (const char *operand : operands) size += strlen(operand);

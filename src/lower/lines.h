@@ -27,5 +27,10 @@ void append_lines(Lines *lines, Lines *more);
 /* Writes the lines, with their indentation and ends, into the output text. */
 void write_lines(const Lines *lines);
 
+/* The lines as one kept text, with line ends between them but none behind the last. */
+const char *lines_text(const Lines *lines);
+/* The lines deeper by levels, the line ends inside their texts too. */
+void indent_lines(Lines *lines, int levels);
+
 /* A kept text: the form with each "%s" replaced by the next operand (see text_forms.h). */
 const char *form_text(const char *form, std::initializer_list<const char *> operands);

@@ -1,0 +1,128 @@
+// Functions as values.
+#include "lower/anonymous.h"
+
+#include <string.h>
+
+#include "lexer/brackets.h"
+#include "lower/called_functions.h"
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/host_words.h"
+#include "lower/packages.h"
+#include "lower/preludes.h"
+#include "lower/text_list.h"
+#include "lower/value_lists.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "translate/host_queries.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+// A member of a package, with the host's selection for the dots.
+const char *member_text(const char *name) {
+    size_t dots = 0;
+    for (const char *at = name; *at; at++) dots += *at == '.';
+    char *text = static_cast<char *>(AllocKept(strlen(name) + dots + 1));
+    char *to = text;
+    for (; *name; name++) {
+        char one[] = {*name, '\0'};
+        to = write_text(to, *name == '.' ? ":-" : one);
+    }
+    return text;
+}
+
+const char *handle_text(const Node *node) {
+    if (const char *own = own_function(node)) return own;
+    if (const char *answer = translate_name(node->text)) return KeepText(answer, strlen(answer));
+    const char *written = called_function(node);
+    return strchr(written, '.') ? member_text(written) : written;
+}
+
+// Settings around a body: no bracket is open in it, and it names packages itself, as no uses line
+// of the procedure around it need hold in it.
+struct Surroundings {
+    LoweringContext context;
+    int32_t bracket;
+    int32_t file_mode;
+    PackageFlags packages;
+};
+
+Surroundings enter_body(const Scope *scope, Lines *lines) {
+    Surroundings outer = {Lowering, open_bracket(OUTSIDE), FileMode, begin_packages()};
+    FileMode = 0;
+    begin_lowering(scope, lines, Lowering.level + 1);
+    return outer;
+}
+
+// A gap in the body is one of the statement around it.
+void leave_body(const Surroundings *outer) {
+    MessageId gap = Lowering.gap;
+    Lowering = outer->context;
+    if (gap != MESSAGE_COUNT) Lowering.gap = gap;
+    close_bracket(outer->bracket);
+    FileMode = outer->file_mode;
+    end_packages(outer->packages);
+}
+
+mExpr *lower_body(const Node *body) {
+    return is_value_list(body, false) ? lower_value_list(body) : lower_expression(body);
+}
+
+const char *locals_text() {
+    TextList names = {};
+    const Scope *scope = Lowering.scope;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (symbol->position == 0 && is_variable(symbol)) append_text(&names, written_name(symbol));
+    for (const GeneratedName *cell = Lowering.generated; cell; cell = cell->next)
+        append_text(&names, cell->text);
+    return names.first ? join_texts(&names) : nullptr;
+}
+
+const char *procedure_text(const char *parameters, const char *value) {
+    const char *locals = locals_text();
+    if (!locals && !Lowering.lines->first)
+        return form_text("proc( %s ) return %s; end proc", {parameters, value});
+    Lines all = {};
+    if (locals) add_line(&all, Lowering.level, form_text("local %s;", {locals}));
+    append_lines(&all, Lowering.lines);
+    add_line(&all, Lowering.level, form_text("return %s;", {value}));
+    add_line(&all, Lowering.level - 1, "end proc");
+    return form_text("proc( %s )\n%s", {parameters, lines_text(&all)});
+}
+
+const char *lower_procedure(const Node *node) {
+    const Scope *scope = scope_of(node);
+    Lines lines = {};
+    Surroundings outer = enter_body(scope, &lines);
+    const char *parameters = parameter_list(scope);
+    put_prelude(scope);
+    const char *value = lower_body(second_child(node))->text;
+    const char *text = procedure_text(parameters, value);
+    leave_body(&outer);
+    return text;
+}
+
+const char *bound_names(const Scope *scope) {
+    TextList names = {};
+    for (const Capture *at = next_captured(scope, nullptr); at; at = next_captured(scope, at))
+        if (needs_binding(scope, symbol_of(at))) append_text(&names, written_name(symbol_of(at)));
+    return names.first ? join_texts(&names) : nullptr;
+}
+
+// A procedure that makes the procedure: called now, its parameters keep the values.
+const char *bind_names(const char *names, const char *procedure) {
+    const char *maker = new_temporary();
+    put_line("%s := proc( %s ) return %s; end proc;", {maker, names, procedure});
+    return form_text("%s(%s)", {maker, names});
+}
+
+}  // namespace
+
+mExpr *lower_handle(const Node *node) { return new_leaf(handle_text(node)); }
+
+mExpr *lower_anonymous(const Node *node) {
+    const char *procedure = lower_procedure(node);
+    const char *names = bound_names(scope_of(node));
+    return new_call_leaf(names ? bind_names(names, procedure) : procedure);
+}

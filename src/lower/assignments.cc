@@ -1,0 +1,219 @@
+// Assignments.
+#include "lower/assignments.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "lexer/brackets.h"
+#include "lower/calls.h"
+#include "lower/context.h"
+#include "lower/deletions.h"
+#include "lower/gaps.h"
+#include "lower/host_conditions.h"
+#include "lower/lines.h"
+#include "lower/targets.h"
+#include "lower/value_lists.h"
+#include "support/allocation.h"
+#include "syntax/names.h"
+#include "translate/assignment.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+const Node *last_selector(const Node *reference) {
+    const Node *selector = reference->first_child->next;
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+bool is_several(const Node *selector) {
+    for (const Node *child = selector->first_child; child; child = child->next)
+        if (without_parens(child)->kind != NODE_NAME && may_be_several(child)) return true;
+    return false;
+}
+
+// c(k) = {v} puts v into one element. Of several elements each gets what is in the cell.
+const Node *element_value(const Node *target, const Node *value) {
+    if (target->kind != NODE_REFERENCE || value->kind != NODE_CELL) return value;
+    const Node *row = value->first_child;
+    if (!row || row->next || row->first_child->next) return value;
+    const Node *last = last_selector(target);
+    if (last->kind != NODE_ARGUMENTS || !last->first_child || is_several(last)) return value;
+    return is_value_list(row->first_child, true) ? value : row->first_child;
+}
+
+// Whether the host might share the value with where it comes from, and the target is changed later.
+bool needs_copy(const Node *target, const Node *value) {
+    if (target->kind != NODE_NAME || !(target->symbol->flags & SYMBOL_CHANGED)) return false;
+    value = without_parens(value);
+    if (value->kind != NODE_REFERENCE) return false;
+    const Node *base = value->first_child;
+    NodeKind last = last_selector(value)->kind;
+    return base->kind == NODE_NAME && is_variable(base->symbol) &&
+           (last == NODE_FIELD || last == NODE_BRACES);
+}
+
+// x += e, with e as if in parentheses.
+const char *compound_value(const Target *target, const Node *node) {
+    Operand left = {new_leaf(target_value(target)), HOST_ATOM};
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    Operand right = lower_operand(second_child(node));
+    close_bracket(outer);
+    return new_binary(node->op, &left, &right).expr->text;
+}
+
+const char *value_text(const Node *target, const Node *value) {
+    const char *text = lower_expression(element_value(target, value))->text;
+    return needs_copy(target, value) ? form_text("copy(%s)", {text}) : text;
+}
+
+}  // namespace
+
+void put_assignment(const Node *node) {
+    if (is_deletion(node)) return put_deletion(node);
+    const Node *place = node->first_child;
+    Target target = lower_target(place, nullptr);
+    const char *value =
+        node->op == OPERATOR_NONE ? value_text(place, place->next) : compound_value(&target, node);
+    put_value(&target, value);
+}
+
+namespace {
+
+// Targets of one statement: their host texts, and what is left to do behind it.
+struct TargetCell {
+    Target target;
+    TargetCell *next;
+};
+struct TargetTexts {
+    ExprList texts;
+    TargetCell *first;
+    TargetCell *last;
+    int count;
+};
+
+void append_target(TargetTexts *targets, const char *text) {
+    append_expr(&targets->texts, new_leaf(text));
+    targets->count++;
+}
+
+void add_target(TargetTexts *targets, const Node *node) {
+    if (node->kind == NODE_TILDE) return append_target(targets, new_temporary());
+    TargetCell *cell = AllocRecord<TargetCell>();
+    *cell = {lower_target(node, nullptr), nullptr};
+    append_target(targets, target_text(&cell->target));
+    if (!cell->target.pending) return;
+    (targets->last ? targets->last->next : targets->first) = cell;
+    targets->last = cell;
+}
+
+// A whole number of the source, or -1.
+long literal_value(const Node *node) {
+    if (node->kind != NODE_NUMBER || !has_flag(node, NUMBER_INTEGER)) return -1;
+    return strlen(node->text) < 7 ? strtol(node->text, nullptr, 10) : -1;
+}
+
+struct Bounds {
+    long first;
+    long last;  // below first: not known
+};
+
+constexpr long MOST_TARGETS = 1000;
+
+Bounds literal_bounds(const Node *argument) {
+    argument = without_parens(argument);
+    if (argument->kind != NODE_RANGE) return {1, -1};
+    const Node *second = second_child(argument);
+    Bounds bounds = {literal_value(argument->first_child), literal_value(second)};
+    bool is_known = !second->next && bounds.first > 0 && bounds.last - bounds.first < MOST_TARGETS;
+    return is_known ? bounds : Bounds{1, -1};
+}
+
+// The index of c{1:3} or s(1:3).f.
+const Node *list_index(const Node *reference) {
+    const Node *index = nullptr;
+    const Node *last = reference->first_child->next;
+    for (; last->next; last = last->next) index = last;
+    if (last->kind == NODE_BRACES) return last;
+    bool is_field = last->kind == NODE_FIELD && index && index->kind == NODE_ARGUMENTS;
+    return is_field ? index : nullptr;
+}
+
+// Such an index with literal bounds stands for as many targets.
+void add_numbered_targets(TargetTexts *targets, const Node *node) {
+    const Node *index = list_index(node);
+    const Node *argument = index ? index->first_child : nullptr;
+    Bounds bounds = argument && !argument->next ? literal_bounds(argument) : Bounds{1, -1};
+    if (bounds.last < bounds.first) return report_gap(TARGET_VALUES_GAP, node);
+    Target base = lower_target(node, index);
+    Path field = begin_path("", false);
+    field.has_field = true;
+    if (index->next) add_field(&field, index->next);
+    const char *text = target_text(&base);
+    for (long k = bounds.first; k <= bounds.last; k++) {
+        const char *number = number_text(static_cast<int>(k));
+        append_target(targets, form_text("%s(%s)%s", {text, number, field.text}));
+    }
+}
+
+// [s.f] = deal(v) is one target for each element of s.
+bool is_field_of_all(const Node *targets, const Node *target) {
+    if (target->kind != NODE_REFERENCE || targets->first_child->next) return false;
+    const Node *value = targets->next;
+    bool has_name = value->kind == NODE_REFERENCE && value->first_child->kind == NODE_NAME;
+    if (!has_name || last_selector(target)->kind != NODE_FIELD) return false;
+    bool is_deal = strcmp(value->first_child->text, "deal") == 0;
+    const Node *before = nullptr;
+    for (const Node *at = target->first_child; at->next; at = at->next) before = at;
+    bool is_element = before->kind == NODE_ARGUMENTS && !is_value_list(target, true);
+    return (is_deal || is_value_list(value, false)) && !is_element;
+}
+
+TargetTexts lower_targets(const Node *list) {
+    TargetTexts targets = {};
+    int32_t outer = open_bracket(IN_TARGETS);
+    for (const Node *node = list->first_child; node; node = node->next) {
+        if (is_value_list(node, false) || is_field_of_all(list, node)) {
+            add_numbered_targets(&targets, node);
+        } else {
+            add_target(&targets, node);
+        }
+    }
+    close_bracket(outer);
+    return targets;
+}
+
+const char *targets_text(const ExprList *targets) {
+    size_t size = 3;
+    for (const vExpr *cell = targets->first; cell; cell = cell->next)
+        size += strlen(cell->item->text) + 2;
+    char *text = static_cast<char *>(AllocKept(size));
+    write_targets(text, targets->first);
+    return text;
+}
+
+const char *values_text(const Node *value, int targets) {
+    if (is_value_list(value, false) && targets > 1) return lower_values_for(value, targets)->text;
+    return lower_expression(value)->text;
+}
+
+void put_values(TargetTexts *targets, const Node *value) {
+    const char *left =
+        targets->count == 1 ? targets->texts.first->item->text : targets_text(&targets->texts);
+    const char *right = values_text(value, targets->count);
+    const char *form =
+        targets->count == 1 && is_identifier(right) ? "%s := copy(%s);" : "%s := %s;";
+    put_line(form, {left, right});
+    for (const TargetCell *cell = targets->first; cell; cell = cell->next)
+        finish_target(&cell->target);
+}
+
+}  // namespace
+
+void put_multi_assignment(const Node *node) {
+    const Node *list = node->first_child;
+    if (!list->first_child) return put_line("%s;", {lower_expression(list->next)->text});
+    TargetTexts targets = lower_targets(list);
+    put_values(&targets, list->next);
+    free_vExpr(targets.texts.first);
+}

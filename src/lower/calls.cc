@@ -1,0 +1,140 @@
+// Names alone, and calls of functions.
+#include "lower/calls.h"
+
+#include <string.h>
+
+#include "lower/called_functions.h"
+#include "lower/end_positions.h"
+#include "lower/exist.h"
+#include "lower/gaps.h"
+#include "lower/host_words.h"
+#include "lower/operands.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "translate/calls.h"
+#include "translate/host_queries.h"
+#include "translate/indices.h"
+
+namespace {
+
+// Names with a form of their own when they are neither variables nor called with arguments.
+struct NameForm {
+    const char *name;
+    const char *form;
+};
+const NameForm NameForms[] = {
+    {"i", "I"}, {"j", "I"}, {"nargin", "nargs"}, {"nargout", "_nresults"}};
+
+const char *fixed_form(const char *name) {
+    for (const NameForm &row : NameForms)
+        if (strcmp(row.name, name) == 0) return row.form;
+    return nullptr;
+}
+
+bool is_truth_value(const char *name) {
+    return strcmp(name, "true") == 0 || strcmp(name, "false") == 0;
+}
+
+// The host's name of a function, or null.
+const char *ask_name(const char *name) {
+    const char *answer = translate_name(name);
+    return answer ? KeepText(answer, strlen(answer)) : nullptr;
+}
+
+const char *const EvalNames[] = {"eval", "evalin", "evalc", "assignin"};
+
+void check_eval(const Node *name) {
+    for (const char *eval : EvalNames)
+        if (strcmp(eval, name->text) == 0) report_gap(EVAL_GAP, name, {name->text});
+}
+
+mExpr *ask_call(const char *name, const vExpr *arguments) {
+    return AddTranslator ? new_host_call(name, arguments) : nullptr;
+}
+
+// A call that the host has not answered.
+const char *unanswered_name(const Node *name) {
+    check_eval(name);
+    return called_function(name);
+}
+
+// answer: the host's name of it, or null.
+mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments) {
+    if (mExpr *call = ask_call(answer ? answer : name->text, arguments)) return call;
+    const char *written = answer ? answer : unanswered_name(name);
+    return new_index_node(written, FUNCTION_INDEX, arguments);
+}
+
+// An end among the arguments of an unknown name: it is indexed, and the host need not be asked.
+mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments) {
+    return new_index_node(answer ? answer : called_function(name), VARIABLE_INDEX, arguments);
+}
+
+mExpr *lower_outside_call(const Node *name, const Node *arguments) {
+    const char *answer = ask_name(name->text);
+    bool is_index = false;
+    ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
+    mExpr *call = is_index ? finish_index(name, answer, values.first)
+                           : finish_call(name, answer, values.first);
+    free_vExpr(values.first);
+    return call;
+}
+
+// A colon is the text ":" to a function.
+void spell_colons(ExprList *values) {
+    for (vExpr *cell = values->first; cell; cell = cell->next)
+        if (is_colon(cell->item)) cell->item = new_leaf("\":\"", SCALAR);
+}
+
+}  // namespace
+
+mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
+    ExprList values = lower_values(arguments);
+    spell_colons(&values);
+    mExpr *call = new_index_node(procedure, FUNCTION_INDEX, values.first);
+    free_vExpr(values.first);
+    return call;
+}
+
+mExpr *lower_call(const Node *name, const Node *arguments) {
+    if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
+    if (mExpr *test = lower_exist(name, arguments)) return test;
+    return lower_outside_call(name, arguments);
+}
+
+// A function without arguments: the host's name of it stands for its value.
+static mExpr *lower_bare_call(const Node *name) {
+    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
+    if (const char *answer = ask_name(name->text)) return new_leaf(answer);
+    if (is_truth_value(name->text)) return new_leaf(name->text);
+    return finish_call(name, nullptr, nullptr);
+}
+
+mExpr *lower_name(const Node *name) {
+    if (is_variable(name->symbol)) return new_leaf(written_name(name->symbol));
+    if (strcmp(name->text, "ans") == 0) {
+        report_at(ANS_VALUE, name);
+        return new_leaf("ans");
+    }
+    if (const char *form = fixed_form(name->text)) return new_leaf(form);
+    return lower_bare_call(name);
+}
+
+mExpr *lower_command(const Node *command) {
+    const Node *name = command->first_child;
+    ExprList words = {};
+    const char *own = own_function(name);
+    const char *answer = own ? own : ask_name(name->text);
+    for (const Node *word = name->next; word; word = word->next)
+        append_expr(&words, new_leaf(string_text(word->text), SCALAR));
+    mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
+                      : finish_call(name, answer, words.first);
+    free_vExpr(words.first);
+    return call;
+}
+
+mExpr *lower_function_name(const Node *name) {
+    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
+    const char *answer = ask_name(name->text);
+    return new_leaf(answer ? answer : called_function(name));
+}

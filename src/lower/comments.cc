@@ -1,0 +1,19 @@
+// Comments of the source.
+#include "lower/comments.h"
+
+#include "lower/context.h"
+
+// Lines of block comments keep their indentation, so that they may begin with anything.
+static const char *mark_of(const Node *comment) {
+    bool is_flush = *comment->text && *comment->text != ' ' && *comment->text != '\t';
+    return has_flag(comment, IN_BLOCK_COMMENT) && is_flush ? "# " : "#";
+}
+
+void put_comment(const Node *comment, Line *trailed) {
+    const char *text = form_text("%s%s", {mark_of(comment), comment->text});
+    if (trailed && has_flag(comment, TRAILING)) {
+        trailed->text = form_text("%s %s", {trailed->text, text});
+    } else {
+        add_line(Lowering.lines, Lowering.level, text);
+    }
+}

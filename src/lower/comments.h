@@ -1,0 +1,9 @@
+/* Comments of the source, each of which is in the output once. */
+#pragma once
+
+#include "lower/lines.h"
+#include "syntax/tree.h"
+
+/* Puts a COMMENT: behind the line that it trails, or on a line of its own when that is null or when
+ * it trails nothing. */
+void put_comment(const Node *comment, Line *trailed);

@@ -1,0 +1,111 @@
+// Deletions of elements.
+#include "lower/deletions.h"
+
+#include "lexer/brackets.h"
+#include "lower/context.h"
+#include "lower/gaps.h"
+#include "lower/host_conditions.h"
+#include "lower/lines.h"
+#include "lower/targets.h"
+#include "translate/indices.h"
+
+namespace {
+
+const Node *last_selector(const Node *target) {
+    const Node *selector = target->first_child->next;
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+bool is_empty_literal(const Node *value) {
+    if (value->kind == NODE_MATRIX) return !value->first_child;
+    return value->kind == NODE_STRING && !*value->text && !has_flag(value, DOUBLE_QUOTED);
+}
+
+bool is_one(const Node *node) {
+    return node->kind == NODE_NUMBER && node->text[0] == '1' && node->text[1] == '\0';
+}
+
+// A colon, or 1:end.
+bool is_whole(const Node *argument) {
+    argument = without_parens(argument);
+    if (argument->kind == NODE_COLON) return true;
+    if (argument->kind != NODE_RANGE || !is_one(argument->first_child)) return false;
+    const Node *second = second_child(argument);
+    return second->kind == NODE_END && !second->next;
+}
+
+// The index that selects what goes, from 1; 0 when all goes, -1 for several such indices.
+int selecting_argument(const Node *arguments) {
+    int selecting = 0;
+    int k = 1;
+    for (const Node *child = arguments->first_child; child; child = child->next, k++) {
+        if (is_whole(child)) continue;
+        if (selecting) return -1;
+        selecting = k;
+    }
+    return selecting;
+}
+
+const char *number_of_positions(const char *base, int argument, int count) {
+    if (count == 1) return last_position_text(base, 1, 1);
+    return form_text("rhs(ArrayDims(%s)[%s])", {base, number_text(argument)});
+}
+
+const Node *nth_child(const Node *node, int n) {
+    const Node *child = node->first_child;
+    while (--n > 0) child = child->next;
+    return child;
+}
+
+// setdiff(qxrp_1, qxrp_1(k)), where qxrp_1 holds all positions.
+mExpr *remaining_positions(const char *base, const Node *arguments, int selecting) {
+    int count = count_children(arguments);
+    const char *all = new_temporary();
+    put_line("%s := Vector[row]([seq(1..%s)]);",
+             {all, number_of_positions(base, selecting, count)});
+    EndBase at = {base, selecting, count, nullptr};
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    vExpr *position = alloc_vExpr(lower_position(nth_child(arguments, selecting), &at));
+    close_bracket(outer);
+    const mExpr *gone = new_element_node(all, VARIABLE_INDEX, position);
+    free_vExpr(position);
+    return new_keyword_call("setdiff", {all, gone->text});
+}
+
+const char *selection(const char *base, mExpr *positions, int selecting, int count) {
+    ExprList arguments = {};
+    for (int k = 1; k <= count; k++)
+        append_expr(&arguments, k == selecting ? positions : new_node(EXPR_RANGE, nullptr));
+    const char *text = new_element_node(base, VARIABLE_INDEX, arguments.first)->text;
+    free_vExpr(arguments.first);
+    return text;
+}
+
+// What is indexed; the value of a field .(e) gets a name first.
+const char *base_text(const Target *target) {
+    Path path = begin_path(target_value(target), target->field != nullptr);
+    name_path(&path);
+    return path.text;
+}
+
+}  // namespace
+
+bool is_deletion(const Node *assignment) {
+    const Node *target = assignment->first_child;
+    if (target->kind != NODE_REFERENCE || assignment->op != OPERATOR_NONE) return false;
+    const Node *last = last_selector(target);
+    return last->kind == NODE_ARGUMENTS && last->first_child && is_empty_literal(target->next);
+}
+
+void put_deletion(const Node *assignment) {
+    const Node *node = assignment->first_child;
+    const Node *arguments = last_selector(node);
+    int selecting = selecting_argument(arguments);
+    if (selecting < 0) return report_gap(DELETION_GAP, node);
+    Target target = lower_target(node, arguments);
+    if (selecting == 0) return put_value(&target, "Vector()");
+    const char *base = base_text(&target);
+    mExpr *positions = remaining_positions(base, arguments, selecting);
+    put_value(&target, selection(base, positions, selecting, count_children(arguments)));
+}

@@ -1,0 +1,121 @@
+// Positions in an index.
+#include "lower/end_positions.h"
+
+#include <assert.h>
+
+#include "lexer/brackets.h"
+#include "lower/context.h"
+#include "lower/gaps.h"
+#include "lower/host_conditions.h"
+#include "lower/lines.h"
+#include "lower/value_lists.h"
+#include "translate/ranges.h"
+
+int count_children(const Node *node) {
+    int count = 0;
+    for (const Node *child = node->first_child; child; child = child->next) count++;
+    return count;
+}
+
+const char *last_position_text(const char *base, int argument, int count) {
+    if (count == 1) return form_text("ArrayNumElems(%s,'All')", {base});
+    const char *dimension = number_text(argument);
+    if (argument < count) return form_text("rhs(ArrayDims(%s)[%s])", {base, dimension});
+    return form_text("mul(rhs(i),i in ArrayDims(%s)[%s..])", {base, dimension});
+}
+
+mExpr *lower_end(const Node *node) {
+    const EndBase *at = Lowering.end_base;
+    if (!at) {
+        report_gap(END_OUTSIDE_INDEX, node);
+        return new_leaf("end");
+    }
+    if (at->is_used) *at->is_used = true;
+    mExpr *expr = alloc_mExpr();
+    *expr = {EXPR_INTEGER, last_position_text(at->base, at->argument, at->count), SCALAR, nullptr};
+    return expr;
+}
+
+namespace {
+
+const Node *last_child(const Node *node) {
+    const Node *child = node->first_child;
+    while (child->next) child = child->next;
+    return child;
+}
+
+bool is_open_range(const Node *node) {
+    return node->kind == NODE_RANGE && last_child(node)->kind == NODE_END;
+}
+
+mExpr *lower_open_range(const Node *range) {
+    const Node *second = second_child(range);
+    mExpr *start = lower_expression(range->first_child);
+    mExpr *step = second->next ? lower_expression(second) : unit_step();
+    return new_seq_node(start, step, nullptr, nullptr);
+}
+
+mExpr *lower_plain_position(const Node *node) {
+    if (is_value_list(node, false)) return lower_value_list(node);
+    node = without_parens(node);
+    if (node->kind == NODE_END) return last_position();
+    if (is_open_range(node)) return lower_open_range(node);
+    return nullptr;
+}
+
+void mark_used(const EndBase *at, const Node *node) {
+    node = without_parens(node);
+    if (at->is_used && (node->kind == NODE_END || is_open_range(node))) *at->is_used = true;
+}
+
+BracketKind bracket_of(const Node *selector) {
+    return selector->kind == NODE_BRACES ? IN_BRACES : IN_PARENTHESES;
+}
+
+mExpr *lower_argument(const Node *node) {
+    return is_value_list(node, false) ? lower_value_list(node) : lower_expression(node);
+}
+
+}  // namespace
+
+mExpr *lower_position(const Node *node, const EndBase *at) {
+    const EndBase *outer = Lowering.end_base;
+    Lowering.end_base = at;
+    mark_used(at, node);
+    mExpr *position = lower_plain_position(node);
+    if (!position) position = lower_expression(node);
+    Lowering.end_base = outer;
+    return position;
+}
+
+static ExprList lower_positions(const Node *selector, const char *base, bool *is_used) {
+    int32_t outer = open_bracket(bracket_of(selector));
+    ExprList positions = {};
+    EndBase at = {base, 0, count_children(selector), is_used};
+    for (const Node *child = selector->first_child; child; child = child->next) {
+        at.argument++;
+        append_expr(&positions, lower_position(child, &at));
+    }
+    close_bracket(outer);
+    return positions;
+}
+
+ExprList lower_index(const Node *selector, const char *base) {
+    return lower_positions(selector, base, nullptr);
+}
+
+ExprList lower_values(const Node *arguments) {
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    ExprList values = {};
+    for (const Node *child = arguments->first_child; child; child = child->next)
+        append_expr(&values, lower_argument(child));
+    close_bracket(outer);
+    return values;
+}
+
+// Of several unknown names around an end the innermost counts.
+ExprList lower_arguments(const Node *arguments, const char *name, bool *is_index) {
+    const EndBase *around = Lowering.end_base;
+    if (around && !around->is_used) return lower_values(arguments);
+    return lower_positions(arguments, name, is_index);
+}

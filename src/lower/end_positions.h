@@ -1,0 +1,32 @@
+/* Positions in an index, and what end stands for there. */
+#pragma once
+
+#include "lower/expressions.h"
+#include "lower/keyword_calls.h"
+
+/* The index that end belongs to: argument number (from 1) of count behind base, a host text. */
+struct EndBase {
+    const char *base;
+    int argument;
+    int count;
+    bool *is_used; /* set when end is lowered; null when nobody asks */
+};
+
+/* Last position of an argument, from 1, of count behind base. */
+const char *last_position_text(const char *base, int argument, int count);
+/* An END as a value. */
+mExpr *lower_end(const Node *node);
+
+/* The arguments of an index behind base: ARGUMENTS or BRACES. Ranges keep their parts, colons and
+ * end stand for themselves (indices.h). The cells are the caller's. */
+ExprList lower_index(const Node *selector, const char *base);
+/* The arguments of a call, as values; an end among them belongs to the index around the call. */
+ExprList lower_values(const Node *arguments);
+/* The arguments of what may be a call or an index, as nobody knows the name: behind a variable's
+ * index the same as lower_values; else *is_index is set when an end is among them, which makes it
+ * an index of name. */
+ExprList lower_arguments(const Node *arguments, const char *name, bool *is_index);
+/* One argument of an index. */
+mExpr *lower_position(const Node *node, const EndBase *at);
+/* Number of children. */
+int count_children(const Node *node);

@@ -1,0 +1,59 @@
+// What cannot be translated.
+#include "lower/gaps.h"
+
+#include <string.h>
+
+#include "lower/context.h"
+#include "lower/program_files.h"
+#include "support/allocation.h"
+
+void report_at(MessageId id, const Node *node, std::initializer_list<const char *> operands) {
+    report(id, CurrentFile->source, node->offset, node->length, operands);
+}
+
+void report_gap(MessageId id, const Node *node, std::initializer_list<const char *> operands) {
+    report_at(id, node, operands);
+    if (Lowering.gap == MESSAGE_COUNT) Lowering.gap = id;
+}
+
+namespace {
+
+bool is_line_end(char c) { return c == '\n' || c == '\r'; }
+
+// Lines of the source from the offset on, one after the other.
+struct SourceLines {
+    const char *at;
+    const char *end;
+};
+
+const char *next_line(SourceLines *lines) {
+    const char *start = lines->at;
+    const char *end = start;
+    while (end < lines->end && !is_line_end(*end)) end++;
+    lines->at = end;
+    if (lines->at < lines->end && *lines->at == '\r') lines->at++;
+    if (lines->at < lines->end && *lines->at == '\n') lines->at++;
+    return KeepText(start, static_cast<size_t>(end - start));
+}
+
+}  // namespace
+
+void put_gap(const Node *node, MessageId id) {
+    const MessageRow *row = &MessageTable[id];
+    const char *source = CurrentFile->source->text;
+    SourceLines lines = {source + node->offset, source + end_of(node)};
+    put_line("# not translated (%s %s): %s", {row->code, row->name, next_line(&lines)});
+    while (lines.at < lines.end) put_line("# %s", {next_line(&lines)});
+}
+
+// The error stands within the node, or right behind it where something is missing.
+static MessageId error_in(const Node *node) {
+    for (const Message *message = FirstMessage; message; message = message->next) {
+        bool is_here = message->source == CurrentFile->source && message->offset >= node->offset &&
+                       message->offset <= end_of(node);
+        if (is_here && severity_of(message->id) == SEVERITY_ERROR) return message->id;
+    }
+    return UNEXPECTED_TOKEN;
+}
+
+void put_bad(const Node *node) { put_gap(node, error_in(node)); }

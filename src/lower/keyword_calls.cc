@@ -1,0 +1,56 @@
+// Calls that the front end makes up.
+#include "lower/keyword_calls.h"
+
+#include <string.h>
+
+#include "lower/operands.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "translate/calls.h"
+#include "translate/indices.h"
+#include "translate/text_forms.h"
+
+void append_expr(ExprList *list, mExpr *expr) {
+    vExpr *cell = alloc_vExpr(expr);
+    (list->last ? list->last->next : list->first) = cell;
+    list->last = cell;
+}
+
+const char *exprs_text(const vExpr *list) {
+    size_t size = 1;
+    for (const vExpr *cell = list; cell; cell = cell->next) size += strlen(cell->item->text) + 2;
+    char *text = static_cast<char *>(AllocKept(size));
+    char *at = text;
+    *at = '\0';
+    for (const vExpr *cell = list; cell; cell = cell->next) {
+        if (cell != list) at = write_text(at, ", ");
+        at = write_text(at, cell->item->text);
+    }
+    return text;
+}
+
+mExpr *new_keyword_call(const char *keyword, const vExpr *arguments) {
+    mExpr *answer = AddTranslator ? new_host_call(keyword, arguments) : nullptr;
+    return answer ? answer : new_element_node(keyword, FUNCTION_INDEX, arguments);
+}
+
+static ExprList as_list(std::initializer_list<const char *> texts) {
+    ExprList list = {};
+    for (const char *text : texts) append_expr(&list, new_leaf(text));
+    return list;
+}
+
+mExpr *new_keyword_call(const char *keyword, std::initializer_list<const char *> arguments) {
+    ExprList list = as_list(arguments);
+    mExpr *call = new_keyword_call(keyword, list.first);
+    free_vExpr(list.first);
+    return call;
+}
+
+mExpr *ask_keyword(const char *keyword, std::initializer_list<const char *> arguments) {
+    if (!AddTranslator) return nullptr;
+    ExprList list = as_list(arguments);
+    mExpr *answer = new_host_call(keyword, list.first);
+    free_vExpr(list.first);
+    return answer;
+}

@@ -1,0 +1,23 @@
+/* Calls that the front end makes up for what the host's forms lack. */
+#pragma once
+
+#include <initializer_list>
+
+#include "translate/expressions.h"
+
+/* A list of expressions, at first {}. */
+struct ExprList {
+    vExpr *first;
+    vExpr *last;
+};
+void append_expr(ExprList *list, mExpr *expr);
+
+/* The texts of a list, separated by ", ", as a kept text. */
+const char *exprs_text(const vExpr *list);
+
+/* What the host answers for a call of the keyword, else the call itself. The cells of the list
+ * stay the caller's. */
+mExpr *new_keyword_call(const char *keyword, const vExpr *arguments);
+mExpr *new_keyword_call(const char *keyword, std::initializer_list<const char *> arguments);
+/* What the host answers, or null. */
+mExpr *ask_keyword(const char *keyword, std::initializer_list<const char *> arguments);

@@ -1,0 +1,195 @@
+// Numbers, strings, and what stands in [ ] and { }.
+#include "translate/literals.h"
+
+#include <string.h>
+
+#include "lexer/brackets.h"
+#include "lower/expressions.h"
+#include "lower/keyword_calls.h"
+#include "lower/lines.h"
+#include "lower/value_lists.h"
+#include "support/allocation.h"
+#include "translate/package_prefix.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+bool is_literal_text(const Node *node) { return without_parens(node)->kind == NODE_STRING; }
+
+bool has_literal_text(const Node *literal) {
+    for (const Node *row = literal->first_child; row; row = row->next)
+        for (const Node *element = row->first_child; element; element = element->next)
+            if (is_literal_text(element)) return true;
+    return false;
+}
+
+const Node *single_element(const Node *literal) {
+    const Node *row = literal->first_child;
+    return row && !row->next && !row->first_child->next ? row->first_child : nullptr;
+}
+
+bool is_only_texts(const Node *row) {
+    for (const Node *element = row->first_child; element; element = element->next)
+        if (!is_literal_text(element)) return false;
+    return true;
+}
+
+// One text of all texts of the row.
+mExpr *join_literals(const Node *row) {
+    size_t length = 1;
+    for (const Node *element = row->first_child; element; element = element->next)
+        length += strlen(without_parens(element)->text);
+    char *joined = static_cast<char *>(AllocKept(length));
+    char *at = joined;
+    *at = '\0';
+    for (const Node *element = row->first_child; element; element = element->next)
+        at = write_text(at, without_parens(element)->text);
+    return new_leaf(string_text(joined), SCALAR);
+}
+
+mExpr *lower_element(const Node *element, bool is_alone) {
+    if (is_value_list(element, is_alone)) return lower_value_list(element);
+    return lower_expression(element);
+}
+
+ExprList lower_elements(const Node *row, bool is_alone) {
+    ExprList elements = {};
+    for (const Node *element = row->first_child; element; element = element->next)
+        append_expr(&elements, lower_element(element, is_alone));
+    return elements;
+}
+
+mExpr *join_row(const Node *row) {
+    if (is_only_texts(row)) return join_literals(row);
+    ExprList elements = lower_elements(row, false);
+    bool is_single = elements.first == elements.last;
+    mExpr *joined = is_single ? elements.first->item : new_keyword_call("horzcat", elements.first);
+    free_vExpr(elements.first);
+    return joined;
+}
+
+// Texts are joined as MATLAB joins arrays, which the constructors do not do.
+mExpr *join_texts(const Node *literal) {
+    const Node *row = literal->first_child;
+    if (!row->next) return join_row(row);
+    ExprList rows = {};
+    for (; row; row = row->next) append_expr(&rows, join_row(row));
+    mExpr *joined = new_keyword_call("vertcat", rows.first);
+    free_vExpr(rows.first);
+    return joined;
+}
+
+mVector *collect_row(const Node *row, bool is_alone) {
+    mVector *items = alloc_mVector(0);
+    for (const Node *element = row->first_child; element; element = element->next)
+        append_to_vector(items, lower_element(element, is_alone));
+    return items;
+}
+
+mExpr *construct(const Node *literal, bool is_alone) {
+    mMatrix *rows = alloc_mMatrix(0);
+    for (const Node *row = literal->first_child; row; row = row->next)
+        append_to_matrix(rows, collect_row(row, is_alone));
+    return new_matrix_node(rows, MATRIX_LITERAL);
+}
+
+Operand lower_filled_matrix(const Node *literal) {
+    const Node *alone = single_element(literal);
+    if (!alone || is_value_list(alone, true)) {
+        bool joins_texts = !alone && has_literal_text(literal);
+        return {joins_texts ? join_texts(literal) : construct(literal, alone), HOST_ATOM};
+    }
+    // A single element stands for itself, at its level, unless it may denote several values.
+    Operand element = lower_operand(alone);
+    if (element.expr->kind == EXPR_STRING) return element;
+    mVector *items = append_to_vector(alloc_mVector(1), element.expr);
+    mMatrix *rows = append_to_matrix(alloc_mMatrix(1), items);
+    mExpr *expr = new_matrix_node(rows, MATRIX_LITERAL);
+    return {expr, strcmp(expr->text, element.expr->text) == 0 ? element.level : HOST_ATOM};
+}
+
+const char *cell_row(const Node *row, bool is_alone) {
+    ExprList elements = lower_elements(row, is_alone);
+    const char *text = exprs_text(elements.first);
+    free_vExpr(elements.first);
+    return form_text("rtable([%s],subtype='Vector[row]')", {text});
+}
+
+bool is_column(const Node *literal) {
+    for (const Node *row = literal->first_child; row; row = row->next)
+        if (row->first_child->next || is_value_list(row->first_child, false)) return false;
+    return true;
+}
+
+mExpr *cell_column(const Node *literal) {
+    ExprList elements = {};
+    for (const Node *row = literal->first_child; row; row = row->next)
+        append_expr(&elements, lower_element(row->first_child, false));
+    const char *text = exprs_text(elements.first);
+    free_vExpr(elements.first);
+    return new_call_leaf(form_text("rtable([%s],subtype='Vector[column]')", {text}));
+}
+
+// Rows one below the other: a constructor of all rows would join what their elements hold.
+mExpr *cell_matrix(const Node *literal) {
+    ExprList rows = {};
+    for (const Node *row = literal->first_child; row; row = row->next)
+        append_expr(&rows, new_leaf(cell_row(row, false)));
+    const char *elements = exprs_text(rows.first);
+    free_vExpr(rows.first);
+    const char *form = "Concatenate(1, %s)";
+    char *text;
+    mExpr *expr = alloc_text_mExpr(EXPR_CALL, NOT_SCALAR, strlen(elements) + 40, &text);
+    with_array_tools_prefix(text, form, {elements});
+    return expr;
+}
+
+mExpr *lower_cell_rows(const Node *literal) {
+    const Node *row = literal->first_child;
+    if (!row) return new_call_leaf("rtable([],subtype='Vector[row]')");
+    if (!row->next) return new_call_leaf(cell_row(row, single_element(literal)));
+    return is_column(literal) ? cell_column(literal) : cell_matrix(literal);
+}
+
+}  // namespace
+
+Operand lower_number(const Node *node) {
+    if (has_flag(node, NUMBER_IMAGINARY)) {
+        return {new_node(EXPR_IMAGINARY, node->text), HOST_PRODUCT};
+    }
+    int kind = has_flag(node, NUMBER_INTEGER) ? EXPR_INTEGER : EXPR_REAL;
+    return {new_node(kind, node->text), HOST_ATOM};
+}
+
+const char *string_text(const char *characters) {
+    char *text = static_cast<char *>(AllocKept(2 * strlen(characters) + 3));
+    char *at = text;
+    *at++ = '"';
+    for (; *characters; characters++) {
+        if (*characters == '\\' || *characters == '"') *at++ = '\\';
+        *at++ = *characters;
+    }
+    write_text(at, "\"");
+    return text;
+}
+
+mExpr *lower_string(const Node *node) {
+    mExpr *expr = alloc_mExpr();
+    *expr = {EXPR_STRING, string_text(node->text), SCALAR, nullptr};
+    return expr;
+}
+
+Operand lower_matrix(const Node *node) {
+    int32_t outer = open_bracket(IN_LITERAL);
+    Operand value =
+        node->first_child ? lower_filled_matrix(node) : Operand{construct(node, false), HOST_ATOM};
+    close_bracket(outer);
+    return value;
+}
+
+mExpr *lower_cell(const Node *node) {
+    int32_t outer = open_bracket(IN_LITERAL);
+    mExpr *value = lower_cell_rows(node);
+    close_bracket(outer);
+    return value;
+}

@@ -1,0 +1,168 @@
+// Loops.
+#include <string.h>
+
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/host_conditions.h"
+#include "lower/lines.h"
+#include "lower/short_circuits.h"
+#include "lower/statements.h"
+#include "lower/targets.h"
+
+namespace {
+
+// The range that a loop counts over, also in parentheses or alone in brackets; null for a value.
+const Node *counted_range(const Node *node) {
+    for (;;) {
+        node = without_parens(node);
+        if (node->kind == NODE_RANGE) return node;
+        const Node *row = node->kind == NODE_MATRIX ? node->first_child : nullptr;
+        if (!row || row->next || row->first_child->next) return nullptr;
+        node = row->first_child;
+    }
+}
+
+void put_counted_head(const char *variable, const Node *node) {
+    const mRange *range = lower_range(node)->range;
+    const char *start = range->start->text;
+    const char *stop = range->stop->text;
+    if (has_unit_step(range)) {
+        put_line("for %s from %s to %s do", {variable, start, stop});
+    } else {
+        put_line("for %s from %s to %s by %s  do", {variable, start, stop, range->step->text});
+    }
+}
+
+// The loop runs over the columns of a value, which has a name of its own: loops nest.
+void put_column_head(const char *variable, const Node *node) {
+    const char *value = lower_expression(node)->text;
+    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
+    declare_generated(columns);
+    put_line("%s := %s;", {columns, value});
+    put_line(
+        "for %s in seq(%s(..,qxrp_i),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..)))  do",
+        {variable, columns, columns});
+}
+
+void put_head(const char *variable, const Node *values) {
+    if (const Node *range = counted_range(values)) {
+        put_counted_head(variable, range);
+    } else {
+        put_column_head(variable, values);
+    }
+}
+
+// A variable that is used behind the loop, or changed in it, is not the one that the host counts.
+void put_variable(const Node *variable, const char *counter) {
+    Lowering.level++;
+    Target target = lower_target(variable, nullptr);
+    put_line("%s := %s;", {target_text(&target), counter});
+    finish_target(&target);
+    Lowering.level--;
+}
+
+bool is_kept(const Node *node) {
+    return has_flag(node, KEEPS_VARIABLE) || node->first_child->kind != NODE_NAME;
+}
+
+}  // namespace
+
+void put_for(const Node *node) {
+    const Node *variable = node->first_child;
+    bool has_counter = is_kept(node);
+    const char *counter = has_counter ? new_temporary() : lower_target(variable, nullptr).path.text;
+    put_head(counter, variable->next);
+    if (Lowering.gap != MESSAGE_COUNT) return;
+    if (has_counter) put_variable(variable, counter);
+    lower_block(third_child(node));
+    put_line("end do;", {});
+}
+
+namespace {
+
+const char *endless_test() { return test_text("true"); }
+
+// Behind what the condition needs in front, inside of the loop.
+void put_exit(const char *condition) {
+    put_line("if %s then", {test_text(condition)});
+    put_line("else", {});
+    Lowering.level++;
+    put_line("break;", {});
+    Lowering.level--;
+    put_line("end if;", {});
+}
+
+// Lowers a condition one level deeper; what it needs in front goes into lines.
+const char *lower_inner_condition(const Node *condition, Lines *lines) {
+    Lines *outer = Lowering.lines;
+    Lowering.lines = lines;
+    Lowering.level++;
+    const char *text = lower_condition(condition)->text;
+    Lowering.level--;
+    Lowering.lines = outer;
+    return text;
+}
+
+}  // namespace
+
+void put_while(const Node *node) {
+    Lines needed = {};
+    const char *condition = lower_inner_condition(node->first_child, &needed);
+    if (Lowering.gap != MESSAGE_COUNT) return;
+    put_line("while %s do", {needed.first ? endless_test() : test_text(condition)});
+    if (needed.first) {
+        Lowering.level++;
+        append_lines(Lowering.lines, &needed);
+        put_exit(condition);
+        Lowering.level--;
+    }
+    lower_block(second_child(node));
+    put_line("end do;", {});
+}
+
+namespace {
+
+// Whether a continue of this loop is among the statements.
+bool has_continue(const Node *node) {
+    if (node->kind == NODE_CONTINUE) return true;
+    bool is_loop =
+        node->kind == NODE_FOR || node->kind == NODE_WHILE || node->kind == NODE_DO_UNTIL;
+    if (is_loop || node->kind < NODE_EXPRESSION) return false;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (has_continue(child)) return true;
+    return false;
+}
+
+void put_until(const Node *condition) {
+    put_line("if %s then", {test_text(lower_condition(condition)->text)});
+    Lowering.level++;
+    put_line("break;", {});
+    Lowering.level--;
+    put_line("end if;", {});
+}
+
+// A continue goes on with the condition: it is tested at the start of all rounds but the first.
+void put_until_first(const Node *condition, const char *is_later) {
+    put_line("if %s then", {test_text(is_later)});
+    Lowering.level++;
+    put_until(condition);
+    Lowering.level--;
+    put_line("end if;", {});
+    put_line("%s := true;", {is_later});
+}
+
+}  // namespace
+
+void put_do_until(const Node *node) {
+    const Node *block = node->first_child;
+    bool tests_first = has_continue(block);
+    const char *is_later = tests_first ? new_temporary() : nullptr;
+    if (tests_first) put_line("%s := false;", {is_later});
+    put_line("while %s do", {endless_test()});
+    Lowering.level++;
+    if (tests_first) put_until_first(block->next, is_later);
+    lower_siblings(block->first_child, nullptr, Lowering.level);
+    if (!tests_first) put_until(block->next);
+    Lowering.level--;
+    put_line("end do;", {});
+}

@@ -1,0 +1,39 @@
+// Host text of operands.
+#include "lower/operands.h"
+
+#include "lower/lines.h"
+
+mExpr *new_leaf(const char *text, int32_t scalar) {
+    mExpr *expr = alloc_mExpr();
+    *expr = {EXPR_NAME, text, scalar, nullptr};
+    return expr;
+}
+
+mExpr *new_call_leaf(const char *text) {
+    mExpr *expr = alloc_mExpr();
+    *expr = {EXPR_CALL, text, NOT_SCALAR, nullptr};
+    return expr;
+}
+
+static const mExpr *in_pair(const mExpr *expr) {
+    return new_leaf(form_text("(%s)", {expr->text}), expr->scalar);
+}
+
+// Whether 2^3^4 is read from the left is left open by the host: powers get a pair on both sides.
+const mExpr *left_of(const Operand *operand, HostLevel form) {
+    bool is_safe = form == HOST_ATOM || operand->level > form ||
+                   (operand->level == form && form != HOST_POWER);
+    return is_safe ? operand->expr : in_pair(operand->expr);
+}
+
+// Two operators never follow each other.
+const mExpr *right_of(const Operand *operand, HostLevel form) {
+    bool is_safe = form == HOST_ATOM || (operand->level > form && operand->level != HOST_SIGN);
+    return is_safe ? operand->expr : in_pair(operand->expr);
+}
+
+// -3*I is the same number either way.
+const mExpr *behind_sign(const Operand *operand) {
+    bool is_safe = operand->level > HOST_SIGN || operand->expr->kind == EXPR_IMAGINARY;
+    return is_safe ? operand->expr : in_pair(operand->expr);
+}

@@ -1,0 +1,113 @@
+// Operators: chains of them, and prefixes.
+#include "translate/operators.h"
+
+#include <assert.h>
+#include <string.h>
+
+#include "diagnose/messages.h"
+#include "lexer/brackets.h"
+#include "lower/expressions.h"
+#include "lower/program_files.h"
+#include "lower/short_circuits.h"
+
+namespace {
+
+// The builder's operator, and the level of its infix form, which some have only when the right
+// operand is a known scalar.
+struct HostOperator {
+    OperatorId id;
+    int builder;
+    HostLevel infix;
+    bool infix_by_scalar;
+};
+
+// clang-format off
+const HostOperator HostOperators[] = { // ORDER OPERATORS
+    {OPERATOR_NONE,            0,                  HOST_ATOM,    false},
+    {OPERATOR_OR_ELSE,         OP_OR,              HOST_ATOM,    false},
+    {OPERATOR_AND_THEN,        OP_AND,             HOST_ATOM,    false},
+    {OPERATOR_OR,              OP_OR,              HOST_ATOM,    false},
+    {OPERATOR_AND,             OP_AND,             HOST_ATOM,    false},
+    {OPERATOR_LESS,            OP_LT,              HOST_ATOM,    false},
+    {OPERATOR_LESS_EQUAL,      OP_LE,              HOST_ATOM,    false},
+    {OPERATOR_EQUAL,           OP_EQ,              HOST_ATOM,    false},
+    {OPERATOR_NOT_EQUAL,       OP_NE,              HOST_ATOM,    false},
+    {OPERATOR_GREATER_EQUAL,   OP_GE,              HOST_ATOM,    false},
+    {OPERATOR_GREATER,         OP_GT,              HOST_ATOM,    false},
+    {OPERATOR_COLON,           0,                  HOST_ATOM,    false},
+    {OPERATOR_PLUS,            OP_PLUS,            HOST_SUM,     false},
+    {OPERATOR_MINUS,           OP_MINUS,           HOST_SUM,     false},
+    {OPERATOR_TIMES,           OP_TIMES,           HOST_PRODUCT, false},
+    {OPERATOR_DIVIDE,          OP_DIVIDE,          HOST_PRODUCT, true},
+    {OPERATOR_LEFT_DIVIDE,     OP_LEFT_DIVIDE,     HOST_ATOM,    false},
+    {OPERATOR_DOT_TIMES,       OP_DOT_TIMES,       HOST_PRODUCT, false},
+    {OPERATOR_DOT_DIVIDE,      OP_DOT_DIVIDE,      HOST_PRODUCT, false},
+    {OPERATOR_DOT_LEFT_DIVIDE, OP_DOT_LEFT_DIVIDE, HOST_PRODUCT, false},
+    {OPERATOR_NOT,             OP_NOT,             HOST_ATOM,    false},
+    {OPERATOR_POWER,           OP_POWER,           HOST_POWER,   true},
+    {OPERATOR_DOT_POWER,       OP_DOT_POWER,       HOST_POWER,   false},
+    {OPERATOR_TRANSPOSE,       OP_TRANSPOSE,       HOST_ATOM,    false},
+    {OPERATOR_DOT_TRANSPOSE,   OP_DOT_TRANSPOSE,   HOST_ATOM,    false},
+};
+// clang-format on
+static_assert(sizeof HostOperators / sizeof *HostOperators == OPERATOR_COUNT);
+
+const HostOperator *host_operator(OperatorId id) {
+    assert(HostOperators[id].id == id);
+    return &HostOperators[id];
+}
+
+// Inside of parentheses the builders add a pair of their own.
+HostLevel built_level(HostLevel form) {
+    return BracketDelimiter == IN_PARENTHESES ? HOST_ATOM : form;
+}
+
+bool is_long_text(const Node *node) {
+    node = without_parens(node);
+    return node->kind == NODE_STRING && strlen(node->text) > 1;
+}
+
+void check_comparison(const Node *chain, const Node *left, const Node *right) {
+    if (right->joint != OPERATOR_EQUAL && right->joint != OPERATOR_NOT_EQUAL) return;
+    if (!is_long_text(left) && !is_long_text(right)) return;
+    report(TEXT_COMPARISON, CurrentFile->source, chain->offset, end_of(right) - chain->offset,
+           {OperatorRows[right->joint].spelling});
+}
+
+Operand join_next(const Operand *left, const Node *next) {
+    if (next->kind == NODE_POSTFIX) {
+        return {new_operator1(host_operator(next->joint)->builder, left->expr), HOST_ATOM};
+    }
+    Operand right = lower_operand(next);
+    return new_binary(next->joint, left, &right);
+}
+
+}  // namespace
+
+Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
+    const HostOperator *row = host_operator(op);
+    bool is_infix = !row->infix_by_scalar || right->expr->scalar;
+    HostLevel form = is_infix ? row->infix : HOST_ATOM;
+    bool is_swapped = op == OPERATOR_DOT_LEFT_DIVIDE;
+    const mExpr *first = is_swapped ? right_of(left, form) : left_of(left, form);
+    const mExpr *second = is_swapped ? left_of(right, form) : right_of(right, form);
+    return {new_operator2(row->builder, first, second), built_level(form)};
+}
+
+Operand lower_chain(const Node *node) {
+    if (needs_short_circuit(node)) return lower_short_circuit(node);
+    const Node *last = node->first_child;
+    Operand value = lower_operand(last);
+    for (const Node *next = last->next; next; last = next, next = next->next) {
+        check_comparison(node, last, next);
+        value = join_next(&value, next);
+    }
+    return value;
+}
+
+Operand lower_prefix(const Node *node) {
+    Operand operand = lower_operand(node->first_child);
+    if (node->op == OPERATOR_NOT) return {new_operator1(OP_NOT, operand.expr), HOST_ATOM};
+    int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
+    return {new_operator1(sign, behind_sign(&operand)), built_level(HOST_SIGN)};
+}

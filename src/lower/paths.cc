@@ -1,0 +1,188 @@
+// The text of a reference.
+#include "lower/paths.h"
+
+#include <string.h>
+
+#include "lexer/brackets.h"
+#include "lower/called_functions.h"
+#include "lower/calls.h"
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/gaps.h"
+#include "lower/host_words.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "translate/calls.h"
+#include "translate/indices.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+// Room for size more bytes and a NUL; long paths do not copy their beginning at each selector.
+char *reserve(Path *path, size_t size) {
+    if (path->room < size) {
+        size_t room = path->room ? path->length + size : size;
+        char *text = static_cast<char *>(AllocKept(path->length + room + 1));
+        memcpy(text, path->text, path->length + 1);
+        path->text = text;
+        path->room = room;
+    }
+    path->room -= size;
+    return const_cast<char *>(path->text) + path->length;
+}
+
+void append_text(Path *path, const char *text) {
+    size_t length = strlen(text);
+    memcpy(reserve(path, length), text, length + 1);
+    path->length += length;
+}
+
+void begin_selector(Path *path, bool is_index) {
+    name_path(path);
+    path->has_index = is_index;
+}
+
+const char *field_name(const Node *field) {
+    const char *written = written_field(field->text);
+    if (written != field->text) report_at(RENAMED_FIELD, field, {field->text, written});
+    return written;
+}
+
+bool needs_base(const vExpr *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (is_range(arguments->item) && !arguments->item->range->stop) return true;
+    return false;
+}
+
+}  // namespace
+
+Path begin_path(const char *text, bool is_call) {
+    return {text, strlen(text), 0, is_call, false, false};
+}
+
+void name_path(Path *path) {
+    if (!path->is_call) return;
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, path->text});
+    *path = begin_path(name, false);
+}
+
+// Inside of parentheses the first field has a pair around it.
+void add_field(Path *path, const Node *field) {
+    begin_selector(path, false);
+    const char *name = field_name(field);
+    if (!path->has_field && BracketDelimiter == IN_PARENTHESES) {
+        *path = begin_path(form_text("(%s:-%s)", {path->text, name}), false);
+    } else {
+        append_text(path, ":-");
+        append_text(path, name);
+    }
+    path->has_field = true;
+}
+
+void append_index(Path *path, const vExpr *arguments) {
+    const char *base = needs_base(arguments) ? KeepText(path->text, path->length) : path->text;
+    Index index = {base, VARIABLE_INDEX, count_vExpr(arguments)};
+    size_t size = arguments_size(base, arguments) + strlen("()");
+    char *start = reserve(path, size);
+    char *at = write_text(start, "(");
+    at = write_text(write_arguments(at, &index, arguments), ")");
+    size_t written = static_cast<size_t>(at - start);
+    path->length += written;
+    path->room += size - written;
+}
+
+void add_index(Path *path, const Node *selector) {
+    begin_selector(path, true);
+    ExprList arguments = lower_index(selector, path->text);
+    append_index(path, arguments.first);
+    free_vExpr(arguments.first);
+}
+
+void add_dynamic_field(Path *path, const Node *selector) {
+    begin_selector(path, false);
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    const mExpr *name = lower_expression(selector->first_child);
+    close_bracket(outer);
+    const mExpr *call = new_keyword_call("getfield", {path->text, name->text});
+    *path = begin_path(call->text, true);
+}
+
+void add_selector(Path *path, const Node *selector) {
+    switch (selector->kind) {
+        case NODE_FIELD: return add_field(path, selector);
+        case NODE_DYNAMIC_FIELD: return add_dynamic_field(path, selector);
+        default: return add_index(path, selector);
+    }
+}
+
+namespace {
+
+// What the path is built from.
+struct Selectors {
+    const Node *next;
+    const Node *end;
+};
+
+bool is_next(const Selectors *selectors, NodeKind kind) {
+    return selectors->next != selectors->end && selectors->next->kind == kind;
+}
+
+const Node *take(Selectors *selectors) {
+    const Node *selector = selectors->next;
+    selectors->next = selector->next;
+    return selector;
+}
+
+// A function of a package, name.name(arguments), is offered to the host like any other.
+void add_member_call(Path *path, Selectors *selectors) {
+    while (is_next(selectors, NODE_FIELD)) add_field(path, take(selectors));
+    if (!path->has_field || !is_next(selectors, NODE_ARGUMENTS)) return;
+    const Node *arguments = take(selectors);
+    bool is_index = false;
+    ExprList values = lower_arguments(arguments, path->text, &is_index);
+    const mExpr *answer =
+        is_index || !AddTranslator ? nullptr : new_host_call(path->text, values.first);
+    if (answer) {
+        *path = begin_path(answer->text, true);
+    } else {
+        begin_selector(path, true);
+        append_index(path, values.first);
+    }
+    free_vExpr(values.first);
+}
+
+// A name that is no variable, called or not.
+Path function_path(const Node *name, Selectors *selectors) {
+    if (is_next(selectors, NODE_ARGUMENTS))
+        return begin_path(lower_call(name, take(selectors))->text, true);
+    const char *text = lower_function_name(name)->text;
+    Path path = begin_path(text, strchr(text, '(') || file_with_procedure(text));
+    if (!path.is_call) add_member_call(&path, selectors);
+    return path;
+}
+
+Path variable_path(const Node *name, Selectors *selectors) {
+    const char *text = written_name(name->symbol);
+    if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol))
+        return begin_path(text, false);
+    return begin_path(new_procedure_call(text, take(selectors))->text, true);
+}
+
+Path base_path(const Node *base, Selectors *selectors) {
+    base = without_parens(base);
+    if (base->kind == NODE_REFERENCE) return value_path(base, nullptr);
+    if (base->kind != NODE_NAME) return begin_path(lower_expression(base)->text, true);
+    return is_variable(base->symbol) ? variable_path(base, selectors)
+                                     : function_path(base, selectors);
+}
+
+}  // namespace
+
+Path value_path(const Node *reference, const Node *end) {
+    const Node *base = reference->first_child;
+    Selectors selectors = {base->next, end};
+    Path path = base_path(base, &selectors);
+    while (selectors.next != end) add_selector(&path, take(&selectors));
+    return path;
+}

@@ -1,0 +1,45 @@
+// References.
+#include "lower/references.h"
+
+#include "lower/paths.h"
+#include "lower/value_lists.h"
+#include "syntax/names.h"
+#include "translate/indices.h"
+
+namespace {
+
+const Node *last_selector(const Node *reference) {
+    const Node *selector = reference->first_child->next;
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+bool is_column(const Node *selector) {
+    const Node *argument = selector->kind == NODE_ARGUMENTS ? selector->first_child : nullptr;
+    return argument && !argument->next && argument->kind == NODE_COLON;
+}
+
+// x(:), whose shape is a column whatever x is; null for a call.
+mExpr *lower_column(const Node *reference, const Node *selector) {
+    Path path = value_path(reference, selector);
+    name_path(&path);
+    vExpr *colon = alloc_vExpr(new_node(EXPR_RANGE, nullptr));
+    mExpr *column = new_index_node(path.text, VARIABLE_INDEX, colon);
+    free_vExpr(colon);
+    return column;
+}
+
+bool is_called(const Node *base) {
+    return base->kind == NODE_NAME && (!is_variable(base->symbol) || holds_function(base->symbol));
+}
+
+}  // namespace
+
+mExpr *lower_reference(const Node *node) {
+    if (is_value_list(node, false)) return lower_first_value(node);
+    const Node *last = last_selector(node);
+    bool is_call = is_called(node->first_child) && last == node->first_child->next;
+    if (is_column(last) && !is_call) return lower_column(node, last);
+    Path path = value_path(node, nullptr);
+    return path.is_call || path.has_index ? new_call_leaf(path.text) : new_leaf(path.text);
+}

@@ -1,0 +1,8 @@
+/* References: a base and the selectors behind it. */
+#pragma once
+
+#include "lower/operands.h"
+#include "syntax/tree.h"
+
+/* The value of a REFERENCE. */
+mExpr *lower_reference(const Node *node);

@@ -1,0 +1,143 @@
+// Statements.
+#include "lower/statements.h"
+
+#include "lower/assignments.h"
+#include "lower/calls.h"
+#include "lower/comments.h"
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/gaps.h"
+#include "lower/keyword_calls.h"
+#include "lower/procedures.h"
+#include "lower/program.h"
+
+namespace {
+
+bool is_script(const Node *expression) {
+    if (expression->kind != NODE_NAME) return false;
+    const Node *definition = expression->symbol->definition;
+    return definition && definition->kind == NODE_FILE;
+}
+
+void put_script(const Node *name) {
+    if (lower_script_call(name)) return;
+    report_gap(SCRIPT_CALL_GAP, name, {name->text, "scripts call each other without an end"});
+}
+
+void put_expression(const Node *node) {
+    const Node *expression = node->first_child;
+    if (is_script(expression)) return put_script(expression);
+    put_line("%s;", {lower_expression(expression)->text});
+}
+
+void put_system(const Node *node) {
+    put_line("%s;", {new_keyword_call("system", {string_text(node->text)})->text});
+}
+
+// The cleanup's comments stay in front of its statements.
+void put_unwind(const Node *node) {
+    report_at(UNWIND_PROTECT, node);
+    lower_siblings(node->first_child->first_child, nullptr, Lowering.level);
+    lower_siblings(second_child(node)->first_child, nullptr, Lowering.level);
+}
+
+void put_initial_values(const Node *declaration) {
+    for (const Node *child = declaration->first_child; child; child = child->next)
+        if (child->kind == NODE_ASSIGN) put_assignment(child);
+}
+
+// In a procedure without results a return has none to give.
+void put_return_statement(const Node *node) {
+    if (is_in_called_script()) return report_gap(SCRIPT_RETURN_GAP, node);
+    const Line *last = Lowering.lines->last;
+    put_return();
+    if (Lowering.lines->last == last) put_line("return;", {});
+}
+
+void put_statement(const Node *node) {
+    switch (node->kind) {
+        case NODE_EXPRESSION: return put_expression(node);
+        case NODE_ASSIGN: return put_assignment(node);
+        case NODE_MULTI_ASSIGN: return put_multi_assignment(node);
+        case NODE_COMMAND: return put_line("%s;", {lower_command(node)->text});
+        case NODE_SYSTEM: return put_system(node);
+        case NODE_IF: return put_if(node);
+        case NODE_FOR: return put_for(node);
+        case NODE_WHILE: return put_while(node);
+        case NODE_DO_UNTIL: return put_do_until(node);
+        case NODE_SWITCH: return put_switch(node);
+        case NODE_TRY: return put_try(node);
+        case NODE_UNWIND: return put_unwind(node);
+        case NODE_GLOBAL: return put_initial_values(node);
+        case NODE_PERSISTENT: return lower_persistent(node);
+        case NODE_BREAK: return put_line("break;", {});
+        case NODE_CONTINUE: return put_line("next;", {});
+        case NODE_RETURN: return put_return_statement(node);
+        case NODE_BAD: return put_bad(node);
+        default: return;  // what a head declares
+    }
+}
+
+// A statement that cannot be translated is given up as a whole, with the lines that it has so far.
+void put_or_give_up(const Node *node, Lines *lines) {
+    MessageId outer = Lowering.gap;
+    Lowering.gap = MESSAGE_COUNT;
+    put_statement(node);
+    if (Lowering.gap != MESSAGE_COUNT) {
+        *lines = {nullptr, nullptr};
+        put_gap(node, Lowering.gap);
+    }
+    Lowering.gap = outer;
+}
+
+// A list of statements while it is put.
+struct Siblings {
+    Lines *lines;
+    Line *trailed;       // last line of the statement or head before; null when that has none
+    bool has_any;        // a statement or comment has been put
+    bool blank_pending;  // an empty line goes in front of what is put next
+};
+
+void put_blank(Siblings *siblings) {
+    if (siblings->blank_pending && siblings->has_any) add_line(siblings->lines, 0, "");
+    siblings->blank_pending = false;
+    siblings->has_any = true;
+}
+
+void put_one_comment(Siblings *siblings, const Node *comment) {
+    bool is_trailing = siblings->trailed && has_flag(comment, TRAILING);
+    if (!is_trailing) put_blank(siblings);
+    put_comment(comment, siblings->trailed);
+}
+
+void put_one_statement(Siblings *siblings, const Node *node) {
+    Lines own = {};
+    Lowering.lines = &own;
+    put_or_give_up(node, &own);
+    Lowering.lines = siblings->lines;
+    siblings->trailed = own.last;
+    if (!own.first) return;
+    put_blank(siblings);
+    append_lines(siblings->lines, &own);
+}
+
+}  // namespace
+
+void lower_siblings(const Node *first, const Node *end, int level) {
+    int outer = Lowering.level;
+    Lowering.level = level;
+    Siblings siblings = {Lowering.lines, Lowering.lines->last, false, false};
+    for (const Node *node = first; node != end; node = node->next) {
+        if (has_flag(node, BLANK_BEFORE)) siblings.blank_pending = true;
+        if (node->kind == NODE_COMMENT) {
+            put_one_comment(&siblings, node);
+        } else if (node->kind != NODE_FUNCTION) {
+            put_one_statement(&siblings, node);
+        }
+    }
+    Lowering.level = outer;
+}
+
+void lower_block(const Node *block) {
+    lower_siblings(block->first_child, nullptr, Lowering.level + 1);
+}

@@ -1,0 +1,18 @@
+/* Statements: from nodes of the tree to lines of host text. */
+#pragma once
+
+#include "syntax/tree.h"
+
+/* Puts the statements and comments of a BLOCK, deeper by one level than the current one. */
+void lower_block(const Node *block);
+/* Puts statements and comments from the node first on, up to the node end (not included; null for
+ * all), at the level. Functions among them are left out: they are not statements. */
+void lower_siblings(const Node *first, const Node *end, int level);
+
+/* Statements that hold others; assignments.h and deletions.h have the rest. */
+void put_if(const Node *node);
+void put_for(const Node *node);
+void put_while(const Node *node);
+void put_do_until(const Node *node);
+void put_switch(const Node *node);
+void put_try(const Node *node);

@@ -1,0 +1,32 @@
+/* Targets of assignments. */
+#pragma once
+
+#include "lower/paths.h"
+
+/* A structure's field of a name that is known at run time only: it is read into a temporary, and
+ * set again when the temporary has been changed. */
+struct PendingField {
+    const char *base;
+    const char *name;
+    const char *value; /* the temporary */
+    PendingField *outer;
+};
+
+/* Where a value goes. */
+struct Target {
+    Path path;
+    const char *field;     /* of the path, when that is a field .(e): its name; else null */
+    PendingField *pending; /* innermost first; null for none */
+};
+
+/* A NAME, or the selectors of a REFERENCE up to end (not included; null for all). */
+Target lower_target(const Node *node, const Node *end);
+/* The target as a value. */
+const char *target_value(const Target *target);
+/* A text that can stand on the left of an assignment: of a field .(e), a temporary. */
+const char *target_text(Target *target);
+/* Puts the assignment, and what has been left to do when the target has its value. A value that is
+ * a name is copied. */
+void put_value(const Target *target, const char *value);
+/* What is left to do behind an assignment to target_text. */
+void finish_target(const Target *target);

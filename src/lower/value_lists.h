@@ -1,0 +1,18 @@
+/* Lists of values: c{:}, c{2:end}, s(:).f, which stand for several arguments or elements. */
+#pragma once
+
+#include "lower/operands.h"
+#include "syntax/tree.h"
+
+/* Whether the node is such a list. Alone in brackets the fields of a whole array, [s.f], and what
+ * an index of unknown size selects, [c{k}], count too. */
+bool is_value_list(const Node *node, bool is_alone);
+/* Whether the argument of an index surely selects one element, or may select several. */
+bool may_be_several(const Node *argument);
+
+/* The list, wherever several values may stand. */
+mExpr *lower_value_list(const Node *node);
+/* Its first value, for a place of one. */
+mExpr *lower_first_value(const Node *node);
+/* As many values of it as there are targets. */
+mExpr *lower_values_for(const Node *node, int targets);
