@@ -8,8 +8,9 @@
 ErrorRecord LastError = {nullptr, nullptr, 0, -1};
 
 static HostValue raise(const char *text, HostValue value) {
+    const HostKernelTable *kernel = HostKernel;  // from begin_raise on another run may set it
     RunTurn *turn = begin_raise();
-    HostValue result = HostKernel->RaiseError(text, value);
+    HostValue result = kernel->RaiseError(text, value);
     end_raise(turn);
     return result;
 }
