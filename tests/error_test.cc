@@ -242,8 +242,9 @@ TEST(Errors, in_arguments) {
         {{values.string("Command"), text}, "null"},
         {{command, text, number, even, text, other, unnamed, 0}, "x := 1;\n"}};
     for (const auto &row : rows) {
-        const char *result = text_of(host.run(values.sequence(row.arguments)));
-        std::string outcome = result ? result : "null";
+        const HostValue result = host.run(values.sequence(row.arguments));
+        std::string outcome =
+            is_a(ValueType::String, result) ? text_of(result) : to_display(result);
         for (const std::string &error : host.take_errors()) outcome += " " + error;
         EXPECT_EQ(outcome, row.outcome);
     }

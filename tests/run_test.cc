@@ -357,6 +357,8 @@ main => function a\nreturn\nend\nfunction b\ng(1)   g => look())");
     EXPECT_EQ(kind, STAT_RETURN);  // the body of the first function
     EXPECT_EQ(yychar, 0);
     EXPECT_EQ(yynerrs, 0);
+    EXPECT_STREQ(SourceText, "");  // the run's own copies are gone
+    EXPECT_STREQ(PrevLine, "");
 }
 
 /* Options of a run are its own: neither the path nor the translator's flag is left. */

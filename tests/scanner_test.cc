@@ -118,6 +118,7 @@ TEST(Scanner, reads_every_byte) {
     EXPECT_EQ(file_tokens("a\0b\0\0 'c\0d'"s), "ID(a) . ID(b) . . STRING(c)");
     EXPECT_EQ(file_tokens("[a \0] = [\0 1]"s), "LHS[ ID(a) . ]LHS = [ . INT(1) ]");
     EXPECT_EQ(file_tokens("[a]=\0b"s), "LHS[ ID(a) ]LHS = . ID(b)");
+    EXPECT_EQ(file_tokens("[a]\0b"s), "[ ID(a) ] . ID(b)");
     EXPECT_EQ(file_tokens("a \0 1\0 2"s, IN_LITERAL), "ID(a) , . INT(1) , . INT(2)");
 }
 

@@ -205,6 +205,7 @@ TEST_F(Tracked, texts_grow_by_half) {
     text = AppendToString(text, 'y');
     EXPECT_EQ(text, std::string(255, 'x') + "y");
     ClearLongString(text);
+    EXPECT_STREQ(text, "");
     const char *const cleared = text;
     text = AppendStringToString(text, "again");
     EXPECT_EQ(text, cleared);
