@@ -8,6 +8,7 @@
 #include "emit/output.h"
 #include "emit/procedures.h"
 #include "emit/switch_writer.h"
+#include "emit/waiting.h"
 #include "lexer/error_reporter.h"
 #include "lexer/position.h"
 #include "run/run_state.h"
@@ -55,6 +56,12 @@ static void write_counted_head(const mFor *record) {
     if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});
 }
 
+static void write_loop(mStat *body, int level, Walk *walk) {
+    write_output(" do\n");
+    wait_with_line(walk, "end do;\n", level);
+    wait_with_list(walk, body, level + 1);
+}
+
 // The loop runs over the columns of a value.
 static void write_column_head(const mFor *record, int level) {
     write_output({"qxrp_A := ", record->range->text, ";\n"});
@@ -64,25 +71,19 @@ static void write_column_head(const mFor *record, int level) {
                   "qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(qxrp_A)(2..))) "});
 }
 
-static void write_for(const mFor *record, int level) {
+static void write_for(const mFor *record, int level, Walk *walk) {
     if (is_range(record->range)) {
         write_counted_head(record);
     } else {
         write_column_head(record, level);
     }
-    write_output(" do\n");
-    display_statement(record->body, level + 1);
-    write_indent(level);
-    write_output("end do;\n");
+    write_loop(record->body, level, walk);
 }
 
-static void write_while(const mWhile *record, int level) {
+static void write_while(const mWhile *record, int level, Walk *walk) {
     write_output("while ");
     write_condition(record->condition->text);
-    write_output(" do\n");
-    display_statement(record->body, level + 1);
-    write_indent(level);
-    write_output("end do;\n");
+    write_loop(record->body, level, walk);
 }
 
 static bool is_elseif(const mStat *stat) {
@@ -91,23 +92,19 @@ static bool is_elseif(const mStat *stat) {
 }
 
 // The if that heads a chain closes it; an elseif branch only continues it.
-static void write_if(const mIf *record, int level) {
+static void write_if(const mIf *record, int level, Walk *walk) {
     write_output(record->is_elseif ? "elif " : "if ");
     write_condition(record->condition->text);
     write_output(" then\n");
-    display_statement(record->then_body, level + 1);
+    if (!record->is_elseif) wait_with_line(walk, "end if;\n", level);
     if (mStat *rest = record->else_part) {
         if (is_elseif(rest)) {
-            display_statement(rest, level);
+            wait_with_list(walk, rest, level);
         } else {
-            write_indent(level);
-            write_output("else\n");
-            display_statement(rest, level + 1);
+            wait_with_branch(walk, "else\n", rest, level);
         }
     }
-    if (record->is_elseif) return;
-    write_indent(level);
-    write_output("end if;\n");
+    wait_with_list(walk, record->then_body, level + 1);
 }
 
 static void write_return(int level) {
@@ -118,22 +115,25 @@ static void write_return(int level) {
     }
 }
 
-static void write_statement(const mStat *stat, int level) {
+static void write_statement(const mStat *stat, int level, Walk *walk) {
     switch (stat->kind) {
         case STAT_EXPR: return write_expression(static_cast<const mExpr *>(stat->payload));
-        case STAT_FOR: return write_for(static_cast<const mFor *>(stat->payload), level);
-        case STAT_IF: return write_if(static_cast<const mIf *>(stat->payload), level);
-        case STAT_SWITCH: return write_switch(static_cast<mSwitch *>(stat->payload), level);
-        case STAT_WHILE: return write_while(static_cast<const mWhile *>(stat->payload), level);
+        case STAT_FOR: return write_for(static_cast<const mFor *>(stat->payload), level, walk);
+        case STAT_IF: return write_if(static_cast<const mIf *>(stat->payload), level, walk);
+        case STAT_SWITCH: return write_switch(static_cast<mSwitch *>(stat->payload), level, walk);
+        case STAT_WHILE:
+            return write_while(static_cast<const mWhile *>(stat->payload), level, walk);
         case STAT_RETURN: return write_return(level);
         default: return;  // a global declaration stands in the procedure's global line
     }
 }
 
 void display_statement(mStat *first, int level) {
-    for (const mStat *stat = first; stat; stat = stat->next) {
+    Walk walk = {nullptr, nullptr};
+    wait_with_list(&walk, first, level);
+    while (const mStat *stat = next_statement(&walk, &level)) {
         write_comments(stat->comments, level);
         write_indent(level);  // of a global this is all, and hosts know what follows so far in
-        write_statement(stat, level);
+        write_statement(stat, level, &walk);
     }
 }

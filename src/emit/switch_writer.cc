@@ -5,7 +5,6 @@
 #include <stdio.h>
 
 #include "emit/output.h"
-#include "emit/statement_writer.h"
 #include "support/allocation.h"
 
 int32_t SwitchCounter;
@@ -23,25 +22,22 @@ static const char *next_condition_name() {
     return StrDup(name);
 }
 
-static void write_clauses(const mSwitch *head, int level) {
+static void write_clauses(const mSwitch *head, int level, Walk *walk) {
     mStat *first = head->next_clause;
+    wait_with_line(walk, "end if;\n", level);
     if (mSwitch *clause = as_clause(first)) {
         clause->is_first = 1;
         clause->condition_name = head->condition_name;
-        display_statement(first, level);
+        wait_with_list(walk, first, level);
     } else {  // only an otherwise branch
-        write_indent(level);
-        write_output("if true then\n");
-        display_statement(first, level + 1);
+        wait_with_branch(walk, "if true then\n", first, level);
     }
-    write_indent(level);
-    write_output("end if;\n");
 }
 
-static void write_head(mSwitch *head, int level) {
+static void write_head(mSwitch *head, int level, Walk *walk) {
     head->condition_name = next_condition_name();
     write_output({head->condition_name, " := ", head->subject->text, ";\n"});
-    if (head->next_clause) write_clauses(head, level);
+    if (head->next_clause) write_clauses(head, level, walk);
 }
 
 static void write_values(const mSwitch *clause) {
@@ -56,27 +52,25 @@ static void write_values(const mSwitch *clause) {
     }
 }
 
-static void write_clause(const mSwitch *clause, int level) {
+static void write_clause(const mSwitch *clause, int level, Walk *walk) {
     write_output(clause->is_first ? "if " : "elif ");
     write_values(clause);
     write_output(" then\n");
-    display_statement(clause->body, level + 1);
-    mStat *next = clause->next_clause;
-    if (!next) return;
-    if (mSwitch *next_clause = as_clause(next)) {
-        next_clause->condition_name = clause->condition_name;
-        display_statement(next, level);
-    } else {
-        write_indent(level);
-        write_output("else\n");
-        display_statement(next, level + 1);
+    if (mStat *next = clause->next_clause) {
+        if (mSwitch *next_clause = as_clause(next)) {
+            next_clause->condition_name = clause->condition_name;
+            wait_with_list(walk, next, level);
+        } else {
+            wait_with_branch(walk, "else\n", next, level);
+        }
     }
+    wait_with_list(walk, clause->body, level + 1);
 }
 
-void write_switch(mSwitch *record, int level) {
+void write_switch(mSwitch *record, int level, Walk *walk) {
     if (record->subject) {
-        write_head(record, level);
+        write_head(record, level, walk);
     } else {
-        write_clause(record, level);
+        write_clause(record, level, walk);
     }
 }
