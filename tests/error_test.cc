@@ -1,5 +1,10 @@
 /* Errors: their full texts, and what goes on when RaiseError returns. */
+#include <pthread.h>
 #include "run/last_error.h"
+
+#include <functional>
+
+#include "support/allocation.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -172,16 +177,69 @@ TEST(Errors, fit_into_2048_bytes) {
               message.substr(0, 2047 - 5) + "\n...\n");
 }
 
+/* What work answers in a thread that has as little stack as hosts may give. */
+std::string on_small_stack(const std::function<std::string()> &work) {
+    struct Task {
+        const std::function<std::string()> &work;
+        std::string text;
+    } task{work, ""};
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    // the address sanitizer puts red zones between all variables
+    EXPECT_EQ(pthread_attr_setstacksize(&attributes, PartsShareBlocks ? 512 << 10 : 8 << 20), 0);
+    pthread_t thread;
+    const auto run = [](void *argument) -> void * {
+        Task *task = static_cast<Task *>(argument);
+        task->text = task->work();
+        return nullptr;
+    };
+    EXPECT_EQ(pthread_create(&thread, &attributes, run, &task), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    return task.text;
+}
+
 TEST(Errors, stop_scripts_that_call_scripts_at_a_limit) {
     SourceFiles files;
     for (int i = 0; i <= 500; i++)
         files.write("s" + std::to_string(i) + ".m", "s" + std::to_string(i + 1) + "()");
     std::string all;
     for (int i = 501; i > 1; i--) all += "s" + std::to_string(i) + "();\n";
-    EXPECT_EQ(error_of("file", files.path("s1.m")), all);
-    EXPECT_EQ(error_of("file", files.path("s0.m")),
+    EXPECT_EQ(on_small_stack([&] { return error_of("file", files.path("s1.m")); }), all);
+    EXPECT_EQ(on_small_stack([&] { return error_of("file", files.path("s0.m")); }),
               "on line 1 of " + files.path("s500.m") + ", scripts are nested too deeply\n\n");
-    EXPECT_EQ(error_of("file", files.path("s1.m")), all);
+    EXPECT_EQ(on_small_stack([&] { return error_of("file", files.path("s1.m")); }), all);
+}
+
+TEST(Errors, stop_blocks_at_the_limit_of_the_parser) {
+    const struct {
+        const char *before, *block, *inside, *after, *end;
+        int deepest;
+        const char *line;  // of the translation, one a block
+    } rows[] = {
+        {"", "for k=a,", "b,", "end,", "", 1999, "qxrp_A := a;\n"},
+        {"", "switch a, case 1,", "b,", "end,", "", 1665, " := a;\n"},
+        {"", "switch a, otherwise,", "b,", "end,", "", 1999, "if true then\n"},
+        {"if a,", "elseif a,", "", "", "end,", 3331, "elif ArrayTools[AllNonZero](a) then\n"},
+        {"if a,", "else, if a,", "", "end,", "end,", 1998, "else\n"},
+        {"switch a, case 0,", "case 1,", "", "", "end,", 3330,
+         "elif switch_condition0 = 1 then\n"}};
+    for (const auto &row : rows) {
+        const auto translated = [&row](int depth) {
+            const std::string source = row.before + repeated(row.block, depth) + row.inside +
+                                       repeated(row.after, depth) + row.end;
+            return on_small_stack([&source] {
+                const Outcome outcome = run_leaving(ErrorExit::Throw, "command", source);
+                return outcome.result ? *outcome.result : outcome.errors.at(0);
+            });
+        };
+        const std::string text = translated(row.deepest);
+        int blocks = 0;
+        for (size_t at = 0; (at = text.find(row.line, at)) != std::string::npos; at++) blocks++;
+        EXPECT_EQ(blocks, row.deepest) << row.block << text.substr(0, 100);
+        const std::string error = translated(row.deepest + 1).substr(0, 100);
+        EXPECT_EQ(error.substr(0, error.find('\n')), "on line 1, memory exhausted") << row.block;
+    }
 }
 
 TEST(Errors, stop_at_the_limit_of_the_stack) {

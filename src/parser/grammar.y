@@ -26,7 +26,7 @@
 #include "lexer/tokens.h"
 #include "parser/parser.h"
 #include "parser/phrases.h"
-#include "support/heap.h"
+#include "parser/stacks.h"
 #include "translate/calls.h"
 #include "translate/cells.h"
 #include "translate/fields.h"
@@ -35,13 +35,11 @@
 #include "translate/matrices.h"
 #include "translate/operators.h"
 
-/* Room for 200 entries to begin with; a source that needs more than 10000 is refused. */
-#define YYINITDEPTH 200
-#define YYMAXDEPTH 10000
-/* The stacks may move: values are plain words. */
-#define YYSTYPE_IS_TRIVIAL 1
-#define YYMALLOC HeapAlloc
-#define YYFREE HeapFree
+/* The skeleton's own stacks hold the entry that it begins with. */
+#define YYINITDEPTH 1
+#define YYMAXDEPTH MOST_ENTRIES
+#define yyoverflow(message, states, state_bytes, values, value_bytes, capacity) \
+    if (!grow_stacks(states, values, yysize, capacity)) YYNOMEM
 /* What bison generates stands behind yyparse, at the end of this file. */
 #define yyparse parse_input
 }
@@ -528,7 +526,9 @@ error_input
 
 int yyparse() {
     yynerrs = 0;  // not reset by the skeleton
+    void *outer = begin_stacks();
     int result = parse_input();
+    end_stacks(outer);
     // The skeleton takes the end of the input for consumed when it accepts.
     if (result == 0) yychar = END_OF_INPUT;
     return result;

@@ -1,0 +1,41 @@
+// The parser's stacks: values first in their block, states behind them.
+#include "parser/stacks.h"
+
+#include <string.h>
+
+#include "support/heap.h"
+
+// Of the innermost parse; null until it has one.
+static void *StackBlock;
+
+void *begin_stacks() {
+    void *outer = StackBlock;
+    StackBlock = nullptr;
+    return outer;
+}
+
+void end_stacks(void *outer) {
+    HeapFree(StackBlock);
+    StackBlock = outer;
+}
+
+static long grown(long capacity) {
+    if (capacity < FIRST_ENTRIES) return FIRST_ENTRIES;
+    return capacity * 2 < MOST_ENTRIES ? capacity * 2 : MOST_ENTRIES;
+}
+
+bool grow_stacks(int16_t **states, SemanticValue **values, long used, long *capacity) {
+    if (*capacity >= MOST_ENTRIES) return false;
+    size_t room = static_cast<size_t>(grown(*capacity));
+    size_t count = static_cast<size_t>(used);
+    void *block = HeapAlloc(room * (sizeof(SemanticValue) + sizeof(int16_t)));
+    if (!block) return false;
+    SemanticValue *new_values = static_cast<SemanticValue *>(block);
+    int16_t *new_states = reinterpret_cast<int16_t *>(new_values + room);
+    *values = static_cast<SemanticValue *>(memcpy(new_values, *values, count * sizeof **values));
+    *states = static_cast<int16_t *>(memcpy(new_states, *states, count * sizeof **states));
+    *capacity = static_cast<long>(room);
+    HeapFree(StackBlock);
+    StackBlock = block;
+    return true;
+}
