@@ -103,18 +103,31 @@ const char *lower_procedure(const Node *node) {
     return text;
 }
 
-const char *bound_names(const Scope *scope) {
-    TextList names = {};
-    for (const Capture *at = next_captured(scope, nullptr); at; at = next_captured(scope, at))
-        if (needs_binding(scope, symbol_of(at))) append_text(&names, written_name(symbol_of(at)));
-    return names.first ? join_texts(&names) : nullptr;
+// What is bound: the names, and their values now.
+struct Bindings {
+    TextList names;
+    TextList values;
+};
+
+Bindings bindings_of(const Scope *scope) {
+    Bindings bindings = {};
+    for (const Capture *at = next_captured(scope, nullptr); at; at = next_captured(scope, at)) {
+        Symbol *symbol = symbol_of(at);
+        if (!needs_binding(scope, symbol)) continue;
+        const char *name = written_name(symbol);
+        bool may_change = symbol->flags & SYMBOL_CHANGED;
+        append_text(&bindings.names, name);
+        append_text(&bindings.values, may_change ? form_text("copy(%s)", {name}) : name);
+    }
+    return bindings;
 }
 
 // A procedure that makes the procedure: called now, its parameters keep the values.
-const char *bind_names(const char *names, const char *procedure) {
+const char *bind_values(const Bindings *bindings, const char *procedure) {
     const char *maker = new_temporary();
-    put_line("%s := proc( %s ) return %s; end proc;", {maker, names, procedure});
-    return form_text("%s(%s)", {maker, names});
+    put_line("%s := proc( %s ) return %s; end proc;",
+             {maker, join_texts(&bindings->names), procedure});
+    return form_text("%s(%s)", {maker, join_texts(&bindings->values)});
 }
 
 }  // namespace
@@ -123,6 +136,6 @@ mExpr *lower_handle(const Node *node) { return new_leaf(handle_text(node)); }
 
 mExpr *lower_anonymous(const Node *node) {
     const char *procedure = lower_procedure(node);
-    const char *names = bound_names(scope_of(node));
-    return new_call_leaf(names ? bind_names(names, procedure) : procedure);
+    Bindings bindings = bindings_of(scope_of(node));
+    return new_call_leaf(bindings.names.first ? bind_values(&bindings, procedure) : procedure);
 }

@@ -14,7 +14,7 @@
 #include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
-#include "syntax/names.h"
+#include "syntax/values.h"
 #include "translate/assignment.h"
 #include "translate/text_forms.h"
 
@@ -28,7 +28,7 @@ const Node *last_selector(const Node *reference) {
 
 bool is_several(const Node *selector) {
     for (const Node *child = selector->first_child; child; child = child->next)
-        if (without_parens(child)->kind != NODE_NAME && may_be_several(child)) return true;
+        if (is_surely_several(child)) return true;
     return false;
 }
 
@@ -42,15 +42,19 @@ const Node *element_value(const Node *target, const Node *value) {
     return is_value_list(row->first_child, true) ? value : row->first_child;
 }
 
-// Whether the host might share the value with where it comes from, and the target is changed later.
+const Symbol *base_symbol(const Node *node) {
+    const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
+    return base->kind == NODE_NAME && is_variable(base->symbol) ? base->symbol : nullptr;
+}
+
+// Whether the value is a part of a variable that the host might share with the target, while one of
+// the two changes inside. Whole variables are copied anyway.
 bool needs_copy(const Node *target, const Node *value) {
-    if (target->kind != NODE_NAME || !(target->symbol->flags & SYMBOL_CHANGED)) return false;
     value = without_parens(value);
-    if (value->kind != NODE_REFERENCE) return false;
-    const Node *base = value->first_child;
-    NodeKind last = last_selector(value)->kind;
-    return base->kind == NODE_NAME && is_variable(base->symbol) &&
-           (last == NODE_FIELD || last == NODE_BRACES);
+    const Symbol *from = value->kind == NODE_REFERENCE ? base_symbol(value) : nullptr;
+    if (!from || last_selector(value)->kind == NODE_ARGUMENTS) return false;
+    uint32_t changes = target->kind == NODE_NAME ? SYMBOL_CHANGED : SYMBOL_CHANGED_DEEPLY;
+    return (base_symbol(target)->flags & changes) || (from->flags & SYMBOL_CHANGED_DEEPLY);
 }
 
 // x += e, with e as if in parentheses.

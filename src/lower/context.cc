@@ -10,7 +10,11 @@ int32_t SwitchVariables;
 
 LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level) {
     LoweringContext outer = Lowering;
-    Lowering = {scope, lines, level, 0, 0, nullptr, nullptr, nullptr, MESSAGE_COUNT};
+    Lowering = {};
+    Lowering.scope = scope;
+    Lowering.lines = lines;
+    Lowering.level = level;
+    Lowering.gap = MESSAGE_COUNT;
     return outer;
 }
 

@@ -27,6 +27,9 @@ struct LoweringContext {
     GeneratedName *generated_last;
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
     MessageId gap;           /* why the current statement is given up; else MESSAGE_COUNT */
+    Lines *in_front;         /* lines in front of the outermost statement; null outside of one */
+    int front_level;         /* of those lines */
+    GeneratedName *started;  /* variables that begin there without elements */
 };
 
 /* Saved by value, and restored, around a function inside another. */

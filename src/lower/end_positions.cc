@@ -1,7 +1,7 @@
 // Positions in an index.
 #include "lower/end_positions.h"
 
-#include <assert.h>
+#include <stdlib.h>
 
 #include "lexer/brackets.h"
 #include "lower/context.h"
@@ -9,6 +9,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/value_lists.h"
+#include "syntax/values.h"
 #include "translate/ranges.h"
 
 int count_children(const Node *node) {
@@ -55,12 +56,34 @@ mExpr *lower_open_range(const Node *range) {
     return new_seq_node(start, step, nullptr, nullptr);
 }
 
+// The 1 of end - 1; else -1.
+double behind_end(const Node *stop) {
+    stop = without_parens(stop);
+    const Node *first = stop->kind == NODE_CHAIN ? stop->first_child : nullptr;
+    if (!first || first->kind != NODE_END) return -1;
+    const Node *second = first->next;
+    bool is_distance =
+        second->joint == OPERATOR_MINUS && second->kind == NODE_NUMBER && !second->next;
+    return is_distance ? strtod(second->text, nullptr) : -1;
+}
+
+// Whether a..b selects what a:b does. A bound below 0 counts from behind in the host. Where end - j
+// is one, no position from j on is selected either way.
+bool is_plain_range(const Node *range) {
+    const Node *stop = second_child(range);
+    if (stop->next || is_never_negative(stop)) return true;
+    double distance = behind_end(stop);
+    const Node *start = without_parens(range->first_child);
+    return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;
+}
+
 mExpr *lower_plain_position(const Node *node) {
     if (is_value_list(node, false)) return lower_value_list(node);
     node = without_parens(node);
     if (node->kind == NODE_END) return last_position();
     if (is_open_range(node)) return lower_open_range(node);
-    return nullptr;
+    bool is_value = node->kind == NODE_RANGE && !is_plain_range(node);
+    return is_value ? new_call_leaf(lower_range(node)->text) : nullptr;
 }
 
 void mark_used(const EndBase *at, const Node *node) {

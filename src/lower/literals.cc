@@ -9,6 +9,7 @@
 #include "lower/lines.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
+#include "syntax/names.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -52,16 +53,31 @@ mExpr *lower_element(const Node *element, bool is_alone) {
     return lower_expression(element);
 }
 
-ExprList lower_elements(const Node *row, bool is_alone) {
+// An array in a cell is not the variable, which may change.
+mExpr *lower_kept_element(const Node *element, bool is_alone) {
+    mExpr *expr = lower_element(element, is_alone);
+    element = without_parens(element);
+    bool may_change = element->kind == NODE_NAME && (element->symbol->flags & SYMBOL_CHANGED);
+    return may_change ? new_call_leaf(form_text("copy(%s)", {expr->text})) : expr;
+}
+
+ExprList lower_kept_elements(const Node *row, bool is_alone) {
     ExprList elements = {};
     for (const Node *element = row->first_child; element; element = element->next)
-        append_expr(&elements, lower_element(element, is_alone));
+        append_expr(&elements, lower_kept_element(element, is_alone));
+    return elements;
+}
+
+ExprList lower_elements(const Node *row) {
+    ExprList elements = {};
+    for (const Node *element = row->first_child; element; element = element->next)
+        append_expr(&elements, lower_element(element, false));
     return elements;
 }
 
 mExpr *join_row(const Node *row) {
     if (is_only_texts(row)) return join_literals(row);
-    ExprList elements = lower_elements(row, false);
+    ExprList elements = lower_elements(row);
     bool is_single = elements.first == elements.last;
     mExpr *joined = is_single ? elements.first->item : new_keyword_call("horzcat", elements.first);
     free_vExpr(elements.first);
@@ -109,7 +125,7 @@ Operand lower_filled_matrix(const Node *literal) {
 }
 
 const char *cell_row(const Node *row, bool is_alone) {
-    ExprList elements = lower_elements(row, is_alone);
+    ExprList elements = lower_kept_elements(row, is_alone);
     const char *text = exprs_text(elements.first);
     free_vExpr(elements.first);
     return form_text("rtable([%s],subtype='Vector[row]')", {text});
@@ -124,7 +140,7 @@ bool is_column(const Node *literal) {
 mExpr *cell_column(const Node *literal) {
     ExprList elements = {};
     for (const Node *row = literal->first_child; row; row = row->next)
-        append_expr(&elements, lower_element(row->first_child, false));
+        append_expr(&elements, lower_kept_element(row->first_child, false));
     const char *text = exprs_text(elements.first);
     free_vExpr(elements.first);
     return new_call_leaf(form_text("rtable([%s],subtype='Vector[column]')", {text}));

@@ -121,6 +121,7 @@ void begin_program(SourceLanguage language) {
     begin_files(language);
     begin_calls();
     ScriptCalls = ScriptDepth = 0;
+    SwitchVariables = 0;
 }
 
 void lower_program(const char *path, const char *text, uint32_t length) {

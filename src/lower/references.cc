@@ -1,6 +1,7 @@
 // References.
 #include "lower/references.h"
 
+#include "lower/cell_parts.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
 #include "syntax/names.h"
@@ -40,6 +41,7 @@ mExpr *lower_reference(const Node *node) {
     const Node *last = last_selector(node);
     bool is_call = is_called(node->first_child) && last == node->first_child->next;
     if (is_column(last) && !is_call) return lower_column(node, last);
+    if (!is_call && is_cell_part(node)) return lower_cell_part(node);
     Path path = value_path(node, nullptr);
     return path.is_call || path.has_index ? new_call_leaf(path.text) : new_leaf(path.text);
 }

@@ -110,14 +110,28 @@ void put_one_comment(Siblings *siblings, const Node *comment) {
     put_comment(comment, siblings->trailed);
 }
 
+// Lowers the statement into lines; answers what it needs in front, when it is an outermost one.
+Lines put_into(const Node *node, Lines *own) {
+    Lines in_front = {};
+    bool is_outermost = !Lowering.in_front;
+    if (is_outermost) {
+        Lowering.in_front = &in_front;
+        Lowering.front_level = Lowering.level;
+    }
+    Lowering.lines = own;
+    put_or_give_up(node, own);
+    if (is_outermost) Lowering.in_front = nullptr;
+    return in_front;
+}
+
 void put_one_statement(Siblings *siblings, const Node *node) {
     Lines own = {};
-    Lowering.lines = &own;
-    put_or_give_up(node, &own);
+    Lines in_front = put_into(node, &own);
     Lowering.lines = siblings->lines;
     siblings->trailed = own.last;
     if (!own.first) return;
     put_blank(siblings);
+    append_lines(siblings->lines, &in_front);
     append_lines(siblings->lines, &own);
 }
 

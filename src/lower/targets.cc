@@ -71,11 +71,32 @@ void put_fields(const PendingField *field) {
     }
 }
 
+bool is_started(const char *name) {
+    for (const GeneratedName *started = Lowering.started; started; started = started->next)
+        if (started->text == name) return true;
+    return false;
+}
+
+// A variable that has no value yet and is read for the place that the first one goes to: it begins
+// without elements, in front of all loops.
+void start_empty(const Symbol *symbol, const char *written) {
+    if (!(symbol->flags & SYMBOL_STARTS_EMPTY) || is_started(symbol->name)) return;
+    GeneratedName *started = AllocRecord<GeneratedName>();
+    *started = {symbol->name, Lowering.started};
+    Lowering.started = started;
+    const char *form = symbol->flags & SYMBOL_HAS_BRACES ? "%s := rtable([],subtype='Vector[row]');"
+                                                         : "%s := Vector();";
+    if (Lowering.in_front)
+        add_line(Lowering.in_front, Lowering.front_level, form_text(form, {written}));
+}
+
 }  // namespace
 
 Target lower_target(const Node *node, const Node *end) {
     const Node *base = node->kind == NODE_NAME ? node : node->first_child;
-    Target target = {begin_path(written_name(base->symbol), false), nullptr, nullptr};
+    const char *name = written_name(base->symbol);
+    start_empty(base->symbol, name);
+    Target target = {begin_path(name, false), nullptr, nullptr};
     if (node->kind == NODE_NAME) return target;
     for (const Node *selector = base->next; selector != end; selector = selector->next)
         add_target_selector(&target, selector);

@@ -9,34 +9,9 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/paths.h"
-#include "syntax/names.h"
+#include "syntax/values.h"
 
 namespace {
-
-bool is_comparison(const Node *node) {
-    return node->op >= OPERATOR_OR && node->op <= OPERATOR_GREATER;
-}
-
-// Whether the argument selects several elements as far as one can see.
-bool is_list_argument(const Node *node) {
-    node = without_parens(node);
-    switch (node->kind) {
-        case NODE_COLON:
-        case NODE_RANGE: return true;
-        case NODE_MATRIX: {
-            const Node *row = node->first_child;
-            return !row || row->next || row->first_child->next ||
-                   is_list_argument(row->first_child);
-        }
-        case NODE_CHAIN: return is_comparison(node);
-        case NODE_PREFIX: return node->op == OPERATOR_NOT;
-        default: return false;
-    }
-}
-
-bool is_loop_variable(const Node *name) {
-    return name->kind == NODE_NAME && is_variable(name->symbol) && name->symbol->loops;
-}
 
 bool any_child(const Node *node, bool (*test)(const Node *)) {
     for (const Node *child = node->first_child; child; child = child->next)
@@ -44,7 +19,7 @@ bool any_child(const Node *node, bool (*test)(const Node *)) {
     return false;
 }
 
-bool any_list_argument(const Node *selector) { return any_child(selector, is_list_argument); }
+bool any_list_argument(const Node *selector) { return any_child(selector, is_surely_several); }
 
 // The selectors that make a list of a reference: the last one, and the index in front of a field.
 struct ListEnd {
@@ -81,15 +56,8 @@ bool is_field_list(const Node *reference, ListEnd end, bool is_alone) {
 
 bool may_be_several(const Node *argument) {
     argument = without_parens(argument);
-    switch (argument->kind) {
-        case NODE_NUMBER:
-        case NODE_END:
-        case NODE_STRING: return false;
-        case NODE_NAME: return !is_loop_variable(argument);
-        case NODE_CHAIN: return is_comparison(argument) || any_child(argument, may_be_several);
-        case NODE_PREFIX: return may_be_several(argument->first_child);
-        default: return true;
-    }
+    bool is_loop_variable = argument->kind == NODE_NAME && argument->symbol->loops;
+    return argument->kind != NODE_STRING && !is_loop_variable && !is_surely_single(argument);
 }
 
 bool is_value_list(const Node *node, bool is_alone) {
@@ -118,14 +86,14 @@ struct Run {
 int count_lists(const Node *index) {
     int count = 0;
     for (const Node *child = index->first_child; child; child = child->next)
-        count += is_list_argument(child);
+        count += is_surely_several(child);
     return count;
 }
 
 int list_argument(const Node *index) {
     int k = 1;
     for (const Node *child = index->first_child; child; child = child->next, k++)
-        if (is_list_argument(child)) return k;
+        if (is_surely_several(child)) return k;
     k = 1;
     for (const Node *child = index->first_child; child; child = child->next, k++)
         if (may_be_several(child)) return k;

@@ -10,6 +10,7 @@
 
 #include "support/allocation.h"
 #include "syntax/name_walk.h"
+#include "syntax/values.h"
 
 namespace {
 
@@ -73,6 +74,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (base->kind != NODE_NAME) return walk_nodes(walk, base);
     read_name(walk, base);
     if (is_index(base->next)) base->symbol->flags |= SYMBOL_IS_VALUE;
+    if (base->next->kind == NODE_BRACES) base->symbol->flags |= SYMBOL_HAS_BRACES;
     walk_nodes(walk, base->next);
     if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
@@ -96,7 +98,18 @@ void name_target(NameWalk *walk, Node *target) {
 void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (target->kind == NODE_NAME) return set_name(walk, target, value);
     if (target->kind != NODE_REFERENCE) return;
-    if (target->first_child->kind == NODE_NAME) change_name(walk, target->first_child);
+    Node *base = target->first_child;
+    if (base->kind != NODE_NAME) return;
+    note_element(mention(walk, base), target);
+    change_name(walk, base);
+}
+
+// One of several targets.
+void set_result(NameWalk *walk, Node *target, const Node *value) {
+    if (target->kind != NODE_NAME) return set_target(walk, target, nullptr);
+    set_name(walk, target, nullptr);
+    target->symbol->values->node = value;
+    target->symbol->values->kind = VALUE_RESULT;
 }
 
 void walk_assignment(NameWalk *walk, Node *assignment) {
@@ -113,9 +126,9 @@ void walk_multi_assignment(NameWalk *walk, Node *assignment) {
     Node *first = targets->first_child;
     for (Node *target = first; target; target = target->next) name_target(walk, target);
     walk_node(walk, targets->next);
-    bool is_one = first && !first->next;
+    if (first && !first->next) return set_target(walk, first, targets->next);
     for (Node *target = first; target; target = target->next)
-        set_target(walk, target, is_one ? targets->next : nullptr);
+        set_result(walk, target, targets->next);
 }
 
 void walk_block(NameWalk *walk, Node *block) {
@@ -130,7 +143,10 @@ void walk_for(NameWalk *walk, Node *loop) {
     name_target(walk, target);
     walk_node(walk, target->next);
     bool is_name = target->kind == NODE_NAME;
-    if (is_name) target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+    if (is_name) {
+        target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        note_value(target->symbol, VALUE_LOOP, target->next);
+    }
     OpenLoop open;
     begin_loop(&walk->loops, &open, loop, is_name ? target->symbol : nullptr);
     if (!is_name) set_target(walk, target, nullptr);

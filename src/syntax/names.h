@@ -5,6 +5,7 @@
 
 #include "syntax/tree.h"
 
+struct AssignedValue;
 struct Capture;
 struct LoopUse;
 
@@ -23,8 +24,13 @@ enum SymbolFlag : uint32_t {
     SYMBOL_IN_SCRIPT = 1 << 10,     /* a called script uses it too */
     SYMBOL_CALLED = 1 << 11,        /* a handle or a command names the function of that name */
     SYMBOL_OPTIONS = 1 << 12,       /* a parameter that collects arguments Name=value */
-    SYMBOL_IS_VALUE = 1 << 13 /* it is read as a function would not be: alone in an expression,
-                                 or with braces, a field, a colon or end behind it */
+    SYMBOL_IS_VALUE = 1 << 13,   /* it is read as a function would not be: alone in an expression,
+                                    or with braces, a field, a colon or end behind it */
+    SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
+    SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
+    SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, or that
+                                        sets a field of a computed name */
+    SYMBOL_IN_QUESTION = 1 << 17     /* its values are being looked at (values.cc) */
 };
 
 /* A name in the functions that share it. */
@@ -32,15 +38,16 @@ struct Symbol {
     const char *name; /* interned */
     Scope *scope;     /* to which it belongs */
     uint32_t flags;
-    int32_t position;     /* of a parameter, from 1; else 0 */
-    Node *definition;     /* FUNCTION of a nested function, FILE of a called script; else null */
-    const char *written;  /* its host name; null until lowering asks for it */
-    Symbol *next;         /* in its scope, or null */
-    Symbol *around;       /* what the name stands for around the scope, or null */
-    uint32_t last_change; /* moment of the last assignment in the text; 0 for none */
-    uint32_t last_read;   /* moment of the last reading outside of loops over it */
-    uint32_t mark;        /* number of the anonymous function that captured it last */
-    LoopUse *loops;       /* loops over it; null for none */
+    int32_t position;      /* of a parameter, from 1; else 0 */
+    Node *definition;      /* FUNCTION of a nested function, FILE of a called script; else null */
+    const char *written;   /* its host name; null until lowering asks for it */
+    Symbol *next;          /* in its scope, or null */
+    Symbol *around;        /* what the name stands for around the scope, or null */
+    uint32_t last_change;  /* moment of the last assignment in the text; 0 for none */
+    uint32_t last_read;    /* moment of the last reading outside of loops over it */
+    uint32_t mark;         /* number of the anonymous function that captured it last */
+    LoopUse *loops;        /* loops over it; null for none */
+    AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
 };
 
 enum ScopeFlag : uint32_t {

@@ -3,6 +3,7 @@
 
 #include "support/allocation.h"
 #include "syntax/name_walk.h"
+#include "syntax/values.h"
 
 /* A variable or function around an anonymous function that is named in it. */
 struct Capture {
@@ -155,6 +156,7 @@ void set_name(NameWalk *walk, Node *name, const Node *value) {
     Symbol *symbol = mention(walk, name);
     symbol->flags |= SYMBOL_ASSIGNED;
     if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
+    note_value(symbol, value ? VALUE_WHOLE : VALUE_UNKNOWN, value);
     note_setting(&walk->loops, symbol);
 }
 

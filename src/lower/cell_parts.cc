@@ -1,0 +1,86 @@
+// Parts of cells.
+#include "lower/cell_parts.h"
+
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/host_conditions.h"
+#include "lower/host_words.h"
+#include "lower/lines.h"
+#include "lower/paths.h"
+#include "lower/short_circuits.h"
+#include "lower/value_lists.h"
+#include "syntax/values.h"
+#include "translate/indices.h"
+
+namespace {
+
+// How many arguments surely select several; -1 when that is not known of all.
+int count_several(const Node *arguments) {
+    int count = 0;
+    for (const Node *child = arguments->first_child; child; child = child->next) {
+        if (is_surely_several(child)) {
+            count++;
+        } else if (may_be_several(child)) {
+            return -1;
+        }
+    }
+    return count;
+}
+
+// k..k is one position, and no single one.
+void make_ranges(ExprList *arguments) {
+    for (vExpr *cell = arguments->first; cell; cell = cell->next) {
+        const char *text = cell->item->text;
+        cell->item = new_leaf(form_text("%s..%s", {text, text}));
+    }
+}
+
+mExpr *lower_known_part(const char *base, const Node *arguments) {
+    ExprList positions = lower_index(arguments, base);
+    make_ranges(&positions);
+    mExpr *part = new_element_node(base, VARIABLE_INDEX, positions.first);
+    free_vExpr(positions.first);
+    return part;
+}
+
+// Whether the index is one position or several shows at run time.
+mExpr *lower_unknown_part(const char *base, const Node *arguments) {
+    const char *positions = new_temporary();
+    const char *part = new_temporary();
+    ExprList index = lower_index(arguments, base);
+    const char *count = form_text("ArrayNumElems(%s,'All')", {positions});
+    put_line("%s := Vector[row]([seq(1..%s)]);", {positions, last_position_text(base, 1, 1)});
+    put_line("%s := %s;",
+             {positions, new_element_node(positions, VARIABLE_INDEX, index.first)->text});
+    put_line("if %s then", {count_condition(count, OP_EQ, 1)});
+    Lowering.level++;
+    put_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {part, base, positions});
+    Lowering.level--;
+    put_line("else", {});
+    Lowering.level++;
+    put_line("%s := %s;", {part, new_element_node(base, VARIABLE_INDEX, index.first)->text});
+    Lowering.level--;
+    put_line("end if;", {});
+    free_vExpr(index.first);
+    return new_leaf(part);
+}
+
+}  // namespace
+
+bool is_cell_part(const Node *reference) {
+    const Node *base = reference->first_child;
+    const Node *arguments = base->next;
+    if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS || arguments->next)
+        return false;
+    if (!arguments->first_child || !may_hold_cell(base->symbol)) return false;
+    int several = count_several(arguments);
+    bool is_unknown = several < 0 && !arguments->first_child->next;
+    return several == 0 || (is_unknown && surely_holds_cell(base->symbol));
+}
+
+mExpr *lower_cell_part(const Node *reference) {
+    const Node *arguments = reference->first_child->next;
+    const char *base = written_name(reference->first_child->symbol);
+    if (count_several(arguments) == 0) return lower_known_part(base, arguments);
+    return lower_unknown_part(base, arguments);
+}

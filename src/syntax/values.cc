@@ -1,0 +1,360 @@
+// What is known of values.
+#include "syntax/values.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "support/allocation.h"
+
+void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
+    AssignedValue *value = AllocRecord<AssignedValue>();
+    *value = {node, kind, symbol->values};
+    symbol->values = value;
+}
+
+namespace {
+
+bool reads_base(const Node *node);
+
+bool any_reads_base(const Node *node) {
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (reads_base(child)) return true;
+    return false;
+}
+
+// Whether a position counts on from the end, or a field's name is known at run time only.
+bool reads_base(const Node *node) {
+    if (node->kind == NODE_END || node->kind == NODE_DYNAMIC_FIELD) return true;
+    return node->kind != NODE_ANONYMOUS && any_reads_base(node);
+}
+
+}  // namespace
+
+void note_element(Symbol *symbol, const Node *target) {
+    constexpr uint32_t USED = SYMBOL_PARAMETER | SYMBOL_GLOBAL | SYMBOL_PERSISTENT |
+                              SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
+    const Node *selector = second_child(target);
+    if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
+    if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
+    if (!(symbol->flags & USED) && reads_base(selector)) symbol->flags |= SYMBOL_STARTS_EMPTY;
+}
+
+namespace {
+
+constexpr int DEEPEST = 12;  // of variables that have their values from others
+
+const Node *inside(const Node *node) {
+    while (node->kind == NODE_PARENS) node = node->first_child;
+    return node;
+}
+
+bool is_one_of(const char *name, const char *const *names) {
+    for (; *names; names++)
+        if (strcmp(name, *names) == 0) return true;
+    return false;
+}
+
+// Whether all that the variable holds is in its values.
+bool is_known(const Symbol *symbol) {
+    constexpr uint32_t OTHERS =
+        SYMBOL_PARAMETER | SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    return symbol->values && !(symbol->flags & OTHERS);
+}
+
+// The function that a reference calls, and its arguments; null for anything else.
+struct Call {
+    const char *name;
+    const Node *arguments;
+};
+
+Call call_of(const Node *node) {
+    if (node->kind == NODE_NAME && !is_variable(node->symbol)) return {node->text, nullptr};
+    if (node->kind != NODE_REFERENCE) return {};
+    const Node *base = node->first_child;
+    bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol) &&
+                   base->next->kind == NODE_ARGUMENTS && !base->next->next;
+    return is_call ? Call{base->text, base->next} : Call{};
+}
+
+int count_of(const Node *arguments) {
+    int count = 0;
+    for (const Node *child = arguments ? arguments->first_child : nullptr; child;
+         child = child->next)
+        count++;
+    return count;
+}
+
+}  // namespace
+
+namespace {
+
+// Lower bounds. A variable that is asked for while its own bound is looked for has none of its own:
+// n = n + 1 leaves the bound of n where it is.
+constexpr double UNKNOWN = -1e300;
+constexpr double NO_BOUND = 1e300;
+
+const char *const COUNTS[] = {
+    "numel",  "length",  "size", "ndims", "rows",    "columns", "abs",     "find", "nnz", "sqrt",
+    "nargin", "nargout", "true", "false", "isempty", "strcmp",  "isfield", "any",  "all", nullptr};
+const char *const ROUNDERS[] = {"floor", "ceil",  "round", "fix",    "double", "max",
+                                "min",   "int32", "uint8", "uint16", "uint32", nullptr};
+
+double least(const Node *node, int depth);
+
+// The least of all arguments: right for min and max alike, when all have a bound.
+double least_argument(const Node *arguments, int depth) {
+    double bound = NO_BOUND;
+    for (const Node *child = arguments ? arguments->first_child : nullptr; child;
+         child = child->next) {
+        double next = least(child, depth);
+        if (next < bound) bound = next;
+    }
+    return bound == NO_BOUND ? UNKNOWN : bound;
+}
+
+double least_of_call(const Node *node, int depth) {
+    Call call = call_of(node);
+    if (!call.name) return UNKNOWN;
+    if (is_one_of(call.name, COUNTS)) return 0;
+    if (is_one_of(call.name, ROUNDERS)) return least_argument(call.arguments, depth);
+    return UNKNOWN;
+}
+
+double least_of_range(const Node *range, int depth) {
+    double start = least(range->first_child, depth);
+    const Node *second = second_child(range);
+    if (!second->next) return start;
+    if (least(second, depth) >= 0) return start;
+    return least(second->next, depth);
+}
+
+double least_of_rows(const Node *matrix, int depth) {
+    double bound = NO_BOUND;
+    for (const Node *row = matrix->first_child; row; row = row->next) {
+        double next = least_argument(row, depth);
+        if (next < bound) bound = next;
+    }
+    return bound == NO_BOUND ? 0 : bound;
+}
+
+double least_of_name(const Node *name, int depth) {
+    Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return least_of_call(name, depth);
+    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED) || depth > DEEPEST) return UNKNOWN;
+    if (symbol->flags & SYMBOL_IN_QUESTION) return NO_BOUND;
+    symbol->flags |= SYMBOL_IN_QUESTION;
+    double bound = NO_BOUND;
+    for (const AssignedValue *value = symbol->values; value; value = value->next) {
+        double next = value->kind == VALUE_UNKNOWN ? UNKNOWN : least(value->node, depth + 1);
+        if (next < bound) bound = next;
+    }
+    symbol->flags &= ~static_cast<uint32_t>(SYMBOL_IN_QUESTION);
+    return bound == NO_BOUND ? UNKNOWN : bound;
+}
+
+double number_of(const Node *node) {
+    return node->kind == NODE_NUMBER && !has_flag(node, NUMBER_IMAGINARY)
+               ? strtod(node->text, nullptr)
+               : UNKNOWN;
+}
+
+double least_sum(double left, double right) {
+    if (left == UNKNOWN || right == UNKNOWN) return UNKNOWN;
+    if (left == NO_BOUND || right == NO_BOUND) return left >= 0 && right >= 0 ? NO_BOUND : UNKNOWN;
+    return left + right;
+}
+
+double least_difference(double left, const Node *right) {
+    double number = number_of(inside(right));
+    if (left == UNKNOWN || left == NO_BOUND || number == UNKNOWN) return UNKNOWN;
+    return left - number;
+}
+
+// Products, quotients and powers of what is not negative are not negative either.
+double least_of_others(double left, const Node *right, int depth) {
+    if (right->kind == NODE_POSTFIX) return left;
+    return left >= 0 && least(right, depth) >= 0 ? 0 : UNKNOWN;
+}
+
+double least_of_chain(const Node *chain, int depth) {
+    if (chain->op >= OPERATOR_OR_ELSE && chain->op <= OPERATOR_GREATER) return 0;
+    double bound = least(chain->first_child, depth);
+    for (const Node *next = second_child(chain); next; next = next->next) {
+        switch (next->joint) {
+            case OPERATOR_PLUS: bound = least_sum(bound, least(next, depth)); break;
+            case OPERATOR_MINUS: bound = least_difference(bound, next); break;
+            default: bound = least_of_others(bound, next, depth);
+        }
+    }
+    return bound;
+}
+
+double least(const Node *node, int depth) {
+    node = inside(node);
+    switch (node->kind) {
+        case NODE_NUMBER: return number_of(node);
+        case NODE_END: return 0;
+        case NODE_NAME: return least_of_name(node, depth);
+        case NODE_CHAIN: return least_of_chain(node, depth);
+        case NODE_RANGE: return least_of_range(node, depth);
+        case NODE_MATRIX: return least_of_rows(node, depth);
+        case NODE_REFERENCE: return least_of_call(node, depth);
+        case NODE_PREFIX: {
+            double number = number_of(inside(node->first_child));
+            if (node->op == OPERATOR_NOT) return 0;
+            return node->op == OPERATOR_MINUS && number != UNKNOWN ? -number : UNKNOWN;
+        }
+        default: return UNKNOWN;
+    }
+}
+
+}  // namespace
+
+bool is_never_negative(const Node *expression) { return least(expression, 0) >= 0; }
+
+namespace {
+
+const char *const SINGLES[] = {
+    "numel",  "length", "ndims",    "nnz",       "rows", "columns", "nargin", "nargout", "isempty",
+    "strcmp", "true",   "false",    "pi",        "eps",  "inf",     "Inf",    "NaN",     "nan",
+    "ischar", "iscell", "isstruct", "isnumeric", "i",    "j",       nullptr};
+const char *const ELEMENTWISE[] = {"floor", "ceil", "round", "fix",    "abs", "mod", "rem",
+                                   "max",   "min",  "sqrt",  "double", "exp", "log", "int32",
+                                   "uint8", "log2", "log10", "sin",    "cos", "sum", nullptr};
+
+bool single(const Node *node, int depth);
+
+bool all_single(const Node *node, int depth) {
+    for (const Node *child = node ? node->first_child : nullptr; child; child = child->next)
+        if (child->kind != NODE_POSTFIX && !single(child, depth)) return false;
+    return true;
+}
+
+// size(x, 1) and find(x, 1) give one number, without the 1 several.
+bool is_single_call(const Node *node, int depth) {
+    Call call = call_of(node);
+    if (!call.name) return false;
+    if (is_one_of(call.name, SINGLES)) return true;
+    bool selects = strcmp(call.name, "size") == 0 || strcmp(call.name, "find") == 0;
+    if (selects) return count_of(call.arguments) > 1;
+    return is_one_of(call.name, ELEMENTWISE) && call.arguments && all_single(call.arguments, depth);
+}
+
+bool is_single_value(const AssignedValue *value, int depth) {
+    if (value->kind == VALUE_LOOP) return true;
+    if (value->kind == VALUE_WHOLE) return single(value->node, depth);
+    Call call = value->node ? call_of(value->node) : Call{};
+    return call.name && strcmp(call.name, "size") == 0;
+}
+
+bool is_single_name(const Node *name, int depth) {
+    Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return is_single_call(name, depth);
+    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED) || depth > DEEPEST) return false;
+    if (symbol->flags & SYMBOL_IN_QUESTION) return true;
+    symbol->flags |= SYMBOL_IN_QUESTION;
+    bool is_single = true;
+    for (const AssignedValue *value = symbol->values; value && is_single; value = value->next)
+        is_single = is_single_value(value, depth + 1);
+    symbol->flags &= ~static_cast<uint32_t>(SYMBOL_IN_QUESTION);
+    return is_single;
+}
+
+bool single(const Node *node, int depth) {
+    node = inside(node);
+    switch (node->kind) {
+        case NODE_NUMBER:
+        case NODE_END: return true;
+        case NODE_NAME: return is_single_name(node, depth);
+        case NODE_CHAIN:
+        case NODE_PREFIX: return all_single(node, depth);
+        case NODE_REFERENCE: return is_single_call(node, depth);
+        default: return false;
+    }
+}
+
+bool several(const Node *node, int depth);
+
+bool is_several_matrix(const Node *matrix) {
+    const Node *row = matrix->first_child;
+    if (!row || row->next || row->first_child->next) return true;
+    return several(row->first_child, 0);
+}
+
+bool is_several_name(const Node *name, int depth) {
+    const Symbol *symbol = name->symbol;
+    if (!is_variable(symbol) || !is_known(symbol) || depth > DEEPEST) return false;
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
+        if (value->kind != VALUE_WHOLE || !several(value->node, depth + 1)) return false;
+    return true;
+}
+
+bool is_several_call(const Node *node) {
+    Call call = call_of(node);
+    if (!call.name) return false;
+    return strcmp(call.name, "find") == 0 && count_of(call.arguments) == 1;
+}
+
+bool several(const Node *node, int depth) {
+    node = inside(node);
+    switch (node->kind) {
+        case NODE_COLON:
+        case NODE_RANGE: return true;
+        case NODE_MATRIX: return is_several_matrix(node);
+        case NODE_CHAIN: return node->op >= OPERATOR_OR && node->op <= OPERATOR_GREATER;
+        case NODE_PREFIX: return node->op == OPERATOR_NOT;
+        case NODE_NAME: return is_several_name(node, depth);
+        default: return is_several_call(node);
+    }
+}
+
+}  // namespace
+
+bool is_surely_single(const Node *expression) { return single(expression, 0); }
+
+bool is_surely_several(const Node *expression) { return several(expression, 0); }
+
+namespace {
+
+const char *const CELL_MAKERS[] = {"cell",    "num2cell",    "fieldnames", "strsplit",
+                                   "cellstr", "struct2cell", "mat2cell",   nullptr};
+
+bool is_cell(const Node *node, int depth) {
+    node = inside(node);
+    if (node->kind == NODE_CELL) return true;
+    if (node->kind == NODE_MATRIX) {
+        const Node *row = node->first_child;
+        return row && is_cell(row->first_child, depth);
+    }
+    Call call = call_of(node);
+    if (call.name) return is_one_of(call.name, CELL_MAKERS);
+    const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
+    bool is_part = base == node || (base->next->kind == NODE_ARGUMENTS && !base->next->next);
+    if (base->kind != NODE_NAME || !is_part || depth > DEEPEST) return false;
+    for (const AssignedValue *value = base->symbol->values; value; value = value->next)
+        if (value->kind != VALUE_WHOLE || !is_cell(value->node, depth + 1)) return false;
+    return base->symbol->values != nullptr;
+}
+
+bool is_nothing(const Node *node) { return node->kind == NODE_MATRIX && !node->first_child; }
+
+}  // namespace
+
+bool may_hold_cell(const Symbol *symbol) {
+    if (symbol->flags & SYMBOL_HAS_BRACES) return true;
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
+        if (value->kind == VALUE_WHOLE && is_cell(value->node, 0)) return true;
+    return false;
+}
+
+bool surely_holds_cell(const Symbol *symbol) {
+    bool has_braces = symbol->flags & SYMBOL_HAS_BRACES;
+    if (strcmp(symbol->name, "varargin") == 0) return true;
+    if (!symbol->values) return has_braces;
+    for (const AssignedValue *value = symbol->values; value; value = value->next) {
+        bool is_plain = value->kind == VALUE_WHOLE;
+        if (is_plain && is_nothing(value->node) && has_braces) continue;
+        if (!is_plain || !is_cell(value->node, 0)) return false;
+    }
+    return true;
+}

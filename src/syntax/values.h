@@ -1,0 +1,37 @@
+/* What is known of the values of expressions and variables, from the text of the function alone:
+ * whatever is not plain is taken to be unknown. Names must have been settled. */
+#pragma once
+
+#include "syntax/names.h"
+
+enum ValueKind : uint8_t {
+    VALUE_WHOLE,  /* the expression is assigned */
+    VALUE_LOOP,   /* a loop runs over it */
+    VALUE_RESULT, /* the variable is one of several targets of the call */
+    VALUE_UNKNOWN
+};
+
+/* A value that a variable takes. */
+struct AssignedValue {
+    const Node *node;
+    ValueKind kind;
+    AssignedValue *next; /* earlier in the walk, or null */
+};
+
+/* The variable takes a value. node: null for VALUE_UNKNOWN. */
+void note_value(Symbol *symbol, ValueKind kind, const Node *node);
+/* An element or a field of the variable, the base of target, is assigned. */
+void note_element(Symbol *symbol, const Node *target);
+
+/* Whether the value is a number that is surely not below 0; several numbers, each of them. */
+bool is_never_negative(const Node *expression);
+/* Whether the value is surely a single one. */
+bool is_surely_single(const Node *expression);
+/* Whether the value, as an index, surely selects several elements as far as the text can tell: a
+ * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
+bool is_surely_several(const Node *expression);
+
+/* Whether braces are used behind the variable, or a cell is assigned to it. */
+bool may_hold_cell(const Symbol *symbol);
+/* Whether cells are all that is assigned to it. */
+bool surely_holds_cell(const Symbol *symbol);
