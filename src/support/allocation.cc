@@ -1,6 +1,7 @@
 // Tracked allocation: system heap blocks listed in a hash table by address.
 #include "support/allocation.h"
 
+#include <assert.h>
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
@@ -17,6 +18,9 @@ bool PartsShareBlocks = !__has_feature(address_sanitizer);
 #else
 bool PartsShareBlocks = true;
 #endif
+
+char *KeptNext;
+size_t KeptRoom;
 
 namespace {
 
@@ -56,10 +60,6 @@ void *enter(void *block) {
 void remove_entry(void *block) {
     HashRemoveRecent(AllocationTable, key_of(block), nullptr, block, is_same_block);
 }
-
-// Where the next kept part is taken from.
-char *KeptNext;
-size_t KeptRoom;
 
 // A run mostly needs no more than the region, touches the pages of the run before again and has
 // nothing to give back.
@@ -110,18 +110,15 @@ void *Realloc(void *block, size_t size) {
     return enter(resized);
 }
 
-void *AllocKept(size_t size) {
+void *AllocKeptElsewhere(size_t size) {
+    assert(KeptRoom < size);
     if (!PartsShareBlocks || size > REGION_SIZE) return Alloc(size);
-    size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
     while (KeptRoom < size) {
         if (take_region()) continue;
         if (size > LARGEST_PART) return Alloc(size);
         take_block();
     }
-    void *part = KeptNext;
-    KeptNext += size;
-    KeptRoom -= size;
-    return part;
+    return AllocKept(size);
 }
 
 void *GrowKept(void *part, size_t size, size_t larger) {

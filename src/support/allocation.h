@@ -5,6 +5,7 @@
  * None of these operations answers null: exhausted memory ends the run. */
 #pragma once
 
+#include <assert.h>
 #include <stddef.h>
 
 #include "support/hash_table.h"
@@ -30,7 +31,7 @@ void FreeAll();
 /* Memory for what is kept until the run ends, contents not cleared. Records and small texts are so
  * many that a block for each would cost more time than the rest of the translation: they are parts,
  * first of a region of 1 MB that stays from run to run, then of tracked blocks. */
-void *AllocKept(size_t size);
+inline void *AllocKept(size_t size);
 /* The contents of a part of size bytes in a larger one; the part is given up. */
 [[nodiscard]] void *GrowKept(void *part, size_t size, size_t larger);
 /* For a part that nobody uses any more. It is lost, unless parts are blocks of their own. */
@@ -42,6 +43,22 @@ void ReleaseRegion();
 /* Whether parts share blocks. Without it every part is a block of its own: the address sanitizer,
  * which knows the bounds of blocks only, sees each, and each can be made to fail. */
 extern bool PartsShareBlocks;
+
+/* Where the next part is taken from: its bytes are free. Without sharing there are never any. */
+extern char *KeptNext;
+extern size_t KeptRoom;
+/* A part for which there is no room; size is a multiple of the alignment. */
+void *AllocKeptElsewhere(size_t size);
+
+inline void *AllocKept(size_t size) {
+    assert(size > 0);
+    size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
+    if (KeptRoom < size) return AllocKeptElsewhere(size);
+    char *part = KeptNext;
+    KeptNext += size;
+    KeptRoom -= size;
+    return part;
+}
 
 /* A new kept record of type T, not cleared. */
 template <typename T>
