@@ -254,7 +254,8 @@ TEST(Errors, stop_at_the_limit_of_the_stack) {
 TEST(Errors, that_return_keep_what_stood_before) {
     const SourceFiles files(R"(
 three => function a\nx = 1;\nend\nfunction b\nx = );\ny = (;\nend\nfunction c\nz = 3;\nend\n
-calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n   outer => g(1))   g => y = )\n)");
+calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n   outer => g(1))   g => y = )\n
+inside => function a\nh(1);\nend\nx = (   h => function h\ny = z;)");
     const std::string a = "a := proc(  )\n;\n    x := 1;\n    end proc;\n\n";
     auto run = [](const char *mode, const std::string &source) {
         const Outcome outcome = run_leaving(ErrorExit::Return, mode, source);
@@ -269,6 +270,10 @@ calls => function a\nf(1);\nend\nx = );\n   f => function f(x)\ny = 2;\nend\n   
     // an error of a called file is not counted as the caller's
     EXPECT_EQ(run("file", files.path("outer.m")), "g(1);\n2");
     EXPECT_EQ(yynerrs, 1);
+    // the bracket that was open is still open for the files behind
+    EXPECT_EQ(run("file", files.path("inside.m")),
+              "a := proc(  )\n;\n    h(1);\n    end proc;\n\n"
+              "h := proc(  )\n;\n    (y := copy(z));\n    end proc;\n\n1");
     EXPECT_EQ(run("command", "x = )"), "1");
     EXPECT_EQ(run("command", "x = 1"), "x := 1;\n0");
 }

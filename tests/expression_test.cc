@@ -21,6 +21,21 @@ TEST(Expressions, matrix_and_cell_literals) { expect_expressions(table("literals
 
 TEST(Expressions, long_of_everything) { expect_expressions(table("long")); }
 
+/* The text of a chain grows in place until the room on one of its sides is used up, which its
+ * length decides. */
+TEST(Expressions, chains_of_any_length) {
+    StandInHost host;
+    for (int i = 0; i < 150; i++) {
+        const std::string name(static_cast<size_t>(i % 15 + 1), 'b');
+        const int sums = i / 15;
+        std::string expected = name + repeated(" +~ " + name, sums);
+        for (int k = 0; k < 12; k++)
+            expected = "evalhf(zip(`and`,eval(" + expected + "),eval(" + name + ")))";
+        const std::string source = name + repeated(" + " + name, sums) + repeated(" & " + name, 12);
+        EXPECT_EQ(translate(host, "command", source), expected + ";\n");
+    }
+}
+
 TEST(Expressions, calls_and_indices) {
     expect_expressions(table("calls"));
     expect_expressions(table("indices"), {"x = 1;", "x := 1;\n"});

@@ -37,10 +37,8 @@ static void write_expression(const mExpr *expr) {
 // A range that ends with end, which only an index gives a meaning, has nothing to count to: an
 // error at the place of the range.
 static void report_open_range(const mFor *record) {
-    const char *form = "the range of the for loop over %s has no last value";
-    const char *variable = record->variable->text;
-    char *message = static_cast<char *>(Alloc(strlen(form) + strlen(variable)));
-    write_form(message, form, {variable});
+    const char *message =
+        form_text("the range of the for loop over %s has no last value", {record->variable->text});
     SourcePosition reached = save_position();
     restore_position(record->range->range->open_at);
     yyerror(message);

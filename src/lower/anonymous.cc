@@ -23,11 +23,14 @@ namespace {
 const char *member_text(const char *name) {
     size_t dots = 0;
     for (const char *at = name; *at; at++) dots += *at == '.';
-    char *text = static_cast<char *>(AllocKept(strlen(name) + dots + 1));
-    char *to = text;
+    Writer to = new_text(strlen(name) + dots + 1);
+    const char *text = to.at;
     for (; *name; name++) {
-        char one[] = {*name, '\0'};
-        to = write_text(to, *name == '.' ? ":-" : one);
+        if (*name == '.') {
+            write_text(&to, ":-");
+        } else {
+            write_character(&to, *name);
+        }
     }
     return text;
 }

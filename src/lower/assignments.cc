@@ -188,12 +188,7 @@ TargetTexts lower_targets(const Node *list) {
 }
 
 const char *targets_text(const ExprList *targets) {
-    size_t size = 3;
-    for (const vExpr *cell = targets->first; cell; cell = cell->next)
-        size += strlen(cell->item->text) + 2;
-    char *text = static_cast<char *>(AllocKept(size));
-    write_targets(text, targets->first);
-    return text;
+    return form_text("(%s)", {exprs_text(targets->first)});
 }
 
 const char *values_text(const Node *value, int targets) {

@@ -19,12 +19,11 @@ void append_expr(ExprList *list, mExpr *expr) {
 const char *exprs_text(const vExpr *list) {
     size_t size = 1;
     for (const vExpr *cell = list; cell; cell = cell->next) size += strlen(cell->item->text) + 2;
-    char *text = static_cast<char *>(AllocKept(size));
-    char *at = text;
-    *at = '\0';
+    Writer to = new_text(size);
+    const char *text = to.at;
     for (const vExpr *cell = list; cell; cell = cell->next) {
-        if (cell != list) at = write_text(at, ", ");
-        at = write_text(at, cell->item->text);
+        if (cell != list) write_text(&to, ", ");
+        write_text(&to, cell->item->text);
     }
     return text;
 }

@@ -32,9 +32,8 @@ namespace {
 
 constexpr size_t INDENT = 4;
 
-char *write_blanks(char *at, size_t count) {
-    memset(at, ' ', count);
-    return at + count;
+void write_blanks(Writer *to, size_t count) {
+    for (; count > 0; count--) write_character(to, ' ');
 }
 
 size_t indentation(const Line *line) {
@@ -61,15 +60,14 @@ const char *indent_text(const char *text, size_t blanks) {
     const char *end = next_line_end(text);
     if (!end) return text;
     for (; end; end = next_line_end(end + 1)) ends++;
-    char *wider = static_cast<char *>(AllocKept(strlen(text) + ends * blanks + 1));
-    char *at = wider;
+    Writer to = new_text(strlen(text) + ends * blanks + 1);
+    const char *wider = to.at;
     while ((end = next_line_end(text))) {
-        size_t length = static_cast<size_t>(end + 1 - text);
-        memcpy(at, text, length);
-        at = write_blanks(at + length, blanks);
+        write_bytes(&to, text, static_cast<size_t>(end + 1 - text));
+        write_blanks(&to, blanks);
         text = end + 1;
     }
-    write_text(at, text);
+    write_text(&to, text);
     return wider;
 }
 
@@ -79,13 +77,13 @@ const char *lines_text(const Lines *lines) {
     size_t size = 1;
     for (const Line *line = lines->first; line; line = line->next)
         size += indentation(line) + strlen(line->text) + 1;
-    char *text = static_cast<char *>(AllocKept(size));
-    char *at = text;
+    Writer to = new_text(size);
+    const char *text = to.at;
     for (const Line *line = lines->first; line; line = line->next) {
-        if (line != lines->first) *at++ = '\n';
-        at = write_text(write_blanks(at, indentation(line)), line->text);
+        if (line != lines->first) write_text(&to, "\n");
+        write_blanks(&to, indentation(line));
+        write_text(&to, line->text);
     }
-    *at = '\0';
     return text;
 }
 
@@ -94,12 +92,4 @@ void indent_lines(Lines *lines, int levels) {
         line->text = indent_text(line->text, INDENT * static_cast<size_t>(levels));
         line->level += levels;
     }
-}
-
-const char *form_text(const char *form, std::initializer_list<const char *> operands) {
-    size_t size = strlen(form) + 1;
-    for (const char *operand : operands) size += strlen(operand);
-    char *text = static_cast<char *>(AllocKept(size));
-    write_form(text, form, operands);
-    return text;
 }

@@ -4,7 +4,7 @@
 
 #include <stdint.h>
 
-#include <initializer_list>
+#include "translate/text_forms.h"
 
 /* A line without its indentation and its end; one that holds a procedure has line ends of its own
  * inside. The empty text is an empty line. */
@@ -31,6 +31,3 @@ void write_lines(const Lines *lines);
 const char *lines_text(const Lines *lines);
 /* The lines deeper by levels, the line ends inside their texts too. */
 void indent_lines(Lines *lines, int levels);
-
-/* A kept text: the form with each "%s" replaced by the next operand (see text_forms.h). */
-const char *form_text(const char *form, std::initializer_list<const char *> operands);

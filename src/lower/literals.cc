@@ -37,14 +37,13 @@ bool is_only_texts(const Node *row) {
 
 // One text of all texts of the row.
 mExpr *join_literals(const Node *row) {
-    size_t length = 1;
+    size_t size = 1;
     for (const Node *element = row->first_child; element; element = element->next)
-        length += strlen(without_parens(element)->text);
-    char *joined = static_cast<char *>(AllocKept(length));
-    char *at = joined;
-    *at = '\0';
+        size += strlen(without_parens(element)->text);
+    Writer to = new_text(size);
+    const char *joined = to.at;
     for (const Node *element = row->first_child; element; element = element->next)
-        at = write_text(at, without_parens(element)->text);
+        write_text(&to, without_parens(element)->text);
     return new_leaf(string_text(joined), SCALAR);
 }
 
@@ -153,11 +152,8 @@ mExpr *cell_matrix(const Node *literal) {
         append_expr(&rows, new_leaf(cell_row(row, false)));
     const char *elements = exprs_text(rows.first);
     free_vExpr(rows.first);
-    const char *form = "Concatenate(1, %s)";
-    char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_CALL, NOT_SCALAR, strlen(elements) + 40, &text);
-    with_array_tools_prefix(text, form, {elements});
-    return expr;
+    return new_form_mExpr(EXPR_CALL, NOT_SCALAR, "%sConcatenate(1, %s)",
+                          {array_tools_prefix(), elements});
 }
 
 mExpr *lower_cell_rows(const Node *literal) {
@@ -178,14 +174,11 @@ Operand lower_number(const Node *node) {
 }
 
 const char *string_text(const char *characters) {
-    char *text = static_cast<char *>(AllocKept(2 * strlen(characters) + 3));
-    char *at = text;
-    *at++ = '"';
-    for (; *characters; characters++) {
-        if (*characters == '\\' || *characters == '"') *at++ = '\\';
-        *at++ = *characters;
-    }
-    write_text(at, "\"");
+    Writer to = new_text(escaped_length(characters, "\\\"") + sizeof "\"\"");
+    const char *text = to.at;
+    write_text(&to, "\"");
+    write_escaped(&to, characters, "\\\"");
+    write_text(&to, "\"");
     return text;
 }
 

@@ -85,9 +85,11 @@ void append_index(Path *path, const vExpr *arguments) {
     Index index = {base, VARIABLE_INDEX, count_vExpr(arguments)};
     size_t size = arguments_size(base, arguments) + strlen("()");
     char *start = reserve(path, size);
-    char *at = write_text(start, "(");
-    at = write_text(write_arguments(at, &index, arguments), ")");
-    size_t written = static_cast<size_t>(at - start);
+    Writer to = {start, start + size + 1};
+    write_text(&to, "(");
+    write_arguments(&to, &index, arguments);
+    write_text(&to, ")");
+    size_t written = static_cast<size_t>(to.at - start);
     path->length += written;
     path->room += size - written;
 }

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "translate/text_forms.h"
 
 void append_text(TextList *list, const char *text) {
     TextCell *cell = AllocRecord<TextCell>();
@@ -16,12 +17,11 @@ const char *join_texts(const TextList *list, const TextCell *end) {
     size_t size = 1;
     for (const TextCell *cell = list->first; cell != end; cell = cell->next)
         size += strlen(cell->text) + strlen(", ");
-    char *text = static_cast<char *>(AllocKept(size));
-    char *at = text;
-    *at = '\0';
+    Writer to = new_text(size);
+    const char *text = to.at;
     for (const TextCell *cell = list->first; cell != end; cell = cell->next) {
-        if (cell != list->first) at = stpcpy(at, ", ");
-        at = stpcpy(at, cell->text);
+        if (cell != list->first) write_text(&to, ", ");
+        write_text(&to, cell->text);
     }
     return text;
 }

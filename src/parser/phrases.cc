@@ -40,10 +40,11 @@ static WordList join_word_anew(WordList words, const char *name) {
     words.room = 0;
     if (strchr(joined->text, '\\')) return words;
     size_t length = strlen(joined->text);
-    char *roomy;
+    Writer roomy;
     words.last->item = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * length + 1, &roomy);
-    write_text(roomy, joined->text);
-    words.length = words.room = static_cast<uint32_t>(length);
+    write_text(&roomy, joined->text);
+    words.length = static_cast<uint32_t>(length);
+    words.room = static_cast<uint32_t>(free_bytes(&roomy));
     return words;
 }
 
@@ -51,7 +52,8 @@ WordList join_word(WordList words, const char *name) {
     uint32_t added = static_cast<uint32_t>(strlen(name)) + 1;
     if (words.room < added) return join_word_anew(words, name);
     char *quote = const_cast<char *>(words.last->item->text) + words.length - 1;
-    write_form(quote, ".%s\"", {name});
+    Writer to = {quote, quote + words.room + sizeof "\""};
+    write_form(&to, ".%s\"", {name});
     words.length += added;
     words.room -= added;
     return words;

@@ -31,33 +31,28 @@ static const char *concatenated(const char *target) {
 }
 
 // " a, b)" becomes "(a, b)".
-static char *write_concatenated(char *at, const char *rest) {
-    size_t length = strlen(rest);
-    char *end = at + length - 1;
-    memcpy(at, rest, length);
-    *at = '(';
-    *end = '\0';
-    note_targets(at + 1);
-    return write_text(end, ")");
+static void write_concatenated(Writer *to, const char *rest) {
+    write_text(to, "(");
+    char *targets = to->at;
+    write_bytes(to, rest + 1, strlen(rest) - strlen(" )"));
+    note_targets(targets);
+    write_text(to, ")");
 }
 
-char *write_assignment(char *at, const char *target, const char *value) {
+static const char *form_of(const char *value) {
+    return is_identifier(value) ? "%s := copy(%s)" : "%s := %s";
+}
+
+size_t assignment_size(const char *target, const char *value) {
+    return form_size(form_of(value), {target, value});
+}
+
+void write_assignment(Writer *to, const char *target, const char *value) {
     if (const char *rest = concatenated(target)) {
-        return write_form(write_concatenated(at, rest), " := %s", {value});
+        write_concatenated(to, rest);
+        write_form(to, " := %s", {value});
+        return;
     }
     if (is_identifier(target)) add_name(KnownVariables, target);
-    return write_single_assignment(at, target, value);
-}
-
-char *write_single_assignment(char *at, const char *target, const char *value) {
-    const char *form = is_identifier(value) ? "%s := copy(%s)" : "%s := %s";
-    return write_form(at, form, {target, value});
-}
-
-char *write_targets(char *at, const vExpr *targets) {
-    const char *before = "(";
-    for (; targets; targets = targets->next, before = ", ") {
-        at = write_text(write_text(at, before), targets->item->text);
-    }
-    return write_text(at, ")");
+    write_form(to, form_of(value), {target, value});
 }

@@ -10,11 +10,11 @@
 
 namespace {
 
-// A text in its block: its length, and the bytes that are free on both sides of it and its NUL.
+// A text in its block, of which the bytes on both sides of it are free.
 struct TextRoom {
-    size_t before;
+    char *start;  // of the block
     size_t length;
-    size_t behind;
+    char *end;  // of the block
 };
 
 // What new_binary_expr makes.
@@ -28,9 +28,8 @@ bool is_binary(const mExpr *expr) {
            (expr->kind >= OP_AND && expr->kind <= OP_GE);
 }
 
-TextRoom room_of(const mExpr *operand) {
-    if (is_binary(operand)) return reinterpret_cast<const BinaryExpr *>(operand)->room;
-    return {0, strlen(operand->text), 0};
+const TextRoom *room_of(const mExpr *operand) {
+    return is_binary(operand) ? &reinterpret_cast<const BinaryExpr *>(operand)->room : nullptr;
 }
 
 size_t total_length(std::initializer_list<const char *> pieces) {
@@ -39,28 +38,44 @@ size_t total_length(std::initializer_list<const char *> pieces) {
     return length;
 }
 
-void copy_pieces(char *to, std::initializer_list<const char *> pieces) {
+void write_pieces(Writer *to, std::initializer_list<const char *> pieces) {
     for (const char *piece : pieces) {
-        size_t length = strlen(piece);
-        memcpy(to, piece, length);
-        to += length;
+        if (*piece) write_text(to, piece);  // most are empty
     }
+}
+
+// Whether head and tail fit around the text of a chain's record.
+bool has_room(const mExpr *left, const TextRoom *room, size_t head, size_t tail) {
+    size_t before = static_cast<size_t>(left->text - room->start);
+    const char *nul = left->text + room->length;
+    return before >= head && static_cast<size_t>(room->end - nul) > tail;
 }
 
 BinaryExpr *new_record(size_t text_size) {
     return static_cast<BinaryExpr *>(AllocKept(sizeof(BinaryExpr) + text_size));
 }
 
+// A record around the text of its left operand, whose room it takes over.
+BinaryExpr *take_text(const mExpr *left, const TextRoom *room) {
+    BinaryExpr *binary = new_record(0);
+    binary->expr.text = left->text;
+    binary->room = *room;
+    return binary;
+}
+
 // A record with a copy of the left operand's text that has the room needed, and as much again as
 // the new text is long when the operand is an operator too: a chain.
-BinaryExpr *new_roomy_record(const mExpr *left, TextRoom *room, size_t head, size_t tail) {
-    size_t spare = is_binary(left) ? head + room->length + tail : 0;
-    room->before = head + (head > 0 ? spare : 0);
-    room->behind = tail + spare;
-    BinaryExpr *binary = new_record(room->before + room->length + room->behind + 1);
-    char *text = reinterpret_cast<char *>(binary + 1) + room->before;
-    memcpy(text, left->text, room->length);
-    binary->expr.text = text;
+BinaryExpr *copy_text(const mExpr *left, size_t head, size_t tail) {
+    size_t length = strlen(left->text);
+    size_t spare = is_binary(left) ? head + length + tail : 0;
+    size_t before = head + (head > 0 ? spare : 0);
+    size_t size = before + length + tail + spare + 1;
+    BinaryExpr *binary = new_record(size);
+    char *start = reinterpret_cast<char *>(binary + 1);
+    Writer to = {start + before, start + size};
+    binary->expr.text = to.at;
+    write_bytes(&to, left->text, length);
+    binary->room = {start, length, start + size};
     return binary;
 }
 
@@ -69,23 +84,22 @@ BinaryExpr *new_roomy_record(const mExpr *left, TextRoom *room, size_t head, siz
 mExpr *new_binary_expr(int id, int scalar, const mExpr *left,
                        std::initializer_list<const char *> head,
                        std::initializer_list<const char *> tail) {
-    TextRoom room = room_of(left);
+    const TextRoom *room = room_of(left);
     size_t head_length = total_length(head);
     size_t tail_length = total_length(tail);
-    BinaryExpr *binary;
-    if (is_binary(left) && room.before >= head_length && room.behind >= tail_length) {
-        binary = new_record(0);
-        binary->expr.text = left->text;
-    } else {
-        binary = new_roomy_record(left, &room, head_length, tail_length);
-    }
-    assert(room.before >= head_length && room.behind >= tail_length);
+    bool is_taken = room && has_room(left, room, head_length, tail_length);
+    BinaryExpr *binary =
+        is_taken ? take_text(left, room) : copy_text(left, head_length, tail_length);
     char *middle = const_cast<char *>(binary->expr.text);
-    copy_pieces(middle - head_length, head);
-    copy_pieces(middle + room.length, tail);
-    middle[room.length + tail_length] = '\0';
-    binary->expr = {id, middle - head_length, scalar, nullptr};
-    binary->room = {room.before - head_length, head_length + room.length + tail_length,
-                    room.behind - tail_length};
+    char *text = middle - head_length;
+    char first = *middle;  // where the head ends
+    assert(text >= binary->room.start);
+    Writer before = {text, middle + 1};
+    write_pieces(&before, head);
+    *middle = first;
+    Writer behind = {middle + binary->room.length, binary->room.end};
+    write_pieces(&behind, tail);
+    binary->expr = {id, text, scalar, nullptr};
+    binary->room.length += head_length + tail_length;
     return &binary->expr;
 }

@@ -12,11 +12,20 @@
 
 mExpr *alloc_mExpr() { return AllocRecord<mExpr>(); }
 
-mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text) {
+mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to) {
     mExpr *expr = static_cast<mExpr *>(AllocKept(sizeof(mExpr) + size));
-    *text = reinterpret_cast<char *>(expr + 1);
-    **text = '\0';
-    *expr = {kind, *text, scalar, nullptr};
+    char *text = reinterpret_cast<char *>(expr + 1);
+    *text = '\0';
+    *to = {text, text + size};
+    *expr = {kind, text, scalar, nullptr};
+    return expr;
+}
+
+mExpr *new_form_mExpr(int kind, int scalar, const char *form,
+                      std::initializer_list<const char *> operands) {
+    Writer to;
+    mExpr *expr = alloc_text_mExpr(kind, scalar, form_size(form, operands), &to);
+    write_form(&to, form, operands);
     return expr;
 }
 
@@ -49,18 +58,17 @@ int count_vExpr(const vExpr *list) {
 }
 
 static mExpr *new_string(const char *contents) {
-    char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * strlen(contents) + 3, &text);
-    text[0] = '"';
-    write_text(write_escaped(text + 1, contents), "\"");
+    Writer to;
+    size_t size = escaped_length(contents, "\\") + sizeof "\"\"";
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, size, &to);
+    write_text(&to, "\"");
+    write_escaped(&to, contents, "\\");
+    write_text(&to, "\"");
     return expr;
 }
 
 static mExpr *new_imaginary(const char *number) {
-    char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_IMAGINARY, SCALAR, strlen(number) + 3, &text);
-    write_form(text, "%s*I", {number});
-    return expr;
+    return new_form_mExpr(EXPR_IMAGINARY, SCALAR, "%s*I", {number});
 }
 
 static mExpr *new_leaf(int kind, const char *text) {

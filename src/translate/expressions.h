@@ -9,6 +9,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <initializer_list>
+
 /* What a record stands for. Records of operators have the operator's id (operators.h) as their
  * kind.
  *
@@ -39,6 +41,7 @@ enum ExprKind {
 };
 
 struct SourcePosition;
+struct Writer;
 struct mExpr;
 
 /* The parts of a range. */
@@ -69,9 +72,12 @@ struct vExpr {
 
 /* A new record, not cleared. */
 mExpr *alloc_mExpr();
-/* A new record without a range, and with room for size bytes of text, which starts out empty and
- * lies behind the record in the same block. */
-mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, char **text);
+/* A new record without a range, whose text of at most size bytes, the NUL among them, the writer
+ * writes. It starts out empty and lies behind the record in the same block. */
+mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to);
+/* The same with the text of a form (text_forms.h). */
+mExpr *new_form_mExpr(int kind, int scalar, const char *form,
+                      std::initializer_list<const char *> operands);
 /* A new list of one cell. */
 vExpr *alloc_vExpr(mExpr *item);
 /* The list with item in front. */

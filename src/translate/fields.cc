@@ -12,11 +12,13 @@ mExpr *new_field_name(const char *left, const char *right) {
 }
 
 mExpr *new_dotstring(const char *first, const char *second) {
-    char *text;
-    size_t size = 2 * (strlen(first) + strlen(second)) + 4;
-    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, size, &text);
-    char *at = write_escaped(write_text(text, "\""), first);
-    at = write_escaped(write_text(at, "."), second);
-    write_text(at, "\"");
+    Writer to;
+    size_t size = escaped_length(first, "\\") + escaped_length(second, "\\") + sizeof "\".\"";
+    mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, size, &to);
+    write_text(&to, "\"");
+    write_escaped(&to, first, "\\");
+    write_text(&to, ".");
+    write_escaped(&to, second, "\\");
+    write_text(&to, "\"");
     return expr;
 }

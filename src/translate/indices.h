@@ -25,9 +25,9 @@ struct Index {
     int count; /* of the arguments */
 };
 
-/* Bytes that the arguments take, with what stands between them. */
+/* Bytes that suffice for the arguments, with what stands between them. */
 size_t arguments_size(const char *base, const vExpr *arguments);
-/* Writes the arguments, separated by ", "; answers the place of the NUL. */
-char *write_arguments(char *at, const Index *index, const vExpr *arguments);
-/* Writes one of them, number k from 1; answers the place of the NUL. */
-char *write_argument(char *at, const Index *index, int k, const mExpr *argument);
+/* Writes the arguments, separated by ", ". */
+void write_arguments(Writer *to, const Index *index, const vExpr *arguments);
+/* Writes one of them, number k from 1. */
+void write_argument(Writer *to, const Index *index, int k, const mExpr *argument);

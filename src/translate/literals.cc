@@ -15,19 +15,23 @@ struct Shape {
     LiteralKind kind;
     bool all_scalar;
     bool any_string;
-    size_t text_length;  // of all elements, with 4 bytes each for what stands around them
+    size_t separators;  // between the elements of a row
+    size_t empty_rows;
+    size_t text_length;  // of all elements
 };
 
 Shape measure(const mMatrix *matrix, LiteralKind kind) {
-    Shape shape = {matrix->count, 0, kind, true, false, 0};
+    Shape shape = {matrix->count, 0, kind, true, false, 0, 0, 0};
     for (int32_t r = 0; r < matrix->count; r++) {
         const mVector *row = matrix->items[r];
         if (row->count > shape.widest) shape.widest = row->count;
+        if (row->count == 0) shape.empty_rows++;
+        if (row->count > 1) shape.separators += static_cast<size_t>(row->count) - 1;
         for (int32_t i = 0; i < row->count; i++) {
             const mExpr *element = row->items[i];
             if (!element->scalar) shape.all_scalar = false;
             if (element->kind == EXPR_STRING) shape.any_string = true;
-            shape.text_length += strlen(element->text) + 4;
+            shape.text_length += strlen(element->text);
         }
     }
     return shape;
@@ -41,85 +45,97 @@ bool is_single(const Shape *shape, const mMatrix *matrix) {
            strcmp(element->text, "args") != 0;
 }
 
-char *write_elements(char *at, const mVector *row, const char *separator) {
-    for (int32_t i = 0; i < row->count; i++) {
-        if (i > 0) at = write_text(at, separator);
-        at = write_text(at, row->items[i]->text);
-    }
-    return at;
-}
-
-char *write_first_elements(char *at, const mMatrix *matrix) {
-    for (int32_t r = 0; r < matrix->count; r++) {
-        const mVector *row = matrix->items[r];
-        if (r > 0) at = write_text(at, ", ");
-        at = write_text(at, row->count > 0 ? row->items[0]->text : "0");
-    }
-    return at;
-}
-
-// A row or column: how it opens and closes.
-struct LineForm {
-    const char *cell_close;
-    const char *vector_open;
-    const char *concatenation_open;
+// What stands around and between the elements. Rows are separated by ", ".
+struct LiteralForm {
+    const char *prefix;
+    const char *open;
+    const char *row_open;
+    const char *separator;  // of the elements of a row
+    const char *row_close;
+    const char *close;
+    const char *end;
 };
 
-const LineForm RowForm = {"],subtype='Vector[row]')", "Vector[row]([", "Concatenate(2, "};
-const LineForm ColumnForm = {"],subtype='Vector[column]')", "Vector[column]([", "Concatenate(1, "};
-
-void write_line(char *at, const Shape *shape, const mMatrix *matrix, const LineForm *form) {
-    const char *close;
+LiteralForm line_form(const Shape *shape, bool is_row) {
     if (shape->kind == CELL_LITERAL) {
-        at = write_text(at, "rtable([");
-        close = form->cell_close;
-    } else if (shape->any_string || shape->all_scalar) {
-        at = write_text(at, form->vector_open);
-        close = "])";
-    } else {
-        at = with_array_tools_prefix(at, form->concatenation_open, {});
-        close = ")";
+        const char *subtype = is_row ? "],subtype='Vector[row]')" : "],subtype='Vector[column]')";
+        return {"", "rtable([", "", ", ", "", subtype, ""};
     }
-    at = shape->rows == 1 ? write_elements(at, matrix->items[0], ", ")
-                          : write_first_elements(at, matrix);
-    write_text(at, close);
+    if (shape->any_string || shape->all_scalar) {
+        return {"", is_row ? "Vector[row]([" : "Vector[column]([", "", ", ", "", "])", ""};
+    }
+    const char *open = is_row ? "Concatenate(2, " : "Concatenate(1, ";
+    return {array_tools_prefix(), open, "", ", ", "", ")", ""};
 }
 
-void write_full_matrix(char *at, const Shape *shape, const mMatrix *matrix) {
-    const char *row_form[] = {shape->all_scalar ? "[" : "<", shape->all_scalar ? ", " : " | ",
-                              shape->all_scalar ? "]" : ">"};
-    at = shape->any_string ? with_array_tools_prefix(at, "Concatenate(2,Matrix([", {})
-                           : write_text(at, "Matrix([");
+LiteralForm matrix_form(const Shape *shape) {
+    LiteralForm form = {"", "Matrix([", "<", " | ", ">", "], scan=columns", " )"};
+    if (shape->all_scalar) {
+        form.row_open = "[";
+        form.separator = ", ";
+        form.row_close = form.close = "]";
+    }
+    if (shape->any_string) {
+        form.prefix = array_tools_prefix();
+        form.open = "Concatenate(2,Matrix([";
+        form.end = "))";
+    }
+    return form;
+}
+
+constexpr char ROW_SEPARATOR[] = ", ";
+// Stands in a column for a row without elements.
+constexpr char NO_ELEMENT[] = "0";
+
+size_t literal_size(const Shape *shape, const LiteralForm *form, bool is_column) {
+    size_t rows = static_cast<size_t>(shape->rows);
+    size_t around = strlen(form->prefix) + strlen(form->open) + strlen(form->close) +
+                    strlen(form->end) + (rows - 1) * strlen(ROW_SEPARATOR) +
+                    rows * (strlen(form->row_open) + strlen(form->row_close));
+    size_t elements = shape->text_length + shape->separators * strlen(form->separator);
+    if (is_column) elements += shape->empty_rows * strlen(NO_ELEMENT);
+    return around + elements + sizeof "";
+}
+
+void write_row(Writer *to, const mVector *row, const LiteralForm *form, bool is_column) {
+    write_text(to, form->row_open);
+    for (int32_t i = 0; i < row->count; i++) {
+        if (i > 0) write_text(to, form->separator);
+        write_text(to, row->items[i]->text);
+    }
+    if (is_column && row->count == 0) write_text(to, NO_ELEMENT);
+    write_text(to, form->row_close);
+}
+
+mExpr *new_literal(const Shape *shape, const mMatrix *matrix) {
+    bool is_column = shape->rows > 1 && shape->widest == 1;
+    LiteralForm form =
+        shape->rows == 1 || is_column ? line_form(shape, !is_column) : matrix_form(shape);
+    Writer to;
+    mExpr *expr =
+        alloc_text_mExpr(EXPR_MATRIX, NOT_SCALAR, literal_size(shape, &form, is_column), &to);
+    write_text(&to, form.prefix);
+    write_text(&to, form.open);
     for (int32_t r = 0; r < matrix->count; r++) {
-        if (r > 0) at = write_text(at, ", ");
-        at = write_text(at, row_form[0]);
-        at = write_elements(at, matrix->items[r], row_form[1]);
-        at = write_text(at, row_form[2]);
+        if (r > 0) write_text(&to, ROW_SEPARATOR);
+        write_row(&to, matrix->items[r], &form, is_column);
     }
-    at = write_text(at, shape->all_scalar ? "]" : "], scan=columns");
-    write_text(at, shape->any_string ? "))" : " )");
+    write_text(&to, form.close);
+    write_text(&to, form.end);
+    return expr;
 }
 
-void write_literal(char *at, const Shape *shape, const mMatrix *matrix) {
-    if (shape->rows == 0 || shape->widest == 0) {
-        write_text(at, "Vector()");
-    } else if (is_single(shape, matrix)) {
-        write_text(at, matrix->items[0]->items[0]->text);
-    } else if (shape->rows == 1) {
-        write_line(at, shape, matrix, &RowForm);
-    } else if (shape->widest == 1) {
-        write_line(at, shape, matrix, &ColumnForm);
-    } else {
-        write_full_matrix(at, shape, matrix);
-    }
+mExpr *new_text_literal(const char *text) {
+    mExpr *expr = alloc_mExpr();
+    *expr = {EXPR_MATRIX, text, NOT_SCALAR, nullptr};
+    return expr;
 }
 
 }  // namespace
 
 mExpr *new_matrix_node(const mMatrix *matrix, LiteralKind kind) {
     Shape shape = measure(matrix, kind);
-    char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_MATRIX, NOT_SCALAR, shape.text_length + 80, &text);
-    write_literal(text, &shape, matrix);
-    return expr;
+    if (shape.rows == 0 || shape.widest == 0) return new_text_literal("Vector()");
+    if (is_single(&shape, matrix)) return new_text_literal(matrix->items[0]->items[0]->text);
+    return new_literal(&shape, matrix);
 }

@@ -51,6 +51,21 @@ const BinaryForm BinaryForms[] = {
     {OP_GT,              NEVER,        {},  {"evalhf(zip(`>`,eval(", "),eval(", ")))"},       false},
     {OP_GE,              NEVER,        {},  {"evalhf(zip(`>=`,eval(", "),eval(", ")))"},      false},
 };
+
+struct UnaryForm {
+    int id;
+    const char *(*prefix)();  // null for no member of a package
+    const char *open;
+    const char *close;
+};
+
+const UnaryForm UnaryForms[] = {
+    {OP_UNARY_PLUS,    nullptr,               "+",                        ""},
+    {OP_UNARY_MINUS,   nullptr,               "-",                        ""},
+    {OP_NOT,           nullptr,               "evalhf(map(`not`,eval(",   ")))"},
+    {OP_DOT_TRANSPOSE, linear_algebra_prefix, "Transpose(",               ")"},
+    {OP_TRANSPOSE,     linear_algebra_prefix, "HermitianTranspose(",      ")"},
+};
 // clang-format on
 
 const BinaryForm *find_form(int id) {
@@ -68,12 +83,15 @@ bool is_plain(const BinaryForm *form, const mExpr *left, const mExpr *right) {
     }
 }
 
+// An operator built directly inside parentheses has a pair of its own.
 bool in_parentheses() { return BracketDelimiter == IN_PARENTHESES; }
+const char *opening() { return in_parentheses() ? "(" : ""; }
+const char *closing() { return in_parentheses() ? ")" : ""; }
 
 mExpr *new_binary(const BinaryForm *binary, const mExpr *left, const mExpr *right) {
     const Form *form = is_plain(binary, left, right) ? &binary->plain : &binary->general;
-    const char *open = in_parentheses() ? "(" : "";
-    const char *close = in_parentheses() ? ")" : "";
+    const char *open = opening();
+    const char *close = closing();
     int scalar = left->scalar && right->scalar;
     if (binary->swapped) {
         return new_binary_expr(binary->id, scalar, left,
@@ -83,46 +101,38 @@ mExpr *new_binary(const BinaryForm *binary, const mExpr *left, const mExpr *righ
                            {form->middle, right->text, form->close, close});
 }
 
-char *write_unary(char *at, int id, const char *operand) {
-    switch (id) {
-        case OP_UNARY_PLUS: return write_form(at, "+%s", {operand});
-        case OP_UNARY_MINUS: return write_form(at, "-%s", {operand});
-        case OP_NOT: return write_form(at, "evalhf(map(`not`,eval(%s)))", {operand});
-        case OP_DOT_TRANSPOSE: return with_linear_algebra_prefix(at, "Transpose(%s)", operand);
-        case OP_TRANSPOSE: return with_linear_algebra_prefix(at, "HermitianTranspose(%s)", operand);
-        default: return at;
-    }
-}
-
-// A record with room for size bytes of text; "(" is in place when it belongs there.
-mExpr *new_operator(int id, size_t size, int scalar, char **at) {
-    mExpr *expr = alloc_text_mExpr(id, scalar, size, at);
-    if (in_parentheses()) *at = write_text(*at, "(");
+mExpr *new_assignment(const mExpr *target, const mExpr *value) {
+    Writer to;
+    size_t size =
+        assignment_size(target->text, value->text) + strlen(opening()) + strlen(closing());
+    mExpr *expr = alloc_text_mExpr(OP_ASSIGN, target->scalar && value->scalar, size, &to);
+    write_text(&to, opening());
+    write_assignment(&to, target->text, value->text);
+    write_text(&to, closing());
     return expr;
 }
 
-void finish_operator(char *at) {
-    if (in_parentheses()) write_text(at, ")");
+mExpr *new_field(const mExpr *left, const mExpr *right) {
+    return new_form_mExpr(OP_FIELD, left->scalar && right->scalar, "%s%s:-%s%s",
+                          {opening(), left->text, right->text, closing()});
 }
 
 }  // namespace
 
 mExpr *new_operator2(int id, const mExpr *left, const mExpr *right) {
     if (const BinaryForm *binary = find_form(id)) return new_binary(binary, left, right);
-    char *at;
-    size_t size = strlen(left->text) + strlen(right->text) + 60;
-    mExpr *expr = new_operator(id, size, left->scalar && right->scalar, &at);
-    switch (id) {
-        case OP_ASSIGN: finish_operator(write_assignment(at, left->text, right->text)); break;
-        case OP_FIELD: finish_operator(write_form(at, "%s:-%s", {left->text, right->text})); break;
-        default: printf("id %d unexpected\n", id);
-    }
-    return expr;
+    if (id == OP_ASSIGN) return new_assignment(left, right);
+    if (id == OP_FIELD) return new_field(left, right);
+    printf("id %d unexpected\n", id);
+    return new_form_mExpr(id, left->scalar && right->scalar, "", {});
 }
 
 mExpr *new_operator1(int id, const mExpr *operand) {
-    char *at;
-    mExpr *expr = new_operator(id, strlen(operand->text) + 50, operand->scalar, &at);
-    finish_operator(write_unary(at, id, operand->text));
-    return expr;
+    for (const UnaryForm &form : UnaryForms) {
+        if (form.id != id) continue;
+        const char *prefix = form.prefix ? form.prefix() : "";
+        return new_form_mExpr(id, operand->scalar, "%s%s%s%s%s%s",
+                              {opening(), prefix, form.open, operand->text, form.close, closing()});
+    }
+    return new_form_mExpr(id, operand->scalar, "", {});
 }

@@ -9,21 +9,14 @@
 static constexpr char ARRAY_TOOLS[] = "ArrayTools:-";
 static constexpr char LINEAR_ALGEBRA[] = "LinearAlgebra:-";
 
-static char *write_member(char *at, const char *prefix, const char *form,
-                          std::initializer_list<const char *> operands) {
-    if (!FileMode) at = write_text(at, prefix);
-    return write_form(at, form, operands);
-}
-
-char *with_linear_algebra_prefix(char *at, const char *form, const char *operand) {
+const char *linear_algebra_prefix() {
     UsesLinearAlgebra = 1;
-    return write_member(at, LINEAR_ALGEBRA, form, {operand});
+    return FileMode ? "" : LINEAR_ALGEBRA;
 }
 
-char *with_array_tools_prefix(char *at, const char *form,
-                              std::initializer_list<const char *> operands) {
+const char *array_tools_prefix() {
     UsesArrayTools = 1;
-    return write_member(at, ARRAY_TOOLS, form, operands);
+    return FileMode ? "" : ARRAY_TOOLS;
 }
 
 static const char *without_prefix(const char *call, const char *prefix) {

@@ -8,22 +8,16 @@
 
 const char *upper_bound(const mRange *range) { return range->stop ? range->stop->text : "-1"; }
 
-char *write_sequence(char *at, const char *start, const char *upper, const char *step) {
-    return write_form(at, "Vector[row]([seq(%s..%s,%s)])", {start, upper, step});
-}
-
 mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop, const SourcePosition *open_at) {
     mRange *range = AllocRecord<mRange>();
     *range = {start, step, stop, open_at};
+    const char *first = start->text;
     const char *upper = upper_bound(range);
-    size_t size = strlen(start->text) + strlen(step->text) + strlen(upper) + 30;
-    char *text;
-    mExpr *expr = alloc_text_mExpr(EXPR_RANGE, NOT_SCALAR, size, &text);
+    mExpr *expr =
+        has_unit_step(range)
+            ? new_form_mExpr(EXPR_RANGE, NOT_SCALAR, "Vector[row]([seq(%s..%s)])", {first, upper})
+            : new_form_mExpr(EXPR_RANGE, NOT_SCALAR, "Vector[row]([seq(%s..%s,%s)])",
+                             {first, upper, step->text});
     expr->range = range;
-    if (has_unit_step(range)) {
-        write_form(text, "Vector[row]([seq(%s..%s)])", {start->text, upper});
-    } else {
-        write_sequence(text, start->text, upper, step->text);
-    }
     return expr;
 }

@@ -7,7 +7,5 @@
  * step is the integer 1 where the source has none; stop is null for end. open_at: kept; where the
  * source has a range without a stop, for an error behind it; null for one with a stop. */
 mExpr *new_seq_node(mExpr *start, mExpr *step, mExpr *stop, const SourcePosition *open_at);
-/* Writes the value form over its upper bound's text; answers the place of the NUL. */
-char *write_sequence(char *at, const char *start, const char *upper, const char *step);
 /* Text of the upper bound: "-1", the last position counted from behind, for end. */
 const char *upper_bound(const mRange *range);

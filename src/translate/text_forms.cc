@@ -1,28 +1,50 @@
 // Writing host text.
 #include "translate/text_forms.h"
 
-#include <assert.h>
-#include <string.h>
+#include "support/allocation.h"
 
-char *write_text(char *at, const char *text) { return stpcpy(at, text); }
-
-char *write_form(char *at, const char *form, std::initializer_list<const char *> operands) {
+void write_form(Writer *to, const char *form, std::initializer_list<const char *> operands) {
     for (const char *operand : operands) {
-        while (*form != '%') *at++ = *form++;
+        for (; *form != '%'; form++) {
+            assert(*form && free_bytes(to) > 0);
+            *to->at++ = *form;
+        }
         assert(form[1] == 's');
-        at = stpcpy(at, operand);
+        write_text(to, operand);
         form += strlen("%s");
     }
-    return stpcpy(at, form);
+    write_text(to, form);
 }
 
-char *write_escaped(char *at, const char *text) {
-    for (; *text; text++) {
-        if (*text == '\\') *at++ = '\\';
-        *at++ = *text;
+void write_escaped(Writer *to, const char *text, const char *escaped) {
+    for (size_t length; text[length = strcspn(text, escaped)]; text += length + 1) {
+        write_bytes(to, text, length);
+        write_character(to, '\\');
+        write_character(to, text[length]);
     }
-    *at = '\0';
-    return at;
+    write_text(to, text);
+}
+
+size_t escaped_length(const char *text, const char *escaped) {
+    size_t length = strlen(text);
+    while (*(text += strcspn(text, escaped))) {
+        length++;
+        text++;
+    }
+    return length;
+}
+
+Writer new_text(size_t size) {
+    char *text = static_cast<char *>(AllocKept(size));
+    *text = '\0';
+    return {text, text + size};
+}
+
+const char *form_text(const char *form, std::initializer_list<const char *> operands) {
+    Writer to = new_text(form_size(form, operands));
+    const char *text = to.at;
+    write_form(&to, form, operands);
+    return text;
 }
 
 bool has_prefix(const char *text, const char *prefix) {
