@@ -68,7 +68,7 @@ void small_files(benchmark::State &state) {
 }
 
 void examples(benchmark::State &state) {
-    translate_files(state, MTRANSLATE_SOURCE_DIR "/examples");
+    translate_files(state, fs::path(__FILE__).parent_path().parent_path() / "examples");
 }
 
 void realistic_file(benchmark::State &state) {

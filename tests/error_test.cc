@@ -186,7 +186,7 @@ std::string on_small_stack(const std::function<std::string()> &work) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     // the address sanitizer puts red zones between all variables
-    EXPECT_EQ(pthread_attr_setstacksize(&attributes, PartsShareBlocks ? 512 << 10 : 8 << 20), 0);
+    EXPECT_EQ(pthread_attr_setstacksize(&attributes, PartsShareBlocks ? 512 << 10 : 64 << 20), 0);
     pthread_t thread;
     const auto run = [](void *argument) -> void * {
         Task *task = static_cast<Task *>(argument);

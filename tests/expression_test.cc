@@ -27,11 +27,17 @@ TEST(Expressions, chains_of_any_length) {
     StandInHost host;
     for (int i = 0; i < 150; i++) {
         const std::string name(static_cast<size_t>(i % 15 + 1), 'b');
-        const int sums = i / 15;
-        std::string expected = name + repeated(" +~ " + name, sums);
-        for (int k = 0; k < 12; k++)
-            expected = "evalhf(zip(`and`,eval(" + expected + "),eval(" + name + ")))";
-        const std::string source = name + repeated(" + " + name, sums) + repeated(" & " + name, 12);
+        std::string source = name;
+        std::string expected = name;
+        for (int k = 0; k < i / 15; k++) {
+            source.append(" + ").append(name);
+            expected.append(" +~ ").append(name);
+        }
+        for (int k = 0; k < 12; k++) {
+            source.append(" & ").append(name);
+            expected.insert(0, "evalhf(zip(`and`,eval(").append("),eval(").append(name);
+            expected += ")))";
+        }
         EXPECT_EQ(translate(host, "command", source), expected + ";\n");
     }
 }

@@ -108,7 +108,7 @@ HashTable *HashCreate(int32_t bucket_count) {
     size_t count = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
     size_t bits = words_of(bucket_count) * sizeof(uint64_t);
     size_t own = PartsShareBlocks ? OWN_STORAGE : 0;
-    size_t size = sizeof(HashTable) + bits + count * sizeof(HashBucket *) + own;
+    size_t size = sizeof(HashTable) + bits + count * sizeof(void *) + own;
     void *block = HeapAlloc(size);
     if (!block) return nullptr;
     HashTable *table = static_cast<HashTable *>(block);
