@@ -46,6 +46,16 @@ union SemanticValue {
     RangeTriple range; /* range_triple */
     int32_t delimiter; /* opening marks: the BracketDelimiter outside the bracket */
     uintptr_t slots[3];
+
+    SemanticValue() = default;
+    SemanticValue(const SemanticValue &) = default;
+    /* Word by word: most values are copied right after their first word has been written, and a
+     * wider load would have to wait for that. */
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): copies nothing it has overwritten
+    SemanticValue &operator=(const SemanticValue &other) {
+        for (int i = 0; i < 3; i++) slots[i] = other.slots[i];
+        return *this;
+    }
 };
 
 static_assert(sizeof(SemanticValue) == 3 * sizeof(uintptr_t), "hosts read yylval as three words");

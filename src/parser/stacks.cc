@@ -32,7 +32,8 @@ bool grow_stacks(int16_t **states, SemanticValue **values, long used, long *capa
     if (!block) return false;
     SemanticValue *new_values = static_cast<SemanticValue *>(block);
     int16_t *new_states = reinterpret_cast<int16_t *>(new_values + room);
-    *values = static_cast<SemanticValue *>(memcpy(new_values, *values, count * sizeof **values));
+    for (size_t i = 0; i < count; i++) new_values[i] = (*values)[i];
+    *values = new_values;
     *states = static_cast<int16_t *>(memcpy(new_states, *states, count * sizeof **states));
     *capacity = static_cast<long>(room);
     HeapFree(StackBlock);
