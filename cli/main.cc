@@ -20,12 +20,11 @@ ExitCode run(const Options &options) {
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);
-    const Translation translation = translate(source, options.without_translator);
-    if (translation.code == ExitCode::Done) {
+    const Translation translation = translate(source, options);
+    std::cerr << translation.messages;
+    if (translation.text) {
         output.refuse_sources(translation.files_read);
-        output.write(translation.text);
-    } else {
-        std::cerr << translation.text;
+        output.write(*translation.text);
     }
     return translation.code;
 }

@@ -44,6 +44,10 @@ void add_options(CLI::App &app, Options &options) {
     app.add_option("-o,--output", options.output,
                    "Write the translation to PATH, if it succeeds, instead of standard output")
         ->type_name("PATH");
+    app.add_option("--language", options.language,
+                   "Read the sources as LANGUAGE: matlab, octave or classic")
+        ->type_name("LANGUAGE")
+        ->check(CLI::IsMember({"matlab", "octave", "classic"}));
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls, and translate no called functions");
     app.set_help_flag("-h,--help", "Print this help");

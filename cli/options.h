@@ -19,6 +19,8 @@ struct Options {
     /* The file for the translation; none, or "-": standard output. */
     std::optional<std::string> output;
     bool without_translator = false;
+    /* The language of the sources: matlab, octave or classic. */
+    std::string language = "classic";
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

@@ -2,10 +2,12 @@
  * library: at its record of an error, and at the files that it opens. */
 #include "cli/translation.h"
 
-#include <utility>
+#include <sstream>
 #include <vector>
 
+#include "cli/excerpt.h"
 #include "cli/source_error.h"
+#include "diagnose/messages.h"
 #include "host/stand_in_host.h"
 #include "lexer/source_files.h"
 #include "run/last_error.h"
@@ -20,12 +22,33 @@ HostValue search_list(ValueStore &values, const std::vector<std::string> &direct
 }
 
 std::vector<HostValue> run_options(ValueStore &values, const Source &source,
-                                   bool without_translator) {
+                                   const Options &wanted) {
     std::vector<HostValue> options;
+    const auto add = [&](const char *name, HostValue value) {
+        options.push_back(values.equation(values.name(name), value));
+    };
     if (!source.directories.empty()) options.push_back(search_list(values, source.directories));
-    if (without_translator)
-        options.push_back(values.equation(values.name("AddTranslator"), values.boolean(false)));
+    if (wanted.without_translator) add("AddTranslator", values.boolean(false));
+    if (wanted.language != "classic") {
+        add("Language", values.string(wanted.language));
+        add("KeepGoing", values.boolean(true));
+    }
     return options;
+}
+
+/* What the library says about the sources of the run that is going on. */
+Translation *translation_under_way;
+const Source *source_under_way;
+
+void note_message(const Message *message) {
+    const bool is_own = !message->file || message->file == source_under_way->argument;
+    const MessageRow &row = MessageTable[message->id];
+    std::ostringstream line;
+    line << (is_own ? source_under_way->shown_name : message->file) << ':' << message->line << ':'
+         << message->column << ": " << severity_name(row.severity) << ": " << message->text << " ["
+         << row.code << ']';
+    translation_under_way->messages += printable(line.str()) + '\n';
+    if (is_failure(message->id)) translation_under_way->code = ExitCode::BadSource;
 }
 
 /* The library's record of the error that has just been thrown, with its value in the message. */
@@ -51,29 +74,36 @@ void note_file(const char *path, const struct stat *status) {
 /* Has the library note the files that it opens for as long as this lives. */
 class FileWatch {
 public:
-    explicit FileWatch(FilesRead *files) {
+    FileWatch(FilesRead *files, Translation *translation, const Source *source) {
         files_read = files;
+        translation_under_way = translation;
+        source_under_way = source;
         SourceObserver = note_file;
+        Listener = note_message;
     }
-    ~FileWatch() { SourceObserver = nullptr; }
+    ~FileWatch() {
+        SourceObserver = nullptr;
+        Listener = nullptr;
+    }
     FileWatch(const FileWatch &) = delete;
     FileWatch &operator=(const FileWatch &) = delete;
 };
 
 }  // namespace
 
-Translation translate(const Source &source, bool without_translator) {
+Translation translate(const Source &source, const Options &wanted) {
     StandInHost host;
-    const auto options = run_options(host.values(), source, without_translator);
-    FilesRead files = source.files;
-    const FileWatch watch(&files);
+    const auto options = run_options(host.values(), source, wanted);
+    Translation translation{ExitCode::Done, std::nullopt, "", source.files};
+    const FileWatch watch(&translation.files_read, &translation, &source);
     try {
-        std::string text = host.translate(source.mode, source.argument, options).value();
-        return {ExitCode::Done, std::move(text), std::move(files)};
+        translation.text = host.translate(source.mode, source.argument, options).value();
     } catch (const HostError &thrown) {
         const RaisedError error = error_behind(thrown);
-        return {exit_code_of(error), describe(error, source), std::move(files)};
+        translation.code = exit_code_of(error);
+        translation.messages += describe(error, source);
     }
+    return translation;
 }
 
 }  // namespace mtranslate

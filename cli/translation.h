@@ -1,23 +1,27 @@
 /* One run of the library for the tool. */
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "cli/exit_code.h"
+#include "cli/options.h"
 #include "cli/source.h"
 
 namespace mtranslate {
 
 struct Translation {
     ExitCode code;
-    /* The translation after Done, else the lines that tell the user about the error. */
-    std::string text;
+    /* The translation; none where the run was left by an error. */
+    std::optional<std::string> text;
+    /* Lines that tell the user about errors and what else is worth a look. */
+    std::string messages;
     /* Every file that the run has opened, its source first. */
     FilesRead files_read;
 };
 
-/* Translates source in a host that answers no questions. without_translator sets the library's
- * option AddTranslator to false. Throws FileError where a called file can be no source. */
-Translation translate(const Source &source, bool without_translator);
+/* Translates source in a host that answers no questions, as the options say. Throws FileError where
+ * a called file can be no source. */
+Translation translate(const Source &source, const Options &options);
 
 }  // namespace mtranslate

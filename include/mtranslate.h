@@ -80,7 +80,10 @@ typedef struct HostKernelTable {
  *   2  host string, the MATLAB text (command) or the name of the .m file (file);
  *   3… options in any order: a list of strings adds search directories for called functions (the
  *      last directory of the last list is tried first); an equation AddTranslator = false keeps
- *      the host's function translator out; anything else is ignored.
+ *      the host's function translator out; an equation Language = "matlab", "octave" or "classic"
+ *      (a string or a name) says how the sources are read, without it as classic; an equation
+ *      KeepGoing = true has matlab and octave give the text of a source with errors or gaps
+ *      without raising the first one when the run ends; anything else is ignored.
  *
  * Result: a host string with the translation; null for any other mode. Errors (arguments, syntax,
  * unreadable files, exhausted memory) are raised through RaiseError. Where that returns, the result

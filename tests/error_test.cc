@@ -291,6 +291,13 @@ TEST(Errors, in_arguments) {
     const HostValue other = values.equation(values.name("Foo"), values.boolean(false));
     const HostValue unnamed = values.equation(number, values.boolean(false));
     const HostValue bad = values.string("files");
+    const HostValue strange = values.string("x(end-1)");
+    const HostValue gap = values.string("eval x\nx = 1");
+    const auto language = [&](HostValue value) {
+        return values.equation(values.name("Language"), value);
+    };
+    const HostValue matlab = language(values.name("matlab"));
+    const HostValue keep_going = values.equation(values.name("KeepGoing"), values.boolean(true));
     const struct {
         std::vector<HostValue> arguments;
         const char *outcome;  // the result, and the errors behind it
@@ -303,7 +310,17 @@ TEST(Errors, in_arguments) {
         {{bad, text, mixed}, "null invalid input: path must be a list of strings"},
         {{values.string("file"), bad}, "null unable to open \"files\""},
         {{values.string("Command"), text}, "null"},
-        {{command, text, number, even, text, other, unnamed, 0}, "x := 1;\n"}};
+        {{command, text, number, even, text, other, unnamed, 0}, "x := 1;\n"},
+        {{command, strange, language(values.string("classic"))},
+         " on line 1, syntax error\nx(end-1)\n      ^\n"},
+        {{command, text, matlab, language(values.string("Matlab"))},
+         "null invalid input: Language must be classic, matlab or octave"},
+        {{command, text, language(number)},
+         "null invalid input: Language must be classic, matlab or octave"},
+        {{command, gap, matlab, keep_going}, "# not translated (MT204 eval): eval x\nx := 1;\n"},
+        {{command, gap, language(values.string("octave"))},
+         "# not translated (MT204 eval): eval x\nx := 1;\n on line 1, 'eval' runs a text as a "
+         "program, which is not translated\neval x\n^\n"}};
     for (const auto &row : rows) {
         const HostValue result = host.run(values.sequence(row.arguments));
         std::string outcome =

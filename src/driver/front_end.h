@@ -21,8 +21,14 @@ struct FrontEnd {
     void (*translate_called)();
 };
 
-/* The only one for now: reads what parser/grammar.y describes. */
+/* Reads what parser/grammar.y describes. */
 extern const FrontEnd ClassicFrontEnd;
+/* Read MATLAB as people write it (src/syntax, src/lower), and the same as Octave has it. */
+extern const FrontEnd MatlabFrontEnd;
+extern const FrontEnd OctaveFrontEnd;
 
-/* The front end of the run, set before it begins. */
+/* The one of a language: classic, matlab or octave; null for any other. */
+const FrontEnd *find_front_end(const char *language);
+
+/* The front end of the run, set with its options. */
 extern const FrontEnd *UsedFrontEnd;

@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "driver/front_end.h"
 #include "run/host_kernel.h"
 #include "run/last_error.h"
 #include "run/run_state.h"
@@ -39,20 +40,43 @@ void read_path(HostValue list) {
     }
 }
 
-bool is_translator_option(HostValue argument) {
-    return has_type(argument, HOST_TYPE_EQUATION) &&
-           has_type(element(argument, 1), HOST_TYPE_NAME) &&
-           strcmp(HostKernel->ToText(element(argument, 1)), "AddTranslator") == 0;
+// The name on the left of an equation; else an empty text.
+const char *option_name(HostValue argument) {
+    bool is_named =
+        has_type(argument, HOST_TYPE_EQUATION) && has_type(element(argument, 1), HOST_TYPE_NAME);
+    return is_named ? HostKernel->ToText(element(argument, 1)) : "";
 }
 
-void read_option(HostValue argument, RunRequest *request) {
+// The right side of an equation that is a string or a name; else an empty text.
+const char *option_text(HostValue argument) {
+    HostValue value = element(argument, 2);
+    bool is_text = HostKernel->IsString(value) || has_type(value, HOST_TYPE_NAME);
+    return is_text ? HostKernel->ToText(value) : "";
+}
+
+bool is_true(HostValue argument) { return HostKernel->ToBoolean(element(argument, 2)) != 0; }
+
+bool read_language(HostValue argument) {
+    UsedFrontEnd = find_front_end(option_text(argument));
+    if (UsedFrontEnd) return true;
+    UsedFrontEnd = &ClassicFrontEnd;
+    raise_error("invalid input: Language must be classic, matlab or octave", 0);
+    return false;
+}
+
+// False when the run cannot go on.
+bool read_option(HostValue argument, RunRequest *request) {
     if (HostKernel->IsList(argument)) {
         request->has_path = true;
         read_path(argument);
-    } else if (is_translator_option(argument)) {
-        // The option can only switch the translator off.
-        if (!HostKernel->ToBoolean(element(argument, 2))) AddTranslator = 0;
+        return true;
     }
+    const char *name = option_name(argument);
+    if (strcmp(name, "Language") == 0) return read_language(argument);
+    // The option can only switch the translator off.
+    if (strcmp(name, "AddTranslator") == 0 && !is_true(argument)) AddTranslator = 0;
+    if (strcmp(name, "KeepGoing") == 0) KeepGoing = is_true(argument);
+    return true;
 }
 
 }  // namespace
@@ -78,6 +102,9 @@ bool read_arguments(HostValue args, RunRequest *request) {
     request->source_value = element(args, 2);
     request->has_path = false;
     AddTranslator = 1;
-    for (int i = 3; i <= count; i++) read_option(element(args, i), request);
+    KeepGoing = 0;
+    UsedFrontEnd = &ClassicFrontEnd;
+    for (int i = 3; i <= count; i++)
+        if (!read_option(element(args, i), request)) return false;
     return true;
 }

@@ -49,10 +49,13 @@ void add_global(Lines *lines, int level, const Scope *scope) {
     add_line(lines, level, "");
 }
 
+// What could not be read, and commands, may assign them.
 void report_outputs(const Scope *scope, const Node *outputs) {
+    if (CurrentFile->source->errors > 0) return;
     for (const Node *output = outputs->first_child; output; output = output->next) {
         constexpr uint32_t SET = SYMBOL_VARIABLE & ~uint32_t(SYMBOL_OUTPUT);
-        if ((output->symbol->flags & SET) || scope->creators) continue;
+        if (output->symbol->flags & SET) continue;
+        if (creator_of(scope, output->text, UINT32_MAX)) continue;
         report(UNASSIGNED_OUTPUT, CurrentFile->source, output->offset, output->length,
                {output->text});
     }
@@ -70,7 +73,8 @@ void name_persistent(const Scope *scope, const char *function) {
     const char *file = stem && is_identifier(stem) ? form_text("%s_", {stem}) : "";
     for (const SymbolCell *cell = scope->globals; cell; cell = cell->next)
         if (cell->symbol->flags & SYMBOL_PERSISTENT)
-            cell->symbol->written = form_text("qxrp_%s%s_%s", {file, function, cell->symbol->name});
+            cell->symbol->written =
+                claim_name(form_text("qxrp_%s%s_%s", {file, function, cell->symbol->name}));
 }
 
 // Headers are asked for in the order of the text.
@@ -94,17 +98,6 @@ void put_nested_functions(const Node *first) {
     }
 }
 
-// Statements in pieces, as comments above a nested function go with it.
-void put_statements(const Node *first) {
-    const Node *start = first;
-    for (const Node *node = first; node; node = node->next) {
-        if (node->kind != NODE_FUNCTION) continue;
-        lower_siblings(start, comments_above(start, node), Lowering.level);
-        start = behind_function(node);
-    }
-    lower_siblings(start, nullptr, Lowering.level);
-}
-
 const Node *behind_help(const Node *first) {
     while (first && first->kind == NODE_COMMENT) first = first->next;
     return first;
@@ -118,7 +111,7 @@ void put_body(const Node *block, const Scope *scope) {
     lower_siblings(first, rest, Lowering.level);
     put_nested_functions(rest);
     put_prelude(scope);
-    put_statements(put_argument_blocks(rest));
+    put_pieces(put_argument_blocks(rest), nullptr);
     put_return();
 }
 
@@ -148,6 +141,24 @@ void add_comments(Lines *lines, const Node *comments, const Node *behind) {
 }
 
 }  // namespace
+
+// More of what has been put: the empty lines in front of it are not those at a head.
+static void put_piece(const Node *first, const Node *behind) {
+    const Line *last = Lowering.lines->last;
+    if (first != behind && has_flag(first, BLANK_BEFORE) && last && *last->text) put_line("", {});
+    lower_siblings(first, behind, Lowering.level);
+}
+
+void put_pieces(const Node *first, const Node *left_out) {
+    const Node *start = first;
+    for (const Node *node = first; node; node = node->next) {
+        bool is_function = node->kind == NODE_FUNCTION;
+        if (!is_function && node != left_out) continue;
+        put_piece(start, is_function ? comments_above(start, node) : node);
+        start = is_function ? behind_function(node) : node->next;
+    }
+    put_piece(start, nullptr);
+}
 
 const Node *behind_function(const Node *function) {
     const Node *node = function->next;

@@ -17,5 +17,8 @@ void put_return();
 /* The first of the comments that belong to a function: those between it and whatever stands before
  * it. The function itself when there are none. first: of its siblings. */
 const Node *comments_above(const Node *first, const Node *function);
+/* Puts the statements and comments from first on that belong to no function, but the statement
+ * left_out (null for none). */
+void put_pieces(const Node *first, const Node *left_out);
 /* What follows a function and the comments on the line of its end; null for nothing. */
 const Node *behind_function(const Node *function);

@@ -25,15 +25,12 @@ bool has_statements(const Node *tree) {
     return false;
 }
 
-// Lowers what stands in the file besides its functions and the comments above them.
-void put_script(const Node *tree) {
-    const Node *start = tree->first_child;
-    for (const Node *node = start; node; node = node->next) {
-        if (node->kind != NODE_FUNCTION) continue;
-        lower_siblings(start, comments_above(start, node), Lowering.level);
-        start = behind_function(node);
-    }
-    lower_siblings(start, nullptr, Lowering.level);
+// The return that a script ends with, which does nothing; null when there is none.
+const Node *last_return(const Node *tree) {
+    const Node *last = nullptr;
+    for (const Node *node = tree->first_child; node; node = node->next)
+        if (node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT) last = node;
+    return last && last->kind == NODE_RETURN ? last : nullptr;
 }
 
 void write_outside(const Node *first, const Node *behind) {
@@ -63,7 +60,7 @@ void write_functions(bool is_script) {
 void lower_script(Scope *scope, Lines *lines) {
     CallsFromProcedure = false;
     LoweringContext outer = begin_lowering(scope, lines, 0);
-    put_script(scope->owner);
+    put_pieces(scope->owner->first_child, nullptr);
     Lowering = outer;
 }
 
@@ -141,7 +138,7 @@ bool lower_script_call(const Node *name) {
     file->is_open = true;
     ScriptCalls++;
     ScriptDepth++;
-    put_script(file->tree);
+    put_pieces(file->tree->first_child, last_return(file->tree));
     ScriptDepth--;
     file->is_open = false;
     CurrentFile = outer;

@@ -1,7 +1,6 @@
 // The files of a run.
 #include "lower/program_files.h"
 
-#include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
 
@@ -9,6 +8,7 @@
 #include "lexer/named_source.h"
 #include "lexer/source_files.h"
 #include "lexer/whole_source.h"
+#include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
 #include "run/run_state.h"
@@ -59,10 +59,15 @@ const char *stem_of(const char *path) {
 
 bool is_taken(const char *written) { return find_name(&Procedures, written) != nullptr; }
 
-const char *numbered_name(const char *form, int number) {
-    char digits[16];
-    snprintf(digits, sizeof digits, "_%d", number);
-    return intern(form_text("%s%s", {form, digits}));
+const char *numbered_name(const char *name, int number) {
+    return intern(form_text("%s_%s", {name, number_text(number)}));
+}
+
+// The name, with a number behind it when it is taken.
+const char *free_name(const char *name) {
+    const char *free = intern(name);
+    for (int number = 2; is_taken(free); number++) free = numbered_name(name, number);
+    return free;
 }
 
 // The first function of a name keeps it, every other has its file's name in front.
@@ -70,10 +75,7 @@ const char *choose_written(const SourceFile *file, const char *name) {
     const char *plain = is_host_word(name) ? intern(form_text("m_%s", {name})) : name;
     if (!is_taken(plain)) return plain;
     const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
-    const char *form = intern(form_text("qxrp_%s_%s", {stem, name}));
-    const char *written = form;
-    for (int number = 2; is_taken(written); number++) written = numbered_name(form, number);
-    return written;
+    return free_name(form_text("qxrp_%s_%s", {stem, name}));
 }
 
 const char *without_dots(const char *name) {
@@ -272,6 +274,12 @@ SourceFile *find_file(const Node *place) {
 
 void reserve_name(const char *written) {
     if (!is_taken(written)) enter_name(&Procedures, written, NO_FILE);
+}
+
+const char *claim_name(const char *written) {
+    const char *name = free_name(written);
+    reserve_name(name);
+    return name;
 }
 
 const SourceFile *file_with_procedure(const char *written) {

@@ -44,7 +44,9 @@ SourceFile *find_file(const Node *place);
 
 /* The interned text. */
 const char *intern(const char *text);
-/* Lets nobody else be called by the host name; for what is not in the run's files. */
+/* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);
+/* The host name, or if that is taken with a number behind it; from now on it is taken. */
+const char *claim_name(const char *written);
 /* The file with a function of that host name; null when there is none. */
 const SourceFile *file_with_procedure(const char *written);

@@ -10,6 +10,7 @@ int32_t UsesArrayTools;
 int32_t UsesLinearAlgebra;
 int32_t FileMode = 1;
 int32_t AddTranslator = 1;
+int32_t KeepGoing;
 
 SearchDirectory *SearchPath;
 mProc *CurrentProc;

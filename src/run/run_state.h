@@ -35,6 +35,8 @@ extern SearchDirectory *SearchPath;
 extern int32_t FileMode;
 /* Whether the host's function translator is asked and called names are recorded. */
 extern int32_t AddTranslator;
+/* Whether a source with errors or gaps gives a text and no error. */
+extern int32_t KeepGoing;
 /* The procedure being written, or null. */
 extern mProc *CurrentProc;
 /* Parses that wait for the resolution of a script's functions. */

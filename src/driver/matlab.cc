@@ -1,0 +1,65 @@
+// The front ends that read MATLAB as people write it: src/syntax and src/lower.
+#include <limits.h>
+#include <stdio.h>
+#include <string.h>
+
+#include "diagnose/messages.h"
+#include "driver/front_end.h"
+#include "lexer/error_reporter.h"
+#include "lexer/whole_source.h"
+#include "lower/lines.h"
+#include "lower/program.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
+
+namespace {
+
+void begin_matlab() { begin_program(LANGUAGE_MATLAB); }
+
+void begin_octave() { begin_program(LANGUAGE_OCTAVE); }
+
+void parse_command(const char *text) {
+    size_t length = strlen(text);
+    if (length > INT_MAX) end_run("memory exhausted");
+    lower_program(nullptr, text, static_cast<uint32_t>(length));
+}
+
+void parse_file(const char *name) {
+    InputFileName = name;
+    uint32_t length;
+    const char *text = read_whole_source(&length);
+    lower_program(name, text, length);
+}
+
+void parse_aside(void (*work)()) { work(); }
+
+const char *failure_text(const Message *failure) {
+    if (!failure->called_from) return failure->text;
+    char line[16];
+    snprintf(line, sizeof line, "%u", failure->called_from_line);
+    return form_text("%s (called from %s:%s)", {failure->text, failure->called_from, line});
+}
+
+void raise_failure(const Message *failure) {
+    uint32_t length;
+    const char *line = line_text(failure->source, failure->line, &length);
+    ErrorRecord error = {failure_text(failure), failure->file, failure->line, failure->offset};
+    raise_in_line(&error, line, length, failure->column - 1);
+}
+
+// Called files have been translated with their callers.
+void finish() {
+    if (FirstFailure && !KeepGoing) raise_failure(FirstFailure);
+}
+
+}  // namespace
+
+const FrontEnd MatlabFrontEnd = {begin_matlab, parse_command, parse_file, parse_aside, finish};
+const FrontEnd OctaveFrontEnd = {begin_octave, parse_command, parse_file, parse_aside, finish};
+
+const FrontEnd *find_front_end(const char *language) {
+    if (strcmp(language, "classic") == 0) return &ClassicFrontEnd;
+    if (strcmp(language, "matlab") == 0) return &MatlabFrontEnd;
+    if (strcmp(language, "octave") == 0) return &OctaveFrontEnd;
+    return nullptr;
+}
