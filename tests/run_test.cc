@@ -242,19 +242,25 @@ while ~q, switch x, case {1, 2}, y, otherwise, z, end, end
 )" + repeated("u = [1 2 3 4 5 6 7 8 9 10 11 12];\n", 110));
     }
     std::string main() const { return files_.path("main.m"); }
+    std::string matlab_main() const { return matlab_files_.path("main.m"); }
 
 private:
     SourceFiles files_;
+    SourceFiles matlab_files_{R"(
+main => setup\n% licence\nfunction y = f(x, n, varargin)\n% help\nglobal g\npersistent p\nif nargin < 2 && isempty(p(end)), n = @(t) t'*x; end\nfor k = 1:3, s(k).a.b = {k, 'it''s'; [1 2], x(2:end-1)}; end, disp(k)\nfunction h\nx(3) = []; y = f(varargin{:}); end\nswitch y, case {1, 2}, h; otherwise, b(@a), end\nend
+setup => n = a(1) + m;   a => function [u, v] = a(x)\nu = x; v = [x u; u x];\nend\nfunction f\nend
+b => function b\nx = a(1)\nsetup   private/m => function m\n)"};
 };
 
 /* Runs main with the n-th allocation failing. */
-void run_failing(ErrorExit exit, const std::string &main, long n, bool for_good) {
+void run_failing(ErrorExit exit, const std::string &main, const char *language, long n,
+                 bool for_good) {
     mTranslateRelease();
     const long live = heap.live;
     heap.next_fail = n;
     heap.for_good = for_good;
     heap.has_failed = false;
-    const Texts errors = run_leaving(exit, "file", main).errors;
+    const Texts errors = run_leaving(exit, "file", main, language).errors;
     heap.next_fail = 0;
     mTranslateRelease();
     ASSERT_EQ(heap.live, live) << "blocks of a run whose allocation " << n << " failed";
@@ -282,20 +288,26 @@ private:
     const bool before_ = PartsShareBlocks;
 };
 
+/* Answers how many allocations there were. */
+long fail_everywhere(ErrorExit exit, const std::string &main, const char *language) {
+    const auto expected = run_leaving(ErrorExit::Throw, "file", main, language).result;
+    long n = 1;
+    heap.has_failed = true;
+    for (; heap.has_failed && !testing::Test::HasFatalFailure(); n += 1 + n / 100) {
+        run_failing(exit, main, language, n, n % 2 == 0);
+        if (n % 10 == 0) {
+            EXPECT_EQ(run_leaving(exit, "file", main, language).result, expected) << n;
+        }
+    }
+    return n;
+}
+
 TEST_F(EveryRoad, survives_every_failing_allocation) {
     const Sharing none(false);
-    const auto expected = run_leaving(ErrorExit::Throw, "file", main()).result;
     for (const ErrorExit exit : EVERY_EXIT) {
-        long n = 1;
-        heap.has_failed = true;
-        for (; heap.has_failed; n += 1 + n / 100) {
-            run_failing(exit, main(), n, n % 2 == 0);
-            ASSERT_FALSE(HasFatalFailure());
-            if (n % 10 == 0) {
-                ASSERT_EQ(run_leaving(exit, "file", main()).result, expected) << n;
-            }
-        }
-        EXPECT_GT(n, 300);  // so many that all of the program was reached
+        // so many that all of the programs was reached
+        EXPECT_GT(fail_everywhere(exit, main(), "classic"), 300);
+        EXPECT_GT(fail_everywhere(exit, matlab_main(), "matlab"), 300);
     }
 }
 

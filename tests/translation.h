@@ -137,13 +137,16 @@ struct Outcome {
 };
 
 /* A run on a host that answers nothing, its errors leaving by exit. */
-inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &source) {
+inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &source,
+                           const char *language = "classic") {
     static StandInHost host;
-    host.values().clear();
+    ValueStore &values = host.values();
+    values.clear();
+    const HostValue option[] = {values.equation(values.name("Language"), values.string(language))};
     host.leave_errors_by(exit);
     SwitchCounter = 0;
     try {
-        std::optional<std::string> result = host.translate(mode, source);
+        std::optional<std::string> result = host.translate(mode, source, option);
         return {std::move(result), host.take_errors()};
     } catch (const HostError &error) {
         return {std::nullopt, {error.what()}};
@@ -151,12 +154,13 @@ inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &
 }
 
 /* A run that ends in the middle of everything: brackets and a string open, a global recorded, or
- * a procedure half written. Each call leaves in another way. */
+ * a procedure half written. Each call leaves in another way, some in matlab. */
 inline void leave_broken_run() {
     static int turn = 0;
     static const char *const sources[] = {"global stale\nx = {1, f(3 'open\nstale = 1",
                                           "function stale = f\nfor k = 1:end, end"};
-    const Outcome outcome = run_leaving(EVERY_EXIT[turn / 2 % 3], "command", sources[turn % 2]);
+    const Outcome outcome = run_leaving(EVERY_EXIT[turn / 2 % 3], "command", sources[turn % 2],
+                                        turn % 4 < 2 ? "classic" : "matlab");
     turn++;
     ASSERT_EQ(outcome.errors.size(), 1u);
 }

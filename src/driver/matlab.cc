@@ -20,7 +20,7 @@ void begin_octave() { begin_program(LANGUAGE_OCTAVE); }
 
 void parse_command(const char *text) {
     size_t length = strlen(text);
-    if (length > INT_MAX) end_run("memory exhausted");
+    if (length > INT_MAX) end_run(TEXT_TOO_LONG);
     lower_program(nullptr, text, static_cast<uint32_t>(length));
 }
 

@@ -84,7 +84,8 @@ bool is_host_word(const char *name) {
 
 const char *written_name(Symbol *symbol) {
     if (symbol->written) return symbol->written;
-    const char *answer = translate_name(symbol->name);
+    // functions of the program are not offered
+    const char *answer = symbol->definition ? nullptr : translate_name(symbol->name);
     symbol->written = answer ? StrDup(answer) : own_name(symbol);
     return symbol->written;
 }

@@ -1,0 +1,134 @@
+/* Programs in matlab: procedures with their heads and returns, and files that call each other. */
+#include "diagnose/messages.h"
+#include "tests/translation.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* The messages of a run, a line each: "file.m:line CODE text", files without their folder. Names
+ * that are found nowhere are left out: most rows call some. */
+std::string *messages;
+
+void note_message(const Message *message) {
+    if (message->id == UNKNOWN_FUNCTION) return;
+    const std::filesystem::path file = message->file ? message->file : "";
+    *messages += file.filename().string() + ":" + std::to_string(message->line) + " " +
+                 MessageTable[message->id].code + " " + message->text;
+    if (message->called_from)
+        *messages += " (from " + std::filesystem::path(message->called_from).filename().string() +
+                     ":" + std::to_string(message->called_from_line) + ")";
+    *messages += "\n";
+}
+
+/* The translation and behind it the messages, with folder left out of both. */
+std::string translated(const std::string &mode, const std::string &source,
+                       const std::string &folder = "") {
+    StandInHost host;
+    ValueStore &values = host.values();
+    const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
+                                 values.equation(values.name("KeepGoing"), values.boolean(true))};
+    std::string noted;
+    messages = &noted;
+    Listener = note_message;
+    std::string text = translate(host, mode, source, options) + noted;
+    Listener = nullptr;
+    return folder.empty() ? text : std::regex_replace(text, std::regex(folder), "");
+}
+
+TEST(MatlabProcedures, have_their_heads_and_returns) {
+    for (const Row &row : side_by_side(table("matlab_procedures"))) {
+        for (int i = 0; i < 2; i++) {
+            EXPECT_EQ(translated("command", row.source), row.expected) << row.source;
+            leave_broken_run();
+        }
+    }
+}
+
+/* The files of a row, each behind a line "@name", and main, the first of them. */
+std::string write_files(const SourceFiles &files, const std::string &row) {
+    static const std::regex heading("@(\\S+)\n");
+    for (std::sregex_iterator at(row.begin(), row.end(), heading), end; at != end; ++at) {
+        const std::string rest = at->suffix();
+        files.write((*at)[1].str() + ".m", rest.substr(0, rest.find("\n@")) + "\n");
+    }
+    return files.path(row.substr(1, row.find('\n') - 1) + ".m");
+}
+
+TEST(MatlabPrograms, hold_what_is_called) {
+    for (const Row &row : side_by_side(table("matlab_programs"))) {
+        const SourceFiles files;
+        const std::string main = write_files(files, row.source);
+        for (int i = 0; i < 2; i++) {
+            EXPECT_EQ(translated("file", main, files.path("")), row.expected) << row.source;
+            leave_broken_run();
+        }
+    }
+}
+
+TEST(MatlabPrograms, look_along_the_path_in_order) {
+    const SourceFiles files("main => f(g(1))   a/f => function f(x)   b/f => function f(x, y)");
+    files.write("b/g.m", "function y = g(x)\ny = 2;");
+    StandInHost host;
+    ValueStore &values = host.values();
+    const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
+                                 values.list_of_strings({files.path("b"), files.path("a")})};
+    std::string noted;
+    messages = &noted;
+    Listener = note_message;
+    const std::string g = "g := proc( x )\n    local y;\n    y := 2;\n    return y;\nend proc;\n\n";
+    EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
+              g + "f := proc( x )\nend proc;\n\nf(g(1));\n");
+    Listener = nullptr;
+    EXPECT_EQ(std::regex_replace(noted, std::regex(files.path("")), ""),
+              "main.m:1 MT404 'a/f.m' is read; another file of that name on the search path is "
+              "not: b/f.m\n");
+}
+
+TEST(MatlabPrograms, ask_the_host_in_order_of_the_source) {
+    const SourceFiles files("main => h(1); own(2); s   h => function h(x)   s => q = r;");
+    StandInHost host;
+    host.translate_name("r", "random");
+    host.translate_function("k", "K(x)");
+    const struct {
+        const char *mode;
+        std::string source, calls;
+    } rows[] = {
+        {"command", "function y = f(x, ~)\ny = g(x) + h(1, x);\nfunction h(z)\nz = k(f(z));",
+         "y x g call(g, x) z k call(k, f(z))"},
+        {"command", "function f\nn(1);\nfunction n(x)\nm(x); f;\nend\nend", "x m call(m, x)"},
+        {"command", "x = @g; x(1); f{2}; g = @(t) t + k(t);", "x g f g t k call(k, t)"},
+        {"file", files.path("main.m"), "h call(h, 1) own call(own, 2) q r x"}};
+    host.record_calls();
+    for (const auto &row : rows) {
+        translate_in(host, "matlab", row.mode, row.source);
+        std::string calls;
+        for (const std::string &call : host.take_calls())
+            calls += (calls.empty() ? "" : " ") + call;
+        calls = std::regex_replace(calls, std::regex("TranslateName\\((\\w+)\\)"), "$1");
+        EXPECT_EQ(std::regex_replace(calls, std::regex("TranslateFunction"), "call"), row.calls)
+            << row.source;
+    }
+}
+
+TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
+    const SourceFiles files(
+        R"(main => \tx = f(1);\neval y   f => function y = f(x)\n  y = x + ;\nx = 1;)");
+    const std::string folder = files.path("");
+    const std::string error = "on line 2 of " + folder +
+                              "f.m, expected a value behind '+', found ';' " + "(called from " +
+                              folder + "main.m:1)\n  y = x + ;\n          ^\n";
+    const std::string text =
+        "f := proc( qxrp_x )\n    local y, x;\n    x := copy(qxrp_x);\n    # not translated (MT101 "
+        "unexpected-token): y = x + ;\n    x := 1;\n    return y;\nend proc;\n\nx := f(1);\n# not "
+        "translated (MT204 eval): eval y\n";
+    for (const ErrorExit exit : EVERY_EXIT) {
+        const Outcome outcome = run_leaving(exit, "file", files.path("main.m"), "matlab");
+        EXPECT_EQ(outcome.errors, Texts{error});
+        EXPECT_EQ(outcome.result.value_or(""), exit == ErrorExit::Return ? text : "");
+    }
+}
+
+}  // namespace
+
+}  // namespace mtranslate
