@@ -199,6 +199,44 @@ TEST(Syntax, keeps_every_comment_once) {
     EXPECT_EQ(read(COMMENTED, numbers, LANGUAGE_MATLAB), all);
 }
 
+/* A number inside depth openings. */
+std::string nested(const std::string &open, const std::string &close, int depth) {
+    return repeated(open, depth) + "1" + repeated(close, depth);
+}
+
+TEST(Syntax, limits_nesting) {
+    const std::pair<std::string, std::string> forms[] = {
+        {"(1 + ", ")"}, {"if x, ", ", end"}, {"[", "]"}, {"f(", ")"},  {"@() ", ""},
+        {"x.(", ")"},   {"x{", "}"},         {"-", ""},  {"1:1:", ""}, {"", "'(1)"}};
+    for (const auto &[open, close] : forms) {
+        const std::string head = open.starts_with("if") ? "" : "x = ";
+        EXPECT_EQ(read(head + nested(open, close, 999), messages, LANGUAGE_MATLAB), "") << open;
+        const std::string found =
+            read(head + nested(open, close, 10000) + "\ny = )", messages, LANGUAGE_MATLAB);
+        EXPECT_TRUE(std::regex_match(
+            found, std::regex("1:[0-9-]+ MT114 brackets and blocks are nested more than 1000 deep "
+                              "& 2:5-5 MT101 .*")))
+            << open << found;
+    }
+    const std::string broad = "x = 1" + repeated(" + 1", 100000) + "\nif x" +
+                              repeated("\nelseif x", 100000) + "\nend\ny = a" +
+                              repeated("(1).b", 100000);
+    EXPECT_EQ(read(broad, messages, LANGUAGE_MATLAB), "");
+}
+
+std::string errors_in(const std::string &text) { return read(text, messages, LANGUAGE_MATLAB); }
+
+TEST(Syntax, takes_any_byte_in_strings_and_comments) {
+    const std::string valid = "\t\v\f\r\n !#%&'*+,-./:;<=>^|\\_";
+    for (int code = 0; code < 256; code++) {
+        const std::string byte(1, static_cast<char>(code));
+        if (isalnum(code) || valid.find(byte) != std::string::npos) continue;
+        EXPECT_NE(errors_in("x = a" + byte + "b;"), "") << code;
+        EXPECT_EQ(errors_in("x = 1 %" + byte + "a\ny = 2"), "") << code;
+        EXPECT_EQ(errors_in("x = 'a" + byte + "b'; y = 3"), "") << code;
+    }
+}
+
 TEST(Syntax, reports_errors) { expect_rows("matlab_messages", messages, LANGUAGE_MATLAB); }
 
 }  // namespace

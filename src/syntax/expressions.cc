@@ -9,6 +9,13 @@ namespace {
 
 Node *parse_operand();
 
+bool is_selector() {
+    return Current.kind == TOKEN_OPEN_PAREN || Current.kind == TOKEN_FIELD ||
+           Current.kind == TOKEN_OPEN_BRACE || Current.kind == TOKEN_DOT_PAREN;
+}
+
+Node *parse_selectors(Node *base);
+
 OperatorLevel current_level() { return OperatorRows[Current.op].level; }
 
 Node *bad_operand() {
@@ -31,13 +38,15 @@ Node *parse_chain(Node *left, int level) {
     append(&operands, left);
     Node *chain = new_parent(NODE_CHAIN, left);
     chain->op = Current.op;
-    do {
+    enter_chain();
+    while (current_level() == level) {
         OperatorId joint = Current.op;
         advance();
         Node *right = parse_operand_above(level);
         right->joint = joint;
         append(&operands, right);
-    } while (current_level() == level);
+    }
+    leave_chain();
     return end_at_child(chain, operands.last);
 }
 
@@ -141,15 +150,35 @@ Node *take_joined() {
 }
 
 // ^ and ' are of one level, to the left.
-Node *parse_power() {
-    Node *base = parse_reference();
-    if (current_level() != LEVEL_POWER) return base;
+Node *parse_powers(Node *base) {
     NodeList operands;
     append(&operands, base);
     Node *chain = new_parent(NODE_CHAIN, base);
     chain->op = Current.op;
-    while (current_level() == LEVEL_POWER) append(&operands, take_joined());
+    do append(&operands, take_joined());
+    while (current_level() == LEVEL_POWER);
     return end_at_child(chain, operands.last);
+}
+
+// An index behind a transpose is one of all that stands before it.
+Node *parse_index_of_powers(Node *base) {
+    int outer_depth = Parsing.depth;
+    while (is_selector()) {
+        enter_level();
+        Node *parentheses = new_parent(NODE_PARENS, base);
+        parentheses->length = base->length;
+        base = parse_selectors(parentheses);
+        if (current_level() == LEVEL_POWER) base = parse_powers(base);
+    }
+    Parsing.depth = outer_depth;
+    return base;
+}
+
+Node *parse_power() {
+    Node *base = parse_reference();
+    if (current_level() != LEVEL_POWER) return base;
+    base = parse_powers(base);
+    return is_selector() ? parse_index_of_powers(base) : base;
 }
 
 Node *parse_operand() { return is_prefix() ? parse_prefixes(parse_power) : parse_power(); }
@@ -341,15 +370,19 @@ Node *parse_field_expression() {
     return finish(node);
 }
 
-bool is_selector() {
-    return Current.kind == TOKEN_OPEN_PAREN || Current.kind == TOKEN_FIELD ||
-           Current.kind == TOKEN_OPEN_BRACE || Current.kind == TOKEN_DOT_PAREN;
-}
-
 Node *parse_selector() {
     if (Current.kind == TOKEN_FIELD) return take_leaf(NODE_FIELD);
     if (Current.kind == TOKEN_DOT_PAREN) return parse_field_expression();
     return parse_arguments();
+}
+
+// One selector or more behind a base.
+Node *parse_selectors(Node *base) {
+    Node *reference = new_parent(NODE_REFERENCE, base);
+    NodeList parts;
+    append(&parts, base);
+    while (is_selector()) append(&parts, parse_selector());
+    return finish(reference);
 }
 
 // name@superclass
@@ -385,12 +418,8 @@ Node *parse_reference() {
         bool is_refused = is_superclass_call() && base->kind == NODE_NAME;
         return is_refused ? refuse_superclass_call(base) : base;
     }
-    Node *reference = new_parent(NODE_REFERENCE, base);
-    NodeList parts;
-    append(&parts, base);
-    while (is_selector()) append(&parts, parse_selector());
-    if (is_superclass_call()) return refuse_superclass_call(reference);
-    return finish(reference);
+    Node *reference = parse_selectors(base);
+    return is_superclass_call() ? refuse_superclass_call(reference) : reference;
 }
 
 Node *parse_expression() { return parse_operators(parse_operand(), LEVEL_NONE); }

@@ -25,6 +25,7 @@ struct FunctionFrame {
 
 struct ParserState {
     int32_t depth;        /* open brackets, prefixes and blocks */
+    int32_t chains;       /* chains of operators under way, one in another */
     int32_t blocks;       /* open blocks, in OpenBlocks */
     int32_t index_depth;  /* open indices, in which end is a position */
     int32_t open_do;      /* blocks that an until ends */
@@ -47,6 +48,13 @@ inline void enter_level() {
     }
 }
 inline void leave_level() { Parsing.depth--; }
+/* The same for a chain in another, inside the brackets that are open. */
+inline void enter_chain() {
+    if (++Parsing.chains > MOST_NESTED) {
+        syntax_error(NESTING_TOO_DEEP, Current.start, Current.end, {"1000"});
+    }
+}
+inline void leave_chain() { Parsing.chains--; }
 
 /* Ends a node with the token before the current one. */
 inline Node *finish(Node *node) {

@@ -99,7 +99,11 @@ const char *find_earlier_line() {
 void drop_comments(uint32_t from) {
     NodeList kept;
     for (Node *comment = Scan.comments.first; comment; comment = comment->next) {
-        if (comment->offset < from) append(&kept, comment);
+        if (comment->offset < from) {
+            append(&kept, comment);
+        } else {
+            Scan.comments_made--;
+        }
     }
     if (kept.last) kept.last->next = nullptr;
     Scan.comments = kept;

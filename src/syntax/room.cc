@@ -25,13 +25,11 @@ void begin_room() {
 }
 
 void *take_from_new_block(size_t size) {
-    if (size > NextBlock / 4) {
-        RoomTaken += size;
-        return Alloc(size);
-    }
-    RoomNext = static_cast<char *>(Alloc(NextBlock));
+    RoomTaken += size;
+    if (size > NextBlock / 4 || !PartsShareBlocks) return AllocKept(size);
+    RoomNext = static_cast<char *>(AllocKept(NextBlock));
     RoomEnd = RoomNext + NextBlock;
-    RoomTaken += NextBlock;
+    RoomTaken += NextBlock - size;
     NextBlock = NextBlock * 2 < LARGEST_BLOCK ? NextBlock * 2 : LARGEST_BLOCK;
     return take_room(size);
 }

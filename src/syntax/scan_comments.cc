@@ -34,6 +34,7 @@ Node *comment_node(const char *start, const char *text, const char *end, uint16_
     Node *node = new_text_node(NODE_COMMENT, offset_of(start), offset_of(end),
                                keep_bytes(text, static_cast<size_t>(end - text)));
     node->flags = flags;
+    Scan.comments_made++;
     return node;
 }
 

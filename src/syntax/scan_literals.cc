@@ -45,7 +45,9 @@ const char *skip_exponent(const char *at) {
     return is_digit(*digits) ? skip_digits(digits) : at;
 }
 
-bool is_imaginary_unit(const char *at) { return *at && strchr("ijIJ", *at) && !is_word(at[1]); }
+bool is_imaginary_unit(const char *at) {
+    return (*at == 'i' || *at == 'j' || *at == 'I' || *at == 'J') && !is_word(at[1]);
+}
 
 // The kept text of a number; those of one digit are the same for all runs.
 const char *number_text(const char *at, const char *end, const char *exponent) {

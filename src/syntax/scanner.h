@@ -32,6 +32,7 @@ struct ScannerState {
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */
     int32_t depth;          /* open brackets, at most MOST_NESTED */
     int32_t block_comments; /* open block comments */
+    int32_t comments_made;  /* nodes of comments that have not been taken back */
     NodeList comments;      /* COMMENT nodes from inside the statement, not yet in the tree */
     /* Tokens outside of brackets so far, which tell whether functions have ends of their own. */
     int32_t openers;

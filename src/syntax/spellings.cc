@@ -84,8 +84,9 @@ uint32_t hash_of(Ends ends, uint32_t length) {
 void set_keyword(Spelling *spelling) {
     spelling->keyword = TOKEN_NAME;
     spelling->soft = NOT_SOFT;
+    const char *text = text_of(spelling);
     for (const Keyword &keyword : Keywords) {
-        if (strcmp(keyword.text, text_of(spelling)) != 0) continue;
+        if (keyword.text[0] != text[0] || strcmp(keyword.text, text) != 0) continue;
         spelling->keyword = keyword.token;
         spelling->soft = keyword.soft;
     }
@@ -110,7 +111,7 @@ Spelling **free_slot(uint32_t hash) {
 void resize_table(uint32_t size) {
     Spelling **old = Table;
     uint32_t old_size = TableSize;
-    Table = static_cast<Spelling **>(Alloc(size * sizeof(Spelling *)));
+    Table = static_cast<Spelling **>(AllocKept(size * sizeof(Spelling *)));
     memset(Table, 0, size * sizeof(Spelling *));
     TableSize = size;
     for (uint32_t i = 0; i < old_size; i++) {
@@ -118,7 +119,7 @@ void resize_table(uint32_t size) {
         Ends ends = {old[i]->head, old[i]->tail};
         *free_slot(hash_of(ends, old[i]->length)) = old[i];
     }
-    Free(old);
+    if (old) FreeKept(old);
 }
 
 Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {

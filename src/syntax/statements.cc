@@ -234,11 +234,7 @@ Node *parse_block() {
     append_all(&list, &Scan.comments);
     parse_statements(&list);
     block->first_child = list.first;
-    if (list.first) {
-        block->offset = list.first->offset;
-        block->length = end_of(list.last) - block->offset;
-    }
-    return block;
+    return finish(block);
 }
 
 Node *parse_head() {
