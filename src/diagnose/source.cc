@@ -1,6 +1,8 @@
 // Sources, and places in them as lines and columns.
 #include "diagnose/source.h"
 
+#include <string.h>
+
 #include "support/allocation.h"
 
 namespace {
@@ -15,21 +17,33 @@ uint32_t find_line_end(const Source *source, uint32_t at) {
     return at;
 }
 
-uint32_t count_lines(const Source *source) {
-    uint32_t count = 1;
-    for (uint32_t at = find_line_end(source, 0); at < source->length; count++)
-        at = find_line_end(source, behind_line_end(source, at));
-    return count;
+// The same in a text without \r, as most are.
+uint32_t find_line_feed(const Source *source, uint32_t at) {
+    const char *start = source->text + at;
+    const void *end = memchr(start, '\n', source->length - at);
+    return end ? at + static_cast<uint32_t>(static_cast<const char *>(end) - start)
+               : source->length;
+}
+
+void append_start(Source *source, uint32_t *room, uint32_t start) {
+    if (source->line_count == *room) {
+        *room *= 2;
+        source->line_starts =
+            static_cast<uint32_t *>(Realloc(source->line_starts, *room * sizeof(uint32_t)));
+    }
+    source->line_starts[source->line_count++] = start;
 }
 
 void find_line_starts(Source *source) {
-    source->line_count = count_lines(source);
-    source->line_starts = static_cast<uint32_t *>(Alloc(source->line_count * sizeof(uint32_t)));
-    uint32_t start = 0;
-    for (uint32_t i = 0; i < source->line_count; i++) {
-        source->line_starts[i] = start;
-        start = find_line_end(source, start);
-        if (start < source->length) start = behind_line_end(source, start);
+    bool has_returns = memchr(source->text, '\r', source->length);
+    auto *find = has_returns ? find_line_end : find_line_feed;
+    uint32_t room = 64;
+    source->line_starts = static_cast<uint32_t *>(Alloc(room * sizeof(uint32_t)));
+    append_start(source, &room, 0);
+    for (uint32_t at = find(source, 0); at < source->length;) {
+        at = behind_line_end(source, at);
+        append_start(source, &room, at);
+        at = find(source, at);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "lower/called_functions.h"
 
 #include <stdio.h>
+#include <string.h>
 
 #include "diagnose/messages.h"
 #include "lower/context.h"
@@ -83,10 +84,22 @@ const char *describe_creator(const Node *creator) {
     return form_text("'%s' on line %s may create it", {name->text, line});
 }
 
+// Functions that stand for a value as a rule; nobody loads them.
+bool is_constant(const char *name) {
+    static const char *const constants[] = {"pi",  "eps", "Inf", "inf",     "NaN",     "nan",
+                                            "gcf", "gca", "e",   "realmax", "realmin", "lasterr",
+                                            "now", "pwd", "toc", "rand",    "randn",   "gcbf"};
+    for (const char *constant : constants)
+        if (strcmp(constant, name) == 0) return true;
+    return false;
+}
+
 void report_unknown(const Node *place) {
     Source *source = CurrentFile->source;
-    const Node *creator = creator_of(Lowering.scope, place->text, place->offset);
-    if (creator && (place->symbol->flags & SYMBOL_IS_VALUE)) {
+    bool is_value = (place->symbol->flags & SYMBOL_IS_VALUE) && !is_constant(place->text);
+    const Node *creator =
+        is_value ? creator_of(Lowering.scope, place->text, place->offset) : nullptr;
+    if (creator) {
         report(UNASSIGNED_NAME, source, place->offset, place->length,
                {place->text, describe_creator(creator)});
     } else {

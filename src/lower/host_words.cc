@@ -3,9 +3,7 @@
 
 #include <string.h>
 
-#include <algorithm>
-#include <iterator>
-#include <string_view>
+#include <string>
 
 #include "lower/called_functions.h"
 #include "lower/lines.h"
@@ -15,29 +13,57 @@
 
 namespace {
 
-// Both lists are sorted. I is no keyword, but stands for itself in every position.
-constexpr std::string_view KEYWORDS[] = {
-    "I",  "and",   "break", "by",  "do", "elif", "else",   "end",  "for", "from", "global", "if",
-    "in", "local", "next",  "not", "or", "proc", "return", "then", "to",  "uses", "while"};
+// I is no keyword, but stands for itself in every position.
+constexpr const char *KEYWORDS[] = {"I",   "and",  "break",  "by",   "do", "elif",  "else", "end",
+                                    "for", "from", "global", "if",   "in", "local", "next", "not",
+                                    "or",  "proc", "return", "then", "to", "uses",  "while"};
 
-constexpr std::string_view BARE_NAMES[] = {"AllNonZero",    "ArrayDims",   "ArrayNumElems",
-                                           "ArrayTools",    "Concatenate", "HermitianTranspose",
-                                           "LinearAlgebra", "Matrix",      "QXR",
-                                           "Size",          "Transpose",   "Vector",
-                                           "_nresults",     "args",        "column",
-                                           "columns",       "copy",        "eval",
-                                           "evalf",         "evalhf",      "false",
-                                           "getfield",      "horzcat",     "i",
-                                           "isfield",       "map",         "mldivide",
-                                           "mpower",        "mrdivide",    "mul",
-                                           "nargs",         "rhs",         "row",
-                                           "rtable",        "scan",        "seq",
-                                           "setdiff",       "setfield",    "subtype",
-                                           "system",        "true",        "vertcat",
-                                           "with",          "zip"};
+constexpr const char *BARE_NAMES[] = {"AllNonZero",    "ArrayDims",   "ArrayNumElems",
+                                      "ArrayTools",    "Concatenate", "HermitianTranspose",
+                                      "LinearAlgebra", "Matrix",      "QXR",
+                                      "Size",          "Transpose",   "Vector",
+                                      "_nresults",     "args",        "column",
+                                      "columns",       "copy",        "eval",
+                                      "evalf",         "evalhf",      "false",
+                                      "getfield",      "horzcat",     "i",
+                                      "isfield",       "map",         "mldivide",
+                                      "mpower",        "mrdivide",    "mul",
+                                      "nargs",         "rhs",         "row",
+                                      "rtable",        "scan",        "seq",
+                                      "setdiff",       "setfield",    "subtype",
+                                      "system",        "true",        "vertcat",
+                                      "with",          "zip"};
 
-static_assert(std::is_sorted(std::begin(KEYWORDS), std::end(KEYWORDS)));
-static_assert(std::is_sorted(std::begin(BARE_NAMES), std::end(BARE_NAMES)));
+// Words by a hash of their ends and length: most names meet an empty slot.
+struct WordTable {
+    static constexpr size_t SIZE = 256;
+    const char *words[SIZE];
+
+    static constexpr size_t hash(const char *word, size_t length) {
+        auto byte = [word](size_t at) { return static_cast<unsigned char>(word[at]); };
+        return (byte(0) * 7 + byte(length - 1) * 3 + byte(length / 2) + length * 11) % SIZE;
+    }
+    constexpr void enter(const char *word) {
+        size_t at = hash(word, std::char_traits<char>::length(word));
+        while (words[at]) at = (at + 1) % SIZE;
+        words[at] = word;
+    }
+    bool has(const char *name) const {
+        for (size_t at = hash(name, strlen(name)); words[at]; at = (at + 1) % SIZE)
+            if (strcmp(words[at], name) == 0) return true;
+        return false;
+    }
+};
+
+template <size_t COUNT>
+constexpr WordTable table_of(const char *const (&list)[COUNT]) {
+    WordTable table = {};
+    for (const char *word : list) table.enter(word);
+    return table;
+}
+
+constexpr WordTable KeywordTable = table_of(KEYWORDS);
+constexpr WordTable BareNameTable = table_of(BARE_NAMES);
 
 bool looks_generated(const char *name) {
     return has_prefix(name, "qxrp_") || has_prefix(name, "switch_condition");
@@ -73,13 +99,10 @@ bool is_forms_own(const char *name) {
 
 }  // namespace
 
-bool is_host_keyword(const char *name) {
-    return std::binary_search(std::begin(KEYWORDS), std::end(KEYWORDS), std::string_view(name));
-}
+bool is_host_keyword(const char *name) { return KeywordTable.has(name); }
 
 bool is_host_word(const char *name) {
-    return is_host_keyword(name) || looks_generated(name) ||
-           std::binary_search(std::begin(BARE_NAMES), std::end(BARE_NAMES), std::string_view(name));
+    return KeywordTable.has(name) || BareNameTable.has(name) || looks_generated(name);
 }
 
 const char *written_name(Symbol *symbol) {

@@ -41,5 +41,8 @@ void change_name(NameWalk *walk, Node *name);
 /* A global or persistent declaration. */
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag);
 
+/* Whether a statement may create variables at run time: load, eval and the like. */
+bool creates_variables(const Node *statement);
+
 /* An anonymous function ends: what it captures, those around it capture too. */
 void pass_captures(NameWalk *walk, Scope *anonymous);

@@ -27,7 +27,6 @@ void append_cell(NodeCell **first, NodeCell **last, Node *node) {
     *last = cell;
 }
 
-// Statements that are nothing but a name, perhaps with words or arguments.
 void note_creator(NameWalk *walk, Node *statement) {
     Scope *scope = walk->function;
     append_cell(&scope->creators, &scope->last_creator, statement);
@@ -46,7 +45,7 @@ void walk_expression_statement(NameWalk *walk, Node *statement) {
         note_bare_name(walk, expression);
         return read_name(walk, expression);
     }
-    if (expression->kind == NODE_REFERENCE) note_creator(walk, statement);
+    if (creates_variables(statement)) note_creator(walk, statement);
     walk_node(walk, expression);
 }
 

@@ -81,7 +81,7 @@ struct Scope {
     SymbolCell *last_global;
     NodeCell *nested; /* nested functions: FUNCTION, in source order */
     NodeCell *last_nested;
-    NodeCell *creators; /* statements that may create variables at run time, or name them */
+    NodeCell *creators; /* statements that may create variables at run time, and commands */
     NodeCell *last_creator;
     Capture *captures; /* of an anonymous function: see first_captured */
     Capture *last_capture;

@@ -235,11 +235,11 @@ static const Node *leading_name(const Node *statement) {
     return node->kind == NODE_NAME ? node : nullptr;
 }
 
-static bool creates_variables(const Node *statement) {
+bool creates_variables(const Node *statement) {
     static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
                                            "run",  "source", "syms",  "uiopen"};
     const Node *name = leading_name(statement);
-    if (!name) return false;
+    if (!name || !strchr("leasru", *name->text)) return false;
     for (const char *creator : creators)
         if (strcmp(name->text, creator) == 0) return true;
     return false;
