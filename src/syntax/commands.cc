@@ -49,7 +49,7 @@ bool begins_word(const char *at) {
         case BYTE_SEMICOLON:
         case BYTE_COMMENT:
         case BYTE_END: return false;
-        default: return at < Scan.end && *at != '(' && !is_continuation(at);
+        default: return at < Scan.end && *at != '(' && *at != ')' && !is_continuation(at);
     }
 }
 

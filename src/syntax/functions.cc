@@ -27,10 +27,9 @@ Node *parse_output_list() {
     Node *outputs = new_node(NODE_OUTPUTS, Current.start);
     NodeList names;
     advance();
-    for (;;) {
-        while (Current.kind == TOKEN_COMMA) advance();
-        if (Current.kind != TOKEN_NAME) break;
+    while (Current.kind == TOKEN_NAME) {
         append(&names, take_variable());
+        if (Current.kind == TOKEN_COMMA) advance();
     }
     if (Current.kind == TOKEN_CLOSE_BRACKET) {
         advance();

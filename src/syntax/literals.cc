@@ -18,18 +18,29 @@ bool is_behind_row(const LiteralForm &form) {
     return ends_row(Current.kind) || Current.kind == form.closer;
 }
 
+// Goes over commas; whether there is one without an element in front of it.
+bool skip_commas(bool behind_element) {
+    bool has_gap = false;
+    for (; Current.kind == TOKEN_COMMA; advance()) {
+        has_gap = has_gap || !behind_element;
+        behind_element = false;
+    }
+    return has_gap;
+}
+
 // The elements up to the row's end; null when there is none. Empty elements count for nothing.
 Node *parse_row(const LiteralForm &form) {
     NodeList elements;
-    for (;;) {
-        while (Current.kind == TOKEN_COMMA) advance();
-        if (is_behind_row(form)) break;
+    bool has_gap = skip_commas(false);
+    while (!is_behind_row(form)) {
         append(&elements, parse_expression());
         if (Current.kind != TOKEN_COMMA) break;
+        has_gap |= skip_commas(true);
     }
     if (!elements.first) return nullptr;
     Node *row = new_parent(NODE_ROW, elements.first);
     row->length = end_of(elements.last) - row->offset;
+    if (has_gap) row->flags |= HAS_GAP;
     return row;
 }
 

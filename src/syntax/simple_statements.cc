@@ -19,9 +19,14 @@ const char *description_of(const Node *node) {
     }
 }
 
-// ~x in brackets, with a blank behind the ~, is two targets.
+// ~ and what stands behind it and a blank are two targets.
+bool is_tilde_and_target(const Node *element) {
+    return element->kind == NODE_PREFIX && element->op == OPERATOR_NOT &&
+           element->first_child->offset > element->offset + 1;
+}
+
 void append_targets(NodeList *targets, Node *element) {
-    while (element->kind == NODE_PREFIX && element->op == OPERATOR_NOT) {
+    while (is_tilde_and_target(element)) {
         element->kind = NODE_TILDE;
         element->op = OPERATOR_NONE;
         Node *next = element->first_child;
@@ -37,8 +42,10 @@ void append_targets(NodeList *targets, Node *element) {
 Node *targets_of(Node *matrix) {
     NodeList targets;
     Node *row = matrix->first_child;
-    if (row && row->next) {
-        syntax_error(INVALID_TARGET, matrix->offset, end_of(matrix), {"several rows"});
+    bool has_gap = row && has_flag(row, HAS_GAP);
+    if (has_gap || (row && row->next)) {
+        const char *wrong = has_gap ? "nothing between two commas" : "several rows";
+        syntax_error(INVALID_TARGET, matrix->offset, end_of(matrix), {wrong});
         return matrix;
     }
     Node *next = row ? row->first_child : nullptr;

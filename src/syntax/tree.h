@@ -160,7 +160,8 @@ enum NodeFlag : uint16_t {
     HAS_CHECKS = 1 << 11,
     REPEATING = 1 << 12,
     FOR_OUTPUTS = 1 << 13,
-    KEEPS_VARIABLE = 1 << 14
+    KEEPS_VARIABLE = 1 << 14,
+    HAS_GAP = 1 << 15 /* nothing stands between two commas of the ROW, or in front of the first */
 };
 
 struct Node {
