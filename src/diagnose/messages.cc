@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "run/run_end.h"
 #include "support/allocation.h"
 
 MessageListener Listener;
@@ -14,9 +13,11 @@ const Message *FirstFailure;
 namespace {
 
 Message *LastMessage;
-// The messages by place and id; null until there is one. Its storage goes with the run.
-HashTable *Places;
-constexpr int32_t PLACE_BUCKETS = 512;
+// The messages by place and id, with open addressing; its storage goes with the run.
+Message **Places;
+uint32_t PlacesSize;  // a power of two, or 0
+uint32_t PlacesUsed;
+constexpr uint32_t FIRST_PLACES = 64;
 
 const char *next_operand(const char *form) { return strstr(form, "%s"); }
 
@@ -42,24 +43,37 @@ const char *fill_form(const char *form, std::initializer_list<const char *> oper
     return text;
 }
 
-int32_t key_of(MessageId id, uint32_t offset) {
-    return static_cast<int32_t>((offset * 64 + id) & INT32_MAX);
+bool is_same(const Message *a, const Message *b) {
+    return a->id == b->id && a->offset == b->offset && a->source == b->source;
 }
 
-int is_same(HashValue stored, const void *probe) {
-    const Message *old = static_cast<const Message *>(stored);
-    const Message *message = static_cast<const Message *>(probe);
-    return old->id == message->id && old->offset == message->offset &&
-           old->source == message->source;
+// The slot of the same message, or the free one where it belongs. The table has room.
+Message **find_place(const Message *message) {
+    uint32_t at = (message->offset * 64 + message->id) * 0x9E3779B1U >> 8;
+    for (;; at++) {
+        Message **slot = Places + (at & (PlacesSize - 1));
+        if (!*slot || is_same(*slot, message)) return slot;
+    }
+}
+
+void grow_places() {
+    Message **old = Places;
+    uint32_t old_size = PlacesSize;
+    PlacesSize = old_size ? 2 * old_size : FIRST_PLACES;
+    Places = static_cast<Message **>(Alloc(PlacesSize * sizeof(Message *)));
+    memset(Places, 0, PlacesSize * sizeof(Message *));
+    for (uint32_t i = 0; i < old_size; i++)
+        if (old[i]) *find_place(old[i]) = old[i];
+    Free(old);
 }
 
 // Enters the message into the table; false when it is there already.
 bool enter_place(Message *message) {
-    if (!Places) Places = HashCreate(PLACE_BUCKETS);
-    int32_t key = key_of(message->id, message->offset);
-    HashValue found;
-    if (Places && HashLookup(Places, key, &found, message, is_same)) return false;
-    if (!Places || !HashInsert(Places, key, message)) end_run(OUT_OF_MEMORY);
+    if (PlacesUsed >= PlacesSize / 4 * 3) grow_places();
+    Message **slot = find_place(message);
+    if (*slot) return false;
+    *slot = message;
+    PlacesUsed++;
     return true;
 }
 
@@ -92,6 +106,7 @@ void append(Message *message) {
 void begin_messages() {
     FirstMessage = FirstFailure = LastMessage = nullptr;
     Places = nullptr;
+    PlacesSize = PlacesUsed = 0;
 }
 
 const char *message_text(MessageId id, std::initializer_list<const char *> operands) {

@@ -10,6 +10,7 @@
 #include "lower/lines.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "syntax/spellings.h"
 
 bool CallsFromProcedure;
 

@@ -8,6 +8,7 @@
 #include "lower/called_functions.h"
 #include "lower/lines.h"
 #include "support/allocation.h"
+#include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/text_forms.h"
 
@@ -73,7 +74,7 @@ bool is_scripts(const Scope *scope) { return scope->owner->kind == NODE_FILE; }
 
 // Globals are called alike in all functions: they do not make way for others.
 bool is_free(const Symbol *symbol, const char *name) {
-    return (symbol->flags & SYMBOL_GLOBAL) || !find_symbol(symbol->scope, name);
+    return (symbol->flags & SYMBOL_GLOBAL) || !find_symbol(symbol->scope, intern(name));
 }
 
 bool must_change(const Symbol *symbol) {

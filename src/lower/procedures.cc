@@ -88,9 +88,11 @@ void add_procedure(Lines *lines, int level, const Node *function, const char *na
 
 // The nested functions of a body, each with the comments above it.
 void put_nested_functions(const Node *first) {
+    const Node *start = first;
     for (const Node *node = first; node; node = node->next) {
         if (node->kind != NODE_FUNCTION) continue;
-        lower_siblings(comments_above(first, node), node, Lowering.level);
+        lower_siblings(comments_above(start, node), node, Lowering.level);
+        start = node->next;
         Symbol *name = child_of_kind(node, NODE_NAME)->symbol;
         add_procedure(Lowering.lines, Lowering.level, node, written_name(name));
         lower_siblings(node->next, behind_function(node), Lowering.level);

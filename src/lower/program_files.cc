@@ -244,10 +244,6 @@ SourceFile *find_once(NameMap *known, const char *name, Search search) {
 
 }  // namespace
 
-const char *intern(const char *text) {
-    return text_of(spelling_of_bytes(text, static_cast<uint32_t>(strlen(text))));
-}
-
 void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = Files = nullptr;

@@ -42,8 +42,6 @@ SourceFile *read_main_file(const char *path, const char *text, uint32_t length);
  * along the search path; null when there is none. place: whose message it is, NAME or HANDLE. */
 SourceFile *find_file(const Node *place);
 
-/* The interned text. */
-const char *intern(const char *text);
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);
 /* The host name, or if that is taken with a number behind it; from now on it is taken. */

@@ -41,8 +41,10 @@ void change_name(NameWalk *walk, Node *name);
 /* A global or persistent declaration. */
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag);
 
-/* Whether a statement may create variables at run time: load, eval and the like. */
-bool creates_variables(const Node *statement);
+/* Notes what a statement, an EXPRESSION or COMMAND, may create at run time. */
+void note_creator(NameWalk *walk, Node *statement);
+/* Makes the names of a function that asks exist quick to find. */
+void index_names(Scope *scope);
 
 /* An anonymous function ends: what it captures, those around it capture too. */
 void pass_captures(NameWalk *walk, Scope *anonymous);

@@ -10,6 +10,7 @@
 
 #include "support/allocation.h"
 #include "syntax/name_walk.h"
+#include "syntax/spellings.h"
 #include "syntax/values.h"
 
 namespace {
@@ -27,11 +28,6 @@ void append_cell(NodeCell **first, NodeCell **last, Node *node) {
     *last = cell;
 }
 
-void note_creator(NameWalk *walk, Node *statement) {
-    Scope *scope = walk->function;
-    append_cell(&scope->creators, &scope->last_creator, statement);
-}
-
 void note_bare_name(NameWalk *walk, Node *name) {
     BareName *bare = AllocRecord<BareName>();
     *bare = {name, nullptr};
@@ -45,7 +41,7 @@ void walk_expression_statement(NameWalk *walk, Node *statement) {
         note_bare_name(walk, expression);
         return read_name(walk, expression);
     }
-    if (creates_variables(statement)) note_creator(walk, statement);
+    note_creator(walk, statement);
     walk_node(walk, expression);
 }
 
@@ -67,6 +63,12 @@ void walk_command(NameWalk *walk, Node *command) {
     command->first_child->symbol->flags |= SYMBOL_CALLED;
 }
 
+void note_asking(NameWalk *walk, const char *name) {
+    void *known = find_name(&walk->bindings, intern(name));
+    Symbol *symbol = static_cast<Symbol *>(known);
+    if (symbol && symbol->position > 0) symbol->flags |= SYMBOL_MAY_BE_MISSING;
+}
+
 // exist('x') of a parameter: it may not have been given.
 void walk_reference(NameWalk *walk, Node *reference) {
     Node *base = reference->first_child;
@@ -78,9 +80,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
     if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;
-    for (Symbol *symbol = walk->function->first_symbol; symbol; symbol = symbol->next)
-        if (symbol->position > 0 && strcmp(symbol->name, asked->text) == 0)
-            symbol->flags |= SYMBOL_MAY_BE_MISSING;
+    if (*asked->text) note_asking(walk, asked->text);
 }
 
 // A target is named before its value, so that it counts as the first to appear, and set behind it.
@@ -310,6 +310,7 @@ void finish_function(NameWalk *walk) {
     walk_called_scripts(walk);
     walk_nested_functions(walk);
     finish_loops(&walk->loops);
+    index_names(walk->function);
     leave_scope(walk, walk->function);
 }
 

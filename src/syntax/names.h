@@ -3,6 +3,7 @@
  * persistent names are variables; every other name is a function. */
 #pragma once
 
+#include "syntax/name_map.h"
 #include "syntax/tree.h"
 
 struct AssignedValue;
@@ -81,8 +82,9 @@ struct Scope {
     SymbolCell *last_global;
     NodeCell *nested; /* nested functions: FUNCTION, in source order */
     NodeCell *last_nested;
-    NodeCell *creators; /* statements that may create variables at run time, and commands */
-    NodeCell *last_creator;
+    Node *creator;     /* first statement that may create variables at run time, or null */
+    NameMap words;     /* words of commands: the first COMMAND with the word */
+    NameMap names;     /* in a function that asks exist: its symbols */
     Capture *captures; /* of an anonymous function: see first_captured */
     Capture *last_capture;
     uint32_t moment; /* of an anonymous function: it does not see changes behind it */
@@ -111,7 +113,8 @@ inline bool is_variable(const Symbol *symbol) { return (symbol->flags & SYMBOL_V
 bool holds_function(const Symbol *symbol);
 /* Whether the parameter is changed in the function: it is a variable of its own in the host. */
 bool is_copied_parameter(const Symbol *symbol);
-/* A name that belongs to the scope or one around it, or null. Takes time for each name. */
+/* What an interned name is in the scope or around it, or null. Where exist is not asked it takes
+ * time for each name. */
 const Symbol *find_symbol(const Scope *scope, const char *name);
 
 /* Whether the anonymous function's value of a variable around it may differ from what the variable

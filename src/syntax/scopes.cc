@@ -3,6 +3,7 @@
 
 #include "support/allocation.h"
 #include "syntax/name_walk.h"
+#include "syntax/spellings.h"
 #include "syntax/values.h"
 
 /* A variable or function around an anonymous function that is named in it. */
@@ -200,10 +201,22 @@ bool is_copied_parameter(const Symbol *symbol) {
     return symbol->position > 0 && (symbol->flags & CHANGING);
 }
 
+void index_names(Scope *scope) {
+    if (!(scope->flags & ASKS_EXIST)) return;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        enter_name(&scope->names, symbol->name, symbol);
+}
+
+static const Symbol *find_own_symbol(const Scope *scope, const char *name) {
+    if (scope->names.size) return static_cast<const Symbol *>(find_name(&scope->names, name));
+    const Symbol *symbol = scope->first_symbol;
+    while (symbol && symbol->name != name) symbol = symbol->next;
+    return symbol;
+}
+
 const Symbol *find_symbol(const Scope *scope, const char *name) {
     for (; scope; scope = scope->outer)
-        for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-            if (strcmp(symbol->name, name) == 0) return symbol;
+        if (const Symbol *symbol = find_own_symbol(scope, name)) return symbol;
     return nullptr;
 }
 
@@ -221,13 +234,6 @@ const Capture *next_captured(const Scope *anonymous, const Capture *capture) {
 
 Symbol *symbol_of(const Capture *capture) { return capture->symbol; }
 
-static bool has_word(const Node *command, const char *name) {
-    if (command->kind != NODE_COMMAND) return false;
-    for (const Node *word = second_child(command); word; word = word->next)
-        if (strcmp(word->text, name) == 0) return true;
-    return false;
-}
-
 // The name that a statement begins with, if it does.
 static const Node *leading_name(const Node *statement) {
     const Node *node = statement->first_child;
@@ -235,7 +241,7 @@ static const Node *leading_name(const Node *statement) {
     return node->kind == NODE_NAME ? node : nullptr;
 }
 
-bool creates_variables(const Node *statement) {
+static bool creates_variables(const Node *statement) {
     static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
                                            "run",  "source", "syms",  "uiopen"};
     const Node *name = leading_name(statement);
@@ -245,12 +251,33 @@ bool creates_variables(const Node *statement) {
     return false;
 }
 
+static void note_word(Scope *scope, const char *text, Node *command) {
+    if (!*text) return;
+    const char *word = intern(text);
+    if (!find_name(&scope->words, word)) enter_name(&scope->words, word, command);
+}
+
+void note_creator(NameWalk *walk, Node *statement) {
+    Scope *scope = walk->function;
+    if (!scope->creator && creates_variables(statement)) scope->creator = statement;
+    if (statement->kind != NODE_COMMAND) return;
+    for (const Node *word = second_child(statement); word; word = word->next)
+        note_word(scope, word->text, statement);
+}
+
+// The earlier one, of those that stand in front of offset.
+static const Node *choose_creator(const Node *a, const Node *b, uint32_t offset) {
+    if (!a || a->offset >= offset) a = nullptr;
+    if (!b || b->offset >= offset) b = nullptr;
+    if (!a || !b) return a ? a : b;
+    return a->offset < b->offset ? a : b;
+}
+
 const Node *creator_of(const Scope *scope, const char *name, uint32_t offset) {
-    for (; scope; scope = scope->outer)
-        for (const NodeCell *cell = scope->creators; cell; cell = cell->next) {
-            const Node *statement = cell->node;
-            if (statement->offset >= offset) continue;
-            if (has_word(statement, name) || creates_variables(statement)) return statement;
-        }
+    for (; scope; scope = scope->outer) {
+        const Node *command = static_cast<const Node *>(find_name(&scope->words, name));
+        const Node *found = choose_creator(scope->creator, command, offset);
+        if (found) return found;
+    }
     return nullptr;
 }

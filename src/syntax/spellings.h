@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdint.h>
+#include <string.h>
 
 #include "syntax/tokens.h"
 
@@ -24,6 +25,10 @@ Spelling *spelling_of_bytes(const char *text, uint32_t length);
 
 inline const char *text_of(const Spelling *spelling) {
     return reinterpret_cast<const char *>(spelling + 1);
+}
+/* The interned text of a name. */
+inline const char *intern(const char *name) {
+    return text_of(spelling_of_bytes(name, static_cast<uint32_t>(strlen(name))));
 }
 /* The record of an interned text. */
 inline Spelling *spelling_of(const char *interned) {
