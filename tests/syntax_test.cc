@@ -237,6 +237,25 @@ TEST(Syntax, takes_any_byte_in_strings_and_comments) {
     }
 }
 
+/* Rows in order, and the example of each error raises it alone. */
+TEST(Syntax, explains_messages) {
+    std::string last_code;
+    for (int i = 0; i < MESSAGE_COUNT; i++) {
+        const MessageRow &row = MessageTable[i];
+        EXPECT_EQ(row.id, i);
+        EXPECT_LT(last_code, row.code);
+        last_code = row.code;
+        EXPECT_EQ(find_message(row.code), &row);
+        EXPECT_EQ(find_message(row.name), &row);
+        if (row.severity != SEVERITY_ERROR || !row.example) continue;
+        const std::string found = errors_in(row.example);
+        EXPECT_NE(found.find(row.code), std::string::npos) << found;
+        EXPECT_EQ(found.find(" & "), std::string::npos) << found;
+    }
+    EXPECT_EQ(find_message("mt101"), &MessageTable[UNEXPECTED_TOKEN]);
+    EXPECT_EQ(find_message("MT100"), nullptr);
+}
+
 TEST(Syntax, reports_errors) { expect_rows("matlab_messages", messages, LANGUAGE_MATLAB); }
 
 }  // namespace

@@ -20,9 +20,9 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
     {UNCLOSED_STRING, "MT103", "unclosed-string", SEVERITY_ERROR,
      "this string is not closed: expected %s in front of the line's end",
      "A string starts with a quote and must end with the same quote on its line.",
-     "x = 'it's here';\n",
-     "Write a quote that belongs to the text twice: 'it''s here'. Behind a blank inside [ ] or "
-     "{ } a quote opens a string: write a transpose directly behind its operand."},
+     "x = 'it is here;\n",
+     "Write the quote. One that belongs to the text is written twice: 'it''s here'. Behind a blank "
+     "inside [ ] or { } a quote opens a string: write a transpose directly behind its operand."},
     {UNCLOSED_BLOCK, "MT104", "unclosed-block", SEVERITY_ERROR,
      "'%s' is not closed: expected '%s', found %s",
      "The marked keyword opens a block whose end is missing. Where the indentation shows another "

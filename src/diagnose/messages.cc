@@ -60,8 +60,8 @@ void grow_places() {
     Message **old = Places;
     uint32_t old_size = PlacesSize;
     PlacesSize = old_size ? 2 * old_size : FIRST_PLACES;
-    Places = static_cast<Message **>(Alloc(PlacesSize * sizeof(Message *)));
-    memset(Places, 0, PlacesSize * sizeof(Message *));
+    Places = static_cast<Message **>(Alloc(PlacesSize * sizeof(void *)));
+    memset(Places, 0, PlacesSize * sizeof(void *));
     for (uint32_t i = 0; i < old_size; i++)
         if (old[i]) *find_place(old[i]) = old[i];
     Free(old);

@@ -10,11 +10,6 @@
 
 namespace {
 
-const char *skip_blanks(const char *at) {
-    while (is_blank(*at)) at++;
-    return at;
-}
-
 bool is_at_line_end(const char *at) {
     return is_line_end(*at) || class_of(*at) == BYTE_COMMENT || at == Scan.end;
 }

@@ -136,8 +136,7 @@ void add_comments_before_cases(Compound *compound) {
 // A name on the line of catch with nothing behind it is that of the error.
 bool is_catch_identifier() {
     if (Current.kind != TOKEN_NAME || (Current.flags & FIRST_ON_LINE)) return false;
-    const char *at = Scan.at;
-    while (is_blank(*at)) at++;
+    const char *at = skip_blanks(Scan.at);
     return *at == ';' || *at == ',' || is_line_end(*at) || class_of(*at) == BYTE_COMMENT ||
            at == Scan.end;
 }

@@ -29,6 +29,10 @@ extern const ByteClass ByteClasses[256];
 
 inline ByteClass class_of(char byte) { return ByteClasses[static_cast<unsigned char>(byte)]; }
 inline bool is_blank(char byte) { return class_of(byte) == BYTE_BLANK; }
+inline const char *skip_blanks(const char *at) {
+    while (is_blank(*at)) at++;
+    return at;
+}
 inline bool is_line_end(char byte) { return class_of(byte) == BYTE_LINE; }
 inline bool is_digit(char byte) { return byte >= '0' && byte <= '9'; }
 /* Whether the byte goes on in a name. */

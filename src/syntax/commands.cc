@@ -9,11 +9,6 @@
 
 namespace {
 
-const char *skip_blanks(const char *at) {
-    while (is_blank(*at)) at++;
-    return at;
-}
-
 // Behind the operator at a byte; the byte itself when there is none.
 const char *operator_end(const char *at) {
     bool is_operator = class_of(*at) == BYTE_OPERATOR || class_of(*at) == BYTE_NOT;

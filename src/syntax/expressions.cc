@@ -3,6 +3,7 @@
 
 #include <assert.h>
 
+#include "syntax/class_table.h"
 #include "syntax/parser_state.h"
 
 namespace {
@@ -301,8 +302,7 @@ Node *parse_base() {
 
 bool is_lone_colon() {
     if (Current.op != OPERATOR_COLON) return false;
-    const char *at = Scan.at;
-    while (*at == ' ' || *at == '\t') at++;
+    const char *at = skip_blanks(Scan.at);
     return *at == ',' || *at == ')' || *at == '}';
 }
 

@@ -24,15 +24,6 @@ const char *keyword_at(uint32_t offset) {
     return keep_bytes(start, length);
 }
 
-const char *join(std::initializer_list<const char *> parts) {
-    size_t size = 1;
-    for (const char *part : parts) size += strlen(part);
-    char *text = static_cast<char *>(take_room(size));
-    char *to = text;
-    for (const char *part : parts) to = stpcpy(to, part);
-    return text;
-}
-
 // What ends a block instead of its end, and where another block may have lost its own.
 const char *found_instead(const Node *body) {
     const char *found = describe_token();

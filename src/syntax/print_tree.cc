@@ -21,16 +21,12 @@ int Indentation;
 void print(const char *text) { Text = AppendStringToString(Text, text); }
 void print_node(const Node *node);
 
-void print_list(const Node *first, const char *between) {
-    for (const Node *node = first; node; node = node->next) {
-        if (node != first) print(between);
-        print_node(node);
-    }
-}
-
 void print_enclosed(const char *open, const Node *node, const char *between, const char *close) {
     print(open);
-    print_list(node->first_child, between);
+    for (const Node *child = node->first_child; child; child = child->next) {
+        if (child != node->first_child) print(between);
+        print_node(child);
+    }
     print(close);
 }
 
@@ -130,32 +126,46 @@ void print_block(const Node *node) {
     print(")");
 }
 
-void print_node(const Node *node) {
+void print_text(const char *before, const char *text, const char *after) {
+    print(before);
+    print(text);
+    print(after);
+}
+
+// A node without children; false for others.
+bool print_leaf(const Node *node) {
     switch (node->kind) {
         case NODE_NUMBER:
-            print(node->text);
-            if (has_flag(node, NUMBER_IMAGINARY)) print("i");
-            return;
-        case NODE_NAME: return print(node->text);
+            print_text("", node->text, has_flag(node, NUMBER_IMAGINARY) ? "i" : "");
+            return true;
+        case NODE_NAME: print(node->text); return true;
         case NODE_STRING:
-            return print_quoted(node->text, has_flag(node, DOUBLE_QUOTED) ? '"' : '\'');
-        case NODE_WORD: return print_quoted(node->text, '"');
+            print_quoted(node->text, has_flag(node, DOUBLE_QUOTED) ? '"' : '\'');
+            return true;
+        case NODE_WORD: print_quoted(node->text, '"'); return true;
         case NODE_END:
         case NODE_COLON:
-        case NODE_TILDE: return print(Words[node->kind]);
+        case NODE_TILDE: print(Words[node->kind]); return true;
+        case NODE_FIELD: print_text(".", node->text, ""); return true;
+        case NODE_HANDLE: print_text("@", node->text, ""); return true;
+        default: return false;
+    }
+}
+
+void print_node(const Node *node) {
+    if (print_leaf(node)) return;
+    switch (node->kind) {
         case NODE_CHAIN: return print_chain(node);
         case NODE_PREFIX: return print_prefix(node);
-        case NODE_REFERENCE: return print_list(node->first_child, "");
-        case NODE_EXPRESSION: return print_node(node->first_child);
+        case NODE_REFERENCE:
+        case NODE_EXPRESSION: return print_enclosed("", node, "", "");
         case NODE_MATRIX: return print_enclosed("[", node, "; ", "]");
         case NODE_CELL: return print_enclosed("{", node, "; ", "}");
-        case NODE_ROW: return print_list(node->first_child, ", ");
+        case NODE_ROW: return print_enclosed("", node, ", ", "");
         case NODE_TARGETS: return print_enclosed("[", node, ", ", "]");
         case NODE_ARGUMENTS: return print_enclosed("(", node, ", ", ")");
         case NODE_BRACES: return print_enclosed("{", node, ", ", "}");
         case NODE_DYNAMIC_FIELD: return print_enclosed(".(", node, "", ")");
-        case NODE_FIELD: print("."); return print(node->text);
-        case NODE_HANDLE: print("@"); return print(node->text);
         case NODE_COMMENT: return print_comment(node);
         case NODE_SYSTEM: return print_text_form(node);
         case NODE_BLOCK:

@@ -10,11 +10,6 @@
 
 namespace {
 
-const char *skip_blanks(const char *at) {
-    while (is_blank(*at)) at++;
-    return at;
-}
-
 const char *word_end(const char *at) {
     while (is_word(*at)) at++;
     return at;

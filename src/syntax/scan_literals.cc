@@ -51,8 +51,8 @@ bool is_imaginary_unit(const char *at) {
 
 // The kept text of a number; those of one digit are the same for all runs.
 const char *number_text(const char *at, const char *end, const char *exponent) {
-    static const char digits[] = "0\0001\0002\0003\0004\0005\0006\0007\0008\0009";
-    if (end - at == 1) return digits + 2 * (*at - '0');
+    static const char digits[][2] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+    if (end - at == 1) return digits[*at - '0'];
     char *text = keep_bytes(at, static_cast<size_t>(end - at));
     if (exponent != end) text[exponent - at] = 'e';
     return text;

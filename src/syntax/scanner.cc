@@ -108,17 +108,14 @@ bool scan_end(const char *at) {
 }
 
 bool scan_field(const char *at) {
-    while (is_blank(*at)) at++;
+    at = skip_blanks(at);
     const char *end = word_end(at);
     Current.text = text_of(spelling_of_bytes(at, static_cast<uint32_t>(end - at)));
     return make_token(TOKEN_FIELD, end);
 }
 
 // A dot behind an operand that is followed by blanks and a name.
-bool begins_field(const char *at) {
-    while (is_blank(*at)) at++;
-    return class_of(*at) == BYTE_LETTER;
-}
+bool begins_field(const char *at) { return class_of(*skip_blanks(at)) == BYTE_LETTER; }
 
 bool scan_dot(const char *at, bool after_operand) {
     if (is_digit(at[1])) return scan_number(at);
@@ -168,7 +165,7 @@ bool scan_not(const char *at) {
 }
 
 bool ends_statement(const char *at) {
-    while (is_blank(*at)) at++;
+    at = skip_blanks(at);
     switch (class_of(*at)) {
         case BYTE_SEMICOLON:
         case BYTE_COMMA:
@@ -189,30 +186,32 @@ bool scan_arithmetic(OperatorId op, const char *at, const char *end) {
     return make_operator(op, end);
 }
 
+bool scan_comparison(OperatorId op, OperatorId op_with_equals, const char *at) {
+    bool has_equals = at[1] == '=';
+    return make_operator(has_equals ? op_with_equals : op, has_equals ? at + 2 : at + 1);
+}
+
 bool scan_operator(const char *at) {
-    char next = at[1];
+    bool is_double = at[1] == at[0];
+    const char *next = at + 1;
     switch (*at) {
-        case '+': return scan_arithmetic(OPERATOR_PLUS, at, at + 1);
-        case '-': return scan_arithmetic(OPERATOR_MINUS, at, at + 1);
-        case '/': return scan_arithmetic(OPERATOR_DIVIDE, at, at + 1);
-        case '\\': return scan_arithmetic(OPERATOR_LEFT_DIVIDE, at, at + 1);
-        case '^': return scan_arithmetic(OPERATOR_POWER, at, at + 1);
+        case '+': return scan_arithmetic(OPERATOR_PLUS, at, next);
+        case '-': return scan_arithmetic(OPERATOR_MINUS, at, next);
+        case '/': return scan_arithmetic(OPERATOR_DIVIDE, at, next);
+        case '\\': return scan_arithmetic(OPERATOR_LEFT_DIVIDE, at, next);
+        case '^': return scan_arithmetic(OPERATOR_POWER, at, next);
         case '*':
-            if (next == '*') return scan_arithmetic(OPERATOR_POWER, at, at + 2);
-            return scan_arithmetic(OPERATOR_TIMES, at, at + 1);
-        case '<':
-            if (next == '=') return make_operator(OPERATOR_LESS_EQUAL, at + 2);
-            return make_operator(OPERATOR_LESS, at + 1);
-        case '>':
-            if (next == '=') return make_operator(OPERATOR_GREATER_EQUAL, at + 2);
-            return make_operator(OPERATOR_GREATER, at + 1);
+            if (is_double) return scan_arithmetic(OPERATOR_POWER, at, next + 1);
+            return scan_arithmetic(OPERATOR_TIMES, at, next);
+        case '<': return scan_comparison(OPERATOR_LESS, OPERATOR_LESS_EQUAL, at);
+        case '>': return scan_comparison(OPERATOR_GREATER, OPERATOR_GREATER_EQUAL, at);
         case '&':
-            if (next == '&') return make_operator(OPERATOR_AND_THEN, at + 2);
-            return scan_arithmetic(OPERATOR_AND, at, at + 1);
+            if (is_double) return make_operator(OPERATOR_AND_THEN, next + 1);
+            return scan_arithmetic(OPERATOR_AND, at, next);
         case '|':
-            if (next == '|') return make_operator(OPERATOR_OR_ELSE, at + 2);
-            return scan_arithmetic(OPERATOR_OR, at, at + 1);
-        default: assert(*at == ':'); return make_operator(OPERATOR_COLON, at + 1);
+            if (is_double) return make_operator(OPERATOR_OR_ELSE, next + 1);
+            return scan_arithmetic(OPERATOR_OR, at, next);
+        default: assert(*at == ':'); return make_operator(OPERATOR_COLON, next);
     }
 }
 
@@ -288,12 +287,9 @@ bool scan_token(const char *at, TokenKind before) {
     }
 }
 
-const char *skip_blanks(const char *at) {
-    while (is_blank(*at)) at++;
-    while (is_continuation(at)) {
-        at = skip_continuation(at);
-        while (is_blank(*at)) at++;
-    }
+const char *skip_gap(const char *at) {
+    at = skip_blanks(at);
+    while (is_continuation(at)) at = skip_blanks(skip_continuation(at));
     return at;
 }
 
@@ -309,7 +305,7 @@ void scan_next() {
     TokenKind before = Current.kind;
     do {
         if (Scan.block_comments > 0 && scan_block_line()) return;
-        const char *at = skip_blanks(Scan.at);
+        const char *at = skip_gap(Scan.at);
         bool may_separate = Scan.context == IN_ELEMENTS && at != Scan.at && may_end_operand(before);
         Scan.at = at;
         if (may_separate && begins_element(at)) return make_separator();

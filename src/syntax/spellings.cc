@@ -111,8 +111,8 @@ Spelling **free_slot(uint32_t hash) {
 void resize_table(uint32_t size) {
     Spelling **old = Table;
     uint32_t old_size = TableSize;
-    Table = static_cast<Spelling **>(AllocKept(size * sizeof(Spelling *)));
-    memset(Table, 0, size * sizeof(Spelling *));
+    Table = static_cast<Spelling **>(AllocKept(size * sizeof(void *)));
+    memset(Table, 0, size * sizeof(void *));
     TableSize = size;
     for (uint32_t i = 0; i < old_size; i++) {
         if (!old[i]) continue;

@@ -14,21 +14,16 @@ bool is_word_of(SoftKeyword soft) {
     return Current.kind == TOKEN_NAME && spelling_of(Current.text)->soft == soft;
 }
 
-const char *behind_blanks() {
-    const char *at = Scan.at;
-    while (is_blank(*at)) at++;
-    return at;
-}
-
 // The word do opens a loop, unless it is used as a name.
 bool begins_do_loop() {
     if (!is_word_of(SOFT_DO) || is_variable(spelling_of(Current.text))) return false;
-    switch (class_of(*behind_blanks())) {
+    char next = *skip_blanks(Scan.at);
+    switch (class_of(next)) {
         case BYTE_LINE:
         case BYTE_COMMENT:
         case BYTE_SEMICOLON:
         case BYTE_LETTER:
-        case BYTE_OPEN: return *behind_blanks() != '(' && *behind_blanks() != '{';
+        case BYTE_OPEN: return next != '(' && next != '{';
         default: return false;
     }
 }

@@ -27,15 +27,6 @@ Source *NotedSource;
 
 constexpr size_t LONGEST_SHOWN = 40;
 
-const char *join(const char *before, const char *middle, const char *after) {
-    size_t sizes[] = {strlen(before), strlen(middle), strlen(after)};
-    char *text = static_cast<char *>(take_room(sizes[0] + sizes[1] + sizes[2] + 1));
-    memcpy(text, before, sizes[0]);
-    memcpy(text + sizes[0], middle, sizes[1]);
-    memcpy(text + sizes[0] + sizes[1], after, sizes[2] + 1);
-    return text;
-}
-
 // At most so many bytes that no character of UTF-8 is cut.
 size_t shown_length(const char *start, size_t length) {
     if (length <= LONGEST_SHOWN) return length;
@@ -53,9 +44,18 @@ bool is_behind_line_end() {
     return (Current.flags & FIRST_ON_LINE) && Previous.end > 0 && Current.kind != TOKEN_BAD;
 }
 
+// What stands directly behind a closing quote is mostly text that the quote should not close.
+bool is_behind_quote() {
+    char last = Previous.end > 0 ? Scan.text[Previous.end - 1] : ' ';
+    bool is_word = Current.kind == TOKEN_NAME || Current.kind == TOKEN_NUMBER;
+    return is_word && Current.start == Previous.end && (last == '\'' || last == '"');
+}
+
 const char *found_text() {
-    return is_behind_line_end() && Current.kind != TOKEN_END_OF_FILE ? "end of line"
-                                                                     : describe_token();
+    if (is_behind_line_end() && Current.kind != TOKEN_END_OF_FILE) return "end of line";
+    const char *token = describe_token();
+    if (!is_behind_quote()) return token;
+    return join({token, " behind a quote (inside a string a quote is written twice)"});
 }
 
 // Line ends, and the end of the file, are marked behind what stands before them.
@@ -149,7 +149,7 @@ static const char *value_behind(const char *start, const char *end) {
     bool is_sign = end - start == 1 && (*start == '+' || *start == '-');
     bool is_double = is_sign && start > Scan.text && start[-1] == *start;
     const char *shown = describe_bytes(is_double ? start - 1 : start, end);
-    return join("a value behind ", shown, is_double ? " (as x++ it is a statement only)" : "");
+    return join({"a value behind ", shown, is_double ? " (as x++ it is a statement only)" : ""});
 }
 
 void expected_value() {
@@ -196,7 +196,7 @@ void report_errors() {
 const char *describe_bytes(const char *start, const char *end) {
     size_t length = static_cast<size_t>(end - start);
     size_t shown = shown_length(start, length);
-    return join("'", keep_bytes(start, shown), shown < length ? "...'" : "'");
+    return join({"'", keep_bytes(start, shown), shown < length ? "...'" : "'"});
 }
 
 const char *describe_token() {
@@ -207,13 +207,13 @@ const char *describe_token() {
         case TOKEN_NEWLINE:
         case TOKEN_ROW_END:
         case TOKEN_COMMENT: return "end of line";
-        case TOKEN_NAME: return join("name ", describe_bytes(start, end), "");
-        case TOKEN_NUMBER: return join("number ", describe_bytes(start, end), "");
-        case TOKEN_STRING: return join("string ", describe_bytes(start + 1, end - 1), "");
+        case TOKEN_NAME: return join({"name ", describe_bytes(start, end)});
+        case TOKEN_NUMBER: return join({"number ", describe_bytes(start, end)});
+        case TOKEN_STRING: return join({"string ", describe_bytes(start + 1, end - 1)});
         default: break;
     }
     const char *quoted = describe_bytes(start, end);
-    return Current.flags & CLOSES_NOTHING ? join(quoted, " that closes nothing", "") : quoted;
+    return Current.flags & CLOSES_NOTHING ? join({quoted, " that closes nothing"}) : quoted;
 }
 
 const char *describe_character(const char *at, const char **end) {
@@ -222,7 +222,16 @@ const char *describe_character(const char *at, const char **end) {
     bool is_plain = length == 0 && *at > ' ' && *at < 0x7f;
     if (length == 0 && !is_plain) return describe_byte(*at);
     const char *character = keep_bytes(at, static_cast<size_t>(*end - at));
-    return join("'", character, join("'", hint_of(character), ""));
+    return join({"'", character, "'", hint_of(character)});
+}
+
+const char *join(std::initializer_list<const char *> parts) {
+    size_t size = 1;
+    for (const char *part : parts) size += strlen(part);
+    char *text = static_cast<char *>(take_room(size));
+    char *to = text;
+    for (const char *part : parts) to = stpcpy(to, part);
+    return text;
 }
 
 const char *line_number_text(uint32_t offset) {

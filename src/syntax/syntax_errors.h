@@ -42,11 +42,14 @@ void move_error_to_line_end(uint32_t line_end, const char *closer, uint32_t open
 /* Reports what has been noted, and forgets it. */
 void report_errors();
 
-/* How people read a piece of the source: its bytes, in quotes and cut where they are many. */
+/* The following are kept texts, or constants. How people read a piece of the source: its bytes, in
+ * quotes and cut where they are many. */
 const char *describe_bytes(const char *start, const char *end);
 /* The current token: "'+'", "name 'x'", "end of line". */
 const char *describe_token();
 /* The character at a byte that has no meaning; *end moves behind it. */
 const char *describe_character(const char *at, const char **end);
+/* The texts one behind the other. */
+const char *join(std::initializer_list<const char *> parts);
 /* The number of the line of an offset, as a kept text. */
 const char *line_number_text(uint32_t offset);
