@@ -30,7 +30,7 @@ struct QueuedFile {
 
 QueuedFile *FirstQueued;
 QueuedFile *LastQueued;
-NameMap CalledByProcedures;
+NameMap UsedByProcedures;
 NameMap Unknown;  // names that have been reported
 
 Callee *new_callee(SourceFile *in, const char *name, Callee value) {
@@ -124,12 +124,12 @@ void note_unknown(const Node *place, const char *written) {
 
 void begin_calls() {
     FirstQueued = LastQueued = nullptr;
-    CalledByProcedures = Unknown = {};
+    UsedByProcedures = Unknown = {};
     CallsFromProcedure = false;
 }
 
 static void note_call(const char *written) {
-    if (CallsFromProcedure) enter_name(&CalledByProcedures, written, &CalledByProcedures);
+    if (CallsFromProcedure) enter_name(&UsedByProcedures, written, &UsedByProcedures);
 }
 
 const char *own_function(const Node *name) {
@@ -172,6 +172,8 @@ SourceFile *take_called_file() {
     return cell->file;
 }
 
-bool is_called_by_procedure(const char *written) {
-    return find_name(&CalledByProcedures, written) != nullptr;
+void note_global(const char *written) { enter_name(&UsedByProcedures, written, &UsedByProcedures); }
+
+bool is_used_by_procedure(const char *written) {
+    return find_name(&UsedByProcedures, written) != nullptr;
 }

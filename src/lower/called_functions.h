@@ -24,5 +24,7 @@ SourceFile *take_called_file();
 
 /* Whether calls from here on are a procedure's; the statements of the script are none. */
 extern bool CallsFromProcedure;
-/* Whether a procedure of the run calls a function by this host name. */
-bool is_called_by_procedure(const char *written);
+/* Whether a procedure of the run calls a function by this host name, or declares it global. */
+bool is_used_by_procedure(const char *written);
+/* A procedure declares the name global. */
+void note_global(const char *written);

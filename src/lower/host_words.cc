@@ -77,16 +77,9 @@ bool is_free(const Symbol *symbol, const char *name) {
     return (symbol->flags & SYMBOL_GLOBAL) || !find_symbol(symbol->scope, intern(name));
 }
 
-bool must_change(const Symbol *symbol) {
-    if (is_host_word(symbol->name)) return true;
-    if ((symbol->flags & SYMBOL_CALLED) && !symbol->definition) return true;
-    if (is_scripts(symbol->scope)) return is_called_by_procedure(symbol->name);
-    return false;
-}
-
 const char *own_name(const Symbol *symbol) {
     const char *name = symbol->name;
-    if (!must_change(symbol)) return name;
+    if (!must_change_name(symbol)) return name;
     do name = form_text("m_%s", {name});
     while (!is_free(symbol, name));
     return name;
@@ -104,6 +97,13 @@ bool is_host_keyword(const char *name) { return KeywordTable.has(name); }
 
 bool is_host_word(const char *name) {
     return KeywordTable.has(name) || BareNameTable.has(name) || looks_generated(name);
+}
+
+bool must_change_name(const Symbol *symbol) {
+    if (is_host_word(symbol->name)) return true;
+    if (symbol->flags & SYMBOL_GLOBAL) return false;
+    if ((symbol->flags & SYMBOL_CALLED) && !symbol->definition) return true;
+    return is_scripts(symbol->scope) && is_used_by_procedure(symbol->name);
 }
 
 const char *written_name(Symbol *symbol) {

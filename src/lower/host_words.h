@@ -12,8 +12,10 @@ bool is_host_word(const char *name);
 
 /* The host name of a variable: what the host says, which is asked once for each symbol, else its
  * own name, or one that is free where that is a host word. A variable of a script is not called
- * like a function that a procedure of the run calls. */
+ * like a function that a procedure of the run calls, or like a global variable of one. */
 const char *written_name(Symbol *symbol);
+/* Whether the variable's own name cannot be its host name. */
+bool must_change_name(const Symbol *symbol);
 /* What the head of a procedure calls a parameter: "qxrp_" and its name where the body copies it. */
 const char *head_name(Symbol *parameter);
 /* The host name of a field. */

@@ -7,6 +7,7 @@
 #include "lower/packages.h"
 #include "lower/statements.h"
 #include "lower/text_list.h"
+#include "syntax/spellings.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -43,8 +44,11 @@ void add_local(Lines *lines, int level, const Scope *scope, const GeneratedName 
 void add_global(Lines *lines, int level, const Scope *scope) {
     if (!scope->globals) return;
     TextList names = {};
-    for (const SymbolCell *cell = scope->globals; cell; cell = cell->next)
-        append_text(&names, written_name(cell->symbol));
+    for (const SymbolCell *cell = scope->globals; cell; cell = cell->next) {
+        const char *name = written_name(cell->symbol);
+        append_text(&names, name);
+        note_global(intern(name));
+    }
     add_line(lines, level, form_text("global %s;", {join_texts(&names)}));
     add_line(lines, level, "");
 }

@@ -5,6 +5,7 @@
 #include "emit/output.h"
 #include "lower/called_functions.h"
 #include "lower/context.h"
+#include "lower/host_words.h"
 #include "lower/packages.h"
 #include "lower/procedures.h"
 #include "lower/statements.h"
@@ -38,6 +39,7 @@ void write_outside(const Node *first, const Node *behind) {
     LoweringContext outer = begin_lowering(nullptr, &lines, 0);
     lower_siblings(first, behind, 0);
     Lowering = outer;
+    if (lines.first && behind) add_line(&lines, 0, "");
     write_lines(&lines);
 }
 
@@ -64,16 +66,16 @@ void lower_script(Scope *scope, Lines *lines) {
     Lowering = outer;
 }
 
-// Whether a procedure that has been lowered since calls a function by a variable's name. Then all
-// names of the script are chosen anew.
+// Whether a procedure that has been lowered since uses a variable's name. Then all names of the
+// script are chosen anew.
 bool must_rename(Scope *scope) {
-    bool is_called = false;
+    bool is_used = false;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         if (is_variable(symbol) && symbol->written == symbol->name)
-            is_called |= is_called_by_procedure(symbol->name);
-    for (Symbol *symbol = scope->first_symbol; is_called && symbol; symbol = symbol->next)
+            is_used |= must_change_name(symbol);
+    for (Symbol *symbol = scope->first_symbol; is_used && symbol; symbol = symbol->next)
         symbol->written = nullptr;
-    return is_called;
+    return is_used;
 }
 
 void write_called_files() {
