@@ -6,7 +6,9 @@
 #include "lexer/brackets.h"
 #include "lower/called_functions.h"
 #include "lower/context.h"
+#include "lower/end_positions.h"
 #include "lower/expressions.h"
+#include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/packages.h"
 #include "lower/preludes.h"
@@ -94,13 +96,55 @@ const char *procedure_text(const char *parameters, const char *value) {
     return form_text("proc( %s )\n%s", {parameters, lines_text(&all)});
 }
 
+bool is_deal(const Node *body) {
+    const Node *base = body->kind == NODE_REFERENCE ? body->first_child : body;
+    bool is_function = base != body && base->kind == NODE_NAME && !is_variable(base->symbol);
+    const Node *arguments = base->next;
+    return is_function && strcmp(base->text, "deal") == 0 && arguments->kind == NODE_ARGUMENTS &&
+           !arguments->next && count_children(arguments) > 1;
+}
+
+// What the body gives: of deal(a, b) its arguments, which are as many as the caller asks for.
+const char *lower_result(const Node *body) {
+    if (!is_deal(body)) return lower_body(body)->text;
+    ExprList values = lower_values(second_child(body));
+    const char *text = exprs_text(values.first);
+    free_vExpr(values.first);
+    return text;
+}
+
+// A branch for each number of results from 2 on, as the host does not hand the number on.
+void put_results(const char *value, int32_t most) {
+    TextList names = {};
+    append_text(&names, new_temporary());
+    for (int results = 2; results <= most; results++) {
+        append_text(&names, new_temporary());
+        const char *all = join_texts(&names);
+        put_line("if _nresults = %s then", {number_text(results)});
+        Lowering.level++;
+        put_line("(%s) := %s;", {all, value});
+        put_line("return %s;", {all});
+        Lowering.level--;
+        put_line("end if;", {});
+    }
+}
+
+bool is_call(const Node *body) {
+    return body->kind == NODE_REFERENCE || (body->kind == NODE_NAME && !is_variable(body->symbol));
+}
+
+constexpr int32_t MOST_RESULTS = 8;
+
 const char *lower_procedure(const Node *node) {
     const Scope *scope = scope_of(node);
+    const Node *body = without_parens(second_child(node));
+    int32_t results = is_call(body) && !is_deal(body) ? Lowering.results : 0;
     Lines lines = {};
     Surroundings outer = enter_body(scope, &lines);
     const char *parameters = parameter_list(scope);
     put_prelude(scope);
-    const char *value = lower_body(second_child(node))->text;
+    const char *value = lower_result(body);
+    if (results > 1) put_results(value, results < MOST_RESULTS ? results : MOST_RESULTS);
     const char *text = procedure_text(parameters, value);
     leave_body(&outer);
     return text;

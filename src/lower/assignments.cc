@@ -7,6 +7,7 @@
 #include "lexer/brackets.h"
 #include "lower/calls.h"
 #include "lower/context.h"
+#include "lower/dealt_targets.h"
 #include "lower/deletions.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
@@ -66,8 +67,17 @@ const char *compound_value(const Target *target, const Node *node) {
     return new_binary(node->op, &left, &right).expr->text;
 }
 
+// Lowers a value that is asked for several results, now or, a function, later.
+const char *lower_for_results(const Node *value, int32_t results) {
+    Lowering.results = results;
+    const char *text = lower_expression(value)->text;
+    Lowering.results = 0;
+    return text;
+}
+
 const char *value_text(const Node *target, const Node *value) {
-    const char *text = lower_expression(element_value(target, value))->text;
+    int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
+    const char *text = lower_for_results(element_value(target, value), results);
     return needs_copy(target, value) ? form_text("copy(%s)", {text}) : text;
 }
 
@@ -143,11 +153,24 @@ const Node *list_index(const Node *reference) {
     return is_field ? index : nullptr;
 }
 
+Bounds numbered_bounds(const Node *node) {
+    const Node *index = list_index(node);
+    const Node *argument = index ? index->first_child : nullptr;
+    return argument && !argument->next ? literal_bounds(argument) : Bounds{1, -1};
+}
+
+// Whether the only target is a list, and not one of literal bounds.
+bool has_unknown_number(const Node *targets) {
+    const Node *first = targets->first_child;
+    if (first->kind != NODE_REFERENCE) return false;
+    Bounds bounds = numbered_bounds(first);
+    return bounds.last < bounds.first;
+}
+
 // Such an index with literal bounds stands for as many targets.
 void add_numbered_targets(TargetTexts *targets, const Node *node) {
     const Node *index = list_index(node);
-    const Node *argument = index ? index->first_child : nullptr;
-    Bounds bounds = argument && !argument->next ? literal_bounds(argument) : Bounds{1, -1};
+    Bounds bounds = numbered_bounds(node);
     if (bounds.last < bounds.first) return report_gap(TARGET_VALUES_GAP, node);
     Target base = lower_target(node, index);
     Path field = begin_path("", false);
@@ -160,24 +183,11 @@ void add_numbered_targets(TargetTexts *targets, const Node *node) {
     }
 }
 
-// [s.f] = deal(v) is one target for each element of s.
-bool is_field_of_all(const Node *targets, const Node *target) {
-    if (target->kind != NODE_REFERENCE || targets->first_child->next) return false;
-    const Node *value = targets->next;
-    bool has_name = value->kind == NODE_REFERENCE && value->first_child->kind == NODE_NAME;
-    if (!has_name || last_selector(target)->kind != NODE_FIELD) return false;
-    bool is_deal = strcmp(value->first_child->text, "deal") == 0;
-    const Node *before = nullptr;
-    for (const Node *at = target->first_child; at->next; at = at->next) before = at;
-    bool is_element = before->kind == NODE_ARGUMENTS && !is_value_list(target, true);
-    return (is_deal || is_value_list(value, false)) && !is_element;
-}
-
 TargetTexts lower_targets(const Node *list) {
     TargetTexts targets = {};
     int32_t outer = open_bracket(IN_TARGETS);
     for (const Node *node = list->first_child; node; node = node->next) {
-        if (is_value_list(node, false) || is_field_of_all(list, node)) {
+        if (is_value_list(node, false)) {
             add_numbered_targets(&targets, node);
         } else {
             add_target(&targets, node);
@@ -193,7 +203,7 @@ const char *targets_text(const ExprList *targets) {
 
 const char *values_text(const Node *value, int targets) {
     if (is_value_list(value, false) && targets > 1) return lower_values_for(value, targets)->text;
-    return lower_expression(value)->text;
+    return lower_for_results(value, targets);
 }
 
 void put_values(TargetTexts *targets, const Node *value) {
@@ -212,6 +222,7 @@ void put_values(TargetTexts *targets, const Node *value) {
 void put_multi_assignment(const Node *node) {
     const Node *list = node->first_child;
     if (!list->first_child) return put_line("%s;", {lower_expression(list->next)->text});
+    if (has_unknown_number(list) && is_dealt(node)) return put_dealt(node);
     TargetTexts targets = lower_targets(list);
     put_values(&targets, list->next);
     free_vExpr(targets.texts.first);

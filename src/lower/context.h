@@ -26,6 +26,7 @@ struct LoweringContext {
     GeneratedName *generated; /* names made so far, which the procedure declares; in order */
     GeneratedName *generated_last;
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
+    int32_t results;         /* values that the value being lowered is asked for, when several */
     MessageId gap;           /* why the current statement is given up; else MESSAGE_COUNT */
     Lines *in_front;         /* lines in front of the outermost statement; null outside of one */
     int front_level;         /* of those lines */

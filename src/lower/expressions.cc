@@ -1,10 +1,14 @@
 // Expressions: the kinds of nodes, and ranges.
 #include "lower/expressions.h"
 
+#include <string.h>
+
 #include "lexer/brackets.h"
 #include "lower/anonymous.h"
 #include "lower/calls.h"
 #include "lower/end_positions.h"
+#include "lower/host_conditions.h"
+#include "lower/keyword_calls.h"
 #include "lower/lines.h"
 #include "lower/references.h"
 #include "translate/ranges.h"
@@ -13,6 +17,8 @@ const Node *without_parens(const Node *node) {
     while (node->kind == NODE_PARENS) node = node->first_child;
     return node;
 }
+
+static mExpr *lower_text_range(const Node *node);
 
 static Operand lower_parens(const Node *node) {
     int32_t outer = open_bracket(IN_PARENTHESES);
@@ -33,7 +39,8 @@ Operand lower_operand(const Node *node) {
         case NODE_PARENS: return lower_parens(node);
         case NODE_PREFIX: return lower_prefix(node);
         case NODE_CHAIN: return lower_chain(node);
-        case NODE_RANGE: return atom(lower_range(node));
+        case NODE_RANGE:
+            return atom(is_text_range(node) ? lower_text_range(node) : lower_range(node));
         case NODE_MATRIX: return lower_matrix(node);
         case NODE_CELL: return atom(lower_cell(node));
         case NODE_HANDLE: return atom(lower_handle(node));
@@ -43,6 +50,24 @@ Operand lower_operand(const Node *node) {
 }
 
 mExpr *lower_expression(const Node *node) { return lower_operand(node).expr; }
+
+bool is_text_range(const Node *node) {
+    const Node *start = without_parens(node->first_child);
+    const Node *stop = without_parens(second_child(node));
+    bool are_texts = start->kind == NODE_STRING && stop->kind == NODE_STRING;
+    return are_texts && strlen(start->text) == 1 && strlen(stop->text) == 1;
+}
+
+static const char *code_of(const Node *character) {
+    return number_text(static_cast<unsigned char>(*without_parens(character)->text));
+}
+
+// From one character to another the values are characters, too.
+static mExpr *lower_text_range(const Node *node) {
+    const char *codes = form_text("Vector[row]([seq(%s..%s)])",
+                                  {code_of(node->first_child), code_of(second_child(node))});
+    return new_keyword_call("char", {codes});
+}
 
 mExpr *lower_range(const Node *node) {
     const Node *second = second_child(node);

@@ -25,5 +25,7 @@ const char *string_text(const char *characters);
 /* [ ] and { }. */
 Operand lower_matrix(const Node *node);
 mExpr *lower_cell(const Node *node);
-/* A RANGE as a value; its parts are in the record. */
+/* A RANGE of numbers as a value; its parts are in the record. */
 mExpr *lower_range(const Node *node);
+/* Whether it runs from one character to another. */
+bool is_text_range(const Node *node);

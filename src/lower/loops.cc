@@ -15,7 +15,7 @@ namespace {
 const Node *counted_range(const Node *node) {
     for (;;) {
         node = without_parens(node);
-        if (node->kind == NODE_RANGE) return node;
+        if (node->kind == NODE_RANGE) return is_text_range(node) ? nullptr : node;
         const Node *row = node->kind == NODE_MATRIX ? node->first_child : nullptr;
         if (!row || row->next || row->first_child->next) return nullptr;
         node = row->first_child;

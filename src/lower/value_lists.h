@@ -4,6 +4,15 @@
 #include "lower/operands.h"
 #include "syntax/tree.h"
 
+/* The selectors that make a list of a reference. */
+struct ListEnd {
+    const Node *index; /* in parentheses, in front of a field; null: the whole array */
+    const Node *last;  /* the last one: a field or braces, where it is a list */
+};
+ListEnd list_end(const Node *reference);
+/* Notes that a list of fields is read as one. */
+void note_fields(const Node *node);
+
 /* Whether the node is such a list. Alone in brackets the fields of a whole array, [s.f], and what
  * an index of unknown size selects, [c{k}], count too. */
 bool is_value_list(const Node *node, bool is_alone);

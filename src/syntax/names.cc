@@ -120,14 +120,22 @@ void walk_assignment(NameWalk *walk, Node *assignment) {
     set_target(walk, target, is_plain ? target->next : nullptr);
 }
 
+// How many values a call of a variable is asked for.
+void note_results(const Node *value, int32_t targets) {
+    const Node *base = value->kind == NODE_REFERENCE ? value->first_child : value;
+    if (base->kind == NODE_NAME && base->symbol->results < targets) base->symbol->results = targets;
+}
+
 void walk_multi_assignment(NameWalk *walk, Node *assignment) {
     Node *targets = assignment->first_child;
     Node *first = targets->first_child;
     for (Node *target = first; target; target = target->next) name_target(walk, target);
     walk_node(walk, targets->next);
     if (first && !first->next) return set_target(walk, first, targets->next);
-    for (Node *target = first; target; target = target->next)
+    int32_t count = 0;
+    for (Node *target = first; target; target = target->next, count++)
         set_result(walk, target, targets->next);
+    note_results(targets->next, count);
 }
 
 void walk_block(NameWalk *walk, Node *block) {

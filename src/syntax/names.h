@@ -29,8 +29,8 @@ enum SymbolFlag : uint32_t {
                                     or with braces, a field, a colon or end behind it */
     SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
     SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
-    SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, or that
-                                        sets a field of a computed name */
+    SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, sets a
+                                        field of a computed name, or fills a cell */
     SYMBOL_IN_QUESTION = 1 << 17     /* its values are being looked at (values.cc) */
 };
 
@@ -48,6 +48,7 @@ struct Symbol {
     uint32_t last_read;    /* moment of the last reading outside of loops over it */
     uint32_t mark;         /* number of the anonymous function that captured it last */
     LoopUse *loops;        /* loops over it; null for none */
+    int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
 };
 

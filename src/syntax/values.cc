@@ -36,7 +36,8 @@ void note_element(Symbol *symbol, const Node *target) {
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
     if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
-    if (!(symbol->flags & USED) && reads_base(selector)) symbol->flags |= SYMBOL_STARTS_EMPTY;
+    bool needs_start = selector->kind == NODE_BRACES || reads_base(selector);
+    if (!(symbol->flags & USED) && needs_start) symbol->flags |= SYMBOL_STARTS_EMPTY;
 }
 
 namespace {
@@ -289,9 +290,14 @@ bool is_several_name(const Node *name, int depth) {
     return true;
 }
 
+// Functions whose results, as an index, are masks.
+const char *const MASKS[] = {"cellfun", "arrayfun", "ismember", "strcmp",   "strcmpi", "strncmp",
+                             "isnan",   "isinf",    "isfinite", "strncmpi", nullptr};
+
 bool is_several_call(const Node *node) {
     Call call = call_of(node);
     if (!call.name) return false;
+    if (is_one_of(call.name, MASKS)) return true;
     return strcmp(call.name, "find") == 0 && count_of(call.arguments) == 1;
 }
 
