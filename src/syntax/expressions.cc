@@ -220,7 +220,8 @@ Node *take_end() {
 }
 
 void expect_closing(TokenKind closer, const char *text, uint32_t opener) {
-    if (Current.kind == TOKEN_ASSIGN) syntax_error(ASSIGNMENT_AS_VALUE, Current.start, Current.end);
+    bool assigns = Current.kind == TOKEN_ASSIGN && !Parsing.may_be_target;
+    if (assigns) syntax_error(ASSIGNMENT_AS_VALUE, Current.start, Current.end);
     if (Current.kind != closer) return unclosed_bracket(text, opener);
     advance();
 }
@@ -231,6 +232,7 @@ Node *parse_parentheses() {
     if (!Failed) advance();
     node->first_child = parse_expression();
     leave_level();
+    if (Current.kind == TOKEN_ASSIGN) syntax_error(ASSIGNMENT_AS_VALUE, Current.start, Current.end);
     expect_closing(TOKEN_CLOSE_PAREN, ")", node->offset);
     return finish(node);
 }

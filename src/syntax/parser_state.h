@@ -32,6 +32,7 @@ struct ParserState {
     int32_t target_depth; /* depth at which a lone ~ may be a target, or -1 */
     uint32_t lone_tilde;  /* offset of such a ~, or NO_TILDE */
     FunctionEnds ends;
+    bool may_be_target; /* the statement has only begun: = may follow what is read */
     bool is_script;     /* a statement stands in front of all functions */
     bool at_body_start; /* no statement of the function's body has been read */
     FunctionFrame *function;

@@ -228,7 +228,10 @@ const char *skip_lines(const char *at) {
 bool scan_line_end(const char *at) {
     const char *next = skip_lines(at);
     Scan.at = next;
-    if (Scan.context == IN_PARENTHESES || Scan.context == IN_PARAMETERS) return false;
+    if (Scan.context == IN_PARENTHESES || Scan.context == IN_PARAMETERS) {
+        Scan.line_flags |= BEHIND_LINE_END;
+        return false;
+    }
     make_token(Scan.depth == 0 ? TOKEN_NEWLINE : TOKEN_ROW_END, at);
     Scan.at = next;
     return true;

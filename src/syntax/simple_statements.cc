@@ -143,7 +143,9 @@ Node *parse_first_expression() {
     bool may_be_targets = Current.kind == TOKEN_OPEN_BRACKET;
     Parsing.lone_tilde = NO_TILDE;
     Parsing.target_depth = may_be_targets ? Parsing.depth + 1 : -1;
+    Parsing.may_be_target = true;
     Node *node = parse_expression();
+    Parsing.may_be_target = false;
     Parsing.target_depth = -1;
     return node;
 }

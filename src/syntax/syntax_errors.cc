@@ -40,9 +40,7 @@ bool is_at_line_end(TokenKind kind) {
 }
 
 // What stands behind a line end within parentheses shows that the line should have ended them.
-bool is_behind_line_end() {
-    return (Current.flags & FIRST_ON_LINE) && Previous.end > 0 && Current.kind != TOKEN_BAD;
-}
+bool is_behind_line_end() { return (Current.flags & BEHIND_LINE_END) && Current.kind != TOKEN_BAD; }
 
 // What stands directly behind a closing quote is mostly text that the quote should not close.
 bool is_behind_quote() {
@@ -146,6 +144,7 @@ void unexpected_token(const char *expected) {
 
 // What a value is missing behind. Two signs look like a ++ that is used as a value.
 static const char *value_behind(const char *start, const char *end) {
+    if (start == end) return "a value";
     bool is_sign = end - start == 1 && (*start == '+' || *start == '-');
     bool is_double = is_sign && start > Scan.text && start[-1] == *start;
     const char *shown = describe_bytes(is_double ? start - 1 : start, end);
