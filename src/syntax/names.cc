@@ -94,11 +94,21 @@ void name_target(NameWalk *walk, Node *target) {
     if (base != target) walk_nodes(walk, base->next);
 }
 
+// A field that is set before anything is read makes a struct of a parameter that is not given.
+void note_field(const Node *base) {
+    constexpr uint32_t USED = SYMBOL_READ | SYMBOL_ASSIGNED | SYMBOL_CHANGED;
+    Symbol *symbol = base->symbol;
+    bool is_field = base->next->kind == NODE_FIELD || base->next->kind == NODE_DYNAMIC_FIELD;
+    if (symbol->position > 0 && is_field && !(symbol->flags & USED))
+        symbol->flags |= SYMBOL_MAY_BE_MISSING;
+}
+
 void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (target->kind == NODE_NAME) return set_name(walk, target, value);
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;
     if (base->kind != NODE_NAME) return;
+    note_field(base);
     note_element(mention(walk, base), target);
     change_name(walk, base);
 }

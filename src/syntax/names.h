@@ -21,7 +21,8 @@ enum SymbolFlag : uint32_t {
     SYMBOL_OTHER_VALUE = 1 << 6,    /* a whole assignment has another value than an @ expression */
     SYMBOL_SHARED = 1 << 7,         /* a nested function uses it too */
     SYMBOL_READ = 1 << 8,
-    SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter that exist is asked for, or with a default */
+    SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter that exist is asked for, that has a default, or
+                                       whose field is set before anything of it is read */
     SYMBOL_IN_SCRIPT = 1 << 10,     /* a called script uses it too */
     SYMBOL_CALLED = 1 << 11,        /* a handle or a command names the function of that name */
     SYMBOL_OPTIONS = 1 << 12,       /* a parameter that collects arguments Name=value */
