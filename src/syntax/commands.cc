@@ -86,13 +86,15 @@ const char *bracket_end(const char *at) {
 }
 
 // The end of the word at a byte; null when a quote in it is not closed. Brackets group, as quotes
-// do.
-const char *word_end(const char *at) {
+// do, up to one that nothing on the line closes.
+const char *word_end(const char *at, bool *brackets_group) {
     while (!ends_word(at)) {
         const char *start = at;
         bool is_quote = *at == '\'' || *at == '"';
-        at = is_quote ? quoted_end(at) : class_of(*at) == BYTE_OPEN ? bracket_end(at) : at + 1;
+        bool groups = *brackets_group && class_of(*at) == BYTE_OPEN;
+        at = is_quote ? quoted_end(at) : groups ? bracket_end(at) : at + 1;
         if (!at) return refuse_quote(start);
+        if (groups && at == start + 1) *brackets_group = false;
     }
     return at;
 }
@@ -116,8 +118,8 @@ const char *word_text(const char *at, const char *end) {
     return text;
 }
 
-Node *take_word(const char *at) {
-    const char *end = word_end(at);
+Node *take_word(const char *at, bool *brackets_group) {
+    const char *end = word_end(at, brackets_group);
     if (!end) return nullptr;
     Scan.at = end;
     Current.end = offset_of(end);
@@ -126,12 +128,13 @@ Node *take_word(const char *at) {
 
 // The words up to the statement's end. A # is a comment only in front of a word.
 void take_words(NodeList *words) {
+    bool brackets_group = true;
     for (;;) {
         const char *at = skip_blanks(Scan.at);
         while (is_continuation(at)) at = skip_blanks(skip_continuation(at));
         Scan.at = at;
         if (ends_word(at) || *at == '#') break;
-        Node *word = take_word(at);
+        Node *word = take_word(at, &brackets_group);
         if (!word) return;
         append(words, word);
     }

@@ -37,6 +37,7 @@ const char *found_instead(const Node *body) {
 }
 
 void note_unclosed(const OpenBlock *block, const Node *body) {
+    if (is_silent()) return;
     const char *keyword = keyword_at(block->offset);
     const char *expected = block->opener == TOKEN_UNTIL ? "until" : "end";
     uint32_t end = block->offset + static_cast<uint32_t>(strlen(keyword));

@@ -121,9 +121,18 @@ void blame_line_before(const char *line) {
     move_error_to_line_end(offset_of(end), closer_of(Scan.text[opener]), opener);
 }
 
+// Whether the source from the line to the failed token can be read again: all in all not more than
+// the source is long, and some lines of a short one.
+bool may_read_again(const char *line) {
+    uint32_t bytes = FailedToken.start - offset_of(line);
+    if (Parsing.read_again + bytes > offset_of(Scan.end) + 10000) return false;
+    Parsing.read_again += bytes;
+    return true;
+}
+
 bool go_on_at_earlier_line() {
     const char *line = find_earlier_line();
-    if (!line) return false;
+    if (!line || !may_read_again(line)) return false;
     blame_line_before(line);
     drop_comments(offset_of(line));
     Previous.end = offset_of(line);

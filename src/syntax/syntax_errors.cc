@@ -123,9 +123,11 @@ void begin_errors(Source *source) {
     Failed = Skipping = false;
 }
 
+bool is_silent() { return Skipping || NotedCount == MOST_ERRORS; }
+
 void note_error(MessageId id, uint32_t start, uint32_t end,
                 std::initializer_list<const char *> operands) {
-    if (Skipping || NotedCount == MOST_ERRORS) return;
+    if (is_silent()) return;
     Noted[NotedCount++] = {id, start, end, message_text(id, operands)};
 }
 

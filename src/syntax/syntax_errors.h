@@ -27,6 +27,8 @@ void begin_errors(Source *source);
  * failed already. The operands are kept texts or constants. */
 void syntax_error(MessageId id, uint32_t start, uint32_t end,
                   std::initializer_list<const char *> operands = {});
+/* Whether no more errors are noted: there are MOST_ERRORS, or tokens are skipped. */
+bool is_silent();
 /* Notes an error and goes on. */
 void note_error(MessageId id, uint32_t start, uint32_t end,
                 std::initializer_list<const char *> operands = {});
