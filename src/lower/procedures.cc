@@ -182,6 +182,11 @@ const Node *comments_above(const Node *first, const Node *function) {
     return above;
 }
 
+void begin_procedures() {
+    Lowering = {};
+    BeforeProcedure = nullptr;
+}
+
 void lower_function(const FileFunction *function, const Node *comments, Lines *lines) {
     const Node *node = function->node;
     settle_function(function->node, find_script);

@@ -5,6 +5,8 @@
 #include "lower/lines.h"
 #include "lower/preludes.h"
 
+/* Start of a run: nothing is being lowered. */
+void begin_procedures();
 /* Lowers a function of the current file into lines: the comments above it, from the node comments
  * on (the function for none), its procedure, and an empty line. */
 void lower_function(const FileFunction *function, const Node *comments, Lines *lines);

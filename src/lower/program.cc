@@ -119,6 +119,7 @@ void begin_program(SourceLanguage language) {
     begin_syntax();
     begin_files(language);
     begin_calls();
+    begin_procedures();
     ScriptCalls = ScriptDepth = 0;
     SwitchVariables = 0;
 }
