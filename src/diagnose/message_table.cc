@@ -202,6 +202,14 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "host's language all procedures of a run share their names.",
      nullptr,
      "Rename the function in the other file."},
+    {SHARED_VARIABLE, "MT311", "shared-variable", SEVERITY_NOTE,
+     "'%s' belongs to the function around this one, which must see the new value",
+     "A nested function and the one around it share the variables that both name. The translation "
+     "declares them in the outer procedure alone. That is right where the host's procedures see the "
+     "variables around them, and assign them.",
+     "function y = f(x)\nn = 0;\nadd(x);\ny = n;\n    function add(k)\n        n = n + k;\n    "
+     "end\nend\n",
+     "Nothing, if the host's procedures do. Otherwise pass the value as an argument, and return it."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere",

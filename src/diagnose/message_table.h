@@ -50,6 +50,7 @@ enum MessageId : uint8_t {
     UNWIND_PROTECT,
     RENAMED_FIELD,
     FOREIGN_FUNCTION,
+    SHARED_VARIABLE,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

@@ -65,6 +65,13 @@ void report_outputs(const Scope *scope, const Node *outputs) {
     }
 }
 
+void report_outer_settings(const Scope *scope) {
+    for (const NodeCell *cell = scope->settings; cell; cell = cell->next) {
+        const Node *name = cell->node;
+        report(SHARED_VARIABLE, CurrentFile->source, name->offset, name->length, {name->text});
+    }
+}
+
 const Node *child_of_kind(const Node *node, NodeKind kind) {
     const Node *child = node->first_child;
     while (child->kind != kind) child = child->next;
@@ -76,7 +83,7 @@ void name_persistent(const Scope *scope, const char *function) {
     const char *stem = CurrentFile->stem;
     const char *file = stem && is_identifier(stem) ? form_text("%s_", {stem}) : "";
     for (const SymbolCell *cell = scope->globals; cell; cell = cell->next)
-        if (cell->symbol->flags & SYMBOL_PERSISTENT)
+        if ((cell->symbol->flags & SYMBOL_PERSISTENT) && cell->symbol->scope == scope)
             cell->symbol->written =
                 claim_name(form_text("qxrp_%s%s_%s", {file, function, cell->symbol->name}));
 }
@@ -125,6 +132,7 @@ void add_procedure(Lines *lines, int level, const Node *function, const char *na
     const Scope *scope = scope_of(function);
     const Node *outputs = function->first_child;
     report_outputs(scope, outputs);
+    report_outer_settings(scope);
     PackageFlags outer_flags = begin_packages();
     Lines body = {};
     LoweringContext outer = begin_lowering(scope, &body, level + 1);

@@ -23,6 +23,8 @@ struct NameWalk {
     ScriptFinder find_script;
 };
 
+/* Puts a node behind those of a list. */
+void append_cell(NodeCell **first, NodeCell **last, Node *node);
 /* A new scope inside outer (null for none); all else empty. */
 Scope *new_scope(Scope *outer, Node *owner);
 /* The function's scope with its outputs and parameters, which become variables of their own. */
@@ -36,6 +38,8 @@ Symbol *mention(NameWalk *walk, Node *name);
 void read_name(NameWalk *walk, Node *name);
 /* The variable is set to the value of an expression; null for a value that is none. */
 void set_name(NameWalk *walk, Node *name, const Node *value);
+/* The variable, which the name has, is set: noted when it belongs to a function around. */
+void note_outer_setting(NameWalk *walk, Node *name);
 /* An element or a field of the variable is set. */
 void change_name(NameWalk *walk, Node *name);
 /* A global or persistent declaration. */

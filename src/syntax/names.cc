@@ -21,13 +21,6 @@ void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
     for (; first != end; first = first->next) walk_node(walk, first);
 }
 
-void append_cell(NodeCell **first, NodeCell **last, Node *node) {
-    NodeCell *cell = AllocRecord<NodeCell>();
-    *cell = {node, nullptr};
-    (*last ? (*last)->next : *first) = cell;
-    *last = cell;
-}
-
 void note_bare_name(NameWalk *walk, Node *name) {
     BareName *bare = AllocRecord<BareName>();
     *bare = {name, nullptr};
@@ -162,6 +155,7 @@ void walk_for(NameWalk *walk, Node *loop) {
     bool is_name = target->kind == NODE_NAME;
     if (is_name) {
         target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        note_outer_setting(walk, target);
         note_value(target->symbol, VALUE_LOOP, target->next);
     }
     OpenLoop open;

@@ -32,7 +32,8 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
     SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, sets a
                                         field of a computed name, or fills a cell */
-    SYMBOL_IN_QUESTION = 1 << 17     /* its values are being looked at (values.cc) */
+    SYMBOL_IN_QUESTION = 1 << 17,    /* its values are being looked at (values.cc) */
+    SYMBOL_SET_INSIDE = 1 << 18      /* a nested function sets it */
 };
 
 /* A name in the functions that share it. */
@@ -82,6 +83,8 @@ struct Scope {
     Symbol *last_symbol;
     SymbolCell *globals; /* global and persistent names declared here, in source order */
     SymbolCell *last_global;
+    NodeCell *settings; /* of a nested function: NAME, where it first sets a variable around it */
+    NodeCell *last_setting;
     NodeCell *nested; /* nested functions: FUNCTION, in source order */
     NodeCell *last_nested;
     Node *creator;     /* first statement that may create variables at run time, or null */

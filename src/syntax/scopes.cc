@@ -108,7 +108,27 @@ void append_global(Scope *scope, Symbol *symbol) {
     scope->last_global = cell;
 }
 
+// Once for each function, unless it has been captured since.
+void add_global(Scope *scope, Symbol *symbol) {
+    if (symbol->mark == scope->number) return;
+    symbol->mark = scope->number;
+    append_global(scope, symbol);
+}
+
+// What is global around a nested function is declared in it too.
+void note_sharing(Scope *nested, Symbol *symbol) {
+    symbol->flags |= SYMBOL_SHARED;
+    if (symbol->flags & (SYMBOL_GLOBAL | SYMBOL_PERSISTENT)) add_global(nested, symbol);
+}
+
 }  // namespace
+
+void append_cell(NodeCell **first, NodeCell **last, Node *node) {
+    NodeCell *cell = AllocRecord<NodeCell>();
+    *cell = {node, nullptr};
+    (*last ? (*last)->next : *first) = cell;
+    *last = cell;
+}
 
 Scope *new_scope(Scope *outer, Node *owner) {
     Scope *scope = AllocRecord<Scope>();
@@ -136,7 +156,7 @@ Symbol *mention(NameWalk *walk, Node *name) {
     name->symbol = symbol;
     const Scope *owner = symbol->scope;
     if (owner != walk->scope && is_anonymous(walk->scope)) capture(walk->scope, symbol);
-    if (owner != walk->function && !is_anonymous(owner)) symbol->flags |= SYMBOL_SHARED;
+    if (owner != walk->function && !is_anonymous(owner)) note_sharing(walk->function, symbol);
     if (walk->in_script) symbol->flags |= SYMBOL_IN_SCRIPT;
     return symbol;
 }
@@ -153,8 +173,18 @@ static bool is_function_expression(const Node *value) {
     return value && (value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS);
 }
 
+void note_outer_setting(NameWalk *walk, Node *name) {
+    constexpr uint32_t KNOWN = SYMBOL_SET_INSIDE | SYMBOL_GLOBAL | SYMBOL_PERSISTENT;
+    Symbol *symbol = name->symbol;
+    Scope *scope = walk->function;
+    if (symbol->scope == scope || (symbol->flags & KNOWN)) return;
+    symbol->flags |= SYMBOL_SET_INSIDE;
+    append_cell(&scope->settings, &scope->last_setting, name);
+}
+
 void set_name(NameWalk *walk, Node *name, const Node *value) {
     Symbol *symbol = mention(walk, name);
+    note_outer_setting(walk, name);
     symbol->flags |= SYMBOL_ASSIGNED;
     if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
     note_value(symbol, value ? VALUE_WHOLE : VALUE_UNKNOWN, value);
@@ -163,17 +193,15 @@ void set_name(NameWalk *walk, Node *name, const Node *value) {
 
 void change_name(NameWalk *walk, Node *name) {
     Symbol *symbol = mention(walk, name);
+    note_outer_setting(walk, name);
     symbol->flags |= SYMBOL_CHANGED;
     note_change(&walk->loops, symbol);
 }
 
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag) {
     Symbol *symbol = mention(walk, name);
-    Scope *scope = walk->function;
     symbol->flags |= flag;
-    if (symbol->mark == scope->number) return;
-    symbol->mark = scope->number;
-    append_global(scope, symbol);
+    add_global(walk->function, symbol);
 }
 
 void pass_captures(NameWalk *walk, Scope *anonymous) {
