@@ -6,17 +6,28 @@
 namespace bench {
 namespace {
 
-// The values: the two arguments are told apart by their addresses, all else is one sequence.
+// The values: texts are told apart by their addresses, all else is one sequence.
 constexpr size_t LONGEST_SEQUENCE = 1 << 16;
 HostValue Mode[1];
 HostValue Source[1];
-HostValue Arguments[3];
+HostValue LanguageName[] = {HostValue{HOST_TYPE_NAME} << HOST_TYPE_SHIFT};
+HostValue Language[1];
+HostValue LanguageOption[] = {HostValue{HOST_TYPE_EQUATION} << HOST_TYPE_SHIFT, 0, 0};
+HostValue Arguments[4];
 HostValue Scratch[LONGEST_SEQUENCE];
 const char *ModeText;
 const char *SourceText_;
+const char *LanguageText;
+int ArgumentCount;
 size_t ResultLength;
 
 HostValue address_of(HostValue *object) { return reinterpret_cast<HostValue>(object); }
+
+const char *text_of(HostValue value) {
+    if (value == address_of(Mode)) return ModeText;
+    if (value == address_of(Source)) return SourceText_;
+    return value == address_of(Language) ? LanguageText : "Language";
+}
 
 [[noreturn]] HostValue raise_error(const char *message, HostValue) {
     throw std::runtime_error(message);
@@ -39,8 +50,8 @@ const HostKernelTable Kernel = {
     .IsString = [](HostValue) { return 1; },
     .ListElement = [](HostValue, int) -> HostValue { return 0; },
     .ToBoolean = [](HostValue) { return 1; },
-    .ToText = [](HostValue value) { return value == address_of(Mode) ? ModeText : SourceText_; },
-    .ElementCount = [](HostValue) { return 2; },
+    .ToText = text_of,
+    .ElementCount = [](HostValue) { return ArgumentCount; },
     .NewSequence = new_sequence,
     .ToHostString = to_host_string,
     .IsList = [](HostValue) { return 0; },
@@ -53,6 +64,11 @@ size_t SilentHost::translate(const std::string &mode, const std::string &source)
     SourceText_ = source.c_str();
     Arguments[1] = address_of(Mode);
     Arguments[2] = address_of(Source);
+    LanguageText = language_;
+    LanguageOption[1] = address_of(LanguageName);
+    LanguageOption[2] = address_of(Language);
+    Arguments[3] = address_of(LanguageOption);
+    ArgumentCount = language_ ? 3 : 2;
     mTranslate(&Kernel, address_of(Arguments));
     return ResultLength;
 }

@@ -14,6 +14,7 @@
 #include "lower/preludes.h"
 #include "lower/text_list.h"
 #include "lower/value_lists.h"
+#include "lower/word_functions.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/host_queries.h"
@@ -40,6 +41,7 @@ const char *member_text(const char *name) {
 const char *handle_text(const Node *node) {
     if (const char *own = own_function(node)) return own;
     if (const char *answer = translate_name(node->text)) return KeepText(answer, strlen(answer));
+    if (const char *function = word_function(node->text)) return function;
     const char *written = called_function(node);
     return strchr(written, '.') ? member_text(written) : written;
 }

@@ -6,9 +6,11 @@
 #include "lower/called_functions.h"
 #include "lower/end_positions.h"
 #include "lower/exist.h"
+#include "lower/field_literals.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/operands.h"
+#include "lower/word_functions.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/calls.h"
@@ -61,6 +63,8 @@ const char *unanswered_name(const Node *name) {
 // answer: the host's name of it, or null.
 mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments) {
     if (mExpr *call = ask_call(answer ? answer : name->text, arguments)) return call;
+    mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
+    if (operators) return operators;
     const char *written = answer ? answer : unanswered_name(name);
     return new_index_node(written, FUNCTION_INDEX, arguments);
 }
@@ -74,6 +78,7 @@ mExpr *lower_outside_call(const Node *name, const Node *arguments) {
     const char *answer = ask_name(name->text);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
+    rename_fields(name->text, arguments, &values);
     mExpr *call = is_index ? finish_index(name, answer, values.first)
                            : finish_call(name, answer, values.first);
     free_vExpr(values.first);
