@@ -116,7 +116,9 @@ void note_unknown(const Node *place, const char *written) {
         return;
     }
     reserve_name(written);
-    if (!AddTranslator || enter_name(&Unknown, place->text, &Unknown)) return;
+    // a statement that is given up calls nothing
+    if (!AddTranslator || Lowering.gap != MESSAGE_COUNT) return;
+    if (enter_name(&Unknown, place->text, &Unknown)) return;
     report_unknown(place);
 }
 
@@ -150,6 +152,14 @@ const char *called_function(const Node *name) {
         queue_file(callee->file);
     }
     return callee->written;
+}
+
+void report_loading(const Node *statement) {
+    const Node *name = statement->first_child;
+    if (name->kind == NODE_REFERENCE) name = name->first_child;
+    if (name->kind != NODE_NAME || strcmp(name->text, "load") != 0) return;
+    if (!is_variable(name->symbol))
+        report(LOAD_VARIABLES, CurrentFile->source, name->offset, name->length, {name->text});
 }
 
 Node *find_script(const Node *name) {

@@ -15,6 +15,8 @@ const char *own_function(const Node *name);
 /* The host name of any other function that the host has no answer for. Its file enters the queue; a
  * name that is found nowhere is reported, once a run. name: NAME or HANDLE. */
 const char *called_function(const Node *name);
+/* Reports a statement, an EXPRESSION or COMMAND, that makes variables of what a file holds. */
+void report_loading(const Node *statement);
 /* The FILE of the script that a bare name calls, or null (a ScriptFinder). */
 Node *find_script(const Node *name);
 /* The file of that script; its functions enter the queue. */

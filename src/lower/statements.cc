@@ -2,6 +2,7 @@
 #include "lower/statements.h"
 
 #include "lower/assignments.h"
+#include "lower/called_functions.h"
 #include "lower/calls.h"
 #include "lower/comments.h"
 #include "lower/context.h"
@@ -27,7 +28,13 @@ void put_script(const Node *name) {
 void put_expression(const Node *node) {
     const Node *expression = node->first_child;
     if (is_script(expression)) return put_script(expression);
+    report_loading(node);
     put_line("%s;", {lower_expression(expression)->text});
+}
+
+void put_command(const Node *node) {
+    report_loading(node);
+    put_line("%s;", {lower_command(node)->text});
 }
 
 void put_system(const Node *node) {
@@ -59,7 +66,7 @@ void put_statement(const Node *node) {
         case NODE_EXPRESSION: return put_expression(node);
         case NODE_ASSIGN: return put_assignment(node);
         case NODE_MULTI_ASSIGN: return put_multi_assignment(node);
-        case NODE_COMMAND: return put_line("%s;", {lower_command(node)->text});
+        case NODE_COMMAND: return put_command(node);
         case NODE_SYSTEM: return put_system(node);
         case NODE_IF: return put_if(node);
         case NODE_FOR: return put_for(node);
