@@ -108,8 +108,10 @@ void translate_script(SourceFile *file) {
     write_script(&used, &lines);
 }
 
-bool may_call_script(SourceFile *file) {
-    return !file->is_open && ScriptDepth < DEEPEST_SCRIPT && ScriptCalls < MOST_SCRIPT_CALLS;
+const char *script_refusal(const SourceFile *file) {
+    if (file->is_open) return "it calls itself";
+    if (ScriptDepth == DEEPEST_SCRIPT) return "more than 20 scripts call each other";
+    return ScriptCalls == MOST_SCRIPT_CALLS ? "10000 scripts have been put already" : nullptr;
 }
 
 }  // namespace
@@ -133,9 +135,9 @@ void lower_program(const char *path, const char *text, uint32_t length) {
     write_called_files();
 }
 
-bool lower_script_call(const Node *name) {
+const char *lower_script_call(const Node *name) {
     SourceFile *file = file_of_script(name);
-    if (!may_call_script(file)) return false;
+    if (const char *refusal = script_refusal(file)) return refusal;
     SourceFile *outer = CurrentFile;
     CurrentFile = file;
     file->is_open = true;
@@ -145,7 +147,7 @@ bool lower_script_call(const Node *name) {
     ScriptDepth--;
     file->is_open = false;
     CurrentFile = outer;
-    return true;
+    return nullptr;
 }
 
 bool is_in_called_script() { return ScriptDepth > 0; }

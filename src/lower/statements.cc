@@ -21,8 +21,8 @@ bool is_script(const Node *expression) {
 }
 
 void put_script(const Node *name) {
-    if (lower_script_call(name)) return;
-    report_gap(SCRIPT_CALL_GAP, name, {name->text, "scripts call each other without an end"});
+    const char *refusal = lower_script_call(name);
+    if (refusal) report_gap(SCRIPT_CALL_GAP, name, {name->text, refusal});
 }
 
 void put_expression(const Node *node) {
