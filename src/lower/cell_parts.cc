@@ -72,10 +72,10 @@ bool is_cell_part(const Node *reference) {
     const Node *arguments = base->next;
     if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS || arguments->next)
         return false;
-    if (!arguments->first_child || !may_hold_cell(base->symbol)) return false;
+    if (!arguments->first_child || !holds_cell(base->symbol)) return false;
     int several = count_several(arguments);
     bool is_unknown = several < 0 && !arguments->first_child->next;
-    return several == 0 || (is_unknown && surely_holds_cell(base->symbol));
+    return several == 0 || is_unknown;
 }
 
 mExpr *lower_cell_part(const Node *reference) {

@@ -5,7 +5,7 @@
 #include "lower/operands.h"
 #include "syntax/tree.h"
 
-/* Whether the reference is an index in parentheses, and nothing more, of a variable that may hold a
+/* Whether the reference is an index in parentheses, and nothing more, of a variable that holds a
  * cell, where that makes a difference. */
 bool is_cell_part(const Node *reference);
 /* The part, a cell. */

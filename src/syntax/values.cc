@@ -342,25 +342,34 @@ bool is_cell(const Node *node, int depth) {
     return base->symbol->values != nullptr;
 }
 
-bool is_nothing(const Node *node) { return node->kind == NODE_MATRIX && !node->first_child; }
+const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel",    "length",
+                                    "size",       "find", "sum",  "max", "min",      "cell2mat",
+                                    "str2double", "abs",  "mod",  "rem", "linspace", nullptr};
+
+bool is_array(const Node *node) {
+    node = inside(node);
+    switch (node->kind) {
+        case NODE_MATRIX: return node->first_child && !is_cell(node, 0);
+        case NODE_NUMBER:
+        case NODE_STRING:
+        case NODE_RANGE:
+        case NODE_CHAIN:
+        case NODE_PREFIX:
+        case NODE_HANDLE:
+        case NODE_ANONYMOUS: return true;
+        default: break;
+    }
+    Call call = call_of(node);
+    return call.name && is_one_of(call.name, ARRAY_MAKERS);
+}
 
 }  // namespace
 
-bool may_hold_cell(const Symbol *symbol) {
-    if (symbol->flags & SYMBOL_HAS_BRACES) return true;
-    for (const AssignedValue *value = symbol->values; value; value = value->next)
-        if (value->kind == VALUE_WHOLE && is_cell(value->node, 0)) return true;
-    return false;
-}
-
-bool surely_holds_cell(const Symbol *symbol) {
-    bool has_braces = symbol->flags & SYMBOL_HAS_BRACES;
-    if (strcmp(symbol->name, "varargin") == 0) return true;
-    if (!symbol->values) return has_braces;
+bool holds_cell(const Symbol *symbol) {
+    bool is_seen = symbol->flags & SYMBOL_HAS_BRACES;
     for (const AssignedValue *value = symbol->values; value; value = value->next) {
-        bool is_plain = value->kind == VALUE_WHOLE;
-        if (is_plain && is_nothing(value->node) && has_braces) continue;
-        if (!is_plain || !is_cell(value->node, 0)) return false;
+        if (value->kind == VALUE_LOOP || (value->node && is_array(value->node))) return false;
+        if (value->kind == VALUE_WHOLE && is_cell(value->node, 0)) is_seen = true;
     }
-    return true;
+    return is_seen;
 }

@@ -31,7 +31,6 @@ bool is_surely_single(const Node *expression);
  * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
 bool is_surely_several(const Node *expression);
 
-/* Whether braces are used behind the variable, or a cell is assigned to it. */
-bool may_hold_cell(const Symbol *symbol);
-/* Whether cells are all that is assigned to it. */
-bool surely_holds_cell(const Symbol *symbol);
+/* Whether the variable holds a cell: braces are used behind it or a cell is assigned to it, and
+ * nothing that is surely none. */
+bool holds_cell(const Symbol *symbol);
