@@ -104,7 +104,8 @@ Node *parse_assignment(Statement *statement, Node *target) {
         value = parse_expression();
     }
     if (Current.kind == TOKEN_ASSIGN) syntax_error(DOUBLE_ASSIGNMENT, Current.start, Current.end);
-    return split_assignments(statement, &targets, value);
+    return Failed ? new_assignment(NODE_ASSIGN, target, value)
+                  : split_assignments(statement, &targets, value);
 }
 
 Node *parse_multi_assignment(Node *matrix) {
