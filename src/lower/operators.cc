@@ -74,12 +74,27 @@ void check_comparison(const Node *chain, const Node *left, const Node *right) {
            {OperatorRows[right->joint].spelling});
 }
 
+// Whether the operator is surely written between its operands.
+bool is_infix_power(const Node *next) {
+    if (next->joint == OPERATOR_DOT_POWER) return true;
+    return next->joint == OPERATOR_POWER && next->kind == NODE_NUMBER;
+}
+
+// A power under another: built with the pair that left_of would put around a copy of it.
+Operand new_inner_power(const Node *next, const Operand *left, const Operand *right) {
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    Operand power = new_binary(next->joint, left, right);
+    close_bracket(outer);
+    return power;
+}
+
 Operand join_next(const Operand *left, const Node *next) {
     if (next->kind == NODE_POSTFIX) {
         return {new_operator1(host_operator(next->joint)->builder, left->expr), HOST_ATOM};
     }
     Operand right = lower_operand(next);
-    return new_binary(next->joint, left, &right);
+    bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
+    return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
 }
 
 }  // namespace

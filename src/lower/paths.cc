@@ -21,11 +21,12 @@ namespace {
 // Room for size more bytes and a NUL; long paths do not copy their beginning at each selector.
 char *reserve(Path *path, size_t size) {
     if (path->room < size) {
-        size_t room = path->room ? path->length + size : size;
+        size_t room = path->is_own ? path->length + size : size;
         char *text = static_cast<char *>(AllocKept(path->length + room + 1));
         memcpy(text, path->text, path->length + 1);
         path->text = text;
         path->room = room;
+        path->is_own = true;
     }
     path->room -= size;
     return const_cast<char *>(path->text) + path->length;
@@ -57,7 +58,7 @@ bool needs_base(const vExpr *arguments) {
 }  // namespace
 
 Path begin_path(const char *text, bool is_call) {
-    return {text, strlen(text), 0, is_call, false, false};
+    return {text, strlen(text), 0, false, is_call, false, false};
 }
 
 void name_path(Path *path) {

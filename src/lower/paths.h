@@ -8,9 +8,9 @@
 struct Path {
     const char *text;
     size_t length;
-    size_t room; /* bytes behind the text that may be written; 0 for a text of somebody else */
-    bool
-        is_call; /* the value of a call or of an expression: it needs a name before it is indexed */
+    size_t room;    /* bytes behind the text that may be written */
+    bool is_own;    /* the text is no one else's */
+    bool is_call;   /* of a call or an expression: it needs a name before it is indexed */
     bool has_index; /* the last selector is an index */
     bool has_field;
 };
