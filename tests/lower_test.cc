@@ -8,12 +8,16 @@ namespace {
 constexpr char VARIABLES[] = "x = f(0); y = f(0); k = 1; c = {}; s.a = 0; h = @(t) t;";
 
 // The translation, gaps included.
-std::string lowered(const std::string &source) {
-    StandInHost host;
+std::string lowered(StandInHost &host, const std::string &source) {
     ValueStore &values = host.values();
     const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
                                  values.equation(values.name("KeepGoing"), values.boolean(true))};
     return translate(host, "command", source, options);
+}
+
+std::string lowered(const std::string &source) {
+    StandInHost host;
+    return lowered(host, source);
 }
 
 // What a statement becomes behind assignments that make variables of the names in it.
@@ -40,6 +44,36 @@ TEST(Lowering, statements) {
 TEST(Lowering, comments_and_layout) {
     for (const Row &row : side_by_side(table("matlab_comments")))
         EXPECT_EQ(lowered(row.source), row.expected) << row.source;
+}
+
+// "TranslateName(f)" as f, "TranslateFunction(f, a)" as f(a).
+std::string asked_for(const std::string &source) {
+    StandInHost host;
+    host.record_calls();
+    lowered(host, source);
+    std::string asked;
+    for (const std::string &call : host.take_calls()) asked += (asked.empty() ? "" : " ") + call;
+    asked = std::regex_replace(asked, std::regex("TranslateName\\((\\w+)\\)"), "$1");
+    return std::regex_replace(asked, std::regex("TranslateFunction\\((\\w+)(, )?"), "$1(");
+}
+
+TEST(Lowering, asks_the_host_in_source_order) {
+    for (const Row &row : short_rows(table("matlab_questions")))
+        EXPECT_EQ(asked_for(row.source), row.expected) << row.source;
+}
+
+TEST(Lowering, takes_what_the_host_answers) {
+    StandInHost host;
+    host.translate_name("pi", "Pi");
+    host.translate_name("x", "x_");
+    for (const char *keyword : {"try", "horzcat", "getfield", "setfield", "setdiff", "eval"})
+        host.translate_function(keyword, std::string("my_") + keyword + "(A)");
+    host.translate_function("max", "ArrayTools:-Max(A)");
+    for (const Row &row : side_by_side(table("matlab_answers")))
+        EXPECT_EQ(lowered(host, row.source), row.expected) << row.source;
+    host.translate_function("try", "attempt(\n    A,\nB);");
+    EXPECT_EQ(lowered(host, "if x, try, f; end, end"),
+              "if ArrayTools[AllNonZero](x_) then\n    attempt(\n        A,\n    B);\nend if;\n");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "diagnose/messages.h"
 #include "lexer/brackets.h"
 #include "lower/expressions.h"
+#include "lower/keyword_calls.h"
 #include "lower/program_files.h"
 #include "lower/short_circuits.h"
 
@@ -97,6 +98,17 @@ Operand join_next(const Operand *left, const Node *next) {
     return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
 }
 
+bool is_string_object(const Node *node) {
+    node = without_parens(node);
+    return node->kind == NODE_STRING && has_flag(node, DOUBLE_QUOTED);
+}
+
+// "n = " + n joins texts, which the host's sum does not.
+Operand join_texts(const Operand *left, const Node *next) {
+    const mExpr *right = lower_expression(next);
+    return {new_keyword_call("plus", {left->expr->text, right->text}), HOST_ATOM};
+}
+
 }  // namespace
 
 Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
@@ -113,9 +125,11 @@ Operand lower_chain(const Node *node) {
     if (needs_short_circuit(node)) return lower_short_circuit(node);
     const Node *last = node->first_child;
     Operand value = lower_operand(last);
+    bool is_text = is_string_object(last);
     for (const Node *next = last->next; next; last = next, next = next->next) {
         check_comparison(node, last, next);
-        value = join_next(&value, next);
+        is_text = next->joint == OPERATOR_PLUS && (is_text || is_string_object(next));
+        value = is_text ? join_texts(&value, next) : join_next(&value, next);
     }
     return value;
 }

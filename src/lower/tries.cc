@@ -51,8 +51,8 @@ void put_try(const Node *node) {
     const Node *block = node->first_child;
     const Node *second = block->next;
     bool has_identifier = has_flag(node, HAS_IDENTIFIER);
-    const char *identifier = has_identifier ? written_name(second->symbol) : "";
     Lines body = lower_at_top(block);
+    const char *identifier = has_identifier ? written_name(second->symbol) : "";
     Lines handler = lower_at_top(has_identifier ? second->next : second);
     const mExpr *answer = ask_keyword("try", {lines_text(&body), lines_text(&handler), identifier});
     if (answer) return put_lines_of(answer->text, "");
