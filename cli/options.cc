@@ -7,6 +7,7 @@
 #include <mtranslate.h>
 
 #include "cli/excerpt.h"
+#include "cli/explain.h"
 
 namespace mtranslate {
 
@@ -24,8 +25,11 @@ FILE (for standard input: in the current directory; for -c: nowhere) and
 translated along with it. The first -I replaces that directory; name it by an
 -I of its own to search it too.
 
-Exit code: 0 translated, 1 the source has an error, 2 wrong usage or a file
-that cannot be read or written.
+What cannot be translated is left as comments in the translation, and a message
+says why; 'mtranslate explain CODE' tells more about it.
+
+Exit code: 0 translated, 1 the source has an error or a gap, 2 wrong usage or a
+file that cannot be read or written.
 
 Example:
   $ mtranslate -c 'x = a*b'
@@ -45,14 +49,38 @@ void add_options(CLI::App &app, Options &options) {
                    "Write the translation to PATH, if it succeeds, instead of standard output")
         ->type_name("PATH");
     app.add_option("--language", options.language,
-                   "Read the sources as LANGUAGE: matlab, octave or classic")
+                   "Read the sources as LANGUAGE: matlab (the default), octave or classic, the "
+                   "small language of hosts that rely on its exact translations")
         ->type_name("LANGUAGE")
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
+    app.add_flag("--strict", options.is_strict,
+                 "Write no translation of a source with an error or a gap");
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls, and translate no called functions");
     app.set_help_flag("-h,--help", "Print this help");
     app.set_version_flag("--version", VERSION, "Print the version");
     app.footer(FOOTER);
+}
+
+/* The arguments of "mtranslate explain". */
+struct Explain {
+    std::string code;
+    bool whole_page = false;
+};
+
+CLI::App *add_explain(CLI::App &app, Explain &explain) {
+    CLI::App *command = app.add_subcommand("explain", "Tell what the code of a message means");
+    command->add_option("CODE", explain.code, "The code or the short name; without it, all codes")
+        ->type_name("");
+    command->add_flag("--page", explain.whole_page, "Write the page of all messages in Markdown");
+    command->set_help_flag("-h,--help", "Print this help");
+    return command;
+}
+
+ExitCode run(const Explain &wanted) {
+    if (!wanted.whole_page) return explain(wanted.code);
+    std::cout << page_of_messages();
+    return ExitCode::Done;
 }
 
 ExitCode refuse(const std::string &message) {
@@ -67,6 +95,8 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     CLI::App app{"Translates MATLAB source to the language of a host computer-algebra system.",
                  "mtranslate"};
     add_options(app, options);
+    Explain wanted;
+    const CLI::App *explains = add_explain(app, wanted);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {
@@ -75,6 +105,7 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     } catch (const CLI::ParseError &error) {
         return refuse(error.what());
     }
+    if (explains->parsed()) return run(wanted);
     if (options.file && options.command) return refuse("FILE and -c exclude each other");
     if (!options.file && !options.command)
         return refuse("nothing to translate: give FILE or -c TEXT");

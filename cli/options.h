@@ -20,7 +20,9 @@ struct Options {
     std::optional<std::string> output;
     bool without_translator = false;
     /* The language of the sources: matlab, octave or classic. */
-    std::string language = "classic";
+    std::string language = "matlab";
+    /* Whether a source with an error or a gap gets no translation at all. */
+    bool is_strict = false;
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

@@ -2,12 +2,10 @@
  * library: at its record of an error, and at the files that it opens. */
 #include "cli/translation.h"
 
-#include <sstream>
 #include <vector>
 
-#include "cli/excerpt.h"
+#include "cli/messages.h"
 #include "cli/source_error.h"
-#include "diagnose/messages.h"
 #include "host/stand_in_host.h"
 #include "lexer/source_files.h"
 #include "run/last_error.h"
@@ -36,20 +34,16 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
     return options;
 }
 
-/* What the library says about the sources of the run that is going on. */
-Translation *translation_under_way;
+/* What is noted of the run that is going on. */
+MessageCollection *messages_noted;
 const Source *source_under_way;
 
-void note_message(const Message *message) {
-    const bool is_own = !message->file || message->file == source_under_way->argument;
-    const MessageRow &row = MessageTable[message->id];
-    std::ostringstream line;
-    line << (is_own ? source_under_way->shown_name : message->file) << ':' << message->line << ':'
-         << message->column << ": " << severity_name(row.severity) << ": " << message->text << " ["
-         << row.code << ']';
-    translation_under_way->messages += printable(line.str()) + '\n';
-    if (is_failure(message->id)) translation_under_way->code = ExitCode::BadSource;
+std::string shown_name(const Message &message) {
+    const bool is_own = !message.file || message.file == source_under_way->argument;
+    return is_own ? source_under_way->shown_name : message.file;
 }
+
+void note_message(const Message *message) { messages_noted->add(*message, shown_name(*message)); }
 
 /* The library's record of the error that has just been thrown, with its value in the message. */
 RaisedError error_behind(const HostError &thrown) {
@@ -71,22 +65,22 @@ void note_file(const char *path, const struct stat *status) {
     files_read->push_back({path, status->st_dev, status->st_ino});
 }
 
-/* Has the library note the files that it opens for as long as this lives. */
-class FileWatch {
+/* Has the library's messages, and the files that it opens, noted for as long as this lives. */
+class RunWatch {
 public:
-    FileWatch(FilesRead *files, Translation *translation, const Source *source) {
+    RunWatch(FilesRead *files, MessageCollection *messages, const Source *source) {
         files_read = files;
-        translation_under_way = translation;
+        messages_noted = messages;
         source_under_way = source;
         SourceObserver = note_file;
         Listener = note_message;
     }
-    ~FileWatch() {
+    ~RunWatch() {
         SourceObserver = nullptr;
         Listener = nullptr;
     }
-    FileWatch(const FileWatch &) = delete;
-    FileWatch &operator=(const FileWatch &) = delete;
+    RunWatch(const RunWatch &) = delete;
+    RunWatch &operator=(const RunWatch &) = delete;
 };
 
 }  // namespace
@@ -95,13 +89,17 @@ Translation translate(const Source &source, const Options &wanted) {
     StandInHost host;
     const auto options = run_options(host.values(), source, wanted);
     Translation translation{ExitCode::Done, std::nullopt, "", source.files};
-    const FileWatch watch(&translation.files_read, &translation, &source);
+    MessageCollection messages;
+    const RunWatch watch(&translation.files_read, &messages, &source);
     try {
         translation.text = host.translate(source.mode, source.argument, options).value();
+        translation.messages = messages.text();
+        if (messages.has_failure()) translation.code = ExitCode::BadSource;
+        if (messages.has_failure() && wanted.is_strict) translation.text.reset();
     } catch (const HostError &thrown) {
         const RaisedError error = error_behind(thrown);
         translation.code = exit_code_of(error);
-        translation.messages += describe(error, source);
+        translation.messages = messages.text() + describe(error, source);
     }
     return translation;
 }

@@ -2,7 +2,7 @@
 format long
 lookfor case
 help global case
-load measured.mat
+measured = load('measured.mat');
 clear global old
 warning off MATLAB.singularMatrix
 
@@ -12,7 +12,7 @@ model = 3*exp(-t) .* cos(4*pi*t);
 % Commands may be separated by commas, too.
 figure(), hold on, grid on
 plot(t, model, 'b-');
-plot(time, volts, 'r.');
+plot(measured.time, measured.volts, 'r.');
 title 'Decay of the oscillation'
 xlabel('time in s'), ylabel('voltage in V')
 legend 'model' 'measured'

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "cli/excerpt.h"
+#include "diagnose/message_table.h"
 
 namespace {
 
@@ -50,8 +51,8 @@ protected:
 
     int run(const std::string &command) const {
         const std::string functions =
-            "mtranslate() { \"" MTRANSLATE_TOOL_FILE
-            "\" \"$@\"; }\n"
+            "mtranslate() { \"" MTRANSLATE_TOOL_FILE "\" " + options +
+            " \"$@\"; }\n"
             "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
             "' "
             "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
@@ -71,9 +72,15 @@ protected:
     }
 
     fs::path directory;
+    std::string options; /* before those of a row */
 };
 
-TEST_F(Tool, translates) {
+class ClassicTool : public Tool {
+protected:
+    ClassicTool() { options = "--language classic"; }
+};
+
+TEST_F(ClassicTool, translates) {
     write(directory / "s/main.m", "x = f(1)\n");
     write(directory / "s/f.m", "y = 2\n");
     write(directory / "t/f.m", "z = 3\n");
@@ -96,7 +103,74 @@ TEST_F(Tool, translates) {
     });
 }
 
-TEST_F(Tool, shows_the_place_of_an_error) {
+TEST_F(Tool, says_what_it_leaves_untranslated) {
+    write(directory / "gap.m", "% head\ntry\n\tx = 1;\ncatch\nend\ny = [s.f] + (2;\n");
+    write(directory / "main.m", "x = g(1) + g(2);\ny = sin(cos(x));\n");
+    write(directory / "g.m", "function y = g(x)\ny = x +;\nend\n");
+    write(directory / "mark.m", "x = \"\xC3\xA4\" == 'abc';\r\n\ty = 'ab' == x;\n");
+    const std::string gap =
+        "# head\n# not translated: errors in the lines below are not caught\n"
+        "x := 1;\n"
+        "# not translated (MT102 unclosed-bracket): y = [s.f] + (2;\n";
+    const std::string messages =
+        "gap.m:2:1: gap: errors are not caught in the host's language [MT201]\ntry\n^~~\n"
+        "gap.m:6:15: error: expected ')' to close '(' of line 6, found ';' [MT102]\n"
+        "y = [s.f] + (2;\n              ^\n";
+    const std::string called =
+        "main.m:1: note: './g.m' is called here\n"
+        "./g.m:2:8: error: expected a value behind '+', found ';' [MT101]\ny = x +;\n       ^\n"
+        "main.m: warning: 2 functions are found nowhere and left to the host: cos, sin [MT401]\n";
+    check({
+        {"mtranslate gap.m", 1, gap, messages},
+        {"mtranslate --strict gap.m", 1, "", messages},
+        {"mtranslate --strict -o o.txt gap.m; ls o.txt 2> /dev/null", 2, "", messages},
+        {"mtranslate --strict -c 'x = 1;'", 0, "x := 1;\n", ""},
+        {"mtranslate main.m | tail -n 2", 0, "x := g(1) +~ g(2);\ny := sin(cos(x));\n", called},
+        {"mtranslate mark.m > /dev/null", 0, "",
+         "mark.m:1:5: warning: '==' compares texts character by character [MT302]\n"
+         "x = \"\xC3\xA4\" == 'abc';\n    ^~~~~~~~~~~~\n"
+         "mark.m:2:6: warning: '==' compares texts character by character [MT302]\n"
+         "\ty = 'ab' == x;\n\t    ^~~~~~~~~\n"},
+        {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
+        {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
+         "mtranslate: error: --language: basic not", ""},
+    });
+}
+
+TEST_F(Tool, explains_its_messages) {
+    EXPECT_EQ(run("mtranslate explain --page"), 0);
+    EXPECT_EQ(read(directory / "out"), read(MTRANSLATE_SOURCE_DIR "/docs/messages.md"));
+    check({
+        {"mtranslate explain mt203", 0,
+         "MT203, deletion (gap)\na deletion with more than one index that is no colon\n\n"
+         "x(a, b) = [] deletes rows or columns only where every other index takes all of\n"
+         "its dimension. The translator cannot see that it does.\n\n"
+         "Example:\n    x = [1 2; 3 4];\n    x(1, 1:2) = [];\n\n"
+         "What to do: Write a colon for the dimensions that stay whole: x(1, :) = [].\n",
+         ""},
+        {"mtranslate explain Deletion | head -n 1", 0, "MT203, deletion (gap)\n", ""},
+        {"mtranslate explain | grep -c MT", 0, std::to_string(MESSAGE_COUNT) + "\n", ""},
+        {"mtranslate explain deltion", 2, "",
+         "mtranslate: error: no message has the code 'deltion'; did you mean 'deletion'?\n"
+         "'mtranslate explain' lists all codes.\n"},
+        {"mtranslate explain whatever 2>&1 | head -n 1", 0,
+         "mtranslate: error: no message has the code 'whatever'\n", ""},
+    });
+}
+
+/* Each example says what its explanation promises. */
+TEST_F(Tool, raises_each_message_by_its_example) {
+    for (const MessageRow &row : MessageTable) {
+        if (!row.example) continue;
+        SCOPED_TRACE(row.code);
+        write(directory / "example.m", row.example);
+        EXPECT_EQ(run("mtranslate example.m"), is_failure(row.id) ? 1 : 0);
+        const std::string errors = read(directory / "err");
+        EXPECT_NE(errors.find(std::string("[") + row.code + "]"), std::string::npos) << errors;
+    }
+}
+
+TEST_F(ClassicTool, shows_the_place_of_an_error) {
     write(directory / "bad.m", "a = 1\n\tx = '\xC3\xA4' = 2\nb = 3\n");
     write(directory / "eol.m", "a = 1 % one\r\nx = \r\ny = 2\r\n");
     write(directory / "eof.m", "% first\nif x\ny = 1\n\n\n");
@@ -131,7 +205,7 @@ TEST_F(Tool, shows_the_place_of_an_error) {
     });
 }
 
-TEST_F(Tool, shows_of_a_line_what_fits_and_does_no_harm) {
+TEST_F(ClassicTool, shows_of_a_line_what_fits_and_does_no_harm) {
     const std::string error = ": error: syntax error\n";
     const auto letters = [](int count) { return repeated("a", count); };
     const auto blanks = [](int count) { return repeated(" ", count); };
@@ -216,7 +290,7 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
     });
 }
 
-TEST_F(Tool, writes_over_no_source) {
+TEST_F(ClassicTool, writes_over_no_source) {
     write(directory / "p/main.m", "x = f(1)\n");
     write(directory / "p/f.m", "y = 2\n");
     run("ln -s p/f.m link; ln p/f.m same; cp p/main.m copy");
@@ -235,7 +309,7 @@ TEST_F(Tool, writes_over_no_source) {
     });
 }
 
-TEST_F(Tool, replaces_an_output_by_a_whole_one_or_not_at_all) {
+TEST_F(ClassicTool, replaces_an_output_by_a_whole_one_or_not_at_all) {
     write(directory / "large.m", repeated("x = 1\n", 1000));
     write(directory / "d/o", "old\n");
     const std::string cannot = "mtranslate: error: cannot write ";
@@ -263,7 +337,7 @@ TEST_F(Tool, replaces_an_output_by_a_whole_one_or_not_at_all) {
     });
 }
 
-TEST_F(Tool, writes_pipes_and_open_files_as_they_come) {
+TEST_F(ClassicTool, writes_pipes_and_open_files_as_they_come) {
     const std::string cannot = "mtranslate: error: cannot write ";
     check({
         {"mkfifo p; cat p & mtranslate -o p -c x && wait", 0, "x;\n", ""},

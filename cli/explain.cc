@@ -1,0 +1,112 @@
+/* The table of messages, written out. */
+#include "cli/explain.h"
+
+#include <iostream>
+#include <sstream>
+
+#include "cli/excerpt.h"
+#include "cli/suggestion.h"
+#include "diagnose/message_table.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* The text in lines of at most 80 columns. */
+std::string wrapped(const std::string &text) {
+    constexpr std::size_t COLUMNS = 80;
+    std::istringstream words(text);
+    std::string lines;
+    std::size_t column = 0;
+    for (std::string word; words >> word;) {
+        const bool fits = column > 0 && column + 1 + word.size() <= COLUMNS;
+        if (column > 0) lines += fits ? ' ' : '\n';
+        column = fits ? column + 1 + word.size() : word.size();
+        lines += word;
+    }
+    return lines + '\n';
+}
+
+std::string indented(const std::string &text) {
+    std::istringstream lines(text);
+    std::string result;
+    for (std::string line; std::getline(lines, line);) result += "    " + line + '\n';
+    return result;
+}
+
+/* The form of the text, with "..." for what differs from case to case. */
+std::string general_text(const MessageRow &row) {
+    std::string text = row.form;
+    for (std::size_t at = 0; (at = text.find("%s", at)) != text.npos;) text.replace(at, 2, "...");
+    return text;
+}
+
+std::string explanation_of(const MessageRow &row) {
+    std::string text = std::string(row.code) + ", " + row.name + " (" +
+                       severity_name(row.severity) + ")\n" + wrapped(general_text(row)) + '\n' +
+                       wrapped(row.explanation);
+    if (row.example) text += "\nExample:\n" + indented(row.example);
+    return text + '\n' + wrapped(std::string("What to do: ") + row.advice);
+}
+
+ExitCode refuse(const std::string &code) {
+    std::vector<std::string> known;
+    for (const MessageRow &row : MessageTable) {
+        known.emplace_back(row.code);
+        known.emplace_back(row.name);
+    }
+    std::cerr << "mtranslate: error: no message has the code '" << printable(code) << '\''
+              << suggestion(code, known) << "\n'mtranslate explain' lists all codes.\n";
+    return ExitCode::Trouble;
+}
+
+/* A heading before the first message of each kind. */
+const char *heading_before(MessageId id) {
+    switch (id) {
+        case UNEXPECTED_TOKEN: return "Errors: the source cannot be read";
+        case TRY_GAP: return "Gaps: no host form is known";
+        case FIELD_VALUES: return "The meaning may differ";
+        case UNKNOWN_FUNCTION: return "Names and files";
+        default: return nullptr;
+    }
+}
+
+std::string section_of(const MessageRow &row) {
+    std::string text = std::string("\n### ") + row.code + ": " + row.name + " (" +
+                       severity_name(row.severity) + ")\n\n`" + general_text(row) + "`\n\n" +
+                       wrapped(row.explanation);
+    if (row.example) text += std::string("\n```matlab\n") + row.example + "```\n";
+    return text + '\n' + wrapped(row.advice);
+}
+
+}  // namespace
+
+ExitCode explain(const std::string &code) {
+    if (code.empty()) {
+        for (const MessageRow &row : MessageTable)
+            std::cout << row.code << "  " << row.name << ": " << general_text(row) << '\n';
+        return ExitCode::Done;
+    }
+    const MessageRow *row = find_message(code.c_str());
+    if (!row) return refuse(code);
+    std::cout << explanation_of(*row);
+    return ExitCode::Done;
+}
+
+std::string page_of_messages() {
+    std::string page =
+        "# Messages\n\n" + wrapped(
+                               "What the tool says about a source, by code; `mtranslate explain "
+                               "CODE` shows the same. An error or a gap leaves something "
+                               "untranslated, and the exit code is 1. A warning or a note stands "
+                               "at something that is translated and worth a look. In a text, `...` "
+                               "stands for what differs from case to case.");
+    for (const MessageRow &row : MessageTable) {
+        if (const char *heading = heading_before(row.id))
+            page += std::string("\n## ") + heading + '\n';
+        page += section_of(row);
+    }
+    return page;
+}
+
+}  // namespace mtranslate
