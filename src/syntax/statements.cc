@@ -18,6 +18,7 @@ bool is_word_of(SoftKeyword soft) {
 bool begins_do_loop() {
     if (!is_word_of(SOFT_DO) || is_variable(spelling_of(Current.text))) return false;
     char next = *skip_blanks(Scan.at);
+    if (next == ',') return true;
     switch (class_of(next)) {
         case BYTE_LINE:
         case BYTE_COMMENT:
