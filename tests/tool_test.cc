@@ -108,6 +108,7 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
     write(directory / "main.m", "x = g(1) + g(2);\ny = sin(cos(x));\n");
     write(directory / "g.m", "function y = g(x)\ny = x +;\nend\n");
     write(directory / "mark.m", "x = \"\xC3\xA4\" == 'abc';\r\n\ty = 'ab' == x;\n");
+    write(directory / "script.m", "y = 2;\n");
     const std::string gap =
         "# head\n# not translated: errors in the lines below are not caught\n"
         "x := 1;\n"
@@ -131,6 +132,10 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
          "x = \"\xC3\xA4\" == 'abc';\n    ^~~~~~~~~~~~\n"
          "mark.m:2:6: warning: '==' compares texts character by character [MT302]\n"
          "\ty = 'ab' == x;\n\t    ^~~~~~~~~\n"},
+        {"mtranslate -I . -c 'x = script(1);'", 0, "x := script(1);\n",
+         "<command>:1:5: warning: the file of 'script' is a script: it takes no arguments and "
+         "gives "
+         "no value [MT406]\nx = script(1);\n    ^~~~~~\n"},
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
         {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
          "mtranslate: error: --language: basic not", ""},

@@ -238,6 +238,11 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "MATLAB calls the first function of a file by the file's name, whatever its header says.",
      nullptr,
      "Give both the same name."},
+    {SCRIPT_AS_FUNCTION, "MT406", "script-as-function", SEVERITY_WARNING,
+     "the file of '%s' is a script: it takes no arguments and gives no value",
+     "MATLAB refuses the call at run time. The translation leaves it to the host.",
+     nullptr,
+     "Call the script by its name alone, or make a function of it."},
 };
 // clang-format on
 

@@ -57,6 +57,7 @@ enum MessageId : uint8_t {
     UNASSIGNED_OUTPUT,
     SHADOWED_FILE,
     DIFFERENT_NAMES,
+    SCRIPT_AS_FUNCTION,
     MESSAGE_COUNT
 };
 

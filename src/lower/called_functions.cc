@@ -108,6 +108,12 @@ void report_unknown(const Node *place) {
     }
 }
 
+// A file with errors of its own says itself why it gives no function.
+void note_script(const Node *place, const SourceFile *file) {
+    if (file->source->errors > 0 || Lowering.gap != MESSAGE_COUNT) return;
+    report(SCRIPT_AS_FUNCTION, CurrentFile->source, place->offset, place->length, {place->text});
+}
+
 // Once a run; the name must not become that of a procedure.
 void note_unknown(const Node *place, const char *written) {
     if (const SourceFile *other = file_with_procedure(written)) {
@@ -146,8 +152,10 @@ const char *own_function(const Node *name) {
 const char *called_function(const Node *name) {
     const Callee *callee = callee_of(name);
     note_call(callee->written);
-    if (!callee->file || callee->file->is_script) {
+    if (!callee->file) {
         note_unknown(name, callee->written);
+    } else if (callee->file->is_script) {
+        note_script(name, callee->file);
     } else {
         queue_file(callee->file);
     }
