@@ -210,6 +210,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "function y = f(x)\nn = 0;\nadd(x);\ny = n;\n    function add(k)\n        n = n + k;\n    "
      "end\nend\n",
      "Nothing, if the host's procedures do. Otherwise pass the value as an argument, and return it."},
+    {REPLACED_ERROR, "MT312", "replaced-error", SEVERITY_NOTE,
+     "an error in this try keeps its own text: the handler, which only raises another, is left out",
+     "The known forms of the host's language cannot catch an error. Here that makes little "
+     "difference: with the handler or without it, the program ends with an error.",
+     "function y = f(x)\ntry\n    y = x + 1;\ncatch\n    error('no number');\nend\nend\n",
+     "Nothing, if the text of the error does not matter. Otherwise test in front for what can fail."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere",

@@ -51,6 +51,7 @@ enum MessageId : uint8_t {
     RENAMED_FIELD,
     FOREIGN_FUNCTION,
     SHARED_VARIABLE,
+    REPLACED_ERROR,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

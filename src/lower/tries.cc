@@ -8,6 +8,7 @@
 #include "lower/lines.h"
 #include "lower/program_files.h"
 #include "lower/statements.h"
+#include "lower/tried_fields.h"
 #include "support/allocation.h"
 
 namespace {
@@ -31,32 +32,96 @@ void put_lines_of(const char *text, const char *mark) {
     }
 }
 
-void put_handler(const Lines *handler, const char *identifier) {
-    if (!handler->first) return;
-    put_line(*identifier ? "# catch %s" : "# catch%s", {identifier});
-    put_lines_of(lines_text(handler), "#     ");
+const Node *handler_of(const Node *node) {
+    const Node *second = second_child(node);
+    return has_flag(node, HAS_IDENTIFIER) ? second->next : second;
 }
 
-// The body as if nothing failed, the handler as comments.
-void put_uncaught(Lines *body, const Lines *handler, const char *identifier) {
+// The statements of a try, and the text of its identifier or an empty one.
+struct Tried {
+    Lines body;
+    Lines handler;
+    const char *identifier;
+};
+
+Tried lower_parts(const Node *node) {
+    bool has_identifier = has_flag(node, HAS_IDENTIFIER);
+    Lines body = lower_at_top(node->first_child);
+    const char *identifier = has_identifier ? written_name(second_child(node)->symbol) : "";
+    return {body, lower_at_top(handler_of(node)), identifier};
+}
+
+void put_lines(Lines *lines, int level) {
+    indent_lines(lines, level);
+    append_lines(Lowering.lines, lines);
+}
+
+// The handler as comments.
+void put_handler(const Tried *tried, const char *why) {
+    if (!tried->handler.first) return;
+    const char *identifier = tried->identifier;
+    put_line(*identifier ? "# catch %s%s" : "# catch%s%s", {identifier, why});
+    put_lines_of(lines_text(&tried->handler), "#     ");
+}
+
+void report_try(MessageId id, const Node *node) {
+    report(id, CurrentFile->source, node->offset, sizeof "try" - 1);
+}
+
+// The body as if nothing failed.
+void put_uncaught(Tried *tried, const Node *node) {
+    report_try(TRY_GAP, node);
     put_line("# not translated: errors in the lines below are not caught", {});
-    indent_lines(body, Lowering.level);
-    append_lines(Lowering.lines, body);
-    put_handler(handler, identifier);
+    put_lines(&tried->body, Lowering.level);
+    put_handler(tried, "");
+}
+
+void put_field_test(Tried *tried, const Node *fields) {
+    put_line("if %s then", {lower_field_test(fields)});
+    put_lines(&tried->body, Lowering.level + 1);
+    put_line("else", {});
+    put_lines(&tried->handler, Lowering.level + 1);
+    put_line("end if;", {});
+}
+
+bool raises_error(const Node *statement) {
+    const Node *call = statement->kind == NODE_EXPRESSION ? statement->first_child : nullptr;
+    const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
+    if (!name || name->kind != NODE_NAME || is_variable(name->symbol)) return false;
+    bool is_error = strcmp(name->text, "error") == 0 || strcmp(name->text, "rethrow") == 0;
+    return is_error && name->next->kind == NODE_ARGUMENTS && name->next->first_child;
+}
+
+bool is_plain(const Node *statement) {
+    return statement->kind >= NODE_EXPRESSION && statement->kind <= NODE_COMMAND;
+}
+
+// Whether the handler does nothing but to end the program with an error, as the body's own one
+// does.
+bool only_raises_error(const Node *handler) {
+    for (const Node *node = handler->first_child; node; node = node->next) {
+        if (node->kind == NODE_COMMENT) continue;
+        if (raises_error(node)) return true;
+        if (!is_plain(node)) return false;
+    }
+    return false;
+}
+
+void put_without_handler(Tried *tried, const Node *node) {
+    report_try(REPLACED_ERROR, node);
+    put_lines(&tried->body, Lowering.level);
+    put_handler(tried, ", which only raises another error");
 }
 
 }  // namespace
 
 void put_try(const Node *node) {
-    const Node *block = node->first_child;
-    const Node *second = block->next;
-    bool has_identifier = has_flag(node, HAS_IDENTIFIER);
-    Lines body = lower_at_top(block);
-    const char *identifier = has_identifier ? written_name(second->symbol) : "";
-    Lines handler = lower_at_top(has_identifier ? second->next : second);
-    const mExpr *answer = ask_keyword("try", {lines_text(&body), lines_text(&handler), identifier});
+    Tried tried = lower_parts(node);
+    const char *body = lines_text(&tried.body);
+    const char *handler = lines_text(&tried.handler);
+    const mExpr *answer = ask_keyword("try", {body, handler, tried.identifier});
     if (answer) return put_lines_of(answer->text, "");
-    uint32_t length = sizeof "try" - 1;
-    report(TRY_GAP, CurrentFile->source, node->offset, length);
-    put_uncaught(&body, &handler, identifier);
+    if (const Node *fields = tried_fields(node)) return put_field_test(&tried, fields);
+    if (only_raises_error(handler_of(node))) return put_without_handler(&tried, node);
+    put_uncaught(&tried, node);
 }

@@ -49,6 +49,7 @@ struct Symbol {
     uint32_t last_change;  /* moment of the last assignment in the text; 0 for none */
     uint32_t last_read;    /* moment of the last reading outside of loops over it */
     uint32_t mark;         /* number of the anonymous function that captured it last */
+    uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
     LoopUse *loops;        /* loops over it; null for none */
     int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */

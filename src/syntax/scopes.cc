@@ -182,9 +182,15 @@ void note_outer_setting(NameWalk *walk, Node *name) {
     append_cell(&scope->settings, &scope->last_setting, name);
 }
 
-void set_name(NameWalk *walk, Node *name, const Node *value) {
+static Symbol *set_symbol(NameWalk *walk, Node *name) {
     Symbol *symbol = mention(walk, name);
     note_outer_setting(walk, name);
+    if (symbol->first_set == 0) symbol->first_set = end_of(name);
+    return symbol;
+}
+
+void set_name(NameWalk *walk, Node *name, const Node *value) {
+    Symbol *symbol = set_symbol(walk, name);
     symbol->flags |= SYMBOL_ASSIGNED;
     if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
     note_value(symbol, value ? VALUE_WHOLE : VALUE_UNKNOWN, value);
@@ -192,8 +198,7 @@ void set_name(NameWalk *walk, Node *name, const Node *value) {
 }
 
 void change_name(NameWalk *walk, Node *name) {
-    Symbol *symbol = mention(walk, name);
-    note_outer_setting(walk, name);
+    Symbol *symbol = set_symbol(walk, name);
     symbol->flags |= SYMBOL_CHANGED;
     note_change(&walk->loops, symbol);
 }
