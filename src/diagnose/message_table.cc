@@ -216,6 +216,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "difference: with the handler or without it, the program ends with an error.",
      "function y = f(x)\ntry\n    y = x + 1;\ncatch\n    error('no number');\nend\nend\n",
      "Nothing, if the text of the error does not matter. Otherwise test in front for what can fail."},
+    {GLOBAL_START, "MT313", "global-start", SEVERITY_NOTE,
+     "the global '%s' is empty in MATLAB before something assigns it; here it has no value then",
+     "MATLAB starts a global variable as []. The translation declares it, and leaves its value to "
+     "the statements that assign it, as it may have one already.",
+     "function f(x)\nglobal total\nif isempty(total), total = 0; end\ntotal = total + x;\nend\n",
+     "Assign it once before the first call: total = [];"},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere",

@@ -52,6 +52,7 @@ enum MessageId : uint8_t {
     FOREIGN_FUNCTION,
     SHARED_VARIABLE,
     REPLACED_ERROR,
+    GLOBAL_START,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

@@ -50,6 +50,14 @@ void check_eval(const Node *name) {
         if (strcmp(eval, name->text) == 0) report_gap(EVAL_GAP, name, {name->text});
 }
 
+// A global that is asked for before it is set is empty in MATLAB, and has no value here.
+void check_global(const Node *name, const Node *arguments) {
+    const Node *argument = arguments ? arguments->first_child : nullptr;
+    if (strcmp(name->text, "isempty") != 0 || !argument || argument->kind != NODE_NAME) return;
+    if (argument->symbol->flags & SYMBOL_GLOBAL)
+        report_at(GLOBAL_START, argument, {argument->text});
+}
+
 mExpr *ask_call(const char *name, const vExpr *arguments) {
     return AddTranslator ? new_host_call(name, arguments) : nullptr;
 }
@@ -75,6 +83,7 @@ mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments
 }
 
 mExpr *lower_outside_call(const Node *name, const Node *arguments) {
+    check_global(name, arguments);
     const char *answer = ask_name(name->text);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
