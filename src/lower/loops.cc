@@ -1,9 +1,11 @@
 // Loops.
+#include <stdlib.h>
 #include <string.h>
 
 #include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
+#include "lower/host_words.h"
 #include "lower/lines.h"
 #include "lower/short_circuits.h"
 #include "lower/statements.h"
@@ -61,6 +63,34 @@ void put_variable(const Node *variable, const char *counter) {
     Lowering.level--;
 }
 
+bool reads(const Node *node, const Symbol *symbol) {
+    if (is_named(node)) return node->symbol == symbol;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (reads(child, symbol)) return true;
+    return false;
+}
+
+bool is_natural(const Node *node) {
+    return node->kind == NODE_NUMBER && has_flag(node, NUMBER_INTEGER);
+}
+
+// Whether a loop over literal numbers certainly has a first round.
+bool has_first_round(const Node *values) {
+    const Node *range = counted_range(values);
+    if (!range || third_child(range)) return false;
+    const Node *start = range->first_child;
+    const Node *stop = start->next;
+    return is_natural(start) && is_natural(stop) && atol(start->text) <= atol(stop->text);
+}
+
+// Behind a loop without a round its variable is empty.
+void put_empty_variable(const Node *variable) {
+    const Node *values = variable->next;
+    if (variable->kind != NODE_NAME || has_first_round(values) || reads(values, variable->symbol))
+        return;
+    put_line("%s := Vector();", {written_name(variable->symbol)});
+}
+
 bool is_kept(const Node *node) {
     return has_flag(node, KEEPS_VARIABLE) || node->first_child->kind != NODE_NAME;
 }
@@ -71,6 +101,7 @@ void put_for(const Node *node) {
     const Node *variable = node->first_child;
     bool has_counter = is_kept(node);
     const char *counter = has_counter ? new_temporary() : lower_target(variable, nullptr).path.text;
+    if (has_counter) put_empty_variable(variable);
     put_head(counter, variable->next);
     if (Lowering.gap != MESSAGE_COUNT) return;
     if (has_counter) put_variable(variable, counter);
