@@ -53,6 +53,7 @@ enum MessageId : uint8_t {
     SHARED_VARIABLE,
     REPLACED_ERROR,
     GLOBAL_START,
+    PACKAGE_MEMBER,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

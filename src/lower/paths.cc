@@ -161,7 +161,10 @@ Path function_path(const Node *name, Selectors *selectors) {
         return begin_path(lower_call(name, take(selectors))->text, true);
     const char *text = lower_function_name(name)->text;
     Path path = begin_path(text, strchr(text, '(') || file_with_procedure(text));
-    if (!path.is_call) add_member_call(&path, selectors);
+    if (path.is_call) return path;
+    if (is_next(selectors, NODE_FIELD))
+        report_at(PACKAGE_MEMBER, name, {name->text, name->text, selectors->next->text});
+    add_member_call(&path, selectors);
     return path;
 }
 
