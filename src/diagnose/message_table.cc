@@ -222,7 +222,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "the statements that assign it, as it may have one already.",
      "function f(x)\nglobal total\nif isempty(total), total = 0; end\ntotal = total + x;\nend\n",
      "Assign it once before the first call: total = [];"},
-    {PACKAGE_MEMBER, "MT313", "package-member", SEVERITY_WARNING,
+    {PACKAGE_MEMBER, "MT314", "package-member", SEVERITY_WARNING,
      "nothing assigns '%s': '%s.%s' is taken for a member of a package or class",
      "A name with a field behind it that is no variable of the function means a package, a class or "
      "a Java object in MATLAB. The host is asked for it by the whole name.",
