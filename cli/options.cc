@@ -55,6 +55,8 @@ void add_options(CLI::App &app, Options &options) {
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
     app.add_flag("--strict", options.is_strict,
                  "Write no translation of a source with an error or a gap");
+    app.add_flag("--dump-tree", options.dumps_tree,
+                 "Write the tree of the source instead of its translation");
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls, and translate no called functions");
     app.set_help_flag("-h,--help", "Print this help");
@@ -107,6 +109,8 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     }
     if (explains->parsed()) return run(wanted);
     if (options.file && options.command) return refuse("FILE and -c exclude each other");
+    if (options.dumps_tree && options.language == "classic")
+        return refuse("--dump-tree: classic makes no tree");
     if (!options.file && !options.command)
         return refuse("nothing to translate: give FILE or -c TEXT");
     return options;

@@ -23,6 +23,8 @@ struct Options {
     std::string language = "matlab";
     /* Whether a source with an error or a gap gets no translation at all. */
     bool is_strict = false;
+    /* Whether the tree of the source is written instead of its translation. */
+    bool dumps_tree = false;
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

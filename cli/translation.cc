@@ -8,7 +8,9 @@
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
 #include "lexer/source_files.h"
+#include "lower/program.h"
 #include "run/last_error.h"
+#include "syntax/print_tree.h"
 
 namespace mtranslate {
 
@@ -65,6 +67,14 @@ void note_file(const char *path, const struct stat *status) {
     files_read->push_back({path, status->st_dev, status->st_ino});
 }
 
+/* Where the tree of the source goes as text, or null. */
+std::string *tree_wanted;
+
+void note_tree(const Node *tree) {
+    *tree_wanted = print_tree(NewLongString(), tree);
+    *tree_wanted += '\n';
+}
+
 /* Has the library's messages, and the files that it opens, noted for as long as this lives. */
 class RunWatch {
 public:
@@ -78,6 +88,7 @@ public:
     ~RunWatch() {
         SourceObserver = nullptr;
         Listener = nullptr;
+        OnTree = nullptr;
     }
     RunWatch(const RunWatch &) = delete;
     RunWatch &operator=(const RunWatch &) = delete;
@@ -91,10 +102,16 @@ Translation translate(const Source &source, const Options &wanted) {
     Translation translation{ExitCode::Done, std::nullopt, "", source.files};
     MessageCollection messages;
     const RunWatch watch(&translation.files_read, &messages, &source);
+    std::string tree;
+    if (wanted.dumps_tree) {
+        tree_wanted = &tree;
+        OnTree = note_tree;
+    }
     try {
         translation.text = host.translate(source.mode, source.argument, options).value();
         translation.messages = messages.text();
         if (messages.has_failure()) translation.code = ExitCode::BadSource;
+        if (wanted.dumps_tree) translation.text = tree;
         if (messages.has_failure() && wanted.is_strict) translation.text.reset();
     } catch (const HostError &thrown) {
         const RaisedError error = error_behind(thrown);

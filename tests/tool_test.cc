@@ -136,6 +136,12 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
          "<command>:1:5: warning: the file of 'script' is a script: it takes no arguments and "
          "gives "
          "no value [MT406]\nx = script(1);\n    ^~~~~~\n"},
+        {"mtranslate --dump-tree -c 'x = a + b(1)*2; y'", 0,
+         "(file\n  (= x (a + (b(1) * 2)));\n  y)\n",
+         "<command>: warning: 3 functions are found nowhere and left to the host: a, b, y "
+         "[MT401]\n"},
+        {"mtranslate --dump-tree --language classic -c x 2>&1 | head -n 1", 0,
+         "mtranslate: error: --dump-tree: classic makes no tree\n", ""},
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
         {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
          "mtranslate: error: --language: basic not", ""},

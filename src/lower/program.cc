@@ -11,6 +11,8 @@
 #include "lower/statements.h"
 #include "run/run_state.h"
 
+TreeListener OnTree;
+
 namespace {
 
 // What a called script adds to the program, at most this often in a run: scripts that call others
@@ -128,6 +130,7 @@ void begin_program(SourceLanguage language) {
 
 void lower_program(const char *path, const char *text, uint32_t length) {
     SourceFile *file = read_main_file(path, text, length);
+    if (OnTree) OnTree(file->tree);
     file->is_open = true;
     bool is_script = has_statements(file->tree) || !file->functions;
     write_functions(is_script);
