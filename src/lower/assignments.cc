@@ -6,12 +6,14 @@
 
 #include "lexer/brackets.h"
 #include "lower/calls.h"
+#include "lower/cell_elements.h"
 #include "lower/context.h"
 #include "lower/dealt_targets.h"
 #include "lower/deletions.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
+#include "lower/shared_parts.h"
 #include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
@@ -43,19 +45,9 @@ const Node *element_value(const Node *target, const Node *value) {
     return is_value_list(row->first_child, true) ? value : row->first_child;
 }
 
-const Symbol *base_symbol(const Node *node) {
-    const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
-    return base->kind == NODE_NAME && is_variable(base->symbol) ? base->symbol : nullptr;
-}
-
-// Whether the value is a part of a variable that the host might share with the target, while one of
-// the two changes inside. Whole variables are copied anyway.
-bool needs_copy(const Node *target, const Node *value) {
-    value = without_parens(value);
-    const Symbol *from = value->kind == NODE_REFERENCE ? base_symbol(value) : nullptr;
-    if (!from || last_selector(value)->kind == NODE_ARGUMENTS) return false;
-    uint32_t changes = target->kind == NODE_NAME ? SYMBOL_CHANGED : SYMBOL_CHANGED_DEEPLY;
-    return (base_symbol(target)->flags & changes) || (from->flags & SYMBOL_CHANGED_DEEPLY);
+// Whole variables are copied anyway.
+bool is_part(const Node *value) {
+    return value->kind == NODE_REFERENCE && last_selector(value)->kind != NODE_ARGUMENTS;
 }
 
 // x += e, with e as if in parentheses.
@@ -78,13 +70,15 @@ const char *lower_for_results(const Node *value, int32_t results) {
 const char *value_text(const Node *target, const Node *value) {
     int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
     const char *text = lower_for_results(element_value(target, value), results);
-    return needs_copy(target, value) ? form_text("copy(%s)", {text}) : text;
+    value = without_parens(value);
+    return is_part(value) ? part_text(target, value, text) : text;
 }
 
 }  // namespace
 
 void put_assignment(const Node *node) {
     if (is_deletion(node)) return put_deletion(node);
+    if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
     Target target = lower_target(place, nullptr);
     const char *value =

@@ -365,11 +365,22 @@ bool is_array(const Node *node) {
 
 }  // namespace
 
+static bool is_ever_array(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
+        if (value->kind == VALUE_LOOP || (value->node && is_array(value->node))) return true;
+    return false;
+}
+
 bool holds_cell(const Symbol *symbol) {
+    if (is_ever_array(symbol)) return false;
     bool is_seen = symbol->flags & SYMBOL_HAS_BRACES;
-    for (const AssignedValue *value = symbol->values; value; value = value->next) {
-        if (value->kind == VALUE_LOOP || (value->node && is_array(value->node))) return false;
-        if (value->kind == VALUE_WHOLE && is_cell(value->node, 0)) is_seen = true;
-    }
+    for (const AssignedValue *value = symbol->values; value && !is_seen; value = value->next)
+        is_seen = value->kind == VALUE_WHOLE && is_cell(value->node, 0);
     return is_seen;
+}
+
+bool may_be_cell(const Node *expression) {
+    expression = inside(expression);
+    if (expression->kind != NODE_NAME) return !is_array(expression);
+    return !is_ever_array(expression->symbol);
 }

@@ -34,3 +34,6 @@ bool is_surely_several(const Node *expression);
 /* Whether the variable holds a cell: braces are used behind it or a cell is assigned to it, and
  * nothing that is surely none. */
 bool holds_cell(const Symbol *symbol);
+/* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
+ * numbers, texts and arrays. Of a call or a parameter nobody knows: true. */
+bool may_be_cell(const Node *expression);

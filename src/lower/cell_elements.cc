@@ -1,0 +1,96 @@
+// Elements of cells.
+#include "lower/cell_elements.h"
+
+#include "lower/cell_parts.h"
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/host_conditions.h"
+#include "lower/host_words.h"
+#include "lower/shared_parts.h"
+#include "lower/targets.h"
+#include "lower/value_lists.h"
+#include "syntax/values.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+bool any_argument(const Node *arguments, bool (*test)(const Node *)) {
+    for (const Node *child = arguments->first_child; child; child = child->next)
+        if (test(child)) return true;
+    return false;
+}
+
+const Node *last_selector(const Node *reference) {
+    const Node *selector = second_child(reference);
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+bool is_cell_variable(const Node *node) {
+    return node->kind == NODE_NAME && is_variable(node->symbol) && holds_cell(node->symbol);
+}
+
+bool is_literal(const Node *value) {
+    return value->kind == NODE_CELL || value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS;
+}
+
+// Whether the value is a cell: it surely is, or the target takes nothing else.
+bool is_cell_value(const Node *target, const Node *value) {
+    if (is_literal(value) || is_value_list(value, false)) return false;
+    if (is_cell_variable(value)) return true;
+    bool has_cell = is_cell_variable(target->first_child) && !second_child(target)->next;
+    return has_cell && may_be_cell(value);
+}
+
+bool is_part(const Node *value) { return value->kind == NODE_REFERENCE && is_cell_part(value); }
+
+const char *named_value(const Node *value) {
+    const char *text = lower_expression(value)->text;
+    if (value->kind == NODE_NAME && is_variable(value->symbol)) return text;
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, text});
+    return name;
+}
+
+void put_inside(const Target *target, const char *value) {
+    Lowering.level++;
+    put_value(target, value);
+    Lowering.level--;
+}
+
+// How many elements there are shows at run time.
+void put_branches(const Target *target, const char *name, const char *element) {
+    const char *count = form_text("ArrayNumElems(%s,'All')", {name});
+    put_line("if %s then", {count_condition(count, OP_EQ, 1)});
+    put_inside(target, element);
+    put_line("else", {});
+    put_inside(target, name);
+    put_line("end if;", {});
+}
+
+}  // namespace
+
+bool is_cell_element(const Node *assignment) {
+    const Node *target = assignment->first_child;
+    if (target->kind != NODE_REFERENCE || assignment->op != OPERATOR_NONE) return false;
+    const Node *last = last_selector(target);
+    if (last->kind != NODE_ARGUMENTS || !last->first_child) return false;
+    if (any_argument(last, is_surely_several)) return false;
+    const Node *value = without_parens(target->next);
+    return is_part(value) || is_cell_value(target, value);
+}
+
+void put_cell_element(const Node *assignment) {
+    const Node *place = assignment->first_child;
+    const Node *value = without_parens(place->next);
+    Target target = lower_target(place, nullptr);
+    if (is_part(value)) {
+        const char *element = value_path(value, nullptr).text;
+        return put_value(&target, part_text(place, value, element));
+    }
+    const char *name = named_value(value);
+    const char *element = part_text(place, value, form_text("%s(1)", {name}));
+    if (any_argument(last_selector(place), may_be_several))
+        return put_branches(&target, name, element);
+    put_value(&target, element);
+}

@@ -1,0 +1,10 @@
+/* Parts of variables that the host might share where MATLAB copies. */
+#pragma once
+
+#include "syntax/names.h"
+
+/* Whether a part of the variable that value begins with must be copied for the target, as one of
+ * the two changes inside. */
+bool needs_part_copy(const Node *target, const Node *value);
+/* Its text, as a copy where one is needed. */
+const char *part_text(const Node *target, const Node *value, const char *text);
