@@ -6,6 +6,7 @@
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
+#include "lower/operands.h"
 #include "syntax/names.h"
 #include "syntax/spellings.h"
 
@@ -19,13 +20,24 @@ static const Node *asked_name(const Node *arguments) {
     return is_variable && !second->next ? first : nullptr;
 }
 
+static mExpr *lower_asked(const Symbol *symbol) {
+    if (symbol->presence) return new_leaf(symbol->presence);
+    bool is_parameter = symbol->position > 0 && symbol->scope == Lowering.scope;
+    return is_parameter ? count_comparison("nargs", OP_GE, symbol->position) : nullptr;
+}
+
 mExpr *lower_exist(const Node *name, const Node *arguments) {
     if (strcmp(name->text, "exist") != 0) return nullptr;
     const Node *asked = asked_name(arguments);
     const Symbol *symbol = asked ? find_symbol(Lowering.scope, intern(asked->text)) : nullptr;
     if (!symbol || !is_variable(symbol)) return nullptr;
-    if (symbol->position > 0 && symbol->scope == Lowering.scope)
-        return count_comparison("nargs", OP_GE, symbol->position);
-    report_at(EXIST_VARIABLE, name, {asked->text});
-    return nullptr;
+    mExpr *test = lower_asked(symbol);
+    if (!test) report_at(EXIST_VARIABLE, name, {asked->text});
+    return test;
+}
+
+void put_presence(const Node *target) {
+    const Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
+    if (base->kind != NODE_NAME || target->offset > base->symbol->last_asked) return;
+    if (base->symbol->presence) put_line("%s := 1;", {base->symbol->presence});
 }

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "lower/context.h"
+#include "lower/exist.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
@@ -102,6 +103,7 @@ void put_for(const Node *node) {
     bool has_counter = is_kept(node);
     const char *counter = has_counter ? new_temporary() : lower_target(variable, nullptr).path.text;
     if (has_counter) put_empty_variable(variable);
+    put_presence(variable);
     put_head(counter, variable->next);
     if (Lowering.gap != MESSAGE_COUNT) return;
     if (has_counter) put_variable(variable, counter);

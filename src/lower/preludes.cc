@@ -51,13 +51,22 @@ void put_varargin(const Scope *scope, const char *name) {
     put_line("end if;", {});
 }
 
+// Whether the parameter has a value, which may change.
+const char *put_question(const Symbol *parameter) {
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, count_comparison("nargs", OP_GE, parameter->position)->text});
+    return name;
+}
+
 void put_parameter(const Scope *scope, const Node *parameter) {
     if (parameter->kind == NODE_TILDE) return;
     if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
     Symbol *symbol = parameter->symbol;
     if (symbol->position == 0) return put_varargin(scope, written_name(symbol));
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
-    if (is_copied_parameter(symbol)) put_copy(scope, symbol);
+    if (!is_copied_parameter(symbol)) return;
+    put_copy(scope, symbol);
+    if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
 }
 
 // An assignment of the value behind the target, when the parameter has not been given.

@@ -6,6 +6,7 @@
 #include "lower/calls.h"
 #include "lower/comments.h"
 #include "lower/context.h"
+#include "lower/exist.h"
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/keyword_calls.h"
@@ -61,11 +62,21 @@ void put_return_statement(const Node *node) {
     if (Lowering.lines->last == last) put_line("return;", {});
 }
 
+void put_assigned(const Node *node) {
+    if (node->kind == NODE_ASSIGN) {
+        put_assignment(node);
+        return put_presence(node->first_child);
+    }
+    put_multi_assignment(node);
+    for (const Node *target = node->first_child->first_child; target; target = target->next)
+        put_presence(target);
+}
+
 void put_statement(const Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION: return put_expression(node);
-        case NODE_ASSIGN: return put_assignment(node);
-        case NODE_MULTI_ASSIGN: return put_multi_assignment(node);
+        case NODE_ASSIGN:
+        case NODE_MULTI_ASSIGN: return put_assigned(node);
         case NODE_COMMAND: return put_command(node);
         case NODE_SYSTEM: return put_system(node);
         case NODE_IF: return put_if(node);

@@ -8,6 +8,8 @@
 
 #include <string.h>
 
+#include <algorithm>
+
 #include "support/allocation.h"
 #include "syntax/name_walk.h"
 #include "syntax/spellings.h"
@@ -56,10 +58,14 @@ void walk_command(NameWalk *walk, Node *command) {
     command->first_child->symbol->flags |= SYMBOL_CALLED;
 }
 
-void note_asking(NameWalk *walk, const char *name) {
-    void *known = find_name(&walk->bindings, intern(name));
+void note_asking(NameWalk *walk, const Node *asked) {
+    void *known = find_name(&walk->bindings, intern(asked->text));
     Symbol *symbol = static_cast<Symbol *>(known);
-    if (symbol && symbol->position > 0) symbol->flags |= SYMBOL_MAY_BE_MISSING;
+    if (!symbol || symbol->position == 0) return;
+    symbol->flags |= SYMBOL_MAY_BE_MISSING;
+    if (symbol->first_set == 0 && !walk->loops.innermost) return;
+    symbol->last_asked =
+        walk->loops.innermost ? UINT32_MAX : std::max(symbol->last_asked, asked->offset);
 }
 
 // exist('x') of a parameter: it may not have been given.
@@ -73,7 +79,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
     if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;
-    if (*asked->text) note_asking(walk, asked->text);
+    if (*asked->text) note_asking(walk, asked);
 }
 
 // A target is named before its value, so that it counts as the first to appear, and set behind it.

@@ -44,12 +44,15 @@ struct Symbol {
     int32_t position;      /* of a parameter, from 1; else 0 */
     Node *definition;      /* FUNCTION of a nested function, FILE of a called script; else null */
     const char *written;   /* its host name; null until lowering asks for it */
+    const char *presence;  /* a host variable that tells whether it has a value; null for none */
     Symbol *next;          /* in its scope, or null */
     Symbol *around;        /* what the name stands for around the scope, or null */
     uint32_t last_change;  /* moment of the last assignment in the text; 0 for none */
     uint32_t last_read;    /* moment of the last reading outside of loops over it */
     uint32_t mark;         /* number of the anonymous function that captured it last */
     uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
+    uint32_t last_asked;   /* of a parameter, where exist is last asked for it when it may have been
+                              set; UINT32_MAX within a loop, 0 for nowhere */
     LoopUse *loops;        /* loops over it; null for none */
     int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
