@@ -67,9 +67,19 @@ const char *lower_for_results(const Node *value, int32_t results) {
     return text;
 }
 
+// s of s.f = v, which cannot be an array of several.
+const Symbol *single_struct(const Node *target) {
+    if (target->kind != NODE_REFERENCE) return nullptr;
+    const Node *selector = second_child(target);
+    bool is_field = selector->kind == NODE_FIELD && !selector->next;
+    return is_field ? target->first_child->symbol : nullptr;
+}
+
 const char *value_text(const Node *target, const Node *value) {
+    Lowering.single = single_struct(target);
     int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
     const char *text = lower_for_results(element_value(target, value), results);
+    Lowering.single = nullptr;
     value = without_parens(value);
     return is_part(value) ? part_text(target, value, text) : text;
 }

@@ -10,6 +10,7 @@
 
 struct Scope;
 struct EndBase;
+struct Symbol;
 
 /* A name that the front end has made up. */
 struct GeneratedName {
@@ -26,11 +27,13 @@ struct LoweringContext {
     GeneratedName *generated; /* names made so far, which the procedure declares; in order */
     GeneratedName *generated_last;
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
-    int32_t results;         /* values that the value being lowered is asked for, when several */
-    MessageId gap;           /* why the current statement is given up; else MESSAGE_COUNT */
-    Lines *in_front;         /* lines in front of the outermost statement; null outside of one */
-    int front_level;         /* of those lines */
-    GeneratedName *started;  /* variables that begin there without elements */
+    const Symbol *single;   /* a struct a field of which gets the value being lowered, so that it is
+                               no array; null for none */
+    int32_t results;        /* values that the value being lowered is asked for, when several */
+    MessageId gap;          /* why the current statement is given up; else MESSAGE_COUNT */
+    Lines *in_front;        /* lines in front of the outermost statement; null outside of one */
+    int front_level;        /* of those lines */
+    GeneratedName *started; /* variables that begin there without elements */
 };
 
 /* Saved by value, and restored, around a function inside another. */

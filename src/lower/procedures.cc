@@ -125,7 +125,7 @@ void put_body(const Node *block, const Scope *scope) {
     put_nested_functions(rest);
     put_prelude(scope);
     put_pieces(put_argument_blocks(rest), nullptr);
-    put_return();
+    if (!last_return(block)) put_return();
 }
 
 void add_procedure(Lines *lines, int level, const Node *function, const char *name) {
@@ -172,6 +172,13 @@ void put_pieces(const Node *first, const Node *left_out) {
         start = is_function ? behind_function(node) : node->next;
     }
     put_piece(start, nullptr);
+}
+
+const Node *last_return(const Node *body) {
+    const Node *last = nullptr;
+    for (const Node *node = body->first_child; node; node = node->next)
+        if (node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT) last = node;
+    return last && last->kind == NODE_RETURN ? last : nullptr;
 }
 
 const Node *behind_function(const Node *function) {

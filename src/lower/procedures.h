@@ -16,6 +16,9 @@ void lower_persistent(const Node *declaration);
 /* Puts the return of the results of the function that is being lowered. */
 void put_return();
 
+/* The return that a body or a script ends with; null when there is none. */
+const Node *last_return(const Node *body);
+
 /* The first of the comments that belong to a function: those between it and whatever stands before
  * it. The function itself when there are none. first: of its siblings. */
 const Node *comments_above(const Node *first, const Node *function);

@@ -28,14 +28,6 @@ bool has_statements(const Node *tree) {
     return false;
 }
 
-// The return that a script ends with, which does nothing; null when there is none.
-const Node *last_return(const Node *tree) {
-    const Node *last = nullptr;
-    for (const Node *node = tree->first_child; node; node = node->next)
-        if (node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT) last = node;
-    return last && last->kind == NODE_RETURN ? last : nullptr;
-}
-
 void write_outside(const Node *first, const Node *behind) {
     Lines lines = {};
     LoweringContext outer = begin_lowering(nullptr, &lines, 0);

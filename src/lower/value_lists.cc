@@ -3,6 +3,7 @@
 
 #include <stdlib.h>
 
+#include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
@@ -26,14 +27,16 @@ bool is_function_call(const Node *reference, const Node *selector) {
     return !is_variable(base->symbol) || holds_function(base->symbol);
 }
 
-bool is_package(const Node *reference) {
+// A field of a struct, or a member of a package.
+bool is_single_field(const Node *reference) {
     const Node *base = reference->first_child;
-    return base->kind == NODE_NAME && !is_variable(base->symbol);
+    if (base->kind != NODE_NAME) return false;
+    return !is_variable(base->symbol) || (!base->next->next && base->symbol == Lowering.single);
 }
 
 bool is_field_list(const Node *reference, ListEnd end, bool is_alone) {
     if (end.index && is_function_call(reference, end.index)) return false;
-    if (!end.index) return is_alone && !is_package(reference);
+    if (!end.index) return is_alone && !is_single_field(reference);
     if (any_list_argument(end.index)) return true;
     return is_alone && any_child(end.index, may_be_several);
 }
