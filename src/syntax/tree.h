@@ -14,6 +14,7 @@ struct Node;
 struct Scope;
 struct Symbol;
 
+// clang-format off
 /* Kinds of nodes. "Children" are in source order, reached by first_child and next; [ ] are children
  * that may be absent. ORDER NODES: node_names in print_tree.cc.
  *
@@ -29,12 +30,16 @@ struct Symbol;
  * NODE_PARENS         child: the expression in parentheses
  * NODE_PREFIX         op + child
  * NODE_CHAIN          children: operands of one level of binary operators, grouped to the left;
- * each but the first joins what stands before it by its joint. a + b - c is CHAIN(a, +b, -c). A
- * POSTFIX has no operand of its own: x'^2 is CHAIN(x, 'POSTFIX, ^2). op: the joint of the second
- * child NODE_POSTFIX        in a CHAIN only: joint is a transpose NODE_RANGE          children:
- * start, stop or start, step, stop NODE_MATRIX         [ ], children: ROW NODE_CELL           { },
- * children: ROW NODE_ROW            children: one element or more NODE_REFERENCE      children: the
- * base (no REFERENCE), then one selector or more: NODE_ARGUMENTS        ( ), children: arguments
+ *                     each but the first joins what stands before it by its joint. a + b - c is
+ *                     CHAIN(a, +b, -c). A POSTFIX has no operand of its own: x'^2 is
+ *                     CHAIN(x, 'POSTFIX, ^2). op: the joint of the second child
+ * NODE_POSTFIX        in a CHAIN only: joint is a transpose
+ * NODE_RANGE          children: start, stop or start, step, stop
+ * NODE_MATRIX         [ ], children: ROW
+ * NODE_CELL           { }, children: ROW
+ * NODE_ROW            children: one element or more
+ * NODE_REFERENCE      children: the base (no REFERENCE), then one selector or more:
+ * NODE_ARGUMENTS        ( ), children: arguments
  * NODE_BRACES           { }, children: arguments
  * NODE_FIELD            .name, text: interned
  * NODE_DYNAMIC_FIELD    .(e), child
@@ -84,6 +89,7 @@ struct Symbol;
  *
  * NODE_BLOCK          children: statements and comments
  * NODE_FILE           children: statements, functions and comments; scope: of the script */
+// clang-format on
 enum NodeKind : uint8_t {
     NODE_NUMBER,
     NODE_STRING,
