@@ -6,6 +6,7 @@
 #include <exception>
 #include <iostream>
 
+#include "cli/batch.h"
 #include "cli/excerpt.h"
 #include "cli/options.h"
 #include "cli/output.h"
@@ -17,6 +18,7 @@ namespace mtranslate {
 namespace {
 
 ExitCode run(const Options &options) {
+    if (!options.paths.empty()) return run_batch(options);
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);

@@ -68,7 +68,7 @@ FileMessages &MessageCollection::messages_of(const Message &message,
 
 void MessageCollection::add(const Message &message, const std::string &shown_file) {
     FileMessages &of = messages_of(message, shown_file);
-    if (is_failure(message.id)) has_failure_ = true;
+    ++counts_[severity_of(message.id)];
     if (message.id == UNKNOWN_FUNCTION) {
         const std::string name = name_in(message.text);
         if (of.unknown_names.insert(name).second) of.unknown_functions.push_back(name);

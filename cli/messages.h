@@ -1,6 +1,7 @@
 /* What the library says about the sources of a run, in the form of a compiler. */
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <map>
 #include <set>
@@ -33,13 +34,17 @@ struct FileMessages {
     std::set<std::string> unknown_names; /* the same */
 };
 
+/* How many there are of each severity. */
+using MessageCounts = std::array<std::size_t, 4>;
+
 /* The messages of a run, collected while it is going on. */
 class MessageCollection {
 public:
     /* Takes a message of the library; shown_file is what its file is called. */
     void add(const Message &message, const std::string &shown_file);
     /* Whether something is left untranslated. */
-    bool has_failure() const { return has_failure_; }
+    bool has_failure() const { return counts_[SEVERITY_ERROR] + counts_[SEVERITY_GAP] > 0; }
+    const MessageCounts &counts() const { return counts_; }
     /* All lines for the user: file by file in the order of the run, in each by place. Functions
      * found nowhere are the host's business in the end: they come last, in one line a file. */
     std::string text() const;
@@ -49,7 +54,7 @@ private:
 
     std::vector<FileMessages> files_;
     std::map<std::string, std::size_t> places_; /* of files in files_ */
-    bool has_failure_ = false;
+    MessageCounts counts_{};
 };
 
 /* The column of a byte (both from 1) of a line, counted in characters. */

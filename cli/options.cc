@@ -1,8 +1,11 @@
 /* The argument table and its help, read by CLI11. */
 #include "cli/options.h"
 
+#include <sys/stat.h>
+
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <utility>
 
 #include <mtranslate.h>
 
@@ -21,47 +24,90 @@ constexpr const char *VERSION = "mtranslate " VERSION_TEXT(
 
 constexpr const char *FOOTER =
     R"(Functions that the source calls are looked for as NAME.m in the directory of
-FILE (for standard input: in the current directory; for -c: nowhere) and
+the file (for standard input: in the current directory; for -c: nowhere) and
 translated along with it. The first -I replaces that directory; name it by an
--I of its own to search it too.
+-I of its own to search it too. With -O every file is translated alone.
 
 What cannot be translated is left as comments in the translation, and a message
 says why; 'mtranslate explain CODE' tells more about it.
 
-Exit code: 0 translated, 1 the source has an error or a gap, 2 wrong usage or a
+Exit code: 0 translated, 1 a source has an error or a gap, 2 wrong usage or a
 file that cannot be read or written.
 
 Example:
-  $ mtranslate -c 'x = a*b'
-  x := a . b;
-  $ mtranslate -I lib -I . -o solve.txt solve.m)";
+  $ mtranslate -c 'x = 2*(1 + 1)'
+  x := 2 . (1+1);
+  $ mtranslate -I lib -I . -o solve.txt solve.m
+  $ mtranslate src -O translated)";
 
-void add_options(CLI::App &app, Options &options) {
-    app.add_option("FILE", options.file, "MATLAB source file to translate; - for standard input")
+void add_source_options(CLI::App &app, Options &options) {
+    app.add_option("PATH", options.paths,
+                   "MATLAB source files and folders to translate; - for standard input")
         ->type_name("");
-    app.add_option("-c,--command", options.command, "Translate TEXT instead of a file")
+    app.add_option("-c,--command", options.command, "Translate TEXT instead of files")
         ->type_name("TEXT");
     app.add_option("-I,--include", options.directories,
                    "Look for called functions in DIR; repeatable, tried in the order given")
         ->option_text("DIR")
         ->allow_extra_args(false);
-    app.add_option("-o,--output", options.output,
-                   "Write the translation to PATH, if it succeeds, instead of standard output")
-        ->type_name("PATH");
     app.add_option("--language", options.language,
                    "Read the sources as LANGUAGE: matlab (the default), octave or classic, the "
                    "small language of hosts that rely on its exact translations")
         ->type_name("LANGUAGE")
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
+    app.add_flag("--no-translator", options.without_translator,
+                 "Do not ask the host about calls, and translate no called functions");
+}
+
+void add_output_options(CLI::App &app, Options &options) {
+    app.add_option("-o,--output", options.output,
+                   "Write the translation of one source to PATH instead of standard output")
+        ->type_name("PATH");
     app.add_flag("--strict", options.is_strict,
                  "Write no translation of a source with an error or a gap");
     app.add_flag("--dump-tree", options.dumps_tree,
                  "Write the tree of the source instead of its translation");
-    app.add_flag("--no-translator", options.without_translator,
-                 "Do not ask the host about calls, and translate no called functions");
+}
+
+void add_batch_options(CLI::App &app, Options &options) {
+    app.add_option("-O,--output-dir", options.output_folder,
+                   "Translate several files, or whole folders, into DIR")
+        ->type_name("DIR");
+    app.add_option("--suffix", options.suffix, "Ending of the files in DIR (.txt)")
+        ->type_name("SUFFIX");
+    app.add_option("--exclude", options.excludes,
+                   "Leave out files and folders that match GLOB; repeatable")
+        ->type_name("GLOB")
+        ->allow_extra_args(false);
+    app.add_flag("--closure", options.is_closure,
+                 "Put the functions that a file calls into its translation");
+    app.add_option("-j,--jobs", options.jobs, "Run N worker processes (one for each processor)")
+        ->type_name("N");
+}
+
+void add_options(CLI::App &app, Options &options) {
+    add_source_options(app, options);
+    add_output_options(app, options);
+    add_batch_options(app, options);
     app.set_help_flag("-h,--help", "Print this help");
     app.set_version_flag("--version", VERSION, "Print the version");
     app.footer(FOOTER);
+}
+
+/* The subcommands that take the same arguments. */
+struct Modes {
+    CLI::App *check;
+    CLI::App *diff;
+};
+
+Modes add_modes(CLI::App &app) {
+    Modes modes{app.add_subcommand("check", "Say what a translation would say, and write nothing"),
+                app.add_subcommand("diff", "Show what would change in the outputs of -O")};
+    for (CLI::App *mode : {modes.check, modes.diff}) {
+        mode->fallthrough();
+        mode->set_help_flag();
+    }
+    return modes;
 }
 
 /* The arguments of "mtranslate explain". */
@@ -90,6 +136,43 @@ ExitCode refuse(const std::string &message) {
     return ExitCode::Trouble;
 }
 
+bool is_folder(const std::string &path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/* Why the options do not go together; empty where they do. */
+std::string conflict(const Options &options, bool is_batch) {
+    const bool has_folder = !options.output_folder.empty();
+    if (!options.paths.empty() && options.command) return "PATH and -c exclude each other";
+    if (options.paths.empty() && !options.command)
+        return "nothing to translate: give PATH or -c TEXT";
+    if (options.dumps_tree && options.language == "classic")
+        return "--dump-tree: classic makes no tree";
+    if (has_folder && options.output) return "-o and -O exclude each other";
+    if (has_folder && options.command) return "-c and -O exclude each other";
+    if (options.suffix == ".m") return "--suffix: outputs are no MATLAB files";
+    if (options.mode == Mode::Compare && !has_folder) return "give -O DIR, the outputs to compare";
+    if (is_batch && options.mode == Mode::Translate && !has_folder)
+        return "give -O DIR to translate several files";
+    if (is_batch && options.output) return "-o takes the translation of one file: give -O DIR";
+    if (is_batch && options.dumps_tree) return "--dump-tree shows one file";
+    return "";
+}
+
+/* A single run has its source in command or file, a batch in paths. */
+std::variant<Options, ExitCode> completed(Options options) {
+    const bool is_batch = options.mode != Mode::Translate || !options.output_folder.empty() ||
+                          options.paths.size() > 1 ||
+                          (options.paths.size() == 1 && is_folder(options.paths[0]));
+    const std::string message = conflict(options, is_batch);
+    if (!message.empty()) return refuse(message);
+    if (is_batch || options.command) return options;
+    options.file = options.paths[0];
+    options.paths.clear();
+    return options;
+}
+
 }  // namespace
 
 std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) {
@@ -99,6 +182,7 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     add_options(app, options);
     Explain wanted;
     const CLI::App *explains = add_explain(app, wanted);
+    const Modes modes = add_modes(app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {
@@ -108,12 +192,9 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
         return refuse(error.what());
     }
     if (explains->parsed()) return run(wanted);
-    if (options.file && options.command) return refuse("FILE and -c exclude each other");
-    if (options.dumps_tree && options.language == "classic")
-        return refuse("--dump-tree: classic makes no tree");
-    if (!options.file && !options.command)
-        return refuse("nothing to translate: give FILE or -c TEXT");
-    return options;
+    if (modes.check->parsed()) options.mode = Mode::Check;
+    if (modes.diff->parsed()) options.mode = Mode::Compare;
+    return completed(std::move(options));
 }
 
 }  // namespace mtranslate

@@ -1,6 +1,7 @@
 /* The tool's arguments. */
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -10,13 +11,31 @@
 
 namespace mtranslate {
 
+enum class Mode {
+    Translate,
+    Check,  /* everything but writing translations */
+    Compare /* what would change in the outputs */
+};
+
 struct Options {
-    /* Exactly one of the two is set. The file "-" is standard input. */
+    Mode mode = Mode::Translate;
+    /* The command, or the file of a run; never both. The file "-" is standard input. */
     std::optional<std::string> command;
     std::optional<std::string> file;
+    /* The files and folders of a batch; empty for a single run. */
+    std::vector<std::string> paths;
+    /* Patterns of what is left out of folders. */
+    std::vector<std::string> excludes;
+    /* The folder for the translations of a batch, which have this ending; empty without one. */
+    std::string output_folder;
+    std::string suffix = ".txt";
+    /* Worker processes of a batch; 0: as many as there are processors. */
+    std::size_t jobs = 0;
+    /* Whether each translation of a batch holds those of the functions that it calls. */
+    bool is_closure = false;
     /* Where called functions are looked for, first tried first; empty: the file's own directory. */
     std::vector<std::string> directories;
-    /* The file for the translation; none, or "-": standard output. */
+    /* The file for the translation of a single run; none, or "-": standard output. */
     std::optional<std::string> output;
     bool without_translator = false;
     /* The language of the sources: matlab, octave or classic. */

@@ -46,19 +46,20 @@ fs::path behind_links(fs::path path) {
 
 bool is_named_as_source(const fs::path &path) { return path.extension() == ".m"; }
 
-void write_to_disk(int descriptor, std::string_view text, const std::string &name) {
+void write_whole(int descriptor, std::string_view text, const std::string &name,
+                 Durability durability) {
     write_all(descriptor, text, name);
-    if (fsync(descriptor) != 0) fail("cannot write " + name);
+    if (durability == Durability::OnDisk && fsync(descriptor) != 0) fail("cannot write " + name);
 }
 
 /* Replaces target, old where it exists. False, with errno, where the place allows no new file or
  * not one of the same owner. */
 bool replace(const fs::path &target, const struct stat *old, std::string_view text,
-             const std::string &name) {
+             const std::string &name, Durability durability) {
     PartialFile file(target.has_parent_path() ? target.parent_path() : ".");
     if (file.descriptor() < 0) return false;
     if (old && !file.take_owner_and_mode(*old)) return false;
-    write_to_disk(file.descriptor(), text, name);
+    write_whole(file.descriptor(), text, name, durability);
     return file.move_to(target);
 }
 
@@ -87,14 +88,15 @@ void write_directly(const fs::path &target, std::string_view text, const std::st
     write_all(file.get(), text, name);
 }
 
-void write_file(const fs::path &target, std::string_view text, const std::string &name) {
+void write_file(const fs::path &target, std::string_view text, const std::string &name,
+                Durability durability) {
     struct stat old;
     const bool exists = stat(target.c_str(), &old) == 0;
     if (!exists && errno != ENOENT) fail("cannot write " + name);
     if (exists && !S_ISREG(old.st_mode)) return write_directly(target, text, name);
     if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         fail("cannot write " + name);
-    if (replace(target, exists ? &old : nullptr, text, name)) return;
+    if (replace(target, exists ? &old : nullptr, text, name, durability)) return;
     if (!exists) fail("cannot write " + name);
     overwrite(target, old, text, name);
 }
@@ -120,11 +122,11 @@ void Output::refuse_sources(const FilesRead &sources) const {
         throw FileError(title + " is an existing MATLAB file");
 }
 
-void Output::write(std::string_view text) const {
+void Output::write(std::string_view text, Durability durability) const {
     if (descriptor_ >= 0)
         write_all(descriptor_, text, name_);
     else
-        write_file(behind_links(path_), text, name_);
+        write_file(behind_links(path_), text, name_, durability);
 }
 
 }  // namespace mtranslate

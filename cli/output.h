@@ -9,6 +9,11 @@
 
 namespace mtranslate {
 
+enum class Durability {
+    OnDisk, /* what is written survives the machine */
+    Whole   /* it survives this process */
+};
+
 class Output {
 public:
     /* path names a file, or a descriptor as /dev/stdout does; none, or "-", is standard output. */
@@ -21,7 +26,7 @@ public:
     /* Writes text, all of it or nothing: a file is replaced when its successor is whole and on the
      * disk, and keeps its owner and mode; a link stays and what it leads to is replaced. Pipes and
      * devices are written directly. Throws FileError. */
-    void write(std::string_view text) const;
+    void write(std::string_view text, Durability durability = Durability::OnDisk) const;
 
 private:
     int descriptor_;   /* -1: a file, of path_ */

@@ -19,10 +19,15 @@ void end(int signal) {
 
 }  // namespace
 
-HeldSignals::HeldSignals() {
+sigset_t ending_signals() {
     sigset_t ending;
     sigemptyset(&ending);
     for (const int signal : ENDING_SIGNALS) sigaddset(&ending, signal);
+    return ending;
+}
+
+HeldSignals::HeldSignals() {
+    const sigset_t ending = ending_signals();
     sigprocmask(SIG_BLOCK, &ending, &before_);
 }
 
@@ -30,6 +35,11 @@ HeldSignals::~HeldSignals() {
     const int reason = errno;
     sigprocmask(SIG_SETMASK, &before_, nullptr);
     errno = reason;
+}
+
+void release_signals() {
+    const sigset_t ending = ending_signals();
+    sigprocmask(SIG_UNBLOCK, &ending, nullptr);
 }
 
 void before_ending_signals(void (*last)()) {

@@ -5,6 +5,9 @@
 
 namespace mtranslate {
 
+/* All of them. */
+sigset_t ending_signals();
+
 /* Keeps them waiting for as long as this lives. Leaves errno as it is. */
 class HeldSignals {
 public:
@@ -16,6 +19,9 @@ public:
 private:
     sigset_t before_;
 };
+
+/* Lets them end this process again, whoever holds them: for a new process. */
+void release_signals();
 
 /* Has a signal of these call last before it ends the process. Signals that the process ignores, as
  * under nohup, stay ignored. last may call what a signal handler may. */

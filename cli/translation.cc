@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "cli/file_index.h"
 #include "cli/messages.h"
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
@@ -67,6 +68,17 @@ void note_file(const char *path, const struct stat *status) {
     files_read->push_back({path, status->st_dev, status->st_ino});
 }
 
+/* What is known of the files of a batch, or null. */
+const FileIndex *index_in_use;
+
+/* A function stays a call; the statements of a script belong in its place. */
+FileFinding find_in_index(const char *caller, const char *name, const char **path) {
+    const IndexedFile *file = index_in_use->find(caller, name);
+    if (!file) return NOT_FOUND;
+    *path = file->path.c_str();
+    return file->is_script ? FOUND_HERE : FOUND_ELSEWHERE;
+}
+
 /* Where the tree of the source goes as text, or null. */
 std::string *tree_wanted;
 
@@ -96,11 +108,13 @@ public:
 
 }  // namespace
 
-Translation translate(const Source &source, const Options &wanted) {
+Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
     StandInHost host;
     const auto options = run_options(host.values(), source, wanted);
-    Translation translation{ExitCode::Done, std::nullopt, "", source.files};
+    Translation translation{ExitCode::Done, std::nullopt, "", {}, source.files};
     MessageCollection messages;
+    index_in_use = index;
+    FindFile = index ? find_in_index : nullptr;
     const RunWatch watch(&translation.files_read, &messages, &source);
     std::string tree;
     if (wanted.dumps_tree) {
@@ -110,6 +124,7 @@ Translation translate(const Source &source, const Options &wanted) {
     try {
         translation.text = host.translate(source.mode, source.argument, options).value();
         translation.messages = messages.text();
+        translation.counts = messages.counts();
         if (messages.has_failure()) translation.code = ExitCode::BadSource;
         if (wanted.dumps_tree) translation.text = tree;
         if (messages.has_failure() && wanted.is_strict) translation.text.reset();

@@ -5,10 +5,13 @@
 #include <string>
 
 #include "cli/exit_code.h"
+#include "cli/messages.h"
 #include "cli/options.h"
 #include "cli/source.h"
 
 namespace mtranslate {
+
+class FileIndex;
 
 struct Translation {
     ExitCode code;
@@ -16,12 +19,15 @@ struct Translation {
     std::optional<std::string> text;
     /* Lines that tell the user about errors and what else is worth a look. */
     std::string messages;
+    MessageCounts counts{}; /* of errors, gaps, warnings and notes among them */
     /* Every file that the run has opened, its source first. */
     FilesRead files_read;
 };
 
-/* Translates source in a host that answers no questions, as the options say. Throws FileError where
- * a called file can be no source. */
-Translation translate(const Source &source, const Options &options);
+/* Translates source in a host that answers no questions, as the options say. With an index no
+ * called function is looked for, and scripts are found in the index. Throws FileError where a
+ * called file can be no source. */
+Translation translate(const Source &source, const Options &options,
+                      const FileIndex *index = nullptr);
 
 }  // namespace mtranslate

@@ -51,7 +51,7 @@ protected:
 
     int run(const std::string &command) const {
         const std::string functions =
-            "mtranslate() { \"" MTRANSLATE_TOOL_FILE "\" " + options +
+            "tool='" MTRANSLATE_TOOL_FILE "'\nmtranslate() { \"$tool\" " + options +
             " \"$@\"; }\n"
             "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
             "' "
@@ -145,6 +145,90 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
         {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
          "mtranslate: error: --language: basic not", ""},
+    });
+}
+
+TEST_F(Tool, translates_trees) {
+    const std::pair<const char *, const char *> files[] = {
+        {"t/main.m", "% all\nsettings\nx = f(1) + pk.g(2) + none(3);\n"},
+        {"t/settings.m", "a = 1;\n"},
+        {"t/f.m", "function y = f(x)\ny = r(x);\nend\n"},
+        {"t/private/r.m", "function y = r(x)\ny = x;\nend\n"},
+        {"t/+pk/g.m", "function y = g(x)\ny = x;\nend\n"},
+        {"t/bad.m", "x = (1;\n"},
+        {"t/gap.m", "try, x = 1; catch, end\n"},
+        {"t/.hidden/h.m", "h = 1;\n"},
+        {"t/notes.txt", "no source\n"},
+        {"u/f.m", "y = r(2);\n"}};
+    for (const auto &[path, text] : files) write(directory / path, text);
+    run("ln -s ../t t/private/loop");
+    const std::string messages =
+        "t/bad.m:1:7: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
+        "x = (1;\n      ^\n"
+        "t/gap.m:1:1: gap: errors are not caught in the host's language [MT201]\n"
+        "try, x = 1; catch, end\n^~~\n"
+        "t/main.m: warning: 1 function is found nowhere and left to the host: none [MT401]\n";
+    const std::string counts =
+        "mtranslate: 7 of 7 files: 5 without errors or gaps, 1 with gaps, 1 "
+        "with errors, 0 failed";
+    const std::string u =
+        "u/f.m: warning: 1 function is found nowhere and left to the host: r "
+        "[MT401]\n";
+    const auto good = [](const char *all, const char *written) {
+        return std::string("mtranslate: ") + all + " without errors or gaps, 0 with gaps, 0 with " +
+               "errors, 0 failed" + written + "\n";
+    };
+    check({
+        {"mtranslate t -O o -j 3", 1, "", messages + counts + "; 7 written\n"},
+        {"cd o; find . -type f | sort; cat main.txt f.txt", 0,
+         "./+pk/g.txt\n./bad.txt\n./f.txt\n./gap.txt\n./main.txt\n./private/r.txt\n"
+         "./settings.txt\n# all\na := 1;\nx := f(1) +~ g(2) +~ none(3);\n"
+         "f := proc( x )\n    local y;\n    y := r(x);\n    return y;\nend proc;\n\n",
+         ""},
+        {"mtranslate t -O o -j 1", 1, "", messages + counts + "; 0 written\n"},
+        {"mtranslate check t", 1, "", messages + counts + "\n"},
+        {"mtranslate u/f.m t/f.m -O o2", 2, "",
+         u + "t/f.m: error: its output 'o2/f.txt' is that of 'u/f.m'\nmtranslate: 2 of 2 files: 1 "
+             "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 1 written\n"},
+        {"mtranslate t -O o3 --exclude 'private/*' --exclude '[bgm]*.m' --suffix .x; find o3 -type "
+         "f",
+         0, "o3/f.x\no3/settings.x\n",
+         "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n" +
+             good("2 of 2 files: 2", "; 2 written")},
+        {"mtranslate t/f.m -O o4 --closure; grep -c proc o4/f.txt", 0, "4\n",
+         good("1 of 1 file: 1", "; 1 written")},
+        {"echo 'b = 2;' >> t/settings.m; mtranslate diff t/settings.m t/f.m -O o", 1,
+         "--- o/settings.txt\n+++ o/settings.txt\n@@ -1 +1,2 @@\n a := 1;\n+b := 2;\n",
+         "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n" +
+             good("2 of 2 files: 2", "")},
+        {"chmod a-w o4; rm -f o4/f.txt; mkdir o4/f.txt; mtranslate t/f.m t/settings.m -O o4", 2, "",
+         "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n"
+         "t/f.m: error: cannot write 'o4/f.txt': Is a directory\nmtranslate: 2 of 2 files: 1 "
+         "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 1 written\n"},
+    });
+}
+
+/* A worker waits for a pipe to be opened, and is ended then; or the whole batch is. */
+TEST_F(Tool, loses_no_more_than_a_file_with_a_worker) {
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "t/c.m", "x = 2;\n");
+    run("mkfifo t/b.m");
+    const std::string wait =
+        "$tool t -O o -j 1 & for i in $(seq 500); do [ -f o/a.txt ] && "
+        "break; sleep 0.01; done; sleep 0.1; ";
+    check({
+        {("(" + wait + "pkill -KILL -P $!; wait $!; echo $?); ls o").c_str(), 0,
+         "2\na.txt\nc.txt\n",
+         "t/b.m: error: its process was ended by signal 9 (Killed)\nmtranslate: 3 of 3 files: 2 "
+         "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 2 written\n"},
+        {("rm -r o; (" + wait +
+          "w=$(pgrep -P $!); kill $!; wait $!; echo $?; kill -0 $w 2>&1 | "
+          "grep -c 'No such'); ls o")
+             .c_str(),
+         0, "143\n1\na.txt\n",
+         "mtranslate: 1 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+         "failed; "
+         "1 written; interrupted\nTerminated\n"},
     });
 }
 
@@ -273,16 +357,27 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
     write(directory / "a.m", "x = 1\n");
     const std::string hint = "\nTry 'mtranslate --help'.\n";
     const std::string cannot = "mtranslate: error: cannot ";
+    const std::string several = "mtranslate: error: give -O DIR to translate several files" + hint;
     check({
         {"mtranslate", 2, "",
-         "mtranslate: error: nothing to translate: give FILE or -c TEXT" + hint},
-        {"mtranslate -c x a.m", 2, "", "mtranslate: error: FILE and -c exclude each other" + hint},
+         "mtranslate: error: nothing to translate: give PATH or -c TEXT" + hint},
+        {"mtranslate -c x a.m", 2, "", "mtranslate: error: PATH and -c exclude each other" + hint},
         {"mtranslate --wrong a.m", 2, "",
          "mtranslate: error: The following argument was not expected: --wrong" + hint},
         {"mtranslate none.m", 2, "", cannot + "read 'none.m': No such file or directory\n"},
         {"mtranslate \"$(printf '\\033[m')\"", 2, "",
          cannot + "read '\\x1b[m': No such file or directory\n"},
-        {"mtranslate .", 2, "", cannot + "read '.': Is a directory\n"},
+        {"mtranslate .", 2, "", several},
+        {"mtranslate a.m a.m", 2, "", several},
+        {"mtranslate a.m -O d --suffix .m", 2, "",
+         "mtranslate: error: --suffix: outputs are no MATLAB files" + hint},
+        {"mtranslate a.m -O d -o e", 2, "",
+         "mtranslate: error: -o and -O exclude each other" + hint},
+        {"mtranslate diff a.m", 2, "",
+         "mtranslate: error: give -O DIR, the outputs to compare" + hint},
+        {"mtranslate none -O d", 2, "", cannot + "read 'none': No such file or directory\n"},
+        {"mkdir u; mtranslate u -O d", 2, "",
+         "mtranslate: error: no file *.m is found in what was given\n"},
         {"mtranslate - < .", 2, "", cannot + "read standard input: Is a directory\n"},
         {"mtranslate - <&-", 2, "", cannot + "read standard input: Bad file descriptor\n"},
         {"mtranslate /dev/zero", 2, "", cannot + "read '/dev/zero': larger than 256 MiB\n"},

@@ -19,8 +19,9 @@ namespace {
 // What a name means in a file.
 struct Callee {
     const char *written;
-    SourceFile *file;  // with the function, or the script; null: nowhere
-    bool is_own;       // a function of the file itself
+    SourceFile *file;   // with the function, or the script; null: nowhere
+    bool is_own;        // a function of the file itself
+    bool is_elsewhere;  // its file is translated for itself
 };
 
 struct QueuedFile {
@@ -44,10 +45,12 @@ Callee *new_callee(SourceFile *in, const char *name, Callee value) {
 void enter_own_functions(SourceFile *file) {
     for (const FileFunction *own = file->functions; own; own = own->next)
         if (!find_name(&file->callees, own->name))
-            new_callee(file, own->name, {own->written, file, true});
+            new_callee(file, own->name, {own->written, file, true, false});
 }
 
-const char *name_outside(const char *name) {
+const char *name_outside(const char *name, bool is_elsewhere) {
+    const char *member = is_elsewhere ? strrchr(name, '.') : nullptr;
+    if (member) name = intern(member + 1);  // a function of a package: its procedure's name
     if (!is_host_keyword(name)) return name;
     return intern(form_text("m_%s", {name}));
 }
@@ -64,8 +67,9 @@ const Callee *callee_of(const Node *place) {
     const char *name = place->text;
     SourceFile *file = AddTranslator ? find_file(place) : nullptr;
     bool is_function = file && !file->is_script && file->functions;
-    const char *written = is_function ? file->functions->written : name_outside(name);
-    return new_callee(CurrentFile, name, {written, file, false});
+    bool is_elsewhere = AddTranslator && !file && is_found_elsewhere(place);
+    const char *written = is_function ? file->functions->written : name_outside(name, is_elsewhere);
+    return new_callee(CurrentFile, name, {written, file, false, is_elsewhere});
 }
 
 void queue_file(SourceFile *file) {
@@ -149,9 +153,23 @@ const char *own_function(const Node *name) {
     return callee->written;
 }
 
+const Node *member_name(const Node *name, const Node *field) {
+    Node *member = AllocRecord<Node>();
+    *member = *name;
+    member->text = intern(form_text("%s.%s", {name->text, field->text}));
+    member->length = end_of(field) - name->offset;
+    return member;
+}
+
+bool is_function_of_file(const Node *name) {
+    const Callee *callee = callee_of(name);
+    return callee->is_elsewhere || (callee->file && !callee->file->is_script);
+}
+
 const char *called_function(const Node *name) {
     const Callee *callee = callee_of(name);
     note_call(callee->written);
+    if (callee->is_elsewhere) return callee->written;
     if (!callee->file) {
         note_unknown(name, callee->written);
     } else if (callee->file->is_script) {

@@ -15,6 +15,10 @@ const char *own_function(const Node *name);
 /* The host name of any other function that the host has no answer for. Its file enters the queue; a
  * name that is found nowhere is reported, once a run. name: NAME or HANDLE. */
 const char *called_function(const Node *name);
+/* A kept name of a member, name.field, in the place of both. */
+const Node *member_name(const Node *name, const Node *field);
+/* Whether the name of such a function means one of a file. */
+bool is_function_of_file(const Node *name);
 /* Reports a statement, an EXPRESSION or COMMAND, that makes variables of what a file holds. */
 void report_loading(const Node *statement);
 /* The FILE of the script that a bare name calls, or null (a ScriptFinder). */

@@ -155,10 +155,30 @@ void add_member_call(Path *path, Selectors *selectors) {
     free_vExpr(values.first);
 }
 
+// The name with its fields, if that is a function of a package that has a file; the selectors
+// behind it are left. Else null.
+const Node *take_package_function(const Node *name, Selectors *selectors) {
+    for (Selectors rest = *selectors; is_next(&rest, NODE_FIELD);) {
+        name = member_name(name, take(&rest));
+        if (!is_function_of_file(name)) continue;
+        *selectors = rest;
+        return name;
+    }
+    return nullptr;
+}
+
+Path call_path(const Node *function, Selectors *selectors) {
+    bool has_arguments = is_next(selectors, NODE_ARGUMENTS);
+    const mExpr *call =
+        has_arguments ? lower_call(function, take(selectors)) : lower_name(function);
+    return begin_path(call->text, true);
+}
+
 // A name that is no variable, called or not.
 Path function_path(const Node *name, Selectors *selectors) {
-    if (is_next(selectors, NODE_ARGUMENTS))
-        return begin_path(lower_call(name, take(selectors))->text, true);
+    if (is_next(selectors, NODE_ARGUMENTS)) return call_path(name, selectors);
+    if (const Node *function = take_package_function(name, selectors))
+        return call_path(function, selectors);
     const char *text = lower_function_name(name)->text;
     Path path = begin_path(text, strchr(text, '(') || file_with_procedure(text));
     if (path.is_call) return path;

@@ -24,6 +24,7 @@ struct Folder {
 };
 
 SourceFile *CurrentFile;
+FileFinder FindFile;
 
 namespace {
 
@@ -258,7 +259,21 @@ SourceFile *read_main_file(const char *path, const char *text, uint32_t length) 
     return file;
 }
 
+// What is known beforehand.
+static SourceFile *find_known(const Node *place) {
+    const char *path;
+    FileFinding finding = FindFile(CurrentFile->path, place->text, &path);
+    if (finding != FOUND_HERE || open_called_source(path) != 0) return nullptr;
+    return load_opened_file(path, place);
+}
+
+bool is_found_elsewhere(const Node *place) {
+    const char *path;
+    return FindFile && FindFile(CurrentFile->path, place->text, &path) == FOUND_ELSEWHERE;
+}
+
 SourceFile *find_file(const Node *place) {
+    if (FindFile) return find_known(place);
     const char *name = place->text;
     if (Folder *folder = CurrentFile->private_folder) {
         SourceFile *found =

@@ -31,6 +31,18 @@ struct SourceFile {
     SourceFile *next;        /* read before, or null */
 };
 
+/* Where the file of a name that a file calls is, for programs that translate many files and know
+ * all of them beforehand. */
+enum FileFinding {
+    NOT_FOUND,
+    FOUND_ELSEWHERE, /* it is translated for itself: the run needs its name alone */
+    FOUND_HERE       /* a script, whose statements the run needs: its path is answered */
+};
+/* In the place of the look-up described at find_file; null by default. The path stays valid until
+ * the run ends. It must not throw. */
+typedef FileFinding (*FileFinder)(const char *caller, const char *name, const char **path);
+extern FileFinder FindFile;
+
 /* The file whose nodes are being settled and lowered. */
 extern SourceFile *CurrentFile;
 
@@ -41,6 +53,8 @@ SourceFile *read_main_file(const char *path, const char *text, uint32_t length);
 /* The file NAME.m that the name means in the current file: in the private folder beside it, then
  * along the search path; null when there is none. place: whose message it is, NAME or HANDLE. */
 SourceFile *find_file(const Node *place);
+/* Whether the name means a file that is translated for itself. */
+bool is_found_elsewhere(const Node *place);
 
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);

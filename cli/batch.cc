@@ -1,0 +1,193 @@
+/* From inputs to outputs, by way of the workers. */
+#include "cli/batch.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <thread>
+
+#include "cli/difference.h"
+#include "cli/excerpt.h"
+#include "cli/file_index.h"
+#include "cli/file_result.h"
+#include "cli/files.h"
+#include "cli/inputs.h"
+#include "cli/output.h"
+#include "cli/source.h"
+#include "cli/translation.h"
+#include "cli/workers.h"
+
+namespace mtranslate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/* How the files of a batch ended. */
+struct Tally {
+    std::size_t done = 0;
+    std::size_t with_gaps = 0;
+    std::size_t with_errors = 0;
+    std::size_t failed = 0; /* not read, not written, or a worker lost */
+    std::size_t written = 0;
+};
+
+class Batch {
+public:
+    explicit Batch(const Options &options)
+        : options_(options),
+          inputs_(find_inputs(options.paths, options.excludes)),
+          index_(inputs_) {
+        if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
+        for (std::size_t i = 0; i < inputs_.size(); ++i)
+            first_with_output_.try_emplace(output_of(inputs_[i]), i);
+    }
+
+    ExitCode run() {
+        const auto job = [this](std::size_t i) { return to_text(work_on(i)); };
+        const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
+        const Workers workers(worker_count(), {});
+        const int signal = workers.run(inputs_.size(), job, report);
+        clear_progress();
+        std::cerr << summary(signal == 0);
+        if (signal != 0) std::raise(signal);
+        return signal == 0 ? exit_code() : ExitCode::Trouble;
+    }
+
+private:
+    std::size_t worker_count() const {
+        if (options_.jobs > 0) return options_.jobs;
+        return std::max(1U, std::thread::hardware_concurrency());
+    }
+
+    std::string output_of(const InputFile &input) const {
+        if (options_.output_folder.empty()) return "";
+        fs::path path = fs::path(options_.output_folder) / input.relative;
+        return path.replace_extension().string() + options_.suffix;
+    }
+
+    /* In a worker. */
+    FileResult work_on(std::size_t i) const {
+        FileResult result;
+        try {
+            translate_into(result, inputs_[i], i);
+        } catch (const std::exception &error) {
+            result.code = ExitCode::Trouble;
+            result.messages +=
+                printable(inputs_[i].path) + ": error: " + printable(error.what()) + '\n';
+        }
+        return result;
+    }
+
+    void translate_into(FileResult &result, const InputFile &input, std::size_t i) const {
+        const std::string output = output_of(input);
+        const std::size_t first = first_with_output_.at(output);
+        if (!output.empty() && first != i)
+            throw FileError("its output '" + output + "' is that of '" + inputs_[first].path + "'");
+        Options options = options_;
+        options.file = input.path;
+        const Source source = open_source(options);
+        const Translation translation =
+            translate(source, options, options_.is_closure ? nullptr : &index_);
+        result.code = translation.code;
+        result.messages = translation.messages;
+        result.counts = translation.counts;
+        for (const FileRead &file : translation.files_read) result.files_read.push_back(file.path);
+        if (!translation.text || options_.mode == Mode::Check) return;
+        if (options_.mode == Mode::Compare)
+            result.difference = difference(output, *translation.text);
+        else
+            result.is_written = write(output, translation);
+    }
+
+    static bool write(const std::string &path, const Translation &translation) {
+        if (read_regular_file(path) == translation.text) return false;
+        fs::create_directories(fs::path(path).parent_path());
+        const Output output(path);
+        output.refuse_sources(translation.files_read);
+        output.write(*translation.text, Durability::Whole);
+        return true;
+    }
+
+    /* In this process, in the order of the inputs. */
+    void take(std::size_t i, const JobEnd &end) {
+        FileResult result;
+        if (end.is_done) {
+            result = result_from_text(end.result);
+        } else {
+            result.code = ExitCode::Trouble;
+            result.messages = printable(inputs_[i].path) + ": error: " + end.trouble + '\n';
+        }
+        count(result);
+        clear_progress();
+        std::cerr << result.messages;
+        std::cout << result.difference;
+        if (!result.difference.empty()) std::cout.flush();
+        ++finished_;
+        show_progress();
+    }
+
+    void count(const FileResult &result) {
+        if (result.code == ExitCode::Trouble)
+            ++tally_.failed;
+        else if (result.counts[SEVERITY_ERROR] > 0)
+            ++tally_.with_errors;
+        else if (result.counts[SEVERITY_GAP] > 0)
+            ++tally_.with_gaps;
+        else
+            ++tally_.done;
+        if (result.is_written) ++tally_.written;
+        if (!result.difference.empty()) differs_ = true;
+    }
+
+    /* On a terminal only: gone before anything else is written. */
+    void show_progress() {
+        if (!is_terminal_) return;
+        std::cerr << '[' << finished_ << '/' << inputs_.size() << "] "
+                  << tally_.with_errors + tally_.failed << " with errors" << std::flush;
+        has_progress_ = true;
+    }
+
+    void clear_progress() {
+        if (has_progress_) std::cerr << "\r\x1b[K";
+        has_progress_ = false;
+    }
+
+    std::string summary(bool is_whole) const {
+        std::ostringstream text;
+        text << "mtranslate: " << finished_ << " of " << inputs_.size()
+             << (inputs_.size() == 1 ? " file: " : " files: ") << tally_.done
+             << " without errors or gaps, " << tally_.with_gaps << " with gaps, "
+             << tally_.with_errors << " with errors, " << tally_.failed << " failed";
+        if (options_.mode == Mode::Translate) text << "; " << tally_.written << " written";
+        text << (is_whole ? "\n" : "; interrupted\n");
+        return text.str();
+    }
+
+    ExitCode exit_code() const {
+        if (tally_.failed > 0) return ExitCode::Trouble;
+        const bool has_failures = tally_.with_errors + tally_.with_gaps > 0;
+        return has_failures || differs_ ? ExitCode::BadSource : ExitCode::Done;
+    }
+
+    const Options &options_;
+    std::vector<InputFile> inputs_;
+    FileIndex index_;
+    std::map<std::string, std::size_t> first_with_output_;
+    Tally tally_;
+    bool differs_ = false;
+    std::size_t finished_ = 0;
+    const bool is_terminal_ = isatty(STDERR_FILENO) == 1;
+    bool has_progress_ = false;
+};
+
+}  // namespace
+
+ExitCode run_batch(const Options &options) { return Batch(options).run(); }
+
+}  // namespace mtranslate

@@ -1,0 +1,60 @@
+/* Running diff. */
+#include "cli/difference.h"
+
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <vector>
+
+#include "cli/files.h"
+
+extern char **environ;
+
+namespace mtranslate {
+
+namespace {
+
+Descriptor file_in_memory(std::string_view text) {
+    Descriptor file(memfd_create("translation", 0));
+    if (!file) fail("cannot compare");
+    write_all(file.get(), text, "a copy of the translation");
+    return file;
+}
+
+/* Runs diff with standard output into the descriptor; its exit code. */
+int run_diff(std::vector<std::string> words, int output) {
+    std::vector<char *> arguments;
+    for (std::string &word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+    pid_t process = 0;
+    errno = posix_spawnp(&process, "diff", &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (errno != 0) fail("cannot run diff");
+    int status = 0;
+    waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 2;
+}
+
+}  // namespace
+
+std::string difference(const std::string &path, std::string_view text) {
+    const auto old = read_regular_file(path);
+    if (old == text) return "";
+    const Descriptor next = file_in_memory(text);
+    const Descriptor result = file_in_memory("");
+    const int code =
+        run_diff({"diff", "-u", "--label", old ? path : "/dev/null", "--label", path,
+                  old ? path : "/dev/null", "/proc/self/fd/" + std::to_string(next.get())},
+                 result.get());
+    if (code > 1) throw FileError("diff cannot compare '" + path + "' with its translation");
+    return read_regular_file("/proc/self/fd/" + std::to_string(result.get())).value_or("");
+}
+
+}  // namespace mtranslate

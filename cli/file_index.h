@@ -1,0 +1,32 @@
+/* Which file of a batch a name means. In a batch every file is translated for itself: a call needs
+ * no look-up, but the statements of a called script belong in the place of the call, and a name
+ * that a file of the batch defines is not unknown. */
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/inputs.h"
+
+namespace mtranslate {
+
+struct IndexedFile {
+    std::string path;
+    std::string folder; /* that may call it, where that is one alone (private); else empty */
+    bool is_script;     /* its first word is neither function nor classdef */
+};
+
+class FileIndex {
+public:
+    /* Looks into the files to tell scripts from functions. */
+    explicit FileIndex(const std::vector<InputFile> &inputs);
+    /* The file that the name means when the file caller calls it, or null. Functions of packages
+     * have their package in the name: package.name. */
+    const IndexedFile *find(const std::string &caller, const std::string &name) const;
+
+private:
+    std::map<std::string, std::vector<IndexedFile>> files_; /* by name */
+};
+
+}  // namespace mtranslate

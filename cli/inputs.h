@@ -1,0 +1,22 @@
+/* The files of a batch: what the paths that the user names stand for. */
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace mtranslate {
+
+struct InputFile {
+    std::string path;     /* as messages show it: below the path that the user gave */
+    std::string relative; /* to the folder that the user gave; of a file, its name alone */
+};
+
+/* The files that the paths name, and the files *.m of the folders that they name and of those in
+ * them, in the order of the paths and, in each, of the names. Hidden files and folders are left
+ * out, and so is what an exclude pattern (as of a shell; without a slash, of a name alone) matches.
+ * A folder is entered once, whatever links lead to it. Throws FileError where a path cannot be
+ * read. */
+std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
+                                   const std::vector<std::string> &excludes);
+
+}  // namespace mtranslate

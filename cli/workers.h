@@ -1,0 +1,43 @@
+/* Worker processes, which take jobs one after another: the library translates one source at a time
+ * in a process, and what a source does to its worker does not reach the others. */
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+namespace mtranslate {
+
+/* What became of a job. */
+struct JobEnd {
+    bool is_done = false;
+    std::string result;  /* of a job that is done */
+    std::string trouble; /* why one is not: how its worker ended */
+};
+
+struct WorkerLimits {
+    std::chrono::milliseconds time{0}; /* for one job; 0: none */
+    std::size_t memory = 0;            /* bytes of address space of a worker; 0: none */
+};
+
+class Workers {
+public:
+    /* job runs in a worker and answers a result; it must not throw. */
+    using Job = std::function<std::string(std::size_t)>;
+    /* Told in this process of every job, in the order of the jobs. */
+    using Report = std::function<void(std::size_t, const JobEnd &)>;
+
+    Workers(std::size_t count, WorkerLimits limits) : count_(count), limits_(limits) {}
+
+    /* Runs the jobs 0 to jobs - 1. Answers 0, or the number of the signal that asked this process
+     * to end: the jobs that were done have been reported, and no worker is left. Throws FileError
+     * where no process can be made. */
+    int run(std::size_t jobs, const Job &job, const Report &report) const;
+
+private:
+    std::size_t count_;
+    WorkerLimits limits_;
+};
+
+}  // namespace mtranslate
