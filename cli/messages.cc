@@ -10,31 +10,40 @@ namespace mtranslate {
 
 namespace {
 
-std::string line_of(const Message &message) {
+/* A range of a line. */
+struct Range {
+    std::string_view line;
+    std::size_t begin; /* in bytes; may be the line's length */
+    std::size_t end;
+};
+
+/* The part of the message's range that is on its first line. A byte-order mark is not shown. */
+Range range_of(const Message &message) {
+    constexpr std::string_view MARK = "\xEF\xBB\xBF";
     std::uint32_t length;
-    const char *line = line_text(message.source, message.line, &length);
-    return {line, length};
+    const char *text = line_text(message.source, message.line, &length);
+    std::string_view line(text, length);
+    std::size_t begin = message.column - 1;
+    if (message.line == 1 && line.starts_with(MARK)) {
+        line.remove_prefix(MARK.size());
+        begin -= std::min(begin, MARK.size());
+    }
+    begin = std::min(begin, line.size());
+    return {line, begin, std::min(begin + message.length, line.size())};
 }
 
-std::string text_of(const SourceMessage &message, const std::string &file) {
-    const std::string_view line = message.line_text;
-    const std::size_t begin = std::min(message.column - 1, line.size());
-    const std::size_t end = std::min(begin + message.length, line.size());
-    return file + ':' + std::to_string(message.line) + ':' +
-           std::to_string(column_in_characters(line, message.column)) + ": " +
-           severity_name(message.row->severity) + ": " + printable(message.text) + " [" +
-           message.row->code + "]\n" + excerpt(line, begin, end);
+std::string text_of(const Message &message, const Range &range, const std::string &file,
+                    std::size_t column) {
+    const MessageRow &row = MessageTable[message.id];
+    return file + ':' + std::to_string(message.line) + ':' + std::to_string(column) + ": " +
+           severity_name(row.severity) + ": " + printable(message.text) + " [" + row.code + "]\n" +
+           excerpt(range.line, range.begin, range.end);
 }
 
-/* Names as a list for people; long ones are cut, as the reader wants to know of what kind they
- * are. */
 std::string list_of(const std::vector<std::string> &names) {
-    constexpr std::size_t MOST = 20;
     std::string list;
-    for (std::size_t i = 0; i < std::min(names.size(), MOST); ++i)
-        list.append(i > 0 ? ", " : "").append(printable(names[i]));
-    return names.size() > MOST ? list + " and " + std::to_string(names.size() - MOST) + " more"
-                               : list;
+    for (const std::string &name : names) list.append(list.empty() ? "" : ", ").append(name);
+    return list;
 }
 
 std::string unknown_text(const FileMessages &of) {
@@ -54,28 +63,45 @@ std::string name_in(std::string_view text) {
 
 }  // namespace
 
-FileMessages &MessageCollection::messages_of(const Message &message,
-                                             const std::string &shown_file) {
-    const auto [place, is_new] = places_.try_emplace(shown_file, files_.size());
+std::size_t ColumnCounter::column(std::size_t line, std::string_view before) {
+    if (line != line_ || before.size() < bytes_) bytes_ = characters_ = 0;
+    characters_ += count_characters(before.substr(bytes_));
+    line_ = line;
+    bytes_ = before.size();
+    return characters_ + 1;
+}
+
+MessageCollection::MessageCollection(const Source &source) : source_(source) {
+    files_.emplace_back().file = printable(source.shown_name);
+    places_.emplace(source.shown_name, 0);
+}
+
+/* The user's name of a file, which may be a copy. */
+std::string MessageCollection::shown_name(const char *file) const {
+    return !file || file == source_.argument ? source_.shown_name : file;
+}
+
+FileMessages &MessageCollection::messages_of(const Message &message) {
+    const std::string name = shown_name(message.file);
+    const auto [place, is_new] = places_.try_emplace(name, files_.size());
     if (!is_new) return files_[place->second];
     FileMessages &file = files_.emplace_back();
-    file.file = printable(shown_file);
-    if (message.called_from)
-        file.called_from =
-            printable(message.called_from) + ':' + std::to_string(message.called_from_line);
+    file.file = printable(name);
+    file.called_from =
+        printable(shown_name(message.called_from)) + ':' + std::to_string(message.called_from_line);
     return file;
 }
 
-void MessageCollection::add(const Message &message, const std::string &shown_file) {
-    FileMessages &of = messages_of(message, shown_file);
+void MessageCollection::add(const Message &message) {
+    FileMessages &of = messages_of(message);
     ++counts_[severity_of(message.id)];
     if (message.id == UNKNOWN_FUNCTION) {
-        const std::string name = name_in(message.text);
-        if (of.unknown_names.insert(name).second) of.unknown_functions.push_back(name);
+        of.unknown_functions.push_back(name_in(message.text));
         return;
     }
-    of.messages.push_back({&MessageTable[message.id], message.text, message.line, message.column,
-                           message.offset, message.length, line_of(message)});
+    const Range range = range_of(message);
+    const std::size_t column = of.columns.column(message.line, range.line.substr(0, range.begin));
+    of.messages.push_back({message.offset, text_of(message, range, of.file, column)});
 }
 
 std::string MessageCollection::text() const {
@@ -85,17 +111,10 @@ std::string MessageCollection::text() const {
                          [](const auto &a, const auto &b) { return a.offset < b.offset; });
         if (!file.called_from.empty() && !file.messages.empty())
             text += file.called_from + ": note: '" + file.file + "' is called here\n";
-        for (const SourceMessage &message : file.messages) text += text_of(message, file.file);
-        text += unknown_text(file);
+        for (const ShownMessage &message : file.messages) text += message.text;
     }
+    for (const FileMessages &file : files_) text += unknown_text(file);
     return text;
-}
-
-std::size_t column_in_characters(std::string_view line, std::size_t column) {
-    const std::string_view before = line.substr(0, std::min(column - 1, line.size()));
-    const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-    const auto inside = std::count_if(before.begin(), before.end(), continues);
-    return column - static_cast<std::size_t>(inside);
 }
 
 }  // namespace mtranslate

@@ -29,7 +29,8 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
         options.push_back(values.equation(values.name(name), value));
     };
     if (!source.directories.empty()) options.push_back(search_list(values, source.directories));
-    if (wanted.without_translator) add("AddTranslator", values.boolean(false));
+    const bool is_alone = wanted.without_translator || wanted.dumps_tree;
+    if (is_alone) add("AddTranslator", values.boolean(false));
     if (wanted.language != "classic") {
         add("Language", values.string(wanted.language));
         add("KeepGoing", values.boolean(true));
@@ -39,14 +40,8 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
 
 /* What is noted of the run that is going on. */
 MessageCollection *messages_noted;
-const Source *source_under_way;
 
-std::string shown_name(const Message &message) {
-    const bool is_own = !message.file || message.file == source_under_way->argument;
-    return is_own ? source_under_way->shown_name : message.file;
-}
-
-void note_message(const Message *message) { messages_noted->add(*message, shown_name(*message)); }
+void note_message(const Message *message) { messages_noted->add(*message); }
 
 /* The library's record of the error that has just been thrown, with its value in the message. */
 RaisedError error_behind(const HostError &thrown) {
@@ -79,21 +74,27 @@ FileFinding find_in_index(const char *caller, const char *name, const char **pat
     return file->is_script ? FOUND_HERE : FOUND_ELSEWHERE;
 }
 
-/* Where the tree of the source goes as text, or null. */
-std::string *tree_wanted;
+/* What has been said so far, and whether something is left untranslated. */
+void finish(Translation &translation, const MessageCollection &messages) {
+    translation.messages = messages.text();
+    translation.counts = messages.counts();
+    if (messages.has_failure()) translation.code = ExitCode::BadSource;
+}
+
+/* Where the tree of the source goes, with what has been said about it so far. */
+Translation *tree_wanted;
 
 void note_tree(const Node *tree) {
-    *tree_wanted = print_tree(NewLongString(), tree);
-    *tree_wanted += '\n';
+    tree_wanted->text = std::string(print_tree(NewLongString(), tree)) + '\n';
+    finish(*tree_wanted, *messages_noted);
 }
 
 /* Has the library's messages, and the files that it opens, noted for as long as this lives. */
 class RunWatch {
 public:
-    RunWatch(FilesRead *files, MessageCollection *messages, const Source *source) {
+    RunWatch(FilesRead *files, MessageCollection *messages) {
         files_read = files;
         messages_noted = messages;
-        source_under_way = source;
         SourceObserver = note_file;
         Listener = note_message;
     }
@@ -101,6 +102,10 @@ public:
         SourceObserver = nullptr;
         Listener = nullptr;
         OnTree = nullptr;
+    }
+    static void show_tree_in(Translation *translation) {
+        tree_wanted = translation;
+        OnTree = note_tree;
     }
     RunWatch(const RunWatch &) = delete;
     RunWatch &operator=(const RunWatch &) = delete;
@@ -112,25 +117,25 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     StandInHost host;
     const auto options = run_options(host.values(), source, wanted);
     Translation translation{ExitCode::Done, std::nullopt, "", {}, source.files};
-    MessageCollection messages;
+    MessageCollection messages(source);
     index_in_use = index;
     FindFile = index ? find_in_index : nullptr;
-    const RunWatch watch(&translation.files_read, &messages, &source);
-    std::string tree;
-    if (wanted.dumps_tree) {
-        tree_wanted = &tree;
-        OnTree = note_tree;
-    }
+    const RunWatch watch(&translation.files_read, &messages);
+    if (wanted.dumps_tree) watch.show_tree_in(&translation);
     try {
-        translation.text = host.translate(source.mode, source.argument, options).value();
-        translation.messages = messages.text();
-        translation.counts = messages.counts();
-        if (messages.has_failure()) translation.code = ExitCode::BadSource;
-        if (wanted.dumps_tree) translation.text = tree;
-        if (messages.has_failure() && wanted.is_strict) translation.text.reset();
+        const auto text = host.translate(source.mode, source.argument, options);
+        if (!wanted.dumps_tree) {
+            translation.text = text.value();
+            finish(translation, messages);
+        }
+        const bool has_failed = translation.code != ExitCode::Done;
+        if (has_failed && wanted.is_strict) translation.text.reset();
     } catch (const HostError &thrown) {
+        translation.text.reset();
         const RaisedError error = error_behind(thrown);
         translation.code = exit_code_of(error);
+        translation.counts = messages.counts();
+        ++translation.counts[SEVERITY_ERROR];
         translation.messages = messages.text() + describe(error, source);
     }
     return translation;

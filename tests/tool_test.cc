@@ -136,15 +136,57 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
          "<command>:1:5: warning: the file of 'script' is a script: it takes no arguments and "
          "gives "
          "no value [MT406]\nx = script(1);\n    ^~~~~~\n"},
-        {"mtranslate --dump-tree -c 'x = a + b(1)*2; y'", 0,
-         "(file\n  (= x (a + (b(1) * 2)));\n  y)\n",
-         "<command>: warning: 3 functions are found nowhere and left to the host: a, b, y "
-         "[MT401]\n"},
-        {"mtranslate --dump-tree --language classic -c x 2>&1 | head -n 1", 0,
-         "mtranslate: error: --dump-tree: classic makes no tree\n", ""},
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
-        {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
-         "mtranslate: error: --language: basic not", ""},
+    });
+}
+
+TEST_F(Tool, shows_the_tree_with_what_cannot_be_read) {
+    write(directory / "main.m", "x = f(1) + ans;\ny = (2;\n");
+    write(directory / "f.m", "y = x +;\n");
+    const std::string tree = "(file\n  (= x (f(1) + ans));\n  (bad))\n";
+    const std::string error =
+        "main.m:2:7: error: expected ')' to close '(' of line 2, found ';' [MT102]\n"
+        "y = (2;\n      ^\n";
+    check({
+        {"mtranslate --dump-tree -c 'x = a + b(1)*2; y'", 0,
+         "(file\n  (= x (a + (b(1) * 2)));\n  y)\n", ""},
+        {"mtranslate --dump-tree main.m", 1, tree, error},
+        {"mtranslate --dump-tree --strict main.m", 1, "", error},
+        {"mtranslate --dump-tree -o tree main.m; cat tree", 0, tree, error},
+    });
+}
+
+/* The files of a run under their names for the user, and places that a line makes hard. */
+TEST_F(Tool, shows_where_a_message_belongs) {
+    write(directory / "g.m", "function y = g(x)\ny = x +;\nz = ans + cos(x) + sin(x);\nend\n");
+    write(directory / "mark.m", "\xEF\xBB\xBFx = (1;\r\r\n\tz = (");
+    write(directory / "bytes.m", "x = '\xB0\xE2\x80\xA8\xC3\xA4' + (1; y = {2;");
+    const std::string called =
+        ":1: note: './g.m' is called here\n"
+        "./g.m:2:8: error: expected a value behind '+', found ';' [MT101]\ny = x +;\n       ^\n"
+        "./g.m:3:5: warning: 'ans' is not set by the translated statements [MT303]\n"
+        "z = ans + cos(x) + sin(x);\n    ^~~\n";
+    const std::string sine =
+        "<stdin>: warning: 1 function is found nowhere and left to the host: sin [MT401]\n";
+    const std::string cosine =
+        "./g.m: warning: 1 function is found nowhere and left to the host: cos [MT401]\n";
+    check({
+        {"echo 'x = sin(1) + g(2);' | mtranslate - > /dev/null", 1, "",
+         "<stdin>" + called + sine + cosine},
+        {"mtranslate -I . -c 'x = g(2);' | true", 0, "",
+         "<command>" + called +
+             "./g.m: warning: 2 functions are found nowhere and left to the host: cos, sin "
+             "[MT401]\n"},
+        {"mtranslate mark.m > /dev/null", 1, "",
+         "mark.m:1:7: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
+         "x = (1;\n      ^\n"
+         "mark.m:3:7: error: expected a value behind '(', found end of file [MT101]\n"
+         "\tz = (\n\t     ^\n"},
+        {"mtranslate bytes.m > /dev/null", 1, "",
+         "bytes.m:1:15: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
+         R"(x = '\xb0\xe2\x80\xa8)"
+         "\xC3\xA4' + (1; y = {2;\n" +
+             repeated(" ", 28) + "^\n"},
     });
 }
 
@@ -187,6 +229,10 @@ TEST_F(Tool, translates_trees) {
          ""},
         {"mtranslate t -O o -j 1", 1, "", messages + counts + "; 0 written\n"},
         {"mtranslate check t", 1, "", messages + counts + "\n"},
+        {"mtranslate check --language classic t/bad.m 2>&1 | tail -n 1", 0,
+         "mtranslate: 1 of 1 file: 0 without errors or gaps, 0 with gaps, 1 with errors, 0 "
+         "failed\n",
+         ""},
         {"mtranslate u/f.m t/f.m -O o2", 2, "",
          u + "t/f.m: error: its output 'o2/f.txt' is that of 'u/f.m'\nmtranslate: 2 of 2 files: 1 "
              "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 1 written\n"},

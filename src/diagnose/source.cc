@@ -62,6 +62,14 @@ uint32_t line_at(const Source *source, uint32_t offset) {
     return first;
 }
 
+// Where the text of a line, from 1, ends. Long lines are not walked: they may have many messages.
+uint32_t end_of_line(const Source *source, uint32_t line) {
+    if (line == source->line_count) return source->length;
+    uint32_t next = source->line_starts[line];
+    bool is_pair = next > 1 && behind_line_end(source, next - 2) == next;
+    return next - (is_pair ? 2 : 1);
+}
+
 }  // namespace
 
 Source *new_source(const char *name, const char *text, uint32_t length) {
@@ -80,6 +88,6 @@ Position position_of(Source *source, uint32_t offset) {
 const char *line_text(Source *source, uint32_t line, uint32_t *length) {
     if (!source->line_starts) find_line_starts(source);
     uint32_t start = source->line_starts[line - 1];
-    *length = find_line_end(source, start) - start;
+    *length = end_of_line(source, line) - start;
     return source->text + start;
 }
