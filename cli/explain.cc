@@ -1,10 +1,10 @@
 /* The table of messages, written out. */
 #include "cli/explain.h"
 
-#include <iostream>
 #include <sstream>
+#include <utility>
+#include <vector>
 
-#include "cli/excerpt.h"
 #include "cli/suggestion.h"
 #include "diagnose/message_table.h"
 
@@ -37,7 +37,9 @@ std::string indented(const std::string &text) {
 /* The form of the text, with "..." for what differs from case to case. */
 std::string general_text(const MessageRow &row) {
     std::string text = row.form;
-    for (std::size_t at = 0; (at = text.find("%s", at)) != text.npos;) text.replace(at, 2, "...");
+    for (const auto &[from, to] : {std::pair("%s.%s", "..."), {"%s...", "..."}, {"%s", "..."}})
+        for (std::size_t at = 0; (at = text.find(from, at)) != text.npos;)
+            text.replace(at, std::string_view(from).size(), to);
     return text;
 }
 
@@ -49,15 +51,11 @@ std::string explanation_of(const MessageRow &row) {
     return text + '\n' + wrapped(std::string("What to do: ") + row.advice);
 }
 
-ExitCode refuse(const std::string &code) {
-    std::vector<std::string> known;
-    for (const MessageRow &row : MessageTable) {
-        known.emplace_back(row.code);
-        known.emplace_back(row.name);
-    }
-    std::cerr << "mtranslate: error: no message has the code '" << printable(code) << '\''
-              << suggestion(code, known) << "\n'mtranslate explain' lists all codes.\n";
-    return ExitCode::Trouble;
+std::string list_of_messages() {
+    std::string list;
+    for (const MessageRow &row : MessageTable)
+        list += std::string(row.code) + "  " + row.name + ": " + general_text(row) + '\n';
+    return list;
 }
 
 /* A heading before the first message of each kind. */
@@ -81,16 +79,19 @@ std::string section_of(const MessageRow &row) {
 
 }  // namespace
 
-ExitCode explain(const std::string &code) {
-    if (code.empty()) {
-        for (const MessageRow &row : MessageTable)
-            std::cout << row.code << "  " << row.name << ": " << general_text(row) << '\n';
-        return ExitCode::Done;
-    }
+std::optional<std::string> explanation(const std::string &code) {
+    if (code.empty()) return list_of_messages();
     const MessageRow *row = find_message(code.c_str());
-    if (!row) return refuse(code);
-    std::cout << explanation_of(*row);
-    return ExitCode::Done;
+    return row ? std::optional(explanation_of(*row)) : std::nullopt;
+}
+
+std::string no_explanation(const std::string &code) {
+    std::vector<std::string> known;
+    for (const MessageRow &row : MessageTable) {
+        known.emplace_back(row.code);
+        known.emplace_back(row.name);
+    }
+    return "no message has the code '" + code + '\'' + suggestion(code, known);
 }
 
 std::string page_of_messages() {

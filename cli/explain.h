@@ -1,16 +1,17 @@
 /* What the codes of messages mean: for people at a terminal, and as a page. */
 #pragma once
 
+#include <optional>
 #include <string>
-
-#include "cli/exit_code.h"
 
 namespace mtranslate {
 
-/* Writes to standard output what the message with the code, or the short name, means; without one,
- * a line for each message. A code that there is not is wrong usage, with the nearest one as a
- * suggestion. */
-ExitCode explain(const std::string &code);
+/* What the message with the code, or the short name, means; for an empty text a line for each
+ * message. None where there is no such code. */
+std::optional<std::string> explanation(const std::string &code);
+
+/* What to tell the user of a code that there is not: it may name the one that was meant. */
+std::string no_explanation(const std::string &code);
 
 /* docs/messages.md. */
 std::string page_of_messages();

@@ -5,12 +5,15 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
 #include <utility>
 
 #include <mtranslate.h>
 
 #include "cli/excerpt.h"
 #include "cli/explain.h"
+#include "cli/output.h"
+#include "cli/suggestion.h"
 
 namespace mtranslate {
 
@@ -47,13 +50,12 @@ void add_source_options(CLI::App &app, Options &options) {
     app.add_option("-c,--command", options.command, "Translate TEXT instead of files")
         ->type_name("TEXT");
     app.add_option("-I,--include", options.directories,
-                   "Look for called functions in DIR; repeatable, tried in the order given")
+                   "Look for called functions in DIR; may be repeated")
         ->option_text("DIR")
         ->allow_extra_args(false);
     app.add_option("--language", options.language,
-                   "Read the sources as LANGUAGE: matlab (the default), octave or classic, the "
-                   "small language of hosts that rely on its exact translations")
-        ->type_name("LANGUAGE")
+                   "Read the sources as matlab (the default), octave or classic")
+        ->option_text("LANGUAGE")
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls, and translate no called functions");
@@ -66,7 +68,7 @@ void add_output_options(CLI::App &app, Options &options) {
     app.add_flag("--strict", options.is_strict,
                  "Write no translation of a source with an error or a gap");
     app.add_flag("--dump-tree", options.dumps_tree,
-                 "Write the tree of the source instead of its translation");
+                 "Write the tree of the source, not its translation");
 }
 
 void add_batch_options(CLI::App &app, Options &options) {
@@ -122,18 +124,34 @@ CLI::App *add_explain(CLI::App &app, Explain &explain) {
         ->type_name("");
     command->add_flag("--page", explain.whole_page, "Write the page of all messages in Markdown");
     command->set_help_flag("-h,--help", "Print this help");
+    command->footer("Example:\n  $ mtranslate explain MT204");
     return command;
 }
 
-ExitCode run(const Explain &wanted) {
-    if (!wanted.whole_page) return explain(wanted.code);
-    std::cout << page_of_messages();
+ExitCode show(const std::string &text) {
+    Output(std::nullopt).write(text);
     return ExitCode::Done;
 }
 
-ExitCode refuse(const std::string &message) {
-    std::cerr << "mtranslate: error: " << printable(message) << "\nTry 'mtranslate --help'.\n";
+ExitCode refuse(const std::string &message, const char *help = "Try 'mtranslate --help'.") {
+    std::cerr << "mtranslate: error: " << printable(message) << '\n' << help << '\n';
     return ExitCode::Trouble;
+}
+
+ExitCode run(const Explain &wanted) {
+    if (wanted.whole_page) return show(page_of_messages());
+    const auto text = explanation(wanted.code);
+    if (text) return show(*text);
+    return refuse(no_explanation(wanted.code), "'mtranslate explain' lists all codes.");
+}
+
+/* Names the option that an unknown one is near to. */
+std::string suggested_option(const CLI::App &app) {
+    const std::string unknown = app.remaining().front();
+    std::vector<std::string> known;
+    for (const CLI::Option *option : app.get_options())
+        for (const std::string &name : option->get_lnames()) known.push_back("--" + name);
+    return unknown.starts_with("-") ? suggestion(unknown, known) : "";
 }
 
 bool is_folder(const std::string &path) {
@@ -186,12 +204,18 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &request) {
-        app.exit(request);
-        return ExitCode::Done;
+        std::ostringstream text;
+        app.exit(request, text);
+        return show(text.str());
+    } catch (const CLI::ExtrasError &error) {
+        return refuse(error.what() + suggested_option(app));
     } catch (const CLI::ParseError &error) {
         return refuse(error.what());
     }
-    if (explains->parsed()) return run(wanted);
+    if (explains->parsed()) {
+        const bool is_alone = options.paths.empty() && !options.command;
+        return is_alone ? run(wanted) : refuse("explain and a source exclude each other");
+    }
     if (modes.check->parsed()) options.mode = Mode::Check;
     if (modes.diff->parsed()) options.mode = Mode::Compare;
     return completed(std::move(options));

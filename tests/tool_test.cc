@@ -298,6 +298,10 @@ TEST_F(Tool, explains_its_messages) {
          "'mtranslate explain' lists all codes.\n"},
         {"mtranslate explain whatever 2>&1 | head -n 1", 0,
          "mtranslate: error: no message has the code 'whatever'\n", ""},
+        {"mtranslate explain MT314 | sed -n 2p", 0,
+         "nothing assigns '...': '...' is taken for a member of a package or class\n", ""},
+        {"mtranslate explain > /dev/full", 2, "",
+         "mtranslate: error: cannot write standard output: No space left on device\n"},
     });
 }
 
@@ -310,6 +314,11 @@ TEST_F(Tool, raises_each_message_by_its_example) {
         EXPECT_EQ(run("mtranslate example.m"), is_failure(row.id) ? 1 : 0);
         const std::string errors = read(directory / "err");
         EXPECT_NE(errors.find(std::string("[") + row.code + "]"), std::string::npos) << errors;
+        for (const MessageRow &other : MessageTable)
+            if (other.id != row.id && other.id != UNKNOWN_FUNCTION) {
+                EXPECT_EQ(errors.find(std::string("[") + other.code + "]"), std::string::npos)
+                    << errors;
+            }
     }
 }
 
@@ -412,6 +421,18 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
         {"mtranslate -c x a.m", 2, "", "mtranslate: error: PATH and -c exclude each other" + hint},
         {"mtranslate --wrong a.m", 2, "",
          "mtranslate: error: The following argument was not expected: --wrong" + hint},
+        {"mtranslate --dmup-tree a.m", 2, "",
+         "mtranslate: error: The following argument was not expected: --dmup-tree; did you mean "
+         "'--dump-tree'?" +
+             hint},
+        {"mtranslate a.m explain", 2, "",
+         "mtranslate: error: explain and a source exclude each other" + hint},
+        {"mtranslate --dump-tree --language classic a.m", 2, "",
+         "mtranslate: error: --dump-tree: classic makes no tree" + hint},
+        {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
+         "mtranslate: error: --language: basic not", ""},
+        {"mtranslate --help > /dev/full", 2, "",
+         cannot + "write standard output: No space left on device\n"},
         {"mtranslate none.m", 2, "", cannot + "read 'none.m': No such file or directory\n"},
         {"mtranslate \"$(printf '\\033[m')\"", 2, "",
          cannot + "read '\\x1b[m': No such file or directory\n"},

@@ -240,8 +240,8 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "nothing assigns '%s': %s",
      "The name is read like a variable and no statement of the function gives it a value. A "
      "command further up may create it at run time.",
-     "load data.mat\nx = a(1, :);\n",
-     "Assign it: s = load('data.mat'); a = s.a;"},
+     "syms a\nx = a(1, :);\n",
+     "Assign it. What load creates is assigned so: s = load('data.mat'); a = s.a;"},
     {UNASSIGNED_OUTPUT, "MT403", "unassigned-output", SEVERITY_WARNING,
      "nothing assigns the output '%s'",
      "The function returns a value that none of its statements sets.",
