@@ -3,9 +3,22 @@
 
 #include <string.h>
 
+#include <algorithm>
+
 #include "emit/output.h"
 #include "support/allocation.h"
 #include "translate/text_forms.h"
+
+namespace {
+
+constexpr size_t INDENT = 4;
+constexpr int DEEPEST_INDENT = 50;
+
+// A long chain of elif conditions that need lines in front nests deeply: it is not indented
+// further.
+int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
+
+}  // namespace
 
 void add_line(Lines *lines, int level, const char *text) {
     Line *line = AllocRecord<Line>();
@@ -23,21 +36,19 @@ void append_lines(Lines *lines, Lines *more) {
 
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
-        if (*line->text) write_indent(line->level);
+        if (*line->text) write_indent(shown_level(line));
         write_output({line->text, "\n"});
     }
 }
 
 namespace {
 
-constexpr size_t INDENT = 4;
-
 void write_blanks(Writer *to, size_t count) {
     for (; count > 0; count--) write_character(to, ' ');
 }
 
 size_t indentation(const Line *line) {
-    return *line->text ? INDENT * static_cast<size_t>(line->level) : 0;
+    return *line->text ? INDENT * static_cast<size_t>(shown_level(line)) : 0;
 }
 
 // Where a line end is the next one of the text that stands outside of strings; null for none.

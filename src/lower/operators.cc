@@ -10,6 +10,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
 #include "lower/short_circuits.h"
+#include "translate/text_forms.h"
 
 namespace {
 
@@ -89,10 +90,37 @@ Operand new_inner_power(const Node *next, const Operand *left, const Operand *ri
     return power;
 }
 
-Operand join_next(const Operand *left, const Node *next) {
-    if (next->kind == NODE_POSTFIX) {
-        return {new_operator1(host_operator(next->joint)->builder, left->expr), HOST_ATOM};
+// Transposes of a transpose: as often what one of them puts around its operand, which stands in
+// front of the first ")".
+const char *repeat_around(const char *operand, const char *around, size_t times) {
+    size_t open = strcspn(around, ")");
+    Writer to = new_text(strlen(operand) + times * strlen(around) + 1);
+    const char *text = to.at;
+    for (size_t k = 0; k < times; k++) write_bytes(&to, around, open);
+    write_text(&to, operand);
+    for (size_t k = 0; k < times; k++) write_text(&to, around + open);
+    return text;
+}
+
+bool is_same_postfix(const Node *postfix, const Node *next) {
+    return next && next->kind == NODE_POSTFIX && next->joint == postfix->joint;
+}
+
+// next: the first of some, at the end the last of them.
+Operand join_postfixes(const Operand *left, const Node **next) {
+    int builder = host_operator((*next)->joint)->builder;
+    mExpr *value = new_operator1(builder, left->expr);
+    size_t times = 1;
+    for (; is_same_postfix(*next, (*next)->next); *next = (*next)->next) times++;
+    if (times > 1) {
+        mExpr nothing = {EXPR_NAME, "", NOT_SCALAR, nullptr};
+        const char *around = new_operator1(builder, &nothing)->text;
+        value->text = repeat_around(left->expr->text, around, times);
     }
+    return {value, HOST_ATOM};
+}
+
+Operand join_next(const Operand *left, const Node *next) {
     Operand right = lower_operand(next);
     bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
     return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
@@ -129,7 +157,11 @@ Operand lower_chain(const Node *node) {
     for (const Node *next = last->next; next; last = next, next = next->next) {
         check_comparison(node, last, next);
         is_text = next->joint == OPERATOR_PLUS && (is_text || is_string_object(next));
-        value = is_text ? join_texts(&value, next) : join_next(&value, next);
+        if (next->kind == NODE_POSTFIX) {
+            value = join_postfixes(&value, &next);
+        } else {
+            value = is_text ? join_texts(&value, next) : join_next(&value, next);
+        }
     }
     return value;
 }
