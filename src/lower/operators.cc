@@ -83,7 +83,8 @@ bool is_infix_power(const Node *next) {
 }
 
 // A power under another: built with the pair that left_of would put around a copy of it.
-Operand new_inner_power(const Node *next, const Operand *left, const Operand *right) {
+[[gnu::noinline]] Operand new_inner_power(const Node *next, const Operand *left,
+                                          const Operand *right) {
     int32_t outer = open_bracket(IN_PARENTHESES);
     Operand power = new_binary(next->joint, left, right);
     close_bracket(outer);
@@ -107,7 +108,7 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
 }
 
 // next: the first of some, at the end the last of them.
-Operand join_postfixes(const Operand *left, const Node **next) {
+[[gnu::noinline]] Operand join_postfixes(const Operand *left, const Node **next) {
     int builder = host_operator((*next)->joint)->builder;
     mExpr *value = new_operator1(builder, left->expr);
     size_t times = 1;

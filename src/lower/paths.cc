@@ -167,48 +167,62 @@ const Node *take_package_function(const Node *name, Selectors *selectors) {
     return nullptr;
 }
 
-Path call_path(const Node *function, Selectors *selectors) {
+// What a path begins with. Small, as expressions nest: so are the frames of all that follow.
+struct Base {
+    const char *text;
+    bool is_call;
+};
+
+Base call_base(const Node *function, Selectors *selectors) {
     bool has_arguments = is_next(selectors, NODE_ARGUMENTS);
     const mExpr *call =
         has_arguments ? lower_call(function, take(selectors)) : lower_name(function);
-    return begin_path(call->text, true);
+    return {call->text, true};
+}
+
+Base variable_base(const Node *name, Selectors *selectors) {
+    const char *text = written_name(name->symbol);
+    if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol)) return {text, false};
+    return {new_procedure_call(text, take(selectors))->text, true};
 }
 
 // A name that is no variable, called or not.
-Path function_path(const Node *name, Selectors *selectors) {
-    if (is_next(selectors, NODE_ARGUMENTS)) return call_path(name, selectors);
+Base function_base(const Node *name, Selectors *selectors) {
+    if (is_next(selectors, NODE_ARGUMENTS)) return call_base(name, selectors);
     if (const Node *function = take_package_function(name, selectors))
-        return call_path(function, selectors);
+        return call_base(function, selectors);
     const char *text = lower_function_name(name)->text;
-    Path path = begin_path(text, strchr(text, '(') || file_with_procedure(text));
-    if (path.is_call) return path;
+    return {text, strchr(text, '(') || file_with_procedure(text)};
+}
+
+Base base_of(const Node *base, Selectors *selectors) {
+    if (base->kind != NODE_NAME) return {lower_expression(base)->text, true};
+    return is_variable(base->symbol) ? variable_base(base, selectors)
+                                     : function_base(base, selectors);
+}
+
+bool is_function(const Node *base) { return base->kind == NODE_NAME && !is_variable(base->symbol); }
+
+// The members of a package, perhaps.
+[[gnu::noinline]] void add_members(Path *path, const Node *name, Selectors *selectors) {
     if (is_next(selectors, NODE_FIELD))
         report_at(PACKAGE_MEMBER, name, {name->text, name->text, selectors->next->text});
-    add_member_call(&path, selectors);
-    return path;
+    add_member_call(path, selectors);
 }
 
-Path variable_path(const Node *name, Selectors *selectors) {
-    const char *text = written_name(name->symbol);
-    if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol))
-        return begin_path(text, false);
-    return begin_path(new_procedure_call(text, take(selectors))->text, true);
-}
-
-Path base_path(const Node *base, Selectors *selectors) {
-    base = without_parens(base);
-    if (base->kind == NODE_REFERENCE) return value_path(base, nullptr);
-    if (base->kind != NODE_NAME) return begin_path(lower_expression(base)->text, true);
-    return is_variable(base->symbol) ? variable_path(base, selectors)
-                                     : function_path(base, selectors);
+Path begin_value(const Node *base, Selectors *selectors) {
+    Base begin = base_of(base, selectors);
+    return begin_path(begin.text, begin.is_call);
 }
 
 }  // namespace
 
 Path value_path(const Node *reference, const Node *end) {
-    const Node *base = reference->first_child;
-    Selectors selectors = {base->next, end};
-    Path path = base_path(base, &selectors);
+    const Node *base = without_parens(reference->first_child);
+    Selectors selectors = {reference->first_child->next, end};
+    Path path =
+        base->kind == NODE_REFERENCE ? value_path(base, nullptr) : begin_value(base, &selectors);
+    if (is_function(base) && !path.is_call) add_members(&path, base, &selectors);
     while (selectors.next != end) add_selector(&path, take(&selectors));
     return path;
 }

@@ -1,6 +1,7 @@
 // References.
 #include "lower/references.h"
 
+#include "lower/calls.h"
 #include "lower/cell_parts.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
@@ -34,14 +35,27 @@ bool is_called(const Node *base) {
     return base->kind == NODE_NAME && (!is_variable(base->symbol) || holds_function(base->symbol));
 }
 
-}  // namespace
+// f(arguments) of a function, and nothing more.
+bool is_plain_call(const Node *base) {
+    const Node *arguments = base->next;
+    bool is_function = base->kind == NODE_NAME && !is_variable(base->symbol);
+    return is_function && arguments->kind == NODE_ARGUMENTS && !arguments->next;
+}
 
-mExpr *lower_reference(const Node *node) {
-    if (is_value_list(node, false)) return lower_first_value(node);
+// Out of line: the frames of nested calls stay small.
+[[gnu::noinline]] mExpr *lower_selectors(const Node *node) {
     const Node *last = last_selector(node);
     bool is_call = is_called(node->first_child) && last == node->first_child->next;
     if (is_column(last) && !is_call) return lower_column(node, last);
     if (!is_call && is_cell_part(node)) return lower_cell_part(node);
     Path path = value_path(node, nullptr);
     return path.is_call || path.has_index ? new_call_leaf(path.text) : new_leaf(path.text);
+}
+
+}  // namespace
+
+mExpr *lower_reference(const Node *node) {
+    const Node *base = node->first_child;
+    if (is_plain_call(base)) return new_call_leaf(lower_call(base, base->next)->text);
+    return is_value_list(node, false) ? lower_first_value(node) : lower_selectors(node);
 }

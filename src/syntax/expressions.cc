@@ -119,7 +119,7 @@ void end_prefixes(Node *first, const Node *last, uint32_t end) {
 }
 
 // Prefixes in front of an operand, which parse reads.
-Node *parse_prefixes(Node *(*parse)()) {
+[[gnu::noinline]] Node *parse_prefixes(Node *(*parse)()) {
     int outer_depth = Parsing.depth;
     Node *first = new_prefix();
     Node *last = first;
@@ -162,7 +162,7 @@ Node *parse_powers(Node *base) {
 }
 
 // An index behind a transpose is one of all that stands before it.
-Node *parse_index_of_powers(Node *base) {
+[[gnu::noinline]] Node *parse_index_of_powers(Node *base) {
     int outer_depth = Parsing.depth;
     while (is_selector()) {
         enter_level();
@@ -287,7 +287,8 @@ Node *refuse(MessageId id) {
     return new_node(NODE_BAD, Current.start);
 }
 
-Node *parse_base() {
+// Out of line, as others here, so that the frames of nested expressions stay small.
+[[gnu::noinline]] Node *parse_base() {
     switch (Current.kind) {
         case TOKEN_NAME: return take_name();
         case TOKEN_NUMBER: return take_number();
@@ -362,7 +363,7 @@ void append_arguments(NodeList *list, TokenKind closer) {
     }
 }
 
-Node *parse_field_expression() {
+[[gnu::noinline]] Node *parse_field_expression() {
     Node *node = new_node(NODE_DYNAMIC_FIELD, Current.start);
     enter_level();
     if (!Failed) advance();
