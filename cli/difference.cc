@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <vector>
@@ -27,9 +28,9 @@ Descriptor file_in_memory(std::string_view text) {
 
 /* Runs diff with standard output into the descriptor; its exit code. */
 int run_diff(std::vector<std::string> words, int output) {
-    std::vector<char *> arguments;
-    for (std::string &word : words) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
+    std::vector<char *> arguments(words.size() + 1);  // and a null
+    std::transform(words.begin(), words.end(), arguments.begin(),
+                   [](std::string &word) { return word.data(); });
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);

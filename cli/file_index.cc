@@ -16,7 +16,7 @@ std::string first_line(std::istream &source) {
     for (std::string line; std::getline(source, line);) {
         const std::size_t begin = line.find_first_not_of(" \t\f\r\xEF\xBB\xBF");
         if (begin == line.npos) continue;
-        const std::string text = line.substr(begin, line.find_last_not_of(" \t\r") + 1 - begin);
+        std::string text = line.substr(begin, line.find_last_not_of(" \t\r") + 1 - begin);
         if (text == "%{" || text == "#{") ++blocks;
         if (blocks > 0 && (text == "%}" || text == "#}")) {
             --blocks;
