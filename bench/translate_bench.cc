@@ -73,8 +73,10 @@ void small_files(benchmark::State &state, Language language) {
     translate_as_files(state, language, sources);
 }
 
+// Each front end has its own.
 void examples(benchmark::State &state, Language language) {
-    translate_files(state, language, fs::path(__FILE__).parent_path().parent_path() / "examples");
+    const fs::path root = fs::path(__FILE__).parent_path().parent_path();
+    translate_files(state, language, root / (language ? "examples" : "tests/classic"));
 }
 
 void realistic_file(benchmark::State &state, Language language) {
@@ -107,7 +109,7 @@ void long_sum(benchmark::State &state, Language language) {
     BENCHMARK_CAPTURE(function, matlab, "matlab") __VA_ARGS__
 
 BOTH_FRONT_ENDS(short_command);
-BENCHMARK_CAPTURE(examples, classic, nullptr);
+BOTH_FRONT_ENDS(examples);
 BOTH_FRONT_ENDS(small_files);
 BOTH_FRONT_ENDS(realistic_file, ->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Arg(10'000'000));
 BOTH_FRONT_ENDS(wide_matrix, ->RangeMultiplier(10)->Range(10, 10'000));

@@ -155,10 +155,13 @@ void add_member_call(Path *path, Selectors *selectors) {
     free_vExpr(values.first);
 }
 
+constexpr int DEEPEST_PACKAGE = 16;
+
 // The name with its fields, if that is a function of a package that has a file; the selectors
 // behind it are left. Else null.
 const Node *take_package_function(const Node *name, Selectors *selectors) {
-    for (Selectors rest = *selectors; is_next(&rest, NODE_FIELD);) {
+    Selectors rest = *selectors;
+    for (int depth = 0; depth < DEEPEST_PACKAGE && is_next(&rest, NODE_FIELD); depth++) {
         name = member_name(name, take(&rest));
         if (!is_function_of_file(name)) continue;
         *selectors = rest;
