@@ -1,84 +1,12 @@
-/* The command-line tool, run as a user runs it: by a shell, in a directory of its own. */
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <string>
+/* The command-line tool: what it writes, says and answers. */
+#include "tests/tool.h"
 
 #include "cli/excerpt.h"
 #include "diagnose/message_table.h"
 
+namespace mtranslate {
+
 namespace {
-
-namespace fs = std::filesystem;
-
-void write(const fs::path &path, const std::string &text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string read(const fs::path &path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-std::string repeated(const std::string &text, int count) {
-    std::string all;
-    while (count-- > 0) all += text;
-    return all;
-}
-
-struct Row {
-    const char *command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
-    int exit_code;
-    std::string output;
-    std::string errors;
-};
-
-class Tool : public testing::Test {
-protected:
-    Tool() {
-        for (const int ending : {SIGHUP, SIGINT}) std::signal(ending, SIG_DFL);  // as at a terminal
-        std::string pattern = fs::temp_directory_path() / "tool-test-XXXXXX";
-        directory = mkdtemp(pattern.data());
-    }
-    ~Tool() override { fs::remove_all(directory); }
-
-    int run(const std::string &command) const {
-        const std::string functions =
-            "tool='" MTRANSLATE_TOOL_FILE "'\nmtranslate() { \"$tool\" " + options +
-            " \"$@\"; }\n"
-            "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
-            "' "
-            "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
-        write(directory / "run", functions + command + "\n");
-        const std::string shell = "cd '" + directory.string() + "' && TMPDIR=. sh ./run";
-        return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
-    }
-
-    template <std::size_t N>
-    void check(const Row (&rows)[N]) const {
-        for (const Row &row : rows) {
-            SCOPED_TRACE(row.command);
-            EXPECT_EQ(run(row.command), row.exit_code);
-            EXPECT_EQ(read(directory / "out"), row.output);
-            EXPECT_EQ(read(directory / "err"), row.errors);
-        }
-    }
-
-    fs::path directory;
-    std::string options; /* before those of a row */
-};
-
-class ClassicTool : public Tool {
-protected:
-    ClassicTool() { options = "--language classic"; }
-};
 
 TEST_F(ClassicTool, translates) {
     write(directory / "s/main.m", "x = f(1)\n");
@@ -406,8 +334,7 @@ TEST(Excerpt, marks_a_range) {
         {"x" + repeated("y", 200), 0, 201,
          "x" + repeated("y", 116) + "...\n^" + repeated("~", 116) + "\n"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(mtranslate::excerpt(row.line, row.begin, row.end), row.expected);
+    for (const auto &row : rows) EXPECT_EQ(excerpt(row.line, row.begin, row.end), row.expected);
 }
 
 TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
@@ -526,3 +453,5 @@ TEST_F(ClassicTool, writes_pipes_and_open_files_as_they_come) {
 }
 
 }  // namespace
+
+}  // namespace mtranslate
