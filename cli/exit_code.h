@@ -6,7 +6,8 @@ namespace mtranslate {
 enum class ExitCode {
     Done = 0,      /* the translation is written */
     BadSource = 1, /* the source, or a file that it calls, has an error or a gap */
-    Trouble = 2,   /* wrong usage, or a file that cannot be read or written */
+    Usage = 2,     /* the options, or a configuration, make no sense */
+    Trouble = 3,   /* a file cannot be read or written, or a process is lost */
 };
 
 }  // namespace mtranslate

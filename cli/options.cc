@@ -34,8 +34,8 @@ translated along with it. The first -I replaces that directory; name it by an
 What cannot be translated is left as comments in the translation, and a message
 says why; 'mtranslate explain CODE' tells more about it.
 
-Exit code: 0 translated, 1 a source has an error or a gap, 2 wrong usage or a
-file that cannot be read or written.
+Exit code: 0 translated, 1 a source has an error or a gap, 2 wrong usage, 3 a
+file cannot be read or written.
 
 Example:
   $ mtranslate -c 'x = 2*(1 + 1)'
@@ -135,7 +135,7 @@ ExitCode show(const std::string &text) {
 
 ExitCode refuse(const std::string &message, const char *help = "Try 'mtranslate --help'.") {
     std::cerr << "mtranslate: error: " << printable(message) << '\n' << help << '\n';
-    return ExitCode::Trouble;
+    return ExitCode::Usage;
 }
 
 ExitCode run(const Explain &wanted) {

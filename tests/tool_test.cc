@@ -161,7 +161,7 @@ TEST_F(Tool, translates_trees) {
          "mtranslate: 1 of 1 file: 0 without errors or gaps, 0 with gaps, 1 with errors, 0 "
          "failed\n",
          ""},
-        {"mtranslate u/f.m t/f.m -O o2", 2, "",
+        {"mtranslate u/f.m t/f.m -O o2", 3, "",
          u + "t/f.m: error: its output 'o2/f.txt' is that of 'u/f.m'\nmtranslate: 2 of 2 files: 1 "
              "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 1 written\n"},
         {"mtranslate t -O o3 --exclude 'private/*' --exclude '[bgm]*.m' --suffix .x; find o3 -type "
@@ -175,7 +175,7 @@ TEST_F(Tool, translates_trees) {
          "--- o/settings.txt\n+++ o/settings.txt\n@@ -1 +1,2 @@\n a := 1;\n+b := 2;\n",
          "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n" +
              good("2 of 2 files: 2", "")},
-        {"chmod a-w o4; rm -f o4/f.txt; mkdir o4/f.txt; mtranslate t/f.m t/settings.m -O o4", 2, "",
+        {"chmod a-w o4; rm -f o4/f.txt; mkdir o4/f.txt; mtranslate t/f.m t/settings.m -O o4", 3, "",
          "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n"
          "t/f.m: error: cannot write 'o4/f.txt': Is a directory\nmtranslate: 2 of 2 files: 1 "
          "without errors or gaps, 0 with gaps, 0 with errors, 1 failed; 1 written\n"},
@@ -194,7 +194,7 @@ TEST_F(Tool, loses_no_more_than_a_file_with_a_worker) {
     const std::string show = "wait $!; echo $?) 2> /dev/null; ls o; cat e";
     check({
         {(wait + "kill -KILL $(cat w); " + show).c_str(), 0,
-         "2\na.txt\nc.txt\nt/b.m: error: its process was ended by signal 9 (Killed)\n"
+         "3\na.txt\nc.txt\nt/b.m: error: its process was ended by signal 9 (Killed)\n"
          "mtranslate: 3 of 3 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 1 "
          "failed; "
          "2 written\n",
@@ -228,7 +228,7 @@ TEST_F(Tool, explains_its_messages) {
          "mtranslate: error: no message has the code 'whatever'\n", ""},
         {"mtranslate explain MT314 | sed -n 2p", 0,
          "nothing assigns '...': '...' is taken for a member of a package or class\n", ""},
-        {"mtranslate explain > /dev/full", 2, "",
+        {"mtranslate explain > /dev/full", 3, "",
          "mtranslate: error: cannot write standard output: No space left on device\n"},
     });
 }
@@ -358,10 +358,10 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: --dump-tree: classic makes no tree" + hint},
         {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
          "mtranslate: error: --language: basic not", ""},
-        {"mtranslate --help > /dev/full", 2, "",
+        {"mtranslate --help > /dev/full", 3, "",
          cannot + "write standard output: No space left on device\n"},
-        {"mtranslate none.m", 2, "", cannot + "read 'none.m': No such file or directory\n"},
-        {"mtranslate \"$(printf '\\033[m')\"", 2, "",
+        {"mtranslate none.m", 3, "", cannot + "read 'none.m': No such file or directory\n"},
+        {"mtranslate \"$(printf '\\033[m')\"", 3, "",
          cannot + "read '\\x1b[m': No such file or directory\n"},
         {"mtranslate .", 2, "", several},
         {"mtranslate a.m a.m", 2, "", several},
@@ -371,23 +371,23 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: -o and -O exclude each other" + hint},
         {"mtranslate diff a.m", 2, "",
          "mtranslate: error: give -O DIR, the outputs to compare" + hint},
-        {"mtranslate none -O d", 2, "", cannot + "read 'none': No such file or directory\n"},
-        {"mkdir u; mtranslate u -O d", 2, "",
+        {"mtranslate none -O d", 3, "", cannot + "read 'none': No such file or directory\n"},
+        {"mkdir u; mtranslate u -O d", 3, "",
          "mtranslate: error: no file *.m is found in what was given\n"},
-        {"mtranslate - < .", 2, "", cannot + "read standard input: Is a directory\n"},
-        {"mtranslate - <&-", 2, "", cannot + "read standard input: Bad file descriptor\n"},
-        {"mtranslate /dev/zero", 2, "", cannot + "read '/dev/zero': larger than 256 MiB\n"},
-        {"truncate -s 300M f.m; mtranslate -c 'f(1)' -I.", 2, "",
+        {"mtranslate - < .", 3, "", cannot + "read standard input: Is a directory\n"},
+        {"mtranslate - <&-", 3, "", cannot + "read standard input: Bad file descriptor\n"},
+        {"mtranslate /dev/zero", 3, "", cannot + "read '/dev/zero': larger than 256 MiB\n"},
+        {"truncate -s 300M f.m; mtranslate -c 'f(1)' -I.", 3, "",
          cannot + "read './f.m': larger than 256 MiB\n"},
-        {"ln -s /dev/zero z.m; mtranslate -c 'z(1)' -I.", 2, "",
+        {"ln -s /dev/zero z.m; mtranslate -c 'z(1)' -I.", 3, "",
          cannot + "read './z.m': a device\n"},
-        {"trouble open -c 'a(1)' -I.", 2, "",
+        {"trouble open -c 'a(1)' -I.", 3, "",
          "mtranslate: error: unable to open ./a.m: Too many open files\n"},
-        {"mtranslate -I none a.m", 2, "", cannot + "search 'none': No such file or directory\n"},
-        {"mtranslate -I a.m a.m", 2, "", cannot + "search 'a.m': Not a directory\n"},
-        {"mtranslate a.m > /dev/full", 2, "",
+        {"mtranslate -I none a.m", 3, "", cannot + "search 'none': No such file or directory\n"},
+        {"mtranslate -I a.m a.m", 3, "", cannot + "search 'a.m': Not a directory\n"},
+        {"mtranslate a.m > /dev/full", 3, "",
          cannot + "write standard output: No space left on device\n"},
-        {"mtranslate a.m >&-", 2, "", cannot + "write standard output: Bad file descriptor\n"},
+        {"mtranslate a.m >&-", 3, "", cannot + "write standard output: Bad file descriptor\n"},
         {"{ mtranslate a.m; echo $? >&2; } | true", 0, "", "0\n"},
     });
 }
@@ -398,14 +398,14 @@ TEST_F(ClassicTool, writes_over_no_source) {
     run("ln -s p/f.m link; ln p/f.m same; cp p/main.m copy");
     const std::string output = "mtranslate: error: the output ";
     check({
-        {"mtranslate -o p/f.m p/main.m", 2, "", output + "'p/f.m' is an existing MATLAB file\n"},
-        {"mtranslate -o link -c x", 2, "", output + "'link' is an existing MATLAB file\n"},
-        {"mtranslate -o same p/main.m", 2, "", output + "'same' is the source 'p/f.m' itself\n"},
-        {"mtranslate p/main.m >> same", 2, "",
+        {"mtranslate -o p/f.m p/main.m", 3, "", output + "'p/f.m' is an existing MATLAB file\n"},
+        {"mtranslate -o link -c x", 3, "", output + "'link' is an existing MATLAB file\n"},
+        {"mtranslate -o same p/main.m", 3, "", output + "'same' is the source 'p/f.m' itself\n"},
+        {"mtranslate p/main.m >> same", 3, "",
          "mtranslate: error: standard output is the source 'p/f.m' itself\n"},
-        {"mtranslate -o p/main.m - < p/main.m", 2, "",
+        {"mtranslate -o p/main.m - < p/main.m", 3, "",
          output + "'p/main.m' is the source '<stdin>' itself\n"},
-        {"mtranslate -o copy - < copy", 2, "", output + "'copy' is the source '<stdin>' itself\n"},
+        {"mtranslate -o copy - < copy", 3, "", output + "'copy' is the source '<stdin>' itself\n"},
         {"cat p/main.m p/f.m copy", 0, "x = f(1)\ny = 2\nx = f(1)\n", ""},
         {"mtranslate -o new.m -c x && cat new.m", 0, "x;\n", ""},
     });
@@ -422,12 +422,12 @@ TEST_F(ClassicTool, replaces_an_output_by_a_whole_one_or_not_at_all) {
         {"ln -s n d/m; mtranslate -o d/m -c x=1; cat d/n; stat -c %F d/m", 0,
          "x := 1;\nsymbolic link\n", ""},
         {"umask 027; mtranslate -o d/p -c x; stat -c %a d/p", 0, "640\n", ""},
-        {"ulimit -f 1; mtranslate -o d/o large.m", 2, "", too_large},
-        {"ulimit -f 1; trouble fchown -o d/o large.m", 2, "", too_large},
-        {"ulimit -f 1; mtranslate -o d/q large.m", 2, "", cannot + "'d/q': File too large\n"},
-        {"trouble fsync -o d/o -c x=2", 2, "", cannot + "'d/o': Input/output error\n"},
-        {"mtranslate -o no/o -c x", 2, "", cannot + "'no/o': No such file or directory\n"},
-        {"ln -s k d/k; mtranslate -o d/k -c x", 2, "",
+        {"ulimit -f 1; mtranslate -o d/o large.m", 3, "", too_large},
+        {"ulimit -f 1; trouble fchown -o d/o large.m", 3, "", too_large},
+        {"ulimit -f 1; mtranslate -o d/q large.m", 3, "", cannot + "'d/q': File too large\n"},
+        {"trouble fsync -o d/o -c x=2", 3, "", cannot + "'d/o': Input/output error\n"},
+        {"mtranslate -o no/o -c x", 3, "", cannot + "'no/o': No such file or directory\n"},
+        {"ln -s k d/k; mtranslate -o d/k -c x", 3, "",
          cannot + "'d/k': Too many levels of symbolic links\n"},
         {"for s in 1 2 15; do SIGNAL=$s trouble - -o d/o -c x=2; echo $?; done 2> err2", 0,
          "129\n130\n143\n", ""},
@@ -447,8 +447,8 @@ TEST_F(ClassicTool, writes_pipes_and_open_files_as_they_come) {
          "a\nx;\ny;\n", ""},
         {"mtranslate -o /dev/fd/4 -c x 4>> out2; cat out2", 0, "a\nx;\ny;\nx;\n", ""},
         {"mtranslate -o /dev/null -c x", 0, "", ""},
-        {"mtranslate -o /dev/full -c x", 2, "", cannot + "'/dev/full': No space left on device\n"},
-        {"mtranslate -o . -c x", 2, "", cannot + "'.': Is a directory\n"},
+        {"mtranslate -o /dev/full -c x", 3, "", cannot + "'/dev/full': No space left on device\n"},
+        {"mtranslate -o . -c x", 3, "", cannot + "'.': Is a directory\n"},
     });
 }
 
