@@ -1,5 +1,9 @@
 /* Programs in matlab: procedures with their heads and returns, and files that call each other. */
+#include <map>
+
 #include "diagnose/messages.h"
+#include "lower/pieces.h"
+#include "lower/program.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -19,6 +23,14 @@ void note_message(const Message *message) {
         *messages += " (from " + std::filesystem::path(message->called_from).filename().string() +
                      ":" + std::to_string(message->called_from_line) + ")";
     *messages += "\n";
+}
+
+/* Whatever can be translated of a file. */
+std::string translated_by(StandInHost &host, const std::string &path) {
+    ValueStore &values = host.values();
+    const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
+                                 values.equation(values.name("KeepGoing"), values.boolean(true))};
+    return translate(host, "file", path, options);
 }
 
 /* The translation and behind it the messages, with folder left out of both. */
@@ -127,6 +139,56 @@ TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
         EXPECT_EQ(outcome.errors, Texts{error});
         EXPECT_EQ(outcome.result.value_or(""), exit == ErrorExit::Return ? text : "");
     }
+}
+
+/* What became of the pieces of the main source, by their places. */
+using Pieces = std::map<std::pair<uint32_t, PieceEnd>, std::string>;
+Pieces *pieces;
+
+void note_piece_of_main(const Node *node, PieceEnd end, const char *target) {
+    static const char *const words[] = {"own",     "file",    "host",  "language",
+                                        "unknown", "comment", "source"};
+    if (CurrentFile->source->caller) return;
+    const bool is_call = end < COMMENT_IS_PUT;
+    std::string &text = (*pieces)[{node->offset, is_call ? CALL_OF_OWN : end}];
+    text = is_call ? std::string(node->text) + " " + words[end] : words[end];
+    if (target) text += " " + std::filesystem::path(target).filename().string();
+}
+
+TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
+    static const SourceFile *finished;
+    const SourceFiles files(R"(f => function y = f(x)\ny = g(x); % no   s => q = g(1);)");
+    StandInHost host;
+    host.translate_name("r", "random");
+    host.translate_function("k", "K(x)");
+    const struct {
+        std::string source, pieces;
+    } rows[] = {
+        {"x = f(1) + g(x) + r + k(2) + i; s; x(1);",
+         "f file f.m, g unknown, r host, k host, i language, s file s.m"},
+        {"h = @(x) f(x); p = @g; p = @r; p = @and; hold on; l",
+         "f file f.m, g unknown, r host, and language, hold unknown, l unknown"},
+        {"% a\nx = 1; % b\neval('2'); % c\nx = [1 ... d\n];\ny = (1;",
+         "comment, comment, eval unknown, source, comment, comment, source"},
+        {"while g(1) && f(2), n = isempty(k); end",
+         "g unknown, f file f.m, isempty unknown, k host"},
+    };
+    OnPiece = note_piece_of_main;
+    OnProgram = [](const SourceFile *file) { finished = file; };
+    for (const auto &row : rows) {
+        Pieces noted;
+        pieces = &noted;
+        finished = nullptr;
+        files.write("main.m", row.source);
+        translated_by(host, files.path("main.m"));
+        std::string text;
+        for (const auto &[place, piece] : noted) text += (text.empty() ? "" : ", ") + piece;
+        EXPECT_EQ(text, row.pieces) << row.source;
+        EXPECT_TRUE(finished && finished->path == files.path("main.m"));
+        leave_broken_run();
+    }
+    OnPiece = nullptr;
+    OnProgram = nullptr;
 }
 
 }  // namespace

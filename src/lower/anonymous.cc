@@ -11,6 +11,7 @@
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/packages.h"
+#include "lower/pieces.h"
 #include "lower/preludes.h"
 #include "lower/text_list.h"
 #include "lower/value_lists.h"
@@ -40,7 +41,11 @@ const char *member_text(const char *name) {
 
 const char *handle_text(const Node *node) {
     if (const char *own = own_function(node)) return own;
-    if (const char *answer = translate_name(node->text)) return KeepText(answer, strlen(answer));
+    note_piece(node, CALL_OF_LANGUAGE);
+    if (const char *answer = translate_name(node->text)) {
+        note_piece(node, CALL_OF_HOST);
+        return KeepText(answer, strlen(answer));
+    }
     if (const char *function = word_function(node->text)) return function;
     const char *written = called_function(node);
     return strchr(written, '.') ? member_text(written) : written;

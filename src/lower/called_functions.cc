@@ -8,6 +8,7 @@
 #include "lower/context.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
+#include "lower/pieces.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "syntax/spellings.h"
@@ -144,11 +145,21 @@ static void note_call(const char *written) {
     if (CallsFromProcedure) enter_name(&UsedByProcedures, written, &UsedByProcedures);
 }
 
+static void note_callee(const Node *name, const Callee *callee) {
+    bool is_found = callee->is_elsewhere || callee->file;
+    note_piece(name, is_found ? CALL_OF_FILE : CALL_OF_UNKNOWN,
+               callee->file ? callee->file->path : nullptr);
+}
+
 const char *own_function(const Node *name) {
     const Node *definition = name->symbol->definition;
-    if (definition && definition->kind == NODE_FUNCTION) return written_name(name->symbol);
+    if (definition && definition->kind == NODE_FUNCTION) {
+        note_piece(name, CALL_OF_OWN, CurrentFile->path);
+        return written_name(name->symbol);
+    }
     const Callee *callee = known_callee(name);
     if (!callee || !callee->is_own) return nullptr;
+    note_piece(name, CALL_OF_OWN, CurrentFile->path);
     note_call(callee->written);
     return callee->written;
 }
@@ -169,6 +180,7 @@ bool is_function_of_file(const Node *name) {
 const char *called_function(const Node *name) {
     const Callee *callee = callee_of(name);
     note_call(callee->written);
+    note_callee(name, callee);
     if (callee->is_elsewhere) return callee->written;
     if (!callee->file) {
         note_unknown(name, callee->written);
@@ -197,6 +209,7 @@ Node *find_script(const Node *name) {
 SourceFile *file_of_script(const Node *name) {
     SourceFile *file = callee_of(name)->file;
     queue_file(file);
+    note_piece(name, CALL_OF_FILE, file->path);
     return file;
 }
 

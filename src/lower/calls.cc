@@ -10,6 +10,7 @@
 #include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/operands.h"
+#include "lower/pieces.h"
 #include "lower/word_functions.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
@@ -38,9 +39,11 @@ bool is_truth_value(const char *name) {
 }
 
 // The host's name of a function, or null.
-const char *ask_name(const char *name) {
-    const char *answer = translate_name(name);
-    return answer ? KeepText(answer, strlen(answer)) : nullptr;
+const char *ask_name(const Node *name) {
+    const char *answer = translate_name(name->text);
+    if (!answer) return nullptr;
+    note_piece(name, CALL_OF_HOST);
+    return KeepText(answer, strlen(answer));
 }
 
 const char *const EvalNames[] = {"eval", "evalin", "evalc", "assignin"};
@@ -58,8 +61,12 @@ void check_global(const Node *name, const Node *arguments) {
         report_at(GLOBAL_START, argument, {argument->text});
 }
 
-mExpr *ask_call(const char *name, const vExpr *arguments) {
-    return AddTranslator ? new_host_call(name, arguments) : nullptr;
+// answer: the host's name of the function, or null.
+mExpr *ask_call(const Node *name, const char *answer, const vExpr *arguments) {
+    if (!AddTranslator) return nullptr;
+    mExpr *call = new_host_call(answer ? answer : name->text, arguments);
+    if (call) note_piece(name, CALL_OF_HOST);
+    return call;
 }
 
 // A call that the host has not answered.
@@ -70,7 +77,7 @@ const char *unanswered_name(const Node *name) {
 
 // answer: the host's name of it, or null.
 mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments) {
-    if (mExpr *call = ask_call(answer ? answer : name->text, arguments)) return call;
+    if (mExpr *call = ask_call(name, answer, arguments)) return call;
     mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
     if (operators) return operators;
     const char *written = answer ? answer : unanswered_name(name);
@@ -84,7 +91,7 @@ mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments
 
 mExpr *lower_outside_call(const Node *name, const Node *arguments) {
     check_global(name, arguments);
-    const char *answer = ask_name(name->text);
+    const char *answer = ask_name(name);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
     rename_fields(name->text, arguments, &values);
@@ -112,6 +119,7 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 
 mExpr *lower_call(const Node *name, const Node *arguments) {
     if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
+    note_piece(name, CALL_OF_LANGUAGE);
     if (mExpr *test = lower_exist(name, arguments)) return test;
     return lower_outside_call(name, arguments);
 }
@@ -119,13 +127,14 @@ mExpr *lower_call(const Node *name, const Node *arguments) {
 // A function without arguments: the host's name of it stands for its value.
 static mExpr *lower_bare_call(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
-    if (const char *answer = ask_name(name->text)) return new_leaf(answer);
+    if (const char *answer = ask_name(name)) return new_leaf(answer);
     if (is_truth_value(name->text)) return new_leaf(name->text);
     return finish_call(name, nullptr, nullptr);
 }
 
 mExpr *lower_name(const Node *name) {
     if (is_variable(name->symbol)) return new_leaf(written_name(name->symbol));
+    note_piece(name, CALL_OF_LANGUAGE);
     if (strcmp(name->text, "ans") == 0) {
         report_at(ANS_VALUE, name);
         return new_leaf("ans");
@@ -137,8 +146,9 @@ mExpr *lower_name(const Node *name) {
 mExpr *lower_command(const Node *command) {
     const Node *name = command->first_child;
     ExprList words = {};
+    note_piece(name, CALL_OF_LANGUAGE);
     const char *own = own_function(name);
-    const char *answer = own ? own : ask_name(name->text);
+    const char *answer = own ? own : ask_name(name);
     for (const Node *word = name->next; word; word = word->next)
         append_expr(&words, new_leaf(string_text(word->text), SCALAR));
     mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
@@ -149,6 +159,7 @@ mExpr *lower_command(const Node *command) {
 
 mExpr *lower_function_name(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
-    const char *answer = ask_name(name->text);
+    note_piece(name, CALL_OF_LANGUAGE);
+    const char *answer = ask_name(name);
     return new_leaf(answer ? answer : called_function(name));
 }

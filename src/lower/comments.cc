@@ -2,6 +2,7 @@
 #include "lower/comments.h"
 
 #include "lower/context.h"
+#include "lower/pieces.h"
 
 // Lines of block comments keep their indentation, so that they may begin with anything.
 static const char *mark_of(const Node *comment) {
@@ -10,6 +11,7 @@ static const char *mark_of(const Node *comment) {
 }
 
 void put_comment(const Node *comment, Line *trailed) {
+    note_piece(comment, COMMENT_IS_PUT);
     const char *text = form_text("%s%s", {mark_of(comment), comment->text});
     if (trailed && has_flag(comment, TRAILING)) {
         trailed->text = form_text("%s %s", {trailed->text, text});

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/context.h"
+#include "lower/pieces.h"
 #include "lower/program_files.h"
 #include "support/allocation.h"
 
@@ -39,6 +40,7 @@ const char *next_line(SourceLines *lines) {
 }  // namespace
 
 void put_gap(const Node *node, MessageId id) {
+    note_piece(node, SOURCE_IS_PUT);
     const MessageRow *row = &MessageTable[id];
     const char *source = CurrentFile->source->text;
     SourceLines lines = {source + node->offset, source + end_of(node)};

@@ -7,11 +7,14 @@
 #include "lower/context.h"
 #include "lower/host_words.h"
 #include "lower/packages.h"
+#include "lower/pieces.h"
 #include "lower/procedures.h"
 #include "lower/statements.h"
 #include "run/run_state.h"
 
 TreeListener OnTree;
+ProgramListener OnProgram;
+PieceListener OnPiece;
 
 namespace {
 
@@ -126,8 +129,11 @@ void lower_program(const char *path, const char *text, uint32_t length) {
     file->is_open = true;
     bool is_script = has_statements(file->tree) || !file->functions;
     write_functions(is_script);
-    if (is_script) return translate_script(file);
-    write_called_files();
+    if (is_script)
+        translate_script(file);
+    else
+        write_called_files();
+    if (OnProgram) OnProgram(file);
 }
 
 const char *lower_script_call(const Node *name) {

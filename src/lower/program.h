@@ -9,6 +9,10 @@ void begin_program(SourceLanguage language);
  * not throw. */
 typedef void (*TreeListener)(const Node *tree);
 extern TreeListener OnTree;
+/* Gets the run's own file when it has been lowered, with all that it calls, for tools; null by
+ * default. Its names are settled. It must not throw. */
+typedef void (*ProgramListener)(const SourceFile *file);
+extern ProgramListener OnProgram;
 
 /* Writes the translation of the source and of everything that it calls into OutputText. path null
  * for a command. */
