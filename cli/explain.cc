@@ -6,26 +6,12 @@
 #include <vector>
 
 #include "cli/suggestion.h"
+#include "cli/wrapped.h"
 #include "diagnose/message_table.h"
 
 namespace mtranslate {
 
 namespace {
-
-/* The text in lines of at most 80 columns. */
-std::string wrapped(const std::string &text) {
-    constexpr std::size_t COLUMNS = 80;
-    std::istringstream words(text);
-    std::string lines;
-    std::size_t column = 0;
-    for (std::string word; words >> word;) {
-        const bool fits = column > 0 && column + 1 + word.size() <= COLUMNS;
-        if (column > 0) lines += fits ? ' ' : '\n';
-        column = fits ? column + 1 + word.size() : word.size();
-        lines += word;
-    }
-    return lines + '\n';
-}
 
 std::string indented(const std::string &text) {
     std::istringstream lines(text);
@@ -86,12 +72,16 @@ std::optional<std::string> explanation(const std::string &code) {
 }
 
 std::string no_explanation(const std::string &code) {
-    std::vector<std::string> known;
+    return "no message has the code '" + code + '\'' + suggestion(code, all_codes());
+}
+
+std::vector<std::string> all_codes() {
+    std::vector<std::string> codes;
     for (const MessageRow &row : MessageTable) {
-        known.emplace_back(row.code);
-        known.emplace_back(row.name);
+        codes.emplace_back(row.code);
+        codes.emplace_back(row.name);
     }
-    return "no message has the code '" + code + '\'' + suggestion(code, known);
+    return codes;
 }
 
 std::string page_of_messages() {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace mtranslate {
 
@@ -12,6 +13,9 @@ std::optional<std::string> explanation(const std::string &code);
 
 /* What to tell the user of a code that there is not: it may name the one that was meant. */
 std::string no_explanation(const std::string &code);
+
+/* The code and the short name of every message. */
+std::vector<std::string> all_codes();
 
 /* docs/messages.md. */
 std::string page_of_messages();

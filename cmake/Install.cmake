@@ -1,4 +1,4 @@
-# Library, header, tool, CMake package and pkg-config file.
+# Library, header, tool with its manual page and completions, CMake package and pkg-config file.
 
 include(CMakePackageConfigHelpers)
 
@@ -9,6 +9,14 @@ install(FILES "${PROJECT_SOURCE_DIR}/include/mtranslate.h"
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(MTRANSLATE_TOOL)
     install(TARGETS mtranslate_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(pages "${PROJECT_BINARY_DIR}/pages")
+    install(FILES "${pages}/mtranslate.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+    install(FILES "${pages}/mtranslate.bash" RENAME mtranslate
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+    install(FILES "${pages}/_mtranslate"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+    install(FILES "${pages}/mtranslate.fish"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 endif()
 
 # The library depends on no other package: its exported targets are the whole CMake package.

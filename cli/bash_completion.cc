@@ -1,0 +1,78 @@
+/* Completion for bash: a function that looks at the words typed so far. */
+#include "cli/completion_words.h"
+#include "cli/completions.h"
+
+namespace mtranslate {
+
+namespace {
+
+constexpr const char *HEAD = R"(# bash completion for mtranslate
+
+_mtranslate_words() { mapfile -t COMPREPLY < <(compgen -W "$1" -- "$cur"); }
+
+_mtranslate_names() {
+    mapfile -t COMPREPLY < <(compgen "$1" -- "$cur")
+    compopt -o filenames 2>/dev/null
+}
+
+_mtranslate() {
+    local cur=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= word
+    COMPREPLY=()
+    # a '=' is a word of its own
+    if [[ $cur == = ]]; then
+        cur=
+    elif [[ $before == = ]]; then
+        before=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+)";
+
+/* The command that offers values. */
+std::string offer(const ArgumentInfo &argument) {
+    switch (offer_of(argument)) {
+        case Offer::Choices: return "_mtranslate_words \"" + joined(argument.choices) + '"';
+        case Offer::Folders: return "_mtranslate_names -d";
+        case Offer::Files: return "_mtranslate_names -f";
+        case Offer::Nothing: break;
+    }
+    return ":";
+}
+
+/* A branch for each option that a value must follow. */
+std::string branches_of_values(const CommandInfo &command) {
+    std::string text;
+    for (const ArgumentInfo &argument : command.arguments)
+        if (!argument.is_positional() && !argument.value.empty())
+            text += "    " + joined(argument.names, " | ") + ")\n        " + offer(argument) +
+                    "\n        return\n        ;;\n";
+    return text;
+}
+
+/* The branches for an option and for another word behind a command. */
+std::string branches(const std::vector<ArgumentInfo> &arguments, const std::string &name,
+                     const std::string &last) {
+    std::string text = "    " + name + ":-*) _mtranslate_words \"" +
+                       joined(option_names(arguments)) + "\" ;;\n    " + name + ":*)\n";
+    for (const ArgumentInfo &argument : arguments)
+        if (argument.is_positional()) text += "        " + offer(argument) + '\n';
+    return text + last + "        ;;\n";
+}
+
+}  // namespace
+
+std::string bash_completion(const CommandInfo &tool) {
+    const std::string commands = joined(command_names(tool));
+    std::string text = HEAD +
+                       std::string("    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n") +
+                       "        case $word in " + joined(command_names(tool), " | ") +
+                       ") command=$word && break ;; esac\n    done\n    case $before in\n" +
+                       branches_of_values(tool);
+    for (const CommandInfo &command : tool.commands) text += branches_of_values(command);
+    text += "    esac\n    case $command:$cur in\n";
+    for (const CommandInfo &command : tool.commands)
+        text += branches(arguments_behind(tool, command), command.name, "");
+    text += branches(tool.arguments, "",
+                     "        COMPREPLY+=($(compgen -W \"" + commands + "\" -- \"$cur\"))\n");
+    return text + "    esac\n}\n\ncomplete -F _mtranslate mtranslate\n";
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,17 @@
+/* What the help and the manual page say about no single argument. */
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace mtranslate {
+
+struct ManualSection {
+    const char *title;
+    /* Paragraphs between empty lines; lines that begin with a blank stay as they are. */
+    const char *text;
+};
+
+std::span<const ManualSection> manual_sections();
+
+}  // namespace mtranslate

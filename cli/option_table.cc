@@ -1,0 +1,125 @@
+/* The table. A description is a line for every help, and, behind an empty line, more for the long
+ * help and the manual page. What stands for a value decides what shells complete
+ * (argument_list.h). */
+#include "cli/option_table.h"
+
+#include <CLI/CLI.hpp>
+
+#include <mtranslate.h>
+
+namespace mtranslate {
+
+namespace {
+
+#define TEXT_OF(token) #token
+#define VERSION_TEXT(major, minor, patch) TEXT_OF(major) "." TEXT_OF(minor) "." TEXT_OF(patch)
+
+constexpr const char *VERSION = "mtranslate " VERSION_TEXT(
+    MTRANSLATE_VERSION_MAJOR, MTRANSLATE_VERSION_MINOR, MTRANSLATE_VERSION_PATCH);
+
+/* The heading of the options that are added next. */
+void begin_group(CLI::App &app, const char *heading) { app.option_defaults()->group(heading); }
+
+void add_source_options(CLI::App &app, Options &options) {
+    begin_group(app, "Sources");
+    app.add_option("PATH", options.paths,
+                   "MATLAB source files and folders to translate; - for standard input")
+        ->type_name("");
+    app.add_option("-c,--command", options.command, "Translate TEXT instead of files")
+        ->type_name("TEXT");
+    app.add_option("-I,--include", options.directories,
+                   "Look for called functions in DIR; repeatable\n\n"
+                   "Tried in the order given, and instead of the directory of the source, which "
+                   "may be named too.")
+        ->type_name("DIR")
+        ->allow_extra_args(false);
+    app.add_option("--language", options.language,
+                   "Read the sources as matlab, octave or classic\n\n"
+                   "matlab, the default, is MATLAB as people write it. octave differs in the "
+                   "escapes of double-quoted strings and in chained assignments. classic is the "
+                   "small language of hosts that rely on its exact translations.")
+        ->option_text("LANGUAGE")
+        ->check(CLI::IsMember({"matlab", "octave", "classic"}));
+    app.add_flag("--no-translator", options.without_translator,
+                 "Do not ask the host about calls\n\nCalled functions are not translated then.");
+}
+
+void add_output_options(CLI::App &app, Options &options) {
+    begin_group(app, "Output");
+    app.add_option("-o,--output", options.output,
+                   "Write the translation of one source to PATH\n\n"
+                   "Without it the translation goes to standard output. A file is replaced when "
+                   "its successor is whole; no source is ever written over.")
+        ->type_name("PATH");
+    app.add_flag("--strict", options.is_strict,
+                 "Write no translation of a source with an error or a gap");
+    app.add_flag("--dump-tree", options.dumps_tree,
+                 "Write the tree of the source, not its translation");
+}
+
+void add_batch_options(CLI::App &app, Options &options) {
+    begin_group(app, "Whole trees");
+    app.add_option("-O,--output-dir", options.output_folder,
+                   "Translate several files, or whole folders, into DIR\n\n"
+                   "Every file *.m of a folder, and of those in it, becomes a file of the same "
+                   "name below DIR. One that would not change is not touched. Each file is "
+                   "translated alone.")
+        ->type_name("DIR");
+    app.add_option("--suffix", options.suffix, "Ending of the files in DIR (.txt)")
+        ->type_name("SUFFIX");
+    app.add_option("--exclude", options.excludes,
+                   "Leave out files and folders that match GLOB; repeatable\n\n"
+                   "A pattern with a slash is compared with the path below the folder given, any "
+                   "other with the name alone.")
+        ->type_name("GLOB")
+        ->allow_extra_args(false);
+    app.add_flag("--closure", options.is_closure,
+                 "Put the functions that a file calls into its translation");
+    app.add_option("-j,--jobs", options.jobs, "Run N worker processes (one for each processor)")
+        ->type_name("N");
+}
+
+void add_help_options(CLI::App &app) {
+    begin_group(app, "Help");
+    app.set_help_flag("-h", "Print a short help");
+    app.set_help_all_flag("--help", "Print the whole help");
+}
+
+void add_modes(CLI::App &app, Options &options) {
+    const auto add = [&](const char *name, Mode mode, const char *description) {
+        app.add_subcommand(name, description)->fallthrough()->callback([=, &options] {
+            options.mode = mode;
+        });
+    };
+    add("check", Mode::Check, "Say what a translation would say, and write nothing");
+    add("diff", Mode::Compare,
+        "Show what would change in the outputs of -O\n\n"
+        "As a unified diff; the exit code is 1 where there is a difference.");
+}
+
+void add_explain(CLI::App &app, std::optional<Explain> &explain) {
+    CLI::App *command = app.add_subcommand("explain", "Tell what the code of a message means");
+    const auto wanted = std::make_shared<Explain>();
+    begin_group(*command, "Options");
+    command->add_option("CODE", wanted->code, "The code or the short name; without it, all codes")
+        ->type_name("");
+    command->add_flag("--page", wanted->whole_page, "Write the page of all messages in Markdown");
+    command->callback([&explain, wanted] { explain = *wanted; });
+}
+
+}  // namespace
+
+std::unique_ptr<CLI::App> make_option_table(Request &request) {
+    auto app = std::make_unique<CLI::App>(
+        "Translates MATLAB source to the language of a host computer-algebra system", "mtranslate");
+    add_source_options(*app, request.options);
+    add_output_options(*app, request.options);
+    add_batch_options(*app, request.options);
+    add_help_options(*app);
+    app->set_version_flag("-V,--version", VERSION, "Print the version");
+    add_modes(*app, request.options);
+    add_explain(*app, request.explain);
+    return app;
+}
+
+}  // namespace mtranslate
