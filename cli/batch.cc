@@ -51,7 +51,7 @@ public:
     ExitCode run() {
         const auto job = [this](std::size_t i) { return to_text(work_on(i)); };
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
-        const Workers workers(worker_count(), {});
+        const Workers workers(worker_count(), options_.limits);
         const int signal = workers.run(inputs_.size(), job, report);
         clear_progress();
         std::cerr << summary(signal == 0);
@@ -76,6 +76,8 @@ private:
         FileResult result;
         try {
             translate_into(result, inputs_[i], i);
+        } catch (const std::bad_alloc &) {
+            throw;  // ends the worker
         } catch (const std::exception &error) {
             result.code = ExitCode::Trouble;
             result.messages +=

@@ -5,30 +5,24 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <new>
 
 #include "cli/batch.h"
 #include "cli/excerpt.h"
 #include "cli/options.h"
-#include "cli/output.h"
-#include "cli/source.h"
-#include "cli/translation.h"
+#include "cli/single_run.h"
 
 namespace mtranslate {
 
 namespace {
 
 ExitCode run(const Options &options) {
-    if (!options.paths.empty()) return run_batch(options);
-    const Output output(options.output);
-    const Source source = open_source(options);
-    output.refuse_sources(source.files);
-    const Translation translation = translate(source, options);
-    std::cerr << translation.messages;
-    if (translation.text) {
-        output.refuse_sources(translation.files_read);
-        output.write(*translation.text);
-    }
-    return translation.code;
+    return options.paths.empty() ? run_single(options) : run_batch(options);
+}
+
+ExitCode fail_with(const char *reason) {
+    std::cerr << "mtranslate: error: " << printable(reason) << '\n';
+    return ExitCode::Trouble;
 }
 
 ExitCode run_safely(int argc, char **argv) {
@@ -36,9 +30,10 @@ ExitCode run_safely(int argc, char **argv) {
         const auto arguments = read_options(argc, argv);
         if (const auto *code = std::get_if<ExitCode>(&arguments)) return *code;
         return run(std::get<Options>(arguments));
+    } catch (const std::bad_alloc &) {
+        return fail_with("system memory exhausted");
     } catch (const std::exception &error) {
-        std::cerr << "mtranslate: error: " << printable(error.what()) << '\n';
-        return ExitCode::Trouble;
+        return fail_with(error.what());
     }
 }
 

@@ -4,6 +4,8 @@
 #include "cli/option_table.h"
 
 #include <CLI/CLI.hpp>
+#include <chrono>
+#include <cmath>
 
 #include <mtranslate.h>
 
@@ -79,6 +81,23 @@ void add_batch_options(CLI::App &app, Options &options) {
         ->type_name("N");
 }
 
+void add_limits(CLI::App &app, Limits &limits) {
+    begin_group(app, "Limits");
+    app.add_option_function<double>(
+           "--max-time",
+           [&limits](double seconds) {
+               limits.time = std::chrono::milliseconds(std::lround(seconds * 1000));
+           },
+           "Give a file up after S seconds\n\nOf several files the others go on.")
+        ->type_name("S")
+        ->check(CLI::Range(0.001, 1e6));
+    app.add_option("--max-memory", limits.megabytes,
+                   "Give a file up that needs more than MB megabytes of memory\n\n"
+                   "Beside what the tool takes by itself.")
+        ->type_name("MB")
+        ->check(CLI::Range(1, 1 << 20));
+}
+
 void add_help_options(CLI::App &app) {
     begin_group(app, "Help");
     app.set_help_flag("-h", "Print a short help");
@@ -115,6 +134,7 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     add_source_options(*app, request.options);
     add_output_options(*app, request.options);
     add_batch_options(*app, request.options);
+    add_limits(*app, request.options.limits);
     add_help_options(*app);
     app->set_version_flag("-V,--version", VERSION, "Print the version");
     add_modes(*app, request.options);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/exit_code.h"
+#include "cli/limits.h"
 
 namespace mtranslate {
 
@@ -31,6 +32,7 @@ struct Options {
     std::string suffix = ".txt";
     /* Worker processes of a batch; 0: as many as there are processors. */
     std::size_t jobs = 0;
+    Limits limits;
     /* Whether each translation of a batch holds those of the functions that it calls. */
     bool is_closure = false;
     /* Where called functions are looked for, first tried first; empty: the file's own directory. */

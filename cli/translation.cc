@@ -2,6 +2,7 @@
  * library: at its record of an error, and at the files that it opens. */
 #include "cli/translation.h"
 
+#include <new>
 #include <vector>
 
 #include "cli/file_index.h"
@@ -11,6 +12,7 @@
 #include "lexer/source_files.h"
 #include "lower/program.h"
 #include "run/last_error.h"
+#include "run/run_end.h"
 #include "syntax/print_tree.h"
 
 namespace mtranslate {
@@ -133,6 +135,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     } catch (const HostError &thrown) {
         translation.text.reset();
         const RaisedError error = error_behind(thrown);
+        if (error.message == OUT_OF_MEMORY) throw std::bad_alloc();
         translation.code = exit_code_of(error);
         translation.counts = messages.counts();
         ++translation.counts[SEVERITY_ERROR];

@@ -26,7 +26,7 @@ struct Translation {
 
 /* Translates source in a host that answers no questions, as the options say. With an index no
  * called function is looked for, and scripts are found in the index. Throws FileError where a
- * called file can be no source. */
+ * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);
 

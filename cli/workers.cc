@@ -15,7 +15,10 @@
 #include <csignal>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
+#include <new>
 #include <optional>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -51,7 +54,9 @@ bool send_all(int socket, const void *from, std::size_t size) {
     return true;
 }
 
-[[noreturn]] void work(int socket, const Workers::Job &job) {
+constexpr int OUT_OF_MEMORY = 12;  // how a worker ends
+
+[[noreturn]] void work(int socket, const Workers::Job &job) try {
     std::uint64_t number;
     while (receive(socket, &number, sizeof number)) {
         const std::string result = job(static_cast<std::size_t>(number));
@@ -59,14 +64,44 @@ bool send_all(int socket, const void *from, std::size_t size) {
         if (!send_all(socket, &size, sizeof size) || !send_all(socket, result.data(), size)) break;
     }
     _exit(0);
+} catch (const std::bad_alloc &) {
+    _exit(OUT_OF_MEMORY);
 }
 
-std::string describe_end(int status) {
+/* Bytes of address space that this process has; 0 where that is not known. */
+std::size_t address_space() {
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+void limit_memory(std::size_t megabytes) {
+    const std::size_t most = address_space() + (megabytes << 20);
+    const rlimit limit{most, most};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+/* "1 second", "0.5 seconds". */
+std::string describe(std::chrono::milliseconds time) {
+    std::ostringstream text;
+    text << static_cast<double>(time.count()) / 1000
+         << (time.count() == 1000 ? " second" : " seconds");
+    return text.str();
+}
+
+std::string describe_end(int status, const Limits &limits) {
+    if (WIFEXITED(status) && WEXITSTATUS(status) == OUT_OF_MEMORY)
+        return limits.megabytes == 0
+                   ? "system memory exhausted"
+                   : "it needed more than " + std::to_string(limits.megabytes) + " MB of memory";
     if (WIFEXITED(status)) return "its process ended with " + std::to_string(WEXITSTATUS(status));
     const int signal = WTERMSIG(status);
     return "its process was ended by signal " + std::to_string(signal) + " (" + strsignal(signal) +
            ")";
 }
+
+/* For a worker that is told to end, to remove what it has not finished. */
+constexpr std::chrono::seconds GRACE(1);
 
 struct Worker {
     pid_t process = 0;
@@ -79,8 +114,7 @@ struct Worker {
 /* One run of all jobs. */
 class Round {
 public:
-    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report,
-          WorkerLimits limits)
+    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits)
         : ends_(jobs), job_(job), report_(report), limits_(limits) {
         const sigset_t ending = ending_signals();
         signals_ = Descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
@@ -120,10 +154,7 @@ private:
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         for (Worker &other : workers_) other.socket = Descriptor();
         release_signals();
-        if (limits_.memory > 0) {
-            const rlimit limit{limits_.memory, limits_.memory};
-            setrlimit(RLIMIT_AS, &limit);
-        }
+        if (limits_.megabytes > 0) limit_memory(limits_.megabytes);
         work(socket, job_);
     }
 
@@ -170,9 +201,10 @@ private:
     void stop_late_ones() {
         if (limits_.time.count() == 0) return;
         for (Worker &worker : workers_) {
-            if (!worker.job || worker.is_late || Clock::now() < worker.deadline) continue;
+            if (!worker.job || Clock::now() < worker.deadline) continue;
+            kill(worker.process, worker.is_late ? SIGKILL : SIGTERM);
             worker.is_late = true;
-            kill(worker.process, SIGKILL);
+            worker.deadline = Clock::now() + GRACE;
         }
     }
 
@@ -182,7 +214,7 @@ private:
         const std::size_t job = worker->job.value();
         JobEnd end;
         std::uint64_t size;
-        end.is_done = receive(socket, &size, sizeof size);
+        end.is_done = !worker->is_late && receive(socket, &size, sizeof size);
         if (end.is_done) end.result.resize(size);
         end.is_done = end.is_done && receive(socket, end.result.data(), size);
         if (end.is_done)
@@ -200,7 +232,8 @@ private:
         const bool is_late = worker->is_late;
         workers_.erase(worker);
         if (next_ < ends_.size()) add_worker();
-        return is_late ? "it took longer than the time allowed" : describe_end(status);
+        return is_late ? "it took longer than " + describe(limits_.time)
+                       : describe_end(status, limits_);
     }
 
     void report_ready() {
@@ -214,7 +247,7 @@ private:
     std::vector<Worker> workers_;
     const Workers::Job &job_;
     const Workers::Report &report_;
-    WorkerLimits limits_;
+    Limits limits_;
     Descriptor signals_;
     std::size_t next_ = 0;
     std::size_t reported_ = 0;

@@ -2,10 +2,11 @@
  * in a process, and what a source does to its worker does not reach the others. */
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <string>
+
+#include "cli/limits.h"
 
 namespace mtranslate {
 
@@ -16,19 +17,15 @@ struct JobEnd {
     std::string trouble; /* why one is not: how its worker ended */
 };
 
-struct WorkerLimits {
-    std::chrono::milliseconds time{0}; /* for one job; 0: none */
-    std::size_t memory = 0;            /* bytes of address space of a worker; 0: none */
-};
-
 class Workers {
 public:
-    /* job runs in a worker and answers a result; it must not throw. */
+    /* job runs in a worker and answers a result. It may throw std::bad_alloc, and nothing else. */
     using Job = std::function<std::string(std::size_t)>;
     /* Told in this process of every job, in the order of the jobs. */
     using Report = std::function<void(std::size_t, const JobEnd &)>;
 
-    Workers(std::size_t count, WorkerLimits limits) : count_(count), limits_(limits) {}
+    /* The limits are for each job. */
+    Workers(std::size_t count, Limits limits) : count_(count), limits_(limits) {}
 
     /* Runs the jobs 0 to jobs - 1. Answers 0, or the number of the signal that asked this process
      * to end: the jobs that were done have been reported, and no worker is left. Throws FileError
@@ -37,7 +34,7 @@ public:
 
 private:
     std::size_t count_;
-    WorkerLimits limits_;
+    Limits limits_;
 };
 
 }  // namespace mtranslate

@@ -131,6 +131,50 @@ TEST_F(Tool, completes_arguments_in_shells) {
     }
 }
 
+TEST_F(Tool, gives_a_file_up_that_takes_too_long) {
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "t/c.m", "x = 2;\n");
+    run("mkfifo t/b.m");
+    const std::string late = "t/b.m: error: it took longer than 0.2 seconds\n";
+    check({
+        {"mtranslate t -O o -j 1 --max-time 0.2; echo $?; ls o", 0, "3\na.txt\nc.txt\n",
+         late + "mtranslate: 3 of 3 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 1 "
+                "failed; 2 written\n"},
+        {"mtranslate t/b.m --max-time 0.2", 3, "", late},
+        {"(sleep 1; echo x) | mtranslate - --max-time .1", 3, "",
+         "<stdin>: error: it took longer than 0.1 seconds\n"},
+        // within the limits everything is as ever
+        {"mtranslate --max-time 60 t/a.m -o x; cat x", 0, "x := 1;\n", ""},
+        {"mtranslate --max-time 60 -c 'try, x = 1; end'", 1,
+         "# not translated: errors in the lines below are not caught\nx := 1;\n",
+         "<command>:1:1: gap: errors are not caught in the host's language [MT201]\n"
+         "try, x = 1; end\n^~~\n"},
+        {"mtranslate --max-time 60 none.m", 3, "",
+         "mtranslate: error: cannot read 'none.m': No such file or directory\n"},
+        {"mtranslate --max-time -1 -c x 2>&1 | head -n 1", 0,
+         "mtranslate: error: --max-time: Value -1 not in range 0.001000 to 1000000.000000\n", ""},
+    });
+}
+
+TEST_F(Tool, gives_a_file_up_that_needs_too_much_memory) {
+#if MTRANSLATE_SANITIZED
+    GTEST_SKIP() << "the sanitizers' own memory cannot be limited";
+#endif
+    write(directory / "t/a.m", repeated("x = 1;\n", 200000));
+    write(directory / "t/b.m", "x = 1;\n");
+    const std::string large = "t/a.m: error: it needed more than 8 MB of memory\n";
+    check({
+        {"mtranslate t -O o -j 1 --max-memory 8; echo $?; ls o", 0, "3\nb.txt\n",
+         large +
+             "mtranslate: 2 of 2 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 1 "
+             "failed; 1 written\n"},
+        {"mtranslate t/a.m --max-memory 8", 3, "", large},
+        {"mtranslate t/a.m --max-memory 1000 | tail -n 1", 0, "x := 1;\n", ""},
+        {"(ulimit -v 30000; mtranslate t/a.m)", 3, "",
+         "mtranslate: error: system memory exhausted\n"},
+    });
+}
+
 }  // namespace
 
 }  // namespace mtranslate

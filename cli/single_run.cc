@@ -1,0 +1,69 @@
+/* From the source to the output; in a process of its own where there are limits. */
+#include "cli/single_run.h"
+
+#include <csignal>
+#include <exception>
+#include <iostream>
+
+#include "cli/excerpt.h"
+#include "cli/output.h"
+#include "cli/source.h"
+#include "cli/translation.h"
+#include "cli/workers.h"
+
+namespace mtranslate {
+
+namespace {
+
+ExitCode translate_and_write(const Options &options) {
+    const Output output(options.output);
+    const Source source = open_source(options);
+    output.refuse_sources(source.files);
+    const Translation translation = translate(source, options);
+    std::cerr << translation.messages;
+    if (translation.text) {
+        output.refuse_sources(translation.files_read);
+        output.write(*translation.text);
+    }
+    return translation.code;
+}
+
+void show_error(const std::string &place, const std::string &text) {
+    std::cerr << printable(place) << ": error: " << printable(text) << '\n';
+}
+
+std::string name_of_source(const Options &options) {
+    if (!options.file) return "<command>";
+    return *options.file == "-" ? "<stdin>" : *options.file;
+}
+
+/* In a worker. Its result is the exit code. */
+std::string work(const Options &options) {
+    try {
+        return std::to_string(static_cast<int>(translate_and_write(options)));
+    } catch (const FileError &error) {
+        show_error("mtranslate", error.what());
+        return std::to_string(static_cast<int>(ExitCode::Trouble));
+    }
+}
+
+ExitCode run_within_limits(const Options &options) {
+    ExitCode code = ExitCode::Trouble;
+    const auto job = [&](std::size_t) { return work(options); };
+    const auto report = [&](std::size_t, const JobEnd &end) {
+        if (end.is_done)
+            code = static_cast<ExitCode>(std::stoi(end.result));
+        else
+            show_error(name_of_source(options), end.trouble);
+    };
+    if (const int signal = Workers(1, options.limits).run(1, job, report)) std::raise(signal);
+    return code;
+}
+
+}  // namespace
+
+ExitCode run_single(const Options &options) {
+    return options.limits.are_none() ? translate_and_write(options) : run_within_limits(options);
+}
+
+}  // namespace mtranslate
