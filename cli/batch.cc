@@ -12,11 +12,11 @@
 #include <thread>
 
 #include "cli/difference.h"
-#include "cli/excerpt.h"
 #include "cli/file_index.h"
 #include "cli/file_result.h"
 #include "cli/files.h"
 #include "cli/inputs.h"
+#include "cli/message_output.h"
 #include "cli/output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
@@ -35,6 +35,7 @@ struct Tally {
     std::size_t with_errors = 0;
     std::size_t failed = 0; /* not read, not written, or a worker lost */
     std::size_t written = 0;
+    std::size_t ignored = 0; /* messages that were left out */
 };
 
 class Batch {
@@ -42,7 +43,8 @@ public:
     explicit Batch(const Options &options)
         : options_(options),
           inputs_(find_inputs(options.paths, options.excludes)),
-          index_(inputs_) {
+          index_(inputs_),
+          messages_(options) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         for (std::size_t i = 0; i < inputs_.size(); ++i)
             first_with_output_.try_emplace(output_of(inputs_[i]), i);
@@ -54,7 +56,8 @@ public:
         const Workers workers(worker_count(), options_.limits);
         const int signal = workers.run(inputs_.size(), job, report);
         clear_progress();
-        std::cerr << summary(signal == 0);
+        messages_.finish();
+        if (!messages_.owns_standard_error()) std::cerr << summary(signal == 0);
         if (signal != 0) std::raise(signal);
         return signal == 0 ? exit_code() : ExitCode::Trouble;
     }
@@ -80,8 +83,7 @@ private:
             throw;  // ends the worker
         } catch (const std::exception &error) {
             result.code = ExitCode::Trouble;
-            result.messages +=
-                printable(inputs_[i].path) + ": error: " + printable(error.what()) + '\n';
+            result.diagnostics.push_back(trouble_with(inputs_[i].path, error.what()));
         }
         return result;
     }
@@ -97,8 +99,8 @@ private:
         const Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
         result.code = translation.code;
-        result.messages = translation.messages;
-        result.counts = translation.counts;
+        result.diagnostics = translation.diagnostics;
+        result.ignored = translation.ignored;
         for (const FileRead &file : translation.files_read) result.files_read.push_back(file.path);
         if (!translation.text || options_.mode == Mode::Check) return;
         if (options_.mode == Mode::Compare)
@@ -123,11 +125,11 @@ private:
             result = result_from_text(end.result);
         } else {
             result.code = ExitCode::Trouble;
-            result.messages = printable(inputs_[i].path) + ": error: " + end.trouble + '\n';
+            result.diagnostics = {trouble_with(inputs_[i].path, end.trouble)};
         }
         count(result);
         clear_progress();
-        std::cerr << result.messages;
+        messages_.write(result.diagnostics);
         std::cout << result.difference;
         if (!result.difference.empty()) std::cout.flush();
         ++finished_;
@@ -135,14 +137,16 @@ private:
     }
 
     void count(const FileResult &result) {
+        const SeverityCounts counts = count_severities(result.diagnostics);
         if (result.code == ExitCode::Trouble)
             ++tally_.failed;
-        else if (result.counts[SEVERITY_ERROR] > 0)
+        else if (counts[SEVERITY_ERROR] > 0)
             ++tally_.with_errors;
-        else if (result.counts[SEVERITY_GAP] > 0)
+        else if (counts[SEVERITY_GAP] > 0)
             ++tally_.with_gaps;
         else
             ++tally_.done;
+        tally_.ignored += result.ignored;
         if (result.is_written) ++tally_.written;
         if (!result.difference.empty()) differs_ = true;
     }
@@ -167,6 +171,9 @@ private:
              << " without errors or gaps, " << tally_.with_gaps << " with gaps, "
              << tally_.with_errors << " with errors, " << tally_.failed << " failed";
         if (options_.mode == Mode::Translate) text << "; " << tally_.written << " written";
+        if (tally_.ignored > 0)
+            text << "; " << tally_.ignored
+                 << (tally_.ignored == 1 ? " message left out" : " messages left out");
         text << (is_whole ? "\n" : "; interrupted\n");
         return text.str();
     }
@@ -180,6 +187,7 @@ private:
     const Options &options_;
     std::vector<InputFile> inputs_;
     FileIndex index_;
+    MessageOutput messages_;
     std::map<std::string, std::size_t> first_with_output_;
     Tally tally_;
     bool differs_ = false;

@@ -1,33 +1,37 @@
-/* Results as CBOR. */
+/* Results as bytes, for the same program in another process. */
 #include "cli/file_result.h"
 
-#include <cstdint>
-#include <nlohmann/json.hpp>
+#include <cereal/archives/binary.hpp>
+#include <cereal/types/string.hpp>
+#include <cereal/types/vector.hpp>
+#include <sstream>
+#include <utility>
 
 namespace mtranslate {
 
-using Json = nlohmann::json;
+template <class Archive>
+void serialize(Archive &archive, Diagnostic &of) {
+    archive(of.code, of.severity, of.text, of.file, of.line, of.column, of.end_column, of.offset,
+            of.length, of.calling_file, of.calling_line, of.excerpt);
+}
+
+template <class Archive>
+void serialize(Archive &archive, FileResult &of) {
+    archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.is_written);
+}
 
 std::string to_text(const FileResult &result) {
-    const Json json = {static_cast<int>(result.code),
-                       result.messages,
-                       result.counts,
-                       result.difference,
-                       result.files_read,
-                       result.is_written};
-    const std::vector<std::uint8_t> bytes = Json::to_cbor(json);  // paths may be any bytes
-    return {bytes.begin(), bytes.end()};
+    std::ostringstream bytes;
+    cereal::BinaryOutputArchive archive(bytes);
+    archive(result);
+    return std::move(bytes).str();
 }
 
 FileResult result_from_text(const std::string &text) {
-    const Json json = Json::from_cbor(text);
+    std::istringstream bytes(text);
     FileResult result;
-    result.code = static_cast<ExitCode>(json[0].get<int>());
-    result.messages = json[1];
-    result.counts = json[2];
-    result.difference = json[3];
-    result.files_read = json[4].get<std::vector<std::string>>();
-    result.is_written = json[5];
+    cereal::BinaryInputArchive archive(bytes);
+    archive(result);
     return result;
 }
 

@@ -4,17 +4,16 @@
 #include <string>
 #include <vector>
 
+#include "cli/diagnostic.h"
 #include "cli/exit_code.h"
-#include "cli/messages.h"
 
 namespace mtranslate {
 
 struct FileResult {
     ExitCode code = ExitCode::Done;
-    /* Lines for the user: messages, and what went wrong with files. */
-    std::string messages;
-    /* How often each kind of message was given: errors, gaps, warnings, notes. */
-    MessageCounts counts{};
+    /* What went wrong, with the source or with files, and what else is worth a look. */
+    Diagnostics diagnostics;
+    std::size_t ignored = 0; /* messages that the user left out */
     /* What would change in the output, as a unified diff. */
     std::string difference;
     /* Files that the translation depends on, the source first. */

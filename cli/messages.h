@@ -1,13 +1,14 @@
-/* What the library says about the sources of a run, in the form of a compiler. */
+/* The library's messages of a run, made to the tool's diagnostics while it is going on. */
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cli/diagnostic.h"
+#include "cli/message_policy.h"
 #include "cli/source.h"
 #include "diagnose/messages.h"
 
@@ -26,48 +27,38 @@ private:
     std::size_t characters_ = 0;
 };
 
-/* A message as it is shown. */
-struct ShownMessage {
-    std::size_t offset; /* of its place in the file, in bytes */
-    std::string text;   /* all its lines */
-};
-
-/* The messages about one file. */
-struct FileMessages {
-    std::string file;        /* as it is shown; printable */
-    std::string called_from; /* "FILE:LINE" of the call; empty for the source of the run */
-    std::vector<ShownMessage> messages;
-    /* Functions that were found nowhere, in the order of their first calls, each once a run. */
-    std::vector<std::string> unknown_functions;
-    ColumnCounter columns;
-};
-
-/* How many there are of each severity. */
-using MessageCounts = std::array<std::size_t, 4>;
-
-/* The messages of a run, collected while it is going on. */
 class MessageCollection {
 public:
-    /* Of a run that is started with the source, which lives as long as this. */
-    explicit MessageCollection(const Source &source);
-    /* Takes a message of the library. */
+    /* Of a run that is started with the source. Both live as long as this. */
+    MessageCollection(const Source &source, const MessagePolicy &policy)
+        : source_(source), policy_(policy) {}
+    /* Takes a message of the library, unless the policy or a comment leaves it out. */
     void add(const Message &message);
-    /* Whether something is left untranslated. */
-    bool has_failure() const { return counts_[SEVERITY_ERROR] + counts_[SEVERITY_GAP] > 0; }
-    const MessageCounts &counts() const { return counts_; }
-    /* All lines for the user: the source first, then the files that it calls, each by place.
-     * Functions found nowhere are the host's business in the end: they come last, and together, as
-     * they would drown the rest. */
-    std::string text() const;
+    /* How many have been left out. */
+    std::size_t ignored() const { return ignored_; }
+    /* All so far: those of the run's source first, then of the files that it calls, each by place.
+     */
+    Diagnostics diagnostics() const;
 
 private:
+    /* Those about one file. */
+    struct FileDiagnostics {
+        const ::Source *source;
+        bool has_ignore_comments;
+        Diagnostics diagnostics;
+        ColumnCounter columns;
+    };
+
     std::string shown_name(const char *file) const;
-    FileMessages &messages_of(const Message &message);
+    FileDiagnostics &file_of(const Message &message);
+    Diagnostic diagnostic_of(const Message &message, MessageSeverity severity,
+                             ColumnCounter &columns) const;
 
     const Source &source_;
-    std::vector<FileMessages> files_;
-    std::map<std::string, std::size_t> places_; /* of files in files_ */
-    MessageCounts counts_{};
+    const MessagePolicy &policy_;
+    std::vector<FileDiagnostics> files_;
+    std::map<const ::Source *, std::size_t> places_; /* in files_ */
+    std::size_t ignored_ = 0;
 };
 
 }  // namespace mtranslate

@@ -6,18 +6,13 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cmath>
+#include <map>
 
-#include <mtranslate.h>
+#include "cli/version.h"
 
 namespace mtranslate {
 
 namespace {
-
-#define TEXT_OF(token) #token
-#define VERSION_TEXT(major, minor, patch) TEXT_OF(major) "." TEXT_OF(minor) "." TEXT_OF(patch)
-
-constexpr const char *VERSION = "mtranslate " VERSION_TEXT(
-    MTRANSLATE_VERSION_MAJOR, MTRANSLATE_VERSION_MINOR, MTRANSLATE_VERSION_PATCH);
 
 /* The heading of the options that are added next. */
 void begin_group(CLI::App &app, const char *heading) { app.option_defaults()->group(heading); }
@@ -57,6 +52,54 @@ void add_output_options(CLI::App &app, Options &options) {
                  "Write no translation of a source with an error or a gap");
     app.add_flag("--dump-tree", options.dumps_tree,
                  "Write the tree of the source, not its translation");
+}
+
+/* An option whose value is one of the words; type stands for it. */
+template <class Value>
+void add_choice(CLI::App &app, const std::string &name, Value &value, const std::string &help,
+                const char *type, const std::map<std::string, Value> &choices) {
+    std::string words;
+    for (const auto &[word, meaning] : choices) words += (words.empty() ? "" : ",") + word;
+    const auto choose = [=, &value](const std::string &word) {
+        const auto choice = choices.find(word);
+        if (choice == choices.end())
+            throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
+        value = choice->second;
+    };
+    app.add_option_function<std::string>(name, choose, help)
+        ->type_name(std::string(type) + ":{" + words + '}');
+}
+
+void add_message_options(CLI::App &app, Options &options) {
+    begin_group(app, "Messages");
+    add_choice<MessageFormat>(
+        app, "--format", options.message_format,
+        "Give messages as text, json, sarif or github\n\n"
+        "text is the form of a compiler, on standard error. The others are for programs: JSON "
+        "Lines, SARIF 2.1.0 and workflow commands, on standard output unless a translation or a "
+        "difference goes there.",
+        "FORMAT",
+        {{"text", MessageFormat::Text},
+         {"json", MessageFormat::Json},
+         {"sarif", MessageFormat::Sarif},
+         {"github", MessageFormat::Github}});
+    app.add_option_function<std::vector<std::string>>(
+           "-W",
+           [&](const std::vector<std::string> &wishes) {
+               for (const std::string &wish : wishes) options.message_policy.add(wish);
+           },
+           "Leave out a message (no-CODE), or make it an error (error=CODE)\n\n"
+           "CODE is a code or a short name; -W error makes errors of all warnings. Repeatable: "
+           "the last wish about a message holds.")
+        ->type_name("WISH")
+        ->allow_extra_args(false);
+    app.add_option("--max-errors", options.most_errors,
+                   "Show no messages behind the N-th error or gap")
+        ->type_name("N");
+    add_choice<ColourUse>(
+        app, "--color", options.colours, "Colour messages: auto (on a terminal), always or never",
+        "WHEN",
+        {{"auto", ColourUse::Auto}, {"always", ColourUse::Always}, {"never", ColourUse::Never}});
 }
 
 void add_batch_options(CLI::App &app, Options &options) {
@@ -133,10 +176,12 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
         "Translates MATLAB source to the language of a host computer-algebra system", "mtranslate");
     add_source_options(*app, request.options);
     add_output_options(*app, request.options);
+    add_message_options(*app, request.options);
     add_batch_options(*app, request.options);
     add_limits(*app, request.options.limits);
     add_help_options(*app);
-    app->set_version_flag("-V,--version", VERSION, "Print the version");
+    app->set_version_flag("-V,--version", "mtranslate " + std::string(VERSION),
+                          "Print the version");
     add_modes(*app, request.options);
     add_explain(*app, request.explain);
     return app;

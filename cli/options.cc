@@ -108,6 +108,8 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
         return refuse(error.what() + suggested_option(*table));
     } catch (const CLI::ParseError &error) {
         return refuse(error.what());
+    } catch (const PolicyError &error) {
+        return refuse("-W: " + std::string(error.what()), "'mtranslate explain' lists all codes.");
     }
     if (!request.explain) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;

@@ -9,6 +9,8 @@
 
 #include "cli/exit_code.h"
 #include "cli/limits.h"
+#include "cli/message_policy.h"
+#include "cli/message_writer.h"
 
 namespace mtranslate {
 
@@ -16,6 +18,12 @@ enum class Mode {
     Translate,
     Check,  /* everything but writing translations */
     Compare /* what would change in the outputs */
+};
+
+enum class ColourUse {
+    Auto, /* on a terminal */
+    Always,
+    Never
 };
 
 struct Options {
@@ -44,6 +52,11 @@ struct Options {
     std::string language = "matlab";
     /* Whether a source with an error or a gap gets no translation at all. */
     bool is_strict = false;
+    /* Which messages are given, in which form, and after how many errors no more; 0: all. */
+    MessagePolicy message_policy;
+    MessageFormat message_format = MessageFormat::Text;
+    std::size_t most_errors = 0;
+    ColourUse colours = ColourUse::Auto;
     /* Whether the tree of the source is written instead of its translation. */
     bool dumps_tree = false;
 };

@@ -3,9 +3,8 @@
 
 #include <csignal>
 #include <exception>
-#include <iostream>
 
-#include "cli/excerpt.h"
+#include "cli/message_output.h"
 #include "cli/output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
@@ -15,21 +14,23 @@ namespace mtranslate {
 
 namespace {
 
+void show(const Options &options, const Diagnostics &diagnostics) {
+    MessageOutput messages(options);
+    messages.write(diagnostics);
+    messages.finish();
+}
+
 ExitCode translate_and_write(const Options &options) {
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);
     const Translation translation = translate(source, options);
-    std::cerr << translation.messages;
+    show(options, translation.diagnostics);
     if (translation.text) {
         output.refuse_sources(translation.files_read);
         output.write(*translation.text);
     }
     return translation.code;
-}
-
-void show_error(const std::string &place, const std::string &text) {
-    std::cerr << printable(place) << ": error: " << printable(text) << '\n';
 }
 
 std::string name_of_source(const Options &options) {
@@ -42,7 +43,7 @@ std::string work(const Options &options) {
     try {
         return std::to_string(static_cast<int>(translate_and_write(options)));
     } catch (const FileError &error) {
-        show_error("mtranslate", error.what());
+        show(options, {trouble_with("", error.what())});
         return std::to_string(static_cast<int>(ExitCode::Trouble));
     }
 }
@@ -54,7 +55,7 @@ ExitCode run_within_limits(const Options &options) {
         if (end.is_done)
             code = static_cast<ExitCode>(std::stoi(end.result));
         else
-            show_error(name_of_source(options), end.trouble);
+            show(options, {trouble_with(name_of_source(options), end.trouble)});
     };
     if (const int signal = Workers(1, options.limits).run(1, job, report)) std::raise(signal);
     return code;

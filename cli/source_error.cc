@@ -44,23 +44,43 @@ std::size_t next_line(std::string_view text, std::size_t offset) {
     return end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
 }
 
-std::string describe_at(const std::string &place, const RaisedError &error,
-                        const std::string &shown_line) {
-    const std::string_view note = note_on(error);
-    std::string text = place + ": error: " + printable(error.message) + '\n' + shown_line;
-    if (!note.empty()) text.append(place).append(": note: ").append(note).append("\n");
-    return text;
+/* The error, and behind it what its message leaves open. */
+Diagnostics with_note(Diagnostic diagnostic, const RaisedError &error) {
+    diagnostic.text = error.message;
+    const std::string_view note_text = note_on(error);
+    if (note_text.empty()) return {diagnostic};
+    Diagnostic note = diagnostic;
+    note.severity = SEVERITY_NOTE;
+    note.text = note_text;
+    note.excerpt.clear();
+    return {diagnostic, note};
 }
 
 /* What the tool calls the file that was being read. */
 std::string name_of_file(const RaisedError &error, const Source &source) {
     const bool in_called_file = error.file && *error.file != source.argument;
-    return printable(in_called_file ? *error.file : source.shown_name);
+    return in_called_file ? *error.file : source.shown_name;
 }
 
-std::string describe_without_place(const RaisedError &error, const Source &source) {
+Diagnostic without_place(const RaisedError &error, const Source &source) {
+    Diagnostic diagnostic;
     const bool names_file = error.file && error.message.find(*error.file) == std::string::npos;
-    return describe_at(names_file ? name_of_file(error, source) : "mtranslate", error, "");
+    if (names_file) diagnostic.file = name_of_file(error, source);
+    return diagnostic;
+}
+
+Diagnostic with_place(const RaisedError &error, const Source &source) {
+    Diagnostic diagnostic;
+    diagnostic.file = name_of_file(error, source);
+    diagnostic.line = error.line;
+    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
+    if (!text) return diagnostic;
+    const Place place = find_place(*text, error.offset);
+    diagnostic.line = place.line;
+    diagnostic.column = diagnostic.end_column = place.column;
+    diagnostic.offset = error.offset;
+    diagnostic.excerpt = excerpt(place.line_text, place.column - 1, place.column - 1);
+    return diagnostic;
 }
 
 }  // namespace
@@ -79,14 +99,9 @@ Place find_place(std::string_view text, std::size_t offset) {
     return {line, std::min(offset - start, line_text.size()) + 1, line_text};
 }
 
-std::string describe(const RaisedError &error, const Source &source) {
-    if (error.line == 0) return describe_without_place(error, source);
-    const std::string name = name_of_file(error, source) + ':';
-    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
-    if (!text) return describe_at(name + std::to_string(error.line), error, "");
-    const Place place = find_place(*text, error.offset);
-    return describe_at(name + std::to_string(place.line) + ':' + std::to_string(place.column),
-                       error, excerpt(place.line_text, place.column - 1, place.column - 1));
+Diagnostics diagnostics_of(const RaisedError &error, const Source &source) {
+    return with_note(error.line > 0 ? with_place(error, source) : without_place(error, source),
+                     error);
 }
 
 ExitCode exit_code_of(const RaisedError &error) {

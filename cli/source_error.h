@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/diagnostic.h"
 #include "cli/exit_code.h"
 #include "cli/source.h"
 
@@ -38,9 +39,9 @@ struct Place {
  * its end: where the input ended too early, that is what the user has to complete. */
 Place find_place(std::string_view text, std::size_t offset);
 
-/* The lines for the user: the message with its place, the line of the source, and a note where the
- * message alone does not say what to do. source is the one that the run was started with. */
-std::string describe(const RaisedError &error, const Source &source);
+/* The error for the user with its place, and a note where its message alone does not say what to
+ * do. source is the one that the run was started with. */
+Diagnostics diagnostics_of(const RaisedError &error, const Source &source);
 
 /* Whether the source is wrong, or the machine could not read or hold it. */
 ExitCode exit_code_of(const RaisedError &error);

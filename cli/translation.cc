@@ -78,9 +78,10 @@ FileFinding find_in_index(const char *caller, const char *name, const char **pat
 
 /* What has been said so far, and whether something is left untranslated. */
 void finish(Translation &translation, const MessageCollection &messages) {
-    translation.messages = messages.text();
-    translation.counts = messages.counts();
-    if (messages.has_failure()) translation.code = ExitCode::BadSource;
+    translation.diagnostics = messages.diagnostics();
+    translation.ignored = messages.ignored();
+    if (has_failure(count_severities(translation.diagnostics)))
+        translation.code = ExitCode::BadSource;
 }
 
 /* Where the tree of the source goes, with what has been said about it so far. */
@@ -118,8 +119,8 @@ public:
 Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
     StandInHost host;
     const auto options = run_options(host.values(), source, wanted);
-    Translation translation{ExitCode::Done, std::nullopt, "", {}, source.files};
-    MessageCollection messages(source);
+    Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
+    MessageCollection messages(source, wanted.message_policy);
     index_in_use = index;
     FindFile = index ? find_in_index : nullptr;
     const RunWatch watch(&translation.files_read, &messages);
@@ -136,10 +137,10 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
         translation.text.reset();
         const RaisedError error = error_behind(thrown);
         if (error.message == OUT_OF_MEMORY) throw std::bad_alloc();
+        finish(translation, messages);
         translation.code = exit_code_of(error);
-        translation.counts = messages.counts();
-        ++translation.counts[SEVERITY_ERROR];
-        translation.messages = messages.text() + describe(error, source);
+        const Diagnostics raised = diagnostics_of(error, source);
+        translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
     }
     return translation;
 }

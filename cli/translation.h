@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "cli/diagnostic.h"
 #include "cli/exit_code.h"
-#include "cli/messages.h"
 #include "cli/options.h"
 #include "cli/source.h"
 
@@ -17,14 +17,14 @@ struct Translation {
     ExitCode code;
     /* The translation; none where the run was left by an error. */
     std::optional<std::string> text;
-    /* Lines that tell the user about errors and what else is worth a look. */
-    std::string messages;
-    MessageCounts counts{}; /* of errors, gaps, warnings and notes among them */
+    /* What went wrong, and what else is worth a look. */
+    Diagnostics diagnostics;
+    std::size_t ignored = 0; /* messages that the user left out */
     /* Every file that the run has opened, its source first. */
     FilesRead files_read;
 };
 
-/* Translates source in a host that answers no questions, as the options say. With an index no
+/* Translates the source in a host that answers no questions, as the options say. With an index no
  * called function is looked for, and scripts are found in the index. Throws FileError where a
  * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,

@@ -1,0 +1,23 @@
+#include "cli/diagnostic.h"
+
+namespace mtranslate {
+
+Diagnostic trouble_with(const std::string &file, const std::string &why) {
+    Diagnostic diagnostic;
+    diagnostic.file = file;
+    diagnostic.text = why;
+    return diagnostic;
+}
+
+SeverityCounts count_severities(const Diagnostics &diagnostics) {
+    SeverityCounts counts{};
+    for (const Diagnostic &diagnostic : diagnostics) ++counts[diagnostic.severity];
+    return counts;
+}
+
+bool is_listed(const Diagnostic &diagnostic) {
+    return diagnostic.severity != SEVERITY_ERROR &&
+           diagnostic.code == MessageTable[UNKNOWN_FUNCTION].code;
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,52 @@
+/* The user's wishes about messages. */
+#include "cli/message_policy.h"
+
+#include <vector>
+
+#include "cli/suggestion.h"
+
+namespace mtranslate {
+
+namespace {
+
+const MessageRow &row_of(const std::string &code) {
+    if (const MessageRow *row = find_message(code.c_str())) return *row;
+    std::vector<std::string> known;
+    for (const MessageRow &row : MessageTable) known.insert(known.end(), {row.code, row.name});
+    throw PolicyError("no message has the code or name '" + code + "'" + suggestion(code, known));
+}
+
+/* Takes the prefix off the text, if it is there. */
+bool skip(std::string_view &text, std::string_view prefix) {
+    if (!text.starts_with(prefix)) return false;
+    text.remove_prefix(prefix.size());
+    return true;
+}
+
+}  // namespace
+
+MessagePolicy::MessagePolicy() {
+    for (const MessageRow &row : MessageTable) wishes_[row.id] = {false, row.severity};
+}
+
+void MessagePolicy::add(std::string_view wish) {
+    if (wish == "error") {
+        for (Wish &of : wishes_)
+            if (of.severity == SEVERITY_WARNING) of.severity = SEVERITY_ERROR;
+        return;
+    }
+    const bool is_error = skip(wish, "error=");
+    const bool is_out = !is_error && skip(wish, "no-");
+    const MessageRow &row = row_of(std::string(wish));
+    if (is_out && row.severity == SEVERITY_ERROR)
+        throw PolicyError(std::string(row.code) + " is an error: it cannot be left out");
+    wishes_[row.id] = {is_out, is_error ? SEVERITY_ERROR : row.severity};
+}
+
+std::optional<MessageSeverity> MessagePolicy::severity_of(MessageId id) const {
+    const Wish &wish = wishes_[id];
+    if (wish.is_out) return std::nullopt;
+    return wish.severity;
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,114 @@
+/* Messages as a log of the Static Analysis Results Interchange Format, version 2.1.0. */
+#include <cctype>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "cli/message_writer.h"
+#include "cli/version.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char *level_of(MessageSeverity severity) {
+    if (severity == SEVERITY_NOTE) return "note";
+    return severity == SEVERITY_WARNING ? "warning" : "error";
+}
+
+/* The path as a reference of a URI. */
+std::string uri_of(std::string_view path) {
+    constexpr std::string_view PLAIN = "-._~/";
+    constexpr const char *DIGITS = "0123456789ABCDEF";
+    std::string uri;
+    for (const char byte : path) {
+        const auto code = static_cast<unsigned char>(byte);
+        const bool is_plain = (code < 0x80 && std::isalnum(code)) || PLAIN.find(byte) != PLAIN.npos;
+        uri += is_plain ? std::string(1, byte)
+                        : std::string{'%', DIGITS[code >> 4], DIGITS[code & 15]};
+    }
+    return uri;
+}
+
+Json rule_of(const MessageRow &row) {
+    return {{"id", row.code},
+            {"name", row.name},
+            {"fullDescription", {{"text", row.explanation}}},
+            {"help", {{"text", row.advice}}},
+            {"defaultConfiguration", {{"level", level_of(row.severity)}}}};
+}
+
+Json driver() {
+    Json rules = Json::array();
+    for (const MessageRow &row : MessageTable) rules.push_back(rule_of(row));
+    return {{"name", "mtranslate"}, {"version", VERSION}, {"rules", std::move(rules)}};
+}
+
+Json location(const std::string &file, Json region) {
+    Json physical = {{"artifactLocation", {{"uri", uri_of(file)}}}};
+    if (!region.empty()) physical["region"] = std::move(region);
+    return {{"physicalLocation", std::move(physical)}};
+}
+
+Json region_of(const Diagnostic &diagnostic) {
+    Json region;
+    if (diagnostic.line > 0) region["startLine"] = diagnostic.line;
+    if (diagnostic.column > 0) {
+        region["startColumn"] = diagnostic.column;
+        region["endColumn"] = diagnostic.end_column;
+    }
+    return region;
+}
+
+Json result_of(const Diagnostic &diagnostic) {
+    Json result;
+    if (!diagnostic.code.empty()) {
+        result["ruleId"] = diagnostic.code;
+        result["ruleIndex"] = find_message(diagnostic.code.c_str())->id;
+    }
+    result["level"] = level_of(diagnostic.severity);
+    result["message"] = {{"text", diagnostic.text}};
+    if (!diagnostic.file.empty())
+        result["locations"] = Json::array({location(diagnostic.file, region_of(diagnostic))});
+    if (diagnostic.calling_line > 0) {
+        Json caller = location(diagnostic.calling_file, {{"startLine", diagnostic.calling_line}});
+        caller["message"] = {{"text", "the file is called here"}};
+        result["relatedLocations"] = Json::array({std::move(caller)});
+    }
+    return result;
+}
+
+/* One object, written at the end. */
+class SarifWriter : public MessageWriter {
+public:
+    explicit SarifWriter(std::ostream &to) : to_(to) {}
+
+    void write(const Diagnostics &diagnostics) override {
+        for (const Diagnostic &diagnostic : diagnostics) results_.push_back(result_of(diagnostic));
+    }
+
+    void finish() override {
+        Json run = {{"tool", {{"driver", driver()}}},
+                    {"columnKind", "unicodeCodePoints"},
+                    {"results", std::move(results_)}};
+        const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                          {"version", "2.1.0"},
+                          {"runs", Json::array({std::move(run)})}};
+        to_ << log.dump(2, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+    }
+
+private:
+    std::ostream &to_;
+    Json results_ = Json::array();
+};
+
+}  // namespace
+
+std::unique_ptr<MessageWriter> make_sarif_writer(std::ostream &to) {
+    return std::make_unique<SarifWriter>(to);
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,107 @@
+/* Messages in the form of a compiler: place, severity, text and code, then the line of the source
+ * with the range marked. */
+#include <ostream>
+#include <string>
+#include <utility>
+
+#include "cli/excerpt.h"
+#include "cli/message_writer.h"
+
+namespace mtranslate {
+
+namespace {
+
+constexpr const char *BOLD = "\x1b[1m";
+constexpr const char *SEVERITY_COLOURS[] = {"\x1b[1;31m", "\x1b[1;35m", "\x1b[1;33m", "\x1b[1;36m"};
+constexpr const char *MARK_COLOUR = "\x1b[1;32m";
+constexpr const char *PLAIN = "\x1b[m";
+
+/* The name between the quotes of the text. */
+std::string name_in(const std::string &text) {
+    const std::size_t begin = text.find('\'') + 1;
+    return text.substr(begin, text.rfind('\'') - begin);
+}
+
+/* The text, after it the code where there is one. */
+std::string with_code(const std::string &text, const std::string &code) {
+    return code.empty() ? text : text + " [" + code + "]";
+}
+
+class TextWriter : public MessageWriter {
+public:
+    TextWriter(std::ostream &to, bool has_colours) : to_(to), has_colours_(has_colours) {}
+
+    void write(const Diagnostics &diagnostics) override {
+        const Diagnostic *before = nullptr;
+        for (const Diagnostic &diagnostic : diagnostics) {
+            if (is_listed(diagnostic)) continue;
+            if (!before || before->file != diagnostic.file) write_call(diagnostic);
+            before = &diagnostic;
+            write_line(place_of(diagnostic), diagnostic.severity,
+                       with_code(printable(diagnostic.text), diagnostic.code));
+            write_excerpt(diagnostic.excerpt);
+        }
+        write_unknown_functions(diagnostics);
+        to_.flush();
+    }
+
+private:
+    static std::string place_of(const Diagnostic &diagnostic) {
+        std::string place = diagnostic.file.empty() ? "mtranslate" : printable(diagnostic.file);
+        if (diagnostic.line > 0) place += ':' + std::to_string(diagnostic.line);
+        if (diagnostic.column > 0) place += ':' + std::to_string(diagnostic.column);
+        return place;
+    }
+
+    const char *in(const char *colour) const { return has_colours_ ? colour : ""; }
+
+    void write_line(const std::string &place, MessageSeverity severity, const std::string &text) {
+        to_ << in(BOLD) << place << ": " << in(SEVERITY_COLOURS[severity])
+            << severity_name(severity) << ": " << in(PLAIN) << text << '\n';
+    }
+
+    void write_excerpt(const std::string &excerpt) {
+        const std::size_t marks = excerpt.find('\n') + 1;
+        to_ << excerpt.substr(0, marks) << in(excerpt.empty() ? "" : MARK_COLOUR)
+            << excerpt.substr(marks) << in(excerpt.empty() ? "" : PLAIN);
+    }
+
+    /* In front of the first message about a called file. */
+    void write_call(const Diagnostic &first) {
+        if (first.calling_line == 0) return;
+        write_line(printable(first.calling_file) + ':' + std::to_string(first.calling_line),
+                   SEVERITY_NOTE, "'" + printable(first.file) + "' is called here");
+    }
+
+    /* They come last, in a line for each file. */
+    void write_unknown_functions(const Diagnostics &diagnostics) {
+        std::vector<std::pair<const std::string *, std::vector<std::string>>> names;
+        for (const Diagnostic &diagnostic : diagnostics) {
+            if (!is_listed(diagnostic)) continue;
+            if (names.empty() || *names.back().first != diagnostic.file)
+                names.push_back({&diagnostic.file, {}});
+            names.back().second.push_back(printable(name_in(diagnostic.text)));
+        }
+        for (const auto &[file, of_file] : names)
+            write_line(printable(*file), SEVERITY_WARNING, unknown_text(of_file));
+    }
+
+    static std::string unknown_text(const std::vector<std::string> &names) {
+        std::string text = std::to_string(names.size()) +
+                           (names.size() == 1 ? " function is" : " functions are") +
+                           " found nowhere and left to the host: ";
+        for (std::size_t i = 0; i < names.size(); ++i) text += (i > 0 ? ", " : "") + names[i];
+        return with_code(text, MessageTable[UNKNOWN_FUNCTION].code);
+    }
+
+    std::ostream &to_;
+    const bool has_colours_;
+};
+
+}  // namespace
+
+std::unique_ptr<MessageWriter> make_text_writer(std::ostream &to, bool has_colours) {
+    return std::make_unique<TextWriter>(to, has_colours);
+}
+
+}  // namespace mtranslate
