@@ -124,7 +124,10 @@ void put_blank(Siblings *siblings) {
 
 void put_one_comment(Siblings *siblings, const Node *comment) {
     bool is_trailing = siblings->trailed && has_flag(comment, TRAILING);
-    if (!is_trailing) put_blank(siblings);
+    if (!is_trailing) {
+        put_blank(siblings);
+        siblings->trailed = nullptr;  // a trailing one behind it follows it
+    }
     put_comment(comment, siblings->trailed);
 }
 

@@ -194,6 +194,14 @@ Node *parse_while(Statement *statement) {
     return end_compound(&compound, TOKEN_END_WHILE);
 }
 
+// Comments in the condition behind a block stand at the end of the block.
+void put_inside_comments_last(Node *block) {
+    NodeList list = {block->first_child, block->first_child};
+    while (list.last && list.last->next) list.last = list.last->next;
+    append_all(&list, &Scan.comments);
+    block->first_child = list.first;
+}
+
 Node *parse_do(Statement *) {
     Current.kind = TOKEN_UNTIL;
     Compound compound = begin_compound(NODE_DO_UNTIL, closer(TOKEN_UNTIL));
@@ -204,6 +212,7 @@ Node *parse_do(Statement *) {
     bool has_end = Current.kind == TOKEN_UNTIL;
     close_block(TOKEN_UNTIL, compound.node);
     if (has_end) add(&compound, parse_head());
+    if (!compound.is_bad) put_inside_comments_last(compound.node->first_child);
     if (!has_end || compound.is_bad) compound.node->kind = NODE_BAD;
     return finish(compound.node);
 }

@@ -303,12 +303,6 @@ Node *refuse(MessageId id) {
     }
 }
 
-bool is_lone_colon() {
-    if (Current.op != OPERATOR_COLON) return false;
-    const char *at = skip_blanks(Scan.at);
-    return *at == ',' || *at == ')' || *at == '}';
-}
-
 Node *take_colon() {
     Node *colon = take_leaf(NODE_COLON);
     colon->text = nullptr;
@@ -325,7 +319,7 @@ void append_named(NodeList *list, Node *name) {
 }
 
 void append_argument(NodeList *list) {
-    if (is_lone_colon()) {
+    if (Current.op == OPERATOR_COLON) {
         append(list, take_colon());
         return;
     }
