@@ -1,4 +1,6 @@
 // if statements.
+#include <string.h>
+
 #include "lower/context.h"
 #include "lower/lines.h"
 #include "lower/short_circuits.h"
@@ -19,21 +21,18 @@ void put_first_branch(const Node *branch) {
     put_line("if %s then", {test_text(lower_condition(branch->first_child)->text)});
 }
 
-// A condition that needs lines in front begins a new if inside of an else. Answers whether it does.
-bool put_next_branch(const Node *branch) {
+// A condition that needs lines, in front or for a procedure in it, begins a new if inside of an
+// else.
+void put_next_branch(const Node *branch) {
     Lines needed = {};
     Lowering.level++;
     const char *test = lower_test(branch->first_child, &needed);
     Lowering.level--;
-    if (!needed.first) {
-        put_line("elif %s then", {test});
-        return false;
-    }
+    if (!needed.first && !strchr(test, '\n')) return put_line("elif %s then", {test});
     put_line("else", {});
     Lowering.level++;
     append_lines(Lowering.lines, &needed);
     put_line("if %s then", {test});
-    return true;
 }
 
 }  // namespace

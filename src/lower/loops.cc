@@ -142,8 +142,9 @@ void put_while(const Node *node) {
     Lines needed = {};
     const char *condition = lower_inner_condition(node->first_child, &needed);
     if (Lowering.gap != MESSAGE_COUNT) return;
-    put_line("while %s do", {needed.first ? endless_test() : test_text(condition)});
-    if (needed.first) {
+    bool tests_inside = needed.first || strchr(condition, '\n');
+    put_line("while %s do", {tests_inside ? endless_test() : test_text(condition)});
+    if (tests_inside) {
         Lowering.level++;
         append_lines(Lowering.lines, &needed);
         put_exit(condition);
