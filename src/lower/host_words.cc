@@ -35,14 +35,16 @@ constexpr const char *BARE_NAMES[] = {"AllNonZero",    "ArrayDims",   "ArrayNumE
                                       "system",        "true",        "vertcat",
                                       "with",          "zip"};
 
-// Words by a hash of their ends and length: most names meet an empty slot.
+// Words by a hash of their ends and length: most names meet an empty slot. The name of a field
+// between quotes may be empty.
 struct WordTable {
     static constexpr size_t SIZE = 256;
     const char *words[SIZE];
 
     static constexpr size_t hash(const char *word, size_t length) {
         auto byte = [word](size_t at) { return static_cast<unsigned char>(word[at]); };
-        return (byte(0) * 7 + byte(length - 1) * 3 + byte(length / 2) + length * 11) % SIZE;
+        return (byte(0) * 7 + byte(length ? length - 1 : 0) * 3 + byte(length / 2) + length * 11) %
+               SIZE;
     }
     constexpr void enter(const char *word) {
         size_t at = hash(word, std::char_traits<char>::length(word));

@@ -27,10 +27,17 @@ Source *NotedSource;
 
 constexpr size_t LONGEST_SHOWN = 40;
 
-// At most so many bytes that no character of UTF-8 is cut.
+size_t first_line_length(const char *start, size_t length) {
+    size_t line = 0;
+    while (line < length && !is_line_end(start[line])) line++;
+    return line;
+}
+
+// At most so many bytes that no character of UTF-8 is cut, and none of a second line.
 size_t shown_length(const char *start, size_t length) {
-    if (length <= LONGEST_SHOWN) return length;
-    size_t shown = LONGEST_SHOWN - 3;
+    size_t shown = first_line_length(start, length);
+    if (shown <= LONGEST_SHOWN) return shown;
+    shown = LONGEST_SHOWN - 3;
     while (shown > 0 && (static_cast<unsigned char>(start[shown]) & 0xc0) == 0x80) shown--;
     return shown;
 }
