@@ -1,0 +1,176 @@
+/* What holds for every program: generated ones, in all their writings. */
+#include <algorithm>
+
+#include "diagnose/messages.h"
+#include "driver/run.h"
+#include "syntax/parser.h"
+#include "tests/generate.h"
+#include "tests/host_text.h"
+#include "tests/matlab_run.h"
+
+namespace mtranslate {
+
+namespace {
+
+constexpr unsigned PROGRAMS = 80; /* of a kind */
+constexpr ProgramKind KINDS[] = {ProgramKind::SCRIPT, ProgramKind::FUNCTIONS,
+                                 ProgramKind::WITH_GAPS};
+
+std::vector<Writing> writings(unsigned seed) {
+    return {{},
+            {seed, true, false, false, false, false, "\n"},
+            {seed, false, true, false, false, false, "\n"},
+            {seed, false, false, false, true, false, "\r\n"},
+            {seed, true, true, false, true, true, "\n"},
+            {seed, true, true, false, true, true, "\r"}};
+}
+
+/* Calls check(program) for many programs until one fails. */
+template <typename Check>
+void for_programs(std::initializer_list<ProgramKind> kinds, const Check &check) {
+    for (const ProgramKind kind : kinds) {
+        for (unsigned seed = 0; seed < PROGRAMS; seed++) {
+            const Program program = make_program(kind, seed);
+            SCOPED_TRACE("seed " + std::to_string(seed) + ":\n" + written(program, {}));
+            check(program, seed);
+            if (testing::Test::HasFailure()) return;
+        }
+    }
+}
+
+/* The tree without comments and parentheses, operators in pairs. */
+std::string shape(const Node *node);
+
+std::string children_of(const Node *node) {
+    std::string text;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (child->kind != NODE_COMMENT) text += " " + shape(child);
+    return text;
+}
+
+std::string shape_of_chain(const Node *chain) {
+    std::string text = shape(chain->first_child);
+    for (const Node *node = chain->first_child->next; node; node = node->next) {
+        text = "(" + text + " " + OperatorRows[node->joint].spelling;
+        text += node->kind == NODE_POSTFIX ? ")" : " " + shape(node) + ")";
+    }
+    return text;
+}
+
+std::string shape(const Node *node) {
+    if (node->kind == NODE_PARENS) return shape(node->first_child);
+    if (node->kind == NODE_CHAIN) return shape_of_chain(node);
+    const bool has_text = node->kind != NODE_PARAMETERS && node->kind != NODE_FILE && node->text;
+    return "(" + std::to_string(node->kind) + (has_text ? node->text : "") +
+           OperatorRows[node->op].spelling + children_of(node) + ")";
+}
+
+std::string shape_of(const std::string &source) {
+    begin_run();
+    begin_messages();
+    begin_syntax();
+    Source *record = new_source(nullptr, source.c_str(), static_cast<uint32_t>(source.size()));
+    std::string text = shape(parse_source(record, LANGUAGE_MATLAB));
+    for (const Message *message = FirstMessage; message; message = message->next)
+        text += std::to_string(message->line) + ": " + message->text + "\n";
+    release_run();
+    return text;
+}
+
+TEST(Generated, programs_have_one_tree_in_every_writing) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned seed) {
+        const std::string expected = shape_of(written(program, {}));
+        std::vector<Writing> others = writings(seed);
+        others.push_back({seed, false, false, true, false, false, "\n"});
+        others.push_back({seed, true, true, true, true, true, "\n"});
+        for (const Writing &writing : others) {
+            const std::string source = written(program, writing);
+            ASSERT_EQ(shape_of(source), expected) << source;
+        }
+    });
+}
+
+TEST(Generated, programs_have_one_translation_in_every_writing) {
+    for_programs({KINDS[0], KINDS[1]}, [](const Program &program, unsigned seed) {
+        const std::string expected = run_matlab(written(program, {})).text.value();
+        for (const Writing &writing : writings(seed)) {
+            const std::string source = written(program, writing);
+            ASSERT_EQ(without_comments(run_matlab(source).text.value()), without_comments(expected))
+                << source;
+        }
+        const std::string source = written(program, {});
+        ASSERT_EQ(run_matlab(source, {"octave", "command", true}).text, expected);
+    });
+}
+
+TEST(Generated, translations_have_the_form_of_host_text) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned seed) {
+        for (const Writing &writing : writings(seed)) {
+            const std::string text = run_matlab(written(program, writing)).text.value();
+            ASSERT_EQ(form_error(text), "") << text;
+        }
+    });
+}
+
+/* Names of a letter and a number. */
+void sort_by_number(Texts &names) {
+    const auto number = [](const std::string &name) { return std::stoi(name.substr(1)); };
+    std::ranges::sort(names, {}, number);
+}
+
+Texts marks_in(const std::string &text) {
+    static const std::regex mark("~\\d+~");
+    return {std::sregex_token_iterator(text.begin(), text.end(), mark), {}};
+}
+
+TEST(Generated, comments_are_kept_in_order) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned seed) {
+        const std::string source = written(program, {seed, true, true, false, true, true, "\n"});
+        const std::string text = run_matlab(source).text.value();
+        Texts kept = marks_in(text);
+        if (!program.is_in_order) sort_by_number(kept);
+        ASSERT_EQ(kept, marks_in(source)) << source << "\n" << text;
+    });
+}
+
+/* Whether "f1" is in a text, and not only "f12". */
+bool has_call(const std::string &text, const std::string &call) {
+    size_t at = text.find(call);
+    while (at != std::string::npos && isdigit(static_cast<unsigned char>(text[at + call.size()])))
+        at = text.find(call, at + 1);
+    return at != std::string::npos;
+}
+
+TEST(Generated, calls_and_literals_are_in_the_translation) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned) {
+        const std::string text = run_matlab(written(program, {})).text.value();
+        for (const std::string &call : program.calls)
+            ASSERT_TRUE(has_call(text, call)) << call << "\n" << text;
+        for (const std::string &literal : program.literals)
+            ASSERT_NE(text.find(literal), std::string::npos) << literal << "\n" << text;
+    });
+}
+
+TEST(Generated, calls_are_offered_once_and_innermost_first) {
+    for_programs({KINDS[0], KINDS[1]}, [](const Program &program, unsigned) {
+        StandInHost host;
+        host.record_calls();
+        run_matlab(host, written(program, {}));
+        Texts names;
+        Texts called;
+        for (const std::string &question : host.take_calls()) {
+            static const std::regex form("(TranslateName|TranslateFunction)\\((f\\d+)\\b.*");
+            std::smatch found;
+            if (std::regex_match(question, found, form))
+                (found[1] == "TranslateName" ? names : called).push_back(found[2]);
+        }
+        if (!program.is_in_order) sort_by_number(names);
+        EXPECT_EQ(names, program.calls);
+        std::sort(called.begin(), called.end());
+        EXPECT_EQ(std::unique(called.begin(), called.end()), called.end());
+    });
+}
+
+}  // namespace
+
+}  // namespace mtranslate
