@@ -51,8 +51,9 @@ std::string children_of(const Node *node) {
 std::string shape_of_chain(const Node *chain) {
     std::string text = shape(chain->first_child);
     for (const Node *node = chain->first_child->next; node; node = node->next) {
-        text = "(" + text + " " + OperatorRows[node->joint].spelling;
-        text += node->kind == NODE_POSTFIX ? ")" : " " + shape(node) + ")";
+        text.insert(0, "(").append(OperatorRows[node->joint].spelling);
+        if (node->kind != NODE_POSTFIX) text += shape(node);
+        text += ")";
     }
     return text;
 }
