@@ -11,6 +11,7 @@
 #include <sstream>
 #include <thread>
 
+#include "cli/depfile.h"
 #include "cli/difference.h"
 #include "cli/file_index.h"
 #include "cli/file_result.h"
@@ -43,9 +44,10 @@ public:
     explicit Batch(const Options &options)
         : options_(options),
           inputs_(find_inputs(options.paths, options.excludes)),
-          index_(inputs_),
+          index_(options.root.empty() ? inputs_ : find_inputs({options.root}, options.excludes)),
           messages_(options) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
+        if (!options.root.empty()) place_below(options.root, inputs_);
         for (std::size_t i = 0; i < inputs_.size(); ++i)
             first_with_output_.try_emplace(output_of(inputs_[i]), i);
     }
@@ -59,6 +61,7 @@ public:
         messages_.finish();
         if (!messages_.owns_standard_error()) std::cerr << summary(signal == 0);
         if (signal != 0) std::raise(signal);
+        if (!options_.depfile.empty()) write_depfile(options_.depfile, made_);
         return signal == 0 ? exit_code() : ExitCode::Trouble;
     }
 
@@ -101,12 +104,14 @@ private:
         result.code = translation.code;
         result.diagnostics = translation.diagnostics;
         result.ignored = translation.ignored;
-        for (const FileRead &file : translation.files_read) result.files_read.push_back(file.path);
+        result.files_read = names_of(translation.files_read);
         if (!translation.text || options_.mode == Mode::Check) return;
-        if (options_.mode == Mode::Compare)
+        if (options_.mode == Mode::Compare) {
             result.difference = difference(output, *translation.text);
-        else
+        } else {
             result.is_written = write(output, translation);
+            result.has_output = true;
+        }
     }
 
     static bool write(const std::string &path, const Translation &translation) {
@@ -128,6 +133,7 @@ private:
             result.diagnostics = {trouble_with(inputs_[i].path, end.trouble)};
         }
         count(result);
+        if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
         clear_progress();
         messages_.write(result.diagnostics);
         std::cout << result.difference;
@@ -190,6 +196,7 @@ private:
     MessageOutput messages_;
     std::map<std::string, std::size_t> first_with_output_;
     Tally tally_;
+    std::vector<MadeFrom> made_;
     bool differs_ = false;
     std::size_t finished_ = 0;
     const bool is_terminal_ = isatty(STDERR_FILENO) == 1;

@@ -32,14 +32,6 @@ bool begins_with_word(const std::string &line, const std::string &word) {
            (line.size() == word.size() || line.find_first_of(" \t([.", word.size()) == word.size());
 }
 
-bool is_script(const std::string &path) {
-    if (!fs::is_regular_file(path)) return false;  // a pipe gives its text only once
-    std::ifstream source(path, std::ios::binary);
-    const std::string line = first_line(source);
-    return !line.empty() && !begins_with_word(line, "function") &&
-           !begins_with_word(line, "classdef");
-}
-
 /* "a.b." for a file in the folders +a/+b. */
 std::string package_of(const fs::path &folder) {
     const std::string name = folder.filename();
@@ -49,20 +41,28 @@ std::string package_of(const fs::path &folder) {
 
 }  // namespace
 
+bool IndexedFile::is_script() const {
+    if (!fs::is_regular_file(path)) return false;  // a pipe gives its text only once
+    std::ifstream source(path, std::ios::binary);
+    const std::string line = first_line(source);
+    return !line.empty() && !begins_with_word(line, "function") &&
+           !begins_with_word(line, "classdef");
+}
+
 FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
     for (const InputFile &input : inputs) {
-        const fs::path path(input.path);
+        const fs::path path = fs::path(input.path).lexically_normal();
         const fs::path folder = path.parent_path();
         const bool is_private = folder.filename() == "private";
         files_[package_of(folder) + path.stem().string()].push_back(
-            {input.path, is_private ? folder.parent_path().string() : "", is_script(input.path)});
+            {input.path, is_private ? folder.parent_path().string() : ""});
     }
 }
 
 const IndexedFile *FileIndex::find(const std::string &caller, const std::string &name) const {
     const auto found = files_.find(name);
     if (found == files_.end()) return nullptr;
-    fs::path folder = fs::path(caller).parent_path();
+    fs::path folder = fs::path(caller).lexically_normal().parent_path();
     if (folder.filename() == "private") folder = folder.parent_path();
     const IndexedFile *open = nullptr;
     for (const IndexedFile &file : found->second) {

@@ -14,12 +14,13 @@ namespace mtranslate {
 struct IndexedFile {
     std::string path;
     std::string folder; /* that may call it, where that is one alone (private); else empty */
-    bool is_script;     /* its first word is neither function nor classdef */
+
+    /* Whether its first word is neither function nor classdef; looks into the file. */
+    bool is_script() const;
 };
 
 class FileIndex {
 public:
-    /* Looks into the files to tell scripts from functions. */
     explicit FileIndex(const std::vector<InputFile> &inputs);
     /* The file that the name means when the file caller calls it, or null. Functions of packages
      * have their package in the name: package.name. */

@@ -17,7 +17,8 @@ void serialize(Archive &archive, Diagnostic &of) {
 
 template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
-    archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.is_written);
+    archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
+            of.is_written);
 }
 
 std::string to_text(const FileResult &result) {

@@ -18,7 +18,8 @@ struct FileResult {
     std::string difference;
     /* Files that the translation depends on, the source first. */
     std::vector<std::string> files_read;
-    bool is_written = false; /* the output is new or has been replaced */
+    bool has_output = false; /* the translation is in the output */
+    bool is_written = false; /* which is new or has been replaced */
 };
 
 /* One text that another process can read back. */

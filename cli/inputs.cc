@@ -80,4 +80,13 @@ std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
     return std::move(walk.inputs);
 }
 
+void place_below(const std::string &root, std::vector<InputFile> &inputs) {
+    const fs::path folder = fs::path(root + '/').lexically_normal();
+    for (InputFile &input : inputs) {
+        input.relative = fs::path(input.path).lexically_normal().lexically_relative(folder);
+        if (input.relative.empty() || input.relative.starts_with(".."))
+            throw FileError("'" + input.path + "' is not in the folder '" + root + "'");
+    }
+}
+
 }  // namespace mtranslate

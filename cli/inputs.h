@@ -11,6 +11,9 @@ struct InputFile {
     std::string relative; /* to the folder that the user gave; of a file, its name alone */
 };
 
+/* Makes the files relative to the folder root. Throws FileError where one is not in it. */
+void place_below(const std::string &root, std::vector<InputFile> &inputs);
+
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
  * them, in the order of the paths and, in each, of the names. Hidden files and folders are left
  * out, and so is what an exclude pattern (as of a shell; without a slash, of a name alone) matches.

@@ -48,6 +48,11 @@ void add_output_options(CLI::App &app, Options &options) {
                    "Without it the translation goes to standard output. A file is replaced when "
                    "its successor is whole; no source is ever written over.")
         ->type_name("PATH");
+    app.add_option("--depfile", options.depfile,
+                   "Write to FILE what the outputs are made from\n\n"
+                   "In the form of make and ninja: each output of -o or -O with its source and "
+                   "the other files that its translation depends on.")
+        ->type_name("FILE");
     app.add_flag("--strict", options.is_strict,
                  "Write no translation of a source with an error or a gap");
     app.add_flag("--dump-tree", options.dumps_tree,
@@ -109,6 +114,11 @@ void add_batch_options(CLI::App &app, Options &options) {
                    "Every file *.m of a folder, and of those in it, becomes a file of the same "
                    "name below DIR. One that would not change is not touched. Each file is "
                    "translated alone.")
+        ->type_name("DIR");
+    app.add_option("--root", options.root,
+                   "Translate a part of the tree in DIR\n\n"
+                   "The files given are named and translated as if all of DIR were given: for "
+                   "shards of a large tree, and for build tools.")
         ->type_name("DIR");
     app.add_option("--suffix", options.suffix, "Ending of the files in DIR (.txt)")
         ->type_name("SUFFIX");

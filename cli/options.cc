@@ -73,6 +73,10 @@ std::string conflict(const Options &options, bool is_batch) {
         return "--dump-tree: classic makes no tree";
     if (has_folder && options.output) return "-o and -O exclude each other";
     if (has_folder && options.command) return "-c and -O exclude each other";
+    const bool has_output = has_folder || options.output.value_or("-") != "-";
+    if (!options.depfile.empty() && (!has_output || options.mode != Mode::Translate))
+        return "--depfile is about the outputs of -o and -O";
+    if (!options.root.empty() && !is_batch) return "--root goes with -O, check and diff";
     if (options.suffix == ".m") return "--suffix: outputs are no MATLAB files";
     if (options.mode == Mode::Compare && !has_folder) return "give -O DIR, the outputs to compare";
     if (is_batch && options.mode == Mode::Translate && !has_folder)

@@ -33,6 +33,8 @@ struct Options {
     std::optional<std::string> file;
     /* The files and folders of a batch; empty for a single run. */
     std::vector<std::string> paths;
+    /* The folder of the tree that the files of a batch are part of; empty: they are all of it. */
+    std::string root;
     /* Patterns of what is left out of folders. */
     std::vector<std::string> excludes;
     /* The folder for the translations of a batch, which have this ending; empty without one. */
@@ -45,6 +47,8 @@ struct Options {
     bool is_closure = false;
     /* Where called functions are looked for, first tried first; empty: the file's own directory. */
     std::vector<std::string> directories;
+    /* Where to tell what the outputs are made from; empty: nowhere. */
+    std::string depfile;
     /* The file for the translation of a single run; none, or "-": standard output. */
     std::optional<std::string> output;
     bool without_translator = false;

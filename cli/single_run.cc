@@ -4,6 +4,7 @@
 #include <csignal>
 #include <exception>
 
+#include "cli/depfile.h"
 #include "cli/message_output.h"
 #include "cli/output.h"
 #include "cli/source.h"
@@ -29,6 +30,8 @@ ExitCode translate_and_write(const Options &options) {
     if (translation.text) {
         output.refuse_sources(translation.files_read);
         output.write(*translation.text);
+        if (!options.depfile.empty())
+            write_depfile(options.depfile, {{*options.output, names_of(translation.files_read)}});
     }
     return translation.code;
 }

@@ -73,7 +73,7 @@ FileFinding find_in_index(const char *caller, const char *name, const char **pat
     const IndexedFile *file = index_in_use->find(caller, name);
     if (!file) return NOT_FOUND;
     *path = file->path.c_str();
-    return file->is_script ? FOUND_HERE : FOUND_ELSEWHERE;
+    return file->is_script() ? FOUND_HERE : FOUND_ELSEWHERE;
 }
 
 /* What has been said so far, and whether something is left untranslated. */

@@ -33,7 +33,7 @@ inline std::string repeated(const std::string &text, int count) {
 }
 
 struct Row {
-    const char *command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
+    std::string command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
     int exit_code;
     std::string output;
     std::string errors;
@@ -55,7 +55,7 @@ protected:
             "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
             "' "
             "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
-        write(directory / "run", functions + command + "\n");
+        write(directory / "run", functions + setup + command + "\n");
         const std::string shell = "cd '" + directory.string() + "' && TMPDIR=. sh ./run";
         return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
     }
@@ -72,6 +72,7 @@ protected:
 
     fs::path directory;
     std::string options; /* before those of a row */
+    std::string setup;   /* commands before that of a row */
 };
 
 class ClassicTool : public Tool {

@@ -347,8 +347,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
         {"mtranslate", 2, "",
          "mtranslate: error: nothing to translate: give PATH or -c TEXT" + hint},
         {"mtranslate -c x a.m", 2, "", "mtranslate: error: PATH and -c exclude each other" + hint},
-        {"mtranslate --wrong a.m", 2, "",
-         "mtranslate: error: The following argument was not expected: --wrong" + hint},
+        {"mtranslate --whatsoever a.m", 2, "",
+         "mtranslate: error: The following argument was not expected: --whatsoever" + hint},
         {"mtranslate --dmup-tree a.m", 2, "",
          "mtranslate: error: The following argument was not expected: --dmup-tree; did you mean "
          "'--dump-tree'?" +

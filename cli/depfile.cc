@@ -1,0 +1,53 @@
+/* The form of depfiles. */
+#include "cli/depfile.h"
+
+#include <algorithm>
+#include <set>
+
+#include "cli/output.h"
+
+namespace mtranslate {
+
+namespace {
+
+std::string escaped(const std::string &name) {
+    std::string text;
+    for (const char c : name) {
+        if (c == ' ' || c == '\t' || c == '#' || c == ':') {
+            const std::size_t end = text.find_last_not_of('\\') + 1;  // of npos: 0
+            text.append(text.size() - end, '\\');
+            text += '\\';
+        }
+        text += c == '$' ? "$$" : std::string(1, c);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::vector<std::string> names_of(const FilesRead &files) {
+    std::vector<std::string> names;
+    for (const FileRead &file : files) {
+        const bool has_name = file.path != "<stdin>" && !file.path.starts_with("/proc/self/fd/");
+        if (has_name && std::ranges::find(names, file.path) == names.end())
+            names.push_back(file.path);
+    }
+    return names;
+}
+
+void write_depfile(const std::string &path, const std::vector<MadeFrom> &outputs) {
+    std::string text;
+    std::set<std::string> all;
+    for (const MadeFrom &made : outputs) {
+        text += escaped(made.output) + ':';
+        for (const std::string &file : made.files) text += " \\\n  " + escaped(file);
+        text += '\n';
+        all.insert(made.files.begin(), made.files.end());
+    }
+    for (const std::string &file : all) text += '\n' + escaped(file) + ":\n";
+    const Output output(path);
+    output.refuse_sources({});
+    output.write(text, Durability::Whole);
+}
+
+}  // namespace mtranslate
