@@ -11,6 +11,8 @@
 #include <sstream>
 #include <thread>
 
+#include "cli/configuration_search.h"
+#include "cli/configured.h"
 #include "cli/depfile.h"
 #include "cli/difference.h"
 #include "cli/file_index.h"
@@ -48,8 +50,10 @@ public:
           messages_(options) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) place_below(options.root, inputs_);
-        for (std::size_t i = 0; i < inputs_.size(); ++i)
+        for (std::size_t i = 0; i < inputs_.size(); ++i) {
             first_with_output_.try_emplace(output_of(inputs_[i]), i);
+            configurations_.push_back(&options.configurations->of_file(inputs_[i].path));
+        }
     }
 
     ExitCode run() {
@@ -98,6 +102,7 @@ private:
             throw FileError("its output '" + output + "' is that of '" + inputs_[first].path + "'");
         Options options = options_;
         options.file = input.path;
+        configure_run(options, *configurations_[i]);
         const Source source = open_source(options);
         const Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
@@ -105,6 +110,7 @@ private:
         result.diagnostics = translation.diagnostics;
         result.ignored = translation.ignored;
         result.files_read = names_of(translation.files_read);
+        result.rules_used = translation.rules_used;
         if (!translation.text || options_.mode == Mode::Check) return;
         if (options_.mode == Mode::Compare) {
             result.difference = difference(output, *translation.text);
@@ -195,6 +201,7 @@ private:
     FileIndex index_;
     MessageOutput messages_;
     std::map<std::string, std::size_t> first_with_output_;
+    std::vector<const Configuration *> configurations_; /* of the inputs */
     Tally tally_;
     std::vector<MadeFrom> made_;
     bool differs_ = false;

@@ -2,6 +2,7 @@
 #include "cli/file_result.h"
 
 #include <cereal/archives/binary.hpp>
+#include <cereal/types/map.hpp>
 #include <cereal/types/string.hpp>
 #include <cereal/types/vector.hpp>
 #include <sstream>
@@ -18,7 +19,7 @@ void serialize(Archive &archive, Diagnostic &of) {
 template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
-            of.is_written);
+            of.is_written, of.rules_used);
 }
 
 std::string to_text(const FileResult &result) {

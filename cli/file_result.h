@@ -1,6 +1,8 @@
 /* What became of one file of a batch, as its worker tells it. */
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,6 +22,8 @@ struct FileResult {
     std::vector<std::string> files_read;
     bool has_output = false; /* the translation is in the output */
     bool is_written = false; /* which is new or has been replaced */
+    /* How often each rule has answered, by its title (rules.h). */
+    std::map<std::string, std::size_t> rules_used;
 };
 
 /* One text that another process can read back. */

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "cli/batch.h"
+#include "cli/configuration.h"
 #include "cli/excerpt.h"
 #include "cli/options.h"
 #include "cli/single_run.h"
@@ -32,6 +33,9 @@ ExitCode run_safely(int argc, char **argv) {
         return run(std::get<Options>(arguments));
     } catch (const std::bad_alloc &) {
         return fail_with("system memory exhausted");
+    } catch (const ConfigurationError &error) {
+        std::cerr << error.what();
+        return ExitCode::Usage;
     } catch (const std::exception &error) {
         return fail_with(error.what());
     }

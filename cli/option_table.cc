@@ -41,6 +41,17 @@ void add_source_options(CLI::App &app, Options &options) {
                  "Do not ask the host about calls\n\nCalled functions are not translated then.");
 }
 
+void add_rule_options(CLI::App &app, Options &options) {
+    begin_group(app, "Rules");
+    app.add_option("--rules", options.rule_files,
+                   "Take forms of names and functions from FILE; repeatable\n\n"
+                   "In TOML; a later file comes before an earlier one, and all of them before the "
+                   "file mtranslate.toml of the source's folder, or of the nearest one around it.")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+    app.add_flag("--no-config", options.without_configuration, "Look for no file mtranslate.toml");
+}
+
 void add_output_options(CLI::App &app, Options &options) {
     begin_group(app, "Output");
     app.add_option("-o,--output", options.output,
@@ -185,6 +196,7 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     auto app = std::make_unique<CLI::App>(
         "Translates MATLAB source to the language of a host computer-algebra system", "mtranslate");
     add_source_options(*app, request.options);
+    add_rule_options(*app, request.options);
     add_output_options(*app, request.options);
     add_message_options(*app, request.options);
     add_batch_options(*app, request.options);

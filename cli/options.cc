@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "cli/argument_list.h"
+#include "cli/configured.h"
 #include "cli/excerpt.h"
 #include "cli/explain.h"
 #include "cli/help.h"
@@ -58,6 +59,15 @@ std::string suggested_option(const CLI::App &app) {
     return unknown.starts_with("-") ? suggestion(unknown, known) : "";
 }
 
+/* The long names of the options that have been given. */
+std::set<std::string> given_options(const CLI::App &table) {
+    std::set<std::string> given;
+    for (const CLI::Option *option : table.get_options())
+        if (option->count() > 0)
+            given.insert(option->get_lnames().begin(), option->get_lnames().end());
+    return given;
+}
+
 bool is_folder(const std::string &path) {
     struct stat status;
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -91,6 +101,7 @@ std::variant<Options, ExitCode> completed(Options options) {
     const bool is_batch = options.mode != Mode::Translate || !options.output_folder.empty() ||
                           options.paths.size() > 1 ||
                           (options.paths.size() == 1 && is_folder(options.paths[0]));
+    if (is_batch || options.command || options.paths.size() == 1) configure(options, is_batch);
     const std::string message = conflict(options, is_batch);
     if (!message.empty()) return refuse(message);
     if (is_batch || options.command) return options;
@@ -115,6 +126,7 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     } catch (const PolicyError &error) {
         return refuse("-W: " + std::string(error.what()), "'mtranslate explain' lists all codes.");
     }
+    request.options.given = given_options(*table);
     if (!request.explain) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;
     return is_alone ? run(*request.explain) : refuse("explain and a source exclude each other");

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -13,6 +15,9 @@
 #include "cli/message_writer.h"
 
 namespace mtranslate {
+
+class ConfigurationSearch;
+class Rules;
 
 enum class Mode {
     Translate,
@@ -63,6 +68,16 @@ struct Options {
     ColourUse colours = ColourUse::Auto;
     /* Whether the tree of the source is written instead of its translation. */
     bool dumps_tree = false;
+    /* Files with rules; of two rules for the same, that of the later file holds. */
+    std::vector<std::string> rule_files;
+    /* Whether no configuration is looked for in the folders of the sources. */
+    bool without_configuration = false;
+    /* The long names of the options that are given, without dashes: a configuration sets others. */
+    std::set<std::string> given;
+    /* The configurations of all sources, and the rules for the one that is translated; null before
+     * they are known. */
+    std::shared_ptr<ConfigurationSearch> configurations;
+    const Rules *rules = nullptr;
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

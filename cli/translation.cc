@@ -7,6 +7,7 @@
 
 #include "cli/file_index.h"
 #include "cli/messages.h"
+#include "cli/rules_host.h"
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
 #include "lexer/source_files.h"
@@ -118,6 +119,8 @@ public:
 
 Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
     StandInHost host;
+    RuleAnswers answers(*wanted.rules);
+    answers.answer_in(host);
     const auto options = run_options(host.values(), source, wanted);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
     MessageCollection messages(source, wanted.message_policy);
@@ -142,6 +145,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
         const Diagnostics raised = diagnostics_of(error, source);
         translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
     }
+    translation.rules_used = answers.used();
     return translation;
 }
 

@@ -1,6 +1,8 @@
 /* One run of the library for the tool. */
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -22,10 +24,12 @@ struct Translation {
     std::size_t ignored = 0; /* messages that the user left out */
     /* Every file that the run has opened, its source first. */
     FilesRead files_read;
+    /* How often each rule has answered, by its title (rules.h). */
+    std::map<std::string, std::size_t> rules_used{};
 };
 
-/* Translates the source in a host that answers no questions, as the options say. With an index no
- * called function is looked for, and scripts are found in the index. Throws FileError where a
+/* Translates the source, as the options say, in a host that answers by their rules. With an index
+ * no called function is looked for, and scripts are found in the index. Throws FileError where a
  * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);

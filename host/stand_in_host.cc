@@ -141,21 +141,27 @@ void StandInHost::record(std::string_view operation, std::string_view arguments)
         calls_.push_back(std::string(operation).append("(").append(arguments).append(")"));
 }
 
+HostValue StandInHost::answer(const std::optional<std::string> &text) {
+    return text ? values_.string(*text) : no_translation_;
+}
+
 HostValue StandInHost::answer_name(HostValue name) {
     const std::string_view text = text_of(name);
     record("TranslateName", text);
-    const auto answer = names_.find(text);
-    return answer == names_.end() ? no_translation_ : values_.string(answer->second);
+    const auto found = names_.find(text);
+    if (found != names_.end()) return values_.string(found->second);
+    return answer(other_names_ ? other_names_(text) : std::nullopt);
 }
 
 HostValue StandInHost::answer_function(HostValue call) {
     if (recording_) record("TranslateFunction", join(element_texts(call)));
-    const auto answer = functions_.find(std::string_view(text_of(element_of(call, 1))));
-    if (answer == functions_.end()) return no_translation_;
+    const std::string_view name = text_of(element_of(call, 1));
+    const auto found = functions_.find(name);
+    if (found == functions_.end() && !other_functions_) return no_translation_;
     std::vector<std::string> arguments = element_texts(call);
     arguments.erase(arguments.begin());
-    const std::optional<std::string> text = answer->second(arguments);
-    return text ? values_.string(*text) : no_translation_;
+    return answer(found == functions_.end() ? other_functions_(name, arguments)
+                                            : found->second(arguments));
 }
 
 }  // namespace mtranslate

@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <mtranslate.h>
@@ -41,6 +42,12 @@ enum class ErrorExit { Throw, Return, Jump };
 using FunctionAnswer =
     std::function<std::optional<std::string>(const std::vector<std::string> &arguments)>;
 
+/* Computes the host's name for a name of the source, likewise. */
+using NameAnswer = std::function<std::optional<std::string>(std::string_view name)>;
+/* Computes the host text of a call of any function, likewise. */
+using CallAnswer = std::function<std::optional<std::string>(
+    std::string_view name, const std::vector<std::string> &arguments)>;
+
 class StandInHost {
 public:
     StandInHost() = default;
@@ -59,6 +66,9 @@ public:
     void translate_name(std::string name, std::string translation);
     void translate_function(std::string name, std::string text);
     void translate_function(std::string name, FunctionAnswer answer);
+    /* What is asked for the names and the functions that have no answer of their own. */
+    void translate_other_names(NameAnswer answer) { other_names_ = std::move(answer); }
+    void translate_other_functions(CallAnswer answer) { other_functions_ = std::move(answer); }
     /* The answer where there is no translation, instead of null. */
     void answer_otherwise(HostValue value) { no_translation_ = value; }
 
@@ -90,11 +100,14 @@ private:
     void raise(const char *message, HostValue value);
     HostValue answer_name(HostValue name);
     HostValue answer_function(HostValue call);
+    HostValue answer(const std::optional<std::string> &text);
     void record(std::string_view operation, std::string_view arguments);
 
     ValueStore values_;
     std::map<std::string, std::string, std::less<>> names_;
     std::map<std::string, FunctionAnswer, std::less<>> functions_;
+    NameAnswer other_names_;
+    CallAnswer other_functions_;
     HostValue no_translation_ = 0;
     std::function<void(const std::string &)> error_observer_;
     ErrorExit error_exit_ = ErrorExit::Throw;

@@ -47,13 +47,22 @@ TEST(StandInHost, answers_from_its_tables) {
         if (arguments.size() != 2) return std::nullopt;
         return "larger of " + arguments[0] + " and " + arguments[1];
     });
+    host.translate_other_names([](std::string_view name) {
+        return name == "b" ? std::optional<std::string>("beta") : std::nullopt;
+    });
+    host.translate_other_functions(
+        [](std::string_view name, const Texts &arguments) -> std::optional<std::string> {
+            if (name != "sin" && name != "cos") return std::nullopt;
+            return "any " + std::string(name) + " of " + std::to_string(arguments.size());
+        });
     const struct {
         std::string source, translation;
     } rows[] = {
+        {"cos(1, 2)", "any cos of 2;\n"},
         {"a", "alpha;\n"},
         {"sin(1)", "SIN;\n"},
-        {"max(a, b)", "larger of alpha and b;\n"},
-        {"max(b)", "max(b);\n"},
+        {"max(a, b)", "larger of alpha and beta;\n"},
+        {"max(b)", "max(beta);\n"},
     };
     for (const auto &row : rows) EXPECT_EQ(host.translate("command", row.source), row.translation);
     host.translate_name("a", "second");

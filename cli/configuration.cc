@@ -1,0 +1,119 @@
+/* Whole files of rules and options. */
+#define TOML_IMPLEMENTATION
+#include "cli/configuration.h"
+
+#include <toml++/toml.h>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "cli/configuration_options.h"
+#include "cli/configuration_rules.h"
+#include "cli/configuration_text.h"
+#include "cli/excerpt.h"
+#include "cli/files.h"
+
+namespace mtranslate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/* Of a regular file, or what a pipe gives. */
+std::string read_all(const std::string &path) {
+    const Descriptor file = open_to_read(path);
+    return read_regular_file(path_of(spool(file.get(), "'" + path + "'"))).value_or("");
+}
+
+/* Of a text that is no TOML. */
+std::string description_of(const toml::parse_error &error) {
+    constexpr std::string_view BEGINNING = "Error while parsing ";
+    std::string text(error.description());
+    if (text.starts_with(BEGINNING)) text.replace(0, BEGINNING.size(), "no TOML in the ");
+    return text;
+}
+
+/* A file under reading. */
+class Reader {
+public:
+    Reader(const std::string &path, bool has_options)
+        : file_(path, read_all(path)),
+          folder_(fs::path(path).parent_path()),
+          has_options_(has_options) {}
+
+    Configuration read() {
+        try {
+            const toml::table tables = toml::parse(file_.text());
+            for (const auto &[key, value] : tables) read_table(key, value);
+            for (const auto &[place, path] : options_.rule_files) read_rule_file(*place, path);
+        } catch (const toml::parse_error &error) {
+            file_.report(error.source().begin, description_of(error));
+        }
+        file_.throw_mistakes();
+        shared_.add(own_);
+        return {std::move(shared_), std::move(options_.settings)};
+    }
+
+private:
+    void read_table(const toml::key &key, const toml::node &value) {
+        const bool is_for_options = key == "options" && has_options_;
+        if (key != "names" && key != "functions" && !is_for_options) return refuse_table(key);
+        const toml::table *entries = value.as_table();
+        if (!entries)
+            return file_.report(value, "expected a table: [" + std::string(key.str()) + "]");
+        for (const auto &[name, entry] : *entries) {
+            if (is_for_options)
+                read_option(file_, name, entry, folder_, options_);
+            else if (key == "names")
+                read_name(file_, name, entry, own_);
+            else
+                read_function(file_, name, entry, own_);
+        }
+    }
+
+    void refuse_table(const toml::key &key) {
+        if (key == "options")
+            file_.report(key, "options are set in a file mtranslate.toml only");
+        else if (has_options_)
+            file_.report_unknown(key, {"names", "functions", "options"});
+        else
+            file_.report_unknown(key, {"names", "functions"});
+    }
+
+    void read_rule_file(const toml::node &place, const std::string &path) {
+        try {
+            shared_.add(read_rules(path));
+        } catch (const FileError &error) {
+            file_.report(place, error.what());
+        }
+    }
+
+    ConfigurationText file_;
+    fs::path folder_;
+    bool has_options_;
+    OptionTable options_;
+    Rules shared_; /* of other files */
+    Rules own_;
+};
+
+}  // namespace
+
+Rules read_rules(const std::string &path) { return Reader(path, false).read().rules; }
+
+Configuration read_configuration(const std::string &path) { return Reader(path, true).read(); }
+
+void check_reachable(const Rules &rules) {
+    std::set<std::string> given;
+    for (const Rule *rule : rules.of_names()) given.insert(rule->text);
+    std::string mistakes;
+    for (const Rule *rule : rules.of_functions()) {
+        const Rule *renamed = rules.find_name(rule->name);
+        if (renamed && !given.contains(rule->name))
+            mistakes += text_of(rule->place) + ": error: calls of '" + rule->name +
+                        "' are calls of '" + renamed->text + "' by " + text_of(renamed->place) +
+                        '\n';
+    }
+    if (!mistakes.empty()) throw ConfigurationError(mistakes);
+}
+
+}  // namespace mtranslate

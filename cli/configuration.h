@@ -1,0 +1,46 @@
+/* Configurations: rules and options of the tool, written in TOML. */
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "cli/rules.h"
+
+namespace mtranslate {
+
+/* Mistakes in a configuration; what() is whole lines for the user, with their places. */
+class ConfigurationError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/* The options that a configuration sets. Paths are as the tool opens them. */
+struct Settings {
+    std::optional<std::string> language;
+    std::optional<std::vector<std::string>> include;
+    std::optional<bool> strict;
+    std::optional<bool> closure;
+    std::optional<std::string> output_dir;
+    std::optional<std::string> suffix;
+    std::optional<std::vector<std::string>> exclude;
+    std::optional<std::size_t> jobs;
+};
+
+struct Configuration {
+    Rules rules;
+    Settings settings;
+};
+
+/* The rules of a file. Throws ConfigurationError, and FileError where it cannot be read. */
+Rules read_rules(const std::string &path);
+/* A file with options as well; the rules of the files that it names come before its own. */
+Configuration read_configuration(const std::string &path);
+
+/* Sees that every rule can be asked for: a function's calls are offered under the name that it is
+ * given. Throws ConfigurationError. */
+void check_reachable(const Rules &rules);
+
+}  // namespace mtranslate

@@ -1,0 +1,17 @@
+/* The tables of rules in a configuration. */
+#pragma once
+
+#include <toml++/toml.h>
+
+#include "cli/configuration_text.h"
+#include "cli/rules.h"
+
+namespace mtranslate {
+
+/* Put an entry of the table [names] or [functions] into the rules; mistakes are noted. */
+void read_name(ConfigurationText &file, const toml::key &key, const toml::node &value,
+               Rules &rules);
+void read_function(ConfigurationText &file, const toml::key &key, const toml::node &value,
+                   Rules &rules);
+
+}  // namespace mtranslate

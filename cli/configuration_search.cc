@@ -1,0 +1,60 @@
+/* From folders upwards. */
+#include "cli/configuration_search.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace mtranslate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char *FILE_NAME = "mtranslate.toml";
+
+/* The path as the user would write it from here. */
+fs::path from_here(const fs::path &path) {
+    const fs::path near = path.lexically_relative(fs::current_path());
+    return near.empty() || *near.begin() == ".." ? path : near;
+}
+
+}  // namespace
+
+ConfigurationSearch::ConfigurationSearch(const std::vector<std::string> &rule_files,
+                                         bool looks_for_files)
+    : looks_for_files_(looks_for_files) {
+    for (const std::string &path : rule_files) last_.add(read_rules(path));
+    check_reachable(last_);
+    none_ = std::make_shared<Configuration>(Configuration{last_, {}});
+}
+
+const Configuration &ConfigurationSearch::in_folder(const std::string &folder) {
+    if (!looks_for_files_) return *none_;
+    const fs::path path = fs::absolute(folder.empty() ? "." : folder).lexically_normal();
+    return *find(path.has_filename() ? path : path.parent_path());
+}
+
+const Configuration &ConfigurationSearch::of_file(const std::string &path) {
+    return in_folder(path == "-" ? "" : fs::path(path).parent_path());
+}
+
+ConfigurationSearch::Found ConfigurationSearch::find(const fs::path &folder) {
+    const auto known = found_.find(folder);
+    if (known != found_.end()) return known->second;
+    const fs::path file = folder / FILE_NAME;
+    const fs::path outer = folder.parent_path();
+    const Found found = access(file.c_str(), F_OK) == 0 ? read(file)
+                        : outer == folder               ? none_
+                                                        : find(outer);
+    return found_.emplace(folder, found).first->second;
+}
+
+ConfigurationSearch::Found ConfigurationSearch::read(const fs::path &path) const {
+    Configuration configuration = read_configuration(from_here(path));
+    configuration.rules.add(last_);
+    check_reachable(configuration.rules);
+    return std::make_shared<Configuration>(std::move(configuration));
+}
+
+}  // namespace mtranslate

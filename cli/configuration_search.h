@@ -1,0 +1,38 @@
+/* Which configuration a source has. */
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/configuration.h"
+
+namespace mtranslate {
+
+class ConfigurationSearch {
+public:
+    /* rule_files come after what is found, and the last one holds. Where no configuration is to be
+     * looked for, they are all there is. Throws as read_rules does. */
+    ConfigurationSearch(const std::vector<std::string> &rule_files, bool looks_for_files);
+
+    /* The file mtranslate.toml of the folder, or of the nearest one around it, with the rule files.
+     * Every folder is looked at once. Lives as long as this. Throws as read_configuration does. */
+    const Configuration &in_folder(const std::string &folder);
+    /* The same for the folder of a file; for standard input, the current one. */
+    const Configuration &of_file(const std::string &path);
+
+private:
+    using Found = std::shared_ptr<const Configuration>;
+
+    Found find(const std::filesystem::path &folder);
+    Found read(const std::filesystem::path &path) const;
+
+    Rules last_;
+    bool looks_for_files_;
+    Found none_; /* for folders without a file */
+    std::map<std::filesystem::path, Found> found_;
+};
+
+}  // namespace mtranslate

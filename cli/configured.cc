@@ -1,0 +1,56 @@
+/* From settings to options. */
+#include "cli/configured.h"
+
+#include <filesystem>
+
+#include "cli/configuration_search.h"
+
+namespace mtranslate {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/* An option takes the setting, if there is one and the user has not given it. */
+template <typename Type>
+void complete(const Options &options, const char *name, Type &option,
+              const std::optional<Type> &setting) {
+    if (setting && !options.given.contains(name)) option = *setting;
+}
+
+void configure_batch(Options &options, const Settings &settings) {
+    complete(options, "output-dir", options.output_folder, settings.output_dir);
+    complete(options, "suffix", options.suffix, settings.suffix);
+    complete(options, "exclude", options.excludes, settings.exclude);
+    complete(options, "closure", options.is_closure, settings.closure);
+    complete(options, "jobs", options.jobs, settings.jobs);
+}
+
+const Configuration &configuration_of(const Options &options) {
+    const std::string path = options.paths.empty() ? "-" : options.paths[0];
+    std::error_code none;
+    return fs::is_directory(path, none) ? options.configurations->in_folder(path)
+                                        : options.configurations->of_file(path);
+}
+
+}  // namespace
+
+void configure_run(Options &options, const Configuration &configuration) {
+    const Settings &settings = configuration.settings;
+    complete(options, "language", options.language, settings.language);
+    complete(options, "include", options.directories, settings.include);
+    complete(options, "strict", options.is_strict, settings.strict);
+    options.rules = &configuration.rules;
+}
+
+void configure(Options &options, bool is_batch) {
+    options.configurations =
+        std::make_shared<ConfigurationSearch>(options.rule_files, !options.without_configuration);
+    const Configuration &configuration = configuration_of(options);
+    if (is_batch)
+        configure_batch(options, configuration.settings);
+    else
+        configure_run(options, configuration);
+}
+
+}  // namespace mtranslate

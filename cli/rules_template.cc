@@ -1,0 +1,182 @@
+/* Reading templates, and filling them. */
+#include "cli/rules_template.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+#include "cli/rules_text.h"
+
+namespace mtranslate {
+
+namespace {
+
+constexpr std::size_t MOST_ARGUMENTS = 1000;
+
+std::string joined(const std::vector<std::string> &texts, std::size_t first) {
+    std::string list;
+    for (std::size_t i = first; i < texts.size(); ++i)
+        list.append(i == first ? "" : ", ").append(texts[i]);
+    return list;
+}
+
+std::string_view without_blanks_behind(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string_view without_blanks_before(std::string_view text) {
+    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+}
+
+/* Takes a comma from the text's end, with blanks around it; false where there is none. */
+bool drop_comma(std::string &text) {
+    std::string_view before = without_blanks_behind(text);
+    if (!before.ends_with(',')) return false;
+    before.remove_suffix(1);
+    text = without_blanks_behind(before);
+    return true;
+}
+
+/* The text without a comma at its front, and blanks around it. */
+std::string_view without_comma(std::string_view text) {
+    const std::string_view rest = without_blanks_before(text);
+    return rest.starts_with(',') ? without_blanks_before(rest.substr(1)) : text;
+}
+
+/* The last line as far as it has been written. */
+std::string last_line(const std::string &text) { return text.substr(text.rfind('\n') + 1); }
+
+std::string indented(const std::string &lines, const std::string &indent) {
+    std::string text;
+    for (const char c : lines) {
+        text += c;
+        if (c == '\n') text += indent;
+    }
+    return text;
+}
+
+/* The number at the front of the text, which is removed; 0 for none that an argument can have. */
+std::size_t take_number(std::string_view &text) {
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return error == std::errc() && number <= MOST_ARGUMENTS ? number : 0;
+}
+
+}  // namespace
+
+Template::Template(const std::string &text) {
+    std::string outline;  // the text with a word for each place
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string two = text.substr(at, 2);
+        if (text[at] == '{' && two != "{{") {
+            at = read_place(text, at);
+            pieces_.back().at = outline.size();
+            outline += 'x';
+            continue;
+        }
+        if (text[at] == '}' && two != "}}")
+            throw TemplateError("this '}' closes nothing; a brace of the text is written '}}'", at);
+        append_text(text.substr(at, 1));
+        outline += text[at];
+        at += two == "{{" || two == "}}" ? 2 : 1;
+    }
+    const std::size_t lone = find_lone_half(text);
+    if (lone != text.npos)
+        throw TemplateError(std::string("this '") + text[lone] + "' has no other half", lone);
+    is_statements_ = is_statements(outline);
+    const std::string_view all = outline;
+    for (Piece &piece : pieces_)
+        piece.is_operand = is_bound(all.substr(0, piece.at), all.substr(piece.at + 1));
+}
+
+/* Reads a place; answers where the text goes on. */
+std::size_t Template::read_place(const std::string &text, std::size_t at) {
+    const std::size_t end = text.find('}', at);
+    if (end == text.npos)
+        throw TemplateError("this '{' is not closed; a brace of the text is written '{{'", at);
+    const std::string inside = text.substr(at + 1, end - at - 1);
+    std::string_view rest = inside;
+    const std::size_t number = take_number(rest);
+    if (inside == "args" || (number > 0 && rest == ".."))
+        append_place(Kind::List, std::max<std::size_t>(number, 1));
+    else if (inside == "count")
+        append_place(Kind::Count, 0);
+    else if (number > 0 && rest.empty())
+        append_place(Kind::Argument, number);
+    else
+        throw TemplateError("'{" + inside +
+                                "}' is no place: there are {1}, {2}, ..., {2..}, {args} and "
+                                "{count}; a brace of the text is written '{{'",
+                            at);
+    return end + 1;
+}
+
+void Template::append_text(const std::string &text) {
+    if (pieces_.empty() || pieces_.back().kind != Kind::Text) pieces_.push_back({Kind::Text, ""});
+    pieces_.back().text += text;
+}
+
+void Template::append_place(Kind kind, std::size_t number) {
+    const std::size_t needed = kind == Kind::Argument ? number : number > 0 ? number - 1 : 0;
+    least_ = std::max(least_, needed);
+    has_list_ = has_list_ || kind == Kind::List;
+    pieces_.push_back({kind, "", number});
+}
+
+/* Nothing binds what stands between brackets, commas, or the ends of statements. */
+bool Template::is_bound(std::string_view before, std::string_view behind) {
+    constexpr std::string_view OPENING = "([{,;\n";
+    constexpr std::string_view CLOSING = ")]},;\n";
+    before = without_blanks_behind(before);
+    behind = without_blanks_before(behind);
+    const bool is_free_before = before.empty() || OPENING.find(before.back()) != OPENING.npos;
+    const bool is_free_behind = behind.empty() || CLOSING.find(behind.front()) != CLOSING.npos;
+    return !is_free_before || !is_free_behind;
+}
+
+std::string Template::fill(const std::vector<std::string> &arguments) const {
+    std::string text;
+    bool skips_comma = false;
+    for (const Piece &piece : pieces_) {
+        if (piece.kind == Kind::Text) text += skips_comma ? without_comma(piece.text) : piece.text;
+        if (piece.kind == Kind::Count) text += std::to_string(arguments.size());
+        if (piece.kind == Kind::List) text += joined(arguments, piece.number - 1);
+        if (piece.kind == Kind::Argument) {
+            const std::string &argument = arguments[piece.number - 1];
+            text += piece.is_operand ? as_operand(argument) : argument;
+        }
+        const bool is_empty = piece.kind == Kind::List && piece.number > arguments.size();
+        skips_comma = is_empty && !drop_comma(text);
+    }
+    return is_statements_ ? text : as_operand(text);
+}
+
+bool Template::is_alone_on_line(std::size_t piece, const std::string &before) const {
+    const bool is_last = piece + 1 == pieces_.size();
+    return without_blanks_behind(last_line(before)).empty() &&
+           (is_last || pieces_[piece + 1].text.starts_with('\n'));
+}
+
+std::string Template::fill_lines(const std::vector<std::string> &arguments) const {
+    std::string text;
+    bool skips_line_end = false;
+    for (std::size_t i = 0; i < pieces_.size(); ++i) {
+        const Piece &piece = pieces_[i];
+        if (piece.kind == Kind::Text) {
+            text += piece.text.substr(skips_line_end ? 1 : 0);
+            continue;
+        }
+        const std::string argument = piece.kind == Kind::Argument ? arguments[piece.number - 1]
+                                     : piece.kind == Kind::List
+                                         ? joined(arguments, piece.number - 1)
+                                         : std::to_string(arguments.size());
+        const bool is_alone = is_alone_on_line(i, text);
+        skips_line_end = is_alone && argument.empty();
+        if (skips_line_end) text.resize(text.size() - last_line(text).size());
+        text += indented(argument, is_alone ? last_line(text) : "");
+    }
+    return text;
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,276 @@
+/* Rules and configurations, by running the tool. */
+#include "tests/tool.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* A command and its translation under some rules. */
+struct Answer {
+    const char *command;
+    const char *translation;
+};
+
+/* A configuration and what is said about it, after its name. */
+struct Mistake {
+    const char *text;
+    const char *messages;
+};
+
+class Rules : public Tool {
+protected:
+    void check_answers(const std::string &rules, const std::vector<Answer> &answers) const {
+        write(directory / "r.toml", rules);
+        for (const Answer &answer : answers) {
+            SCOPED_TRACE(answer.command);
+            write(directory / "s.m", answer.command);
+            EXPECT_EQ(run("mtranslate --rules r.toml s.m"), 0);
+            EXPECT_EQ(read(directory / "out"), std::string(answer.translation) + '\n');
+            EXPECT_EQ(read(directory / "err"), "");
+        }
+    }
+
+    void check_mistakes(const std::string &command, const std::string &file,
+                        const std::vector<Mistake> &mistakes) const {
+        for (const Mistake &mistake : mistakes) {
+            SCOPED_TRACE(mistake.text);
+            write(directory / file, mistake.text);
+            EXPECT_EQ(run(command), 2);
+            EXPECT_EQ(read(directory / "out"), "");
+            EXPECT_EQ(read(directory / "err"), file + ':' + mistake.messages);
+        }
+    }
+};
+
+TEST_F(Rules, give_names_and_calls_their_forms) {
+    const std::string rules = R"toml([names]
+gamma = "g_value"
+show = "display_of"
+[functions]
+pi = "Pi"
+sq = '{1}^2'
+add = "{1} + {2}"
+flip = "LinearAlgebra:-Transpose({1})"
+set = "{{{args}}}"
+apply = "{1}({2..})"
+mk = "make(0, {args}, {count})"
+wrap = "outer(({1}))"
+"stats.mean" = "mean_of({1})"
+display_of = "put({args})"
+hold = "keep({1})"
+size = { 1 = "dims({1})", 2 = "dims({1})[{2}]", default = "all_dims({1}, [{2..}])" }
+horzcat = "join({args})"
+getfield = "field_of({1}, {2})"
+system = "run({1})"
+)toml";
+    check_answers(
+        rules,
+        {
+            {"x = 2*pi;", "x := 2 . Pi;"},
+            {"a = 1; x = sq(3)*2; y = -sq(a + 1); z = sq(-a); w = sq(sq(a));",
+             "a := 1;\nx := (3^2) . 2;\ny := -((a +~ 1)^2);\nz := ((-a)^2);\nw := ((a^2)^2);"},
+            {"x = sq(1e-5); y = sq('a b'); z = sq([1 2]);",
+             "x := (1e-5^2);\ny := (\"a b\"^2);\nz := (Vector[row]([1, 2])^2);"},
+            {"a = 2; x = add(a, -1); y = wrap(a + 1); c = {add(1, 2)};",
+             "a := 2;\nx := (a + (-1));\ny := outer(((a +~ 1)));\n"
+             "c := rtable([(1 + 2)],subtype='Vector[row]');"},
+            {"x = set(1, 2); y = set();", "x := {1, 2};\ny := {};"},
+            {"x = apply(@(t) t, 2); y = apply(@gamma);",
+             "x := (proc( t ) return t; end proc)(2);\ny := g_value();"},
+            {"x = mk(); y = mk(1); z = mk(1, 2);",
+             "x := make(0, 0);\ny := make(0, 1, 1);\nz := make(0, 1, 2, 2);"},
+            {"x = size(1); y = size(1, 2); z = size(1, 2, 3); w = size(1, 2, 3, 4);",
+             "x := dims(1);\ny := dims(1)[2];\nz := all_dims(1, [2, 3]);\nw := all_dims(1, [2, 3, "
+             "4]);"},
+            {"x = flip(1);", "with(LinearAlgebra):\nx := Transpose(1);"},
+            {"gamma = 1; x = gamma + 1; show(x); show;",
+             "g_value := 1;\nx := g_value +~ 1;\nput(x);\ndisplay_of;"},
+            {"hold on", "keep(\"on\");"},
+            {"n = 2; s = ['n = ' n]; t = s.(n); !ls",
+             "n := 2;\ns := join(\"n = \", n);\nt := field_of(s, n);\nrun(\"ls\");"},
+        });
+}
+
+/* A call with another number of arguments than the form has places for stays as it is. */
+TEST_F(Rules, leave_calls_that_no_form_fits) {
+    write(directory / "r.toml", R"toml([functions]
+f = "F({1}, {2})"
+g = { 2 = "G({1})", default = "G({2})" }
+h = "H({1}, {3..})"
+)toml");
+    const auto unknown = [](const char *name) {
+        return std::string(
+                   "<command>: warning: 1 function is found nowhere and left to the host: ") +
+               name + " [MT401]\n";
+    };
+    check({
+        {"mtranslate --rules r.toml -c 'f(1); f(1, 2); f(1, 2, 3)'", 0,
+         "f(1);\nF(1, 2);\nf(1, 2, 3);\n", unknown("f")},
+        {"mtranslate --rules r.toml -c 'g(1); g(1, 2); g(1, 2, 3)'", 0, "g(1);\nG(1);\nG(2);\n",
+         unknown("g")},
+        {"mtranslate --rules r.toml -c 'h(1); h(1, 2); h(1, 2, 3)'", 0, "h(1);\nH(1);\nH(1, 3);\n",
+         unknown("h")},
+        {"mtranslate --no-translator --rules r.toml -c 'f(1, 2)'", 0, "f(1, 2);\n", ""},
+        {"mtranslate --language classic --rules r.toml -c 'x = f(:, end)'", 0,
+         "x := F(<seq(1..1)>, -1);\n", ""},
+    });
+}
+
+TEST_F(Rules, put_the_lines_of_try_where_the_form_has_them) {
+    const std::string rules = R"toml([functions]
+try = """
+attempt do
+    {1}
+otherwise {3}
+    {2}
+end attempt;
+"""
+)toml";
+    check_answers(rules, {
+                             {"try, a = 1; b = 2; catch e, try, c = 3; catch, end, end",
+                              "attempt do\n    a := 1;\n    b := 2;\notherwise e\n"
+                              "    attempt do\n        c := 3;\n    otherwise \n"
+                              "    end attempt;\nend attempt;"},
+                             {"for k = 1:2, try, a = 1; end, end",
+                              "for k from 1 to 2 do\n    attempt do\n        a := 1;\n"
+                              "    otherwise \n    end attempt;\nend do;"},
+                         });
+}
+
+TEST_F(Rules, of_later_files_replace_or_take_back_those_of_earlier_ones) {
+    write(directory / "a.toml", "[names]\nn = 'N'\n[functions]\nf = 'A()'\ng = { 0 = 'A0()' }\n");
+    write(directory / "b.toml", "[names]\nn = ''\n[functions]\nf = ''\ng = { 1 = 'B({1})' }\n");
+    const std::string left =
+        "<command>: warning: 2 functions are found nowhere and left to the host: f, g [MT401]\n";
+    check({
+        {"mtranslate --rules a.toml -c 'n = f; g'", 0, "N := A();\nA0();\n", ""},
+        {"mtranslate --rules a.toml --rules b.toml -c 'n = f; g'", 0, "n := f();\ng();\n", left},
+        {"mtranslate --rules b.toml --rules a.toml -c 'n = f; g'", 0, "N := A();\nA0();\n", ""},
+    });
+}
+
+TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
+    check_mistakes(
+        "mtranslate --rules bad.toml -c 'x = 1'", "bad.toml",
+        {
+            {"x = = 1\n",
+             "1:5: error: no TOML in the value: could not determine value type\n"
+             "x = = 1\n    ^\n"},
+            {"[functions]\nf = 'a'\nf = 'b'\n",
+             "3:5: error: no TOML in the key-value pair: cannot redefine existing string 'f'\n"
+             "f = 'b'\n    ^\n"},
+            {"[name]\n", "1:2: error: unknown key 'name'; did you mean 'names'?\n[name]\n ^\n"},
+            {"x = 1\n", "1:1: error: unknown key 'x'; expected names or functions\nx = 1\n^\n"},
+            {"[options]\njobs = 1\n",
+             "1:2: error: options are set in a file mtranslate.toml only\n[options]\n ^\n"},
+            {"names = 1\n", "1:9: error: expected a table: [names]\nnames = 1\n        ^\n"},
+            {"[names]\n'a b' = 'c'\n", "2:1: error: 'a b' is no name of MATLAB\n'a b' = 'c'\n^\n"},
+            {"[names]\na = 1\n",
+             "2:5: error: expected a name of the host's, a string\na = 1\n    ^\n"},
+            {"[names]\na = '2*b'\n",
+             "2:6: error: this is no name; what a function without arguments stands for is a form "
+             "of [functions]\na = '2*b'\n     ^\n"},
+            {"[functions]\nf = 1\n",
+             "2:5: error: expected a form of the call, a string\nf = 1\n    ^\n"},
+            {"[functions]\nf.1 = 'F({1}, {2})'\n",
+             "2:15: error: there is no argument 2 in a call with 1\nf.1 = 'F({1}, {2})'\n"
+             "              ^\n"},
+            {"[functions]\nf = '\xC3\xA4{0}'\n",
+             "2:7: error: '{0}' is no place: there are {1}, {2}, ..., {2..}, {args} and {count}; a "
+             "brace of the text is written '{{'\nf = '\xC3\xA4{0}'\n      ^\n"},
+            {"[functions]\nf = '{1'\n",
+             "2:6: error: this '{' is not closed; a brace of the text is written '{{'\nf = '{1'\n"
+             "     ^\n"},
+            {"[functions]\nf = '''\na\n}'''\n",
+             "4:1: error: this '}' closes nothing; a brace of the text is written '}}'\n}'''\n^\n"},
+            {"[functions]\nf = 'g(h[1)]'\n",
+             "2:11: error: this ')' has no other half\nf = 'g(h[1)]'\n          ^\n"},
+            {"[functions]\nf = 'g(\"a)'\n",
+             "2:8: error: this '\"' has no other half\nf = 'g(\"a)'\n       ^\n"},
+            {"[functions]\nf = 'g();'\n",
+             "2:9: error: a statement's last semicolon is written by the translator\n"
+             "f = 'g();'\n        ^\n"},
+            {"[functions]\np.f = 'g()'\nh = 1\n",
+             "2:3: error: unknown key 'f'; expected a number of arguments or default (a function "
+             "of a package is written in quotes: \"package.function\")\np.f = 'g()'\n  ^\n"
+             "bad.toml:3:5: error: expected a form of the call, a string\nh = 1\n    ^\n"},
+            {"[names]\nf = 'F'\n[functions]\nf = 'g()'\n",
+             "4:1: error: calls of 'f' are calls of 'F' by bad.toml:2:1\n"},
+        });
+    check({{"mtranslate --rules none.toml -c x", 3, "",
+            "mtranslate: error: cannot read 'none.toml': No such file or directory\n"}});
+}
+
+TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
+    const std::pair<const char *, const char *> files[] = {
+        {"t/mtranslate.toml",
+         "[options]\nrules = ['r.toml']\noutput-dir = 'o'\nsuffix = '.x'\nexclude = ['b*']\n"
+         "closure = true\ninclude = ['lib']\n[functions]\nf = 'T({1})'\n"},
+        {"t/r.toml", "[functions]\nf = 'R({1})'\ng = 'R()'\n"},
+        {"t/lib/k.m", "k = 1;\n"},
+        {"t/s/a.m", "x = f(1) + g; k\n"},
+        {"t/s/b.m", "x = 1;\n"},
+        {"t/u/mtranslate.toml", "[options]\nlanguage = 'octave'\nstrict = true\n"},
+        {"t/u/c.m", "x = y = 1;\n"},
+        {"t/u/d.m", "x = (;\n"},
+        {"later.toml", "[functions]\nf = 'L({1})'\n"}};
+    for (const auto &[path, text] : files) write(directory / path, text);
+    const std::string a = "x := T(1) +~ R();\nk := 1;\n";
+    const std::string refused =
+        "t/u/d.m:1:6: error: expected a value behind '(', found ';' [MT101]\nx = (;\n     ^\n";
+    check({
+        {"mtranslate t/s/a.m", 0, a, ""},
+        {"mtranslate --rules later.toml t/s/a.m", 0, "x := L(1) +~ R();\nk := 1;\n", ""},
+        {"cd t/s; \"$tool\" a.m; \"$tool\" -I ../lib - < a.m; \"$tool\" -c 'x = f(1)'", 0,
+         a + a + "x := T(1);\n", ""},
+        {"mtranslate t/u/c.m; mtranslate t/u/d.m", 1, "y := 1;\nx := copy(y);\n", refused},
+        {"mtranslate --language matlab t/u/c.m 2>&1 | head -n 1", 0,
+         "t/u/c.m:1:7: error: a second '=' in one statement: assign to one target after the other "
+         "[MT109]\n",
+         ""},
+        {"cd t/s; \"$tool\" --no-config a.m", 0, "x := f(1) +~ g();\nk();\n",
+         "a.m: warning: 3 functions are found nowhere and left to the host: f, g, k [MT401]\n"},
+        {"mtranslate t -j 2; cat t/o/s/a.x; find t/o -type f | sort", 0,
+         "x := T(1) +~ R();\nk := 1;\nt/o/lib/k.x\nt/o/s/a.x\nt/o/u/c.x\n",
+         refused +
+             "mtranslate: 4 of 4 files: 3 without errors or gaps, 0 with gaps, 1 with errors, "
+             "0 failed; 3 written\n"},
+        {"echo 'x := 2;' > t/o/lib/k.x; mtranslate diff t --exclude '[acd].m' --closure", 1,
+         "--- t/o/lib/k.x\n+++ t/o/lib/k.x\n@@ -1 +1 @@\n-x := 2;\n+k := 1;\n"
+         "--- /dev/null\n+++ t/o/s/b.x\n@@ -0,0 +1 @@\n+x := 1;\n",
+         "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+         "failed\n"},
+    });
+    check_mistakes(
+        "mtranslate t/u/c.m", "t/u/mtranslate.toml",
+        {
+            {"[options]\njob = 1\n",
+             "2:1: error: unknown key 'job'; did you mean 'jobs'?\njob = 1\n^\n"},
+            {"[options]\njobs = -1\n",
+             "2:8: error: expected a number of 0 or more\njobs = -1\n       ^\n"},
+            {"[options]\njobs = 'x'\n", "2:8: error: expected a number\njobs = 'x'\n       ^\n"},
+            {"[options]\nlanguage = 'x'\nsuffix = 1\n",
+             "2:12: error: expected matlab, octave or classic\nlanguage = 'x'\n"
+             "           ^\nt/u/mtranslate.toml:3:10: error: expected a string\n"
+             "suffix = 1\n         ^\n"},
+            {"[options]\nexclude = 'x'\ninclude = [1]\n",
+             "2:11: error: expected a list of strings, in brackets\nexclude = 'x'\n"
+             "          ^\nt/u/mtranslate.toml:3:12: error: expected a string\n"
+             "include = [1]\n           ^\n"},
+            {"[options]\nstrict = 1\n",
+             "2:10: error: expected true or false\nstrict = 1\n         ^\n"},
+            {"[options]\nrules = ['none']\n",
+             "2:9: error: cannot read 't/u/none': No such file or directory\n"
+             "rules = ['none']\n        ^\n"},
+            {"[option]\n",
+             "1:2: error: unknown key 'option'; did you mean 'options'?\n[option]\n ^\n"},
+        });
+    // one mistake in a tree is found before anything is written
+    check({{"mtranslate t -O o2; echo $?; ls o2 2> /dev/null", 2, "2\n",
+            "t/u/mtranslate.toml:1:2: error: unknown key 'option'; did you mean 'options'?\n"
+            "[option]\n ^\n"}});
+}
+
+}  // namespace
+
+}  // namespace mtranslate
