@@ -25,18 +25,14 @@ namespace {
 
 // A member of a package, with the host's selection for the dots.
 const char *member_text(const char *name) {
-    size_t dots = 0;
-    for (const char *at = name; *at; at++) dots += *at == '.';
-    Writer to = new_text(strlen(name) + dots + 1);
-    const char *text = to.at;
-    for (; *name; name++) {
-        if (*name == '.') {
-            write_text(&to, ":-");
-        } else {
-            write_character(&to, *name);
-        }
+    const char *text = "";
+    for (;;) {
+        size_t length = strcspn(name, ".");
+        text = form_text("%s%s", {text, written_field(KeepText(name, length))});
+        name += length;
+        if (*name++ == '\0') return text;
+        text = form_text("%s:-", {text});
     }
-    return text;
 }
 
 const char *handle_text(const Node *node) {
@@ -93,8 +89,8 @@ const char *locals_text() {
 
 const char *procedure_text(const char *parameters, const char *value) {
     const char *locals = locals_text();
-    if (!locals && !Lowering.lines->first)
-        return form_text("proc( %s ) return %s; end proc", {parameters, value});
+    bool is_one_line = !locals && !Lowering.lines->first && !strchr(value, '\n');
+    if (is_one_line) return form_text("proc( %s ) return %s; end proc", {parameters, value});
     Lines all = {};
     if (locals) add_line(&all, Lowering.level, form_text("local %s;", {locals}));
     append_lines(&all, Lowering.lines);
