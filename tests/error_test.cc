@@ -1,10 +1,10 @@
 /* Errors: their full texts, and what goes on when RaiseError returns. */
-#include <pthread.h>
 #include "run/last_error.h"
 
 #include <functional>
 
 #include "support/allocation.h"
+#include "tests/small_stack.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -175,28 +175,6 @@ TEST(Errors, fit_into_2048_bytes) {
     const std::string message = "on line 1, the range of the for loop over " + repeated("k", 2100);
     EXPECT_EQ(error_of("command", "for " + repeated("k", 2100) + " = 1:end, end"),
               message.substr(0, 2047 - 5) + "\n...\n");
-}
-
-/* What work answers in a thread that has as little stack as hosts may give. */
-std::string on_small_stack(const std::function<std::string()> &work) {
-    struct Task {
-        const std::function<std::string()> &work;
-        std::string text;
-    } task{work, ""};
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    // the address sanitizer puts red zones between all variables
-    EXPECT_EQ(pthread_attr_setstacksize(&attributes, PartsShareBlocks ? 512 << 10 : 64 << 20), 0);
-    pthread_t thread;
-    const auto run = [](void *argument) -> void * {
-        Task *task = static_cast<Task *>(argument);
-        task->text = task->work();
-        return nullptr;
-    };
-    EXPECT_EQ(pthread_create(&thread, &attributes, run, &task), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-    return task.text;
 }
 
 TEST(Errors, stop_scripts_that_call_scripts_at_a_limit) {

@@ -49,8 +49,6 @@ Operand lower_operand(const Node *node) {
     }
 }
 
-mExpr *lower_expression(const Node *node) { return lower_operand(node).expr; }
-
 bool is_text_range(const Node *node) {
     const Node *start = without_parens(node->first_child);
     const Node *stop = without_parens(second_child(node));

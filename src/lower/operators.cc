@@ -150,8 +150,8 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
     return {new_operator2(row->builder, first, second), built_level(form)};
 }
 
-Operand lower_chain(const Node *node) {
-    if (needs_short_circuit(node)) return lower_short_circuit(node);
+// Out of line: the frames of nested short circuits stay small.
+[[gnu::noinline]] static Operand join_operands(const Node *node) {
     const Node *last = node->first_child;
     Operand value = lower_operand(last);
     bool is_text = is_string_object(last);
@@ -165,6 +165,10 @@ Operand lower_chain(const Node *node) {
         }
     }
     return value;
+}
+
+Operand lower_chain(const Node *node) {
+    return needs_short_circuit(node) ? lower_short_circuit(node) : join_operands(node);
 }
 
 Operand lower_prefix(const Node *node) {

@@ -61,11 +61,25 @@ Path begin_path(const char *text, bool is_call) {
     return {text, strlen(text), 0, false, is_call, false, false};
 }
 
-void name_path(Path *path) {
-    if (!path->is_call) return;
+namespace {
+
+constexpr size_t LONGEST_REPEATED = 400;
+
+const char *put_temporary(const char *text) {
     const char *name = new_temporary();
-    put_line("%s := %s;", {name, path->text});
-    *path = begin_path(name, false);
+    put_line("%s := %s;", {name, text});
+    return name;
+}
+
+}  // namespace
+
+void name_path(Path *path) {
+    if (path->is_call) *path = begin_path(put_temporary(path->text), false);
+}
+
+void name_repeated_path(Path *path) {
+    path->is_call |= path->length > LONGEST_REPEATED;
+    name_path(path);
 }
 
 // Inside of parentheses the first field has a pair around it.
@@ -81,8 +95,9 @@ void add_field(Path *path, const Node *field) {
     path->has_field = true;
 }
 
-void append_index(Path *path, const vExpr *arguments) {
-    const char *base = needs_base(arguments) ? KeepText(path->text, path->length) : path->text;
+namespace {
+
+void append_index_of(const char *base, Path *path, const vExpr *arguments) {
     Index index = {base, VARIABLE_INDEX, count_vExpr(arguments)};
     size_t size = arguments_size(base, arguments) + strlen("()");
     char *start = reserve(path, size);
@@ -95,10 +110,36 @@ void append_index(Path *path, const vExpr *arguments) {
     path->room += size - written;
 }
 
+bool has_end(const Node *node) {
+    if (node->kind == NODE_END) return true;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (has_end(child)) return true;
+    return false;
+}
+
+// The text stands for each end, so that it would double with each index that has one: where it is
+// long, a variable does.
+bool repeats_too_much(const Path *path, const Node *selector) {
+    return path->length > LONGEST_REPEATED && has_end(selector);
+}
+
+}  // namespace
+
+void append_index(Path *path, const vExpr *arguments) {
+    const char *base = needs_base(arguments) ? KeepText(path->text, path->length) : path->text;
+    append_index_of(base, path, arguments);
+}
+
 void add_index(Path *path, const Node *selector) {
     begin_selector(path, true);
-    ExprList arguments = lower_index(selector, path->text);
-    append_index(path, arguments.first);
+    bool is_long = repeats_too_much(path, selector);
+    const char *base = is_long ? put_temporary(path->text) : path->text;
+    ExprList arguments = lower_index(selector, base);
+    if (is_long) {
+        append_index_of(base, path, arguments.first);
+    } else {
+        append_index(path, arguments.first);
+    }
     free_vExpr(arguments.first);
 }
 
@@ -226,6 +267,10 @@ Path value_path(const Node *reference, const Node *end) {
     Path path =
         base->kind == NODE_REFERENCE ? value_path(base, nullptr) : begin_value(base, &selectors);
     if (is_function(base) && !path.is_call) add_members(&path, base, &selectors);
-    while (selectors.next != end) add_selector(&path, take(&selectors));
+    while (selectors.next != end) {
+        const Node *selector = take(&selectors);
+        path.is_call |= repeats_too_much(&path, selector);
+        add_selector(&path, selector);
+    }
     return path;
 }

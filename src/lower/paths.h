@@ -27,5 +27,7 @@ void add_selector(Path *path, const Node *selector);
 Path value_path(const Node *reference, const Node *end);
 /* Puts the path into a temporary when it is a call. */
 void name_path(Path *path);
+/* The same where its text will be repeated, also when it is long. */
+void name_repeated_path(Path *path);
 /* An index with these arguments. */
 void append_index(Path *path, const vExpr *arguments);

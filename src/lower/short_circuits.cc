@@ -73,25 +73,36 @@ const char *in_temporary(const Logical *logical) {
 
 bool is_or(OperatorId op) { return op == OPERATOR_OR_ELSE || op == OPERATOR_OR; }
 
-// The right side of & and | is an array, to be joined with the left one.
-const char *joined_text(const char *left, const Node *right, bool is_condition) {
-    Logical value = lower_logical(right, is_condition);
-    if (is_between(right->joint, OPERATOR_OR_ELSE, OPERATOR_AND_THEN))
-        return value.value.expr->text;
-    Operand before = {new_leaf(left), HOST_ATOM};
-    return new_binary(right->joint, &before, &value.value).expr->text;
-}
-
-Logical put_branch(const Logical *left, const Node *right, bool is_condition) {
+// What puts lines is out of line: the frames of calls nested in right sides stay small.
+[[gnu::noinline]] const char *begin_branch(const Logical *left, const Node *right) {
     const char *name = in_temporary(left);
     put_line("if %s then", {test_text(name)});
     if (is_or(right->joint)) put_line("else", {});
-    int32_t outer = open_bracket(OUTSIDE);
     Lowering.level++;
-    put_line("%s := %s;", {name, joined_text(name, right, is_condition)});
+    return name;
+}
+
+// The right side of & and | is an array, to be joined with the left one.
+[[gnu::noinline]] void end_branch(const char *name, const Node *right, const Operand *value) {
+    Operand left = {new_leaf(name), HOST_ATOM};
+    bool is_lazy_side = is_between(right->joint, OPERATOR_OR_ELSE, OPERATOR_AND_THEN);
+    Operand joined = is_lazy_side ? *value : new_binary(right->joint, &left, value);
+    put_line("%s := %s;", {name, joined.expr->text});
     Lowering.level--;
-    close_bracket(outer);
     put_line("end if;", {});
+}
+
+Operand lower_side(const Node *right, bool is_condition) {
+    bool may_branch = right->kind == NODE_PARENS || right->kind == NODE_CHAIN;
+    return may_branch ? lower_logical(right, is_condition).value : lower_operand(right);
+}
+
+Logical put_branch(const Logical *left, const Node *right, bool is_condition) {
+    const char *name = begin_branch(left, right);
+    int32_t outer = open_bracket(OUTSIDE);
+    Operand value = lower_side(right, is_condition);
+    close_bracket(outer);
+    end_branch(name, right, &value);
     return {{new_leaf(name), HOST_ATOM}, name};
 }
 
@@ -114,7 +125,7 @@ bool any_branch(const Node *node, bool is_condition) {
     return false;
 }
 
-Logical lower_parens(const Node *node, bool is_condition) {
+[[gnu::noinline]] Logical lower_parens(const Node *node, bool is_condition) {
     if (any_branch(node, is_condition)) return lower_logical(without_parens(node), is_condition);
     int32_t outer = open_bracket(IN_PARENTHESES);
     Logical inner = lower_logical(node->first_child, is_condition);
@@ -122,13 +133,17 @@ Logical lower_parens(const Node *node, bool is_condition) {
     return inner;
 }
 
-Logical lower_logical(const Node *node, bool is_condition) {
-    if (node->kind == NODE_PARENS) return lower_parens(node, is_condition);
-    if (!is_chain_of_branches(node, is_condition)) return {lower_operand(node), nullptr};
+[[gnu::noinline]] Logical lower_branches(const Node *node, bool is_condition) {
     Logical value = lower_logical(node->first_child, is_condition);
     for (const Node *next = second_child(node); next; next = next->next)
         value = join_logical(&value, next, is_condition);
     return value;
+}
+
+Logical lower_logical(const Node *node, bool is_condition) {
+    if (node->kind == NODE_PARENS) return lower_parens(node, is_condition);
+    if (is_chain_of_branches(node, is_condition)) return lower_branches(node, is_condition);
+    return {lower_operand(node), nullptr};
 }
 
 bool is_truth_value(const Node *node) {
@@ -143,10 +158,14 @@ bool is_truth_value(const Node *node) {
 
 bool needs_short_circuit(const Node *chain) { return any_branch(chain, false); }
 
+[[gnu::noinline]] static Operand as_truth_value(const Node *chain, const Operand *value) {
+    if (is_truth_value(chain)) return *value;
+    return {new_call_leaf(test_text(value->expr->text)), HOST_ATOM};
+}
+
 Operand lower_short_circuit(const Node *chain) {
-    Operand value = lower_logical(chain, false).value;
-    if (is_truth_value(chain)) return value;
-    return {new_call_leaf(test_text(value.expr->text)), HOST_ATOM};
+    Logical value = lower_branches(chain, false);
+    return as_truth_value(chain, &value.value);
 }
 
 mExpr *lower_condition(const Node *node) { return lower_logical(node, true).value.expr; }

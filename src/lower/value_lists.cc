@@ -72,7 +72,8 @@ void note_fields(const Node *node) {
 
 namespace {
 
-mExpr *sequence(const ValueRun *run, const char *to) {
+// Out of line: the frames of nested lists stay small.
+[[gnu::noinline]] mExpr *sequence(const ValueRun *run, const char *to) {
     const char *element = element_of(run, "qxrp_i");
     return new_call_leaf(form_text("seq(%s,qxrp_i=%s..%s)", {element, run->from, to}));
 }

@@ -88,7 +88,8 @@ ValueRun run_over_selection(Path *path, const Node *index) {
     return run_over_elements(path->text);
 }
 
-ValueRun run_over_index(Path *path, const Node *index) {
+// Out of line, as what follows it: the frames of nested lists stay small.
+[[gnu::noinline]] ValueRun run_over_index(Path *path, const Node *index) {
     if (count_lists(index) > 1) return run_over_selection(path, index);
     ValueRun run = run_over_elements(path->text);
     run.index = index;
@@ -100,6 +101,13 @@ ValueRun run_over_index(Path *path, const Node *index) {
     return run;
 }
 
+[[gnu::noinline]] const char *field_text(const Node *field) {
+    Path path = begin_path("", false);
+    path.has_field = true;
+    add_field(&path, field);
+    return path.text;
+}
+
 }  // namespace
 
 ValueRun new_run(const Node *node) {
@@ -107,13 +115,9 @@ ValueRun new_run(const Node *node) {
     bool is_field = end.last->kind == NODE_FIELD;
     const Node *index = is_field ? end.index : end.last;
     Path path = value_path(node, index ? index : end.last);
-    name_path(&path);
+    name_repeated_path(&path);
     ValueRun run = index ? run_over_index(&path, index) : run_over_elements(path.text);
-    if (!is_field) return run;
-    Path field = begin_path("", false);
-    field.has_field = true;
-    add_field(&field, end.last);
-    run.field = field.text;
+    if (is_field) run.field = field_text(end.last);
     return run;
 }
 
