@@ -7,6 +7,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/targets.h"
+#include "syntax/values.h"
 #include "translate/indices.h"
 
 namespace {
@@ -82,6 +83,40 @@ const char *selection(const char *base, mExpr *positions, int selecting, int cou
     return text;
 }
 
+// Whether what is left is a cell, as far as the text can tell. One position of it, selected, gives
+// the element in the host.
+bool leaves_cell(const Node *target) {
+    const Node *base = target->first_child;
+    return base->kind == NODE_NAME && base->next == last_selector(target) &&
+           holds_cell(base->symbol);
+}
+
+// What a deletion of the first or the last element leaves; null for any other position, and where
+// that is surely no cell. A range leaves a cell also of one element.
+const char *range_left(const Node *target, const Node *arguments) {
+    const Node *position = arguments->first_child;
+    bool is_first = is_one(position);
+    if (position->next || (!is_first && position->kind != NODE_END)) return nullptr;
+    bool is_field = target->first_child->next != arguments;
+    if (!is_field && !leaves_cell(target)) return nullptr;
+    return is_first ? "2.." : "1..-2";
+}
+
+void put_cell_left(const Target *target, const char *base, const mExpr *positions) {
+    const char *left = new_temporary();
+    put_line("%s := %s;", {left, positions->text});
+    put_line("if %s then",
+             {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
+    Lowering.level++;
+    put_value(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
+    Lowering.level--;
+    put_line("else", {});
+    Lowering.level++;
+    put_value(target, form_text("%s(%s)", {base, left}));
+    Lowering.level--;
+    put_line("end if;", {});
+}
+
 // What is indexed; the value of a field .(e) gets a name first.
 const char *base_text(const Target *target) {
     Path path = begin_path(target_value(target), target->field != nullptr);
@@ -106,6 +141,10 @@ void put_deletion(const Node *assignment) {
     Target target = lower_target(node, arguments);
     if (selecting == 0) return put_value(&target, "Vector()");
     const char *base = base_text(&target);
+    if (const char *range = range_left(node, arguments))
+        return put_value(&target, form_text("%s(%s)", {base, range}));
     mExpr *positions = remaining_positions(base, arguments, selecting);
-    put_value(&target, selection(base, positions, selecting, count_children(arguments)));
+    int count = count_children(arguments);
+    if (count == 1 && leaves_cell(node)) return put_cell_left(&target, base, positions);
+    put_value(&target, selection(base, positions, selecting, count));
 }
