@@ -19,9 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/* Of a regular file, or what a pipe gives. */
-std::string read_all(const std::string &path) {
+/* The text of a regular file, or what a pipe gives. */
+std::string read_all(const std::string &path, FilesRead &files) {
     const Descriptor file = open_to_read(path);
+    struct stat status;
+    if (fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode))
+        files.push_back({path, status.st_dev, status.st_ino});
     return read_regular_file(path_of(spool(file.get(), "'" + path + "'"))).value_or("");
 }
 
@@ -37,7 +40,7 @@ std::string description_of(const toml::parse_error &error) {
 class Reader {
 public:
     Reader(const std::string &path, bool has_options)
-        : file_(path, read_all(path)),
+        : file_(path, read_all(path, files_)),
           folder_(fs::path(path).parent_path()),
           has_options_(has_options) {}
 
@@ -51,7 +54,7 @@ public:
         }
         file_.throw_mistakes();
         shared_.add(own_);
-        return {std::move(shared_), std::move(options_.settings)};
+        return {std::move(shared_), std::move(options_.settings), std::move(files_)};
     }
 
 private:
@@ -82,12 +85,15 @@ private:
 
     void read_rule_file(const toml::node &place, const std::string &path) {
         try {
-            shared_.add(read_rules(path));
+            const Configuration shared = read_rules(path);
+            shared_.add(shared.rules);
+            files_.insert(files_.end(), shared.files.begin(), shared.files.end());
         } catch (const FileError &error) {
             file_.report(place, error.what());
         }
     }
 
+    FilesRead files_;
     ConfigurationText file_;
     fs::path folder_;
     bool has_options_;
@@ -98,7 +104,7 @@ private:
 
 }  // namespace
 
-Rules read_rules(const std::string &path) { return Reader(path, false).read().rules; }
+Configuration read_rules(const std::string &path) { return Reader(path, false).read(); }
 
 Configuration read_configuration(const std::string &path) { return Reader(path, true).read(); }
 

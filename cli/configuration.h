@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/files.h"
 #include "cli/rules.h"
 
 namespace mtranslate {
@@ -32,10 +33,11 @@ struct Settings {
 struct Configuration {
     Rules rules;
     Settings settings;
+    FilesRead files; /* that it has been read from */
 };
 
-/* The rules of a file. Throws ConfigurationError, and FileError where it cannot be read. */
-Rules read_rules(const std::string &path);
+/* A file of rules. Throws ConfigurationError, and FileError where it cannot be read. */
+Configuration read_rules(const std::string &path);
 /* A file with options as well; the rules of the files that it names come before its own. */
 Configuration read_configuration(const std::string &path);
 

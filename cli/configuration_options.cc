@@ -19,7 +19,7 @@ struct Entry {
 
 template <typename Type>
 std::optional<Type> value_of(const Entry &entry, const char *expected) {
-    const auto value = entry.value.value_exact<Type>();
+    auto value = entry.value.value_exact<Type>();
     if (!value) entry.file.report(entry.value, std::string("expected ") + expected);
     return value;
 }
@@ -40,7 +40,7 @@ std::optional<std::string> path_of(const Entry &entry) {
 }
 
 std::optional<std::string> language_of(const Entry &entry) {
-    const auto name = text_of(entry);
+    auto name = text_of(entry);
     if (name && *name != "matlab" && *name != "octave" && *name != "classic")
         entry.file.report(entry.value, "expected matlab, octave or classic");
     return name;

@@ -47,7 +47,8 @@ public:
         : file_(file), name_(std::move(name)) {}
 
     FunctionRule read(const toml::key &key, const toml::node &value) {
-        const std::string title = "functions." + name_;
+        const bool is_member = name_.find('.') != name_.npos;
+        const std::string title = "functions." + (is_member ? '"' + name_ + '"' : name_);
         if (const toml::table *forms = value.as_table()) {
             for (const auto &[count, form] : *forms)
                 read_entry(title + '.' + std::string(count.str()), count, form);

@@ -19,14 +19,20 @@ fs::path from_here(const fs::path &path) {
     return near.empty() || *near.begin() == ".." ? path : near;
 }
 
+/* The settings stay. */
+void add(Configuration &to, const Configuration &later) {
+    to.rules.add(later.rules);
+    to.files.insert(to.files.end(), later.files.begin(), later.files.end());
+}
+
 }  // namespace
 
 ConfigurationSearch::ConfigurationSearch(const std::vector<std::string> &rule_files,
                                          bool looks_for_files)
     : looks_for_files_(looks_for_files) {
-    for (const std::string &path : rule_files) last_.add(read_rules(path));
-    check_reachable(last_);
-    none_ = std::make_shared<Configuration>(Configuration{last_, {}});
+    for (const std::string &path : rule_files) add(last_, read_rules(path));
+    check_reachable(last_.rules);
+    none_ = std::make_shared<Configuration>(last_);
 }
 
 const Configuration &ConfigurationSearch::in_folder(const std::string &folder) {
@@ -52,7 +58,7 @@ ConfigurationSearch::Found ConfigurationSearch::find(const fs::path &folder) {
 
 ConfigurationSearch::Found ConfigurationSearch::read(const fs::path &path) const {
     Configuration configuration = read_configuration(from_here(path));
-    configuration.rules.add(last_);
+    add(configuration, last_);
     check_reachable(configuration.rules);
     return std::make_shared<Configuration>(std::move(configuration));
 }

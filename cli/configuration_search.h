@@ -29,7 +29,7 @@ private:
     Found find(const std::filesystem::path &folder);
     Found read(const std::filesystem::path &path) const;
 
-    Rules last_;
+    Configuration last_; /* the rule files */
     bool looks_for_files_;
     Found none_; /* for folders without a file */
     std::map<std::filesystem::path, Found> found_;

@@ -26,8 +26,7 @@ void configure_batch(Options &options, const Settings &settings) {
     complete(options, "jobs", options.jobs, settings.jobs);
 }
 
-const Configuration &configuration_of(const Options &options) {
-    const std::string path = options.paths.empty() ? "-" : options.paths[0];
+const Configuration &configuration_of(const Options &options, const std::string &path) {
     std::error_code none;
     return fs::is_directory(path, none) ? options.configurations->in_folder(path)
                                         : options.configurations->of_file(path);
@@ -41,12 +40,22 @@ void configure_run(Options &options, const Configuration &configuration) {
     complete(options, "include", options.directories, settings.include);
     complete(options, "strict", options.is_strict, settings.strict);
     options.rules = &configuration.rules;
+    options.configuration_files = configuration.files;
+}
+
+std::vector<const Rules *> rules_of_paths(const Options &options) {
+    if (options.paths.empty()) return {&configuration_of(options, "-").rules};
+    std::vector<const Rules *> rules;
+    for (const std::string &path : options.paths)
+        rules.push_back(&configuration_of(options, path).rules);
+    return rules;
 }
 
 void configure(Options &options, bool is_batch) {
     options.configurations =
         std::make_shared<ConfigurationSearch>(options.rule_files, !options.without_configuration);
-    const Configuration &configuration = configuration_of(options);
+    const Configuration &configuration =
+        configuration_of(options, options.paths.empty() ? "-" : options.paths[0]);
     if (is_batch)
         configure_batch(options, configuration.settings);
     else

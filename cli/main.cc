@@ -11,6 +11,7 @@
 #include "cli/configuration.h"
 #include "cli/excerpt.h"
 #include "cli/options.h"
+#include "cli/rules_command.h"
 #include "cli/single_run.h"
 
 namespace mtranslate {
@@ -18,6 +19,8 @@ namespace mtranslate {
 namespace {
 
 ExitCode run(const Options &options) {
+    if (options.mode == Mode::Rules) return show_rules(options);
+    if (options.mode == Mode::RuleTemplate) return write_rule_template(options);
     return options.paths.empty() ? run_single(options) : run_batch(options);
 }
 

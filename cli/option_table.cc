@@ -180,6 +180,18 @@ void add_modes(CLI::App &app, Options &options) {
         "As a unified diff; the exit code is 1 where there is a difference.");
 }
 
+void add_rules(CLI::App &app, Options &options) {
+    CLI::App *command =
+        app.add_subcommand("rules", "Show the rules in force, or write a file for further ones");
+    const auto is_template = std::make_shared<bool>(false);
+    command->fallthrough();
+    begin_group(*command, "Options");
+    command->add_flag("--template", *is_template,
+                      "Write a rules file with the functions of PATH that are found nowhere");
+    command->callback(
+        [=, &options] { options.mode = *is_template ? Mode::RuleTemplate : Mode::Rules; });
+}
+
 void add_explain(CLI::App &app, std::optional<Explain> &explain) {
     CLI::App *command = app.add_subcommand("explain", "Tell what the code of a message means");
     const auto wanted = std::make_shared<Explain>();
@@ -205,6 +217,7 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     app->set_version_flag("-V,--version", "mtranslate " + std::string(VERSION),
                           "Print the version");
     add_modes(*app, request.options);
+    add_rules(*app, request.options);
     add_explain(*app, request.explain);
     return app;
 }

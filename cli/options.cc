@@ -77,6 +77,10 @@ bool is_folder(const std::string &path) {
 std::string conflict(const Options &options, bool is_batch) {
     const bool has_folder = !options.output_folder.empty();
     if (!options.paths.empty() && options.command) return "PATH and -c exclude each other";
+    if (options.mode == Mode::Rules)
+        return options.command ? "rules are asked for PATH, not for -c" : "";
+    if (options.mode == Mode::RuleTemplate)
+        return options.paths.empty() ? "give PATH, the sources of the functions" : "";
     if (options.paths.empty() && !options.command)
         return "nothing to translate: give PATH or -c TEXT";
     if (options.dumps_tree && options.language == "classic")

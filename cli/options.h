@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/exit_code.h"
+#include "cli/files.h"
 #include "cli/limits.h"
 #include "cli/message_policy.h"
 #include "cli/message_writer.h"
@@ -21,8 +22,10 @@ class Rules;
 
 enum class Mode {
     Translate,
-    Check,  /* everything but writing translations */
-    Compare /* what would change in the outputs */
+    Check,       /* everything but writing translations */
+    Compare,     /* what would change in the outputs */
+    Rules,       /* the rules in force */
+    RuleTemplate /* the functions that have none */
 };
 
 enum class ColourUse {
@@ -74,10 +77,11 @@ struct Options {
     bool without_configuration = false;
     /* The long names of the options that are given, without dashes: a configuration sets others. */
     std::set<std::string> given;
-    /* The configurations of all sources, and the rules for the one that is translated; null before
-     * they are known. */
+    /* The configurations of all sources; of the one that is translated, the rules, and the files
+     * that it is read from. Null before they are known. */
     std::shared_ptr<ConfigurationSearch> configurations;
-    const Rules *rules = nullptr;
+    const class Rules *rules = nullptr;
+    FilesRead configuration_files;
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

@@ -123,6 +123,8 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     answers.answer_in(host);
     const auto options = run_options(host.values(), source, wanted);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
+    translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
+                                  wanted.configuration_files.end());
     MessageCollection messages(source, wanted.message_policy);
     index_in_use = index;
     FindFile = index ? find_in_index : nullptr;
@@ -146,6 +148,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
         translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
     }
     translation.rules_used = answers.used();
+    translation.unanswered = answers.unanswered();
     return translation;
 }
 

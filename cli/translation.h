@@ -9,6 +9,7 @@
 #include "cli/diagnostic.h"
 #include "cli/exit_code.h"
 #include "cli/options.h"
+#include "cli/rules_host.h"
 #include "cli/source.h"
 
 namespace mtranslate {
@@ -22,10 +23,12 @@ struct Translation {
     /* What went wrong, and what else is worth a look. */
     Diagnostics diagnostics;
     std::size_t ignored = 0; /* messages that the user left out */
-    /* Every file that the run has opened, its source first. */
+    /* Every file that the translation depends on, its source first. */
     FilesRead files_read;
     /* How often each rule has answered, by its title (rules.h). */
     std::map<std::string, std::size_t> rules_used{};
+    /* The calls that no rule has answered, by the functions' names and the numbers of arguments. */
+    std::map<std::string, CountsByArguments> unanswered{};
 };
 
 /* Translates the source, as the options say, in a host that answers by their rules. With an index

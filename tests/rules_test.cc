@@ -271,6 +271,75 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
             "[option]\n ^\n"}});
 }
 
+TEST_F(Rules, are_shown_with_their_places) {
+    write(directory / "t/mtranslate.toml", "[functions]\nf.2 = 'F({1})'\nf.default = \"a\\nb\"\n");
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "r.toml", "[names]\nn = 'N'\n[functions]\n'p.f' = 'P()'\ng = ''\n");
+    const std::string there =
+        "t/mtranslate.toml:2: functions.f.2 = \"F({1})\"\n"
+        "t/mtranslate.toml:3: functions.f.default = \"a\\nb\"\n";
+    const std::string given = "r.toml:2: names.n = \"N\"\nr.toml:4: functions.\"p.f\" = \"P()\"\n";
+    check({
+        {"mtranslate rules", 0, "", "mtranslate: no rules are in force\n"},
+        {"mtranslate rules t t/a.m", 0, there, ""},
+        {"mtranslate rules --rules r.toml; mtranslate rules t --rules r.toml -o o; cat o", 0,
+         given + given + there, ""},
+        {"mtranslate rules -c x 2> /dev/null", 2, "", ""},
+        {"mtranslate rules none", 0, "", "mtranslate: no rules are in force\n"},
+    });
+}
+
+TEST_F(Rules, are_prepared_for_what_is_found_nowhere) {
+    write(directory / "t/a.m", "x = f(1) + g(f(1, 2), 3) + own(4);\ny = known(1);\n");
+    write(directory / "t/own.m",
+          "function y = own(x)\ny = f(x) + pk.h(x) + cellfun(@k, x);\nend\n");
+    write(directory / "t/b.m", "hold on\nx = (;\n");
+    write(directory / "t/mtranslate.toml", "[functions]\nknown = 'K({1})'\n");
+    const std::string made =
+        "# Functions that are found nowhere, most used first. Between the quotes belongs what the\n"
+        "# host has for them: \"f({args})\", say. A call stays as it is while they are empty.\n\n"
+        "[functions]\n"
+        "f = \"\" # 3 calls in 2 files, with 1 or 2 arguments; t/a.m:1\n"
+        "cellfun = \"\" # 1 call in 1 file, with 2 arguments; t/own.m:2\n"
+        "g = \"\" # 1 call in 1 file, with 2 arguments; t/a.m:1\n"
+        "hold = \"\" # 1 call in 1 file, with 1 argument; t/b.m:1\n"
+        "\"pk.h\" = \"\" # 1 call in 1 file, with 1 argument; t/own.m:2\n\n"
+        "[names]\n"
+        "k = \"\" # a handle in 1 file; t/own.m:2\n";
+    check({
+        {"mtranslate rules --template t", 0, made, ""},
+        {"mtranslate rules --template -j 8 t/a.m t/b.m t/own.m -W no-MT401", 0, made, ""},
+        {"mtranslate rules --template t -o r.toml; mtranslate rules --rules r.toml", 0, "",
+         "mtranslate: no rules are in force\n"},
+        {"sed -i '/call/s/\"\"/\"F({args})\"/; /handle/s/\"\"/\"K\"/' r.toml; "
+         "mtranslate t/own.m --rules r.toml | grep F; mtranslate rules --template t --rules r.toml "
+         "| grep -v '^#'",
+         0, "    y := F(x) +~ F(x) +~ F(K, x);\n", ""},
+        {"mtranslate rules --template", 2, "",
+         "mtranslate: error: give PATH, the sources of the functions\nTry 'mtranslate --help'.\n"},
+        {"mtranslate rules --template none.m", 3, "",
+         "mtranslate: error: cannot read 'none.m': No such file or directory\n"},
+        {"mkdir u; mtranslate rules --template u", 3, "",
+         "mtranslate: error: no file *.m is found in what was given\n"},
+    });
+}
+
+TEST_F(Rules, are_what_outputs_are_made_from) {
+    write(directory / "t/mtranslate.toml", "[options]\nrules = ['r.toml']\n");
+    write(directory / "t/r.toml", "");
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "l.toml", "");
+    const std::string files = " \\\n  t/a.m \\\n  t/mtranslate.toml \\\n  t/r.toml \\\n  l.toml\n";
+    check({
+        {"mtranslate t/a.m --rules l.toml -o o.txt --depfile d; head -n 5 d", 0, "o.txt:" + files,
+         ""},
+        {"mtranslate t --rules l.toml -O o --depfile d 2> /dev/null; head -n 5 d", 0,
+         "o/a.txt:" + files, ""},
+        {"mtranslate t/a.m --rules l.toml -o l.toml", 3, "",
+         "mtranslate: error: the output 'l.toml' is the source 'l.toml' itself\n"},
+    });
+}
+
 }  // namespace
 
 }  // namespace mtranslate

@@ -1,0 +1,150 @@
+/* Translating for the sake of the messages. */
+#include "cli/rules_survey.h"
+
+#include <algorithm>
+#include <cereal/archives/binary.hpp>
+#include <cereal/types/map.hpp>
+#include <cereal/types/string.hpp>
+#include <numeric>
+#include <sstream>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "cli/configuration_search.h"
+#include "cli/configured.h"
+#include "cli/excerpt.h"
+#include "cli/file_index.h"
+#include "cli/files.h"
+#include "cli/inputs.h"
+#include "cli/source.h"
+#include "cli/translation.h"
+#include "cli/workers.h"
+
+namespace mtranslate {
+
+template <class Archive>
+void serialize(Archive &archive, UnresolvedFunction &of) {
+    archive(of.calls, of.files, of.place);
+}
+
+namespace {
+
+/* What a worker tells about a file. */
+struct Answer {
+    UnresolvedFunctions functions;
+    std::string trouble;
+};
+
+template <class Archive>
+void serialize(Archive &archive, Answer &of) {
+    archive(of.functions, of.trouble);
+}
+
+/* The name between the quotes of a message. */
+std::string quoted_name(const std::string &text) {
+    const std::size_t begin = text.find('\'') + 1;
+    return text.substr(begin, text.find('\'', begin) - begin);
+}
+
+/* A name that is found nowhere is that of a function, or of the package of functions. */
+UnresolvedFunctions unresolved_in(const Translation &translation) {
+    UnresolvedFunctions functions;
+    for (const Diagnostic &message : translation.diagnostics) {
+        if (message.code != MessageTable[UNKNOWN_FUNCTION].code) continue;
+        const std::string name = quoted_name(message.text);
+        const std::string place = message.file + ':' + std::to_string(message.line);
+        const std::string first_member = name + '.';
+        bool has_members = false;
+        for (auto at = translation.unanswered.lower_bound(first_member);
+             at != translation.unanswered.end() && at->first.starts_with(first_member); ++at) {
+            functions[at->first] = {at->second, 1, place};
+            has_members = true;
+        }
+        const auto calls = translation.unanswered.find(name);
+        const bool is_called = calls != translation.unanswered.end();
+        if (is_called || !has_members)
+            functions[name] = {is_called ? calls->second : CountsByArguments(), 1, place};
+    }
+    return functions;
+}
+
+/* One survey under way. */
+class Surveyor {
+public:
+    explicit Surveyor(const Options &options)
+        : options_(options),
+          inputs_(find_inputs(options.paths, options.excludes)),
+          index_(inputs_) {
+        if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
+        options_.message_policy = {};
+        for (const InputFile &input : inputs_)
+            configurations_.push_back(&options.configurations->of_file(input.path));
+    }
+
+    Survey run() {
+        const auto job = [this](std::size_t i) { return work_on(i); };
+        const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
+        const std::size_t all = std::max(1U, std::thread::hardware_concurrency());
+        const Workers workers(options_.jobs > 0 ? options_.jobs : all, options_.limits);
+        survey_.signal = workers.run(inputs_.size(), job, report);
+        return std::move(survey_);
+    }
+
+private:
+    /* In a worker. */
+    std::string work_on(std::size_t i) const {
+        Answer answer;
+        try {
+            Options options = options_;
+            options.file = inputs_[i].path;
+            configure_run(options, *configurations_[i]);
+            answer.functions = unresolved_in(translate(open_source(options), options, &index_));
+        } catch (const FileError &error) {
+            answer.trouble = error.what();
+        }
+        std::ostringstream bytes;
+        cereal::BinaryOutputArchive archive(bytes);
+        archive(answer);
+        return std::move(bytes).str();
+    }
+
+    /* In this process. */
+    void take(std::size_t i, const JobEnd &end) {
+        Answer answer{{}, end.trouble};
+        if (end.is_done) {
+            std::istringstream bytes(end.result);
+            cereal::BinaryInputArchive archive(bytes);
+            archive(answer);
+        }
+        if (!answer.trouble.empty())
+            survey_.troubles +=
+                printable(inputs_[i].path) + ": error: " + printable(answer.trouble) + '\n';
+        for (const auto &[name, function] : answer.functions) add(name, function);
+    }
+
+    void add(const std::string &name, const UnresolvedFunction &function) {
+        UnresolvedFunction &sum =
+            survey_.functions.try_emplace(name, CountsByArguments(), 0, function.place)
+                .first->second;
+        ++sum.files;
+        for (const auto &[arguments, count] : function.calls) sum.calls[arguments] += count;
+    }
+
+    Options options_;
+    std::vector<InputFile> inputs_;
+    FileIndex index_;
+    std::vector<const Configuration *> configurations_; /* of the inputs */
+    Survey survey_;
+};
+
+}  // namespace
+
+std::size_t UnresolvedFunction::count() const {
+    return std::accumulate(calls.begin(), calls.end(), std::size_t{0},
+                           [](std::size_t sum, const auto &entry) { return sum + entry.second; });
+}
+
+Survey survey_functions(const Options &options) { return Surveyor(options).run(); }
+
+}  // namespace mtranslate

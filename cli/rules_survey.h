@@ -1,0 +1,35 @@
+/* What a tree leaves to the host. */
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include "cli/options.h"
+#include "cli/rules_host.h"
+
+namespace mtranslate {
+
+/* A function that is found nowhere. */
+struct UnresolvedFunction {
+    CountsByArguments calls; /* none: a handle only */
+    std::size_t files = 0;   /* that use it */
+    std::string place;       /* of its first use: "FILE:LINE" */
+
+    std::size_t count() const;
+};
+
+/* By their names, with the packages that they belong to. */
+using UnresolvedFunctions = std::map<std::string, UnresolvedFunction>;
+
+struct Survey {
+    UnresolvedFunctions functions;
+    std::string troubles; /* lines for the user: files that could not be worked on */
+    int signal = 0;       /* that has ended it early */
+};
+
+/* Translates the files of the options' paths, and keeps none of the translations. Throws FileError
+ * where nothing can be begun. */
+Survey survey_functions(const Options &options);
+
+}  // namespace mtranslate
