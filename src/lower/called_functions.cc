@@ -177,6 +177,8 @@ bool is_function_of_file(const Node *name) {
     return callee->is_elsewhere || (callee->file && !callee->file->is_script);
 }
 
+const char *uncalled_name(const Node *name) { return callee_of(name)->written; }
+
 const char *called_function(const Node *name) {
     const Callee *callee = callee_of(name);
     note_call(callee->written);

@@ -15,6 +15,8 @@ const char *own_function(const Node *name);
 /* The host name of any other function that the host has no answer for. Its file enters the queue; a
  * name that is found nowhere is reported, once a run. name: NAME or HANDLE. */
 const char *called_function(const Node *name);
+/* The same name, without a call of it. */
+const char *uncalled_name(const Node *name);
 /* A kept name of a member, name.field, in the place of both. */
 const Node *member_name(const Node *name, const Node *field);
 /* Whether the name of such a function means one of a file. */

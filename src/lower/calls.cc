@@ -12,11 +12,16 @@
 #include "lower/operands.h"
 #include "lower/pieces.h"
 #include "lower/word_functions.h"
-#include "run/run_state.h"
 #include "support/allocation.h"
-#include "translate/calls.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
+
+const char *host_name(const Node *name) {
+    const char *answer = translate_name(name->text);
+    if (!answer) return nullptr;
+    note_piece(name, CALL_OF_HOST);
+    return KeepText(answer, strlen(answer));
+}
 
 namespace {
 
@@ -38,14 +43,6 @@ bool is_truth_value(const char *name) {
     return strcmp(name, "true") == 0 || strcmp(name, "false") == 0;
 }
 
-// The host's name of a function, or null.
-const char *ask_name(const Node *name) {
-    const char *answer = translate_name(name->text);
-    if (!answer) return nullptr;
-    note_piece(name, CALL_OF_HOST);
-    return KeepText(answer, strlen(answer));
-}
-
 const char *const EvalNames[] = {"eval", "evalin", "evalc", "assignin"};
 
 void check_eval(const Node *name) {
@@ -63,8 +60,7 @@ void check_global(const Node *name, const Node *arguments) {
 
 // answer: the host's name of the function, or null.
 mExpr *ask_call(const Node *name, const char *answer, const vExpr *arguments) {
-    if (!AddTranslator) return nullptr;
-    mExpr *call = new_host_call(answer ? answer : name->text, arguments);
+    mExpr *call = ask_host(answer ? answer : name->text, arguments);
     if (call) note_piece(name, CALL_OF_HOST);
     return call;
 }
@@ -91,7 +87,7 @@ mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments
 
 mExpr *lower_outside_call(const Node *name, const Node *arguments) {
     check_global(name, arguments);
-    const char *answer = ask_name(name);
+    const char *answer = host_name(name);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
     rename_fields(name->text, arguments, &values);
@@ -127,7 +123,7 @@ mExpr *lower_call(const Node *name, const Node *arguments) {
 // A function without arguments: the host's name of it stands for its value.
 static mExpr *lower_bare_call(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
-    if (const char *answer = ask_name(name)) return new_leaf(answer);
+    if (const char *answer = host_name(name)) return new_leaf(answer);
     if (is_truth_value(name->text)) return new_leaf(name->text);
     return finish_call(name, nullptr, nullptr);
 }
@@ -148,7 +144,7 @@ mExpr *lower_command(const Node *command) {
     ExprList words = {};
     note_piece(name, CALL_OF_LANGUAGE);
     const char *own = own_function(name);
-    const char *answer = own ? own : ask_name(name);
+    const char *answer = own ? own : host_name(name);
     for (const Node *word = name->next; word; word = word->next)
         append_expr(&words, new_leaf(string_text(word->text), SCALAR));
     mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
@@ -160,6 +156,6 @@ mExpr *lower_command(const Node *command) {
 mExpr *lower_function_name(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
     note_piece(name, CALL_OF_LANGUAGE);
-    const char *answer = ask_name(name);
+    const char *answer = host_name(name);
     return new_leaf(answer ? answer : called_function(name));
 }

@@ -13,5 +13,7 @@ mExpr *lower_call(const Node *name, const Node *arguments);
 mExpr *new_procedure_call(const char *procedure, const Node *arguments);
 /* The same with the words of a COMMAND. */
 mExpr *lower_command(const Node *command);
+/* The host's name of the function that the NAME means, as a kept text, or null. */
+const char *host_name(const Node *name);
 /* The NAME of a function as the base of fields and braces: the host's name, without a call. */
 mExpr *lower_function_name(const Node *name);

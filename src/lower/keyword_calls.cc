@@ -3,6 +3,8 @@
 
 #include <string.h>
 
+#include "lower/context.h"
+#include "lower/lines.h"
 #include "lower/operands.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
@@ -28,8 +30,14 @@ const char *exprs_text(const vExpr *list) {
     return text;
 }
 
+mExpr *ask_host(const char *name, const vExpr *arguments) {
+    mExpr *answer = AddTranslator ? new_host_call(name, arguments) : nullptr;
+    if (answer) answer->text = indent_inner_lines(answer->text, Lowering.level);
+    return answer;
+}
+
 mExpr *new_keyword_call(const char *keyword, const vExpr *arguments) {
-    mExpr *answer = AddTranslator ? new_host_call(keyword, arguments) : nullptr;
+    mExpr *answer = ask_host(keyword, arguments);
     return answer ? answer : new_element_node(keyword, FUNCTION_INDEX, arguments);
 }
 

@@ -98,9 +98,13 @@ const char *lines_text(const Lines *lines) {
     return text;
 }
 
+const char *indent_inner_lines(const char *text, int levels) {
+    return indent_text(text, INDENT * static_cast<size_t>(levels));
+}
+
 void indent_lines(Lines *lines, int levels) {
     for (Line *line = lines->first; line; line = line->next) {
-        line->text = indent_text(line->text, INDENT * static_cast<size_t>(levels));
+        line->text = indent_inner_lines(line->text, levels);
         line->level += levels;
     }
 }

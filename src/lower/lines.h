@@ -29,5 +29,7 @@ void write_lines(const Lines *lines);
 
 /* The lines as one kept text, with line ends between them but none behind the last. */
 const char *lines_text(const Lines *lines);
+/* The text with what is behind its line ends, those in strings left out, deeper by levels. */
+const char *indent_inner_lines(const char *text, int levels);
 /* The lines deeper by levels, the line ends inside their texts too. */
 void indent_lines(Lines *lines, int levels);

@@ -10,9 +10,9 @@
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
+#include "lower/pieces.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
-#include "translate/calls.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
 
@@ -178,15 +178,15 @@ const Node *take(Selectors *selectors) {
     return selector;
 }
 
-// A function of a package, name.name(arguments), is offered to the host like any other.
-void add_member_call(Path *path, Selectors *selectors) {
+// A function of a package, name.name(arguments), is offered to the host like any other. Answers
+// whether the host has it.
+bool add_member_call(Path *path, Selectors *selectors) {
     while (is_next(selectors, NODE_FIELD)) add_field(path, take(selectors));
-    if (!path->has_field || !is_next(selectors, NODE_ARGUMENTS)) return;
+    if (!path->has_field || !is_next(selectors, NODE_ARGUMENTS)) return false;
     const Node *arguments = take(selectors);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, path->text, &is_index);
-    const mExpr *answer =
-        is_index || !AddTranslator ? nullptr : new_host_call(path->text, values.first);
+    const mExpr *answer = is_index ? nullptr : ask_host(path->text, values.first);
     if (answer) {
         *path = begin_path(answer->text, true);
     } else {
@@ -194,6 +194,14 @@ void add_member_call(Path *path, Selectors *selectors) {
         append_index(path, values.first);
     }
     free_vExpr(values.first);
+    return answer != nullptr;
+}
+
+// Whether a member is called, name.name(arguments).
+bool call_members(Selectors selectors) {
+    if (!is_next(&selectors, NODE_FIELD)) return false;
+    while (is_next(&selectors, NODE_FIELD)) take(&selectors);
+    return is_next(&selectors, NODE_ARGUMENTS);
 }
 
 constexpr int DEEPEST_PACKAGE = 16;
@@ -215,19 +223,27 @@ const Node *take_package_function(const Node *name, Selectors *selectors) {
 struct Base {
     const char *text;
     bool is_call;
+    bool is_package;  // perhaps: nobody has looked for it
 };
 
 Base call_base(const Node *function, Selectors *selectors) {
     bool has_arguments = is_next(selectors, NODE_ARGUMENTS);
     const mExpr *call =
         has_arguments ? lower_call(function, take(selectors)) : lower_name(function);
-    return {call->text, true};
+    return {call->text, true, false};
 }
 
 Base variable_base(const Node *name, Selectors *selectors) {
     const char *text = written_name(name->symbol);
-    if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol)) return {text, false};
-    return {new_procedure_call(text, take(selectors))->text, true};
+    if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol))
+        return {text, false, false};
+    return {new_procedure_call(text, take(selectors))->text, true, false};
+}
+
+// The host may know the function of a package that has no file.
+Base package_base(const Node *name) {
+    const char *answer = host_name(name);
+    return {answer ? answer : uncalled_name(name), answer && strchr(answer, '('), !answer};
 }
 
 // A name that is no variable, called or not.
@@ -235,12 +251,14 @@ Base function_base(const Node *name, Selectors *selectors) {
     if (is_next(selectors, NODE_ARGUMENTS)) return call_base(name, selectors);
     if (const Node *function = take_package_function(name, selectors))
         return call_base(function, selectors);
+    if (call_members(*selectors) && !own_function(name) && !is_function_of_file(name))
+        return package_base(name);
     const char *text = lower_function_name(name)->text;
-    return {text, strchr(text, '(') || file_with_procedure(text)};
+    return {text, strchr(text, '(') || file_with_procedure(text), false};
 }
 
 Base base_of(const Node *base, Selectors *selectors) {
-    if (base->kind != NODE_NAME) return {lower_expression(base)->text, true};
+    if (base->kind != NODE_NAME) return {lower_expression(base)->text, true, false};
     return is_variable(base->symbol) ? variable_base(base, selectors)
                                      : function_base(base, selectors);
 }
@@ -248,14 +266,17 @@ Base base_of(const Node *base, Selectors *selectors) {
 bool is_function(const Node *base) { return base->kind == NODE_NAME && !is_variable(base->symbol); }
 
 // The members of a package, perhaps.
-[[gnu::noinline]] void add_members(Path *path, const Node *name, Selectors *selectors) {
-    if (is_next(selectors, NODE_FIELD))
-        report_at(PACKAGE_MEMBER, name, {name->text, name->text, selectors->next->text});
-    add_member_call(path, selectors);
+[[gnu::noinline]] void add_members(Path *path, const Node *name, Selectors *selectors,
+                                   bool is_package) {
+    const Node *member = is_next(selectors, NODE_FIELD) ? selectors->next : nullptr;
+    if (add_member_call(path, selectors)) return note_piece(name, CALL_OF_HOST);
+    if (is_package) called_function(name);
+    if (member) report_at(PACKAGE_MEMBER, name, {name->text, name->text, member->text});
 }
 
-Path begin_value(const Node *base, Selectors *selectors) {
+Path begin_value(const Node *base, Selectors *selectors, bool *is_package) {
     Base begin = base_of(base, selectors);
+    *is_package = begin.is_package;
     return begin_path(begin.text, begin.is_call);
 }
 
@@ -264,9 +285,10 @@ Path begin_value(const Node *base, Selectors *selectors) {
 Path value_path(const Node *reference, const Node *end) {
     const Node *base = without_parens(reference->first_child);
     Selectors selectors = {reference->first_child->next, end};
-    Path path =
-        base->kind == NODE_REFERENCE ? value_path(base, nullptr) : begin_value(base, &selectors);
-    if (is_function(base) && !path.is_call) add_members(&path, base, &selectors);
+    bool is_package = false;
+    Path path = base->kind == NODE_REFERENCE ? value_path(base, nullptr)
+                                             : begin_value(base, &selectors, &is_package);
+    if (is_function(base) && !path.is_call) add_members(&path, base, &selectors, is_package);
     while (selectors.next != end) {
         const Node *selector = take(&selectors);
         path.is_call |= repeats_too_much(&path, selector);
