@@ -41,6 +41,13 @@ struct Tally {
     std::size_t ignored = 0; /* messages that were left out */
 };
 
+void make_folder(const fs::path &folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw FileError("cannot make the folder '" + folder.string() + "': " + error.message());
+}
+
 class Batch {
 public:
     explicit Batch(const Options &options)
@@ -122,7 +129,7 @@ private:
 
     static bool write(const std::string &path, const Translation &translation) {
         if (read_regular_file(path) == translation.text) return false;
-        fs::create_directories(fs::path(path).parent_path());
+        make_folder(fs::path(path).parent_path());
         const Output output(path);
         output.refuse_sources(translation.files_read);
         output.write(*translation.text, Durability::Whole);
@@ -142,8 +149,7 @@ private:
         if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
         clear_progress();
         messages_.write(result.diagnostics);
-        std::cout << result.difference;
-        if (!result.difference.empty()) std::cout.flush();
+        if (!result.difference.empty()) Output(std::nullopt).write(result.difference);
         ++finished_;
         show_progress();
     }

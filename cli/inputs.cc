@@ -53,7 +53,7 @@ private:
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
              at.increment(error))
             names.push_back(at->path().filename());
-        if (error) throw FileError("cannot read '" + folder.string() + "': " + error.message());
+        if (error) return inputs.push_back({folder, relative});  // shows when it is read
         std::sort(names.begin(), names.end());
         for (const std::string &name : names) visit(folder / name, relative / name);
     }
@@ -64,7 +64,7 @@ private:
         if (name.starts_with('.') || is_excluded(relative)) return;
         if (stat(path.c_str(), &status) != 0) return;  // a link that leads nowhere
         if (S_ISDIR(status.st_mode)) return enter(path, status, relative);
-        if (path.extension() == ".m") inputs.push_back({path, relative});
+        if (S_ISREG(status.st_mode) && path.extension() == ".m") inputs.push_back({path, relative});
     }
 
     const std::vector<std::string> &excludes_;

@@ -15,10 +15,10 @@ struct InputFile {
 void place_below(const std::string &root, std::vector<InputFile> &inputs);
 
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
- * them, in the order of the paths and, in each, of the names. Hidden files and folders are left
- * out, and so is what an exclude pattern (as of a shell; without a slash, of a name alone) matches.
- * A folder is entered once, whatever links lead to it. Throws FileError where a path cannot be
- * read. */
+ * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
+ * and devices are left out, and so is what an exclude pattern (as of a shell; without a slash, of a
+ * name alone) matches. A folder is entered once, whatever links lead to it; one that cannot be read
+ * is given as a file, which cannot be read either. Throws FileError where a path is not there. */
 std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
                                    const std::vector<std::string> &excludes);
 

@@ -119,19 +119,14 @@ public:
         const sigset_t ending = ending_signals();
         signals_ = Descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
     }
-    ~Round() {
-        for (const Worker &worker : workers_) {
-            kill(worker.process, SIGTERM);
-            waitpid(worker.process, nullptr, 0);
-        }
-    }
+    ~Round() { end_workers(); }
     Round(const Round &) = delete;
     Round &operator=(const Round &) = delete;
 
     int run(std::size_t count) {
         while (workers_.size() < std::min(count, ends_.size())) add_worker();
         while (reported_ < ends_.size())
-            if (const int signal = wait()) return signal;
+            if (const int signal = wait()) return stop(signal);
         return 0;
     }
 
@@ -152,6 +147,8 @@ private:
     /* In the new process. */
     [[noreturn]] void begin_work(int socket) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
+        // A terminal tells all processes; the one that gives out the jobs ends the others.
+        for (const int told : {SIGINT, SIGHUP}) std::signal(told, SIG_IGN);
         for (Worker &other : workers_) other.socket = Descriptor();
         release_signals();
         if (limits_.megabytes > 0) limit_memory(limits_.megabytes);
@@ -208,16 +205,39 @@ private:
         }
     }
 
+    /* Reports what is done, also behind a job that is not. */
+    int stop(int signal) {
+        end_workers();
+        report_ready();
+        for (std::size_t i = reported_; i < ends_.size(); ++i)
+            if (ends_[i]) report_(i, *ends_[i]);
+        return signal;
+    }
+
+    /* Takes the results that are on their way. */
+    void end_workers() {
+        for (const Worker &worker : workers_) kill(worker.process, SIGTERM);
+        for (const Worker &worker : workers_) {
+            JobEnd end;
+            if (worker.job && receive_result(worker, end)) ends_[*worker.job] = std::move(end);
+            waitpid(worker.process, nullptr, 0);
+        }
+        workers_.clear();
+    }
+
+    static bool receive_result(const Worker &worker, JobEnd &end) {
+        std::uint64_t size;
+        if (!receive(worker.socket.get(), &size, sizeof size)) return false;
+        end.result.resize(size);
+        return end.is_done = receive(worker.socket.get(), end.result.data(), size);
+    }
+
     void hear(int socket) {
         const auto worker = std::find_if(workers_.begin(), workers_.end(),
                                          [=](const Worker &w) { return w.socket.get() == socket; });
         const std::size_t job = worker->job.value();
         JobEnd end;
-        std::uint64_t size;
-        end.is_done = !worker->is_late && receive(socket, &size, sizeof size);
-        if (end.is_done) end.result.resize(size);
-        end.is_done = end.is_done && receive(socket, end.result.data(), size);
-        if (end.is_done)
+        if (!worker->is_late && receive_result(*worker, end))
             give_job(*worker);
         else
             end.trouble = bury(worker);

@@ -28,7 +28,7 @@ public:
     Workers(std::size_t count, Limits limits) : count_(count), limits_(limits) {}
 
     /* Runs the jobs 0 to jobs - 1. Answers 0, or the number of the signal that asked this process
-     * to end: the jobs that were done have been reported, and no worker is left. Throws FileError
+     * to end: all jobs that were done have been reported, and no worker is left. Throws FileError
      * where no process can be made. */
     int run(std::size_t jobs, const Job &job, const Report &report) const;
 

@@ -137,7 +137,7 @@ TEST_F(Tool, gives_a_file_up_that_takes_too_long) {
     run("mkfifo t/b.m");
     const std::string late = "t/b.m: error: it took longer than 0.2 seconds\n";
     check({
-        {"mtranslate t -O o -j 1 --max-time 0.2; echo $?; ls o", 0, "3\na.txt\nc.txt\n",
+        {"mtranslate t/?.m -O o -j 1 --max-time 0.2; echo $?; ls o", 0, "3\na.txt\nc.txt\n",
          late + "mtranslate: 3 of 3 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 1 "
                 "failed; 2 written\n"},
         {"mtranslate t/b.m --max-time 0.2", 3, "", late},

@@ -183,32 +183,6 @@ TEST_F(Tool, translates_trees) {
     });
 }
 
-/* A worker waits for a pipe to be opened, and is ended then; or the whole batch is. */
-TEST_F(Tool, loses_no_more_than_a_file_with_a_worker) {
-    write(directory / "t/a.m", "x = 1;\n");
-    write(directory / "t/c.m", "x = 2;\n");
-    run("mkfifo t/b.m");
-    // the shell says on standard error how a process ended, or not
-    const std::string wait =
-        "($tool t -O o -j 1 2> e & for i in $(seq 500); do [ -f o/a.txt ] && break; sleep 0.01; "
-        "done; sleep 0.1; cat /proc/$!/task/$!/children > w; ";
-    const std::string show = "wait $!; echo $?) 2> /dev/null; ls o; cat e";
-    check({
-        {(wait + "kill -KILL $(cat w); " + show).c_str(), 0,
-         "3\na.txt\nc.txt\nt/b.m: error: its process was ended by signal 9 (Killed)\n"
-         "mtranslate: 3 of 3 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 1 "
-         "failed; "
-         "2 written\n",
-         ""},
-        {("rm -r o; " + wait + "kill $!; " + show + "; ls -d /proc/$(echo $(cat w)) 2> /dev/null")
-             .c_str(),
-         2,
-         "143\na.txt\nmtranslate: 1 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with "
-         "errors, 0 failed; 1 written; interrupted\n",
-         ""},
-    });
-}
-
 TEST_F(Tool, explains_its_messages) {
     EXPECT_EQ(run("mtranslate explain --page"), 0);
     EXPECT_EQ(read(directory / "out"), read(MTRANSLATE_SOURCE_DIR "/docs/messages.md"));

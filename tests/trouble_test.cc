@@ -1,0 +1,145 @@
+/* The tool where something goes wrong around it: signals, disks, files of others. */
+#include "tests/tool.h"
+
+namespace mtranslate {
+
+namespace {
+
+std::string summary(const std::string &counts) { return "mtranslate: " + counts + "\n"; }
+
+/* Commands that start a batch of t/a.m, t/b.m and t/c.m and go on when its worker waits for the
+ * pipe t/b.m; $batch and $worker are then its processes. The batch has a process group of its own,
+ * as at a terminal. */
+const std::string START =
+    "setsid env --default-signal=HUP,INT $tool t/?.m -O o -j 1 2> e & batch=$!\n"
+    "for i in $(seq 500); do [ -f o/a.txt ] && break; sleep 0.01; done; sleep 0.1\n"
+    "worker=$(cat /proc/$batch/task/$batch/children)\n";
+
+const std::string NO_WORKER =
+    "for i in $(seq 500); do [ -d /proc/$((worker)) ] || break; sleep 0.01; done\n"
+    "[ -d /proc/$((worker)) ] && echo there is a worker; ls -A o; ";
+
+class Trouble : public Tool {
+protected:
+    Trouble() {
+        write(directory / "t/a.m", "x = 1;\n");
+        write(directory / "t/c.m", "x = 2;\n");
+        run("mkfifo t/b.m");
+    }
+};
+
+TEST_F(Trouble, of_a_worker_costs_its_file) {
+    check({
+        // the shell says on standard error how a process ended, or not
+        {"{ " + START + "kill -KILL $worker; wait $batch; echo $?; } 2> /dev/null; ls o; cat e", 0,
+         "3\na.txt\nc.txt\nt/b.m: error: its process was ended by signal 9 (Killed)\n" +
+             summary("3 of 3 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 1 "
+                     "failed; 2 written"),
+         ""},
+    });
+}
+
+TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
+    const std::string done = summary(
+        "1 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 0 failed; 1 "
+        "written; interrupted");
+    const struct {
+        const char *kill;
+        const char *code;
+        std::string said;
+    } rows[] = {
+        {"kill -TERM $batch", "143", done},  {"kill -INT $batch", "130", done},
+        {"kill -INT -$batch", "130", done},  {"kill -HUP -$batch", "129", done},
+        {"kill -TERM -$batch", "143", done}, {"kill -KILL $batch", "137", ""},
+    };
+    for (const auto &row : rows)
+        check({{"rm -rf o; { " + START + row.kill + "; wait $batch; echo $?; } 2> /dev/null; " +
+                    NO_WORKER + "cat e",
+                0, std::string(row.code) + "\na.txt\n" + row.said, ""}});
+}
+
+/* Files behind one that takes long are done before it, and counted. */
+TEST_F(Trouble, of_an_interrupt_hides_nothing_that_is_done) {
+    for (int i = 0; i < 50; ++i)
+        write(directory / ("t/" + std::to_string(100 + i) + ".m"), repeated("x = 1;\n", 3000));
+    check({
+        {"{ setsid env --default-signal=INT $tool t/b.m t -O o -j 3 2> e & batch=$!\n"
+         "for i in $(seq 500); do [ -f o/120.txt ] && break; sleep 0.01; done\n"
+         "kill -INT -$batch; wait $batch; echo $?; } 2> /dev/null\n"
+         "cat o/1* | sort -u; ls -A o | grep -v '^[1ac].*txt$'\n"
+         "done=$(ls o | wc -l); counted=$(sed 's/^mtranslate: //; s/ .*//' e)\n"
+         // a worker may be stopped between its file and its word of it
+         "[ $((done - counted)) -le 2 ] && [ $counted -le $done ] || echo $counted of $done; "
+         "sed 's/.*; //' e",
+         0, "130\nx := 1;\ninterrupted\n", ""},
+    });
+}
+
+TEST_F(Trouble, of_a_full_disk_leaves_whole_files) {
+    const std::string large = repeated("x = 1;\n", 3000);
+    for (const char *name : {"a", "b", "c", "d"})
+        write(directory / "s" / (std::string(name) + ".m"), large);
+    write(directory / "s/e.m", "x = 1;\n");
+    const auto failures = [](const std::string &folder, const char *reason) {
+        std::string text;
+        for (const char *name : {"a", "b", "c", "d"})
+            text += std::string("s/") + name + ".m: error: cannot write '" + folder + '/' + name +
+                    ".txt': " + reason + '\n';
+        return text;
+    };
+    check({
+        {"ulimit -f 1; mtranslate s -O o; echo $?; ls -A o", 0, "3\ne.txt\n",
+         failures("o", "File too large") +
+             summary("5 of 5 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 4 "
+                     "failed; 1 written")},
+        {"mtranslate diff s -O o > /dev/full", 3, "",
+         "mtranslate: error: cannot write standard output: No space left on device\n"},
+        {"mtranslate s/e.m -O o --depfile /dev/full 2>&1 | tail -n 1", 0,
+         "mtranslate: error: cannot write '/dev/full': No space left on device\n", ""},
+    });
+    const std::string disk = "unshare -rm sh -c 'mount -t tmpfs -o size=16k disk m && ";
+    if (run("mkdir m; " + disk + "true'") != 0) GTEST_SKIP() << "no file system may be mounted";
+    check({
+        {disk + "'\"$tool s -O m -j 1 2> e\"'; echo $?; ls -A m; cat e'", 0,
+         "3\ne.txt\n" + failures("m", "No space left on device") +
+             summary("5 of 5 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 4 "
+                     "failed; 1 written"),
+         ""},
+    });
+}
+
+TEST_F(Trouble, of_odd_files_stays_with_them) {
+    write(directory / "s/a.m", "x = 1;\n");
+    write(directory / "s/folder.m/b.m", "x = 2;\n");
+    run("mkfifo s/pipe.m; ln -s /dev/zero s/device.m; ln -s nowhere s/gone.m; ln -s . s/loop; "
+        "mkdir s/empty; echo text > file");
+    const std::string none = "cannot make the folder 'file";
+    check({
+        {"mtranslate s -O o; find o -type f | sort", 0, "o/a.txt\no/folder.m/b.txt\n",
+         summary("2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 failed; 2 "
+                 "written")},
+        {"mtranslate s -O file", 3, "",
+         "s/a.m: error: " + none + "': Not a directory\ns/folder.m/b.m: error: " + none +
+             "/folder.m': Not a directory\n" +
+             summary("2 of 2 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 2 "
+                     "failed; 0 written")},
+    });
+    // who may read everything has to be somebody else
+    const std::string other = "setpriv --reuid=65534 --regid=65534 --clear-groups ";
+    const bool is_root = run("[ $(id -u) -eq 0 ]") == 0;
+    if (is_root && run("chmod 755 .; " + other + "$tool -V") != 0)
+        GTEST_SKIP() << "the tool cannot be run as a user that may not read everything";
+    check({
+        {"mkdir s/closed p; chmod 0 s/a.m s/closed; chmod 777 p; " + (is_root ? other : "") +
+             "$tool s -O p; echo $?; find p -type f; chmod 700 s/closed",
+         0, "3\np/folder.m/b.txt\n",
+         "s/a.m: error: cannot read 's/a.m': Permission denied\n"
+         "s/closed: error: cannot read 's/closed': Permission denied\n" +
+             summary("3 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 2 "
+                     "failed; 1 written")},
+    });
+}
+
+}  // namespace
+
+}  // namespace mtranslate
