@@ -21,7 +21,7 @@ bool is_word(std::string_view text) {
     const auto is_part = [](char c) {
         return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
     };
-    return !text.empty() && std::isalpha(static_cast<unsigned char>(text[0])) &&
+    return !text.empty() && !std::isdigit(static_cast<unsigned char>(text[0])) &&
            std::all_of(text.begin(), text.end(), is_part);
 }
 

@@ -124,9 +124,8 @@ private:
     }
 
     void add(const std::string &name, const UnresolvedFunction &function) {
-        UnresolvedFunction &sum =
-            survey_.functions.try_emplace(name, CountsByArguments(), 0, function.place)
-                .first->second;
+        const UnresolvedFunction none{{}, 0, function.place};
+        UnresolvedFunction &sum = survey_.functions.try_emplace(name, none).first->second;
         ++sum.files;
         for (const auto &[arguments, count] : function.calls) sum.calls[arguments] += count;
     }

@@ -64,6 +64,7 @@ both = """
 first({1});
 second({1})
 """
+__own__ = "own({args})"
 getfield = "field_of({1}, {2})"
 system = "run({1})"
 )toml";
@@ -94,6 +95,7 @@ system = "run({1})"
              "    y := (mean_of(2) +~ 1);\nend if;"},
             {"if 1, both(1), end",
              "if ArrayTools[AllNonZero](1) then\n    first(1);\n    second(1);\nend if;"},
+            {"x = __own__(1);", "x := own(1);"},
             {"hold on", "keep(\"on\");"},
             {"n = 2; s = ['n = ' n]; t = s.(n); !ls",
              "n := 2;\ns := join(\"n = \", n);\nt := field_of(s, n);\nrun(\"ls\");"},
