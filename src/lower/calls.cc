@@ -13,8 +13,10 @@
 #include "lower/pieces.h"
 #include "lower/word_functions.h"
 #include "support/allocation.h"
+#include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
+#include "translate/operators.h"
 
 const char *host_name(const Node *name) {
     const char *answer = translate_name(name->text);
@@ -71,9 +73,21 @@ const char *unanswered_name(const Node *name) {
     return called_function(name);
 }
 
+mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments);
+
+// true and false are values of the host: an array of them is one of numbers, negated.
+mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
+    if (!arguments) return new_leaf(name->text);
+    Node *numbers = AllocRecord<Node>();
+    *numbers = *name;
+    numbers->text = intern(name->text[0] == 't' ? "zeros" : "ones");
+    return new_operator1(OP_NOT, finish_call(numbers, host_name(numbers), arguments));
+}
+
 // answer: the host's name of it, or null.
 mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments) {
     if (mExpr *call = ask_call(name, answer, arguments)) return call;
+    if (!answer && is_truth_value(name->text)) return new_truth_call(name, arguments);
     mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
     if (operators) return operators;
     const char *written = answer ? answer : unanswered_name(name);
