@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/files.h"
+#include "cli/message_policy.h"
 #include "cli/rules.h"
 
 namespace mtranslate {
@@ -23,6 +24,7 @@ struct Settings {
     std::optional<std::string> language;
     std::optional<std::vector<std::string>> include;
     std::optional<bool> strict;
+    std::optional<MessagePolicy> messages;
     std::optional<bool> closure;
     std::optional<std::string> output_dir;
     std::optional<std::string> suffix;

@@ -68,6 +68,16 @@ std::vector<std::string> paths_of(const Entry &entry) {
     return paths;
 }
 
+std::optional<MessagePolicy> policy_of(const Entry &entry) {
+    MessagePolicy policy;
+    try {
+        for (const std::string &wish : texts_of(entry)) policy.add(wish);
+    } catch (const PolicyError &error) {
+        entry.file.report(entry.value, error.what());
+    }
+    return policy;
+}
+
 void name_rule_files(const Entry &entry, OptionTable &table) {
     for (const std::string &path : paths_of(entry))
         table.rule_files.emplace_back(&entry.value, path);
@@ -83,6 +93,7 @@ constexpr Row ROWS[] = {
     {"include", [](const Entry &e, OptionTable &to) { to.settings.include = paths_of(e); }},
     {"rules", name_rule_files},
     {"strict", [](const Entry &e, OptionTable &to) { to.settings.strict = flag_of(e); }},
+    {"messages", [](const Entry &e, OptionTable &to) { to.settings.messages = policy_of(e); }},
     {"output-dir", [](const Entry &e, OptionTable &to) { to.settings.output_dir = path_of(e); }},
     {"suffix", [](const Entry &e, OptionTable &to) { to.settings.suffix = text_of(e); }},
     {"exclude", [](const Entry &e, OptionTable &to) { to.settings.exclude = texts_of(e); }},

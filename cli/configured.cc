@@ -38,6 +38,7 @@ void configure_run(Options &options, const Configuration &configuration) {
     const Settings &settings = configuration.settings;
     complete(options, "language", options.language, settings.language);
     complete(options, "include", options.directories, settings.include);
+    complete(options, "W", options.message_policy, settings.messages);
     complete(options, "strict", options.is_strict, settings.strict);
     options.rules = &configuration.rules;
     options.configuration_files = configuration.files;

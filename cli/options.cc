@@ -59,12 +59,13 @@ std::string suggested_option(const CLI::App &app) {
     return unknown.starts_with("-") ? suggestion(unknown, known) : "";
 }
 
-/* The long names of the options that have been given. */
+/* The names of the options that have been given, without dashes. */
 std::set<std::string> given_options(const CLI::App &table) {
     std::set<std::string> given;
     for (const CLI::Option *option : table.get_options())
         if (option->count() > 0)
-            given.insert(option->get_lnames().begin(), option->get_lnames().end());
+            for (const auto &names : {option->get_lnames(), option->get_snames()})
+                given.insert(names.begin(), names.end());
     return given;
 }
 

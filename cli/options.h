@@ -75,7 +75,7 @@ struct Options {
     std::vector<std::string> rule_files;
     /* Whether no configuration is looked for in the folders of the sources. */
     bool without_configuration = false;
-    /* The long names of the options that are given, without dashes: a configuration sets others. */
+    /* The names of the options that are given, without dashes: a configuration sets others. */
     std::set<std::string> given;
     /* The configurations of all sources; of the one that is translated, the rules, and the files
      * that it is read from. Null before they are known. */

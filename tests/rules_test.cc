@@ -221,8 +221,9 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
         {"t/lib/k.m", "k = 1;\n"},
         {"t/s/a.m", "x = f(1) + g; k\n"},
         {"t/s/b.m", "x = 1;\n"},
-        {"t/u/mtranslate.toml", "[options]\nlanguage = 'octave'\nstrict = true\n"},
-        {"t/u/c.m", "x = y = 1;\n"},
+        {"t/u/mtranslate.toml",
+         "[options]\nlanguage = 'octave'\nstrict = true\nmessages = ['no-MT401']\n"},
+        {"t/u/c.m", "x = y = h;\n"},
         {"t/u/d.m", "x = (;\n"},
         {"later.toml", "[functions]\nf = 'L({1})'\n"}};
     for (const auto &[path, text] : files) write(directory / path, text);
@@ -234,7 +235,9 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
         {"mtranslate --rules later.toml t/s/a.m", 0, "x := L(1) +~ R();\nk := 1;\n", ""},
         {"cd t/s; \"$tool\" a.m; \"$tool\" -I ../lib - < a.m; \"$tool\" -c 'x = f(1)'", 0,
          a + a + "x := T(1);\n", ""},
-        {"mtranslate t/u/c.m; mtranslate t/u/d.m", 1, "y := 1;\nx := copy(y);\n", refused},
+        {"mtranslate t/u/c.m; mtranslate t/u/d.m", 1, "y := h();\nx := copy(y);\n", refused},
+        {"mtranslate -W MT401 t/u/c.m", 0, "y := h();\nx := copy(y);\n",
+         "t/u/c.m: warning: 1 function is found nowhere and left to the host: h [MT401]\n"},
         {"mtranslate --language matlab t/u/c.m 2>&1 | head -n 1", 0,
          "t/u/c.m:1:7: error: a second '=' in one statement: assign to one target after the other "
          "[MT109]\n",
@@ -245,7 +248,7 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
          "x := T(1) +~ R();\nk := 1;\nt/o/lib/k.x\nt/o/s/a.x\nt/o/u/c.x\n",
          refused +
              "mtranslate: 4 of 4 files: 3 without errors or gaps, 0 with gaps, 1 with errors, "
-             "0 failed; 3 written\n"},
+             "0 failed; 3 written; 1 message left out\n"},
         {"echo 'x := 2;' > t/o/lib/k.x; mtranslate diff t --exclude '[acd].m' --closure", 1,
          "--- t/o/lib/k.x\n+++ t/o/lib/k.x\n@@ -1 +1 @@\n-x := 2;\n+k := 1;\n"
          "--- /dev/null\n+++ t/o/s/b.x\n@@ -0,0 +1 @@\n+x := 1;\n",
@@ -273,6 +276,9 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
             {"[options]\nrules = ['none']\n",
              "2:9: error: cannot read 't/u/none': No such file or directory\n"
              "rules = ['none']\n        ^\n"},
+            {"[options]\nmessages = ['no-x']\n",
+             "2:12: error: no message has the code or name 'x'\nmessages = ['no-x']\n"
+             "           ^\n"},
             {"[option]\n",
              "1:2: error: unknown key 'option'; did you mean 'options'?\n[option]\n ^\n"},
         });
