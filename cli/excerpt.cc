@@ -175,6 +175,8 @@ std::size_t count_characters(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
+    const auto is_plain = [](char byte) { return byte >= ' ' && byte <= '~'; };
+    if (std::all_of(text.begin(), text.end(), is_plain)) return std::string(text);
     std::string shown;
     while (!text.empty()) {
         const std::size_t length = shown_length(text);
