@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -21,6 +22,7 @@
 #include "cli/inputs.h"
 #include "cli/message_output.h"
 #include "cli/output.h"
+#include "cli/report_output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
@@ -54,13 +56,17 @@ public:
         : options_(options),
           inputs_(find_inputs(options.paths, options.excludes)),
           index_(options.root.empty() ? inputs_ : find_inputs({options.root}, options.excludes)),
-          messages_(options) {
+          messages_(options),
+          report_(options) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) place_below(options.root, inputs_);
         for (std::size_t i = 0; i < inputs_.size(); ++i) {
             first_with_output_.try_emplace(output_of(inputs_[i]), i);
             configurations_.push_back(&options.configurations->of_file(inputs_[i].path));
         }
+        for (const Configuration *configuration :
+             std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
+            report_.add(configuration->rules);
     }
 
     ExitCode run() {
@@ -70,7 +76,9 @@ public:
         const int signal = workers.run(inputs_.size(), job, report);
         clear_progress();
         messages_.finish();
-        if (!messages_.owns_standard_error()) std::cerr << summary(signal == 0);
+        if (options_.mode != Mode::Assess && !messages_.owns_standard_error())
+            std::cerr << summary(signal == 0);
+        report_.finish(signal != 0);
         if (signal != 0) std::raise(signal);
         if (!options_.depfile.empty()) write_depfile(options_.depfile, made_);
         return signal == 0 ? exit_code() : ExitCode::Trouble;
@@ -118,13 +126,17 @@ private:
         result.ignored = translation.ignored;
         result.files_read = names_of(translation.files_read);
         result.rules_used = translation.rules_used;
-        if (!translation.text || options_.mode == Mode::Check) return;
+        result.facts = translation.facts;
+        if (!translation.text) return;
         if (options_.mode == Mode::Compare) {
             result.difference = difference(output, *translation.text);
-        } else {
+        } else if (options_.mode == Mode::Translate) {
             result.is_written = write(output, translation);
             result.has_output = true;
         }
+        const bool is_in_file = options_.mode == Mode::Translate;
+        if (!is_in_file && shows_translations(options_.report))
+            result.translation = translation.text;
     }
 
     static bool write(const std::string &path, const Translation &translation) {
@@ -147,8 +159,10 @@ private:
         }
         count(result);
         if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
+        report_.add(inputs_[i].path, result.has_output ? output_of(inputs_[i]) : "", result);
         clear_progress();
-        messages_.write(result.diagnostics);
+        if (options_.mode != Mode::Assess || result.code == ExitCode::Trouble)
+            messages_.write(result.diagnostics);
         if (!result.difference.empty()) Output(std::nullopt).write(result.difference);
         ++finished_;
         show_progress();
@@ -198,6 +212,7 @@ private:
 
     ExitCode exit_code() const {
         if (tally_.failed > 0) return ExitCode::Trouble;
+        if (options_.mode == Mode::Assess) return ExitCode::Done;
         const bool has_failures = tally_.with_errors + tally_.with_gaps > 0;
         return has_failures || differs_ ? ExitCode::BadSource : ExitCode::Done;
     }
@@ -206,6 +221,7 @@ private:
     std::vector<InputFile> inputs_;
     FileIndex index_;
     MessageOutput messages_;
+    ReportOutput report_;
     std::map<std::string, std::size_t> first_with_output_;
     std::vector<const Configuration *> configurations_; /* of the inputs */
     Tally tally_;

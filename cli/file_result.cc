@@ -3,6 +3,7 @@
 
 #include <cereal/archives/binary.hpp>
 #include <cereal/types/map.hpp>
+#include <cereal/types/optional.hpp>
 #include <cereal/types/string.hpp>
 #include <cereal/types/vector.hpp>
 #include <sstream>
@@ -17,9 +18,30 @@ void serialize(Archive &archive, Diagnostic &of) {
 }
 
 template <class Archive>
+void serialize(Archive &archive, FunctionFact &of) {
+    archive(of.name, of.line);
+}
+
+template <class Archive>
+void serialize(Archive &archive, CallFact &of) {
+    archive(of.in, of.name, of.end, of.target, of.count, of.line, of.column);
+}
+
+template <class Archive>
+void serialize(Archive &archive, WaitingFact &of) {
+    archive(of.names, of.statements);
+}
+
+template <class Archive>
+void serialize(Archive &archive, FileFacts &of) {
+    archive(of.lines, of.bytes, of.statements, of.without_message, of.waiting, of.comments,
+            of.comments_kept, of.functions, of.calls);
+}
+
+template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
-            of.is_written, of.rules_used);
+            of.is_written, of.rules_used, of.facts, of.translation);
 }
 
 std::string to_text(const FileResult &result) {

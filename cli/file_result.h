@@ -3,11 +3,13 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/diagnostic.h"
 #include "cli/exit_code.h"
+#include "cli/statistics.h"
 
 namespace mtranslate {
 
@@ -24,6 +26,9 @@ struct FileResult {
     bool is_written = false; /* which is new or has been replaced */
     /* How often each rule has answered, by its title (rules.h). */
     std::map<std::string, std::size_t> rules_used;
+    /* For a report. */
+    FileFacts facts;
+    std::optional<std::string> translation; /* where it is in no file */
 };
 
 /* One text that another process can read back. */

@@ -162,6 +162,18 @@ void add_limits(CLI::App &app, Limits &limits) {
         ->check(CLI::Range(1, 1 << 20));
 }
 
+void add_report_options(CLI::App &app, Options &options) {
+    begin_group(app, "Reports");
+    app.add_option("--report", options.report,
+                   "Write a report to FILE.html, FILE.md or FILE.json\n\n"
+                   "It counts what was translated, and lists what is left to do: functions that "
+                   "are found nowhere, messages, and each file. The page in HTML shows sources and "
+                   "translations side by side, and the call graph.")
+        ->type_name("FILE");
+    app.add_option("--graph", options.graph, "Write the call graph to FILE.dot, for Graphviz")
+        ->type_name("FILE");
+}
+
 void add_help_options(CLI::App &app) {
     begin_group(app, "Help");
     app.set_help_flag("-h", "Print a short help");
@@ -178,6 +190,29 @@ void add_modes(CLI::App &app, Options &options) {
     add("diff", Mode::Compare,
         "Show what would change in the outputs of -O\n\n"
         "As a unified diff; the exit code is 1 where there is a difference.");
+    add("assess", Mode::Assess,
+        "Tell how much would translate today, and what stands in the way\n\n"
+        "A page of text: shares of files and statements, messages by frequency, and the functions "
+        "whose rule would help most. Nothing is written.");
+}
+
+void add_report(CLI::App &app, std::optional<ReportMerge> &report) {
+    CLI::App *command = app.add_subcommand(
+        "report",
+        "Make one report of those of several runs\n\n"
+        "Of a file that several have, the last one counts. Functions that one run has not found "
+        "are found in the files of the others.");
+    const auto wanted = std::make_shared<ReportMerge>();
+    begin_group(*command, "Options");
+    command->add_option("FILE", wanted->paths, "Reports in JSON")->required()->type_name("");
+    command
+        ->add_option("-o,--output", wanted->output,
+                     "Write it to PATH.html, PATH.md or PATH.json, not as Markdown to standard "
+                     "output")
+        ->type_name("PATH");
+    command->add_option("--graph", wanted->graph, "Write the call graph to FILE.dot, for Graphviz")
+        ->type_name("FILE");
+    command->callback([&report, wanted] { report = *wanted; });
 }
 
 void add_rules(CLI::App &app, Options &options) {
@@ -213,12 +248,14 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     add_message_options(*app, request.options);
     add_batch_options(*app, request.options);
     add_limits(*app, request.options.limits);
+    add_report_options(*app, request.options);
     add_help_options(*app);
     app->set_version_flag("-V,--version", "mtranslate " + std::string(VERSION),
                           "Print the version");
     add_modes(*app, request.options);
     add_rules(*app, request.options);
     add_explain(*app, request.explain);
+    add_report(*app, request.report);
     return app;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/options.h"
+#include "cli/report_output.h"
 
 namespace CLI {
 class App;
@@ -22,6 +23,7 @@ struct Explain {
 struct Request {
     Options options;
     std::optional<Explain> explain; /* where that is asked for */
+    std::optional<ReportMerge> report;
 };
 
 /* A parser whose parse fills the request, which must live as long. */

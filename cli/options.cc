@@ -15,6 +15,7 @@
 #include "cli/help.h"
 #include "cli/option_table.h"
 #include "cli/output.h"
+#include "cli/report.h"
 #include "cli/suggestion.h"
 
 namespace mtranslate {
@@ -36,6 +37,16 @@ ExitCode run(const Explain &wanted) {
     const auto text = explanation(wanted.code);
     if (text) return show(*text);
     return refuse(no_explanation(wanted.code), "'mtranslate explain' lists all codes.");
+}
+
+/* Behind a path whose ending is none of these. */
+constexpr const char *REPORT_FORMS = " is no .html, .md or .json";
+
+ExitCode run(const ReportMerge &merge) {
+    if (!merge.output.empty() && !is_report_path(merge.output))
+        return refuse("-o: '" + merge.output + '\'' + REPORT_FORMS);
+    merge_and_write(merge);
+    return ExitCode::Done;
 }
 
 /* The help, of a subcommand where one is given, or the version. */
@@ -74,6 +85,17 @@ bool is_folder(const std::string &path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+/* The same of what is asked for besides translations. */
+std::string report_conflict(const Options &options) {
+    if (!options.report.empty() && !is_report_path(options.report))
+        return "--report: '" + options.report + '\'' + REPORT_FORMS;
+    if (options.wants_statistics() && options.language == "classic")
+        return "classic makes no tree, which reports, graphs and assessments need";
+    if (options.wants_statistics() && options.dumps_tree)
+        return "--dump-tree translates nothing that could be reported";
+    return "";
+}
+
 /* Why the options do not go together; empty where they do. */
 std::string conflict(const Options &options, bool is_batch) {
     const bool has_folder = !options.output_folder.empty();
@@ -98,7 +120,7 @@ std::string conflict(const Options &options, bool is_batch) {
         return "give -O DIR to translate several files";
     if (is_batch && options.output) return "-o takes the translation of one file: give -O DIR";
     if (is_batch && options.dumps_tree) return "--dump-tree shows one file";
-    return "";
+    return report_conflict(options);
 }
 
 /* A single run has its source in command or file, a batch in paths. */
@@ -132,9 +154,11 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
         return refuse("-W: " + std::string(error.what()), "'mtranslate explain' lists all codes.");
     }
     request.options.given = given_options(*table);
-    if (!request.explain) return completed(std::move(request.options));
+    if (!request.explain && !request.report) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;
-    return is_alone ? run(*request.explain) : refuse("explain and a source exclude each other");
+    const char *command = request.explain ? "explain" : "report";
+    if (!is_alone) return refuse(std::string(command) + " and a source exclude each other");
+    return request.explain ? run(*request.explain) : run(*request.report);
 }
 
 }  // namespace mtranslate

@@ -24,6 +24,7 @@ enum class Mode {
     Translate,
     Check,       /* everything but writing translations */
     Compare,     /* what would change in the outputs */
+    Assess,      /* how much would translate, and what stands in the way */
     Rules,       /* the rules in force */
     RuleTemplate /* the functions that have none */
 };
@@ -82,6 +83,13 @@ struct Options {
     std::shared_ptr<ConfigurationSearch> configurations;
     const class Rules *rules = nullptr;
     FilesRead configuration_files;
+    /* The files for the report and the call graph; empty for none. */
+    std::string report;
+    std::string graph;
+
+    bool wants_statistics() const {
+        return !report.empty() || !graph.empty() || mode == Mode::Assess;
+    }
 };
 
 /* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for

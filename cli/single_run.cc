@@ -7,6 +7,7 @@
 #include "cli/depfile.h"
 #include "cli/message_output.h"
 #include "cli/output.h"
+#include "cli/report_output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
@@ -21,6 +22,24 @@ void show(const Options &options, const Diagnostics &diagnostics) {
     messages.finish();
 }
 
+std::string name_of_source(const Options &options) {
+    if (!options.file) return "<command>";
+    return *options.file == "-" ? "<stdin>" : *options.file;
+}
+
+void report(const Options &options, const Translation &translation) {
+    FileResult result;
+    result.code = translation.code;
+    result.diagnostics = translation.diagnostics;
+    result.facts = translation.facts;
+    result.translation = translation.text;
+    result.rules_used = translation.rules_used;
+    ReportOutput output(options);
+    output.add(*options.rules);
+    output.add(name_of_source(options), options.output.value_or(""), result);
+    output.finish(false);
+}
+
 ExitCode translate_and_write(const Options &options) {
     const Output output(options.output);
     const Source source = open_source(options);
@@ -33,12 +52,8 @@ ExitCode translate_and_write(const Options &options) {
         if (!options.depfile.empty())
             write_depfile(options.depfile, {{*options.output, names_of(translation.files_read)}});
     }
+    report(options, translation);
     return translation.code;
-}
-
-std::string name_of_source(const Options &options) {
-    if (!options.file) return "<command>";
-    return *options.file == "-" ? "<stdin>" : *options.file;
 }
 
 /* In a worker. Its result is the exit code. */

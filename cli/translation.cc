@@ -129,6 +129,8 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     index_in_use = index;
     FindFile = index ? find_in_index : nullptr;
     const RunWatch watch(&translation.files_read, &messages);
+    std::optional<StatisticsWatch> statistics;
+    if (wanted.wants_statistics()) statistics.emplace(index);
     if (wanted.dumps_tree) watch.show_tree_in(&translation);
     try {
         const auto text = host.translate(source.mode, source.argument, options);
@@ -149,6 +151,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     }
     translation.rules_used = answers.used();
     translation.unanswered = answers.unanswered();
+    if (statistics) translation.facts = statistics->facts();
     return translation;
 }
 

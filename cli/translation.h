@@ -11,6 +11,7 @@
 #include "cli/options.h"
 #include "cli/rules_host.h"
 #include "cli/source.h"
+#include "cli/statistics.h"
 
 namespace mtranslate {
 
@@ -29,6 +30,7 @@ struct Translation {
     std::map<std::string, std::size_t> rules_used{};
     /* The calls that no rule has answered, by the functions' names and the numbers of arguments. */
     std::map<std::string, CountsByArguments> unanswered{};
+    FileFacts facts{}; /* where the options ask for statistics */
 };
 
 /* Translates the source, as the options say, in a host that answers by their rules. With an index

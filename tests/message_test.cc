@@ -9,16 +9,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-class Messages : public Tool {
-protected:
-    /* Whether the JSON text in the file is what the schema describes; says what is not. */
-    testing::AssertionResult is_valid(const std::string &file, const std::string &schema) const {
-        const int code = run("python3 -W ignore -m jsonschema -i " + file +
-                             " '" MTRANSLATE_SOURCE_DIR "/" + schema + "'");
-        if (code == 0) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << read(directory / "err");
-    }
-};
+class Messages : public Tool {};
 
 /* "line:column-end text-of-the-range" of every message, as a reader of JSON finds it. */
 std::string ranges(const std::string &lines, const std::string &source) {

@@ -70,6 +70,14 @@ protected:
         }
     }
 
+    /* Whether the JSON text in the file is what the schema describes; says what is not. */
+    testing::AssertionResult is_valid(const std::string &file, const std::string &schema) const {
+        const int code = run("python3 -W ignore -m jsonschema -i " + file +
+                             " '" MTRANSLATE_SOURCE_DIR "/" + schema + "'");
+        if (code == 0) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << read(directory / "err");
+    }
+
     fs::path directory;
     std::string options; /* before those of a row */
     std::string setup;   /* commands before that of a row */

@@ -1,0 +1,124 @@
+/* Reports of several runs as one. */
+#include "cli/report.h"
+
+#include <algorithm>
+
+#include "cli/file_index.h"
+#include "cli/files.h"
+#include "cli/output.h"
+#include "cli/report_summary.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* How reports are written, by the endings of their files. */
+struct Form {
+    const char *ending;
+    std::string (*text)(const Report &report);
+    bool shows_translations;
+};
+constexpr Form FORMS[] = {
+    {".json", report_json, false}, {".md", report_markdown, false}, {".html", report_page, true}};
+
+const Form *form_of(const std::string &path) {
+    const auto *form = std::ranges::find_if(
+        FORMS, [&](const Form &candidate) { return path.ends_with(candidate.ending); });
+    return form == std::end(FORMS) ? nullptr : form;
+}
+
+/* Functions that calls of a file found elsewhere only by the files of other reports. */
+class Resolution {
+public:
+    explicit Resolution(const std::vector<ReportFile> &files) : index_(inputs(files)) {}
+
+    void apply(ReportFile &file) const {
+        for (CallFact &call : file.facts.calls) resolve(file, call);
+        for (WaitingFact &waiting : file.facts.waiting) resolve(file, waiting);
+        std::erase_if(file.facts.waiting,
+                      [](const WaitingFact &waiting) { return waiting.names.empty(); });
+        std::erase_if(file.diagnostics, [&](const Diagnostic &diagnostic) {
+            return diagnostic.code == "MT401" && find(file, quoted_name(diagnostic.text));
+        });
+    }
+
+private:
+    static std::vector<InputFile> inputs(const std::vector<ReportFile> &files) {
+        std::vector<InputFile> inputs;
+        inputs.reserve(files.size());
+        for (const ReportFile &file : files) inputs.push_back({file.path, ""});
+        return inputs;
+    }
+
+    const IndexedFile *find(const ReportFile &file, const std::string &name) const {
+        return index_.find(file.path, name);
+    }
+
+    void resolve(const ReportFile &file, CallFact &call) const {
+        if (call.end != CallEnd::Unresolved) return;
+        if (const IndexedFile *found = find(file, call.name)) {
+            call.end = CallEnd::Found;
+            call.target = found->path;
+        }
+    }
+
+    void resolve(ReportFile &file, WaitingFact &waiting) const {
+        std::erase_if(waiting.names, [&](const std::string &name) { return find(file, name); });
+        if (waiting.names.empty()) file.facts.without_message += waiting.statements;
+    }
+
+    FileIndex index_;
+};
+
+/* Names may have become the same ones. */
+void join_waiting(FileFacts &facts) {
+    std::map<std::vector<std::string>, std::size_t> counts;
+    for (WaitingFact &waiting : facts.waiting) counts[waiting.names] += waiting.statements;
+    facts.waiting.clear();
+    for (const auto &[names, statements] : counts) facts.waiting.push_back({names, statements});
+}
+
+}  // namespace
+
+FileState state_of(const Diagnostics &diagnostics) {
+    const SeverityCounts counts = count_severities(diagnostics);
+    if (counts[SEVERITY_ERROR] > 0) return FileState::Errors;
+    return counts[SEVERITY_GAP] > 0 ? FileState::Gaps : FileState::Translated;
+}
+
+void sort_report(Report &report) {
+    std::ranges::stable_sort(report.files, {}, &ReportFile::path);
+    const auto is_same = [](const ReportFile &a, const ReportFile &b) { return a.path == b.path; };
+    report.files.erase(std::unique(report.files.begin(), report.files.end(), is_same),
+                       report.files.end());
+}
+
+Report merge_reports(std::vector<Report> reports) {
+    std::map<std::string, ReportFile> files;
+    Report merged;
+    for (Report &report : reports) {
+        for (ReportFile &file : report.files) files[file.path] = std::move(file);
+        merged.rules.merge(report.rules);
+        merged.is_interrupted |= report.is_interrupted;
+    }
+    for (auto &[path, file] : files) merged.files.push_back(std::move(file));
+    const Resolution resolution(merged.files);
+    for (ReportFile &file : merged.files) {
+        resolution.apply(file);
+        join_waiting(file.facts);
+    }
+    return merged;
+}
+
+void write_report(const Report &report, const std::string &path) {
+    Output(path).write(form_of(path)->text(report));
+}
+
+bool is_report_path(const std::string &path) { return form_of(path) != nullptr; }
+
+bool shows_translations(const std::string &path) {
+    const Form *form = form_of(path);
+    return form && form->shows_translations;
+}
+
+}  // namespace mtranslate

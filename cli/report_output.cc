@@ -1,0 +1,58 @@
+#include "cli/report_output.h"
+
+#include <iostream>
+
+#include "cli/assess.h"
+#include "cli/call_graph.h"
+#include "cli/output.h"
+#include "cli/rules.h"
+
+namespace mtranslate {
+
+namespace {
+
+void write(const Report &report, const std::string &path, const std::string &graph) {
+    if (!path.empty()) write_report(report, path);
+    if (!graph.empty()) Output(graph).write(graph_text(report));
+}
+
+}  // namespace
+
+void ReportOutput::add(const Rules &rules) {
+    for (const Rule *rule : rules.of_names()) report_.rules.insert(title_of(*rule));
+    for (const Rule *rule : rules.of_functions()) report_.rules.insert(title_of(*rule));
+}
+
+void ReportOutput::add(const std::string &path, const std::string &output,
+                       const FileResult &result) {
+    if (!options_.wants_statistics()) return;
+    ReportFile file;
+    file.path = path;
+    file.output = output;
+    file.state =
+        result.code == ExitCode::Trouble ? FileState::Failed : state_of(result.diagnostics);
+    file.facts = result.facts;
+    file.diagnostics = result.diagnostics;
+    file.rules_used = result.rules_used;
+    file.translation = result.translation;
+    report_.files.push_back(std::move(file));
+}
+
+void ReportOutput::finish(bool is_interrupted) {
+    if (!options_.wants_statistics()) return;
+    report_.is_interrupted = is_interrupted;
+    sort_report(report_);
+    write(report_, options_.report, options_.graph);
+    if (options_.mode == Mode::Assess) Output(std::nullopt).write(assessment(report_));
+}
+
+void merge_and_write(const ReportMerge &merge) {
+    std::vector<Report> reports;
+    for (const std::string &path : merge.paths) reports.push_back(read_report(path));
+    const Report report = merge_reports(std::move(reports));
+    write(report, merge.output, merge.graph);
+    if (merge.output.empty() && merge.graph.empty())
+        Output(std::nullopt).write(report_markdown(report));
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,120 @@
+/* Reports as a page: the files of report_page/ with the report's JSON, and the texts of files, in
+ * elements of their own, which the page reads when they are wanted. */
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/files.h"
+#include "cli/report.h"
+#include "report_page_texts.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/* Of sources and translations; a page with more would hardly open. */
+constexpr std::size_t MOST_BYTES_OF_TEXTS = 64 << 20;
+
+/* By the first byte of a character; 0 where none begins. */
+std::size_t length_from(unsigned first) {
+    if (first < 0x80) return 1;
+    if (first < 0xC2 || first > 0xF4) return 0;
+    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+}
+
+/* 0 where no whole character begins. */
+std::size_t length_of_character(std::string_view text) {
+    const auto byte = [&](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+    };
+    const std::size_t length = length_from(byte(0));
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byte(i) & 0xC0) != 0x80) return 0;
+    return length;
+}
+
+/* Bytes that are no UTF-8 are taken for Latin-1. */
+std::string readable(std::string_view bytes) {
+    constexpr std::string_view MARK = "\xEF\xBB\xBF";
+    if (bytes.starts_with(MARK)) bytes.remove_prefix(MARK.size());
+    std::string text;
+    while (!bytes.empty()) {
+        const std::size_t length = length_of_character(bytes);
+        if (length > 0) {
+            text += bytes.substr(0, length);
+        } else {
+            const auto byte = static_cast<unsigned char>(bytes[0]);
+            text += static_cast<char>(0xC0 | (byte >> 6));
+            text += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return text;
+}
+
+/* In a script element nothing may look like markup. */
+std::string in_element(const Json &json) {
+    std::string text;
+    for (const char c : json.dump(-1, ' ', false, Json::error_handler_t::replace)) {
+        if (c == '<')
+            text += "\\u003c";
+        else
+            text += c;
+    }
+    return text;
+}
+
+/* Null where the source cannot be read again. */
+Json texts_of(const ReportFile &file) {
+    const auto source = read_regular_file(file.path);
+    if (!source) return nullptr;
+    Json texts = {{"source", readable(*source)}};
+    auto translation = file.translation;
+    if (!translation && !file.output.empty()) translation = read_regular_file(file.output);
+    if (translation) texts["translation"] = readable(*translation);
+    return texts;
+}
+
+std::string text_elements(const Report &report) {
+    std::string elements;
+    for (std::size_t i = 0; i < report.files.size(); ++i) {
+        const Json texts = texts_of(report.files[i]);
+        if (texts.is_null()) continue;
+        const std::string text = in_element(texts);
+        if (elements.size() + text.size() > MOST_BYTES_OF_TEXTS) continue;
+        elements += "<script type=\"application/json\" id=\"text-" + std::to_string(i) + "\">" +
+                    text + "</script>\n";
+    }
+    return elements;
+}
+
+/* The page with each of its marks replaced by a text; marks in these texts stay. */
+std::string filled(std::string_view page, const std::map<std::string_view, std::string> &texts) {
+    std::string filled;
+    while (!page.empty()) {
+        const std::size_t begin = page.find('@');
+        const std::size_t end = page.find('@', begin + 1);
+        if (end == page.npos) return filled.append(page);
+        const auto text = texts.find(page.substr(begin + 1, end - begin - 1));
+        filled += page.substr(0, begin);
+        filled += text == texts.end() ? page.substr(begin, end - begin) : text->second;
+        page.remove_prefix(text == texts.end() ? end : end + 1);
+    }
+    return filled;
+}
+
+}  // namespace
+
+std::string report_page(const Report &report) {
+    std::string scripts;
+    for (const std::string_view script :
+         {elements_js, tables_js, call_graph_js, source_view_js, views_js})
+        scripts.append(script) += '\n';
+    return filled(page_html, {{"STYLE", std::string(page_css)},
+                              {"REPORT", in_element(Json::parse(report_json(report)))},
+                              {"TEXTS", text_elements(report)},
+                              {"SCRIPTS", scripts}});
+}
+
+}  // namespace mtranslate

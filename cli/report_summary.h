@@ -1,0 +1,72 @@
+/* What a report says about all its files together. */
+#pragma once
+
+#include "cli/report.h"
+
+namespace mtranslate {
+
+struct ReportTotals {
+    std::size_t files = 0;
+    std::size_t states[4] = {}; /* files by FileState */
+    std::size_t functions = 0;
+    std::size_t lines = 0;
+    std::size_t bytes = 0;
+    std::size_t statements = 0;
+    std::size_t without_message = 0; /* statements */
+    std::size_t waiting = 0;         /* statements in which only functions are unresolved */
+    std::size_t comments = 0;
+    std::size_t comments_kept = 0;
+    std::size_t calls[4] = {}; /* by CallEnd */
+    SeverityCounts messages{};
+};
+
+struct ReportPlace {
+    std::string file;
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+
+/* A function that is found nowhere and that the host does not answer. */
+struct UnresolvedFunction {
+    std::string name;
+    std::size_t count = 0;          /* of its calls */
+    std::vector<std::string> files; /* that call it, by path */
+    ReportPlace first;
+    std::size_t alone = 0; /* statements that wait for it alone */
+};
+
+struct MessageKind {
+    std::string code; /* empty for what is not the library's message about a matlab source */
+    MessageSeverity severity;
+    std::size_t count = 0;
+    std::size_t files = 0;
+};
+
+/* A name that nothing assigns. */
+struct UnassignedName {
+    std::string name;
+    std::string code;
+    ReportPlace place;
+};
+
+struct RuleUse {
+    std::string title;
+    std::size_t count = 0;
+};
+
+struct ReportSummary {
+    ReportTotals totals;
+    std::vector<UnresolvedFunction> unresolved; /* most used first, then by name */
+    std::vector<MessageKind> messages;          /* errors first, most frequent first */
+    std::vector<UnassignedName> unassigned;     /* by place */
+    std::vector<RuleUse> rules;                 /* most used first, then by title */
+};
+
+ReportSummary summarise(const Report &report);
+
+/* The name that a message about one puts in quotes; empty for none. */
+std::string quoted_name(const std::string &text);
+/* part of all in percent with one decimal, as "98.4 %". 100 % only of all; of none, "-". */
+std::string share(std::size_t part, std::size_t all);
+
+}  // namespace mtranslate

@@ -1,0 +1,249 @@
+/* From notes about pieces of the source, by their offsets, to what is told about it. */
+#include "cli/statistics.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "cli/excerpt.h"
+#include "cli/file_index.h"
+#include "cli/messages.h"
+#include "diagnose/messages.h"
+#include "lower/pieces.h"
+#include "lower/program.h"
+
+namespace mtranslate {
+
+namespace {
+
+struct NotedCall {
+    std::string name;
+    PieceEnd end;
+    std::string target;
+};
+
+/* A part of the source, in bytes. */
+struct Range {
+    std::uint32_t begin;
+    std::uint32_t end;
+};
+
+/* What is noted in the run that is going on. */
+struct Notes {
+    const FileIndex *index;
+    FileFacts *facts;
+    std::map<std::uint32_t, NotedCall> calls;
+    std::set<std::uint32_t> comments;
+    std::vector<Range> sources;
+};
+Notes notes;
+
+void note(const Node *node, PieceEnd end, const char *target) {
+    if (CurrentFile->source->caller) return;
+    if (end == COMMENT_IS_PUT)
+        notes.comments.insert(node->offset);
+    else if (end == SOURCE_IS_PUT)
+        notes.sources.push_back({node->offset, end_of(node)});
+    else
+        notes.calls[node->offset] = {node->text, end, target ? target : ""};
+}
+
+/* A statement or a function in the order of the source. */
+struct Piece {
+    Range place;
+    int outer; /* the piece around it, or -1 */
+    bool has_message = false;
+    std::set<std::string> unresolved{}; /* names that it calls */
+};
+
+/* The innermost piece with the byte, or that ends there; -1 for none. */
+int piece_at(const std::vector<Piece> &pieces, std::uint32_t offset) {
+    const auto behind = std::upper_bound(
+        pieces.begin(), pieces.end(), offset,
+        [](std::uint32_t at, const Piece &piece) { return at < piece.place.begin; });
+    int at = static_cast<int>(behind - pieces.begin()) - 1;
+    while (at >= 0 && pieces[at].place.end < offset) at = pieces[at].outer;
+    return at;
+}
+
+/* The walk over the tree of a file. */
+class Outline {
+public:
+    explicit Outline(const SourceFile &file) : source_(*file.source) { walk(file.tree, -1, -1); }
+
+    std::vector<Piece> statements;
+    std::vector<Piece> functions;
+    std::vector<FunctionFact> function_facts;
+    std::vector<std::uint32_t> comments;
+
+private:
+    void walk(const Node *node, int statement, int function) {
+        const bool is_list = node->kind == NODE_BLOCK || node->kind == NODE_FILE;
+        for (const Node *child = first_child(node); child; child = child->next) {
+            if (child->kind == NODE_COMMENT)
+                comments.push_back(child->offset);
+            else if (child->kind == NODE_FUNCTION)
+                walk(child, -1, add_function(child, function));
+            else if (child->kind == NODE_BAD)
+                walk_bad(child, is_list ? add(statements, child, statement) : statement);
+            else
+                walk(child, is_list ? add(statements, child, statement) : statement, function);
+        }
+    }
+
+    /* It is one statement, whatever could be read of it. */
+    void walk_bad(const Node *node, int statement) {
+        if (statement >= 0) statements[statement].has_message = true;
+        for (const Node *child = node->first_child; child; child = child->next)
+            collect_comments(child);
+    }
+
+    void collect_comments(const Node *node) {
+        if (node->kind == NODE_COMMENT) comments.push_back(node->offset);
+        for (const Node *child = first_child(node); child; child = child->next)
+            collect_comments(child);
+    }
+
+    static int add(std::vector<Piece> &pieces, const Node *node, int outer) {
+        pieces.push_back({{node->offset, end_of(node)}, outer});
+        return static_cast<int>(pieces.size()) - 1;
+    }
+
+    int add_function(const Node *node, int outer) {
+        function_facts.push_back({node->text, position_of(&source_, node->offset).line});
+        return add(functions, node, outer);
+    }
+
+    ::Source &source_;
+};
+
+CallEnd end_of_call(PieceEnd end) {
+    switch (end) {
+        case CALL_OF_HOST: return CallEnd::Answered;
+        case CALL_OF_LANGUAGE: return CallEnd::BuiltIn;
+        case CALL_OF_UNKNOWN: return CallEnd::Unresolved;
+        default: return CallEnd::Found;
+    }
+}
+
+/* A file that the run knows by name only is in the index. */
+std::string target_of(const SourceFile &file, const NotedCall &call) {
+    if (call.end != CALL_OF_FILE || !call.target.empty() || !notes.index) return call.target;
+    const IndexedFile *found = notes.index->find(file.path, call.name);
+    return found ? found->path : "";
+}
+
+std::uint32_t count_lines(::Source &source) {
+    const Position end = position_of(&source, source.length);
+    return end.column == 1 ? end.line - 1 : end.line;
+}
+
+/* Places of a source, asked for in its order. */
+class Places {
+public:
+    explicit Places(::Source &source) : source_(source) {}
+
+    void set(CallFact &call, std::uint32_t offset) {
+        constexpr std::string_view MARK = "\xEF\xBB\xBF";
+        const Position place = position_of(&source_, offset);
+        std::string_view before(source_.text + offset - (place.column - 1), place.column - 1);
+        if (place.line == 1 && before.starts_with(MARK)) before.remove_prefix(MARK.size());
+        call.line = place.line;
+        call.column = columns_.column(place.line, before);
+    }
+
+private:
+    ::Source &source_;
+    ColumnCounter columns_;
+};
+
+void count_calls(const SourceFile &file, const Outline &outline) {
+    Places places(*file.source);
+    std::map<std::tuple<int, std::string, CallEnd, std::string>, std::size_t> known;
+    std::vector<CallFact> &calls = notes.facts->calls;
+    for (const auto &[offset, call] : notes.calls) {
+        CallFact fact{piece_at(outline.functions, offset), call.name, end_of_call(call.end),
+                      target_of(file, call)};
+        const auto [at, is_new] =
+            known.try_emplace({fact.in, fact.name, fact.end, fact.target}, calls.size());
+        if (is_new) {
+            places.set(fact, offset);
+            calls.push_back(std::move(fact));
+        }
+        ++calls[at->second].count;
+    }
+}
+
+/* A function that is found nowhere is reported once, however many statements call it. */
+void mark_messages(const SourceFile &file, std::vector<Piece> &statements) {
+    for (const Message *message = FirstMessage; message; message = message->next) {
+        const bool counts =
+            severity_of(message->id) != SEVERITY_NOTE && message->id != UNKNOWN_FUNCTION;
+        if (!counts || message->source != file.source) continue;
+        const int at = piece_at(statements, message->offset);
+        if (at >= 0) statements[at].has_message = true;
+    }
+}
+
+void mark_unresolved(std::vector<Piece> &statements) {
+    for (const auto &[offset, call] : notes.calls) {
+        if (call.end != CALL_OF_UNKNOWN) continue;
+        const int at = piece_at(statements, offset);
+        if (at >= 0) statements[at].unresolved.insert(call.name);
+    }
+}
+
+void count_statements(const std::vector<Piece> &statements) {
+    FileFacts &facts = *notes.facts;
+    std::map<std::set<std::string>, std::size_t> waiting;
+    facts.statements = statements.size();
+    for (const Piece &statement : statements) {
+        if (statement.has_message) continue;
+        if (statement.unresolved.empty())
+            ++facts.without_message;
+        else
+            ++waiting[statement.unresolved];
+    }
+    for (const auto &[names, count] : waiting)
+        facts.waiting.push_back({{names.begin(), names.end()}, count});
+}
+
+bool is_kept(std::uint32_t comment) {
+    const auto holds = [comment](const Range &range) {
+        return comment >= range.begin && comment < range.end;
+    };
+    return notes.comments.contains(comment) || std::ranges::any_of(notes.sources, holds);
+}
+
+void count_comments(const std::vector<std::uint32_t> &comments) {
+    notes.facts->comments = comments.size();
+    notes.facts->comments_kept = std::ranges::count_if(comments, is_kept);
+}
+
+void summarise(const SourceFile *file) {
+    Outline outline(*file);
+    notes.facts->lines = count_lines(*file->source);
+    notes.facts->bytes = file->source->length;
+    notes.facts->functions = outline.function_facts;
+    count_calls(*file, outline);
+    mark_messages(*file, outline.statements);
+    mark_unresolved(outline.statements);
+    count_statements(outline.statements);
+    count_comments(outline.comments);
+}
+
+}  // namespace
+
+StatisticsWatch::StatisticsWatch(const FileIndex *index) {
+    notes = {index, &facts_, {}, {}, {}};
+    OnPiece = note;
+    OnProgram = summarise;
+}
+
+StatisticsWatch::~StatisticsWatch() {
+    OnPiece = nullptr;
+    OnProgram = nullptr;
+    notes = {};
+}
+
+}  // namespace mtranslate

@@ -1,0 +1,14 @@
+/* What is known of a file as JSON, for reports and between processes. */
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "cli/statistics.h"
+
+namespace mtranslate {
+
+void to_json(nlohmann::ordered_json &json, const FileFacts &facts);
+/* Throws nlohmann::json::exception where the value is no such record. */
+void from_json(const nlohmann::ordered_json &json, FileFacts &facts);
+
+}  // namespace mtranslate

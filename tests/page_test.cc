@@ -1,0 +1,113 @@
+/* The page of a report, as a browser shows it. */
+#include <algorithm>
+#include <regex>
+
+#include "tests/tool.h"
+
+namespace mtranslate {
+
+namespace {
+
+class Page : public Tool {
+protected:
+    void SetUp() override {
+        if (run("command -v chromium") != 0) GTEST_SKIP() << "there is no chromium";
+        fs::copy(MTRANSLATE_SOURCE_DIR "/tests/report/src", directory / "src",
+                 fs::copy_options::recursive);
+    }
+
+    /* The elements of the page, when its scripts have run, at an address within it. */
+    std::string elements(const std::string &address) const {
+        run("HOME=. chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
+            "--disable-background-networking --disable-component-update --disable-sync "
+            "--user-data-dir=./browser --enable-logging=stderr --dump-dom 'file://" +
+            (directory / "r.html").string() + address + "'");
+        const std::string said = read(directory / "err");
+        EXPECT_EQ(said.find("Uncaught"), said.npos) << said;
+        const std::string page = read(directory / "out");
+        const std::size_t begin = page.find("<main");
+        return page.substr(begin, page.find("</main>") - begin);
+    }
+};
+
+int count(const std::string &text, const std::string &pattern) {
+    const std::regex regex(pattern);
+    return static_cast<int>(std::distance(std::sregex_iterator(text.begin(), text.end(), regex),
+                                          std::sregex_iterator()));
+}
+
+/* The rows of the table with the id, each with its cells' texts between bars. */
+std::string rows_of(const std::string &page, const std::string &id) {
+    const std::size_t begin = page.find("<tbody>", page.find("id=\"" + id + "\""));
+    if (begin == page.npos) return "";
+    std::string rows = page.substr(begin, page.find("</tbody>", begin) - begin);
+    for (const auto &[pattern, text] : {std::pair("</tr>", "\n"), {"</td>", "|"}, {"<[^>]*>", ""}})
+        rows = std::regex_replace(rows, std::regex(pattern), text);
+    return rows;
+}
+
+}  // namespace
+
+TEST_F(Page, shows_sums_tables_and_what_is_searched) {
+    run("mtranslate src -O o --report r.html");
+    const std::string overview = elements("");
+    EXPECT_EQ(count(overview, "44.4 %</strong>"), 1);
+    EXPECT_EQ(count(rows_of(overview, "unresolved"), "\n"), 10);
+    EXPECT_EQ(rows_of(overview, "messages"),
+              "MT102 unclosed-bracket|error|1|1|\nMT201 try|gap|1|1|\nMT204 eval|gap|1|1|\n"
+              "MT401 unknown-function|warning|13|5|\n");
+    EXPECT_EQ(count(rows_of(elements("#view=files"), "files"), "\n"), 6);
+    const std::string found = elements("#search=fit_line");
+    EXPECT_EQ(rows_of(found, "files"), "src/fit_line.m|✓ Translated|2|12|343|0|0|2|0|66.7 %|\n");
+    EXPECT_EQ(rows_of(found, "unresolved"), "");
+    EXPECT_EQ(rows_of(elements("#search=numel"), "unresolved"), "numel|1|1|0|src/fit_line.m:11|\n");
+}
+
+TEST_F(Page, shows_source_and_translation_with_messages) {
+    write(directory / "src/z.m",
+          "% <img src=x>\ns = '</script><b>&amp;\xE9';  % \xC3\xA9\nif s == 'abc', y = 1; end\n");
+    for (const char *command : {"check src", "src -O o"}) {
+        run("mtranslate " + std::string(command) + " --report r.html");
+        const std::string page = elements("#file=7");
+        const std::string text = std::regex_replace(page, std::regex("<[^>]*>"), "");
+        EXPECT_EQ(count(page, "<img|<b>"), 0);
+        EXPECT_EQ(count(text, "1% &lt;img src=x&gt;1# &lt;img src=x&gt;2s"), 1) << text;
+        EXPECT_EQ(count(text, "'&lt;/script&gt;&lt;b&gt;&amp;amp;é';  % é"), 1) << text;
+        EXPECT_EQ(count(page, "if <mark class=\"warning\">s == 'abc'</mark>, y"), 1);
+        EXPECT_EQ(count(text, "warning '==' compares texts character by character MT302"), 1);
+    }
+}
+
+TEST_F(Page, draws_files_and_functions_and_calls) {
+    write(directory / "r.toml", "[functions]\nsize = \"Size({args})\"\n");
+    run("mtranslate src -O o --rules r.toml --report r.html");
+    const std::string graph = elements("#view=graph");
+    EXPECT_EQ(count(graph, "<a [^>]*class=\"node card-node "), 6);
+    EXPECT_EQ(count(graph, "<a [^>]*class=\"node unresolved "), 12);
+    EXPECT_EQ(count(graph, "<a [^>]*class=\"node answered "), 1);
+    EXPECT_EQ(count(graph, "<path class=\"found\""), 4);
+    EXPECT_EQ(count(graph, "<path class=\"answered\""), 2);
+    const std::string around = elements("#file=5");
+    EXPECT_EQ(count(around, "<title>src/(fit_line|private/count_points).m</title>"), 2);
+    EXPECT_EQ(count(around, "<a [^>]*class=\"node card-node "), 2);
+}
+
+/* The calls of a large tree are shown in part, and the page says so. */
+TEST_F(Page, shows_a_part_of_a_large_tree) {
+    fs::remove_all(directory / "src");
+    for (int i = 0; i < 300; ++i) {
+        const std::string name = "f" + std::to_string(i);
+        const std::string next = "f" + std::to_string((i + 1) % 300);
+        write(directory / ("src/" + name + ".m"),
+              "function y = " + name + "(x)\ny = " + next + "(x) + g" + std::to_string(i) + ";\n");
+    }
+    run("mtranslate check src --report r.html");
+    const std::string files = elements("#view=files");
+    EXPECT_EQ(count(rows_of(files, "files"), "\n"), 200);
+    EXPECT_EQ(count(files, "100 more rows"), 1);
+    const std::string graph = elements("#view=graph");
+    EXPECT_EQ(count(graph, "of 300 files the 40"), 1);
+    EXPECT_EQ(count(graph, "<a [^>]*class=\"node card-node "), 40);
+}
+
+}  // namespace mtranslate

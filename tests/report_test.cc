@@ -1,0 +1,246 @@
+/* Reports on a tree: what they count, their forms, and what becomes of several. */
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+
+#include "tests/tool.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Json = nlohmann::json;
+
+class Reports : public Tool {
+protected:
+    /* The report on the tree t, checked in a run with these arguments. */
+    Json report(const std::string &arguments = "t") const {
+        run("mtranslate check " + arguments + " --report r.json");
+        return Json::parse(read(directory / "r.json"));
+    }
+
+    /* Whether the file is the golden one; says where not. */
+    testing::AssertionResult is_golden(const std::string &file, const std::string &golden) const {
+        if (read(directory / file) == read(TREE / golden)) return testing::AssertionSuccess();
+        fs::copy_file(directory / file, directory / "made", fs::copy_options::overwrite_existing);
+        run("diff '" + (TREE / golden).string() + "' made | head -n 20");
+        return testing::AssertionFailure() << read(directory / "out");
+    }
+
+    void copy_tree() const {
+        fs::copy(TREE / "src", directory / "src", fs::copy_options::recursive);
+    }
+
+    const fs::path TREE = MTRANSLATE_SOURCE_DIR "/tests/report";
+};
+
+/* "f: name end count line:column target, ..." of the calls of a file, f the calling function. */
+std::string calls_in(const Json &file) {
+    std::string text;
+    for (const Json &call : file["calls"]) {
+        if (!text.empty()) text += ", ";
+        if (call.contains("in"))
+            text += file["functions"][call["in"].get<int>()]["name"].get<std::string>() + ": ";
+        text += call["name"].get<std::string>() + " " + call["end"].get<std::string>() + " " +
+                call["count"].dump() + " " + call["line"].dump() + ":" + call["column"].dump();
+        if (call.contains("target")) text += " " + call["target"].get<std::string>();
+    }
+    return text;
+}
+
+}  // namespace
+
+/* The golden files are made by scripts/goldens. */
+TEST_F(Reports, are_the_same_however_they_are_made) {
+    copy_tree();
+    const struct {
+        const char *command, *output, *golden;
+    } rows[] = {
+        {"mtranslate check src --report r.json -j 1", "r.json", "report.json"},
+        {"mtranslate check src --report r.json -j 8", "r.json", "report.json"},
+        {"mtranslate check src/settings.m src/+tools src --report r.json", "r.json", "report.json"},
+        {"mtranslate report r.json -o again.json", "again.json", "report.json"},
+        {"mtranslate check src --report r.md", "r.md", "report.md"},
+        {"mtranslate report r.json", "out", "report.md"},
+        {"mtranslate check src --graph g.dot", "g.dot", "graph.dot"},
+        {"mtranslate report r.json --graph again.dot", "again.dot", "graph.dot"},
+        {"mtranslate assess src", "out", "assess.txt"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.command);
+        run(row.command);
+        EXPECT_TRUE(is_golden(row.output, row.golden));
+    }
+    EXPECT_TRUE(is_valid("r.json", "docs/report.schema.json"));
+}
+
+TEST_F(Reports, count_statements_and_comments) {
+    const struct {
+        const char *source;
+        int lines, statements, without_message;
+        const char *waiting;
+        int comments, kept;
+    } rows[] = {
+        {"", 0, 0, 0, "[]", 0, 0},
+        {"x = 1", 1, 1, 1, "[]", 0, 0},
+        {"x = 1;\ny = x;\n\n", 3, 2, 2, "[]", 0, 0},
+        {"x = 1;\ry = 2;\r", 2, 2, 2, "[]", 0, 0},
+        {"x = f(1) + f(2); y = f(x);\n", 1, 2, 0, R"([{"names":["f"],"statements":2}])", 0, 0},
+        {"x = f(g);\nx = f(1);\n", 2, 2, 0,
+         R"([{"names":["f"],"statements":1},{"names":["f","g"],"statements":1}])", 0, 0},
+        {"if f(1)\n    y = 2;\nelse\n    y = g;\nend\n", 5, 3, 1,
+         R"([{"names":["f"],"statements":1},{"names":["g"],"statements":1}])", 0, 0},
+        {"if 1\n    eval('x');\nend\n", 3, 2, 1, "[]", 0, 0},
+        {"function f(x)\nx = (1;\nend\nfunction g\nend\n", 5, 1, 0, "[]", 0, 0},
+        {"function y = f(x)\n    function z = h\n        z = x;\n    end\ny = h;\nend\n", 6, 2, 2,
+         "[]", 0, 0},
+        {"% a\nx = 1; % b\n%{\nc\n%}\nx = [1 ... d\n 2];\n", 7, 2, 2, "[]", 4, 4},
+        {"eval('x'); % a\nif 1 % b\n    y = eval(1); % c\nend % d\n", 4, 3, 1, "[]", 4, 4},
+        {"try\n    x = 1; % a\ncatch\n    x = 2; % b\nend\n", 5, 3, 2, "[]", 2, 2},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.source);
+        write(directory / "t/s.m", row.source);
+        const Json file = report()["files"][0];
+        EXPECT_EQ(file["lines"], row.lines);
+        EXPECT_EQ(file["statements"]["all"], row.statements);
+        EXPECT_EQ(file["statements"]["withoutMessage"], row.without_message);
+        EXPECT_EQ(file["waiting"].dump(), row.waiting);
+        EXPECT_EQ(file["comments"]["all"], row.comments);
+        EXPECT_EQ(file["comments"]["kept"], row.kept);
+    }
+}
+
+TEST_F(Reports, tell_how_calls_end) {
+    write(directory / "t/used.m", "function y = used(x)\ny = x;\n");
+    write(directory / "t/setup.m", "a = 1;\n");
+    const struct {
+        const char *source, *calls;
+    } rows[] = {
+        {"x = used(1); y = x(1);", "used found 1 1:5 t/used.m"},
+        {"setup; b = a + used(1);", "setup found 1 1:1 t/setup.m, used found 1 1:16 t/used.m"},
+        {"\xC3\xA9 = 1;", ""},
+        {"x = '\xC3\xA9'; y = g(1);", "g unresolved 1 1:14"},
+        {"\xEF\xBB\xBFg(1)", "g unresolved 1 1:1"},
+        {"y = g(g(1)) + g;\nhold on", "g unresolved 3 1:5, hold unresolved 1 2:1"},
+        {"p = @used; q = @(x) used(x) + i;", "used found 2 1:5 t/used.m, i builtIn 1 1:31"},
+        {"function s\nh(1); h(2);\n    function h(x)\n    g(x);\n    end\nend",
+         "s: h found 2 2:1 t/s.m, h: g unresolved 1 4:5"},
+        {"function s\nh(1);\nfunction h(x)\nx(1); s;",
+         "s: h found 1 2:1 t/s.m, h: s found 1 4:7 t/s.m"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.source);
+        write(directory / "t/s.m", row.source);
+        EXPECT_EQ(calls_in(report()["files"][0]), row.calls);
+    }
+}
+
+TEST_F(Reports, hold_what_became_of_each_file) {
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "t/b.m", "x = (1;\n");
+    write(directory / "t/c.m", "x = 1;\n");
+    run("mkdir -p o/c.txt; mtranslate t -O o --report r.json");
+    const Json made = Json::parse(read(directory / "r.json"));
+    EXPECT_TRUE(is_valid("r.json", "docs/report.schema.json"));
+    std::string text;
+    for (const Json &file : made["files"])
+        text += file["path"].get<std::string>() + " " + file["state"].get<std::string>() + " " +
+                file.value("output", "-") + "\n";
+    EXPECT_EQ(text, "t/a.m translated o/a.txt\nt/b.m errors o/b.txt\nt/c.m failed -\n");
+    EXPECT_EQ(made["totals"]["states"].dump(),
+              R"({"errors":1,"failed":1,"gaps":0,"translated":1})");
+    check({
+        {"mtranslate t/a.m -o one --report one.json; grep -c path one.json", 0, "1\n", ""},
+        {"mtranslate -c 'x = 1' --report one.md; tail -n 1 one.md", 0,
+         "x := 1;\n| \\<command\\> | translated | 0 | 1 | 5 | 1 | 100.0 % | 0 | 0 | 0 | 0 |\n", ""},
+    });
+}
+
+/* A worker waits for a pipe to be opened. */
+TEST_F(Reports, are_written_when_the_run_is_interrupted) {
+    write(directory / "t/a.m", "x = 1;\n");
+    run("mkfifo t/b.m; $tool t/a.m t/b.m -O o -j 1 --report r.json & for i in $(seq 500); do "
+        "[ -f o/a.txt ] && break; sleep 0.01; done; sleep 0.1; kill $!; wait $!");
+    const Json made = Json::parse(read(directory / "r.json"));
+    EXPECT_EQ(made["interrupted"], true);
+    EXPECT_EQ(made["totals"]["files"], 1);
+}
+
+TEST_F(Reports, of_shards_become_the_report_of_all) {
+    copy_tree();
+    run("mtranslate check src/main.m src/settings.m src/private src/+tools --report a.json;"
+        "mtranslate check src --exclude main.m --exclude settings.m --exclude private "
+        "--exclude +tools --report b.json");
+    run("mtranslate report a.json b.json -o all.json");
+    EXPECT_TRUE(is_golden("all.json", "report.json"));
+    run("mtranslate report b.json a.json b.json -o all.json");
+    EXPECT_TRUE(is_golden("all.json", "report.json"));
+}
+
+TEST_F(Reports, are_refused_where_there_can_be_none) {
+    write(directory / "s.m", "x = 1;\n");
+    write(directory / "no.json", "{\"format\": 1}");
+    write(directory / "cut.json", read(TREE / "report.json").substr(0, 4000));
+    const std::string help = "\nTry 'mtranslate --help'.\n";
+    check({
+        {"mtranslate check s.m --report r.txt", 2, "",
+         "mtranslate: error: --report: 'r.txt' is no .html, .md or .json" + help},
+        {"mtranslate report no.json -o r", 2, "",
+         "mtranslate: error: -o: 'r' is no .html, .md or .json" + help},
+        {"mtranslate check s.m --language classic --report r.md", 2, "",
+         "mtranslate: error: classic makes no tree, which reports, graphs and assessments need" +
+             help},
+        {"mtranslate report s.json", 3, "", "mtranslate: error: cannot read the report 's.json'\n"},
+        {"mtranslate report no.json", 3, "",
+         "mtranslate: error: 'no.json' is no report of mtranslate: it is another format\n"},
+        {"mtranslate report cut.json 2>&1 | cut -c 1-61", 0,
+         "mtranslate: error: 'cut.json' is no report of mtranslate: [js\n", ""},
+        {"mtranslate check s.m --report none/r.md 2>&1 | tail -n 1", 0,
+         "mtranslate: error: cannot write 'none/r.md': No such file or directory\n", ""},
+    });
+}
+
+TEST_F(Reports, tell_which_rules_are_used) {
+    write(directory / "r.toml",
+          "[names]\nbig = \"infinity\"\n[functions]\nf.1 = \"F({1})\"\n"
+          "g = \"G\"\n");
+    write(directory / "t/s.m", "x = f(1) + f(2) + f(1, 2) + big;\n");
+    const Json made = report("t --rules r.toml");
+    EXPECT_EQ(calls_in(made["files"][0]),
+              "f answered 2 1:5, f unresolved 1 1:19, big answered 1 1:29");
+    EXPECT_EQ(made["rules"].dump(),
+              R"([{"count":2,"title":"r.toml:4: functions.f.1 = \"F({1})\""},)"
+              R"({"count":1,"title":"r.toml:2: names.big = \"infinity\""},)"
+              R"({"count":0,"title":"r.toml:5: functions.g = \"G\""}])");
+    EXPECT_TRUE(is_valid("r.json", "docs/report.schema.json"));
+}
+
+/* Whatever characters names have, a graph is nodes that are declared and edges between them. */
+TEST_F(Reports, show_a_graph_that_is_well_formed) {
+    copy_tree();
+    write(directory / "src/a\"b\\.m", "x = odd(1);\nhold on\n");
+    run("mtranslate check src --graph g.dot");
+    static const std::regex node(
+        R"re( +(\w+) \[label=("([^"\\]|\\.)*")[^"]*("[^"\\]*"[^"]*)*\];)re");
+    static const std::regex edge(R"( +(\w+) -> (\w+)( \[label="\d+"\])?;)");
+    static const std::regex other(
+        R"re(digraph calls \{| +subgraph cluster_\d+ \{| *\}| +(rankdir|style)=\w+;| +node \[.*\];| +label="([^"\\]|\\.)*";)re");
+    std::set<std::string> nodes;
+    int edges = 0;
+    std::istringstream lines(read(directory / "g.dot"));
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch parts;
+        if (std::regex_match(line, parts, node)) {
+            EXPECT_TRUE(nodes.insert(parts[1]).second || parts[1] == "node") << line;
+        } else if (std::regex_match(line, parts, edge)) {
+            EXPECT_TRUE(nodes.contains(parts[1]) && nodes.contains(parts[2])) << line;
+            ++edges;
+        } else {
+            EXPECT_TRUE(std::regex_match(line, other)) << line;
+        }
+    }
+    EXPECT_EQ(edges, 21);
+}
+
+}  // namespace mtranslate
