@@ -52,7 +52,9 @@ std::string MessageCollection::shown_name(const char *file) const {
 
 MessageCollection::FileDiagnostics &MessageCollection::file_of(const Message &message) {
     const auto [place, is_new] = places_.try_emplace(message.source, files_.size());
-    if (is_new) files_.push_back({message.source, has_ignore_comments(*message.source), {}, {}});
+    if (is_new)
+        files_.push_back(
+            {message.source->caller != nullptr, has_ignore_comments(*message.source), {}, {}});
     return files_[place->second];
 }
 
@@ -96,7 +98,7 @@ Diagnostics MessageCollection::diagnostics() const {
     };
     for (const bool is_called : {false, true})
         for (const FileDiagnostics &file : files_)
-            if ((file.source->caller != nullptr) == is_called) append(file.diagnostics);
+            if (file.is_called == is_called) append(file.diagnostics);
     return all;
 }
 

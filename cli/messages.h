@@ -43,7 +43,7 @@ public:
 private:
     /* Those about one file. */
     struct FileDiagnostics {
-        const ::Source *source;
+        bool is_called; /* by another */
         bool has_ignore_comments;
         Diagnostics diagnostics;
         ColumnCounter columns;

@@ -55,6 +55,11 @@ TEST_F(Scale, has_depfiles_for_awkward_names) {
          ""},
         {"sleep 0.01; touch 't/a b#c$d:e.m'; make -f m; rm t/settings.m; make -f m", 0,
          "touch o.txt\ntouch o.txt\n", ""},
+        {"printf '[options]\\nstrict = false\\n' > src/mtranslate.toml; mtranslate -o o.txt "
+         "--depfile d "
+         "src/alone.m; "
+         "head -n 3 d",
+         0, "o.txt: \\\n  src/alone.m \\\n  src/mtranslate.toml\n", ""},
         {"mtranslate -o o.txt --depfile d - < src/settings.m; cat d", 0, "o.txt:\n", ""},
         {"mtranslate -c 1 -o o.txt --depfile src/main.m", 3, "",
          "mtranslate: error: the output 'src/main.m' is an existing MATLAB file\n"},

@@ -32,7 +32,7 @@ inline std::string repeated(const std::string &text, int count) {
     return all;
 }
 
-struct Row {
+struct ToolCall {
     std::string command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
     int exit_code;
     std::string output;
@@ -61,8 +61,8 @@ protected:
     }
 
     template <std::size_t N>
-    void check(const Row (&rows)[N]) const {
-        for (const Row &row : rows) {
+    void check(const ToolCall (&rows)[N]) const {
+        for (const ToolCall &row : rows) {
             SCOPED_TRACE(row.command);
             EXPECT_EQ(run(row.command), row.exit_code);
             EXPECT_EQ(read(directory / "out"), row.output);

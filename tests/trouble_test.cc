@@ -52,10 +52,12 @@ TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
         {"kill -INT -$batch", "130", done},  {"kill -HUP -$batch", "129", done},
         {"kill -TERM -$batch", "143", done}, {"kill -KILL $batch", "137", ""},
     };
-    for (const auto &row : rows)
-        check({{"rm -rf o; { " + START + row.kill + "; wait $batch; echo $?; } 2> /dev/null; " +
-                    NO_WORKER + "cat e",
-                0, std::string(row.code) + "\na.txt\n" + row.said, ""}});
+    for (const auto &row : rows) {
+        std::string command = "rm -rf o; { " + START;
+        command.append(row.kill).append("; wait $batch; echo $?; } 2> /dev/null; ");
+        command.append(NO_WORKER).append("cat e");
+        check({{command, 0, row.code + ("\na.txt\n" + row.said), ""}});
+    }
 }
 
 /* Files behind one that takes long are done before it, and counted. */
