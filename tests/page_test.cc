@@ -96,10 +96,9 @@ TEST_F(Page, draws_files_and_functions_and_calls) {
 TEST_F(Page, shows_a_part_of_a_large_tree) {
     fs::remove_all(directory / "src");
     for (int i = 0; i < 300; ++i) {
-        const std::string name = "f" + std::to_string(i);
-        const std::string next = "f" + std::to_string((i + 1) % 300);
-        write(directory / ("src/" + name + ".m"),
-              "function y = " + name + "(x)\ny = " + next + "(x) + g" + std::to_string(i) + ";\n");
+        std::ostringstream source;
+        source << "function y = f" << i << "(x)\ny = f" << (i + 1) % 300 << "(x) + g" << i << ";\n";
+        write(directory / "src" / ('f' + std::to_string(i) + ".m"), source.str());
     }
     run("mtranslate check src --report r.html");
     const std::string files = elements("#view=files");

@@ -91,7 +91,8 @@ function nodesOf(calls, chosen, cards = []) {
   return nodes;
 }
 
-// Each node's layer is behind those of its callers; calls that close a circle do not count.
+// Each file's layer is behind those of its callers; calls that close a circle do not count. Names
+// that no file has come last.
 function layersOf(nodes, edges) {
   const targets = new Map([...nodes.keys()].map(key => [key, []]));
   for (const [from, to] of edges) if (from !== to) targets.get(from).push(to);
@@ -126,8 +127,11 @@ function layersOf(nodes, edges) {
   const layer = new Map();
   for (const key of order.reverse())
     layer.set(key, Math.max(-1, ...sources.get(key).map(from => layer.get(from) ?? -1)) + 1);
+  const files = [...layer.keys()].filter(key => nodes.get(key).number !== undefined);
+  const last = Math.max(-1, ...files.map(key => layer.get(key))) + 1;
   const layers = [];
-  for (const [key, number] of layer) (layers[number] ??= []).push(nodes.get(key));
+  for (const node of nodes.values())
+    (layers[node.number === undefined ? last : layer.get(node.key)] ??= []).push(node);
   return layers.filter(Boolean);
 }
 
@@ -322,12 +326,15 @@ function topCalls() {
 function graphView() {
   const { cards, calls } = topCalls();
   const names = countBy(graphCalls.filter(call => call.to === undefined), nameKey).size;
-  const isPart = report.files.length > MOST_CARDS || names > MOST_NAMES;
-  const note = isPart
+  const isPart = report.files.length > MOST_CARDS;
+  const files = isPart
     ? `A part: of ${counted(report.files.length, "file", "files")} the ${cards.size} with most calls ` +
-      `between them, and of ${counted(names, "name", "names")} that no file has the ` +
-      `${Math.min(names, MOST_NAMES)} that these call most. A file's own page shows all around it.`
-    : "Every file, with the functions that calls lead to or from. A click leads to the file.";
+      "between them"
+    : "Every file, with the functions that calls lead to or from";
+  const others = names > MOST_NAMES
+    ? `, and of ${counted(names, "name", "names")} that no file has the ${MOST_NAMES} that are called most`
+    : "";
+  const note = `${files}${others}. A click leads to a file's own page, which shows what is around it.`;
   return element("section", {}, element("h2", {}, "Call graph"), element("p", { class: "hint" }, note),
                  graphFrame(calls, undefined, cards));
 }
