@@ -114,14 +114,18 @@ TEST_F(Scale, works_with_make) {
 
 TEST_F(Scale, works_in_shards) {
     extract("bash", "blocks");
-    run("awk '/^find/ { n++ } n == 2' blocks | sed '/^#!/,$d' > parallel; sed '1,/^#!/d' blocks > "
-        "task");
+    run("awk '/^find/ { n++ } n == 2' blocks | sed '/^#!/,$d' > parallel; sed '1,/^#!/d; "
+        "/^mtranslate/d' blocks > task; "
+        "tail -n 1 blocks > merge");
     check({
         {"sh ./parallel 2> /dev/null; " + SAME, 0, "same\n", ""},
         {"rm -r out; "
          "for task in $(seq 0 9); do SLURM_ARRAY_TASK_ID=$task sh ./task 2> /dev/null; done; " +
              SAME,
          0, "same\n", ""},
+        {"sh ./merge && grep -c '<html' report.html; mtranslate src -O out --report whole.json 2> "
+         "/dev/null; mtranslate report part-*.json -o parts.json; cmp parts.json whole.json",
+         0, "1\n", ""},
     });
 }
 
