@@ -23,9 +23,10 @@ protected:
             "--user-data-dir=./browser --enable-logging=stderr --dump-dom 'file://" +
             (directory / "r.html").string() + address + "'");
         const std::string said = read(directory / "err");
-        EXPECT_EQ(said.find("Uncaught"), said.npos) << said;
+        const std::size_t uncaught = said.find("Uncaught");
+        EXPECT_EQ(uncaught, said.npos) << said.substr(std::min(uncaught, said.size()), 200);
         const std::string page = read(directory / "out");
-        const std::size_t begin = page.find("<main");
+        const std::size_t begin = std::min(page.find("<main"), page.size());
         return page.substr(begin, page.find("</main>") - begin);
     }
 };
@@ -36,14 +37,25 @@ int count(const std::string &text, const std::string &pattern) {
                                           std::sregex_iterator()));
 }
 
+std::string without_tags(const std::string &page) {
+    std::string text;
+    bool is_tag = false;
+    for (const char c : page) {
+        if (c == '<') is_tag = true;
+        if (!is_tag) text += c;
+        if (c == '>') is_tag = false;
+    }
+    return text;
+}
+
 /* The rows of the table with the id, each with its cells' texts between bars. */
 std::string rows_of(const std::string &page, const std::string &id) {
     const std::size_t begin = page.find("<tbody>", page.find("id=\"" + id + "\""));
     if (begin == page.npos) return "";
     std::string rows = page.substr(begin, page.find("</tbody>", begin) - begin);
-    for (const auto &[pattern, text] : {std::pair("</tr>", "\n"), {"</td>", "|"}, {"<[^>]*>", ""}})
+    for (const auto &[pattern, text] : {std::pair("</tr>", "\n"), {"</td>", "|"}})
         rows = std::regex_replace(rows, std::regex(pattern), text);
-    return rows;
+    return without_tags(rows);
 }
 
 }  // namespace
@@ -69,7 +81,7 @@ TEST_F(Page, shows_source_and_translation_with_messages) {
     for (const char *command : {"check src", "src -O o"}) {
         run("mtranslate " + std::string(command) + " --report r.html");
         const std::string page = elements("#file=7");
-        const std::string text = std::regex_replace(page, std::regex("<[^>]*>"), "");
+        const std::string text = without_tags(page);
         EXPECT_EQ(count(page, "<img|<b>"), 0);
         EXPECT_EQ(count(text, "1% &lt;img src=x&gt;1# &lt;img src=x&gt;2s"), 1) << text;
         EXPECT_EQ(count(text, "'&lt;/script&gt;&lt;b&gt;&amp;amp;é';  % é"), 1) << text;
