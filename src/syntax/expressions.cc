@@ -266,11 +266,10 @@ Node *parse_anonymous(uint32_t start) {
 
 // @name with the dots of packages, from the name on.
 Node *take_handle(uint32_t start) {
-    uint32_t name = Current.start;
-    do advance();
-    while (Current.kind == TOKEN_FIELD);
+    const char *text = Current.text;
+    for (advance(); Current.kind == TOKEN_FIELD; advance()) text = join({text, ".", Current.text});
     Node *handle = finish(new_node(NODE_HANDLE, start));
-    handle->text = text_of(spelling_of_bytes(Scan.text + name, Previous.end - name));
+    handle->text = text_of(spelling_of_bytes(text, static_cast<uint32_t>(strlen(text))));
     return handle;
 }
 
