@@ -97,24 +97,54 @@ void put_statement(const Node *node) {
 }
 
 // A statement that cannot be translated is given up as a whole, with the lines that it has so far.
-void put_or_give_up(const Node *node, Lines *lines) {
+// Answers whether its source stands there instead.
+bool put_or_give_up(const Node *node, Lines *lines) {
     MessageId outer = Lowering.gap;
     Lowering.gap = MESSAGE_COUNT;
     put_statement(node);
-    if (Lowering.gap != MESSAGE_COUNT) {
+    bool is_given_up = Lowering.gap != MESSAGE_COUNT;
+    if (is_given_up) {
         *lines = {nullptr, nullptr};
         put_gap(node, Lowering.gap);
     }
     Lowering.gap = outer;
+    return is_given_up || node->kind == NODE_BAD;
 }
 
 // A list of statements while it is put.
 struct Siblings {
     Lines *lines;
-    Line *trailed;       // last line of the statement or head before; null when that has none
-    bool has_any;        // a statement or comment has been put
-    bool blank_pending;  // an empty line goes in front of what is put next
+    Line *trailed;        // last line of the statement or head before; null when that has none
+    bool has_any;         // a statement or comment has been put
+    bool blank_pending;   // an empty line goes in front of what is put next
+    const Node *next;     // the next statement, or null when it is not known
+    bool has_inside;      // comments from inside of it have been put
+    Line *before_inside;  // the line in front of them, or null
 };
+
+const Node *next_statement(const Node *node) {
+    while (node && node->kind == NODE_COMMENT) node = node->next;
+    return node;
+}
+
+void note_inside(Siblings *siblings, const Node *comment) {
+    if (siblings->has_inside || !has_flag(comment, INSIDE)) return;
+    if (!siblings->next) siblings->next = next_statement(comment);
+    if (!siblings->next || comment->offset < siblings->next->offset) return;
+    siblings->has_inside = true;
+    siblings->before_inside = siblings->lines->last;
+}
+
+// The source of a statement that is given up holds its comments.
+void drop_inside(Siblings *siblings) {
+    if (!siblings->has_inside) return;
+    siblings->lines->last = siblings->before_inside;
+    if (siblings->before_inside) {
+        siblings->before_inside->next = nullptr;
+    } else {
+        siblings->lines->first = nullptr;
+    }
+}
 
 void put_blank(Siblings *siblings) {
     if (siblings->blank_pending && siblings->has_any) add_line(siblings->lines, 0, "");
@@ -128,11 +158,12 @@ void put_one_comment(Siblings *siblings, const Node *comment) {
         put_blank(siblings);
         siblings->trailed = nullptr;  // a trailing one behind it follows it
     }
+    note_inside(siblings, comment);
     put_comment(comment, siblings->trailed);
 }
 
 // Lowers the statement into lines; answers what it needs in front, when it is an outermost one.
-Lines put_into(const Node *node, Lines *own) {
+Lines put_into(const Node *node, Lines *own, bool *is_given_up) {
     Lines in_front = {};
     bool is_outermost = !Lowering.in_front;
     if (is_outermost) {
@@ -140,15 +171,19 @@ Lines put_into(const Node *node, Lines *own) {
         Lowering.front_level = Lowering.level;
     }
     Lowering.lines = own;
-    put_or_give_up(node, own);
+    *is_given_up = put_or_give_up(node, own);
     if (is_outermost) Lowering.in_front = nullptr;
     return in_front;
 }
 
 void put_one_statement(Siblings *siblings, const Node *node) {
     Lines own = {};
-    Lines in_front = put_into(node, &own);
+    bool is_given_up;
+    Lines in_front = put_into(node, &own, &is_given_up);
     Lowering.lines = siblings->lines;
+    if (is_given_up) drop_inside(siblings);
+    siblings->next = nullptr;
+    siblings->has_inside = false;
     siblings->trailed = own.last;
     if (!own.first) return;
     put_blank(siblings);
@@ -161,7 +196,8 @@ void put_one_statement(Siblings *siblings, const Node *node) {
 void lower_siblings(const Node *first, const Node *end, int level) {
     int outer = Lowering.level;
     Lowering.level = level;
-    Siblings siblings = {Lowering.lines, Lowering.lines->last, false, false};
+    Siblings siblings = {Lowering.lines, Lowering.lines->last, false, false, nullptr, false,
+                         nullptr};
     for (const Node *node = first; node != end; node = node->next) {
         if (has_flag(node, BLANK_BEFORE)) siblings.blank_pending = true;
         if (node->kind == NODE_COMMENT) {

@@ -45,11 +45,16 @@ void add_all(Compound *compound, NodeList *list) {
 // Behind a head or a branch without one: its block.
 void add_block(Compound *compound) { add(compound, parse_block()); }
 
+Node *finish_compound(const Compound *compound, bool has_end) {
+    if (has_end && !compound->is_bad) return finish(compound->node);
+    compound->node->kind = NODE_BAD;
+    return finish_bad(compound->node);
+}
+
 Node *end_compound(Compound *compound, TokenKind other_end) {
     bool has_end = Current.kind == TOKEN_END || Current.kind == other_end;
     close_block(other_end, compound->node);
-    if (!has_end || compound->is_bad) compound->node->kind = NODE_BAD;
-    return finish(compound->node);
+    return finish_compound(compound, has_end);
 }
 
 // A head's expression. Comments in the first head stand in front of the statement, those in the
@@ -213,8 +218,7 @@ Node *parse_do(Statement *) {
     close_block(TOKEN_UNTIL, compound.node);
     if (has_end) add(&compound, parse_head());
     if (!compound.is_bad) put_inside_comments_last(compound.node->first_child);
-    if (!has_end || compound.is_bad) compound.node->kind = NODE_BAD;
-    return finish(compound.node);
+    return finish_compound(&compound, has_end);
 }
 
 Node *parse_switch(Statement *statement) {

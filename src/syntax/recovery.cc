@@ -171,14 +171,10 @@ void skip_statement() {
     }
 }
 
-// A bad node from start to what has been read last, without line ends.
 Node *bad_node(uint32_t start, const NodeList *children) {
     Node *bad = new_node(NODE_BAD, start);
-    const char *end = Scan.text + Previous.end;
-    while (end > Scan.text + start && (is_blank(end[-1]) || is_line_end(end[-1]))) end--;
-    bad->length = offset_of(end) - start;
     bad->first_child = children->first;
-    return bad;
+    return finish_bad(bad);
 }
 
 // Skips a token, comments apart.
@@ -189,6 +185,15 @@ void skip_token(NodeList *comments) {
 }
 
 }  // namespace
+
+// Between two tokens stand comments of continued lines.
+Node *finish_bad(Node *node) {
+    uint32_t behind = Previous.end > Current.start ? Previous.end : Current.start;
+    const char *end = Scan.text + behind;
+    while (end > Scan.text + node->offset && (is_blank(end[-1]) || is_line_end(end[-1]))) end--;
+    node->length = offset_of(end) - node->offset;
+    return node;
+}
 
 void recover() {
     Failed = false;
@@ -202,6 +207,8 @@ Node *recover_statement(uint32_t start) {
     recover();
     NodeList comments;
     append_all(&comments, &Scan.comments);
+    // behind a comma a continued line may begin
+    if (comments.first && comments.first->offset < start) start = comments.first->offset;
     return bad_node(start, &comments);
 }
 
