@@ -75,7 +75,7 @@ private:
             case 0: return literal(digits + ".5", digits + ".5");
             case 1: return literal(digits + "D3", digits + "e3");
             case 2: return literal(digits + "j", digits + "*I");
-            case 3: return literal("'t" + digits + " %''['", "t" + digits + " %'[");
+            case 3: return literal("'té" + digits + " %''['", "té" + digits + " %'[");
             case 4: return literal("\"t" + digits + " ...\"\"\"", "t" + digits + " ...\\\"");
             default: return whole_number();
         }
@@ -456,7 +456,7 @@ private:
         if (!writing_.has_comments || one_in(2)) return "";
         return pick({" % ", "%", "\t# "}) + mark();
     }
-    std::string mark() { return "~" + std::to_string(comments_++) + "~"; }
+    std::string mark() { return "_" + std::to_string(comments_++) + "_"; }
 
     void write(const Piece &piece) {
         switch (piece.kind) {

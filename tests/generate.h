@@ -14,7 +14,7 @@ struct Writing {
     bool has_continuations = false; /* continued lines there */
     bool has_parentheses = false;   /* operands in parentheses that change nothing */
     bool has_separators = false;    /* all ends of statements, elements and rows */
-    bool has_comments = false;      /* comments everywhere, numbered by "~0~", "~1~", ... */
+    bool has_comments = false;      /* comments everywhere, numbered by "_0_", "_1_", ... */
     std::string line_end = "\n";
 };
 

@@ -120,7 +120,7 @@ void sort_by_number(Texts &names) {
 }
 
 Texts marks_in(const std::string &text) {
-    static const std::regex mark("~\\d+~");
+    static const std::regex mark("_\\d+_");
     return {std::sregex_token_iterator(text.begin(), text.end(), mark), {}};
 }
 

@@ -9,8 +9,21 @@ namespace {
 
 MatlabRun *UnderWay;
 
+bool continues_character(char byte) { return (byte & 0xC0) == 0x80; }
+
+/* Bytes of the well-formed character that begins with a byte beyond ASCII; 0 for none. */
+size_t character_size(const std::string &source, size_t at) {
+    const auto lead = static_cast<unsigned char>(source[at]);
+    const size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 0;
+    for (size_t i = 1; i < size; i++)
+        if (at + i >= source.size() || !continues_character(source[at + i])) return 0;
+    return size;
+}
+
 bool is_inside_character(const std::string &source, size_t at) {
-    return at < source.size() && (source[at] & 0xC0) == 0x80;
+    size_t start = at;
+    while (start > 0 && start < source.size() && continues_character(source[start])) start--;
+    return start < at && start + character_size(source, start) > at;
 }
 
 /* The line and column of an offset, by counting. */

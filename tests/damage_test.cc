@@ -1,0 +1,213 @@
+/* Damaged programs in matlab and octave: a message at its place, whatever is wrong, and a next run
+ * that knows nothing of it. */
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <random>
+
+#include "diagnose/messages.h"
+#include "tests/generate.h"
+#include "tests/host_text.h"
+#include "tests/matlab_run.h"
+
+namespace mtranslate {
+
+namespace {
+
+/* Words, numbers, line ends and single characters; those of UTF-8 as they come, byte by byte. */
+Texts tokens_of(const std::string &source) {
+    static const std::regex token(R"(\w+|\r?\n| +|[^\w\s])");
+    return {std::sregex_token_iterator(source.begin(), source.end(), token), {}};
+}
+
+std::string joined(const Texts &tokens) {
+    std::string text;
+    for (const std::string &token : tokens) text += token;
+    return text;
+}
+
+/* Does one thing to a source: takes a token out, doubles it, puts another there, cuts the rest off
+ * or changes a byte. */
+std::string damaged(const std::string &source, std::mt19937 &random) {
+    static const Texts others = {
+        "end",   "(", ")", "[",  "]",  "{",   "}", "'",        "\"",   "%{\n", "%}\n", "...",
+        "=",     ",", ";", "\n", "if", "for", "@", "function", "else", "~",    "==",   "case",
+        "until", "!", "?", "#",  ".",  "\\",  "é", "\xc3",     "\xa0", "$",    "\x1a", "classdef "};
+    Texts tokens = tokens_of(source + " ");
+    const auto at = tokens.begin() + static_cast<long>(random() % tokens.size());
+    switch (random() % 6) {
+        case 0: tokens.erase(at); break;
+        case 1: tokens.insert(at, *at); break;
+        case 2: std::swap(*at, tokens[random() % tokens.size()]); break;
+        case 3: tokens.erase(at, tokens.end()); break;
+        case 4: at->at(random() % at->size()) ^= static_cast<char>(1 << random() % 8); break;
+        default: *at = others[random() % others.size()];
+    }
+    std::string text = joined(tokens);
+    std::ranges::replace(text, '\0', '\1');  // a NUL would end the command
+    return text;
+}
+
+/* Calls check(source) for many damaged programs until one fails. */
+template <typename Check>
+void for_damaged(unsigned programs, const Check &check) {
+    for (unsigned seed = 0; seed < programs; seed++) {
+        std::mt19937 random(seed);
+        const ProgramKind kind = static_cast<ProgramKind>(seed % 3);
+        const bool has_comments = seed % 2 == 0;
+        const std::string source =
+            written(make_program(kind, seed), {seed, true, true, false, true, has_comments, "\n"});
+        for (int i = 0; i < 8; i++) {
+            std::string wrong = damaged(source, random);
+            if (i % 4 == 3) wrong = damaged(wrong, random);
+            SCOPED_TRACE(wrong);
+            check(wrong);
+            if (testing::Test::HasFailure()) return;
+        }
+    }
+}
+
+bool is_failure_of(const NotedMessage &message) { return is_failure(message.id); }
+
+TEST(Damage, gives_messages_at_their_places_and_well_formed_text) {
+    for_damaged(120, [](const std::string &source) {
+        for (const char *language : {"matlab", "octave"}) {
+            const MatlabRun run = run_matlab(source, {language, "command", true});
+            EXPECT_EQ(run.misplaced, "");
+            EXPECT_EQ(run.errors, Texts());
+            EXPECT_EQ(form_error(run.text.value()), "") << *run.text;
+        }
+    });
+}
+
+/* Errors of the syntax come in the order of their places. */
+TEST(Damage, is_reported_in_order) {
+    for_damaged(60, [](const std::string &source) {
+        uint32_t last = 0;
+        for (const NotedMessage &message : run_matlab(source).messages) {
+            if (severity_of(message.id) != SEVERITY_ERROR) continue;
+            EXPECT_GE(message.offset, last) << message.text;
+            last = message.offset;
+        }
+    });
+}
+
+Texts found_in(const std::string &text, const std::regex &form) {
+    Texts found(std::sregex_token_iterator(text.begin(), text.end(), form), {});
+    std::ranges::sort(found);
+    return found;
+}
+
+/* What is called is in the translation, or in the comments of what could not be translated, and so
+ * is every comment, once. Functions without a head that can be read are left out. */
+TEST(Damage, loses_no_call_and_no_comment) {
+    static const std::regex call("\\bf\\d+\\b");
+    static const std::regex comment("_\\d+_");
+    for_damaged(60, [](const std::string &source) {
+        if (source.find("function") != std::string::npos) return;
+        const std::string text = run_matlab(source).text.value();
+        for (const std::string &name : found_in(source, call))
+            EXPECT_NE(text.find(name), std::string::npos) << name << "\n" << text;
+        EXPECT_EQ(found_in(text, comment), found_in(source, comment)) << text;
+    });
+}
+
+std::string first_failure_of(const MatlabRun &run) {
+    const auto first = std::ranges::find_if(run.messages, is_failure_of);
+    if (first == run.messages.end()) return "";
+    return "on line " + std::to_string(first->line) + ", " + first->text + "\n";
+}
+
+/* A run that does not keep going raises the first failure alone, however it leaves, and if
+ * RaiseError returns answers what the other run does. */
+TEST(Damage, raises_what_is_reported_first) {
+    for_damaged(40, [](const std::string &source) {
+        const MatlabRun all = run_matlab(source);
+        const std::string first = first_failure_of(all);
+        for (const ErrorExit exit : EVERY_EXIT) {
+            StandInHost host;
+            host.leave_errors_by(exit);
+            const MatlabRun run = run_matlab(host, source, {"matlab", "command", false});
+            ASSERT_EQ(run.errors.size(), first.empty() ? 0u : 1u);
+            if (!first.empty()) {
+                ASSERT_EQ(run.errors[0].substr(0, first.size()), first);
+            }
+            if (first.empty() || exit == ErrorExit::Return) {
+                ASSERT_EQ(run.text, all.text);
+            }
+            ASSERT_EQ(run.messages.size(), all.messages.size());
+        }
+    });
+}
+
+/* One run: its language, mode and how its errors leave. */
+struct Trial {
+    std::string source;
+    const char *language;
+    bool keeps_going;
+
+    std::string outcome() const {
+        static unsigned turn = 0;
+        SwitchCounter = 0;
+        StandInHost host;
+        host.leave_errors_by(EVERY_EXIT[turn++ % 2]);  // by throwing or returning
+        const MatlabRun run = run_matlab(host, source, {language, "command", keeps_going});
+        std::string text = run.errors.empty() ? run.text.value_or("null") : run.errors[0];
+        for (const NotedMessage &message : run.messages) text += message.text + "\n";
+        return text;
+    }
+};
+
+/* What the trial gives in a process that has run nothing else. */
+std::string outcome_alone(const Trial &trial) {
+    int ends[2];
+    if (pipe(ends) != 0) return "no pipe";
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::string text = trial.outcome();
+        close(ends[0]);
+        _exit(write(ends[1], text.data(), text.size()) < 0);
+    }
+    close(ends[1]);
+    std::string text;
+    char bytes[4096];
+    for (ssize_t size; (size = read(ends[0], bytes, sizeof bytes)) > 0;)
+        text.append(bytes, static_cast<size_t>(size));
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    return text;
+}
+
+/* Programs in all languages, whole and damaged. */
+std::vector<Trial> trials() {
+    std::vector<Trial> all;
+    for (unsigned seed = 0; seed < 24; seed++) {
+        std::mt19937 random(seed);
+        const char *const languages[] = {"matlab", "octave", "classic"};
+        std::string source = written(make_program(static_cast<ProgramKind>(seed % 3), seed), {});
+        if (seed % 2 == 1) source = damaged(source, random);
+        for (const char *language : languages) all.push_back({source, language, seed % 4 < 2});
+    }
+    all.push_back({"switch a, case 1, b; end, global c", "classic", false});
+    all.push_back({"x = ones(2); y = x'; [x y]", "classic", false});
+    all.push_back({"function f(varargin), global a b, persistent c", "classic", false});
+    all.push_back({"x = [1, {f('open", "classic", false});
+    return all;
+}
+
+TEST(Damage, leaves_nothing_for_the_next_run_in_any_language) {
+    const std::vector<Trial> all = trials();
+    Texts alone;
+    for (const Trial &trial : all) alone.push_back(outcome_alone(trial));
+    std::mt19937 random(1);
+    for (size_t i = 0; i < 6 * all.size(); i++) {
+        const size_t which = random() % all.size();
+        ASSERT_EQ(all[which].outcome(), alone[which]) << all[which].language << "\n"
+                                                      << all[which].source;
+    }
+}
+
+}  // namespace
+
+}  // namespace mtranslate
