@@ -7,6 +7,7 @@
 #include "lower/lines.h"
 #include "lower/short_circuits.h"
 #include "support/allocation.h"
+#include "translate/operators.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -27,10 +28,10 @@ const char *stable_name(const char *text) {
 }
 
 void put_reading(const PendingField *field) {
-    const mExpr *is_field = new_keyword_call("isfield", {field->base, field->name});
+    const mExpr *is_field = new_keyword_call("isfield", {field->source, field->name});
     put_line("if %s then", {test_text(is_field->text)});
     Lowering.level++;
-    const mExpr *value = new_keyword_call("getfield", {field->base, field->name});
+    const mExpr *value = new_keyword_call("getfield", {field->source, field->name});
     put_line("%s := %s;", {field->value, value->text});
     Lowering.level--;
     put_line("else", {});
@@ -40,9 +41,13 @@ void put_reading(const PendingField *field) {
     put_line("end if;", {});
 }
 
+const char *structure_of(const Target *target) {
+    return target->source ? target->source : target->path.text;
+}
+
 PendingField *new_pending(const Target *target, const char *name) {
     PendingField *field = AllocRecord<PendingField>();
-    *field = {target->path.text, name, new_temporary(), target->pending};
+    *field = {target->path.text, structure_of(target), name, new_temporary(), target->pending};
     return field;
 }
 
@@ -51,7 +56,7 @@ void read_field(Target *target) {
     if (!target->field) return;
     PendingField *field = new_pending(target, stable_name(target->field));
     put_reading(field);
-    *target = {begin_path(field->value, false), nullptr, field};
+    *target = {begin_path(field->value, false), nullptr, nullptr, field};
 }
 
 void add_target_selector(Target *target, const Node *selector) {
@@ -63,10 +68,49 @@ void add_target_selector(Target *target, const Node *selector) {
     }
 }
 
+// NAME(k) in front of a field .(e): one position.
+bool needs_element(const Node *base, const Node *selector, const Node *end) {
+    if (selector != base->next || selector->kind != NODE_ARGUMENTS || selector->next == end)
+        return false;
+    const Node *position = selector->first_child;
+    return selector->next->kind == NODE_DYNAMIC_FIELD && position && !position->next &&
+           position->kind != NODE_COLON && position->kind != NODE_RANGE;
+}
+
+// A number, or a name for a longer text.
+const char *stable_position(const Node *argument, const char *base) {
+    EndBase at = {base, 1, 1, nullptr};
+    int32_t outer = open_bracket(IN_PARENTHESES);
+    const mExpr *position = lower_position(argument, &at);
+    close_bracket(outer);
+    return position->kind == EXPR_INTEGER ? position->text : stable_name(position->text);
+}
+
+// The element is read before its field is set: one that is not there yet begins empty.
+void add_element(Target *target, const Node *selector) {
+    const char *base = target->path.text;
+    const char *position = stable_position(selector->first_child, base);
+    const char *element = form_text("%s(%s)", {base, position});
+    target->source = new_temporary();
+    mExpr *count = new_leaf(last_position_text(base, 1, 1));
+    const mExpr *is_missing = new_operator2(OP_LT, count, new_leaf(position));
+    put_line("if %s then", {test_text(is_missing->text)});
+    Lowering.level++;
+    put_line("%s := Vector();", {target->source});
+    Lowering.level--;
+    put_line("else", {});
+    Lowering.level++;
+    put_line("%s := %s;", {target->source, element});
+    Lowering.level--;
+    put_line("end if;", {});
+    target->path = begin_path(element, false);
+    target->path.has_index = true;
+}
+
 void put_fields(const PendingField *field) {
     for (; field; field = field->outer) {
         const mExpr *changed =
-            new_keyword_call("setfield", {field->base, field->name, field->value});
+            new_keyword_call("setfield", {field->source, field->name, field->value});
         put_line("%s := %s;", {field->base, changed->text});
     }
 }
@@ -96,22 +140,27 @@ Target lower_target(const Node *node, const Node *end) {
     const Node *base = node->kind == NODE_NAME ? node : node->first_child;
     const char *name = written_name(base->symbol);
     start_empty(base->symbol, name);
-    Target target = {begin_path(name, false), nullptr, nullptr};
+    Target target = {begin_path(name, false), nullptr, nullptr, nullptr};
     if (node->kind == NODE_NAME) return target;
-    for (const Node *selector = base->next; selector != end; selector = selector->next)
-        add_target_selector(&target, selector);
+    for (const Node *selector = base->next; selector != end; selector = selector->next) {
+        if (needs_element(base, selector, end)) {
+            add_element(&target, selector);
+        } else {
+            add_target_selector(&target, selector);
+        }
+    }
     return target;
 }
 
 const char *target_value(const Target *target) {
     if (!target->field) return target->path.text;
-    return new_keyword_call("getfield", {target->path.text, target->field})->text;
+    return new_keyword_call("getfield", {structure_of(target), target->field})->text;
 }
 
 const char *target_text(Target *target) {
     if (target->field) {
         PendingField *field = new_pending(target, target->field);
-        *target = {begin_path(field->value, false), nullptr, field};
+        *target = {begin_path(field->value, false), nullptr, nullptr, field};
     }
     return target->path.text;
 }
@@ -119,7 +168,7 @@ const char *target_text(Target *target) {
 void put_value(const Target *target, const char *value) {
     if (target->field) {
         const mExpr *changed =
-            new_keyword_call("setfield", {target->path.text, target->field, value});
+            new_keyword_call("setfield", {structure_of(target), target->field, value});
         put_line("%s := %s;", {target->path.text, changed->text});
     } else {
         const char *form = is_identifier(value) ? "%s := copy(%s);" : "%s := %s;";

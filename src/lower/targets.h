@@ -6,7 +6,8 @@
 /* A structure's field of a name that is known at run time only: it is read into a temporary, and
  * set again when the temporary has been changed. */
 struct PendingField {
-    const char *base;
+    const char *base;   /* the structure: where it goes */
+    const char *source; /* and where it comes from */
     const char *name;
     const char *value; /* the temporary */
     PendingField *outer;
@@ -15,6 +16,8 @@ struct PendingField {
 /* Where a value goes. */
 struct Target {
     Path path;
+    const char *source;    /* of the structure at path, where that is read before its field .(e) is
+                              set, if it may not be there; else null */
     const char *field;     /* of the path, when that is a field .(e): its name; else null */
     PendingField *pending; /* innermost first; null for none */
 };

@@ -36,7 +36,8 @@ void note_element(Symbol *symbol, const Node *target) {
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
     if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
-    bool needs_start = selector->kind == NODE_BRACES || reads_base(selector);
+    bool is_read = reads_base(selector) || (selector->next && reads_base(selector->next));
+    bool needs_start = selector->kind == NODE_BRACES || is_read;
     if (!(symbol->flags & USED) && needs_start) symbol->flags |= SYMBOL_STARTS_EMPTY;
 }
 
