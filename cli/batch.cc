@@ -1,8 +1,6 @@
 /* From inputs to outputs, by way of the workers. */
 #include "cli/batch.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
@@ -22,6 +20,7 @@
 #include "cli/inputs.h"
 #include "cli/message_output.h"
 #include "cli/output.h"
+#include "cli/progress.h"
 #include "cli/report_output.h"
 #include "cli/source.h"
 #include "cli/translation.h"
@@ -57,7 +56,8 @@ public:
           inputs_(find_inputs(options.paths, options.excludes)),
           index_(options.root.empty() ? inputs_ : find_inputs({options.root}, options.excludes)),
           messages_(options),
-          report_(options) {
+          report_(options),
+          progress_(inputs_.size()) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) place_below(options.root, inputs_);
         for (std::size_t i = 0; i < inputs_.size(); ++i) {
@@ -74,7 +74,7 @@ public:
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
         const Workers workers(worker_count(), options_.limits);
         const int signal = workers.run(inputs_.size(), job, report);
-        clear_progress();
+        progress_.clear();
         messages_.finish();
         if (options_.mode != Mode::Assess && !messages_.owns_standard_error())
             std::cerr << summary(signal == 0);
@@ -160,12 +160,14 @@ private:
         count(result);
         if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
         report_.add(inputs_[i].path, result.has_output ? output_of(inputs_[i]) : "", result);
-        clear_progress();
+        progress_.clear();
         if (options_.mode != Mode::Assess || result.code == ExitCode::Trouble)
             messages_.write(result.diagnostics);
         if (!result.difference.empty()) Output(std::nullopt).write(result.difference);
+        const bool has_error = count_severities(result.diagnostics)[SEVERITY_ERROR] > 0;
         ++finished_;
-        show_progress();
+        progress_.add(inputs_[i].path, has_error);
+        progress_.show();
     }
 
     void count(const FileResult &result) {
@@ -181,19 +183,6 @@ private:
         tally_.ignored += result.ignored;
         if (result.is_written) ++tally_.written;
         if (!result.difference.empty()) differs_ = true;
-    }
-
-    /* On a terminal only: gone before anything else is written. */
-    void show_progress() {
-        if (!is_terminal_) return;
-        std::cerr << '[' << finished_ << '/' << inputs_.size() << "] "
-                  << tally_.with_errors + tally_.failed << " with errors" << std::flush;
-        has_progress_ = true;
-    }
-
-    void clear_progress() {
-        if (has_progress_) std::cerr << "\r\x1b[K";
-        has_progress_ = false;
     }
 
     std::string summary(bool is_whole) const {
@@ -228,8 +217,7 @@ private:
     std::vector<MadeFrom> made_;
     bool differs_ = false;
     std::size_t finished_ = 0;
-    const bool is_terminal_ = isatty(STDERR_FILENO) == 1;
-    bool has_progress_ = false;
+    Progress progress_;
 };
 
 }  // namespace

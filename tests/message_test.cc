@@ -139,6 +139,21 @@ TEST_F(Messages, have_colours_where_they_are_seen) {
     });
 }
 
+TEST_F(Messages, tell_people_at_a_terminal_how_far_a_batch_is) {
+    write(directory / "a.m", "x = 3 $ 4;\n");
+    write(directory / "b.m", "x = 1;\n");
+    check({
+        {"script -qec \"$tool check a.m b.m\" /dev/null > o; tr '\\r' '\\n' < o | grep -ac "
+         "'^.*\\[[12]/2\\] [0-9.]* MB/s, 1 with errors$'",
+         0, "2\n", ""},
+        {"tr '\\r' '\\n' < o | grep -a mtranslate:", 0,
+         "\x1b[Kmtranslate: 2 of 2 files: 1 without errors or gaps, 0 with gaps, 1 with errors, 0 "
+         "failed\n",
+         ""},
+        {"mtranslate check a.m b.m 2>&1 | grep -c MB/s", 1, "0\n", ""},
+    });
+}
+
 TEST_F(Messages, speak_to_programs) {
     write(directory / "a,b:%.m", "x = 3 $ 4;  % 100%\ny = f(1);\n");
     write(directory / "main.m", "y = g(1);\n");
