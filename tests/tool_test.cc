@@ -183,6 +183,28 @@ TEST_F(Tool, translates_trees) {
     });
 }
 
+TEST_F(Tool, knows_the_folders_of_a_tree) {
+    write(directory / "t/@shape/shape.m", "function s = shape(x)\ns.x = x;\n");
+    write(directory / "t/@shape/area.m", "function a = area(s)\na = half(side(s));\n");
+    write(directory / "t/@shape/private/half.m", "function y = half(x)\ny = x/2;\n");
+    write(directory / "t/@shape/side.m", "function y = side(s)\ny = s.x;\n");
+    write(directory / "t/+geo/+flat/turn.m", "function y = turn(x)\ny = x;\n");
+    write(directory / "t/sub/main.m", "a = area(shape(3)); b = geo.flat.turn(a); c = half(b);\n");
+    write(directory / "t/.hidden/x.m", "x = nowhere(1);\n");
+    std::filesystem::create_directory_symlink("..", directory / "t/sub/loop");
+    const std::string counts =
+        "mtranslate: 6 of 6 files: 6 without errors or gaps, 0 with gaps, 0 with errors, 0 failed";
+    const std::string half =
+        "t/sub/main.m: warning: 1 function is found nowhere and left to the host: half [MT401]\n";
+    check({
+        {"mtranslate check t", 0, "", half + counts + "\n"},
+        {"mtranslate t -O o -j 8 2> /dev/null; find o -type f | LC_ALL=C sort", 0,
+         "o/+geo/+flat/turn.txt\no/@shape/area.txt\no/@shape/private/half.txt\n"
+         "o/@shape/shape.txt\no/@shape/side.txt\no/sub/main.txt\n",
+         ""},
+    });
+}
+
 TEST_F(Tool, explains_its_messages) {
     EXPECT_EQ(run("mtranslate explain --page"), 0);
     EXPECT_EQ(read(directory / "out"), read(MTRANSLATE_SOURCE_DIR "/docs/messages.md"));
