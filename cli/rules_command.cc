@@ -19,7 +19,7 @@ namespace mtranslate {
 
 namespace {
 
-using Entry = std::pair<std::string, UnresolvedFunction>;
+using Entry = std::pair<std::string, SurveyedFunction>;
 
 std::string counted(std::size_t count, const char *thing) {
     return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
@@ -37,7 +37,7 @@ std::string arguments_of(const CountsByArguments &calls) {
     return list + (is_one ? " argument" : " arguments");
 }
 
-std::string comment_of(const UnresolvedFunction &function) {
+std::string comment_of(const SurveyedFunction &function) {
     const std::string files = " in " + counted(function.files, "file");
     const std::string place = "; " + printable(function.place);
     if (function.calls.empty()) return "# a handle" + files + place;
@@ -49,7 +49,7 @@ std::string key_of(const std::string &name) {
     return name.find('.') == name.npos ? name : '"' + name + '"';
 }
 
-std::vector<Entry> most_used_first(const UnresolvedFunctions &functions) {
+std::vector<Entry> most_used_first(const SurveyedFunctions &functions) {
     std::vector<Entry> entries(functions.begin(), functions.end());
     std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
         return a.second.count() > b.second.count();
@@ -66,7 +66,7 @@ std::string table_of(const char *head, const std::vector<Entry> &entries, bool a
     return lines.empty() ? "" : '\n' + std::string(head) + '\n' + lines;
 }
 
-std::string template_of(const UnresolvedFunctions &functions) {
+std::string template_of(const SurveyedFunctions &functions) {
     const std::vector<Entry> entries = most_used_first(functions);
     return "# Functions that are found nowhere, most used first. Between the quotes belongs what "
            "the\n"

@@ -24,7 +24,7 @@
 namespace mtranslate {
 
 template <class Archive>
-void serialize(Archive &archive, UnresolvedFunction &of) {
+void serialize(Archive &archive, SurveyedFunction &of) {
     archive(of.calls, of.files, of.place);
 }
 
@@ -32,7 +32,7 @@ namespace {
 
 /* What a worker tells about a file. */
 struct Answer {
-    UnresolvedFunctions functions;
+    SurveyedFunctions functions;
     std::string trouble;
 };
 
@@ -48,8 +48,8 @@ std::string quoted_name(const std::string &text) {
 }
 
 /* A name that is found nowhere is that of a function, or of the package of functions. */
-UnresolvedFunctions unresolved_in(const Translation &translation) {
-    UnresolvedFunctions functions;
+SurveyedFunctions unresolved_in(const Translation &translation) {
+    SurveyedFunctions functions;
     for (const Diagnostic &message : translation.diagnostics) {
         if (message.code != MessageTable[UNKNOWN_FUNCTION].code) continue;
         const std::string name = quoted_name(message.text);
@@ -123,9 +123,9 @@ private:
         for (const auto &[name, function] : answer.functions) add(name, function);
     }
 
-    void add(const std::string &name, const UnresolvedFunction &function) {
-        const UnresolvedFunction none{{}, 0, function.place};
-        UnresolvedFunction &sum = survey_.functions.try_emplace(name, none).first->second;
+    void add(const std::string &name, const SurveyedFunction &function) {
+        const SurveyedFunction none{{}, 0, function.place};
+        SurveyedFunction &sum = survey_.functions.try_emplace(name, none).first->second;
         ++sum.files;
         for (const auto &[arguments, count] : function.calls) sum.calls[arguments] += count;
     }
@@ -139,7 +139,7 @@ private:
 
 }  // namespace
 
-std::size_t UnresolvedFunction::count() const {
+std::size_t SurveyedFunction::count() const {
     return std::accumulate(calls.begin(), calls.end(), std::size_t{0},
                            [](std::size_t sum, const auto &entry) { return sum + entry.second; });
 }

@@ -11,7 +11,7 @@
 namespace mtranslate {
 
 /* A function that is found nowhere. */
-struct UnresolvedFunction {
+struct SurveyedFunction {
     CountsByArguments calls; /* none: a handle only */
     std::size_t files = 0;   /* that use it */
     std::string place;       /* of its first use: "FILE:LINE" */
@@ -20,10 +20,10 @@ struct UnresolvedFunction {
 };
 
 /* By their names, with the packages that they belong to. */
-using UnresolvedFunctions = std::map<std::string, UnresolvedFunction>;
+using SurveyedFunctions = std::map<std::string, SurveyedFunction>;
 
 struct Survey {
-    UnresolvedFunctions functions;
+    SurveyedFunctions functions;
     std::string troubles; /* lines for the user: files that could not be worked on */
     int signal = 0;       /* that has ended it early */
 };

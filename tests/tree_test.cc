@@ -1,0 +1,164 @@
+/* What holds for every tree, whatever is in it: made-up programs, some of them damaged, translated
+ * in all the ways that ought to come to the same. */
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "tests/generate.h"
+#include "tests/tool.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr unsigned PROGRAMS = 36;
+
+/* A program of the seed; every third is damaged by a token that is left out. */
+std::string source_of(unsigned seed) {
+    const auto kind = static_cast<ProgramKind>(seed % 3);
+    std::string text = written(make_program(kind, seed), {seed, true, true, false, true, true});
+    if (seed % 3 == 1) text.erase(text.find_last_of("=(", text.size() / 2), 1);
+    return text;
+}
+
+/* Folders with the programs f0.m, f1.m, ...; the programs call such functions. */
+class Trees : public Tool {
+protected:
+    Trees() {
+        for (unsigned seed = 0; seed < PROGRAMS; ++seed) {
+            const std::string folder = seed % 4 == 0 ? "t/deep/er/" : "t/";
+            const std::string name = "f" + std::to_string(seed) + ".m";
+            write(directory / (folder + name), source_of(seed));
+        }
+    }
+
+    std::string output_of(const std::string &command) {
+        run(command);
+        return read(directory / "out");
+    }
+};
+
+/* A message as every form can tell it. */
+struct Told {
+    std::string severity, code, file, text;
+    std::size_t line, column;
+
+    auto operator<=>(const Told &) const = default;
+};
+using AllTold = std::vector<Told>;
+
+AllTold told_in_json(const std::string &lines) {
+    AllTold all;
+    std::istringstream input(lines);
+    for (std::string line; std::getline(input, line);) {
+        const Json json = Json::parse(line);
+        all.push_back({json["severity"], json["code"], json["file"], json["message"], json["line"],
+                       json["column"]});
+    }
+    return all;
+}
+
+AllTold told_in_sarif(const std::string &log) {
+    AllTold all;
+    const Json document = Json::parse(log);
+    for (const Json &result : document["runs"][0]["results"]) {
+        const Json &place = result["locations"][0]["physicalLocation"];
+        all.push_back({result["level"], result["ruleId"], place["artifactLocation"]["uri"],
+                       result["message"]["text"], place["region"]["startLine"],
+                       place["region"]["startColumn"]});
+    }
+    return all;
+}
+
+/* Of the rows of a form that has a message a line; the groups of the pattern are severity, code,
+ * file, text, line and column in the given order. */
+AllTold told_in_rows(const std::string &text, const std::regex &row, const std::array<int, 6> &at) {
+    AllTold all;
+    for (std::sregex_iterator found(text.begin(), text.end(), row), end; found != end; ++found) {
+        const auto group = [&](int i) { return (*found)[at[i]].str(); };
+        all.push_back(
+            {group(0), group(1), group(2), group(3), std::stoul(group(4)), std::stoul(group(5))});
+    }
+    return all;
+}
+
+/* As forms tell it that have no word for a gap and another one for a note. */
+AllTold with_levels(AllTold all, const std::string &note) {
+    for (Told &told : all) {
+        if (told.severity == "gap") told.severity = "error";
+        if (told.severity == "note") told.severity = note;
+    }
+    return all;
+}
+
+}  // namespace
+
+TEST_F(Trees, have_the_same_messages_in_every_form) {
+    const AllTold all = told_in_json(output_of("mtranslate check t --format json"));
+    ASSERT_GT(all.size(), 2 * PROGRAMS);
+    EXPECT_EQ(told_in_sarif(output_of("mtranslate check t --format sarif")),
+              with_levels(all, "note"));
+    const std::regex command(
+        "::(\\w+) file=(.*?),line=(\\d+),col=(\\d+),endColumn=\\d+,title="
+        "(MT\\d+) [-\\w]+::(.*)\n");
+    std::string annotations = output_of("mtranslate check t --format github");
+    annotations = std::regex_replace(annotations, std::regex("%25"), "%");
+    EXPECT_EQ(told_in_rows(annotations, command, {1, 5, 2, 6, 3, 4}), with_levels(all, "notice"));
+    const std::regex line(
+        "(t/\\S+?):(\\d+):(\\d+): (error|gap|warning|note): (.*) \\[(MT\\d+)\\]\n");
+    const AllTold shown =
+        told_in_rows(output_of("mtranslate check t 2>&1"), line, {4, 6, 1, 5, 2, 3});
+    AllTold with_place;  // functions found nowhere are a list
+    std::copy_if(all.begin(), all.end(), std::back_inserter(with_place),
+                 [](const Told &told) { return told.code != "MT401"; });
+    EXPECT_EQ(shown, with_place);
+}
+
+TEST_F(Trees, do_not_depend_on_the_number_of_workers) {
+    for (const std::string options : {"", "--closure -I t", "--format json", "--strict"}) {
+        SCOPED_TRACE(options);
+        std::string one, many;
+        for (const auto &[workers, told] : {std::pair("1", &one), {"7", &many}}) {
+            const std::string folder = std::string("o") + workers;
+            run("rm -rf " + folder + "; mtranslate t -O " + folder + " -j " + workers + " " +
+                options + " --report " + folder + ".md");
+            *told = read(directory / "out") + read(directory / "err");
+        }
+        EXPECT_EQ(one, many);
+        EXPECT_EQ(output_of("diff -r o1 o7 && diff o1.md o7.md"), "");
+    }
+}
+
+TEST_F(Trees, change_only_where_a_source_has) {
+    run("mtranslate t -O o");
+    const std::string messages = read(directory / "err");
+    run("mtranslate t -O o");
+    EXPECT_NE(read(directory / "err").find("; 0 written\n"), std::string::npos);
+    run("mtranslate check t");
+    const std::size_t end = messages.rfind("; ");
+    EXPECT_EQ(read(directory / "err"), messages.substr(0, end) + "\n");
+    EXPECT_EQ(output_of("mtranslate diff t -O o"), "");
+    run("echo 'x_changed = 1;' >> t/deep/er/f0.m");
+    const std::string difference = output_of("mtranslate diff t -O o");
+    EXPECT_NE(difference.find("\n+x_changed := 1;\n"), std::string::npos) << difference;
+    EXPECT_EQ(difference.find("--- ", 1), std::string::npos) << "only one file differs";
+    run("mtranslate t -O o");
+    EXPECT_NE(read(directory / "err").find("; 1 written\n"), std::string::npos);
+}
+
+/* With its closure each file of a tree is what it is alone, messages and all. */
+TEST_F(Trees, are_made_of_files_that_could_be_alone) {
+    run("mtranslate t -O o --closure -I t");
+    for (unsigned seed = 1; seed < PROGRAMS; seed += 2) {
+        const std::string name = "f" + std::to_string(seed);
+        SCOPED_TRACE(name + ".m:\n" + source_of(seed));
+        EXPECT_EQ(output_of("mtranslate -I t t/" + name + ".m"),
+                  read(directory / ("o/" + name + ".txt")));
+        const std::string alone = read(directory / "err");
+        run("mtranslate check --closure -I t t/" + name + ".m");
+        EXPECT_EQ(read(directory / "err").find(alone), 0U);
+    }
+}
+
+}  // namespace mtranslate
