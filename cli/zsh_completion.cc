@@ -1,4 +1,4 @@
-/* Completion for zsh, in the specifications of its function _arguments. */
+/* Completion for zsh, in the entries of its function _arguments. */
 #include "cli/completion_words.h"
 #include "cli/completions.h"
 
@@ -8,7 +8,7 @@ namespace {
 
 std::string quoted(const std::string &text) { return '\'' + replaced(text, "'", "'\\''") + '\''; }
 
-/* A text within the brackets of a specification. */
+/* A text within the brackets of an entry. */
 std::string explanation(const std::string &text) {
     std::string result;
     for (const char c : text) {
@@ -31,7 +31,7 @@ std::string value(const ArgumentInfo &argument) {
 }
 
 /* One name of an option, which excludes its other names unless it can be repeated. */
-std::string specification(const ArgumentInfo &argument, const std::string &name) {
+std::string entry_of(const ArgumentInfo &argument, const std::string &name) {
     std::string text = argument.is_repeatable ? "*" : '(' + joined(argument.names) + ')';
     text += name;
     if (!argument.value.empty()) text += name.starts_with("--") ? '=' : '+';
@@ -43,12 +43,12 @@ std::string positional(const ArgumentInfo &argument) {
     return quoted((argument.is_repeatable ? "*" : ":") + value(argument));
 }
 
-/* The specifications of all arguments, each in a line. */
-std::string specifications(const std::vector<ArgumentInfo> &arguments) {
+/* The entries of all arguments, each in a line. */
+std::string entries_of(const std::vector<ArgumentInfo> &arguments) {
     std::string text;
     for (const ArgumentInfo &argument : arguments) {
         for (const std::string &name : argument.names)
-            text += " \\\n            " + specification(argument, name);
+            text += " \\\n            " + entry_of(argument, name);
         if (argument.is_positional()) text += " \\\n            " + positional(argument);
     }
     return text;
@@ -56,7 +56,7 @@ std::string specifications(const std::vector<ArgumentInfo> &arguments) {
 
 std::string branch(const std::string &pattern, const std::string &first,
                    const std::vector<ArgumentInfo> &arguments) {
-    return "    " + pattern + ")\n        _arguments -s -S " + first + specifications(arguments) +
+    return "    " + pattern + ")\n        _arguments -s -S " + first + entries_of(arguments) +
            "\n        ;;\n";
 }
 

@@ -11,6 +11,8 @@
 #include <sstream>
 #include <string>
 
+#include "tests/texts.h"
+
 namespace mtranslate {
 
 namespace fs = std::filesystem;
@@ -20,17 +22,7 @@ inline void write(const fs::path &path, const std::string &text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-inline std::string read(const fs::path &path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-inline std::string repeated(const std::string &text, int count) {
-    std::string all;
-    while (count-- > 0) all += text;
-    return all;
-}
+inline std::string read(const fs::path &path) { return read_file(path); }
 
 struct ToolCall {
     std::string command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */

@@ -17,22 +17,11 @@
 #include "emit/switch_writer.h"
 #include "host/stand_in_host.h"
 #include "run/last_error.h"
+#include "tests/texts.h"
 
 namespace mtranslate {
 
 using Texts = std::vector<std::string>;
-
-inline std::string read_file(const std::string &path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-inline std::string repeated(const std::string &text, int count) {
-    std::string all;
-    while (count-- > 0) all += text;
-    return all;
-}
 
 /* A table of cases/, without its comments: lines that begin with "# ". */
 inline std::string table(const std::string &name) {
