@@ -41,7 +41,11 @@ std::string damaged(const std::string &source, std::mt19937 &random) {
         case 1: tokens.insert(at, *at); break;
         case 2: std::swap(*at, tokens[random() % tokens.size()]); break;
         case 3: tokens.erase(at, tokens.end()); break;
-        case 4: at->at(random() % at->size()) ^= static_cast<char>(1 << random() % 8); break;
+        case 4: {
+            char &byte = at->at(random() % at->size());
+            byte = static_cast<char>(byte ^ (1 << random() % 8));
+            break;
+        }
         default: *at = others[random() % others.size()];
     }
     std::string text = joined(tokens);
