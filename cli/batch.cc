@@ -121,22 +121,20 @@ private:
         const Source source = open_source(options);
         const Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
-        result.code = translation.code;
-        result.diagnostics = translation.diagnostics;
-        result.ignored = translation.ignored;
-        result.files_read = names_of(translation.files_read);
-        result.rules_used = translation.rules_used;
-        result.facts = translation.facts;
-        if (!translation.text) return;
-        if (options_.mode == Mode::Compare) {
-            result.difference = difference(output, *translation.text);
-        } else if (options_.mode == Mode::Translate) {
+        result = result_of(translation);
+        if (translation.text) put_text(result, translation, output);
+    }
+
+    void put_text(FileResult &result, const Translation &translation,
+                  const std::string &output) const {
+        if (options_.mode == Mode::Translate) {
             result.is_written = write(output, translation);
             result.has_output = true;
+            return;
         }
-        const bool is_in_file = options_.mode == Mode::Translate;
-        if (!is_in_file && shows_translations(options_.report))
-            result.translation = translation.text;
+        if (options_.mode == Mode::Compare)
+            result.difference = difference(output, *translation.text);
+        if (shows_translations(options_.report)) result.translation = translation.text;
     }
 
     static bool write(const std::string &path, const Translation &translation) {

@@ -1,7 +1,6 @@
 /* The form of depfiles. */
 #include "cli/depfile.h"
 
-#include <algorithm>
 #include <set>
 
 #include "cli/output.h"
@@ -24,16 +23,6 @@ std::string escaped(const std::string &name) {
 }
 
 }  // namespace
-
-std::vector<std::string> names_of(const FilesRead &files) {
-    std::vector<std::string> names;
-    for (const FileRead &file : files) {
-        const bool has_name = file.path != "<stdin>" && !file.path.starts_with("/proc/self/fd/");
-        if (has_name && std::ranges::find(names, file.path) == names.end())
-            names.push_back(file.path);
-    }
-    return names;
-}
 
 void write_depfile(const std::string &path, const std::vector<MadeFrom> &outputs) {
     std::string text;

@@ -13,9 +13,6 @@ struct MadeFrom {
     std::vector<std::string> files;
 };
 
-/* The files that other programs can find again under their names. */
-std::vector<std::string> names_of(const FilesRead &files);
-
 /* Writes a rule without a recipe for each output, and an empty one for each file, so that one
  * that is gone stops no build. Names are written as make and ninja read them; a line end in a
  * name is beyond both. Throws FileError. */

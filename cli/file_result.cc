@@ -9,6 +9,8 @@
 #include <sstream>
 #include <utility>
 
+#include "cli/translation.h"
+
 namespace mtranslate {
 
 template <class Archive>
@@ -42,6 +44,17 @@ template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
             of.is_written, of.rules_used, of.facts, of.translation);
+}
+
+FileResult result_of(const Translation &translation) {
+    FileResult result;
+    result.code = translation.code;
+    result.diagnostics = translation.diagnostics;
+    result.ignored = translation.ignored;
+    result.files_read = names_of(translation.files_read);
+    result.rules_used = translation.rules_used;
+    result.facts = translation.facts;
+    return result;
 }
 
 std::string to_text(const FileResult &result) {

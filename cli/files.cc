@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -44,6 +45,16 @@ Descriptor::~Descriptor() {
     const int reason = errno;
     if (number_ >= 0) close(number_);
     errno = reason;
+}
+
+std::vector<std::string> names_of(const FilesRead &files) {
+    std::vector<std::string> names;
+    for (const FileRead &file : files) {
+        const bool has_name = file.path != "<stdin>" && !file.path.starts_with("/proc/self/fd/");
+        if (has_name && std::ranges::find(names, file.path) == names.end())
+            names.push_back(file.path);
+    }
+    return names;
 }
 
 void check_size(const struct stat &status, const std::string &path) {

@@ -45,6 +45,9 @@ struct FileRead {
 };
 using FilesRead = std::vector<FileRead>;
 
+/* The files that other programs can find again under their names. */
+std::vector<std::string> names_of(const FilesRead &files);
+
 /* Throws FileError where a file of this status is too large for a source. */
 void check_size(const struct stat &status, const std::string &path);
 

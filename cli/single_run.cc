@@ -28,12 +28,8 @@ std::string name_of_source(const Options &options) {
 }
 
 void report(const Options &options, const Translation &translation) {
-    FileResult result;
-    result.code = translation.code;
-    result.diagnostics = translation.diagnostics;
-    result.facts = translation.facts;
+    FileResult result = result_of(translation);
     result.translation = translation.text;
-    result.rules_used = translation.rules_used;
     ReportOutput output(options);
     output.add(*options.rules);
     output.add(name_of_source(options), options.output.value_or(""), result);

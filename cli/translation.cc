@@ -115,13 +115,40 @@ public:
     RunWatch &operator=(const RunWatch &) = delete;
 };
 
+/* The error that has left the run is the last thing to tell. */
+void finish(Translation &translation, const MessageCollection &messages, const Source &source,
+            const HostError &thrown) {
+    const RaisedError error = error_behind(thrown);
+    if (error.message == OUT_OF_MEMORY) throw std::bad_alloc();
+    finish(translation, messages);
+    translation.text.reset();
+    translation.code = exit_code_of(error);
+    const Diagnostics raised = diagnostics_of(error, source);
+    translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
+}
+
+void run(StandInHost &host, const Source &source, const Options &wanted,
+         const MessageCollection &messages, Translation &translation) {
+    const auto options = run_options(host.values(), source, wanted);
+    try {
+        const auto text = host.translate(source.mode, source.argument, options);
+        if (!wanted.dumps_tree) {
+            translation.text = text.value();
+            finish(translation, messages);
+        }
+        const bool has_failed = translation.code != ExitCode::Done;
+        if (has_failed && wanted.is_strict) translation.text.reset();
+    } catch (const HostError &thrown) {
+        finish(translation, messages, source, thrown);
+    }
+}
+
 }  // namespace
 
 Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
     StandInHost host;
     RuleAnswers answers(*wanted.rules);
     answers.answer_in(host);
-    const auto options = run_options(host.values(), source, wanted);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());
@@ -132,23 +159,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     std::optional<StatisticsWatch> statistics;
     if (wanted.wants_statistics()) statistics.emplace(index);
     if (wanted.dumps_tree) watch.show_tree_in(&translation);
-    try {
-        const auto text = host.translate(source.mode, source.argument, options);
-        if (!wanted.dumps_tree) {
-            translation.text = text.value();
-            finish(translation, messages);
-        }
-        const bool has_failed = translation.code != ExitCode::Done;
-        if (has_failed && wanted.is_strict) translation.text.reset();
-    } catch (const HostError &thrown) {
-        translation.text.reset();
-        const RaisedError error = error_behind(thrown);
-        if (error.message == OUT_OF_MEMORY) throw std::bad_alloc();
-        finish(translation, messages);
-        translation.code = exit_code_of(error);
-        const Diagnostics raised = diagnostics_of(error, source);
-        translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
-    }
+    run(host, source, wanted, messages, translation);
     translation.rules_used = answers.used();
     translation.unanswered = answers.unanswered();
     if (statistics) translation.facts = statistics->facts();

@@ -53,13 +53,9 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
     put_line("%s := %s;",
              {positions, new_element_node(positions, VARIABLE_INDEX, index.first)->text});
     put_line("if %s then", {count_condition(count, OP_EQ, 1)});
-    Lowering.level++;
-    put_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {part, base, positions});
-    Lowering.level--;
+    put_inner_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {part, base, positions});
     put_line("else", {});
-    Lowering.level++;
-    put_line("%s := %s;", {part, new_element_node(base, VARIABLE_INDEX, index.first)->text});
-    Lowering.level--;
+    put_inner_line("%s := %s;", {part, new_element_node(base, VARIABLE_INDEX, index.first)->text});
     put_line("end if;", {});
     free_vExpr(index.first);
     return new_leaf(part);

@@ -36,3 +36,9 @@ const char *new_temporary() {
 void put_line(const char *form, std::initializer_list<const char *> operands) {
     add_line(Lowering.lines, Lowering.level, form_text(form, operands));
 }
+
+void put_inner_line(const char *form, std::initializer_list<const char *> operands) {
+    Lowering.level++;
+    put_line(form, operands);
+    Lowering.level--;
+}

@@ -50,3 +50,5 @@ void declare_generated(const char *name);
 const char *new_temporary();
 /* Puts a line (form_text) behind those of the current statement. */
 void put_line(const char *form, std::initializer_list<const char *> operands);
+/* The same inside of what the lines before have begun. */
+void put_inner_line(const char *form, std::initializer_list<const char *> operands);

@@ -102,18 +102,14 @@ const char *range_left(const Node *target, const Node *arguments) {
     return is_first ? "2.." : "1..-2";
 }
 
-void put_cell_left(const Target *target, const char *base, const mExpr *positions) {
+void put_cell_left(const char *variable, const mExpr *positions) {
     const char *left = new_temporary();
     put_line("%s := %s;", {left, positions->text});
     put_line("if %s then",
              {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    Lowering.level++;
-    put_value(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
-    Lowering.level--;
+    put_inner_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {variable, variable, left});
     put_line("else", {});
-    Lowering.level++;
-    put_value(target, form_text("%s(%s)", {base, left}));
-    Lowering.level--;
+    put_inner_line("%s := %s(%s);", {variable, variable, left});
     put_line("end if;", {});
 }
 
@@ -145,6 +141,6 @@ void put_deletion(const Node *assignment) {
         return put_value(&target, form_text("%s(%s)", {base, range}));
     mExpr *positions = remaining_positions(base, arguments, selecting);
     int count = count_children(arguments);
-    if (count == 1 && leaves_cell(node)) return put_cell_left(&target, base, positions);
+    if (count == 1 && leaves_cell(node)) return put_cell_left(base, positions);
     put_value(&target, selection(base, positions, selecting, count));
 }

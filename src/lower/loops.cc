@@ -119,9 +119,7 @@ const char *endless_test() { return test_text("true"); }
 void put_exit(const char *condition) {
     put_line("if %s then", {test_text(condition)});
     put_line("else", {});
-    Lowering.level++;
-    put_line("break;", {});
-    Lowering.level--;
+    put_inner_line("break;", {});
     put_line("end if;", {});
 }
 
@@ -169,9 +167,7 @@ bool has_continue(const Node *node) {
 
 void put_until(const Node *condition) {
     put_line("if %s then", {test_text(lower_condition(condition)->text)});
-    Lowering.level++;
-    put_line("break;", {});
-    Lowering.level--;
+    put_inner_line("break;", {});
     put_line("end if;", {});
 }
 

@@ -25,12 +25,6 @@ const char *head_text(const Node *parameter) {
     return head_name(parameter->symbol);
 }
 
-void put_inside(const char *form, std::initializer_list<const char *> operands) {
-    Lowering.level++;
-    put_line(form, operands);
-    Lowering.level--;
-}
-
 void put_copy(const Scope *scope, Symbol *parameter) {
     const char *name = written_name(parameter);
     const char *given = head_name(parameter);
@@ -38,16 +32,16 @@ void put_copy(const Scope *scope, Symbol *parameter) {
         (scope->flags & READS_NARGIN) || (parameter->flags & SYMBOL_MAY_BE_MISSING);
     if (!may_be_missing) return put_line("%s := copy(%s);", {name, given});
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
-    put_inside("%s := copy(%s);", {name, given});
+    put_inner_line("%s := copy(%s);", {name, given});
     put_line("end if;", {});
 }
 
 void put_varargin(const Scope *scope, const char *name) {
     int first = scope->parameters + 1;
     put_line("if %s then", {count_condition("nargs", OP_GE, first)});
-    put_inside("%s := rtable([args[%s..]],subtype='Vector[row]');", {name, number_text(first)});
+    put_inner_line("%s := rtable([args[%s..]],subtype='Vector[row]');", {name, number_text(first)});
     put_line("else", {});
-    put_inside("%s := rtable([],subtype='Vector[row]');", {name});
+    put_inner_line("%s := rtable([],subtype='Vector[row]');", {name});
     put_line("end if;", {});
 }
 
@@ -87,7 +81,7 @@ void put_options(Symbol *options) {
     const char *name = written_name(options);
     const char *counter = new_temporary();
     put_line("for %s from %s to nargs by 2  do", {counter, number_text(options->position)});
-    put_inside("%s := setfield(%s, args[%s], args[%s+1]);", {name, name, counter, counter});
+    put_inner_line("%s := setfield(%s, args[%s], args[%s+1]);", {name, name, counter, counter});
     put_line("end do;", {});
 }
 

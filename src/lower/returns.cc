@@ -18,16 +18,12 @@ TextList output_names(const Scope *scope) {
 
 void put_branch(const char *head, const char *condition, const char *values) {
     put_line("%s %s then", {head, condition});
-    Lowering.level++;
-    put_line("return %s;", {values});
-    Lowering.level--;
+    put_inner_line("return %s;", {values});
 }
 
 void put_last_branch(const char *values) {
     put_line("else", {});
-    Lowering.level++;
-    put_line("return %s;", {values});
-    Lowering.level--;
+    put_inner_line("return %s;", {values});
     put_line("end if;", {});
 }
 

@@ -35,9 +35,7 @@ void put_reading(const PendingField *field) {
     put_line("%s := %s;", {field->value, value->text});
     Lowering.level--;
     put_line("else", {});
-    Lowering.level++;
-    put_line("%s := Vector();", {field->value});
-    Lowering.level--;
+    put_inner_line("%s := Vector();", {field->value});
     put_line("end if;", {});
 }
 
@@ -95,13 +93,9 @@ void add_element(Target *target, const Node *selector) {
     mExpr *count = new_leaf(last_position_text(base, 1, 1));
     const mExpr *is_missing = new_operator2(OP_LT, count, new_leaf(position));
     put_line("if %s then", {test_text(is_missing->text)});
-    Lowering.level++;
-    put_line("%s := Vector();", {target->source});
-    Lowering.level--;
+    put_inner_line("%s := Vector();", {target->source});
     put_line("else", {});
-    Lowering.level++;
-    put_line("%s := %s;", {target->source, element});
-    Lowering.level--;
+    put_inner_line("%s := %s;", {target->source, element});
     put_line("end if;", {});
     target->path = begin_path(element, false);
     target->path.has_index = true;
