@@ -2,6 +2,7 @@
 #include "cli/batch.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <filesystem>
 #include <iostream>
@@ -34,10 +35,7 @@ namespace fs = std::filesystem;
 
 /* How the files of a batch ended. */
 struct Tally {
-    std::size_t done = 0;
-    std::size_t with_gaps = 0;
-    std::size_t with_errors = 0;
-    std::size_t failed = 0; /* not read, not written, or a worker lost */
+    std::array<std::size_t, 4> states{}; /* by FileState */
     std::size_t written = 0;
     std::size_t ignored = 0; /* messages that were left out */
 };
@@ -168,16 +166,14 @@ private:
         progress_.show();
     }
 
+    std::size_t files_in(FileState state) const {
+        return tally_.states[static_cast<std::size_t>(state)];
+    }
+
     void count(const FileResult &result) {
-        const SeverityCounts counts = count_severities(result.diagnostics);
-        if (result.code == ExitCode::Trouble)
-            ++tally_.failed;
-        else if (counts[SEVERITY_ERROR] > 0)
-            ++tally_.with_errors;
-        else if (counts[SEVERITY_GAP] > 0)
-            ++tally_.with_gaps;
-        else
-            ++tally_.done;
+        const bool has_failed = result.code == ExitCode::Trouble;
+        const FileState state = has_failed ? FileState::Failed : state_of(result.diagnostics);
+        ++tally_.states[static_cast<std::size_t>(state)];
         tally_.ignored += result.ignored;
         if (result.is_written) ++tally_.written;
         if (!result.difference.empty()) differs_ = true;
@@ -186,9 +182,10 @@ private:
     std::string summary(bool is_whole) const {
         std::ostringstream text;
         text << "mtranslate: " << finished_ << " of " << inputs_.size()
-             << (inputs_.size() == 1 ? " file: " : " files: ") << tally_.done
-             << " without errors or gaps, " << tally_.with_gaps << " with gaps, "
-             << tally_.with_errors << " with errors, " << tally_.failed << " failed";
+             << (inputs_.size() == 1 ? " file: " : " files: ") << files_in(FileState::Translated)
+             << " without errors or gaps, " << files_in(FileState::Gaps) << " with gaps, "
+             << files_in(FileState::Errors) << " with errors, " << files_in(FileState::Failed)
+             << " failed";
         if (options_.mode == Mode::Translate) text << "; " << tally_.written << " written";
         if (tally_.ignored > 0)
             text << "; " << tally_.ignored
@@ -198,9 +195,9 @@ private:
     }
 
     ExitCode exit_code() const {
-        if (tally_.failed > 0) return ExitCode::Trouble;
+        if (files_in(FileState::Failed) > 0) return ExitCode::Trouble;
         if (options_.mode == Mode::Assess) return ExitCode::Done;
-        const bool has_failures = tally_.with_errors + tally_.with_gaps > 0;
+        const bool has_failures = files_in(FileState::Errors) + files_in(FileState::Gaps) > 0;
         return has_failures || differs_ ? ExitCode::BadSource : ExitCode::Done;
     }
 

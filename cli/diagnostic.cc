@@ -20,4 +20,10 @@ bool is_listed(const Diagnostic &diagnostic) {
            diagnostic.code == MessageTable[UNKNOWN_FUNCTION].code;
 }
 
+std::string quoted_name(const std::string &text) {
+    const std::size_t begin = text.find('\'');
+    const std::size_t end = text.find('\'', begin + 1);
+    return end == std::string::npos ? "" : text.substr(begin + 1, end - begin - 1);
+}
+
 }  // namespace mtranslate

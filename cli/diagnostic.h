@@ -52,4 +52,7 @@ inline bool has_failure(const SeverityCounts &counts) {
     return counts[SEVERITY_ERROR] + counts[SEVERITY_GAP] > 0;
 }
 
+/* The name that the text of a message about one puts in quotes; empty for none. */
+std::string quoted_name(const std::string &text);
+
 }  // namespace mtranslate

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cassert>
 
+#include "cli/characters.h"
+
 namespace mtranslate {
 
 namespace {
@@ -13,50 +15,11 @@ constexpr std::size_t TAB_STOP = 8;
 constexpr std::size_t ESCAPE_COLUMNS = 4;
 constexpr std::string_view DOTS = "...";
 
-unsigned char byte_at(std::string_view text, std::size_t at) {
-    return static_cast<unsigned char>(text[at]);
-}
-
-bool continues(unsigned char byte) { return (byte & 0xC0) == 0x80; }
-
-/* Bytes of the UTF-8 character that begins with the byte; 1 for a byte that begins none. */
-std::size_t length_by(unsigned char first) {
-    if (first < 0xC2 || first > 0xF4) return 1;
-    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-}
-
 /* False for control characters, and for what turns the direction of writing. */
 bool is_shown(char32_t code) {
     const bool turns = code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
                        (code >= 0x2066 && code <= 0x2069) || code == 0xFEFF;
     return (code >= 0x20 && code < 0x7F) || (code >= 0xA0 && !turns);
-}
-
-/* False for overlong forms and surrogates. */
-bool is_valid(char32_t code, std::size_t length) {
-    const bool is_overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    const bool is_surrogate = code >= 0xD800 && code < 0xE000;
-    return !is_overlong && !is_surrogate && code < 0x110000;
-}
-
-/* A character and its bytes. */
-struct Character {
-    char32_t code;
-    std::size_t length;
-};
-
-/* The character at the front of text. A byte that begins none counts as a control character. */
-Character first_character(std::string_view text) {
-    const unsigned char first = byte_at(text, 0);
-    const std::size_t length = length_by(first);
-    if (length == 1) return {first < 0x80 ? first : U'\0', 1};
-    if (length > text.size()) return {U'\0', 1};
-    char32_t code = first & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if (!continues(byte_at(text, i))) return {U'\0', 1};
-        code = code << 6 | (byte_at(text, i) & 0x3F);
-    }
-    return is_valid(code, length) ? Character{code, length} : Character{U'\0', 1};
 }
 
 /* Bytes of the character at the front of text that can be shown as it is; 0 for none. */
@@ -166,12 +129,6 @@ std::string excerpt(std::string_view line, std::size_t begin, std::size_t end) {
     if (begin == line.size()) drawing.marks += '^';
     drawing.marks.resize(drawing.marks.find_last_not_of(" \t") + 1);
     return drawing.text + '\n' + drawing.marks + '\n';
-}
-
-std::size_t count_characters(std::string_view text) {
-    std::size_t count = 0;
-    for (; !text.empty(); ++count) text.remove_prefix(first_character(text).length);
-    return count;
 }
 
 std::string printable(std::string_view text) {

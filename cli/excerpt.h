@@ -18,9 +18,6 @@ namespace mtranslate {
  * written byte by byte as \xNN. */
 std::string excerpt(std::string_view line, std::size_t begin, std::size_t end);
 
-/* Characters of the text; a byte that belongs to none counts as one. */
-std::size_t count_characters(std::string_view text);
-
 /* The text with the same escapes, and those of tabs and line ends. */
 std::string printable(std::string_view text);
 

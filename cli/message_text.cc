@@ -16,12 +16,6 @@ constexpr const char *SEVERITY_COLOURS[] = {"\x1b[1;31m", "\x1b[1;35m", "\x1b[1;
 constexpr const char *MARK_COLOUR = "\x1b[1;32m";
 constexpr const char *PLAIN = "\x1b[m";
 
-/* The name between the quotes of the text. */
-std::string name_in(const std::string &text) {
-    const std::size_t begin = text.find('\'') + 1;
-    return text.substr(begin, text.rfind('\'') - begin);
-}
-
 /* The text, after it the code where there is one. */
 std::string with_code(const std::string &text, const std::string &code) {
     return code.empty() ? text : text + " [" + code + "]";
@@ -80,7 +74,7 @@ private:
             if (!is_listed(diagnostic)) continue;
             if (names.empty() || *names.back().first != diagnostic.file)
                 names.push_back({&diagnostic.file, {}});
-            names.back().second.push_back(printable(name_in(diagnostic.text)));
+            names.back().second.push_back(printable(quoted_name(diagnostic.text)));
         }
         for (const auto &[file, of_file] : names)
             write_line(printable(*file), SEVERITY_WARNING, unknown_text(of_file));

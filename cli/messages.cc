@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "cli/characters.h"
 #include "cli/excerpt.h"
 #include "cli/ignore_comments.h"
 

@@ -1,8 +1,8 @@
 /* Reports as a page: the files of report_page/ with the report's JSON, and the texts of files, in
  * elements of their own, which the page reads when they are wanted. */
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "cli/characters.h"
 #include "cli/files.h"
 #include "cli/report.h"
 #include "report_page_texts.h"
@@ -16,39 +16,21 @@ using Json = nlohmann::ordered_json;
 /* Of sources and translations; a page with more would hardly open. */
 constexpr std::size_t MOST_BYTES_OF_TEXTS = 64 << 20;
 
-/* By the first byte of a character; 0 where none begins. */
-std::size_t length_from(unsigned first) {
-    if (first < 0x80) return 1;
-    if (first < 0xC2 || first > 0xF4) return 0;
-    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-}
-
-/* 0 where no whole character begins. */
-std::size_t length_of_character(std::string_view text) {
-    const auto byte = [&](std::size_t i) {
-        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-    };
-    const std::size_t length = length_from(byte(0));
-    for (std::size_t i = 1; i < length; ++i)
-        if ((byte(i) & 0xC0) != 0x80) return 0;
-    return length;
-}
-
 /* Bytes that are no UTF-8 are taken for Latin-1. */
 std::string readable(std::string_view bytes) {
     constexpr std::string_view MARK = "\xEF\xBB\xBF";
     if (bytes.starts_with(MARK)) bytes.remove_prefix(MARK.size());
     std::string text;
     while (!bytes.empty()) {
-        const std::size_t length = length_of_character(bytes);
-        if (length > 0) {
+        const std::size_t length = first_character(bytes).length;
+        const auto byte = static_cast<unsigned char>(bytes[0]);
+        if (length > 1 || byte < 0x80) {
             text += bytes.substr(0, length);
         } else {
-            const auto byte = static_cast<unsigned char>(bytes[0]);
             text += static_cast<char>(0xC0 | (byte >> 6));
             text += static_cast<char>(0x80 | (byte & 0x3F));
         }
-        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+        bytes.remove_prefix(length);
     }
     return text;
 }

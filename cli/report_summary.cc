@@ -125,12 +125,6 @@ ReportSummary summarise(const Report &report) {
     return summary;
 }
 
-std::string quoted_name(const std::string &text) {
-    const std::size_t begin = text.find('\'');
-    const std::size_t end = text.find('\'', begin + 1);
-    return end == std::string::npos ? "" : text.substr(begin + 1, end - begin - 1);
-}
-
 std::string share(std::size_t part, std::size_t all) {
     if (all == 0) return "-";
     std::size_t tenths = (part * 1000 + all / 2) / all;

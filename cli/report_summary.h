@@ -64,8 +64,6 @@ struct ReportSummary {
 
 ReportSummary summarise(const Report &report);
 
-/* The name that a message about one puts in quotes; empty for none. */
-std::string quoted_name(const std::string &text);
 /* part of all in percent with one decimal, as "98.4 %". 100 % only of all; of none, "-". */
 std::string share(std::size_t part, std::size_t all);
 

@@ -41,12 +41,6 @@ void serialize(Archive &archive, Answer &of) {
     archive(of.functions, of.trouble);
 }
 
-/* The name between the quotes of a message. */
-std::string quoted_name(const std::string &text) {
-    const std::size_t begin = text.find('\'') + 1;
-    return text.substr(begin, text.find('\'', begin) - begin);
-}
-
 /* A name that is found nowhere is that of a function, or of the package of functions. */
 SurveyedFunctions unresolved_in(const Translation &translation) {
     SurveyedFunctions functions;
