@@ -9,7 +9,6 @@
 #include <map>
 #include <set>
 #include <sstream>
-#include <thread>
 
 #include "cli/configuration_search.h"
 #include "cli/configured.h"
@@ -70,7 +69,7 @@ public:
     ExitCode run() {
         const auto job = [this](std::size_t i) { return to_text(work_on(i)); };
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
-        const Workers workers(worker_count(), options_.limits);
+        const Workers workers(options_.jobs, options_.limits);
         const int signal = workers.run(inputs_.size(), job, report);
         progress_.clear();
         messages_.finish();
@@ -83,11 +82,6 @@ public:
     }
 
 private:
-    std::size_t worker_count() const {
-        if (options_.jobs > 0) return options_.jobs;
-        return std::max(1U, std::thread::hardware_concurrency());
-    }
-
     std::string output_of(const InputFile &input) const {
         if (options_.output_folder.empty()) return "";
         fs::path path = fs::path(options_.output_folder) / input.relative;

@@ -1,14 +1,12 @@
 /* Results as bytes, for the same program in another process. */
 #include "cli/file_result.h"
 
-#include <cereal/archives/binary.hpp>
 #include <cereal/types/map.hpp>
 #include <cereal/types/optional.hpp>
 #include <cereal/types/string.hpp>
 #include <cereal/types/vector.hpp>
-#include <sstream>
-#include <utility>
 
+#include "cli/bytes.h"
 #include "cli/translation.h"
 
 namespace mtranslate {
@@ -57,19 +55,8 @@ FileResult result_of(const Translation &translation) {
     return result;
 }
 
-std::string to_text(const FileResult &result) {
-    std::ostringstream bytes;
-    cereal::BinaryOutputArchive archive(bytes);
-    archive(result);
-    return std::move(bytes).str();
-}
+std::string to_text(const FileResult &result) { return to_bytes(result); }
 
-FileResult result_from_text(const std::string &text) {
-    std::istringstream bytes(text);
-    FileResult result;
-    cereal::BinaryInputArchive archive(bytes);
-    archive(result);
-    return result;
-}
+FileResult result_from_text(const std::string &text) { return from_bytes<FileResult>(text); }
 
 }  // namespace mtranslate

@@ -1,16 +1,13 @@
 /* Translating for the sake of the messages. */
 #include "cli/rules_survey.h"
 
-#include <algorithm>
-#include <cereal/archives/binary.hpp>
 #include <cereal/types/map.hpp>
 #include <cereal/types/string.hpp>
 #include <numeric>
-#include <sstream>
-#include <thread>
 #include <utility>
 #include <vector>
 
+#include "cli/bytes.h"
 #include "cli/configuration_search.h"
 #include "cli/configured.h"
 #include "cli/excerpt.h"
@@ -79,8 +76,7 @@ public:
     Survey run() {
         const auto job = [this](std::size_t i) { return work_on(i); };
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
-        const std::size_t all = std::max(1U, std::thread::hardware_concurrency());
-        const Workers workers(options_.jobs > 0 ? options_.jobs : all, options_.limits);
+        const Workers workers(options_.jobs, options_.limits);
         survey_.signal = workers.run(inputs_.size(), job, report);
         return std::move(survey_);
     }
@@ -97,20 +93,13 @@ private:
         } catch (const FileError &error) {
             answer.trouble = error.what();
         }
-        std::ostringstream bytes;
-        cereal::BinaryOutputArchive archive(bytes);
-        archive(answer);
-        return std::move(bytes).str();
+        return to_bytes(answer);
     }
 
     /* In this process. */
     void take(std::size_t i, const JobEnd &end) {
-        Answer answer{{}, end.trouble};
-        if (end.is_done) {
-            std::istringstream bytes(end.result);
-            cereal::BinaryInputArchive archive(bytes);
-            archive(answer);
-        }
+        const Answer answer =
+            end.is_done ? from_bytes<Answer>(end.result) : Answer{{}, end.trouble};
         if (!answer.trouble.empty())
             survey_.troubles +=
                 printable(inputs_[i].path) + ": error: " + printable(answer.trouble) + '\n';

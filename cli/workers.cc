@@ -19,6 +19,7 @@
 #include <new>
 #include <optional>
 #include <sstream>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -274,6 +275,10 @@ private:
 };
 
 }  // namespace
+
+Workers::Workers(std::size_t count, Limits limits)
+    : count_(count > 0 ? count : std::max(1U, std::thread::hardware_concurrency())),
+      limits_(limits) {}
 
 int Workers::run(std::size_t jobs, const Job &job, const Report &report) const {
     const HeldSignals held;

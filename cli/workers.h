@@ -24,8 +24,8 @@ public:
     /* Told in this process of every job, in the order of the jobs. */
     using Report = std::function<void(std::size_t, const JobEnd &)>;
 
-    /* The limits are for each job. */
-    Workers(std::size_t count, Limits limits) : count_(count), limits_(limits) {}
+    /* count: of processes; 0 for one for each processor. The limits are for each job. */
+    Workers(std::size_t count, Limits limits);
 
     /* Runs the jobs 0 to jobs - 1. Answers 0, or the number of the signal that asked this process
      * to end: all jobs that were done have been reported, and no worker is left. Throws FileError
