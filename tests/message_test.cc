@@ -11,6 +11,12 @@ using Json = nlohmann::json;
 
 class Messages : public Tool {};
 
+/* About a.m, "x = 3 $ 4;". */
+const std::string plain = "a.m:1:7: error: invalid character '$' [MT112]\nx = 3 $ 4;\n      ^\n";
+const std::string coloured =
+    "\x1b[1ma.m:1:7: \x1b[1;31merror: \x1b[minvalid character '$' [MT112]\nx = 3 $ 4;\n"
+    "\x1b[1;32m      ^\n\x1b[m";
+
 /* "line:column-end text-of-the-range" of every message, as a reader of JSON finds it. */
 std::string ranges(const std::string &lines, const std::string &source) {
     std::istringstream input(lines);
@@ -132,17 +138,18 @@ TEST_F(Messages, have_colours_where_they_are_seen) {
         {"CLICOLOR_FORCE=0 mtranslate -o o a.m", 1, "", plain},
         {"NO_COLOR=1 CLICOLOR_FORCE=1 mtranslate -o o a.m", 1, "", plain},
         {"CLICOLOR_FORCE=1 mtranslate -o o --color never a.m", 1, "", plain},
-        {"script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, coloured, ""},
-        {"TERM=dumb script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, plain, ""},
         {"mtranslate --color never --format yaml a.m 2>&1 | head -n 1", 0,
          "mtranslate: error: --format: 'yaml' is none of github,json,sarif,text\n", ""},
     });
 }
 
-TEST_F(Messages, tell_people_at_a_terminal_how_far_a_batch_is) {
+TEST_F(Messages, show_people_at_a_terminal_colours_and_progress) {
+    if (run("script -qec true /dev/null") != 0) GTEST_SKIP() << "there are no pseudo-terminals";
     write(directory / "a.m", "x = 3 $ 4;\n");
     write(directory / "b.m", "x = 1;\n");
     check({
+        {"script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, coloured, ""},
+        {"TERM=dumb script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, plain, ""},
         {"script -qec \"$tool check a.m b.m\" /dev/null > o; tr '\\r' '\\n' < o | grep -ac "
          "'^.*\\[[12]/2\\] [0-9.]* MB/s, 1 with errors$'",
          0, "2\n", ""},
