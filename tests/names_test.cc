@@ -5,7 +5,7 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 #include "syntax/parser.h"
 #include "tests/translation.h"
 

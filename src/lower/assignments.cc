@@ -17,7 +17,7 @@
 #include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 #include "translate/assignment.h"
 #include "translate/text_forms.h"
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "lower/program_files.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 /* Forgets the calls of the run before, at the start of a run. */
 void begin_calls();

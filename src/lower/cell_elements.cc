@@ -9,7 +9,7 @@
 #include "lower/shared_parts.h"
 #include "lower/targets.h"
 #include "lower/value_lists.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 #include "translate/text_forms.h"
 
 namespace {

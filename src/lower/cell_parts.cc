@@ -9,7 +9,7 @@
 #include "lower/paths.h"
 #include "lower/short_circuits.h"
 #include "lower/value_lists.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 #include "translate/indices.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "lower/lines.h"
 #include "lower/value_lists.h"
 #include "lower/value_runs.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 #include "translate/text_forms.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/targets.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 #include "translate/indices.h"
 
 namespace {

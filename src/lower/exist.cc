@@ -7,7 +7,7 @@
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
 #include "lower/operands.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 #include "syntax/spellings.h"
 
 // The name between the quotes, or null.

@@ -2,7 +2,7 @@
  * name with "m_" in front. */
 #pragma once
 
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 /* A word that begins or joins the host's forms: no name of any kind can be one. */
 bool is_host_keyword(const char *name);

@@ -9,7 +9,7 @@
 #include "lower/lines.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 

@@ -1,7 +1,7 @@
 /* What the body of a procedure begins with. */
 #pragma once
 
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 /* What stands between the parentheses of the head of a function or anonymous function. */
 const char *parameter_list(const Scope *scope);

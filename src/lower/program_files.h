@@ -3,7 +3,7 @@
 #pragma once
 
 #include "diagnose/source.h"
-#include "syntax/name_map.h"
+#include "syntax/names/name_map.h"
 #include "syntax/parser.h"
 
 struct Folder;

@@ -5,7 +5,7 @@
 #include "lower/cell_parts.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 #include "translate/indices.h"
 
 namespace {

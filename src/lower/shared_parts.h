@@ -1,7 +1,7 @@
 /* Parts of variables that the host might share where MATLAB copies. */
 #pragma once
 
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 /* Whether a part of the variable that value begins with must be copied for the target, as one of
  * the two changes inside. */

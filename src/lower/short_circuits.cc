@@ -7,7 +7,7 @@
 #include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/lines.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 namespace {
 

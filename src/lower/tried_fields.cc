@@ -7,7 +7,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/paths.h"
 #include "lower/short_circuits.h"
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 namespace {
 

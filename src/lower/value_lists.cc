@@ -9,7 +9,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/value_runs.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 
 namespace {
 

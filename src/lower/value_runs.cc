@@ -6,7 +6,7 @@
 #include "lower/lines.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
  * persistent names are variables; every other name is a function. */
 #pragma once
 
-#include "syntax/name_map.h"
+#include "syntax/names/name_map.h"
 #include "syntax/tree.h"
 
 struct AssignedValue;

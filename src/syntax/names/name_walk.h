@@ -1,9 +1,9 @@
 /* The walk over a function that settles its names: its state, and what it does with a name. */
 #pragma once
 
-#include "syntax/loop_variables.h"
-#include "syntax/name_map.h"
-#include "syntax/names.h"
+#include "syntax/names/loop_variables.h"
+#include "syntax/names/name_map.h"
+#include "syntax/names/names.h"
 
 /* A bare name that may call a script. */
 struct BareName {

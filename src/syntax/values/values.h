@@ -2,7 +2,7 @@
  * whatever is not plain is taken to be unknown. Names must have been settled. */
 #pragma once
 
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 enum ValueKind : uint8_t {
     VALUE_WHOLE,  /* the expression is assigned */

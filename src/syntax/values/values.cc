@@ -1,5 +1,5 @@
 // What is known of values.
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 
 #include <stdlib.h>
 #include <string.h>

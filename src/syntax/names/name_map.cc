@@ -1,5 +1,5 @@
 // A table of names with open addressing.
-#include "syntax/name_map.h"
+#include "syntax/names/name_map.h"
 
 #include <string.h>
 

@@ -6,7 +6,7 @@
  * event. Where the way of the control flow is not plain, a variable is taken to live on. */
 #pragma once
 
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 struct LoopEntry;
 

@@ -1,5 +1,5 @@
 // Which loop variables live on.
-#include "syntax/loop_variables.h"
+#include "syntax/names/loop_variables.h"
 
 #include <algorithm>
 

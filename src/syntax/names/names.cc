@@ -4,16 +4,16 @@
 // only when that has been walked is it known which names they share. Scripts that bare names call
 // are walked behind the statements of their caller, as its statements tell which names are
 // variables and call nothing.
-#include "syntax/names.h"
+#include "syntax/names/names.h"
 
 #include <string.h>
 
 #include <algorithm>
 
 #include "support/allocation.h"
-#include "syntax/name_walk.h"
+#include "syntax/names/name_walk.h"
 #include "syntax/spellings.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 
 namespace {
 

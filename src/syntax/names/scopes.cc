@@ -2,9 +2,9 @@
 #include <string.h>
 
 #include "support/allocation.h"
-#include "syntax/name_walk.h"
+#include "syntax/names/name_walk.h"
 #include "syntax/spellings.h"
-#include "syntax/values.h"
+#include "syntax/values/values.h"
 
 /* A variable or function around an anonymous function that is named in it. */
 struct Capture {
