@@ -1,5 +1,6 @@
 /* What holds for every program: generated ones, in all their writings. */
 #include <algorithm>
+#include <random>
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
@@ -132,6 +133,43 @@ TEST(Generated, comments_are_kept_in_order) {
         if (!program.is_in_order) sort_by_number(kept);
         ASSERT_EQ(kept, marks_in(source)) << source << "\n" << text;
     });
+}
+
+/* Variables that have their values from each other, in chains and circles, and every question about
+ * them: as bounds, positions, elements and cells. */
+std::string dependent_variables(unsigned seed) {
+    static const Texts forms = {
+        "v1 + v2 + v2*v2 + v2", "[v1]", "{v1}", "v1:v2", "max(v1, v2)", "v1(v2)", "(v1)'",
+        "-v1 + (v2)",           "v1",   "5"};
+    static const Texts uses = {"y = x(1:v1);", "y(v1) = v2;",    "x(v1) = [];",
+                               "y = v1{v2};",  "c{v1}(2) = v2;", "y = v1(1:v2-1);"};
+    std::minstd_rand random(seed + 1);
+    const auto filled = [&](std::string text) {
+        for (const char *name : {"v1", "v2"})
+            for (size_t at = 0; (at = text.find(name, at)) != std::string::npos; at += 2)
+                text.replace(at, 2, "w" + std::to_string(random() % 9));
+        return text;
+    };
+    std::string source;
+    for (int k = 0; k < 9; k++)
+        source += "w" + std::to_string(k) + " = " + filled(forms[random() % forms.size()]) + ";\n";
+    for (const std::string &use : uses) source += filled(use) + "\n";
+    return source;
+}
+
+TEST(Generated, variables_may_depend_on_each_other) {
+    for (unsigned seed = 0; seed < 1000; seed++) {
+        const std::string source = dependent_variables(seed);
+        SCOPED_TRACE(source);
+        ASSERT_EQ(form_error(run_matlab(source).text.value()), "");
+    }
+    // each variable asks the next one many times: answered once, or this never ends
+    std::string chain;
+    for (int k = 0; k < 100; k++) {
+        const std::string next = "v" + std::to_string(k + 1);
+        chain += "v" + std::to_string(k) + " = " + next + repeated(" + " + next, 9) + ";\n";
+    }
+    EXPECT_EQ(form_error(run_matlab(chain + "v100 = 1; x = 1:9; y = x(1:v0);").text.value()), "");
 }
 
 /* Whether "f1" is in a text, and not only "f12". */

@@ -8,6 +8,7 @@
 
 struct AssignedValue;
 struct Capture;
+struct Findings;
 struct LoopUse;
 
 enum SymbolFlag : uint32_t {
@@ -32,8 +33,7 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
     SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, sets a
                                         field of a computed name, or fills a cell */
-    SYMBOL_IN_QUESTION = 1 << 17,    /* its values are being looked at (values.cc) */
-    SYMBOL_SET_INSIDE = 1 << 18      /* a nested function sets it */
+    SYMBOL_SET_INSIDE = 1 << 17      /* a nested function sets it */
 };
 
 /* A name in the functions that share it. */
@@ -56,6 +56,7 @@ struct Symbol {
     LoopUse *loops;        /* loops over it; null for none */
     int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
+    Findings *findings;    /* what has been found of its values; null before anybody asks */
 };
 
 enum ScopeFlag : uint32_t {

@@ -43,7 +43,55 @@ void note_element(Symbol *symbol, const Node *target) {
 
 namespace {
 
-constexpr int DEEPEST = 12;  // of variables that have their values from others
+// What is asked of variables.
+enum Question : uint8_t { LEAST, SINGLE, SEVERAL, CELL, QUESTIONS };
+enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
+
+}  // namespace
+
+/* What has been found of a variable: each question is answered once, however many ask it. */
+struct Findings {
+    double least;
+    bool is_true[QUESTIONS];
+    AnswerState states[QUESTIONS];
+};
+
+namespace {
+
+constexpr int DEEPEST = 200;  // of expressions, those of variables counted in
+
+// Who asks: the variable whose values are looked at, or null, and how deep the expression lies.
+struct Asker {
+    const Symbol *symbol;
+    int depth;
+};
+
+Asker inner(Asker asker) { return {asker.symbol, asker.depth + 1}; }
+
+Findings *findings_of(Symbol *symbol) {
+    if (symbol->findings) return symbol->findings;
+    symbol->findings = AllocRecord<Findings>();
+    *symbol->findings = {};
+    return symbol->findings;
+}
+
+// Whether a test holds for all values of a variable. Where its values are made from itself, nothing
+// speaks against it, as n = n + 1 leaves alone what is true of n; of a larger circle nothing is
+// known.
+bool holds_for_all(Symbol *symbol, Question question, Asker asker,
+                   bool (*test)(const AssignedValue *value, Asker asker)) {
+    Findings *findings = findings_of(symbol);
+    if (findings->states[question] == IS_FOUND) return findings->is_true[question];
+    if (findings->states[question] == IN_QUESTION) return asker.symbol == symbol;
+    if (asker.depth > DEEPEST) return false;
+    findings->states[question] = IN_QUESTION;
+    bool holds = true;
+    for (const AssignedValue *value = symbol->values; value && holds; value = value->next)
+        holds = test(value, {symbol, asker.depth + 1});
+    findings->is_true[question] = holds;
+    findings->states[question] = IS_FOUND;
+    return holds;
+}
 
 const Node *inside(const Node *node) {
     while (node->kind == NODE_PARENS) node = node->first_child;
@@ -90,8 +138,8 @@ int count_of(const Node *arguments) {
 
 namespace {
 
-// Lower bounds. A variable that is asked for while its own bound is looked for has none of its own:
-// n = n + 1 leaves the bound of n where it is.
+// Lower bounds. A variable has none of its own within its values: n = n + 1 leaves the bound of n
+// where it is.
 constexpr double UNKNOWN = -1e300;
 constexpr double NO_BOUND = 1e300;
 
@@ -101,57 +149,66 @@ const char *const COUNTS[] = {
 const char *const ROUNDERS[] = {"floor", "ceil",  "round", "fix",    "double", "max",
                                 "min",   "int32", "uint8", "uint16", "uint32", nullptr};
 
-double least(const Node *node, int depth);
+double least(const Node *node, Asker asker);
 
 // The least of all arguments: right for min and max alike, when all have a bound.
-double least_argument(const Node *arguments, int depth) {
+double least_argument(const Node *arguments, Asker asker) {
     double bound = NO_BOUND;
     for (const Node *child = arguments ? arguments->first_child : nullptr; child;
          child = child->next) {
-        double next = least(child, depth);
+        double next = least(child, inner(asker));
         if (next < bound) bound = next;
     }
     return bound == NO_BOUND ? UNKNOWN : bound;
 }
 
-double least_of_call(const Node *node, int depth) {
+double least_of_call(const Node *node, Asker asker) {
     Call call = call_of(node);
     if (!call.name) return UNKNOWN;
     if (is_one_of(call.name, COUNTS)) return 0;
-    if (is_one_of(call.name, ROUNDERS)) return least_argument(call.arguments, depth);
+    if (is_one_of(call.name, ROUNDERS)) return least_argument(call.arguments, asker);
     return UNKNOWN;
 }
 
-double least_of_range(const Node *range, int depth) {
-    double start = least(range->first_child, depth);
+double least_of_range(const Node *range, Asker asker) {
+    double start = least(range->first_child, inner(asker));
     const Node *second = second_child(range);
     if (!second->next) return start;
-    if (least(second, depth) >= 0) return start;
-    return least(second->next, depth);
+    if (least(second, inner(asker)) >= 0) return start;
+    return least(second->next, inner(asker));
 }
 
-double least_of_rows(const Node *matrix, int depth) {
+double least_of_rows(const Node *matrix, Asker asker) {
     double bound = NO_BOUND;
     for (const Node *row = matrix->first_child; row; row = row->next) {
-        double next = least_argument(row, depth);
+        double next = least_argument(row, asker);
         if (next < bound) bound = next;
     }
     return bound == NO_BOUND ? 0 : bound;
 }
 
-double least_of_name(const Node *name, int depth) {
-    Symbol *symbol = name->symbol;
-    if (!is_variable(symbol)) return least_of_call(name, depth);
-    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED) || depth > DEEPEST) return UNKNOWN;
-    if (symbol->flags & SYMBOL_IN_QUESTION) return NO_BOUND;
-    symbol->flags |= SYMBOL_IN_QUESTION;
+double least_of_values(const Symbol *symbol, Asker asker) {
     double bound = NO_BOUND;
     for (const AssignedValue *value = symbol->values; value; value = value->next) {
-        double next = value->kind == VALUE_UNKNOWN ? UNKNOWN : least(value->node, depth + 1);
+        bool is_known = value->kind != VALUE_UNKNOWN;
+        double next = is_known ? least(value->node, {symbol, asker.depth + 1}) : UNKNOWN;
         if (next < bound) bound = next;
     }
-    symbol->flags &= ~static_cast<uint32_t>(SYMBOL_IN_QUESTION);
     return bound == NO_BOUND ? UNKNOWN : bound;
+}
+
+double least_of_name(const Node *name, Asker asker) {
+    Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return least_of_call(name, asker);
+    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED)) return UNKNOWN;
+    Findings *findings = findings_of(symbol);
+    if (findings->states[LEAST] == IS_FOUND) return findings->least;
+    if (findings->states[LEAST] == IN_QUESTION) return asker.symbol == symbol ? NO_BOUND : UNKNOWN;
+    if (asker.depth > DEEPEST) return UNKNOWN;
+    findings->states[LEAST] = IN_QUESTION;
+    findings->least = least_of_values(symbol, asker);
+    findings->states[LEAST] = IS_FOUND;
+    return findings->least;
 }
 
 double number_of(const Node *node) {
@@ -173,34 +230,35 @@ double least_difference(double left, const Node *right) {
 }
 
 // Products, quotients and powers of what is not negative are not negative either.
-double least_of_others(double left, const Node *right, int depth) {
+double least_of_others(double left, const Node *right, Asker asker) {
     if (right->kind == NODE_POSTFIX) return left;
-    return left >= 0 && least(right, depth) >= 0 ? 0 : UNKNOWN;
+    return left >= 0 && least(right, inner(asker)) >= 0 ? 0 : UNKNOWN;
 }
 
-double least_of_chain(const Node *chain, int depth) {
+double least_of_chain(const Node *chain, Asker asker) {
     if (chain->op >= OPERATOR_OR_ELSE && chain->op <= OPERATOR_GREATER) return 0;
-    double bound = least(chain->first_child, depth);
+    double bound = least(chain->first_child, inner(asker));
     for (const Node *next = second_child(chain); next; next = next->next) {
         switch (next->joint) {
-            case OPERATOR_PLUS: bound = least_sum(bound, least(next, depth)); break;
+            case OPERATOR_PLUS: bound = least_sum(bound, least(next, inner(asker))); break;
             case OPERATOR_MINUS: bound = least_difference(bound, next); break;
-            default: bound = least_of_others(bound, next, depth);
+            default: bound = least_of_others(bound, next, asker);
         }
     }
     return bound;
 }
 
-double least(const Node *node, int depth) {
+double least(const Node *node, Asker asker) {
     node = inside(node);
+    if (asker.depth > DEEPEST) return UNKNOWN;
     switch (node->kind) {
         case NODE_NUMBER: return number_of(node);
         case NODE_END: return 0;
-        case NODE_NAME: return least_of_name(node, depth);
-        case NODE_CHAIN: return least_of_chain(node, depth);
-        case NODE_RANGE: return least_of_range(node, depth);
-        case NODE_MATRIX: return least_of_rows(node, depth);
-        case NODE_REFERENCE: return least_of_call(node, depth);
+        case NODE_NAME: return least_of_name(node, asker);
+        case NODE_CHAIN: return least_of_chain(node, asker);
+        case NODE_RANGE: return least_of_range(node, asker);
+        case NODE_MATRIX: return least_of_rows(node, asker);
+        case NODE_REFERENCE: return least_of_call(node, asker);
         case NODE_PREFIX: {
             double number = number_of(inside(node->first_child));
             if (node->op == OPERATOR_NOT) return 0;
@@ -212,7 +270,7 @@ double least(const Node *node, int depth) {
 
 }  // namespace
 
-bool is_never_negative(const Node *expression) { return least(expression, 0) >= 0; }
+bool is_never_negative(const Node *expression) { return least(expression, Asker{}) >= 0; }
 
 namespace {
 
@@ -224,71 +282,68 @@ const char *const ELEMENTWISE[] = {"floor", "ceil", "round", "fix",    "abs", "m
                                    "max",   "min",  "sqrt",  "double", "exp", "log", "int32",
                                    "uint8", "log2", "log10", "sin",    "cos", "sum", nullptr};
 
-bool single(const Node *node, int depth);
+bool single(const Node *node, Asker asker);
 
-bool all_single(const Node *node, int depth) {
+bool all_single(const Node *node, Asker asker) {
     for (const Node *child = node ? node->first_child : nullptr; child; child = child->next)
-        if (child->kind != NODE_POSTFIX && !single(child, depth)) return false;
+        if (child->kind != NODE_POSTFIX && !single(child, inner(asker))) return false;
     return true;
 }
 
 // size(x, 1) and find(x, 1) give one number, without the 1 several.
-bool is_single_call(const Node *node, int depth) {
+bool is_single_call(const Node *node, Asker asker) {
     Call call = call_of(node);
     if (!call.name) return false;
     if (is_one_of(call.name, SINGLES)) return true;
     bool selects = strcmp(call.name, "size") == 0 || strcmp(call.name, "find") == 0;
     if (selects) return count_of(call.arguments) > 1;
-    return is_one_of(call.name, ELEMENTWISE) && call.arguments && all_single(call.arguments, depth);
+    return is_one_of(call.name, ELEMENTWISE) && call.arguments && all_single(call.arguments, asker);
 }
 
-bool is_single_value(const AssignedValue *value, int depth) {
+bool is_single_value(const AssignedValue *value, Asker asker) {
     if (value->kind == VALUE_LOOP) return true;
-    if (value->kind == VALUE_WHOLE) return single(value->node, depth);
+    if (value->kind == VALUE_WHOLE) return single(value->node, asker);
     Call call = value->node ? call_of(value->node) : Call{};
     return call.name && strcmp(call.name, "size") == 0;
 }
 
-bool is_single_name(const Node *name, int depth) {
+bool is_single_name(const Node *name, Asker asker) {
     Symbol *symbol = name->symbol;
-    if (!is_variable(symbol)) return is_single_call(name, depth);
-    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED) || depth > DEEPEST) return false;
-    if (symbol->flags & SYMBOL_IN_QUESTION) return true;
-    symbol->flags |= SYMBOL_IN_QUESTION;
-    bool is_single = true;
-    for (const AssignedValue *value = symbol->values; value && is_single; value = value->next)
-        is_single = is_single_value(value, depth + 1);
-    symbol->flags &= ~static_cast<uint32_t>(SYMBOL_IN_QUESTION);
-    return is_single;
+    if (!is_variable(symbol)) return is_single_call(name, asker);
+    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED)) return false;
+    return holds_for_all(symbol, SINGLE, asker, is_single_value);
 }
 
-bool single(const Node *node, int depth) {
+bool single(const Node *node, Asker asker) {
     node = inside(node);
+    if (asker.depth > DEEPEST) return false;
     switch (node->kind) {
         case NODE_NUMBER:
         case NODE_END: return true;
-        case NODE_NAME: return is_single_name(node, depth);
+        case NODE_NAME: return is_single_name(node, asker);
         case NODE_CHAIN:
-        case NODE_PREFIX: return all_single(node, depth);
-        case NODE_REFERENCE: return is_single_call(node, depth);
+        case NODE_PREFIX: return all_single(node, asker);
+        case NODE_REFERENCE: return is_single_call(node, asker);
         default: return false;
     }
 }
 
-bool several(const Node *node, int depth);
+bool several(const Node *node, Asker asker);
 
-bool is_several_matrix(const Node *matrix) {
+bool is_several_matrix(const Node *matrix, Asker asker) {
     const Node *row = matrix->first_child;
     if (!row || row->next || row->first_child->next) return true;
-    return several(row->first_child, 0);
+    return several(row->first_child, inner(asker));
 }
 
-bool is_several_name(const Node *name, int depth) {
-    const Symbol *symbol = name->symbol;
-    if (!is_variable(symbol) || !is_known(symbol) || depth > DEEPEST) return false;
-    for (const AssignedValue *value = symbol->values; value; value = value->next)
-        if (value->kind != VALUE_WHOLE || !several(value->node, depth + 1)) return false;
-    return true;
+bool is_several_value(const AssignedValue *value, Asker asker) {
+    return value->kind == VALUE_WHOLE && several(value->node, asker);
+}
+
+bool is_several_name(const Node *name, Asker asker) {
+    Symbol *symbol = name->symbol;
+    if (!is_variable(symbol) || !is_known(symbol)) return false;
+    return holds_for_all(symbol, SEVERAL, asker, is_several_value);
 }
 
 // Functions whose results, as an index, are masks.
@@ -302,45 +357,51 @@ bool is_several_call(const Node *node) {
     return strcmp(call.name, "find") == 0 && count_of(call.arguments) == 1;
 }
 
-bool several(const Node *node, int depth) {
+bool several(const Node *node, Asker asker) {
     node = inside(node);
+    if (asker.depth > DEEPEST) return false;
     switch (node->kind) {
         case NODE_COLON:
         case NODE_RANGE: return true;
-        case NODE_MATRIX: return is_several_matrix(node);
+        case NODE_MATRIX: return is_several_matrix(node, inner(asker));
         case NODE_CHAIN: return node->op >= OPERATOR_OR && node->op <= OPERATOR_GREATER;
         case NODE_PREFIX: return node->op == OPERATOR_NOT;
-        case NODE_NAME: return is_several_name(node, depth);
+        case NODE_NAME: return is_several_name(node, asker);
         default: return is_several_call(node);
     }
 }
 
 }  // namespace
 
-bool is_surely_single(const Node *expression) { return single(expression, 0); }
+bool is_surely_single(const Node *expression) { return single(expression, Asker{}); }
 
-bool is_surely_several(const Node *expression) { return several(expression, 0); }
+bool is_surely_several(const Node *expression) { return several(expression, Asker{}); }
 
 namespace {
 
 const char *const CELL_MAKERS[] = {"cell",    "num2cell",    "fieldnames", "strsplit",
                                    "cellstr", "struct2cell", "mat2cell",   nullptr};
 
-bool is_cell(const Node *node, int depth) {
+bool is_cell(const Node *node, Asker asker);
+
+bool is_cell_value(const AssignedValue *value, Asker asker) {
+    return value->kind == VALUE_WHOLE && is_cell(value->node, asker);
+}
+
+bool is_cell(const Node *node, Asker asker) {
     node = inside(node);
+    if (asker.depth > DEEPEST) return false;
     if (node->kind == NODE_CELL) return true;
     if (node->kind == NODE_MATRIX) {
         const Node *row = node->first_child;
-        return row && is_cell(row->first_child, depth);
+        return row && is_cell(row->first_child, inner(asker));
     }
     Call call = call_of(node);
     if (call.name) return is_one_of(call.name, CELL_MAKERS);
     const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     bool is_part = base == node || (base->next->kind == NODE_ARGUMENTS && !base->next->next);
-    if (base->kind != NODE_NAME || !is_part || depth > DEEPEST) return false;
-    for (const AssignedValue *value = base->symbol->values; value; value = value->next)
-        if (value->kind != VALUE_WHOLE || !is_cell(value->node, depth + 1)) return false;
-    return base->symbol->values != nullptr;
+    if (base->kind != NODE_NAME || !is_part || !base->symbol->values) return false;
+    return holds_for_all(base->symbol, CELL, asker, is_cell_value);
 }
 
 const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel",    "length",
@@ -350,7 +411,7 @@ const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel"
 bool is_array(const Node *node) {
     node = inside(node);
     switch (node->kind) {
-        case NODE_MATRIX: return node->first_child && !is_cell(node, 0);
+        case NODE_MATRIX: return node->first_child && !is_cell(node, Asker{});
         case NODE_NUMBER:
         case NODE_STRING:
         case NODE_RANGE:
@@ -376,7 +437,7 @@ bool holds_cell(const Symbol *symbol) {
     if (is_ever_array(symbol)) return false;
     bool is_seen = symbol->flags & SYMBOL_HAS_BRACES;
     for (const AssignedValue *value = symbol->values; value && !is_seen; value = value->next)
-        is_seen = value->kind == VALUE_WHOLE && is_cell(value->node, 0);
+        is_seen = value->kind == VALUE_WHOLE && is_cell(value->node, Asker{});
     return is_seen;
 }
 
