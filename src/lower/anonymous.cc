@@ -141,7 +141,8 @@ constexpr int32_t MOST_RESULTS = 8;
 const char *lower_procedure(const Node *node) {
     const Scope *scope = scope_of(node);
     const Node *body = without_parens(second_child(node));
-    int32_t results = is_call(body) && !is_deal(body) ? Lowering.results : 0;
+    int32_t results =
+        node == Lowering.asked && is_call(body) && !is_deal(body) ? Lowering.results : 0;
     Lines lines = {};
     Surroundings outer = enter_body(scope, &lines);
     const char *parameters = parameter_list(scope);

@@ -59,11 +59,34 @@ const char *compound_value(const Target *target, const Node *node) {
     return new_binary(node->op, &left, &right).expr->text;
 }
 
+// Functions that ask their first argument for as many results as they are asked for.
+const char *const Appliers[] = {"arrayfun", "cellfun", "structfun", "feval"};
+
+bool is_applier(const Node *base) {
+    if (base->kind != NODE_NAME || is_variable(base->symbol)) return false;
+    for (const char *applier : Appliers)
+        if (strcmp(applier, base->text) == 0) return true;
+    return false;
+}
+
+// The function that several results of a value are asked of: the value itself, which is called
+// later, one that is called where it stands, or the one that is applied. Null for none.
+const Node *asked_function(const Node *value) {
+    value = without_parens(value);
+    if (value->kind == NODE_REFERENCE) {
+        const Node *base = value->first_child;
+        bool applies = is_applier(base) && base->next->kind == NODE_ARGUMENTS;
+        value = applies ? base->next->first_child : without_parens(base);
+    }
+    return value && value->kind == NODE_ANONYMOUS ? value : nullptr;
+}
+
 // Lowers a value that is asked for several results, now or, a function, later.
 const char *lower_for_results(const Node *value, int32_t results) {
+    Lowering.asked = asked_function(value);
     Lowering.results = results;
     const char *text = lower_expression(value)->text;
-    Lowering.results = 0;
+    Lowering.asked = nullptr;
     return text;
 }
 

@@ -10,6 +10,7 @@
 
 struct Scope;
 struct EndBase;
+struct Node;
 struct Symbol;
 
 /* A name that the front end has made up. */
@@ -29,7 +30,8 @@ struct LoweringContext {
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
     const Symbol *single;   /* a struct a field of which gets the value being lowered, so that it is
                                no array; null for none */
-    int32_t results;        /* values that the value being lowered is asked for, when several */
+    const Node *asked;      /* ANONYMOUS of which several results are asked; null for none */
+    int32_t results;        /* how many */
     MessageId gap;          /* why the current statement is given up; else MESSAGE_COUNT */
     Lines *in_front;        /* lines in front of the outermost statement; null outside of one */
     int front_level;        /* of those lines */
