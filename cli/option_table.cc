@@ -68,6 +68,8 @@ void add_output_options(CLI::App &app, Options &options) {
                  "Write no translation of a source with an error or a gap");
     app.add_flag("--dump-tree", options.dumps_tree,
                  "Write the tree of the source, not its translation");
+    app.add_flag("--dump-values", options.dumps_values,
+                 "Write the tree with what is known of values, not its translation");
 }
 
 /* An option whose value is one of the words; type stands for it. */

@@ -91,8 +91,8 @@ std::string report_conflict(const Options &options) {
         return "--report: '" + options.report + '\'' + REPORT_FORMS;
     if (options.wants_statistics() && options.language == "classic")
         return "classic makes no tree, which reports, graphs and assessments need";
-    if (options.wants_statistics() && options.dumps_tree)
-        return "--dump-tree translates nothing that could be reported";
+    if (options.wants_statistics() && options.dumps_any())
+        return "--dump-tree and --dump-values write nothing that could be reported";
     return "";
 }
 
@@ -106,8 +106,8 @@ std::string conflict(const Options &options, bool is_batch) {
         return options.paths.empty() ? "give PATH, the sources of the functions" : "";
     if (options.paths.empty() && !options.command)
         return "nothing to translate: give PATH or -c TEXT";
-    if (options.dumps_tree && options.language == "classic")
-        return "--dump-tree: classic makes no tree";
+    if (options.dumps_any() && options.language == "classic")
+        return "--dump-tree, --dump-values: classic makes no tree";
     if (has_folder && options.output) return "-o and -O exclude each other";
     if (has_folder && options.command) return "-c and -O exclude each other";
     const bool has_output = has_folder || options.output.value_or("-") != "-";
@@ -119,7 +119,7 @@ std::string conflict(const Options &options, bool is_batch) {
     if (is_batch && options.mode == Mode::Translate && !has_folder)
         return "give -O DIR to translate several files";
     if (is_batch && options.output) return "-o takes the translation of one file: give -O DIR";
-    if (is_batch && options.dumps_tree) return "--dump-tree shows one file";
+    if (is_batch && options.dumps_any()) return "--dump-tree and --dump-values show one file";
     return report_conflict(options);
 }
 

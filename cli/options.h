@@ -72,6 +72,8 @@ struct Options {
     ColourUse colours = ColourUse::Auto;
     /* Whether the tree of the source is written instead of its translation. */
     bool dumps_tree = false;
+    bool dumps_values = false;
+    [[nodiscard]] bool dumps_any() const { return dumps_tree || dumps_values; }
     /* Files with rules; of two rules for the same, that of the later file holds. */
     std::vector<std::string> rule_files;
     /* Whether no configuration is looked for in the folders of the sources. */

@@ -88,9 +88,16 @@ void finish(Translation &translation, const MessageCollection &messages) {
 /* Where the tree of the source goes, with what has been said about it so far. */
 Translation *tree_wanted;
 
-void note_tree(const Node *tree) {
-    tree_wanted->text = std::string(print_tree(NewLongString(), tree)) + '\n';
+void note_tree_text(const char *text) {
+    tree_wanted->text = std::string(text) + '\n';
     finish(*tree_wanted, *messages_noted);
+}
+
+void note_tree(const Node *tree) { note_tree_text(print_tree(NewLongString(), tree)); }
+
+/* What is known of values shows when all has been translated. */
+void note_values(const SourceFile *file) {
+    note_tree_text(print_tree_of_values(NewLongString(), file->tree));
 }
 
 /* Has the library's messages, and the files that it opens, noted for as long as this lives. */
@@ -106,10 +113,15 @@ public:
         SourceObserver = nullptr;
         Listener = nullptr;
         OnTree = nullptr;
+        OnProgram = nullptr;
     }
-    static void show_tree_in(Translation *translation) {
+    static void show_tree_in(Translation *translation, bool has_values) {
         tree_wanted = translation;
-        OnTree = note_tree;
+        if (has_values) {
+            OnProgram = note_values;
+        } else {
+            OnTree = note_tree;
+        }
     }
     RunWatch(const RunWatch &) = delete;
     RunWatch &operator=(const RunWatch &) = delete;
@@ -132,7 +144,7 @@ void run(StandInHost &host, const Source &source, const Options &wanted,
     const auto options = run_options(host.values(), source, wanted);
     try {
         const auto text = host.translate(source.mode, source.argument, options);
-        if (!wanted.dumps_tree) {
+        if (!wanted.dumps_any()) {
             translation.text = text.value();
             finish(translation, messages);
         }
@@ -158,7 +170,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     const RunWatch watch(&translation.files_read, &messages);
     std::optional<StatisticsWatch> statistics;
     if (wanted.wants_statistics()) statistics.emplace(index);
-    if (wanted.dumps_tree) watch.show_tree_in(&translation);
+    if (wanted.dumps_any()) watch.show_tree_in(&translation, wanted.dumps_values);
     run(host, source, wanted, messages, translation);
     translation.rules_used = answers.used();
     translation.unanswered = answers.unanswered();

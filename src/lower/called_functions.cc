@@ -177,6 +177,13 @@ bool is_function_of_file(const Node *name) {
     return callee->is_elsewhere || (callee->file && !callee->file->is_script);
 }
 
+bool has_function(const Node *name) {
+    if (name->symbol->definition) return true;
+    if (const Callee *known = known_callee(name))
+        return known->is_own || known->is_elsewhere || known->file;
+    return AddTranslator && has_file(name);
+}
+
 const char *uncalled_name(const Node *name) { return callee_of(name)->written; }
 
 const char *called_function(const Node *name) {

@@ -17,6 +17,8 @@ const char *own_function(const Node *name);
 const char *called_function(const Node *name);
 /* The same name, without a call of it. */
 const char *uncalled_name(const Node *name);
+/* Whether the program may have a function of that name, NAME; no file is read for that. */
+bool has_function(const Node *name);
 /* A kept name of a member, name.field, in the place of both. */
 const Node *member_name(const Node *name, const Node *field);
 /* Whether the name of such a function means one of a file. */

@@ -26,8 +26,8 @@ const Node *last_selector(const Node *reference) {
     return selector;
 }
 
-bool is_cell_variable(const Node *node) {
-    return node->kind == NODE_NAME && is_variable(node->symbol) && holds_cell(node->symbol);
+bool is_cell_name(const Node *node) {
+    return node->kind == NODE_NAME && is_variable(node->symbol) && is_cell_variable(node);
 }
 
 bool is_literal(const Node *value) {
@@ -37,8 +37,8 @@ bool is_literal(const Node *value) {
 // Whether the value is a cell: it surely is, or the target takes nothing else.
 bool is_cell_value(const Node *target, const Node *value) {
     if (is_literal(value) || is_value_list(value, false)) return false;
-    if (is_cell_variable(value)) return true;
-    bool has_cell = is_cell_variable(target->first_child) && !second_child(target)->next;
+    if (is_cell_name(value)) return true;
+    bool has_cell = is_cell_name(target->first_child) && !second_child(target)->next;
     return has_cell && may_be_cell(value);
 }
 

@@ -68,7 +68,7 @@ bool is_cell_part(const Node *reference) {
     const Node *arguments = base->next;
     if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS || arguments->next)
         return false;
-    if (!arguments->first_child || !holds_cell(base->symbol)) return false;
+    if (!arguments->first_child || !is_cell_variable(base)) return false;
     int several = count_several(arguments);
     bool is_unknown = several < 0 && !arguments->first_child->next;
     return several == 0 || is_unknown;

@@ -87,8 +87,7 @@ const char *selection(const char *base, mExpr *positions, int selecting, int cou
 // the element in the host.
 bool leaves_cell(const Node *target) {
     const Node *base = target->first_child;
-    return base->kind == NODE_NAME && base->next == last_selector(target) &&
-           holds_cell(base->symbol);
+    return base->kind == NODE_NAME && base->next == last_selector(target) && is_cell_variable(base);
 }
 
 // What a deletion of the first or the last element leaves; null for any other position, and where

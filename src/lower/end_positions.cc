@@ -71,7 +71,9 @@ double behind_end(const Node *stop) {
 // is one, no position from j on is selected either way.
 bool is_plain_range(const Node *range) {
     const Node *stop = second_child(range);
-    if (stop->next || is_never_negative(stop)) return true;
+    if (stop->next) return true;
+    if (!is_surely_whole(stop)) return false;
+    if (is_never_negative(stop)) return true;
     double distance = behind_end(stop);
     const Node *start = without_parens(range->first_child);
     return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;

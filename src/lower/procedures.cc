@@ -8,6 +8,7 @@
 #include "lower/statements.h"
 #include "lower/text_list.h"
 #include "syntax/spellings.h"
+#include "syntax/values/trace_function.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -204,7 +205,7 @@ void begin_procedures() {
 
 void lower_function(const FileFunction *function, const Node *comments, Lines *lines) {
     const Node *node = function->node;
-    settle_function(function->node, find_script);
+    trace_function(settle_function(function->node, find_script), has_function);
     Lines before = {};
     Lines procedure = {};
     BeforeProcedure = &before;

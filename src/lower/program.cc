@@ -11,6 +11,7 @@
 #include "lower/procedures.h"
 #include "lower/statements.h"
 #include "run/run_state.h"
+#include "syntax/values/trace_function.h"
 
 TreeListener OnTree;
 ProgramListener OnProgram;
@@ -91,6 +92,7 @@ void write_script(const PackageFlags *used, const Lines *lines) {
 // The statements are lowered before the files that they call and written behind them.
 void translate_script(SourceFile *file) {
     Scope *scope = settle_script(file->tree, find_script);
+    trace_function(scope, has_function);
     PackageFlags outer = begin_packages();
     Lines lines = {};
     lower_script(scope, &lines);

@@ -1,6 +1,7 @@
 // The files of a run.
 #include "lower/program_files.h"
 
+#include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
 
@@ -31,6 +32,7 @@ namespace {
 SourceFile *Files;       // newest first
 Folder *PrivateFolders;  // those that are there
 NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
+NameMap OnPath;          // names of which a file is there, or surely none
 NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
 
 SourceLanguage Language;
@@ -249,7 +251,7 @@ void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = Files = nullptr;
     PrivateFolders = nullptr;
-    PathFiles = Procedures = {};
+    PathFiles = Procedures = OnPath = {};
 }
 
 SourceFile *read_main_file(const char *path, const char *text, uint32_t length) {
@@ -281,6 +283,33 @@ SourceFile *find_file(const Node *place) {
         if (found) return found;
     }
     return find_once(&PathFiles, name, [=] { return find_on_path(place); });
+}
+
+// Only what is surely not there is none.
+static bool may_exist(const char *folder, const char *name) {
+    struct stat status;
+    const char *path = form_text("%s/%s.m", {folder, name});
+    return stat(path, &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+static bool is_on_path(const char *name) {
+    for (const SearchDirectory *at = SearchPath; at; at = at->next)
+        if (may_exist(at->directory, name)) return true;
+    return false;
+}
+
+bool has_file(const Node *place) {
+    const char *name = place->text;
+    const char *path;
+    if (FindFile) return FindFile(CurrentFile->path, name, &path) != NOT_FOUND;
+    const Folder *folder = CurrentFile->private_folder;
+    if (folder && may_exist(folder->path, name)) return true;
+    void *known = find_name(&OnPath, name);
+    if (!known) {
+        known = is_on_path(name) ? &OnPath : NO_FILE;
+        enter_name(&OnPath, name, known);
+    }
+    return known != NO_FILE;
 }
 
 void reserve_name(const char *written) {

@@ -56,6 +56,9 @@ SourceFile *find_file(const Node *place);
 /* Whether the name means a file that is translated for itself. */
 bool is_found_elsewhere(const Node *place);
 
+/* Whether there may be such a file, which is not read. */
+bool has_file(const Node *place);
+
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);
 /* The host name, or if that is taken with a number behind it; from now on it is taken. */

@@ -29,7 +29,7 @@ inline void append_all(NodeList *list, NodeList *more) {
 /* A node at offset, of no length so far. */
 inline Node *new_node(NodeKind kind, uint32_t offset) {
     Node *node = static_cast<Node *>(take_room(sizeof(Node)));
-    *node = {kind, OPERATOR_NONE, OPERATOR_NONE, 0, 0, offset, 0, {nullptr}, {nullptr}, nullptr};
+    *node = {kind, OPERATOR_NONE, OPERATOR_NONE, 0, 0, 0, offset, 0, {nullptr}, {nullptr}, nullptr};
     return node;
 }
 inline Node *new_text_node(NodeKind kind, uint32_t start, uint32_t end, const char *text) {

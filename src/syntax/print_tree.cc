@@ -3,6 +3,8 @@
 
 #include <string.h>
 
+#include "syntax/values/print_value.h"
+
 namespace {
 
 // Words of the nodes that are printed as (word children...). ORDER NODES
@@ -17,6 +19,7 @@ const char *const Words[] = {
 
 LongString Text;
 int Indentation;
+bool ShowsValues;
 
 void print(const char *text) { Text = AppendStringToString(Text, text); }
 void print_node(const Node *node);
@@ -152,7 +155,21 @@ bool print_leaf(const Node *node) {
     }
 }
 
-void print_node(const Node *node) {
+// What a literal is shows itself.
+bool has_value(const Node *node) {
+    switch (node->kind) {
+        case NODE_NAME:
+        case NODE_PREFIX:
+        case NODE_CHAIN:
+        case NODE_RANGE:
+        case NODE_MATRIX:
+        case NODE_CELL:
+        case NODE_REFERENCE: return node->value != 0;
+        default: return false;
+    }
+}
+
+void print_plain_node(const Node *node) {
     if (print_leaf(node)) return;
     switch (node->kind) {
         case NODE_CHAIN: return print_chain(node);
@@ -174,11 +191,25 @@ void print_node(const Node *node) {
     }
 }
 
-}  // namespace
+void print_node(const Node *node) {
+    print_plain_node(node);
+    if (!ShowsValues || !has_value(node)) return;
+    print(":");
+    Text = print_value(Text, node->value);
+}
 
-LongString print_tree(LongString text, const Node *node) {
+LongString print_whole(LongString text, const Node *node, bool shows_values) {
     Text = text;
     Indentation = 0;
+    ShowsValues = shows_values;
     print_node(node);
     return Text;
 }
+
+}  // namespace
+
+LongString print_tree_of_values(LongString text, const Node *node) {
+    return print_whole(text, node, true);
+}
+
+LongString print_tree(LongString text, const Node *node) { return print_whole(text, node, false); }

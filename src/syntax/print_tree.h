@@ -10,3 +10,5 @@
  * its operators between its operands: x = a + b(1)*2 is (= x (a + (b(1) * 2))). A statement that
  * does not print ends in a semicolon. */
 [[nodiscard]] LongString print_tree(LongString text, const Node *node);
+/* The same with what is known of values, behind each name, call and operator: x:number. */
+[[nodiscard]] LongString print_tree_of_values(LongString text, const Node *node);

@@ -11,6 +11,7 @@
 #include "syntax/operators.h"
 
 struct Node;
+struct Region;
 struct Scope;
 struct Symbol;
 
@@ -176,11 +177,13 @@ struct Node {
     OperatorId joint; /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
     uint8_t spare;
     uint16_t flags;  /* of NodeFlag */
+    uint16_t value;  /* what its value may be (values/value.h); 0: nothing is known */
     uint32_t offset; /* place in the source: first byte, from 0, and number of bytes */
     uint32_t length;
     union {
         const char *text; /* null where the kind has none */
         Scope *scope;     /* PARAMETERS, FILE: null before the names are settled */
+        Region *region;   /* FOR, WHILE, DO_UNTIL, TRY: null before its values are traced */
     };
     union {
         Node *first_child; /* null for none */

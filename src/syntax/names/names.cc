@@ -74,6 +74,8 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (base->kind != NODE_NAME) return walk_nodes(walk, base);
     read_name(walk, base);
     if (is_index(base->next)) base->symbol->flags |= SYMBOL_IS_VALUE;
+    if (is_index(base->next) && base->next->kind == NODE_ARGUMENTS)
+        base->symbol->flags |= SYMBOL_IS_INDEXED;
     if (base->next->kind == NODE_BRACES) base->symbol->flags |= SYMBOL_HAS_BRACES;
     walk_nodes(walk, base->next);
     if (strcmp(base->text, "exist") != 0) return;

@@ -9,7 +9,9 @@
 struct AssignedValue;
 struct Capture;
 struct Findings;
+struct LibraryFunction;
 struct LoopUse;
+struct Outcome;
 
 enum SymbolFlag : uint32_t {
     SYMBOL_PARAMETER = 1 << 0,
@@ -33,7 +35,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
     SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, sets a
                                         field of a computed name, or fills a cell */
-    SYMBOL_SET_INSIDE = 1 << 17      /* a nested function sets it */
+    SYMBOL_SET_INSIDE = 1 << 17,     /* a nested function sets it */
+    SYMBOL_IS_INDEXED = 1 << 18,     /* a colon or end stands in its parentheses somewhere */
+    SYMBOL_READ_FIRST = 1 << 19      /* it is read before it is set, in the order of the text */
 };
 
 /* A name in the functions that share it. */
@@ -57,6 +61,11 @@ struct Symbol {
     int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
     Findings *findings;    /* what has been found of its values; null before anybody asks */
+    const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
+    uint16_t now;     /* what its value may be where the values are being traced (values/value.h) */
+    uint16_t since;   /* what it has been since the outermost loop or try around began */
+    uint16_t ever;    /* what it may be anywhere in the function; 0 before its values are traced */
+    Outcome *outcome; /* in the branches or the loop that are being joined (values/flow.cc) */
 };
 
 enum ScopeFlag : uint32_t {

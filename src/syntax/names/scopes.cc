@@ -162,8 +162,9 @@ Symbol *mention(NameWalk *walk, Node *name) {
 }
 
 void read_name(NameWalk *walk, Node *name) {
+    constexpr uint32_t SET = SYMBOL_ASSIGNED | SYMBOL_CHANGED;
     Symbol *symbol = mention(walk, name);
-    symbol->flags |= SYMBOL_READ;
+    symbol->flags |= symbol->flags & SET ? SYMBOL_READ : SYMBOL_READ | SYMBOL_READ_FIRST;
     walk->scope->flags |= special_flags(name->text);
     note_reading(&walk->loops, symbol);
 }

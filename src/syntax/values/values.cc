@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "syntax/values/shapes.h"
 
 void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
     AssignedValue *value = AllocRecord<AssignedValue>();
@@ -44,7 +45,7 @@ void note_element(Symbol *symbol, const Node *target) {
 namespace {
 
 // What is asked of variables.
-enum Question : uint8_t { LEAST, SINGLE, SEVERAL, CELL, QUESTIONS };
+enum Question : uint8_t { LEAST, SEVERAL, CELL, QUESTIONS };
 enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
 
 }  // namespace
@@ -270,63 +271,15 @@ double least(const Node *node, Asker asker) {
 
 }  // namespace
 
-bool is_never_negative(const Node *expression) { return least(expression, Asker{}) >= 0; }
+bool is_never_negative(const Node *expression) {
+    return !may_be(value_of(expression), MAY_BE_NEGATIVE) || least(expression, Asker{}) >= 0;
+}
+
+bool is_surely_whole(const Node *expression) {
+    return !may_be(value_of(expression), MAY_BE_BROKEN);
+}
 
 namespace {
-
-const char *const SINGLES[] = {
-    "numel",  "length", "ndims",    "nnz",       "rows", "columns", "nargin", "nargout", "isempty",
-    "strcmp", "true",   "false",    "pi",        "eps",  "inf",     "Inf",    "NaN",     "nan",
-    "ischar", "iscell", "isstruct", "isnumeric", "i",    "j",       nullptr};
-const char *const ELEMENTWISE[] = {"floor", "ceil", "round", "fix",    "abs", "mod", "rem",
-                                   "max",   "min",  "sqrt",  "double", "exp", "log", "int32",
-                                   "uint8", "log2", "log10", "sin",    "cos", "sum", nullptr};
-
-bool single(const Node *node, Asker asker);
-
-bool all_single(const Node *node, Asker asker) {
-    for (const Node *child = node ? node->first_child : nullptr; child; child = child->next)
-        if (child->kind != NODE_POSTFIX && !single(child, inner(asker))) return false;
-    return true;
-}
-
-// size(x, 1) and find(x, 1) give one number, without the 1 several.
-bool is_single_call(const Node *node, Asker asker) {
-    Call call = call_of(node);
-    if (!call.name) return false;
-    if (is_one_of(call.name, SINGLES)) return true;
-    bool selects = strcmp(call.name, "size") == 0 || strcmp(call.name, "find") == 0;
-    if (selects) return count_of(call.arguments) > 1;
-    return is_one_of(call.name, ELEMENTWISE) && call.arguments && all_single(call.arguments, asker);
-}
-
-bool is_single_value(const AssignedValue *value, Asker asker) {
-    if (value->kind == VALUE_LOOP) return true;
-    if (value->kind == VALUE_WHOLE) return single(value->node, asker);
-    Call call = value->node ? call_of(value->node) : Call{};
-    return call.name && strcmp(call.name, "size") == 0;
-}
-
-bool is_single_name(const Node *name, Asker asker) {
-    Symbol *symbol = name->symbol;
-    if (!is_variable(symbol)) return is_single_call(name, asker);
-    if (!is_known(symbol) || (symbol->flags & SYMBOL_CHANGED)) return false;
-    return holds_for_all(symbol, SINGLE, asker, is_single_value);
-}
-
-bool single(const Node *node, Asker asker) {
-    node = inside(node);
-    if (asker.depth > DEEPEST) return false;
-    switch (node->kind) {
-        case NODE_NUMBER:
-        case NODE_END: return true;
-        case NODE_NAME: return is_single_name(node, asker);
-        case NODE_CHAIN:
-        case NODE_PREFIX: return all_single(node, asker);
-        case NODE_REFERENCE: return is_single_call(node, asker);
-        default: return false;
-    }
-}
 
 bool several(const Node *node, Asker asker);
 
@@ -373,9 +326,20 @@ bool several(const Node *node, Asker asker) {
 
 }  // namespace
 
-bool is_surely_single(const Node *expression) { return single(expression, Asker{}); }
+bool is_surely_single(const Node *expression) {
+    Value value = value_of(expression);
+    return is_single(numeric_shape(value)) && !may_be(value, MAY_BE_EMPTY);
+}
 
-bool is_surely_several(const Node *expression) { return several(expression, Asker{}); }
+bool is_surely_several(const Node *expression) {
+    Value value = value_of(expression);
+    if (kinds_of(value) == MAY_BE_TRUTH) return true;  // a mask
+    if (is_surely(value, ARITHMETIC)) {
+        if (!may_be(value, MAY_BE_SINGLE)) return true;
+        if (!may_be(value, MAY_BE_ARRAY)) return false;
+    }
+    return several(expression, Asker{});
+}
 
 namespace {
 
@@ -433,7 +397,7 @@ static bool is_ever_array(const Symbol *symbol) {
     return false;
 }
 
-bool holds_cell(const Symbol *symbol) {
+static bool holds_cell(const Symbol *symbol) {
     if (is_ever_array(symbol)) return false;
     bool is_seen = symbol->flags & SYMBOL_HAS_BRACES;
     for (const AssignedValue *value = symbol->values; value && !is_seen; value = value->next)
@@ -441,7 +405,16 @@ bool holds_cell(const Symbol *symbol) {
     return is_seen;
 }
 
+bool is_cell_variable(const Node *name) {
+    Value kinds = kinds_of(value_of(name)) & ~MAY_BE_OTHER;
+    if (!may_be(kinds, MAY_BE_CELL)) return false;
+    return kinds == MAY_BE_CELL || holds_cell(name->symbol);
+}
+
 bool may_be_cell(const Node *expression) {
+    Value kinds = kinds_of(value_of(expression)) & ~MAY_BE_OTHER;
+    if (!may_be(kinds, MAY_BE_CELL)) return false;
+    if (kinds == MAY_BE_CELL) return true;
     expression = inside(expression);
     if (expression->kind != NODE_NAME) return !is_array(expression);
     return !is_ever_array(expression->symbol);

@@ -25,15 +25,17 @@ void note_element(Symbol *symbol, const Node *target);
 
 /* Whether the value is a number that is surely not below 0; several numbers, each of them. */
 bool is_never_negative(const Node *expression);
+/* Whether its numbers are surely whole. */
+bool is_surely_whole(const Node *expression);
 /* Whether the value is surely a single one. */
 bool is_surely_single(const Node *expression);
 /* Whether the value, as an index, surely selects several elements as far as the text can tell: a
  * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
 bool is_surely_several(const Node *expression);
 
-/* Whether the variable holds a cell: braces are used behind it or a cell is assigned to it, and
- * nothing that is surely none. */
-bool holds_cell(const Symbol *symbol);
+/* Whether the variable, a NAME, holds a cell here. Where the ways to this place differ: braces are
+ * used behind it somewhere or a cell is assigned to it, and nothing that is surely none. */
+bool is_cell_variable(const Node *name);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
  * numbers, texts and arrays. Of a call or a parameter nobody knows: true. */
 bool may_be_cell(const Node *expression);

@@ -1,0 +1,184 @@
+// What a condition says of the values behind it.
+#include <stdlib.h>
+#include <string.h>
+
+#include "syntax/spellings.h"
+#include "syntax/values/library_values.h"
+#include "syntax/values/trace.h"
+
+namespace {
+
+constexpr int MOST_PARAMETERS = 1000;
+
+void keep_only(Symbol *symbol, Value kept) {
+    Value now = value_now(symbol);
+    Value left = now & kept;
+    if (is_traced(symbol) && kinds_of(left) && left != now) set_value(symbol, left);
+}
+
+struct KindTest {
+    const char *name;
+    Value kinds;    // of what the test is true for
+    bool is_exact;  // it is false for all others
+};
+
+const KindTest KindTests[] = {
+    {"ischar", MAY_BE_TEXT, true},       {"isstr", MAY_BE_TEXT, true},
+    {"iscell", MAY_BE_CELL, true},       {"iscellstr", MAY_BE_CELL, false},
+    {"isstruct", MAY_BE_RECORD, true},   {"isnumeric", MAY_BE_NUMBER, true},
+    {"islogical", MAY_BE_TRUTH, true},   {"isfloat", MAY_BE_NUMBER, false},
+    {"isinteger", MAY_BE_NUMBER, false}, {"is_function_handle", MAY_BE_FUNCTION, true},
+};
+
+Symbol *tested_variable(const Node *arguments) {
+    if (!arguments || arguments->kind != NODE_NAME) return nullptr;
+    return is_variable(arguments->symbol) ? arguments->symbol : nullptr;
+}
+
+void assume_kind(Symbol *symbol, const char *name, bool is_true) {
+    constexpr Value OTHERS = ANY_VALUE & ~ANY_KIND;
+    for (const KindTest &test : KindTests) {
+        if (strcmp(test.name, name) != 0) continue;
+        if (is_true) {
+            keep_only(symbol, OTHERS | test.kinds);
+        } else if (test.is_exact) {
+            keep_only(symbol, ANY_VALUE & ~test.kinds);
+        }
+    }
+}
+
+// isa(x, 'function_handle')
+void assume_class(Symbol *symbol, const Node *name, bool is_true) {
+    if (!name || name->kind != NODE_STRING || strcmp(name->text, "function_handle") != 0) return;
+    Value kinds = is_true ? MAY_BE_FUNCTION : ANY_KIND & ~MAY_BE_FUNCTION;
+    keep_only(symbol, (ANY_VALUE & ~ANY_KIND) | kinds);
+}
+
+// The function has been given at least, or at most, so many arguments.
+void assume_given(const Scope *scope, int32_t least, int32_t most) {
+    if (scope->parameters > MOST_PARAMETERS) return;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
+        if (symbol->position <= least) set_value(symbol, value_now(symbol) & ANY_VALUE);
+        if (symbol->position > most && is_traced(symbol) &&
+            value_now(symbol) == (ANY_VALUE | MAY_BE_MISSING))
+            set_value(symbol, MAY_BE_MISSING);
+    }
+}
+
+void assume_call(Node *node, bool is_true) {
+    LibraryCall call = library_call(node);
+    Symbol *symbol = call.function ? tested_variable(call.arguments) : nullptr;
+    if (!symbol) return;
+    const char *name = call.function->name;
+    if (strcmp(name, "isempty") == 0)
+        return keep_only(symbol, is_true ? ANY_VALUE & ~MAY_BE_FILLED : ANY_VALUE & ~MAY_BE_EMPTY);
+    if (strcmp(name, "isa") == 0) return assume_class(symbol, call.arguments->next, is_true);
+    assume_kind(symbol, name, is_true);
+}
+
+const Node *inside(const Node *node) {
+    while (node->kind == NODE_PARENS) node = node->first_child;
+    return node;
+}
+
+bool is_nargin(const Node *node) {
+    return node->kind == NODE_NAME && strcmp(node->text, "nargin") == 0 &&
+           !is_variable(node->symbol);
+}
+
+OperatorId mirrored(OperatorId op) {
+    switch (op) {
+        case OPERATOR_LESS: return OPERATOR_GREATER;
+        case OPERATOR_LESS_EQUAL: return OPERATOR_GREATER_EQUAL;
+        case OPERATOR_GREATER: return OPERATOR_LESS;
+        case OPERATOR_GREATER_EQUAL: return OPERATOR_LESS_EQUAL;
+        default: return op;
+    }
+}
+
+OperatorId negated(OperatorId op) {
+    switch (op) {
+        case OPERATOR_LESS: return OPERATOR_GREATER_EQUAL;
+        case OPERATOR_LESS_EQUAL: return OPERATOR_GREATER;
+        case OPERATOR_GREATER: return OPERATOR_LESS_EQUAL;
+        case OPERATOR_GREATER_EQUAL: return OPERATOR_LESS;
+        case OPERATOR_EQUAL: return OPERATOR_NOT_EQUAL;
+        default: return OPERATOR_EQUAL;
+    }
+}
+
+void assume_count(OperatorId op, int32_t count) {
+    const Scope *scope = TracedScope;
+    switch (op) {
+        case OPERATOR_LESS: return assume_given(scope, 0, count - 1);
+        case OPERATOR_LESS_EQUAL: return assume_given(scope, 0, count);
+        case OPERATOR_GREATER: return assume_given(scope, count + 1, INT32_MAX);
+        case OPERATOR_GREATER_EQUAL: return assume_given(scope, count, INT32_MAX);
+        case OPERATOR_EQUAL: return assume_given(scope, count, count);
+        default: return;
+    }
+}
+
+void assume_comparison(const Node *chain, bool is_true) {
+    const Node *left = inside(chain->first_child);
+    const Node *right = inside(second_child(chain));
+    OperatorId op = chain->op;
+    if (second_child(chain)->next) return;
+    if (is_nargin(right)) {
+        const Node *count = left;
+        left = right;
+        right = count;
+        op = mirrored(op);
+    }
+    if (!is_nargin(left) || right->kind != NODE_NUMBER || !has_flag(right, NUMBER_INTEGER)) return;
+    if (strlen(right->text) < 6)
+        assume_count(is_true ? op : negated(op), static_cast<int32_t>(atol(right->text)));
+}
+
+void assume_operands(Node *chain, bool is_true) {
+    for (Node *node = chain->first_child; node; node = node->next) assume(node, is_true);
+}
+
+void assume_chain(Node *chain, bool is_true) {
+    switch (chain->op) {
+        case OPERATOR_AND_THEN:
+        case OPERATOR_AND:
+            if (is_true) assume_operands(chain, true);
+            return;
+        case OPERATOR_OR_ELSE:
+        case OPERATOR_OR:
+            if (!is_true) assume_operands(chain, false);
+            return;
+        default:
+            if (chain->op >= OPERATOR_LESS && chain->op <= OPERATOR_GREATER)
+                assume_comparison(chain, is_true);
+    }
+}
+
+// exist('x', 'var') of a variable.
+void assume_existence(const Node *reference, bool is_true) {
+    const Node *base = reference->first_child;
+    if (base->kind != NODE_NAME || strcmp(base->text, "exist") != 0) return;
+    const Node *asked = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
+    if (!asked || asked->kind != NODE_STRING || !*asked->text) return;
+    Symbol *symbol = const_cast<Symbol *>(find_symbol(TracedScope, intern(asked->text)));
+    if (!symbol || !is_traced(symbol) || !is_variable(symbol)) return;
+    if (is_true) set_value(symbol, value_now(symbol) & ANY_VALUE);
+}
+
+}  // namespace
+
+void assume(Node *condition, bool is_true) {
+    switch (condition->kind) {
+        case NODE_PARENS: return assume(condition->first_child, is_true);
+        case NODE_PREFIX:
+            if (condition->op == OPERATOR_NOT) assume(condition->first_child, !is_true);
+            return;
+        case NODE_CHAIN: return assume_chain(condition, is_true);
+        case NODE_REFERENCE:
+            assume_existence(condition, is_true);
+            return assume_call(condition, is_true);
+        default: return;
+    }
+}

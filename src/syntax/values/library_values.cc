@@ -1,0 +1,111 @@
+// The values of calls of MATLAB's own functions.
+#include "syntax/values/library_values.h"
+
+#include <string.h>
+
+#include "syntax/values/shapes.h"
+
+namespace {
+
+int count_of(const Node *arguments) {
+    int count = 0;
+    for (; arguments; arguments = arguments->next) count++;
+    return count;
+}
+
+Value joined(const Node *arguments) {
+    Value value = 0;
+    for (; arguments; arguments = arguments->next) value |= value_of(arguments);
+    return value;
+}
+
+Value shape_of_all(const Node *arguments) {
+    Value shape = arguments ? numeric_shape(value_of(arguments)) : ONE;
+    for (; arguments; arguments = arguments->next)
+        shape = elementwise_shape(shape, value_of(arguments));
+    return shape;
+}
+
+bool is_one(const Node *node) { return node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0; }
+
+// zeros(n), zeros(1, n), zeros(n, 1): a literal 1 is one row or one column.
+Value shape_of_sizes(const Node *arguments) {
+    if (!arguments) return ONE;
+    const Node *columns = arguments->next;
+    if (!columns || columns->next || !is_single(value_of(arguments)))
+        return is_one(arguments) && !columns ? ONE : ANY_SHAPE & ~MAY_BE_SINGLE;
+    Value shape = MAY_BE_ARRAY | MAY_BE_EMPTY | MAY_BE_FILLED;
+    if (!is_one(arguments)) shape |= MAY_HAVE_ROWS;
+    if (!is_one(columns)) shape |= MAY_HAVE_COLUMNS;
+    return may_be(shape, MAY_HAVE_ROWS | MAY_HAVE_COLUMNS) ? shape : ONE;
+}
+
+bool is_vector(Value shape) {
+    return (shape & (MAY_HAVE_ROWS | MAY_HAVE_COLUMNS)) != (MAY_HAVE_ROWS | MAY_HAVE_COLUMNS);
+}
+
+Value shape_reduced(const Node *arguments) {
+    if (!arguments || arguments->next) return ANY_SHAPE;
+    Value shape = numeric_shape(value_of(arguments));
+    return is_vector(shape) ? ONE : ONE | ROW;
+}
+
+// Of what is empty, the greatest is empty.
+Value shape_of_extreme(const Node *arguments) {
+    if (!arguments) return ANY_SHAPE;
+    if (arguments->next) return arguments->next->next ? ANY_SHAPE : shape_of_all(arguments);
+    Value shape = numeric_shape(value_of(arguments));
+    if (!is_vector(shape)) return ANY_SHAPE;
+    return may_be(shape, MAY_BE_EMPTY) ? ANY_SHAPE & ~(MAY_HAVE_ROWS | MAY_HAVE_COLUMNS) : ONE;
+}
+
+// The positions in a row are a row, those in anything else a column.
+Value shape_of_positions(const Node *arguments) {
+    if (!arguments) return ANY_SHAPE;
+    Value shape = value_of(arguments) & (MAY_HAVE_ROWS | MAY_HAVE_COLUMNS);
+    bool is_first = arguments->next && is_one(arguments->next);
+    Value one = is_first ? MAY_BE_SINGLE : MAY_BE_ARRAY;
+    return one | shape | MAY_BE_EMPTY | MAY_BE_FILLED;
+}
+
+Value shape_of_text(const Node *arguments) {
+    constexpr Value SHAPE = ANY_TEXT & ANY_SHAPE;
+    bool may_be_cell = may_be(joined(arguments), MAY_BE_CELL);
+    return may_be_cell ? SHAPE | ANY_SHAPE : SHAPE;
+}
+
+Value shape_of(ResultShape shape, const Node *arguments) {
+    switch (shape) {
+        case SHAPE_ONE: return ONE;
+        case SHAPE_ALL: return shape_of_all(arguments);
+        case SHAPE_FIRST: return arguments ? value_of(arguments) & ANY_SHAPE : ANY_SHAPE;
+        case SHAPE_TEXT: return shape_of_text(arguments);
+        case SHAPE_ROW: return ROW;
+        case SHAPE_COLUMN: return COLUMN;
+        case SHAPE_ARRAY: return ANY_SHAPE & ~MAY_BE_SINGLE;
+        case SHAPE_SIZES: return shape_of_sizes(arguments);
+        case SHAPE_REDUCED: return shape_reduced(arguments);
+        case SHAPE_EXTREME: return shape_of_extreme(arguments);
+        case SHAPE_POSITIONS: return shape_of_positions(arguments);
+        case SHAPE_SIZE:
+            return count_of(arguments) == 2 && is_single(value_of(arguments->next))
+                       ? ONE
+                       : ROW & ~MAY_BE_EMPTY;
+        default: return ANY_SHAPE;
+    }
+}
+
+// What rearranges its first argument gives what that holds; of two, a cell if one is a cell.
+Value taken_from(const LibraryFunction *function, const Node *arguments) {
+    if (!arguments || kinds_of(function->taken) != ANY_KIND) return joined(arguments);
+    return value_of(arguments) | (joined(arguments) & MAY_BE_CELL);
+}
+
+}  // namespace
+
+Value library_value(const LibraryFunction *function, const Node *arguments) {
+    if (function->shape == SHAPE_NOTHING) return ANY_VALUE;
+    Value value = function->value | (taken_from(function, arguments) & function->taken);
+    if (!kinds_of(value)) value |= ANY_KIND;
+    return value | shape_of(function->shape, arguments);
+}

@@ -1,0 +1,43 @@
+/* The walk over a function that finds what its values may be; its parts call each other. */
+#pragma once
+
+#include "syntax/values/flow.h"
+
+/* What the program itself has under a name that MATLAB's library has too. */
+typedef bool (*FunctionFinder)(const Node *name);
+extern FunctionFinder HasFunction;
+/* The function or script whose values are being traced. */
+extern const Scope *TracedScope;
+
+/* The value of an expression where the flow is now; it is entered into the node and all nodes
+ * inside. */
+Value trace_expression(Node *node);
+/* The values of arguments, of a row: first and its siblings. */
+void trace_all(Node *first);
+/* MATLAB's own function that a name means, or null. */
+const LibraryFunction *library_of(Node *name);
+/* The function that a reference or a name calls, and first of its arguments; null for another
+ * expression. */
+struct LibraryCall {
+    const LibraryFunction *function;
+    Node *arguments; /* null for none */
+};
+LibraryCall library_call(Node *node);
+
+/* Those of literals, references and functions. */
+Value trace_matrix(Node *matrix);
+Value trace_cell(Node *cell);
+Value trace_reference(Node *reference);
+Value trace_anonymous(Node *anonymous);
+/* What stands in the selectors of a target. */
+void trace_selectors(Node *reference);
+/* The value of target op value. */
+Value trace_operator(OperatorId op, Node *target, Value value);
+/* Part of a value that an index selects. */
+Value selected_value(Value base, const Node *arguments);
+
+/* What a target holds after it has been set; value: of what it is set to. */
+void trace_target(Node *target, Value value, const Node *expression);
+
+/* The flow goes on where the condition has been true, or false. */
+void assume(Node *condition, bool is_true);

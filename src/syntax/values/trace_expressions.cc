@@ -1,0 +1,211 @@
+// The values of expressions.
+#include <string.h>
+
+#include "syntax/values/library_values.h"
+#include "syntax/values/shapes.h"
+#include "syntax/values/trace.h"
+
+FunctionFinder HasFunction;
+
+namespace {
+
+const LibraryFunction NotMatlab = {nullptr, 0, 0, SHAPE_ANY, 0};
+
+Value value_of_number(const Node *node) {
+    if (has_flag(node, NUMBER_IMAGINARY)) return COUNT | ANY_SIGN;
+    return has_flag(node, NUMBER_INTEGER) ? COUNT : COUNT | MAY_BE_BROKEN;
+}
+
+Value value_of_string(const Node *node) {
+    constexpr Value TEXT = MAY_BE_TEXT | MAY_BE_SINGLE;
+    size_t length = strlen(node->text);
+    if (length == 0) return TEXT | MAY_BE_EMPTY;
+    return TEXT | MAY_BE_FILLED | (length > 1 ? MAY_HAVE_COLUMNS : 0);
+}
+
+Value value_of_name(Node *name) {
+    if (is_variable(name->symbol)) return value_now(name->symbol);
+    const LibraryFunction *function = library_of(name);
+    return function ? library_value(function, nullptr) : ANY_VALUE;
+}
+
+// Reading gives a value, or an error.
+Value read(Value value) {
+    value &= ANY_VALUE;
+    return kinds_of(value) ? value : ANY_VALUE;
+}
+
+bool may_be_object(Value value) { return may_be(value, MAY_BE_OTHER); }
+
+// The kind of what an arithmetic operator gives.
+Value arithmetic_kind(Value left, Value right) {
+    bool has_object = may_be_object(left) || may_be_object(right);
+    return has_object ? MAY_BE_NUMBER | MAY_BE_OTHER : MAY_BE_NUMBER;
+}
+
+Value product_shape(Value left, Value right) {
+    left = numeric_shape(left);
+    right = numeric_shape(right);
+    if (is_single(left) || is_single(right)) return elementwise_shape(left, right);
+    Value shape = MAY_BE_SINGLE | MAY_BE_ARRAY | MAY_BE_EMPTY | MAY_BE_FILLED;
+    bool may_scale = may_be(left & right, MAY_BE_SINGLE) || may_be(left | right, MAY_BE_SINGLE);
+    if (may_scale) return ANY_SHAPE;
+    return shape | (left & MAY_HAVE_ROWS) | (right & MAY_HAVE_COLUMNS);
+}
+
+Value quotient_shape(Value left, Value right) {
+    if (is_single(numeric_shape(right))) return numeric_shape(left);
+    return ANY_SHAPE;
+}
+
+Value power_shape(Value left, Value right) {
+    bool are_single = is_single(numeric_shape(left)) && is_single(numeric_shape(right));
+    return are_single ? ONE : ANY_SHAPE;
+}
+
+Value shape_of_joint(OperatorId joint, Value left, Value right) {
+    switch (joint) {
+        case OPERATOR_TIMES: return product_shape(left, right);
+        case OPERATOR_DIVIDE: return quotient_shape(left, right);
+        case OPERATOR_LEFT_DIVIDE: return quotient_shape(right, left);
+        case OPERATOR_POWER: return power_shape(left, right);
+        default: return elementwise_shape(left, right);
+    }
+}
+
+// Numbers of computer arithmetic: a sum of whole ones is whole, or infinite.
+Value sign_of_joint(OperatorId joint, Value left, Value right) {
+    Value either = (left | right) & ANY_SIGN;
+    switch (joint) {
+        case OPERATOR_PLUS:
+        case OPERATOR_TIMES:
+        case OPERATOR_DOT_TIMES: return either;
+        case OPERATOR_MINUS: return either | MAY_BE_NEGATIVE;
+        case OPERATOR_POWER:
+        case OPERATOR_DOT_POWER:
+            return may_be(right, ANY_SIGN) ? either | MAY_BE_BROKEN : left & ANY_SIGN;
+        default: return either | MAY_BE_BROKEN;
+    }
+}
+
+bool is_logical(OperatorId op) { return op >= OPERATOR_OR_ELSE && op <= OPERATOR_GREATER; }
+
+Value join_operands(OperatorId joint, Value left, Value right) {
+    if (joint == OPERATOR_OR_ELSE || joint == OPERATOR_AND_THEN) return ONE_TRUTH;
+    bool has_object = may_be_object(left) || may_be_object(right);
+    if (is_logical(joint)) {
+        Value kind = has_object ? MAY_BE_TRUTH | MAY_BE_OTHER : MAY_BE_TRUTH;
+        return kind | elementwise_shape(left, right);
+    }
+    return arithmetic_kind(left, right) | shape_of_joint(joint, left, right) |
+           sign_of_joint(joint, left, right);
+}
+
+// The right side of && is traced where the left one is true. What it assumes ends with it.
+Value trace_lazy_chain(Node *chain) {
+    Mark start = mark_flow();
+    for (Node *node = chain->first_child; node; node = node->next) {
+        trace_expression(node);
+        if (node->next) assume(node, node->next->joint == OPERATOR_AND_THEN);
+    }
+    undo_flow(start);
+    return ONE_TRUTH;
+}
+
+Value trace_chain(Node *chain) {
+    if (chain->op == OPERATOR_OR_ELSE || chain->op == OPERATOR_AND_THEN)
+        return trace_lazy_chain(chain);
+    Value value = trace_expression(chain->first_child);
+    for (Node *node = second_child(chain); node; node = node->next) {
+        bool is_postfix = node->kind == NODE_POSTFIX;
+        value = is_postfix ? transposed(value)
+                           : join_operands(node->joint, read(value), trace_expression(node));
+    }
+    return read(value);
+}
+
+Value trace_prefix(Node *node) {
+    Value operand = read(trace_expression(node->first_child));
+    Value shape = numeric_shape(operand);
+    if (node->op == OPERATOR_NOT) return MAY_BE_TRUTH | (operand & MAY_BE_OTHER) | shape;
+    Value sign = operand & ANY_SIGN;
+    if (node->op == OPERATOR_MINUS) sign |= MAY_BE_NEGATIVE;
+    return arithmetic_kind(operand, operand) | shape | sign;
+}
+
+bool is_natural(const Node *node) {
+    return node->kind == NODE_NUMBER && has_flag(node, NUMBER_INTEGER);
+}
+
+// A range of literals is empty or not.
+Value filling(const Node *start, const Node *stop) {
+    if (!is_natural(start) || !is_natural(stop)) return MAY_BE_EMPTY | MAY_BE_FILLED;
+    size_t length = strlen(start->text);
+    size_t other = strlen(stop->text);
+    bool is_filled = length != other ? length < other : strcmp(start->text, stop->text) <= 0;
+    return is_filled ? MAY_BE_FILLED : MAY_BE_EMPTY;
+}
+
+Value trace_range(Node *range) {
+    Node *start = range->first_child;
+    Node *second = start->next;
+    trace_all(start);
+    Value value = read(value_of(start));
+    bool is_text = kinds_of(value) == MAY_BE_TEXT &&
+                   kinds_of(value_of(second->next ? second->next : second)) == MAY_BE_TEXT;
+    if (is_text) return MAY_BE_TEXT | MAY_BE_SINGLE | (ROW & ~MAY_BE_ARRAY);
+    Value sign = value & ANY_SIGN;
+    if (second->next) {
+        Value step = value_of(second);
+        sign |= step & MAY_BE_BROKEN;
+        if (may_be(step, MAY_BE_NEGATIVE)) sign |= value_of(second->next) & MAY_BE_NEGATIVE;
+    }
+    constexpr Value SHAPE = MAY_BE_ARRAY | MAY_HAVE_COLUMNS;
+    Value filled = second->next ? Value(MAY_BE_EMPTY | MAY_BE_FILLED) : filling(start, second);
+    return MAY_BE_NUMBER | SHAPE | filled | sign;
+}
+
+}  // namespace
+
+Value trace_operator(OperatorId op, Node *target, Value value) {
+    return read(join_operands(op, read(trace_expression(target)), value));
+}
+
+void trace_all(Node *first) {
+    for (; first; first = first->next) trace_expression(first);
+}
+
+const LibraryFunction *library_of(Node *name) {
+    Symbol *symbol = name->symbol;
+    if (symbol->library) return symbol->library == &NotMatlab ? nullptr : symbol->library;
+    const LibraryFunction *function = library_function(name->text);
+    if (function && HasFunction && HasFunction(name)) function = nullptr;
+    symbol->library = function ? function : &NotMatlab;
+    return function;
+}
+
+static Value value_of_expression(Node *node) {
+    switch (node->kind) {
+        case NODE_NUMBER: return value_of_number(node);
+        case NODE_STRING: return value_of_string(node);
+        case NODE_NAME: return value_of_name(node);
+        case NODE_END: return COUNT;
+        case NODE_COLON: return MAY_BE_TEXT | ROW;
+        case NODE_PARENS: return trace_expression(node->first_child);
+        case NODE_PREFIX: return trace_prefix(node);
+        case NODE_CHAIN: return trace_chain(node);
+        case NODE_RANGE: return trace_range(node);
+        case NODE_MATRIX: return trace_matrix(node);
+        case NODE_CELL: return trace_cell(node);
+        case NODE_REFERENCE: return trace_reference(node);
+        case NODE_HANDLE: return MAY_BE_FUNCTION | ONE;
+        case NODE_ANONYMOUS: return trace_anonymous(node);
+        default: return ANY_VALUE;
+    }
+}
+
+Value trace_expression(Node *node) {
+    Value value = value_of_expression(node);
+    node->value |= value;
+    return read(value);
+}

@@ -1,0 +1,12 @@
+/* What the values of a function's expressions and variables may be, found in one walk over it along
+ * the ways that it may take: branches are joined, loops are repeated until nothing new comes. */
+#pragma once
+
+#include "syntax/values/trace.h"
+
+/* Traces the values of a function or script whose names have been settled: enters them into its
+ * nodes and symbols. The functions nested in it are traced, too. has_function null: the
+ * program has no functions of its own. */
+void trace_function(Scope *scope, FunctionFinder has_function);
+/* The statements of a FILE, where the flow is now. */
+void trace_script(Node *file);

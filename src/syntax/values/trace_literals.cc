@@ -1,0 +1,119 @@
+// The values of [ ], { } and functions without a name.
+#include "syntax/values/shapes.h"
+#include "syntax/values/trace.h"
+
+namespace {
+
+constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
+
+// Whether it may stand for any number of values, as c{:} and s.f do.
+bool may_be_list(const Node *element) {
+    while (element->kind == NODE_PARENS) element = element->first_child;
+    if (element->kind != NODE_REFERENCE) return false;
+    for (const Node *selector = second_child(element); selector; selector = selector->next)
+        if (selector->kind != NODE_ARGUMENTS) return true;
+    return false;
+}
+
+// What is known of the elements of a literal.
+struct Elements {
+    Value all;       // joined
+    Value always;    // kinds that an element surely has, and MAY_BE_FILLED if one surely is
+    Value may_hold;  // kinds of those that are not surely empty
+    int count;
+    bool has_list;
+};
+
+void add_element(Elements *elements, const Node *node) {
+    Value value = value_of(node) & ANY_VALUE;
+    bool is_empty = !may_be(value, MAY_BE_FILLED);
+    elements->all |= value;
+    elements->count++;
+    elements->has_list |= may_be_list(node);
+    if (!is_empty || may_be(value, MAY_BE_TEXT | MAY_BE_CELL))
+        elements->may_hold |= kinds_of(value);
+    Value kinds = kinds_of(value);
+    if ((kinds & (kinds - 1)) == 0 && !may_be_list(node)) elements->always |= kinds;
+    if (!may_be(value, MAY_BE_EMPTY) && !may_be_list(node)) elements->always |= MAY_BE_FILLED;
+}
+
+// A cell among the elements makes a cell of all, else a text a text.
+Value joined_kinds(const Elements *elements) {
+    if (may_be(elements->always, MAY_BE_CELL)) return MAY_BE_CELL;
+    if (may_be(elements->always, MAY_BE_TEXT))
+        return MAY_BE_TEXT | (elements->may_hold & (MAY_BE_CELL | MAY_BE_OTHER));
+    if (!elements->may_hold) return MAY_BE_NUMBER;
+    bool mixes = may_be(elements->may_hold, MAY_BE_TRUTH) && elements->may_hold != MAY_BE_TRUTH;
+    return elements->may_hold | (mixes ? Value(MAY_BE_NUMBER) : Value(0));
+}
+
+Value size_of_row(const Elements *row) {
+    bool is_wide = row->count > 1 || row->has_list;
+    return (row->all & SIZED) | (is_wide ? MAY_HAVE_COLUMNS : 0);
+}
+
+Value size_of_rows(const Elements *all, Value size, int rows) {
+    if (rows > 1) size |= MAY_HAVE_ROWS;
+    Value filled = all->all & MAY_BE_FILLED;
+    if (all->has_list) filled |= MAY_BE_FILLED;
+    bool may_vanish = !may_be(all->always, MAY_BE_FILLED);
+    return size | filled | (may_vanish ? Value(MAY_BE_EMPTY) : Value(0));
+}
+
+Value held_form(Value kinds, int rows) {
+    if (kinds == MAY_BE_TEXT) return rows > 1 ? MAY_BE_SINGLE | MAY_BE_ARRAY : MAY_BE_SINGLE;
+    return may_be(kinds, MAY_BE_TEXT) ? MAY_BE_SINGLE | MAY_BE_ARRAY : MAY_BE_ARRAY;
+}
+
+constexpr Value NO_ELEMENTS = MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
+
+// Looks at all elements of all rows; answers the size.
+Value trace_rows(Node *literal, Elements *all, int *rows) {
+    Value size = 0;
+    for (Node *row = literal->first_child; row; row = row->next) {
+        Elements elements = {};
+        trace_all(row->first_child);
+        for (const Node *element = row->first_child; element; element = element->next) {
+            add_element(&elements, element);
+            add_element(all, element);
+        }
+        size |= size_of_row(&elements);
+        ++*rows;
+    }
+    return size;
+}
+
+}  // namespace
+
+// [x] is x.
+Value trace_matrix(Node *matrix) {
+    Elements all = {};
+    int rows = 0;
+    Value size = trace_rows(matrix, &all, &rows);
+    if (all.count == 0) return NO_ELEMENTS;
+    const Node *first = matrix->first_child->first_child;
+    if (all.count == 1 && !all.has_list) return value_of(first) & ANY_VALUE;
+    Value kinds = joined_kinds(&all);
+    return kinds | held_form(kinds, rows) | (all.all & ANY_SIGN) | size_of_rows(&all, size, rows);
+}
+
+Value trace_cell(Node *cell) {
+    constexpr Value CELL = MAY_BE_CELL | MAY_BE_ARRAY;
+    Elements all = {};
+    int rows = 0;
+    trace_rows(cell, &all, &rows);
+    if (all.count == 0) return CELL | MAY_BE_EMPTY;
+    Value size = rows > 1 ? MAY_HAVE_ROWS : 0;
+    if (all.has_list) return CELL | size | MAY_HAVE_COLUMNS | MAY_BE_EMPTY | MAY_BE_FILLED;
+    if (all.count > rows) size |= MAY_HAVE_COLUMNS;
+    return CELL | size | MAY_BE_FILLED;
+}
+
+// Nothing is known of its parameters; what it takes from around it, it takes now.
+Value trace_anonymous(Node *anonymous) {
+    const Scope *scope = anonymous->first_child->scope;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (is_variable(symbol)) set_value(symbol, ANY_VALUE);
+    trace_expression(second_child(anonymous));
+    return MAY_BE_FUNCTION | ONE;
+}

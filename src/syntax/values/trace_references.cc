@@ -1,0 +1,107 @@
+// The values of references: elements, fields, calls.
+#include "syntax/values/library_values.h"
+#include "syntax/values/shapes.h"
+#include "syntax/values/trace.h"
+
+namespace {
+
+constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
+
+bool all_single(const Node *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (arguments->kind == NODE_COLON || !is_single(numeric_shape(value_of(arguments))) ||
+            may_be(value_of(arguments), MAY_BE_EMPTY))
+            return false;
+    return true;
+}
+
+// x(k) of a vector goes the way of x, of a matrix that of k; x(:) is a column.
+Value size_of_part(Value base, const Node *index) {
+    if (index->kind == NODE_COLON) return MAY_HAVE_ROWS;
+    Value size = base & SIZED;
+    Value selected = value_of(index) & SIZED;
+    if (size == SIZED) return size;
+    return size | (size ? Value(0) : selected);
+}
+
+// x(i, j, ...): as many rows as i selects, as many columns as j.
+Value size_of_block(Value base, const Node *rows) {
+    const Node *columns = rows->next;
+    Value size = 0;
+    if (rows->kind == NODE_COLON) {
+        size |= base & MAY_HAVE_ROWS;
+    } else if (!is_single(numeric_shape(value_of(rows)))) {
+        size |= MAY_HAVE_ROWS;
+    }
+    if (columns->kind == NODE_COLON) {
+        size |= columns->next ? Value(MAY_HAVE_COLUMNS) : base & MAY_HAVE_COLUMNS;
+    } else if (columns->next || !is_single(numeric_shape(value_of(columns)))) {
+        size |= MAY_HAVE_COLUMNS;
+    }
+    return size;
+}
+
+Value form_of_part(Value base) {
+    return may_be(base, MAY_BE_TEXT) ? MAY_BE_ARRAY | MAY_BE_SINGLE : MAY_BE_ARRAY;
+}
+
+}  // namespace
+
+Value selected_value(Value base, const Node *arguments) {
+    Value kept = base & (ANY_KIND | ANY_SIGN);
+    if (!arguments) return base;
+    if (all_single(arguments)) return kept | ONE;
+    Value size = arguments->next ? size_of_block(base, arguments) : size_of_part(base, arguments);
+    return kept | form_of_part(base) | size | MAY_BE_EMPTY | MAY_BE_FILLED;
+}
+
+namespace {
+
+// Whether the variable is surely no function: its elements are set, or read as no call is written.
+bool is_surely_data(const Symbol *symbol, const Node *arguments) {
+    if (symbol->flags & (SYMBOL_CHANGED | SYMBOL_HAS_BRACES)) return true;
+    for (; arguments; arguments = arguments->next)
+        if (arguments->kind == NODE_COLON || arguments->kind == NODE_END) return true;
+    return (symbol->flags & SYMBOL_IS_INDEXED) != 0;
+}
+
+Value value_of_index(const Symbol *symbol, const Node *arguments) {
+    Value base = value_now(symbol) & ANY_VALUE;
+    if (!kinds_of(base)) return ANY_VALUE;
+    if (may_be(base, MAY_BE_FUNCTION)) {
+        if (!is_surely_data(symbol, arguments)) return ANY_VALUE;
+        base &= ~MAY_BE_FUNCTION;
+    }
+    return selected_value(base, arguments);
+}
+
+Value value_of_selected(Node *base, Node *selector) {
+    if (base->kind != NODE_NAME || selector->kind != NODE_ARGUMENTS || selector->next)
+        return ANY_VALUE;
+    if (is_variable(base->symbol)) return value_of_index(base->symbol, selector->first_child);
+    const LibraryFunction *function = library_of(base);
+    return function ? library_value(function, selector->first_child) : ANY_VALUE;
+}
+
+}  // namespace
+
+void trace_selectors(Node *reference) {
+    for (Node *selector = second_child(reference); selector; selector = selector->next)
+        if (selector->kind != NODE_FIELD) trace_all(selector->first_child);
+}
+
+Value trace_reference(Node *reference) {
+    Node *base = reference->first_child;
+    bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
+    if (!is_call) trace_expression(base);
+    trace_selectors(reference);
+    return value_of_selected(base, base->next);
+}
+
+LibraryCall library_call(Node *node) {
+    Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
+    if (base->kind != NODE_NAME || is_variable(base->symbol)) return {};
+    if (base == node) return {library_of(base), nullptr};
+    bool is_call = base->next->kind == NODE_ARGUMENTS && !base->next->next;
+    return is_call ? LibraryCall{library_of(base), base->next->first_child} : LibraryCall{};
+}

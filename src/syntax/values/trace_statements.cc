@@ -1,0 +1,343 @@
+// The values of variables through the statements of a function.
+#include <string.h>
+
+#include "syntax/values/library_values.h"
+#include "syntax/values/trace.h"
+#include "syntax/values/trace_function.h"
+
+const Scope *TracedScope;
+
+namespace {
+
+void trace_statement(Node *node);
+
+void trace_block(Node *block) {
+    for (Node *node = block->first_child; node; node = node->next) trace_statement(node);
+}
+
+// A body that may be left, or begun anew, from inside.
+struct Jumps {
+    bool breaks;
+    bool continues;
+};
+
+Jumps *InnermostLoop;
+NameMap TracedScripts;  // FILE nodes, by their addresses
+
+void trace_branch(Node *branch, Branches *branches) {
+    Node *condition = branch->first_child;
+    trace_expression(condition);
+    Mark since = mark_flow();
+    assume(condition, true);
+    trace_block(condition->next);
+    end_branch(branches, since);
+    assume(condition, false);
+}
+
+// What all conditions before say is remembered of the first few only.
+constexpr int MOST_ASSUMED = 16;
+
+void trace_if(Node *node) {
+    Branches branches;
+    begin_branches(&branches);
+    Mark assumed = branches.start;
+    int count = 0;
+    bool has_else = false;
+    for (Node *branch = node->first_child; branch; branch = branch->next) {
+        if (branch->kind == NODE_BRANCH) {
+            trace_branch(branch, &branches);
+            if (++count == MOST_ASSUMED) assumed = mark_flow();
+            if (count > MOST_ASSUMED) undo_flow(assumed);
+        } else if (branch->kind == NODE_ELSE) {
+            has_else = true;
+            trace_block(branch->first_child);
+            end_branch(&branches, branches.start);
+        }
+    }
+    if (!has_else) end_branch(&branches, branches.start);
+    join_branches(&branches);
+}
+
+void trace_switch(Node *node) {
+    Branches branches;
+    bool has_otherwise = false;
+    trace_expression(node->first_child);
+    begin_branches(&branches);
+    for (Node *part = node->first_child->next; part; part = part->next) {
+        if (part->kind == NODE_COMMENT) continue;
+        has_otherwise |= part->kind == NODE_OTHERWISE;
+        if (part->kind == NODE_CASE) trace_expression(part->first_child);
+        trace_block(part->kind == NODE_CASE ? second_child(part) : part->first_child);
+        end_branch(&branches, branches.start);
+    }
+    if (!has_otherwise) end_branch(&branches, branches.start);
+    join_branches(&branches);
+}
+
+// A column of a value.
+Value value_of_column(const Node *values) {
+    Value value = value_of(values) & ANY_VALUE;
+    Value kept = value & (ANY_KIND | ANY_SIGN);
+    bool is_row = !may_be(value, MAY_HAVE_ROWS);
+    if (kinds_of(value) == MAY_BE_CELL || !is_row) return value | MAY_BE_ARRAY;
+    return kept | ONE;
+}
+
+void set_loop_variable(Node *loop) {
+    Node *variable = loop->first_child;
+    Value value = value_of_column(variable->next);
+    trace_target(variable, value, nullptr);
+    if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
+}
+
+// One round of a loop.
+void trace_round(Node *loop) {
+    switch (loop->kind) {
+        case NODE_FOR:
+            set_loop_variable(loop);
+            trace_block(third_child(loop));
+            break;
+        case NODE_WHILE:
+            trace_expression(loop->first_child);
+            assume(loop->first_child, true);
+            trace_block(second_child(loop));
+            break;
+        default: trace_block(loop->first_child); trace_expression(second_child(loop));
+    }
+}
+
+void trace_loop(Node *loop) {
+    Jumps jumps = {false, false};
+    Jumps *outer = InnermostLoop;
+    InnermostLoop = &jumps;
+    if (loop->kind == NODE_FOR) trace_expression(second_child(loop));
+    Region *region = begin_region(loop);
+    do {
+        trace_round(loop);
+        note_end(region, jumps.continues);
+    } while (begins_again(region));
+    end_region(region, jumps.breaks);
+    InnermostLoop = outer;
+    if (loop->kind == NODE_WHILE && !jumps.breaks) assume(loop->first_child, false);
+}
+
+// An error may leave the block anywhere.
+void trace_try(Node *node) {
+    Branches branches;
+    begin_branches(&branches);
+    Region *region = begin_region(node);
+    trace_block(node->first_child);
+    note_changes(region);
+    end_branch(&branches, branches.start);
+    end_region(region, true);
+    Node *rest = node->first_child->next;
+    if (has_flag(node, HAS_IDENTIFIER)) {
+        trace_target(rest, ANY_VALUE, nullptr);
+        rest = rest->next;
+    }
+    for (; rest; rest = rest->next) trace_block(rest);
+    end_branch(&branches, branches.start);
+    join_branches(&branches);
+}
+
+// Every variable may have been set, and to anything.
+void forget_all() {
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
+        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | MAY_BE_MISSING);
+}
+
+bool is_creator(const char *name) {
+    static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
+                                           "run",  "source", "syms",  "uiopen"};
+    for (const char *creator : creators)
+        if (strcmp(name, creator) == 0) return true;
+    return false;
+}
+
+const Node *called_name(const Node *expression) {
+    const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
+    return name->kind == NODE_NAME && !is_variable(name->symbol) ? name : nullptr;
+}
+
+// Nothing is traced of the variables that a script uses: its statements are looked at once, however
+// often and from wherever it is called.
+void trace_called_script(Node *file) {
+    const char *key = reinterpret_cast<const char *>(file);
+    if (!enter_name(&TracedScripts, key, file)) trace_script(file);
+}
+
+// A call for its effects: of a script, of what sets variables, of what does not return.
+void note_effects(Node *expression) {
+    const Node *name = called_name(expression);
+    if (!name) return;
+    Node *definition = name->symbol->definition;
+    bool is_script = definition && definition->kind == NODE_FILE;
+    if (is_script) return trace_called_script(definition);
+    if (is_creator(name->text)) return forget_all();
+    LibraryCall call = library_call(expression);
+    if (call.function && call.function->shape == SHAPE_NOTHING) end_here();
+    if (strcmp(name->text, "assert") == 0 && call.arguments) assume(call.arguments, true);
+}
+
+// clear x y: they have no values.
+void trace_command(const Node *command) {
+    const Node *name = command->first_child;
+    if (is_creator(name->text)) forget_all();
+    if (strcmp(name->text, "clear") != 0) return;
+    for (const Node *word = name->next; word; word = word->next) {
+        if (!*word->text) continue;
+        for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
+            if (is_variable(symbol) && strcmp(symbol->name, word->text) == 0)
+                set_value(symbol, MAY_BE_MISSING);
+    }
+}
+
+Value value_of_others(Node *expression) {
+    LibraryCall call = library_call(expression);
+    bool is_known = call.function && call.function->others;
+    return is_known ? call.function->others : ANY_VALUE;
+}
+
+bool is_deal(const Node *expression) {
+    const Node *name = called_name(expression);
+    return name && name != expression && strcmp(name->text, "deal") == 0 &&
+           name->next->kind == NODE_ARGUMENTS && name->next->first_child;
+}
+
+// [r, c] = size(x) gives numbers, of which each is one.
+Value value_of_first(Node *expression) {
+    LibraryCall call = library_call(expression);
+    if (call.function && call.function->shape == SHAPE_SIZE) return call.function->others;
+    return call.function && call.function->others ? value_of(expression) & ANY_VALUE : ANY_VALUE;
+}
+
+void trace_results(Node *target, Node *expression) {
+    const Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
+    bool is_only = argument && !argument->next;
+    Value value = value_of_first(expression);
+    for (; target; target = target->next) {
+        if (argument) value = value_of(argument) & ANY_VALUE;
+        trace_target(target, value, nullptr);
+        value = value_of_others(expression);
+        if (argument && !is_only) argument = argument->next;
+    }
+}
+
+void trace_multi_assignment(Node *node) {
+    Node *targets = node->first_child;
+    Value value = trace_expression(targets->next);
+    Node *first = targets->first_child;
+    for (Node *target = first; target; target = target->next)
+        if (target->kind == NODE_REFERENCE) trace_selectors(target);
+    bool is_plain = first && !first->next && first->kind == NODE_NAME;
+    if (is_plain) return trace_target(first, value, nullptr);
+    trace_results(first, targets->next);
+}
+
+// x += y: a number, as far as x and y are.
+void trace_assignment(Node *node) {
+    Node *target = node->first_child;
+    Value value = trace_expression(target->next);
+    if (target->kind == NODE_REFERENCE) trace_selectors(target);
+    if (node->op != OPERATOR_NONE) value = trace_operator(node->op, target, value);
+    trace_target(target, value, target->next);
+}
+
+void trace_declaration(Node *declaration) {
+    for (Node *child = declaration->first_child; child; child = child->next)
+        if (child->kind == NODE_ASSIGN) trace_assignment(child);
+}
+
+void trace_arguments(Node *block) {
+    for (Node *argument = block->first_child; argument; argument = argument->next)
+        if (argument->kind == NODE_ARGUMENT && argument->first_child->next)
+            trace_expression(argument->first_child->next);
+}
+
+void trace_statement(Node *node) {
+    switch (node->kind) {
+        case NODE_EXPRESSION:
+            trace_expression(node->first_child);
+            return note_effects(node->first_child);
+        case NODE_ASSIGN: return trace_assignment(node);
+        case NODE_MULTI_ASSIGN: return trace_multi_assignment(node);
+        case NODE_COMMAND: return trace_command(node);
+        case NODE_IF: return trace_if(node);
+        case NODE_FOR:
+        case NODE_WHILE:
+        case NODE_DO_UNTIL: return trace_loop(node);
+        case NODE_SWITCH: return trace_switch(node);
+        case NODE_TRY: return trace_try(node);
+        case NODE_UNWIND: trace_block(node->first_child); return trace_block(second_child(node));
+        case NODE_GLOBAL:
+        case NODE_PERSISTENT: return trace_declaration(node);
+        case NODE_BREAK:
+            if (InnermostLoop) InnermostLoop->breaks = true;
+            return end_here();
+        case NODE_CONTINUE:
+            if (InnermostLoop) InnermostLoop->continues = true;
+            return end_here();
+        case NODE_RETURN: return end_here();
+        case NODE_ARGUMENT_BLOCK: return trace_arguments(node);
+        default: return;
+    }
+}
+
+// Whether a script may find the variable set: it reads it first, or asks for what is there.
+bool may_be_there(const Scope *scope, const Symbol *symbol) {
+    return (symbol->flags & SYMBOL_READ_FIRST) || (scope->flags & ASKS_EXIST);
+}
+
+// What a variable is before anything is said of it.
+Value value_at_start(const Scope *scope, const Symbol *symbol) {
+    if (scope->owner->kind == NODE_FILE && may_be_there(scope, symbol))
+        return ANY_VALUE | MAY_BE_MISSING;
+    if (symbol->position == 0) {
+        bool is_list = strcmp(symbol->name, "varargin") == 0 && (scope->flags & HAS_VARARGIN);
+        if (is_list) return MAY_BE_CELL | ROW;
+        return scope->creator ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(MAY_BE_MISSING);
+    }
+    bool may_be_missing =
+        (scope->flags & (READS_NARGIN | ASKS_EXIST)) || (symbol->flags & SYMBOL_MAY_BE_MISSING);
+    return may_be_missing ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(ANY_VALUE);
+}
+
+void begin_values(const Scope *scope) {
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (!is_variable(symbol)) continue;
+        symbol->now = symbol->since = value_at_start(scope, symbol);
+        symbol->ever |= symbol->now;
+    }
+}
+
+void trace_defaults(const Node *parameters) {
+    for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
+        if (parameter->kind != NODE_DEFAULT) continue;
+        Value value = trace_expression(second_child(parameter));
+        set_value(parameter->first_child->symbol, ANY_VALUE | value);
+    }
+}
+
+}  // namespace
+
+void trace_function(Scope *scope, FunctionFinder has_function) {
+    HasFunction = has_function;
+    TracedScope = scope;
+    InnermostLoop = nullptr;
+    TracedScripts = {};
+    begin_flow();
+    begin_values(scope);
+    const Node *owner = scope->owner;
+    if (owner->kind == NODE_FILE) return trace_script(scope->owner);
+    const Node *parameters = owner->first_child;
+    while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
+    trace_defaults(parameters);
+    trace_block(parameters->next);
+    for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
+        trace_function(const_cast<Scope *>(scope_of(nested->node)), has_function);
+}
+
+void trace_script(Node *file) {
+    for (Node *node = file->first_child; node; node = node->next)
+        if (node->kind != NODE_FUNCTION) trace_statement(node);
+}
