@@ -10,6 +10,7 @@
 #include "lower/value_lists.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
+#include "syntax/values/value.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -17,10 +18,16 @@ namespace {
 
 bool is_literal_text(const Node *node) { return without_parens(node)->kind == NODE_STRING; }
 
-bool has_literal_text(const Node *literal) {
+// Whether it surely is a text, or is one on some of the ways to this place.
+bool is_known_text(const Node *element) {
+    Value value = value_of(element);
+    return may_be(value, MAY_BE_TEXT) && kinds_of(value) != ANY_KIND;
+}
+
+bool has_text(const Node *literal) {
     for (const Node *row = literal->first_child; row; row = row->next)
         for (const Node *element = row->first_child; element; element = element->next)
-            if (is_literal_text(element)) return true;
+            if (is_literal_text(element) || is_known_text(element)) return true;
     return false;
 }
 
@@ -111,7 +118,7 @@ mExpr *construct(const Node *literal, bool is_alone) {
 Operand lower_filled_matrix(const Node *literal) {
     const Node *alone = single_element(literal);
     if (!alone || is_value_list(alone, true)) {
-        bool joins_texts = !alone && has_literal_text(literal);
+        bool joins_texts = !alone && has_text(literal);
         return {joins_texts ? join_texts(literal) : construct(literal, alone), HOST_ATOM};
     }
     // A single element stands for itself, at its level, unless it may denote several values.

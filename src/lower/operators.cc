@@ -6,6 +6,7 @@
 
 #include "diagnose/messages.h"
 #include "lexer/brackets.h"
+#include "lower/characters.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
@@ -121,8 +122,9 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
     return {value, HOST_ATOM};
 }
 
-Operand join_next(const Operand *left, const Node *next) {
+Operand join_next(Operand *left, Value left_value, const Node *next) {
     Operand right = lower_operand(next);
+    spell_characters(next->joint, left, left_value, &right, value_of(next));
     bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
     return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
 }
@@ -154,6 +156,7 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
 [[gnu::noinline]] static Operand join_operands(const Node *node) {
     const Node *last = node->first_child;
     Operand value = lower_operand(last);
+    Value known = value_of(last);
     bool is_text = is_string_object(last);
     for (const Node *next = last->next; next; last = next, next = next->next) {
         check_comparison(node, last, next);
@@ -161,7 +164,8 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
         if (next->kind == NODE_POSTFIX) {
             value = join_postfixes(&value, &next);
         } else {
-            value = is_text ? join_texts(&value, next) : join_next(&value, next);
+            value = is_text ? join_texts(&value, next) : join_next(&value, known, next);
+            known = is_text ? ANY_VALUE : ANY_VALUE & ~MAY_BE_TEXT;
         }
     }
     return value;
@@ -173,6 +177,7 @@ Operand lower_chain(const Node *node) {
 
 Operand lower_prefix(const Node *node) {
     Operand operand = lower_operand(node->first_child);
+    spell_prefixed(&operand, value_of(node->first_child));
     if (node->op == OPERATOR_NOT) return {new_operator1(OP_NOT, operand.expr), HOST_ATOM};
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
     return {new_operator1(sign, behind_sign(&operand)), built_level(HOST_SIGN)};

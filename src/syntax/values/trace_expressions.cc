@@ -17,10 +17,10 @@ Value value_of_number(const Node *node) {
 }
 
 Value value_of_string(const Node *node) {
-    constexpr Value TEXT = MAY_BE_TEXT | MAY_BE_SINGLE;
+    Value text = MAY_BE_TEXT | MAY_BE_SINGLE | (has_flag(node, DOUBLE_QUOTED) ? MAY_BE_OTHER : 0);
     size_t length = strlen(node->text);
-    if (length == 0) return TEXT | MAY_BE_EMPTY;
-    return TEXT | MAY_BE_FILLED | (length > 1 ? MAY_HAVE_COLUMNS : 0);
+    if (length == 0) return text | MAY_BE_EMPTY;
+    return text | MAY_BE_FILLED | (length > 1 ? MAY_HAVE_COLUMNS : 0);
 }
 
 Value value_of_name(Node *name) {
