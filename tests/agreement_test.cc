@@ -64,7 +64,7 @@ private:
         return one_in(6) ? base + pick({"^", ".^"}) + atom(0) : base;
     }
     std::string atom(int depth) {
-        if (depth <= 0) return pick({"a", "b", "d", "c", "2", "0.5", "1e3", "'x'", "true"});
+        if (depth <= 0) return pick({"a", "b", "d", "2", "0.5", "1e3", "true", "f('x', c)"});
         switch (random_() % 8) {
             case 0: return "(" + expression(depth - 1) + ")";
             case 1:
@@ -76,7 +76,7 @@ private:
             default: return atom(0);
         }
     }
-    // A text among other elements is joined to them.
+    // What is known to be a text is joined to others, and counts by its characters.
     std::string row(int depth) {
         const std::string first = pick({"a", "b", "d", "7", "0.5", "f(2)", "(a)", "b(1)"});
         return first + ", " + pick({"1", "a", "b'"}) + (depth > 0 && one_in(2) ? ", a - d" : "");

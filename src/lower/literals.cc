@@ -10,7 +10,7 @@
 #include "lower/value_lists.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/values/shapes.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -18,16 +18,10 @@ namespace {
 
 bool is_literal_text(const Node *node) { return without_parens(node)->kind == NODE_STRING; }
 
-// Whether it surely is a text, or is one on some of the ways to this place.
-bool is_known_text(const Node *element) {
-    Value value = value_of(element);
-    return may_be(value, MAY_BE_TEXT) && kinds_of(value) != ANY_KIND;
-}
-
 bool has_text(const Node *literal) {
     for (const Node *row = literal->first_child; row; row = row->next)
         for (const Node *element = row->first_child; element; element = element->next)
-            if (is_literal_text(element) || is_known_text(element)) return true;
+            if (is_literal_text(element) || is_known_text(value_of(element))) return true;
     return false;
 }
 

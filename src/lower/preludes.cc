@@ -7,6 +7,7 @@
 #include "lower/host_words.h"
 #include "lower/program_files.h"
 #include "lower/statements.h"
+#include "lower/targets.h"
 #include "lower/text_list.h"
 
 namespace {
@@ -33,6 +34,10 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     if (!may_be_missing) return put_line("%s := copy(%s);", {name, given});
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     put_inner_line("%s := copy(%s);", {name, given});
+    if (parameter->start && (parameter->flags & SYMBOL_MAY_BE_MISSING)) {
+        put_line("else", {});
+        put_inner_line("%s := %s;", {name, start_text(parameter->start)});
+    }
     put_line("end if;", {});
 }
 

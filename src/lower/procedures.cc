@@ -6,6 +6,7 @@
 #include "lower/host_words.h"
 #include "lower/packages.h"
 #include "lower/statements.h"
+#include "lower/targets.h"
 #include "lower/text_list.h"
 #include "syntax/spellings.h"
 #include "syntax/values/trace_function.h"
@@ -125,6 +126,7 @@ void put_body(const Node *block, const Scope *scope) {
     lower_siblings(first, rest, Lowering.level);
     put_nested_functions(rest);
     put_prelude(scope);
+    put_starts(scope);
     put_pieces(put_argument_blocks(rest), nullptr);
     if (!last_return(block)) put_return();
 }

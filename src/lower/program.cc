@@ -10,6 +10,7 @@
 #include "lower/pieces.h"
 #include "lower/procedures.h"
 #include "lower/statements.h"
+#include "lower/targets.h"
 #include "run/run_state.h"
 #include "syntax/values/trace_function.h"
 
@@ -60,6 +61,7 @@ void write_functions(bool is_script) {
 void lower_script(Scope *scope, Lines *lines) {
     CallsFromProcedure = false;
     LoweringContext outer = begin_lowering(scope, lines, 0);
+    put_starts(scope);
     put_pieces(scope->owner->first_child, nullptr);
     Lowering = outer;
 }

@@ -7,6 +7,7 @@
 #include "lower/lines.h"
 #include "lower/short_circuits.h"
 #include "support/allocation.h"
+#include "syntax/values/flow.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
 
@@ -101,11 +102,39 @@ void add_element(Target *target, const Node *selector) {
     target->path.has_index = true;
 }
 
+}  // namespace
+
+const char *start_text(const Node *selector) {
+    switch (selector->kind) {
+        case NODE_BRACES: return "rtable([],subtype='Vector[row]')";
+        case NODE_ARGUMENTS: return "Vector()";
+        default: return new_keyword_call("struct", {})->text;
+    }
+}
+
+void put_starts(const Scope *scope) {
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (symbol->start && symbol->position == 0)
+            put_line("%s := %s;", {written_name(symbol), start_text(symbol->start)});
+}
+
+namespace {
+
 void put_fields(const PendingField *field) {
     for (; field; field = field->outer) {
         const mExpr *changed =
             new_keyword_call("setfield", {field->source, field->name, field->value});
         put_line("%s := %s;", {field->base, changed->text});
+    }
+}
+
+// What is set in the field of a field of nothing: each is a struct of its own.
+void start_fields(const char *written, const Node *selector) {
+    Path path = begin_path(written, false);
+    for (; selector->kind == NODE_FIELD && selector->next; selector = selector->next) {
+        if (selector->next->kind == NODE_DYNAMIC_FIELD) return;
+        add_field(&path, selector);
+        put_line("%s := %s;", {path.text, start_text(selector->next)});
     }
 }
 
@@ -115,17 +144,26 @@ bool is_started(const char *name) {
     return false;
 }
 
-// A variable that has no value yet and is read for the place that the first one goes to: it begins
-// without elements, in front of all loops.
-void start_empty(const Symbol *symbol, const char *written) {
-    if (!(symbol->flags & SYMBOL_STARTS_EMPTY) || is_started(symbol->name)) return;
+// A variable whose first use in the text is to have a part set begins in front of all loops.
+void start_in_front(const Symbol *symbol, const char *written, const Node *selector) {
+    if (is_started(symbol->name)) return;
     GeneratedName *started = AllocRecord<GeneratedName>();
     *started = {symbol->name, Lowering.started};
     Lowering.started = started;
-    const char *form = symbol->flags & SYMBOL_HAS_BRACES ? "%s := rtable([],subtype='Vector[row]');"
-                                                         : "%s := Vector();";
-    if (Lowering.in_front)
-        add_line(Lowering.in_front, Lowering.front_level, form_text(form, {written}));
+    if (!Lowering.in_front) return;
+    const char *line = form_text("%s := %s;", {written, start_text(selector)});
+    add_line(Lowering.in_front, Lowering.front_level, line);
+}
+
+// A variable that has no value when a part of it is set begins without any.
+void start_target(const Node *base, const char *written) {
+    const Symbol *symbol = base->symbol;
+    if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol)) return;
+    if (base->value == MAY_BE_MISSING) {
+        put_line("%s := %s;", {written, start_text(base->next)});
+        return start_fields(written, base->next);
+    }
+    if (symbol->flags & SYMBOL_STARTS_AS_PART) start_in_front(symbol, written, base->next);
 }
 
 }  // namespace
@@ -133,9 +171,9 @@ void start_empty(const Symbol *symbol, const char *written) {
 Target lower_target(const Node *node, const Node *end) {
     const Node *base = node->kind == NODE_NAME ? node : node->first_child;
     const char *name = written_name(base->symbol);
-    start_empty(base->symbol, name);
     Target target = {begin_path(name, false), nullptr, nullptr, nullptr};
     if (node->kind == NODE_NAME) return target;
+    start_target(base, name);
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
         if (needs_element(base, selector, end)) {
             add_element(&target, selector);

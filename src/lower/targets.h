@@ -23,6 +23,12 @@ struct Target {
 };
 
 /* A NAME, or the selectors of a REFERENCE up to end (not included; null for all). */
+/* Lets variables begin without elements where a part of them may be set first: those that are no
+ * parameters. */
+void put_starts(const Scope *scope);
+/* What a variable is in front of its first selector. */
+const char *start_text(const Node *selector);
+
 Target lower_target(const Node *node, const Node *end);
 /* The target as a value. */
 const char *target_value(const Target *target);

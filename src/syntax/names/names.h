@@ -33,8 +33,8 @@ enum SymbolFlag : uint32_t {
                                     or with braces, a field, a colon or end behind it */
     SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
     SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
-    SYMBOL_STARTS_EMPTY = 1 << 16,   /* its first use is a target that counts its elements, sets a
-                                        field of a computed name, or fills a cell */
+    SYMBOL_STARTS_AS_PART = 1 << 16, /* its first use in the text is a target of which a part is
+                                        set */
     SYMBOL_SET_INSIDE = 1 << 17,     /* a nested function sets it */
     SYMBOL_IS_INDEXED = 1 << 18,     /* a colon or end stands in its parentheses somewhere */
     SYMBOL_READ_FIRST = 1 << 19      /* it is read before it is set, in the order of the text */
@@ -62,6 +62,8 @@ struct Symbol {
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
     Findings *findings;    /* what has been found of its values; null before anybody asks */
     const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
+    const Node *start; /* selector of a target before which it may have no value, so that it must
+                          begin with one; null for none */
     uint16_t now;     /* what its value may be where the values are being traced (values/value.h) */
     uint16_t since;   /* what it has been since the outermost loop or try around began */
     uint16_t ever;    /* what it may be anywhere in the function; 0 before its values are traced */

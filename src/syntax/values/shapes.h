@@ -12,6 +12,11 @@ Value elementwise_shape(Value left, Value right);
 Value transposed(Value value);
 
 inline bool is_single(Value value) { return !may_be(value, MAY_BE_ARRAY | MAY_BE_MISSING); }
+/* Whether it is a text, at least on some of the ways to a place, as far as one can tell: of what
+ * nobody knows, an object among the rest, it is not. */
+inline bool is_known_text(Value value) {
+    return may_be(value, MAY_BE_TEXT) && !may_be(value, MAY_BE_OTHER);
+}
 /* A text of one character, as far as it is a text. */
 inline bool is_one_character(Value value) {
     return !may_be(value, MAY_HAVE_ROWS | MAY_HAVE_COLUMNS | MAY_BE_EMPTY);

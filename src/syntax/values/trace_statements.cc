@@ -295,6 +295,8 @@ Value value_at_start(const Scope *scope, const Symbol *symbol) {
     if (symbol->position == 0) {
         bool is_list = strcmp(symbol->name, "varargin") == 0 && (scope->flags & HAS_VARARGIN);
         if (is_list) return MAY_BE_CELL | ROW;
+        if (strcmp(symbol->name, "varargout") == 0 && (scope->flags & HAS_VARARGOUT))
+            return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
         return scope->creator ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(MAY_BE_MISSING);
     }
     bool may_be_missing =

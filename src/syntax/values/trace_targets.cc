@@ -64,6 +64,13 @@ Value after_change(Value before, const Node *target, Value value, const Node *ex
     }
 }
 
+// A variable that has a value on some of the ways to here only must have one from the beginning.
+void note_start(Symbol *symbol, Value before, const Node *selector) {
+    bool depends = may_be(before, MAY_BE_MISSING) && kinds_of(before) && is_traced(symbol);
+    if (depends && !symbol->start && !(symbol->flags & SYMBOL_STARTS_AS_PART))
+        symbol->start = selector;
+}
+
 }  // namespace
 
 void trace_target(Node *target, Value value, const Node *expression) {
@@ -76,5 +83,6 @@ void trace_target(Node *target, Value value, const Node *expression) {
     if (base->kind != NODE_NAME || !is_variable(base->symbol)) return;
     Value before = value_now(base->symbol);
     base->value |= before;
+    note_start(base->symbol, before, base->next);
     set_value(base->symbol, after_change(before, target, value, expression));
 }

@@ -13,33 +13,13 @@ void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
     symbol->values = value;
 }
 
-namespace {
-
-bool reads_base(const Node *node);
-
-bool any_reads_base(const Node *node) {
-    for (const Node *child = first_child(node); child; child = child->next)
-        if (reads_base(child)) return true;
-    return false;
-}
-
-// Whether a position counts on from the end, or a field's name is known at run time only.
-bool reads_base(const Node *node) {
-    if (node->kind == NODE_END || node->kind == NODE_DYNAMIC_FIELD) return true;
-    return node->kind != NODE_ANONYMOUS && any_reads_base(node);
-}
-
-}  // namespace
-
 void note_element(Symbol *symbol, const Node *target) {
     constexpr uint32_t USED = SYMBOL_PARAMETER | SYMBOL_GLOBAL | SYMBOL_PERSISTENT |
                               SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
     if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
-    bool is_read = reads_base(selector) || (selector->next && reads_base(selector->next));
-    bool needs_start = selector->kind == NODE_BRACES || is_read;
-    if (!(symbol->flags & USED) && needs_start) symbol->flags |= SYMBOL_STARTS_EMPTY;
+    if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }
 
 namespace {
