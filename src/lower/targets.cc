@@ -158,12 +158,12 @@ void start_in_front(const Symbol *symbol, const char *written, const Node *selec
 // A variable that has no value when a part of it is set begins without any.
 void start_target(const Node *base, const char *written) {
     const Symbol *symbol = base->symbol;
-    if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol)) return;
+    if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
     if (base->value == MAY_BE_MISSING) {
         put_line("%s := %s;", {written, start_text(base->next)});
         return start_fields(written, base->next);
     }
-    if (symbol->flags & SYMBOL_STARTS_AS_PART) start_in_front(symbol, written, base->next);
+    if (symbol->starts_in) start_in_front(symbol, written, base->next);
 }
 
 }  // namespace

@@ -62,6 +62,7 @@ struct Symbol {
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
     Findings *findings;    /* what has been found of its values; null before anybody asks */
     const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
+    const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
     const Node *start; /* selector of a target before which it may have no value, so that it must
                           begin with one; null for none */
     uint16_t now;     /* what its value may be where the values are being traced (values/value.h) */

@@ -8,6 +8,8 @@ typedef bool (*FunctionFinder)(const Node *name);
 extern FunctionFinder HasFunction;
 /* The function or script whose values are being traced. */
 extern const Scope *TracedScope;
+/* The statement of its body in which the flow is. */
+extern const Node *OutermostStatement;
 
 /* The value of an expression where the flow is now; it is entered into the node and all nodes
  * inside. */

@@ -6,6 +6,7 @@
 #include "syntax/values/trace_function.h"
 
 const Scope *TracedScope;
+const Node *OutermostStatement;
 
 namespace {
 
@@ -320,6 +321,13 @@ void trace_defaults(const Node *parameters) {
     }
 }
 
+void trace_body(Node *first) {
+    for (Node *node = first; node; node = node->next) {
+        OutermostStatement = node;
+        trace_statement(node);
+    }
+}
+
 }  // namespace
 
 void trace_function(Scope *scope, FunctionFinder has_function) {
@@ -330,16 +338,15 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     begin_flow();
     begin_values(scope);
     const Node *owner = scope->owner;
-    if (owner->kind == NODE_FILE) return trace_script(scope->owner);
+    if (owner->kind == NODE_FILE) return trace_body(owner->first_child);
     const Node *parameters = owner->first_child;
     while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
     trace_defaults(parameters);
-    trace_block(parameters->next);
+    trace_body(parameters->next->first_child);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
         trace_function(const_cast<Scope *>(scope_of(nested->node)), has_function);
 }
 
 void trace_script(Node *file) {
-    for (Node *node = file->first_child; node; node = node->next)
-        if (node->kind != NODE_FUNCTION) trace_statement(node);
+    for (Node *node = file->first_child; node; node = node->next) trace_statement(node);
 }

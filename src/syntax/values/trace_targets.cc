@@ -64,11 +64,14 @@ Value after_change(Value before, const Node *target, Value value, const Node *ex
     }
 }
 
-// A variable that has a value on some of the ways to here only must have one from the beginning.
+// A variable that has a value on some of the ways to here only must have one from the beginning: of
+// the function, or of the outermost statement that has all its uses so far.
 void note_start(Symbol *symbol, Value before, const Node *selector) {
-    bool depends = may_be(before, MAY_BE_MISSING) && kinds_of(before) && is_traced(symbol);
-    if (depends && !symbol->start && !(symbol->flags & SYMBOL_STARTS_AS_PART))
-        symbol->start = selector;
+    if (!may_be(before, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
+    bool is_first = symbol->flags & SYMBOL_STARTS_AS_PART;
+    if (is_first && !symbol->starts_in) symbol->starts_in = OutermostStatement;
+    bool is_same = is_first && symbol->starts_in == OutermostStatement;
+    if (kinds_of(before) && !is_same) symbol->start = selector;
 }
 
 }  // namespace
