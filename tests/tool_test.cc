@@ -37,6 +37,7 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
     write(directory / "g.m", "function y = g(x)\ny = x +;\nend\n");
     write(directory / "mark.m", "x = \"\xC3\xA4\" == 'abc';\r\n\ty = 'ab' == x;\n");
     write(directory / "script.m", "y = 2;\n");
+    write(directory / "behind.m", "function g\nend\nx = 1;\n");
     const std::string gap =
         "# head\n# not translated: errors in the lines below are not caught\n"
         "x := 1;\n"
@@ -64,6 +65,14 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
          "<command>:1:5: warning: the file of 'script' is a script: it takes no arguments and "
          "gives "
          "no value [MT406]\nx = script(1);\n    ^~~~~~\n"},
+        {"mtranslate --language octave -I . -c behind", 1,
+         "behind := proc(  )\nend proc;\n\n# not translated (MT207 outside-statement): x = 1\n"
+         "behind();\n",
+         "<command>:1: note: './behind.m' is called here\n"
+         "./behind.m:1:1: note: the function 'g' is called by the name of its file, 'behind' "
+         "[MT405]\nfunction g\n^~~~~~~~~~\n"
+         "./behind.m:3:1: gap: a file whose function is called does not run its statements outside "
+         "of functions [MT207]\nx = 1;\n^~~~~\n"},
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := copy(y);\n", ""},
     });
 }

@@ -147,6 +147,13 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "would end the caller.",
      nullptr,
      "Make a function of the script, or put what follows the return into an if."},
+    {OUTSIDE_GAP, "MT207", "outside-statement", SEVERITY_GAP,
+     "a file whose function is called does not run its statements outside of functions",
+     "The file begins with a function that callers get by the file's name. MATLAB refuses such a "
+     "file with statements outside of its functions, and Octave runs them for nobody. Often an end "
+     "too many closes a function too early.",
+     nullptr,
+     "Put the statements into a function, or into a script of another name."},
 
     {FIELD_VALUES, "MT301", "field-values", SEVERITY_NOTE,
      "'%s' is read as the values of the field in all elements",

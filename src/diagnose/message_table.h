@@ -39,6 +39,7 @@ enum MessageId : uint8_t {
     EVAL_GAP,
     SCRIPT_CALL_GAP,
     SCRIPT_RETURN_GAP,
+    OUTSIDE_GAP,
     /* the meaning may differ */
     FIELD_VALUES,
     TEXT_COMPARISON,

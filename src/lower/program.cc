@@ -5,6 +5,7 @@
 #include "emit/output.h"
 #include "lower/called_functions.h"
 #include "lower/context.h"
+#include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/packages.h"
 #include "lower/pieces.h"
@@ -26,14 +27,15 @@ constexpr int MOST_SCRIPT_CALLS = 10000;
 int ScriptCalls;
 int ScriptDepth;
 
-bool has_statements(const Node *tree) {
-    for (const Node *node = tree->first_child; node; node = node->next)
-        if (node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT && node->kind != NODE_BAD)
-            return true;
-    return false;
+// The statements there are never run: one message is about all of them.
+void report_outside(const Node *first, const Node *behind) {
+    const Node *node = first;
+    while (node != behind && !is_statement(node)) node = node->next;
+    if (node != behind) report_at(OUTSIDE_GAP, node);
 }
 
 void write_outside(const Node *first, const Node *behind) {
+    report_outside(first, behind);
     Lines lines = {};
     LoweringContext outer = begin_lowering(nullptr, &lines, 0);
     lower_siblings(first, behind, 0);
@@ -42,8 +44,8 @@ void write_outside(const Node *first, const Node *behind) {
     write_lines(&lines);
 }
 
-// The functions of the current file. In a script the rest is left to it; else what could not be
-// read, and comments behind the last function, stay where they are.
+// The functions of the current file. In a script the rest is left to it; else comments stay where
+// they are, and so does the source of what could not be read or is never run.
 void write_functions(bool is_script) {
     const Node *start = CurrentFile->tree->first_child;
     for (const FileFunction *function = CurrentFile->functions; function;
@@ -66,16 +68,12 @@ void lower_script(Scope *scope, Lines *lines) {
     Lowering = outer;
 }
 
-// Whether a procedure that has been lowered since uses a variable's name. Then all names of the
-// script are chosen anew.
-bool must_rename(Scope *scope) {
-    bool is_used = false;
+// Whether a procedure that has been lowered since uses a variable's name.
+bool must_rename(const Scope *scope) {
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol) && symbol->written == symbol->name)
-            is_used |= must_change_name(symbol);
-    for (Symbol *symbol = scope->first_symbol; is_used && symbol; symbol = symbol->next)
-        symbol->written = nullptr;
-    return is_used;
+        if (is_variable(symbol) && symbol->written == symbol->name && must_change_name(symbol))
+            return true;
+    return false;
 }
 
 void write_called_files() {
@@ -91,10 +89,15 @@ void write_script(const PackageFlags *used, const Lines *lines) {
     write_lines(lines);
 }
 
-// The statements are lowered before the files that they call and written behind them.
-void translate_script(SourceFile *file) {
+Scope *settle_and_trace(SourceFile *file) {
     Scope *scope = settle_script(file->tree, find_script);
     trace_function(scope, has_function);
+    return scope;
+}
+
+// The statements are lowered before the files that they call and written behind them.
+void translate_script(SourceFile *file) {
+    Scope *scope = settle_and_trace(file);
     PackageFlags outer = begin_packages();
     Lines lines = {};
     lower_script(scope, &lines);
@@ -103,7 +106,8 @@ void translate_script(SourceFile *file) {
     CurrentFile = file;
     if (must_rename(scope)) {
         lines = {};
-        lower_script(scope, &lines);
+        // anew: a procedure may have called the same scripts, with variables of its own
+        lower_script(settle_and_trace(file), &lines);
         write_called_files();
     }
     write_script(&used, &lines);

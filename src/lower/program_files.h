@@ -23,7 +23,7 @@ struct SourceFile {
     Source *source;
     Node *tree;              /* FILE */
     FileFunction *functions; /* in source order; null for none */
-    bool is_script;          /* it begins with a statement, or has no function */
+    bool is_script;          /* its name stands for its statements, not for a function */
     bool is_queued;          /* it has been called */
     bool is_open;            /* its statements are being lowered */
     Folder *private_folder;  /* of what only this file's folder may call; null for none */
@@ -58,6 +58,10 @@ bool is_found_elsewhere(const Node *place);
 
 /* Whether there may be such a file, which is not read. */
 bool has_file(const Node *place);
+
+/* Whether a node of a FILE is a statement that could be read; whether there is one. */
+bool is_statement(const Node *node);
+bool has_statements(const Node *tree);
 
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);

@@ -72,7 +72,7 @@ void put_assigned(const Node *node) {
         put_presence(target);
 }
 
-void put_statement(const Node *node) {
+void put_read_statement(const Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION: return put_expression(node);
         case NODE_ASSIGN:
@@ -91,9 +91,18 @@ void put_statement(const Node *node) {
         case NODE_BREAK: return put_line("break;", {});
         case NODE_CONTINUE: return put_line("next;", {});
         case NODE_RETURN: return put_return_statement(node);
-        case NODE_BAD: return put_bad(node);
         default: return;  // what a head declares
     }
+}
+
+// Outside of every function and script names mean nothing.
+void put_statement(const Node *node) {
+    if (node->kind == NODE_BAD)
+        put_bad(node);
+    else if (Lowering.scope)
+        put_read_statement(node);
+    else
+        Lowering.gap = OUTSIDE_GAP;
 }
 
 // A statement that cannot be translated is given up as a whole, with the lines that it has so far.
