@@ -119,6 +119,9 @@ private:
 
     void put_text(FileResult &result, const Translation &translation,
                   const std::string &output) const {
+        if (!options_.output_limit.empty() && !is_within(options_.output_limit, output))
+            throw FileError("its output '" + output + "' leads out of the folder '" +
+                            options_.output_limit + "' of the configuration");
         if (options_.mode == Mode::Translate) {
             result.is_written = write(output, translation);
             result.has_output = true;

@@ -19,9 +19,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/* The text of a regular file, or what a pipe gives. */
-std::string read_all(const std::string &path, FilesRead &files) {
-    const Descriptor file = open_to_read(path);
+/* What is known of a file's origin. */
+enum class Origin { Command, Tree };
+
+/* The text of a regular file; of one that the user names, also what a pipe gives. */
+std::string read_all(const std::string &path, Origin origin, FilesRead &files) {
+    const Descriptor file =
+        origin == Origin::Command ? open_to_read(path) : open_regular_file(path);
     struct stat status;
     if (fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode))
         files.push_back({path, status.st_dev, status.st_ino});
@@ -39,8 +43,8 @@ std::string description_of(const toml::parse_error &error) {
 /* A file under reading. */
 class Reader {
 public:
-    Reader(const std::string &path, bool has_options)
-        : file_(path, read_all(path, files_)),
+    Reader(const std::string &path, Origin origin, bool has_options)
+        : file_(path, read_all(path, origin, files_)),
           folder_(fs::path(path).parent_path()),
           has_options_(has_options) {}
 
@@ -85,7 +89,7 @@ private:
 
     void read_rule_file(const toml::node &place, const std::string &path) {
         try {
-            const Configuration shared = read_rules(path);
+            const Configuration shared = Reader(path, Origin::Tree, false).read();
             shared_.add(shared.rules);
             files_.insert(files_.end(), shared.files.begin(), shared.files.end());
         } catch (const FileError &error) {
@@ -104,9 +108,13 @@ private:
 
 }  // namespace
 
-Configuration read_rules(const std::string &path) { return Reader(path, false).read(); }
+Configuration read_rules(const std::string &path) {
+    return Reader(path, Origin::Command, false).read();
+}
 
-Configuration read_configuration(const std::string &path) { return Reader(path, true).read(); }
+Configuration read_configuration(const std::string &path) {
+    return Reader(path, Origin::Tree, true).read();
+}
 
 void check_reachable(const Rules &rules) {
     std::set<std::string> given;

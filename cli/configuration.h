@@ -27,6 +27,7 @@ struct Settings {
     std::optional<MessagePolicy> messages;
     std::optional<bool> closure;
     std::optional<std::string> output_dir;
+    std::string output_limit; /* the folder that outputs in output_dir may not leave */
     std::optional<std::string> suffix;
     std::optional<std::vector<std::string>> exclude;
     std::optional<std::size_t> jobs;
@@ -38,9 +39,11 @@ struct Configuration {
     FilesRead files; /* that it has been read from */
 };
 
-/* A file of rules. Throws ConfigurationError, and FileError where it cannot be read. */
+/* A file of rules that the user names: also a pipe. Throws ConfigurationError, and FileError where
+ * it cannot be read. */
 Configuration read_rules(const std::string &path);
-/* A file with options as well; the rules of the files that it names come before its own. */
+/* A file with options as well; the rules of the files that it names come before its own. Who has
+ * written it is not known: these files and its outputs stay in its folder, and all are regular. */
 Configuration read_configuration(const std::string &path);
 
 /* Sees that every rule can be asked for: a function's calls are offered under the name that it is

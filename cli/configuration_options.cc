@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "cli/files.h"
+#include "cli/output.h"
+
 namespace mtranslate {
 
 namespace {
@@ -24,8 +27,12 @@ std::optional<Type> value_of(const Entry &entry, const char *expected) {
     return value;
 }
 
+/* Names of files end at a NUL. */
 std::optional<std::string> text_of(const Entry &entry) {
-    return value_of<std::string>(entry, "a string");
+    auto text = value_of<std::string>(entry, "a string");
+    if (text && text->find('\0') != text->npos)
+        entry.file.report(entry.value, "expected a string without NUL characters");
+    return text;
 }
 
 std::optional<bool> flag_of(const Entry &entry) { return value_of<bool>(entry, "true or false"); }
@@ -34,9 +41,27 @@ std::string from_folder(const Entry &entry, const std::string &path) {
     return (entry.folder / path).lexically_normal();
 }
 
-std::optional<std::string> path_of(const Entry &entry) {
+/* A tree's own configuration reaches no further than the tree. */
+bool check_within(const Entry &entry, const std::string &path, const std::string &option) {
+    if (is_within(entry.folder.empty() ? "." : entry.folder, path)) return true;
+    entry.file.report(entry.value, "'" + path + "' is outside of the configuration's folder; " +
+                                       option + " may name any");
+    return false;
+}
+
+void set_output_folder(const Entry &entry, OptionTable &table) {
     const auto path = text_of(entry);
-    return path ? std::optional(from_folder(entry, *path)) : std::nullopt;
+    if (!path) return;
+    table.settings.output_dir = from_folder(entry, *path);
+    table.settings.output_limit = entry.folder.empty() ? "." : entry.folder.string();
+    check_within(entry, *table.settings.output_dir, "-O");
+}
+
+std::optional<std::string> suffix_of(const Entry &entry) {
+    auto suffix = text_of(entry);
+    const std::string refusal = refusal_of_suffix(suffix.value_or(""));
+    if (!refusal.empty()) entry.file.report(entry.value, refusal);
+    return suffix;
 }
 
 std::optional<std::string> language_of(const Entry &entry) {
@@ -80,7 +105,7 @@ std::optional<MessagePolicy> policy_of(const Entry &entry) {
 
 void name_rule_files(const Entry &entry, OptionTable &table) {
     for (const std::string &path : paths_of(entry))
-        table.rule_files.emplace_back(&entry.value, path);
+        if (check_within(entry, path, "--rules")) table.rule_files.emplace_back(&entry.value, path);
 }
 
 struct Row {
@@ -94,8 +119,8 @@ constexpr Row ROWS[] = {
     {"rules", name_rule_files},
     {"strict", [](const Entry &e, OptionTable &to) { to.settings.strict = flag_of(e); }},
     {"messages", [](const Entry &e, OptionTable &to) { to.settings.messages = policy_of(e); }},
-    {"output-dir", [](const Entry &e, OptionTable &to) { to.settings.output_dir = path_of(e); }},
-    {"suffix", [](const Entry &e, OptionTable &to) { to.settings.suffix = text_of(e); }},
+    {"output-dir", set_output_folder},
+    {"suffix", [](const Entry &e, OptionTable &to) { to.settings.suffix = suffix_of(e); }},
     {"exclude", [](const Entry &e, OptionTable &to) { to.settings.exclude = texts_of(e); }},
     {"closure", [](const Entry &e, OptionTable &to) { to.settings.closure = flag_of(e); }},
     {"jobs", [](const Entry &e, OptionTable &to) { to.settings.jobs = number_of(e); }},

@@ -1,8 +1,9 @@
 /* From folders upwards. */
 #include "cli/configuration_search.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace mtranslate {
@@ -17,6 +18,15 @@ constexpr const char *FILE_NAME = "mtranslate.toml";
 fs::path from_here(const fs::path &path) {
     const fs::path near = path.lexically_relative(fs::current_path());
     return near.empty() || *near.begin() == ".." ? path : near;
+}
+
+/* Throws FileError where that cannot be found out: the configuration might forbid something. */
+bool is_there(const fs::path &path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) == 0) return true;
+    if (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG)
+        fail("cannot read '" + from_here(path).string() + "'");
+    return false;
 }
 
 /* The settings stay. */
@@ -50,9 +60,7 @@ ConfigurationSearch::Found ConfigurationSearch::find(const fs::path &folder) {
     if (known != found_.end()) return known->second;
     const fs::path file = folder / FILE_NAME;
     const fs::path outer = folder.parent_path();
-    const Found found = access(file.c_str(), F_OK) == 0 ? read(file)
-                        : outer == folder               ? none_
-                                                        : find(outer);
+    const Found found = is_there(file) ? read(file) : outer == folder ? none_ : find(outer);
     return found_.emplace(folder, found).first->second;
 }
 

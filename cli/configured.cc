@@ -1,9 +1,11 @@
 /* From settings to options. */
 #include "cli/configured.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "cli/configuration_search.h"
+#include "cli/workers.h"
 
 namespace mtranslate {
 
@@ -20,10 +22,12 @@ void complete(const Options &options, const char *name, Type &option,
 
 void configure_batch(Options &options, const Settings &settings) {
     complete(options, "output-dir", options.output_folder, settings.output_dir);
+    if (!options.given.contains("output-dir")) options.output_limit = settings.output_limit;
     complete(options, "suffix", options.suffix, settings.suffix);
     complete(options, "exclude", options.excludes, settings.exclude);
     complete(options, "closure", options.is_closure, settings.closure);
     complete(options, "jobs", options.jobs, settings.jobs);
+    if (!options.given.contains("jobs")) options.jobs = std::min(options.jobs, processors());
 }
 
 const Configuration &configuration_of(const Options &options, const std::string &path) {

@@ -15,6 +15,10 @@ namespace mtranslate {
 
 namespace {
 
+namespace fs = std::filesystem;
+
+constexpr int MOST_LINKS = 40;  // the system follows no more
+
 /* More than anyone has written by hand; an endless device ends here. */
 constexpr std::size_t LARGEST_SOURCE = std::size_t{256} << 20;
 
@@ -65,6 +69,36 @@ Descriptor open_to_read(const std::string &path) {
     Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
     if (!file) fail("cannot read '" + path + "'");
     return file;
+}
+
+Descriptor open_regular_file(const std::string &path) {
+    const auto check = [&](const struct stat &status) {
+        if (!S_ISREG(status.st_mode))
+            throw FileError("cannot read '" + path + "': not a regular file");
+    };
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0) fail("cannot read '" + path + "'");
+    check(status);  // to open a device may do something
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    if (!file || fstat(file.get(), &status) != 0) fail("cannot read '" + path + "'");
+    check(status);
+    return file;
+}
+
+fs::path behind_links(fs::path path) {
+    std::error_code none;
+    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, none); ++links)
+        path = path.parent_path() / fs::read_symlink(path, none);
+    return path;
+}
+
+bool is_within(const fs::path &folder, const fs::path &path) {
+    std::error_code error;
+    const fs::path from = fs::weakly_canonical(fs::absolute(folder), error);
+    if (error) return false;
+    const fs::path to = fs::weakly_canonical(fs::absolute(behind_links(path)), error);
+    const fs::path way = to.lexically_relative(from);
+    return !error && !way.empty() && *way.begin() != "..";
 }
 
 Descriptor spool(int from, const std::string &name) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -53,6 +54,15 @@ void check_size(const struct stat &status, const std::string &path);
 
 /* The path opened for reading. Throws FileError. */
 Descriptor open_to_read(const std::string &path);
+
+/* Likewise of a regular file; anything else might wait for ever, or never end. */
+Descriptor open_regular_file(const std::string &path);
+
+/* The name of the file itself, which need not exist, behind the symbolic links that lead to it. */
+std::filesystem::path behind_links(std::filesystem::path path);
+/* Whether the path, which need not exist, is the folder or in it behind all links. False also where
+ * that cannot be found out. */
+bool is_within(const std::filesystem::path &folder, const std::filesystem::path &path);
 
 /* A copy in memory of what is left to read in a descriptor that messages call name; path_of gives
  * it a name for as long as it is open. Throws FileError, also where there is too much. */

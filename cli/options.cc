@@ -114,7 +114,8 @@ std::string conflict(const Options &options, bool is_batch) {
     if (!options.depfile.empty() && (!has_output || options.mode != Mode::Translate))
         return "--depfile is about the outputs of -o and -O";
     if (!options.root.empty() && !is_batch) return "--root goes with -O, check and diff";
-    if (options.suffix == ".m") return "--suffix: outputs are no MATLAB files";
+    const std::string bad_suffix = refusal_of_suffix(options.suffix);
+    if (!bad_suffix.empty()) return "--suffix: " + bad_suffix;
     if (options.mode == Mode::Compare && !has_folder) return "give -O DIR, the outputs to compare";
     if (is_batch && options.mode == Mode::Translate && !has_folder)
         return "give -O DIR to translate several files";

@@ -49,6 +49,8 @@ struct Options {
     /* The folder for the translations of a batch, which have this ending; empty without one. */
     std::string output_folder;
     std::string suffix = ".txt";
+    /* The folder that outputs stay in, whatever links there are; empty: wherever they lead. */
+    std::string output_limit;
     /* Worker processes of a batch; 0: as many as there are processors. */
     std::size_t jobs = 0;
     Limits limits;

@@ -19,8 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int MOST_LINKS = 40;  // the system follows no more
-
 /* The descriptor that a path stands for; -1 for any other path. To open such a path would truncate
  * a file that the shell has opened for appending. */
 int descriptor_named(std::string_view path) {
@@ -34,14 +32,6 @@ int descriptor_named(std::string_view path) {
             return number;
     }
     return -1;
-}
-
-/* The name of the file itself, which need not exist, behind the symbolic links that lead to it. */
-fs::path behind_links(fs::path path) {
-    std::error_code none;
-    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, none); ++links)
-        path = path.parent_path() / fs::read_symlink(path, none);
-    return path;
 }
 
 bool is_named_as_source(const fs::path &path) { return path.extension() == ".m"; }
@@ -102,6 +92,11 @@ void write_file(const fs::path &target, std::string_view text, const std::string
 }
 
 }  // namespace
+
+std::string refusal_of_suffix(const std::string &suffix) {
+    if (suffix.find('/') != suffix.npos) return "the ending of a file's name has no '/'";
+    return suffix.ends_with(".m") ? "outputs are no MATLAB files" : "";
+}
 
 Output::Output(const std::optional<std::string> &path)
     : descriptor_(path ? descriptor_named(*path) : STDOUT_FILENO),

@@ -14,6 +14,9 @@ enum class Durability {
     Whole   /* it survives this process */
 };
 
+/* Why no output may have this ending; empty where it may. */
+std::string refusal_of_suffix(const std::string &suffix);
+
 class Output {
 public:
     /* path names a file, or a descriptor as /dev/stdout does; none, or "-", is standard output. */

@@ -276,9 +276,10 @@ private:
 
 }  // namespace
 
+std::size_t processors() { return std::max(1U, std::thread::hardware_concurrency()); }
+
 Workers::Workers(std::size_t count, Limits limits)
-    : count_(count > 0 ? count : std::max(1U, std::thread::hardware_concurrency())),
-      limits_(limits) {}
+    : count_(count > 0 ? count : processors()), limits_(limits) {}
 
 int Workers::run(std::size_t jobs, const Job &job, const Report &report) const {
     const HeldSignals held;

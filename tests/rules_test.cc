@@ -255,6 +255,7 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
          "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
          "failed\n"},
     });
+    run("cd t/u; ln -s ../../later.toml link.toml; ln -s .. up; mkfifo pipe");
     check_mistakes(
         "mtranslate t/u/c.m", "t/u/mtranslate.toml",
         {
@@ -276,6 +277,30 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
             {"[options]\nrules = ['none']\n",
              "2:9: error: cannot read 't/u/none': No such file or directory\n"
              "rules = ['none']\n        ^\n"},
+            {"[options]\nrules = ['../../later.toml']\n",
+             "2:9: error: 'later.toml' is outside of the configuration's folder; --rules may name "
+             "any\nrules = ['../../later.toml']\n        ^\n"},
+            {"[options]\nrules = ['link.toml', 'pipe']\n",
+             "2:9: error: 't/u/link.toml' is outside of the configuration's folder; --rules may "
+             "name any\nrules = ['link.toml', 'pipe']\n        ^\n"
+             "t/u/mtranslate.toml:2:9: error: cannot read 't/u/pipe': not a regular file\n"
+             "rules = ['link.toml', 'pipe']\n        ^\n"},
+            {"[options]\noutput-dir = '..'\n",
+             "2:14: error: 't/' is outside of the configuration's folder; -O may name any\n"
+             "output-dir = '..'\n             ^\n"},
+            {"[options]\noutput-dir = '/tmp'\n",
+             "2:14: error: '/tmp' is outside of the configuration's folder; -O may name any\n"
+             "output-dir = '/tmp'\n             ^\n"},
+            {"[options]\noutput-dir = 'up/x'\n",
+             "2:14: error: 't/u/up/x' is outside of the configuration's folder; -O may name any\n"
+             "output-dir = 'up/x'\n             ^\n"},
+            {"[options]\nsuffix = '/../../.bashrc'\n",
+             "2:10: error: the ending of a file's name has no '/'\nsuffix = '/../../.bashrc'\n"
+             "         ^\n"},
+            {"[options]\nsuffix = \".m\\u0000\"\ninclude = [\"a\\u0000\"]\n",
+             "2:10: error: expected a string without NUL characters\nsuffix = \".m\\u0000\"\n"
+             "         ^\nt/u/mtranslate.toml:3:12: error: expected a string without NUL "
+             "characters\ninclude = [\"a\\u0000\"]\n           ^\n"},
             {"[options]\nmessages = ['no-x']\n",
              "2:12: error: no message has the code or name 'x'\nmessages = ['no-x']\n"
              "           ^\n"},
@@ -286,6 +311,41 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
     check({{"mtranslate t -O o2; echo $?; ls o2 2> /dev/null", 2, "2\n",
             "t/u/mtranslate.toml:1:2: error: unknown key 'option'; did you mean 'options'?\n"
             "[option]\n ^\n"}});
+}
+
+/* A tree that somebody else has written is translated as any other. */
+TEST_F(Rules, of_a_tree_write_nothing_outside_of_it) {
+    write(directory / "t/mtranslate.toml",
+          "[options]\noutput-dir = 'o'\nsuffix = ''\n[functions]\nf = 'F'\n");
+    write(directory / "t/a/x.m", "f\n");
+    write(directory / "t/b/y.m", "f\n");
+    write(directory / "t/c/z.m", "f\n");
+    run("mkdir t/o t/o/b home; ln -s ../../home t/o/a; ln -s ../../../home/y t/o/b/y");
+    check({
+        {"mtranslate t; echo $?; find t/o home -type f", 0, "3\nt/o/c/z\n",
+         "t/a/x.m: error: its output 't/o/a/x' leads out of the folder 't' of the configuration\n"
+         "t/b/y.m: error: its output 't/o/b/y' leads out of the folder 't' of the configuration\n"
+         "mtranslate: 3 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 2 "
+         "failed; 1 written\n"},
+        {"mtranslate t -O t/o 2> /dev/null; find t/o home -type f | sort", 0,
+         "home/x\nhome/y\nt/o/c/z\n", ""},
+    });
+}
+
+/* Nobody writes into a pipe that a tree has: it would be waited for before any limit holds. */
+TEST_F(Rules, are_read_from_pipes_that_the_user_names) {
+    write(directory / "t/a.m", "f\n");
+    const std::string refused =
+        "mtranslate: error: cannot read 't/mtranslate.toml': not a regular file\n";
+    check({
+        {"mkfifo p; echo '[functions]\nf = \"F\"' > p & mtranslate --rules p t/a.m", 0, "F;\n", ""},
+        {"mkfifo t/mtranslate.toml; mtranslate t/a.m", 3, "", refused},
+        {"mtranslate t -O o", 3, "", refused},
+        {"rm t/mtranslate.toml; ln -s /dev/zero t/mtranslate.toml; mtranslate t/a.m", 3, "",
+         refused},
+        {"rm t/mtranslate.toml; mkdir t/mtranslate.toml; mtranslate t/a.m", 3, "", refused},
+        {"mtranslate --no-config t/a.m 2> /dev/null", 0, "f();\n", ""},
+    });
 }
 
 TEST_F(Rules, are_shown_with_their_places) {

@@ -373,6 +373,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
         {"mtranslate a.m a.m", 2, "", several},
         {"mtranslate a.m -O d --suffix .m", 2, "",
          "mtranslate: error: --suffix: outputs are no MATLAB files" + hint},
+        {"mtranslate s -O o --suffix /../x", 2, "",
+         "mtranslate: error: --suffix: the ending of a file's name has no '/'" + hint},
         {"mtranslate a.m -O d -o e", 2, "",
          "mtranslate: error: -o and -O exclude each other" + hint},
         {"mtranslate diff a.m", 2, "",
