@@ -103,6 +103,7 @@ private:
     }
 
     void translate_into(FileResult &result, const InputFile &input, std::size_t i) const {
+        if (!input.trouble.empty()) throw FileError(input.trouble);
         const std::string output = output_of(input);
         const std::size_t first = first_with_output_.at(output);
         if (!output.empty() && first != i)

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <utility>
@@ -53,7 +55,7 @@ private:
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
              at.increment(error))
             names.push_back(at->path().filename());
-        if (error) return inputs.push_back({folder, relative});  // shows when it is read
+        if (error) return refuse(folder, relative, error.message());
         std::sort(names.begin(), names.end());
         for (const std::string &name : names) visit(folder / name, relative / name);
     }
@@ -62,9 +64,23 @@ private:
         const std::string name = path.filename();
         struct stat status;
         if (name.starts_with('.') || is_excluded(relative)) return;
-        if (stat(path.c_str(), &status) != 0) return;  // a link that leads nowhere
+        if (stat(path.c_str(), &status) != 0) return visit_unknown(path, relative);
         if (S_ISDIR(status.st_mode)) return enter(path, status, relative);
         if (S_ISREG(status.st_mode) && path.extension() == ".m") inputs.push_back({path, relative});
+    }
+
+    /* Nothing is missed where a link leads nowhere. Else it may be a folder, and nothing in the one
+     * around it can be read as a rule. */
+    void visit_unknown(const fs::path &path, const fs::path &relative) {
+        if (errno != ENOENT && errno != ELOOP)
+            refuse(path.parent_path(), relative.parent_path(), std::strerror(errno));
+    }
+
+    /* Once a folder. */
+    void refuse(const fs::path &folder, const fs::path &relative, const std::string &reason) {
+        if (inputs.empty() || inputs.back().path != folder)
+            inputs.push_back(
+                {folder, relative, "cannot read '" + folder.string() + "': " + reason});
     }
 
     const std::vector<std::string> &excludes_;

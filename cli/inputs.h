@@ -7,8 +7,9 @@
 namespace mtranslate {
 
 struct InputFile {
-    std::string path;     /* as messages show it: below the path that the user gave */
-    std::string relative; /* to the folder that the user gave; of a file, its name alone */
+    std::string path;      /* as messages show it: below the path that the user gave */
+    std::string relative;  /* to the folder that the user gave; of a file, its name alone */
+    std::string trouble{}; /* why it cannot be read, as far as that is known; else empty */
 };
 
 /* Makes the files relative to the folder root. Throws FileError where one is not in it. */
@@ -17,8 +18,8 @@ void place_below(const std::string &root, std::vector<InputFile> &inputs);
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
  * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
  * and devices are left out, and so is what an exclude pattern (as of a shell; without a slash, of a
- * name alone) matches. A folder is entered once, whatever links lead to it; one that cannot be read
- * is given as a file, which cannot be read either. Throws FileError where a path is not there. */
+ * name alone) matches. A folder is entered once, whatever links lead to it; one that cannot be
+ * read, or looked into, is given with its trouble. Throws FileError where a path is not there. */
 std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
                                    const std::vector<std::string> &excludes);
 

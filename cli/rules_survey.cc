@@ -86,6 +86,7 @@ private:
     std::string work_on(std::size_t i) const {
         Answer answer;
         try {
+            if (!inputs_[i].trouble.empty()) throw FileError(inputs_[i].trouble);
             Options options = options_;
             options.file = inputs_[i].path;
             configure_run(options, *configurations_[i]);

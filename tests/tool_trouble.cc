@@ -1,15 +1,23 @@
-/* Preloaded into the tool: the system call that TROUBLE names goes wrong. */
+/* Preloaded into the tool: the system call that TROUBLE names goes wrong, where AT is set for paths
+ * that end by it alone. */
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 static bool is_troubled(const char *call) {
     const char *troubled = getenv("TROUBLE");
     return troubled && strcmp(troubled, call) == 0;
+}
+
+static bool is_at(const char *path) {
+    const char *end = getenv("AT");
+    return !end ||
+           (strlen(path) >= strlen(end) && strcmp(path + strlen(path) - strlen(end), end) == 0);
 }
 
 /* The call, or a failure for the reason. */
@@ -23,7 +31,11 @@ static int attempt(const char *call, int reason, long number, Arguments... argum
 extern "C" {
 
 int open(const char *path, int flags, ...) {
-    return attempt("open", EMFILE, SYS_openat, AT_FDCWD, path, flags, 0666);
+    return attempt(is_at(path) ? "open" : "", EMFILE, SYS_openat, AT_FDCWD, path, flags, 0666);
+}
+
+int stat(const char *path, struct stat *status) {
+    return attempt(is_at(path) ? "stat" : "", EIO, SYS_newfstatat, AT_FDCWD, path, status, 0);
 }
 
 int fchown(int file, uid_t owner, gid_t group) {

@@ -110,6 +110,34 @@ TEST_F(Trouble, of_a_full_disk_leaves_whole_files) {
     });
 }
 
+/* Whether a file is there is not known then: nothing else is taken in its place. */
+TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
+    write(directory / "s/main.m", "f(1);\n");
+    write(directory / "s/f.m", "function f(x)\nend\n");
+    write(directory / "s/private/f.m", "function f(own)\nend\n");
+    write(directory / "b/main.m", "called\n");
+    write(directory / "b/called.m", "x = 1;\n");
+    const std::string own = "f := proc( own )\nend proc;\n\nf(1);\n";
+    check({
+        {"AT=/private trouble stat s/main.m", 0, own, ""},
+        {"AT=private/f.m trouble stat s/main.m", 3, "",
+         "mtranslate: error: unable to open s/private/f.m: Input/output error\n"},
+        {"AT=mtranslate.toml trouble stat s/main.m", 3, "",
+         "mtranslate: error: cannot read 's/mtranslate.toml': Input/output error\n"},
+        {"AT=b/called.m trouble stat b -W no-MT401 -O o", 3, "",
+         "b: error: cannot read 'b': Input/output error\n" +
+             summary(
+                 "2 of 2 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 1 failed; "
+                 "1 written; 1 message left out")},
+        {"AT=b/called.m trouble open b/main.m b/called.m -O o2", 3, "",
+         "mtranslate: error: unable to open b/called.m: Too many open files\n"
+         "b/called.m: error: cannot read 'b/called.m': Too many open files\n" +
+             summary(
+                 "2 of 2 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 2 failed; "
+                 "0 written")},
+    });
+}
+
 TEST_F(Trouble, of_odd_files_stays_with_them) {
     write(directory / "s/a.m", "x = 1;\n");
     write(directory / "s/folder.m/b.m", "x = 2;\n");
@@ -132,12 +160,16 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
     if (is_root && run("chmod 755 .; " + other + "$tool -V") != 0)
         GTEST_SKIP() << "the tool cannot be run as a user that may not read everything";
     check({
-        {"mkdir s/closed p; chmod 0 s/a.m s/closed; chmod 777 p; " + (is_root ? other : "") +
-             "$tool s -O p; echo $?; find p -type f; chmod 700 s/closed",
+        {"echo a > s/c.m; mkdir s/closed s/listed p; echo > s/listed/d.m; chmod 0 s/a.m s/closed; "
+         "chmod 744 s/listed; chmod 777 p; " +
+             (is_root ? other : "") +
+             "$tool s -O p; echo $?; find p -type f; chmod 700 s/closed s/listed",
          0, "3\np/folder.m/b.txt\n",
          "s/a.m: error: cannot read 's/a.m': Permission denied\n"
-         "s/closed: error: cannot read 's/closed': Permission denied\n" +
-             summary("3 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 2 "
+         "mtranslate: error: unable to open s/a.m: Permission denied\n"
+         "s/closed: error: cannot read 's/closed': Permission denied\n"
+         "s/listed: error: cannot read 's/listed': Permission denied\n" +
+             summary("5 of 5 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 4 "
                      "failed; 1 written")},
     });
 }

@@ -17,7 +17,7 @@ static const char *source_path(const char *directory, const char *name) {
     return path;
 }
 
-static bool means_absent(int cause) {
+bool means_absent(int cause) {
     return cause == ENOENT || cause == ENOTDIR || cause == EISDIR || cause == ELOOP ||
            cause == ENAMETOOLONG;
 }
@@ -31,10 +31,13 @@ static bool means_absent(int cause) {
     end_run(message);
 }
 
+bool open_if_there(const char *path) {
+    int cause = open_called_source(path);
+    if (cause != 0 && !means_absent(cause)) refuse(path, cause);
+    return cause == 0;
+}
+
 const char *open_named_source(const char *directory, const char *name) {
     const char *path = source_path(directory, name);
-    int cause = open_called_source(path);
-    if (cause == 0) return path;
-    if (!means_absent(cause)) refuse(path, cause);
-    return nullptr;
+    return open_if_there(path) ? path : nullptr;
 }

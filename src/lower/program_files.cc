@@ -148,7 +148,9 @@ Folder *private_folder_of(const char *path) {
     for (Folder *known = PrivateFolders; known; known = known->next)
         if (strcmp(known->path, wanted) == 0) return known;
     struct stat status;
-    if (stat(wanted, &status) != 0 || !S_ISDIR(status.st_mode)) return nullptr;
+    bool is_known = stat(wanted, &status) == 0;
+    // one that cannot be looked at is not taken for none: a call then says why
+    if (is_known ? !S_ISDIR(status.st_mode) : means_absent(errno)) return nullptr;
     Folder *found = AllocRecord<Folder>();
     *found = {wanted, {}, PrivateFolders};
     return PrivateFolders = found;
@@ -288,7 +290,7 @@ SourceFile *read_main_file(const char *path, const char *text, uint32_t length) 
 static SourceFile *find_known(const Node *place) {
     const char *path;
     FileFinding finding = FindFile(CurrentFile->path, place->text, &path);
-    if (finding != FOUND_HERE || open_called_source(path) != 0) return nullptr;
+    if (finding != FOUND_HERE || !open_if_there(path)) return nullptr;
     return load_opened_file(path, place);
 }
 
