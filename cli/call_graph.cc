@@ -69,7 +69,7 @@ public:
 
 private:
     static std::string id(const FunctionPlace &place) {
-        const std::string file = "f" + std::to_string(place.file);
+        const std::string file = std::string("f").append(std::to_string(place.file));
         return place.function < 0 ? file : file + '_' + std::to_string(place.function);
     }
 

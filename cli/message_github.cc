@@ -34,7 +34,7 @@ const char *command_of(MessageSeverity severity) {
 std::string properties_of(const Diagnostic &diagnostic) {
     std::string list;
     const auto add = [&](const char *name, const std::string &text) {
-        list += (list.empty() ? " " : ",") + std::string(name) + '=' + property(text);
+        list.append(list.empty() ? " " : ",").append(name).append("=").append(property(text));
     };
     if (!diagnostic.file.empty()) add("file", diagnostic.file);
     if (diagnostic.line > 0) add("line", std::to_string(diagnostic.line));

@@ -64,7 +64,8 @@ private:
     void write_call(const Diagnostic &first) {
         if (first.calling_line == 0) return;
         write_line(printable(first.calling_file) + ':' + std::to_string(first.calling_line),
-                   SEVERITY_NOTE, "'" + printable(first.file) + "' is called here");
+                   SEVERITY_NOTE,
+                   std::string("'").append(printable(first.file)).append("' is called here"));
     }
 
     /* They come last, in a line for each file. */

@@ -6,7 +6,9 @@ namespace mtranslate {
 
 namespace {
 
-std::string quoted(const std::string &text) { return '\'' + replaced(text, "'", "'\\''") + '\''; }
+std::string quoted(const std::string &text) {
+    return std::string("'").append(replaced(text, "'", "'\\''")).append("'");
+}
 
 /* A text within the brackets of an entry. */
 std::string explanation(const std::string &text) {
@@ -40,7 +42,7 @@ std::string entry_of(const ArgumentInfo &argument, const std::string &name) {
 }
 
 std::string positional(const ArgumentInfo &argument) {
-    return quoted((argument.is_repeatable ? "*" : ":") + value(argument));
+    return quoted(std::string(argument.is_repeatable ? "*" : ":").append(value(argument)));
 }
 
 /* The entries of all arguments, each in a line. */
