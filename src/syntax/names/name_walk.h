@@ -38,8 +38,9 @@ Symbol *mention(NameWalk *walk, Node *name);
 void read_name(NameWalk *walk, Node *name);
 /* The variable is set to the value of an expression; null for a value that is none. */
 void set_name(NameWalk *walk, Node *name, const Node *value);
-/* The variable, which the name has, is set: noted when it belongs to a function around. */
-void note_outer_setting(NameWalk *walk, Node *name);
+/* The variable, which the name has, is set: noted where that is first, and when it belongs to a
+ * function around. */
+void note_set(NameWalk *walk, Node *name);
 /* An element or a field of the variable is set. */
 void change_name(NameWalk *walk, Node *name);
 /* A global or persistent declaration. */

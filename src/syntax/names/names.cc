@@ -163,7 +163,7 @@ void walk_for(NameWalk *walk, Node *loop) {
     bool is_name = target->kind == NODE_NAME;
     if (is_name) {
         target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
-        note_outer_setting(walk, target);
+        note_set(walk, target);
         note_value(target->symbol, VALUE_LOOP, target->next);
     }
     OpenLoop open;

@@ -174,7 +174,7 @@ static bool is_function_expression(const Node *value) {
     return value && (value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS);
 }
 
-void note_outer_setting(NameWalk *walk, Node *name) {
+static void note_outer_setting(NameWalk *walk, Node *name) {
     constexpr uint32_t KNOWN = SYMBOL_SET_INSIDE | SYMBOL_GLOBAL | SYMBOL_PERSISTENT;
     Symbol *symbol = name->symbol;
     Scope *scope = walk->function;
@@ -183,10 +183,14 @@ void note_outer_setting(NameWalk *walk, Node *name) {
     append_cell(&scope->settings, &scope->last_setting, name);
 }
 
+void note_set(NameWalk *walk, Node *name) {
+    note_outer_setting(walk, name);
+    if (name->symbol->first_set == 0) name->symbol->first_set = end_of(name);
+}
+
 static Symbol *set_symbol(NameWalk *walk, Node *name) {
     Symbol *symbol = mention(walk, name);
-    note_outer_setting(walk, name);
-    if (symbol->first_set == 0) symbol->first_set = end_of(name);
+    note_set(walk, name);
     return symbol;
 }
 
