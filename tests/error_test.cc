@@ -189,6 +189,18 @@ TEST(Errors, stop_scripts_that_call_scripts_at_a_limit) {
     EXPECT_EQ(on_small_stack([&] { return error_of("file", files.path("s1.m")); }), all);
 }
 
+TEST(Errors, do_not_stop_scripts_one_after_the_other) {
+    SourceFiles files;
+    std::string main;
+    for (int i = 0; i <= 500; i++) {
+        files.write("s" + std::to_string(i) + ".m", "x = 1");
+        main += "s" + std::to_string(i) + "()\n";
+    }
+    files.write("main.m", main);
+    const std::string text = error_of("file", files.path("main.m"));
+    EXPECT_TRUE(text.starts_with(repeated("x := 1;\n", 501) + "s0();\n")) << text;
+}
+
 TEST(Errors, stop_blocks_at_the_limit_of_the_parser) {
     const struct {
         const char *before, *block, *inside, *after, *end;

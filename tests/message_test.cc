@@ -65,6 +65,7 @@ TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
     write(directory / "head.m",
           "\n%% Notes\n  #mtranslate: ignore MT999; MT302 MT204\n\nx = eval('1');\nif x == 'abc', "
           "y = 1; end\n");
+    write(directory / "two.m", "if eval('1') == 'abc'  % mtranslate: ignore MT302\nend\n");
     write(directory / "late.m", "x = 1;  % mtranslate: ignore MT204\nx = eval('1');\n");
     write(directory / "error.m", "% mtranslate: ignore MT112\nx = 3 $ 4;\n");
     const std::string gap =
@@ -84,6 +85,10 @@ TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
     check({
         {"mtranslate check w.m", 1, "",
          gap + compared("warning") + ended(gaps.c_str(), "; 1 message left out")},
+        {"mtranslate check two.m", 1, "",
+         "two.m:1:4: gap: 'eval' runs a text as a program, which is not translated [MT204]\n"
+         "if eval('1') == 'abc'  % mtranslate: ignore MT302\n   ^~~~\n" +
+             ended(gaps.c_str(), "; 1 message left out")},
         {"mtranslate check -W no-MT204 -W no-text-comparison w.m", 0, "",
          ended(good.c_str(), "; 3 messages left out")},
         {"mtranslate check -W no-eval -W error=mt302 w.m", 1, "",

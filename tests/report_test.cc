@@ -178,6 +178,18 @@ TEST_F(Reports, of_shards_become_the_report_of_all) {
     EXPECT_TRUE(is_golden("all.json", "report.json"));
 }
 
+/* A browser would not open it. A sign that is written as six makes a text large soon. */
+TEST_F(Reports, of_very_large_sources_leave_out_their_texts) {
+    write(directory / "t/a.m", "x = 1;\n");
+    write(directory / "t/b.m", "x = 2;\n");
+    run("mtranslate check t --report r.json");
+    write(directory / "t/a.m", repeated("<", (64 << 20) / 6));
+    check({
+        {"mtranslate report r.json -o r.html; grep -o 'id=\"text-.\"' r.html", 0, "id=\"text-1\"\n",
+         ""},
+    });
+}
+
 TEST_F(Reports, are_refused_where_there_can_be_none) {
     write(directory / "s.m", "x = 1;\n");
     write(directory / "no.json", "{\"format\": 1}");

@@ -77,6 +77,19 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
     });
 }
 
+TEST_F(Tool, takes_files_of_a_tree_for_what_they_begin_with) {
+    write(directory / "t/main.m", "f;\ns;\nx = pk.g(1);\n");
+    write(directory / "t/f.m", "%{\nx = 1;\n%{\n%}\ny = 1;\n%}\nfunction f\nend\n");
+    write(directory / "t/s.m", "%{\nfunction s\n%}\ny = 1;\n");
+    write(directory / "t/+pk/g.m", "function y = g(x)\ny = x;\nend\n");
+    check({
+        {"mtranslate t -O o 2> /dev/null; cat o/main.txt", 0,
+         "f();\n# function s\ny := 1;\nx := g(1);\n", ""},
+        {"mtranslate t -O o --no-translator 2> /dev/null; cat o/main.txt", 0,
+         "f();\ns();\nx := pk:-g(1);\n", ""},
+    });
+}
+
 TEST_F(Tool, shows_the_tree_with_what_cannot_be_read) {
     write(directory / "main.m", "x = f(1) + ans;\ny = (2;\n");
     write(directory / "f.m", "y = x +;\n");
@@ -119,6 +132,8 @@ TEST_F(Tool, shows_where_a_message_belongs) {
          "x = (1;\n      ^\n"
          "mark.m:3:7: error: expected a value behind '(', found end of file [MT101]\n"
          "\tz = (\n\t     ^\n"},
+        {"printf 'x = 1;\\r%% c\\ry = (;\\rz = 2;' | mtranslate - > /dev/null", 1, "",
+         "<stdin>:3:6: error: expected a value behind '(', found ';' [MT101]\ny = (;\n     ^\n"},
         {"mtranslate bytes.m > /dev/null", 1, "",
          "bytes.m:1:15: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
          R"(x = '\xb0\xe2\x80\xa8)"
