@@ -314,7 +314,7 @@ SourceFile *find_file(const Node *place) {
 static bool may_exist(const char *folder, const char *name) {
     struct stat status;
     const char *path = form_text("%s/%s.m", {folder, name});
-    return stat(path, &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+    return stat(path, &status) == 0 || !means_absent(errno);
 }
 
 static bool is_on_path(const char *name) {
