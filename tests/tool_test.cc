@@ -376,7 +376,7 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
         {"mtranslate a.m explain", 2, "",
          "mtranslate: error: explain and a source exclude each other" + hint},
         {"mtranslate --dump-tree --language classic a.m", 2, "",
-         "mtranslate: error: --dump-tree: classic makes no tree" + hint},
+         "mtranslate: error: --dump-tree, --dump-values: classic makes no tree" + hint},
         {"mtranslate --language basic -c x 2>&1 | head -c 40", 0,
          "mtranslate: error: --language: basic not", ""},
         {"mtranslate --help > /dev/full", 3, "",
