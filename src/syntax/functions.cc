@@ -1,4 +1,7 @@
 // Functions: headers, bodies, and what ends them.
+#include <string.h>
+
+#include "syntax/class_table.h"
 #include "syntax/expressions.h"
 #include "syntax/open_blocks.h"
 #include "syntax/recovery.h"
@@ -87,8 +90,20 @@ Node *parse_function_name(Node *name) {
     return name;
 }
 
+// The method that end means in an index of an object.
+Node *take_end_name() {
+    Scan.ends--;  // it closes nothing
+    return take_name();
+}
+
+bool is_end_name() {
+    bool is_plain_end = Current.kind == TOKEN_END && Current.end - Current.start == strlen("end");
+    return is_plain_end && *skip_blanks(Scan.at) == '(';
+}
+
 Node *expect_name() {
     if (Current.kind == TOKEN_NAME) return take_name();
+    if (is_end_name()) return take_end_name();
     unexpected_token("the name of a function");
     return new_node(NODE_BAD, Current.start);
 }
