@@ -39,6 +39,15 @@ std::string package_of(const fs::path &folder) {
     return package_of(folder.parent_path()) + name.substr(1) + '.';
 }
 
+/* "a.b" for a file in the folders +a/@b, "" for one outside of class folders. */
+std::string class_of(const fs::path &folder) {
+    const std::string name = folder.filename();
+    if (!name.starts_with('@') || name.size() == 1) return "";
+    return package_of(folder.parent_path()) + name.substr(1);
+}
+
+std::string name_in_package(const std::string &name) { return name.substr(name.rfind('.') + 1); }
+
 }  // namespace
 
 bool IndexedFile::is_script() const {
@@ -53,7 +62,13 @@ bool IndexedFile::is_script() const {
 }
 
 FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
+    const fs::path current = fs::current_path();
     for (const InputFile &input : inputs) {
+        const fs::path whole = (current / input.path).lexically_normal();
+        if (const std::string name = class_of(whole.parent_path()); !name.empty()) {
+            methods_[whole.stem()].try_emplace(name, IndexedFile{input.path, ""});
+            continue;
+        }
         const fs::path path = fs::path(input.path).lexically_normal();
         const fs::path folder = path.parent_path();
         const bool is_private = folder.filename() == "private";
@@ -73,6 +88,19 @@ const IndexedFile *FileIndex::find(const std::string &caller, const std::string 
         if (!file.folder.empty() && file.folder == folder) return &file;
     }
     return open;
+}
+
+const IndexedFile *FileIndex::find_method(const char *class_name, const std::string &method) const {
+    const auto found = methods_.find(method);
+    if (found == methods_.end()) return nullptr;
+    const auto &classes = found->second;
+    if (class_name) {
+        const auto at = classes.find(class_name);
+        return at == classes.end() ? nullptr : &at->second;
+    }
+    for (const auto &[name, file] : classes)
+        if (name_in_package(name) != method) return &file;
+    return nullptr;
 }
 
 }  // namespace mtranslate

@@ -26,9 +26,14 @@ public:
     /* The file that the name means when the file caller calls it, or null. Functions of packages
      * have their package in the name: package.name. */
     const IndexedFile *find(const std::string &caller, const std::string &name) const;
+    /* The file of a class's method, or of its constructor. Classes of packages have their package
+     * in the name. class_name null: of the first class that has the method, but as a constructor.
+     */
+    const IndexedFile *find_method(const char *class_name, const std::string &method) const;
 
 private:
-    std::map<std::string, std::vector<IndexedFile>> files_; /* by name */
+    std::map<std::string, std::vector<IndexedFile>> files_; /* by name; methods are none of them */
+    std::map<std::string, std::map<std::string, IndexedFile>> methods_; /* by name and class */
 };
 
 }  // namespace mtranslate

@@ -11,6 +11,7 @@
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
 #include "lexer/source_files.h"
+#include "lower/classes/class_folders.h"
 #include "lower/program.h"
 #include "run/last_error.h"
 #include "run/run_end.h"
@@ -75,6 +76,11 @@ FileFinding find_in_index(const char *caller, const char *name, const char **pat
     if (!file) return NOT_FOUND;
     *path = file->path.c_str();
     return file->is_script() ? FOUND_HERE : FOUND_ELSEWHERE;
+}
+
+const char *find_method_in_index(const char *class_name, const char *method) {
+    const IndexedFile *file = index_in_use->find_method(class_name, method);
+    return file ? file->path.c_str() : nullptr;
 }
 
 /* What has been said so far, and whether something is left untranslated. */
@@ -167,6 +173,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     MessageCollection messages(source, wanted.message_policy);
     index_in_use = index;
     FindFile = index ? find_in_index : nullptr;
+    FindMethod = index ? find_method_in_index : nullptr;
     const RunWatch watch(&translation.files_read, &messages);
     std::optional<StatisticsWatch> statistics;
     if (wanted.wants_statistics()) statistics.emplace(index);

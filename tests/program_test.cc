@@ -68,7 +68,7 @@ std::string write_files(const SourceFiles &files, const std::string &row) {
 }
 
 TEST(MatlabPrograms, hold_what_is_called) {
-    for (const Row &row : side_by_side(table("matlab_programs"))) {
+    for (const Row &row : side_by_side(table("matlab_programs") + "\n" + table("matlab_classes"))) {
         const SourceFiles files;
         const std::string main = write_files(files, row.source);
         for (int i = 0; i < 2; i++) {
@@ -95,6 +95,23 @@ TEST(MatlabPrograms, look_along_the_path_in_order) {
     EXPECT_EQ(std::regex_replace(noted, std::regex(files.path("")), ""),
               "main.m:1 MT404 'a/f.m' is read; another file of that name on the search path is "
               "not: b/f.m\n");
+}
+
+TEST(MatlabPrograms, find_classes_along_the_path_in_order) {
+    const SourceFiles files("main => x = c(1); f(x); g(x);   a/@c/c => function x = c(v)");
+    files.write("a/@c/f.m", "function f(x, inA)\nh(x);");
+    files.write("b/@c/f.m", "function f(x, inB)");
+    files.write("b/@c/g.m", "function g(x)\nf(x); h(x);");
+    files.write("b/@c/private/h.m", "function h(x)");
+    StandInHost host;
+    ValueStore &values = host.values();
+    const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
+                                 values.list_of_strings({files.path("a"), files.path("b")})};
+    EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
+              "c := proc( v )\n    local x;\n    return x;\nend proc;\n\n"
+              "c_f := proc( x, inB )\nend proc;\n\n"
+              "c_g := proc( x )\n    c_f(x);\n    c_private_h(x);\nend proc;\n\n"
+              "c_private_h := proc( x )\nend proc;\n\nx := c(1);\nc_f(x);\nc_g(x);\n");
 }
 
 TEST(MatlabPrograms, ask_the_host_in_order_of_the_source) {

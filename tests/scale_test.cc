@@ -9,11 +9,13 @@ class Scale : public Tool {
 protected:
     Scale() {
         const std::pair<const char *, const char *> files[] = {
-            {"main.m", "settings\nx = f(1) + pk.g(2);\n"},
+            {"main.m", "settings\nx = f(1) + pk.g(2);\ny = c(x) + 1;\n"},
             {"settings.m", "a = 1;\n"},
             {"lib/f.m", "function y = f(x)\ny = r(x);\nend\n"},
             {"lib/private/r.m", "function y = r(x)\ny = x;\nend\n"},
             {"+pk/g.m", "function y = g(x)\ny = x;\nend\n"},
+            {"@c/c.m", "function y = c(x)\ny = class(x, 'c');\nend\n"},
+            {"@c/plus.m", "function y = plus(x, z)\ny = c(x) - 1;\nend\n"},
             {"gap.m", "try, x = 1; catch, end\n"},
             {"alone.m", "x = 2;\n"}};
         for (const auto &[path, text] : files) write(directory / "w/src" / path, text);
@@ -71,10 +73,10 @@ TEST_F(Scale, has_depfiles_for_awkward_names) {
 TEST_F(Scale, translates_a_part_as_the_whole) {
     check({
         {"mtranslate --root ./src src/main.m src/gap.m src/lib -O out > /dev/null 2>&1; "
-         "mtranslate --root src/ src/+pk src/settings.m src/alone.m -O out 2>&1 | tail -n 1",
+         "mtranslate --root src/ src/+pk src/settings.m src/alone.m src/@c -O out 2>&1 | tail -n 1",
          0,
-         "mtranslate: 3 of 3 files: 3 without errors or gaps, 0 with gaps, 0 with errors, 0 "
-         "failed; 3 written\n",
+         "mtranslate: 5 of 5 files: 5 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+         "failed; 5 written\n",
          ""},
         {SAME, 0, "same\n", ""},
         {"mtranslate --root src/lib src/main.m -O out", 3, "",
@@ -102,7 +104,8 @@ TEST_F(Scale, works_with_make) {
     const std::string make = "make 2> /dev/null | grep -o 'src/[^ ]*m ' | sort; ";
     check({
         {make + SAME, 0,
-         "src/+pk/g.m \nsrc/alone.m \nsrc/gap.m \nsrc/lib/f.m \nsrc/lib/private/r.m \nsrc/main.m "
+         "src/+pk/g.m \nsrc/@c/c.m \nsrc/@c/plus.m \nsrc/alone.m \nsrc/gap.m \nsrc/lib/f.m "
+         "\nsrc/lib/private/r.m \nsrc/main.m "
          "\nsrc/settings.m \nsame\n",
          ""},
         {"make", 0, "make: Nothing to be done for 'all'.\n", ""},

@@ -227,7 +227,7 @@ TEST(Syntax, limits_nesting) {
 std::string errors_in(const std::string &text) { return read(text, messages, LANGUAGE_MATLAB); }
 
 TEST(Syntax, takes_any_byte_in_strings_and_comments) {
-    const std::string valid = "\t\v\f\r\n !#%&'*+,-./:;<=>^|\\_";
+    const std::string valid = "\t\v\f\r\n !#%&'*+,-./:;<=>@^|\\_";
     for (int code = 0; code < 256; code++) {
         const std::string byte(1, static_cast<char>(code));
         if (isalnum(code) || valid.find(byte) != std::string::npos) continue;

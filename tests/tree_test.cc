@@ -22,8 +22,16 @@ std::string source_of(unsigned seed) {
     return text;
 }
 
+class TreeOf : public Tool {
+protected:
+    std::string output_of(const std::string &command) {
+        run(command);
+        return read(directory / "out");
+    }
+};
+
 /* Folders with the programs f0.m, f1.m, ...; the programs call such functions. */
-class Trees : public Tool {
+class Trees : public TreeOf {
 protected:
     Trees() {
         for (unsigned seed = 0; seed < PROGRAMS; ++seed) {
@@ -31,11 +39,6 @@ protected:
             const std::string name = "f" + std::to_string(seed) + ".m";
             write(directory / (folder + name), source_of(seed));
         }
-    }
-
-    std::string output_of(const std::string &command) {
-        run(command);
-        return read(directory / "out");
     }
 };
 
@@ -142,6 +145,46 @@ TEST_F(Trees, change_only_where_a_source_has) {
     EXPECT_EQ(difference.find("--- ", 1), std::string::npos) << "only one file differs";
     run("mtranslate t -O o");
     EXPECT_NE(read(directory / "err").find("; 1 written\n"), std::string::npos);
+}
+
+/* A method is called alike by all: where each file is translated for itself, with what it calls, or
+ * from within its folder. */
+TEST_F(TreeOf, classes_calls_methods_alike_from_everywhere) {
+    const std::pair<const char *, const char *> files[] = {
+        {"main.m", "x = c(1);\ny = x + size(x);\nf(y, x); p.d(2) * c_f(3);\nother(1);\n"},
+        {"@c/c.m", "function x = c(v)\nx = class(check(v), 'c');\n"},
+        {"@c/plus.m", "function x = sum(x, y)\nx = c(1);\nx = minus(x, size(x));\n"},
+        {"@c/minus.m",
+         "function x = minus(x, y)\nx = plus(x, help1(y));\n"
+         "function y = help1(y)\nend(y, 1, 1);\n"},
+        {"@c/size.m", "function n = size(x)\nn = f(x, 1);\n"},
+        {"@c/f.m", "function f(x, y)\nsize(x); other(x);\n"},
+        {"@c/private/check.m", "function x = check(x)\nother(x);\n"},
+        {"+p/@d/d.m", "function x = d(v)\nx = class(v, 'd');\ny = copy(x * 2);\n"},
+        {"+p/@d/mtimes.m", "function x = mtimes(x, y)\n"},
+        {"lib/c_f.m", "function x = c_f(x)\nx = c(x) + 1;\n"},
+        {"lib/copy.m", "function x = other(x)\n"},
+        {"lib/other.m", "function other(x)\n"}};
+    for (const auto &[path, text] : files) write(directory / "t" / path, text);
+    run("mtranslate t -O o; mtranslate --root t t/@c t/+p -O part; diff -r o/@c part/@c && "
+        "diff -r o/+p part/+p");
+    EXPECT_EQ(read(directory / "out"), "");
+    EXPECT_EQ(read(directory / "o/main.txt"),
+              "x := c(1);\ny := c_plus(x, c_size(x));\nc__f(y, x);\np_d_mtimes(p_d(2), "
+              "c_f(3));\nother(1);\n");
+    EXPECT_NE(read(directory / "o/+p/@d/d.txt").find(" m_copy(p_d_mtimes(x"), std::string::npos);
+    EXPECT_TRUE(read(directory / "o/lib/copy.txt").starts_with("m_copy := proc"));
+    for (const auto &[name, text] : files) {
+        SCOPED_TRACE(name);
+        const fs::path path = name;
+        if (path == "main.m" || path == "lib/copy.m") continue;
+        const std::string folder = "t/" + path.parent_path().string();
+        const std::string within = output_of("r=$PWD; cd " + folder + "; mtranslate -I $r/t -I " +
+                                             "$r/t/lib " + path.filename().string());
+        EXPECT_EQ(output_of("mtranslate -I t -I t/lib t/" + path.string()), within);
+        const std::string whole = read(directory / "o" / fs::path(path).replace_extension("txt"));
+        EXPECT_TRUE(within.starts_with(whole)) << within << whole;
+    }
 }
 
 /* With its closure each file of a tree is what it is alone, messages and all. */

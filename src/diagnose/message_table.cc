@@ -90,10 +90,10 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "classdef point\nend\n",
      "Turn the class into functions on structs, and translate those."},
     {SUPERCLASS_CALL, "MT116", "superclass-call", SEVERITY_ERROR,
-     "calls of a superclass are not translated: %s...",
-     "name@superclass(...) calls a method of a superclass. Classes are not translated.",
-     "y = f@base(x);\n",
-     "Call a function by its name."},
+     "a method of a superclass is called by its name alone, not by %s...",
+     "In name@class(...), which calls the method of that class, name stands alone.",
+     "y = x.f@base(1);\n",
+     "Write the method's name in front of the @, and the object among the arguments: f@base(x, 1)."},
     {CLASS_QUERY, "MT117", "class-query", SEVERITY_ERROR,
      "class queries (?name) are not translated",
      "?name gives the description of a class. Classes are not translated.",
@@ -154,6 +154,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "too many closes a function too early.",
      nullptr,
      "Put the statements into a function, or into a script of another name."},
+    {SUPERCLASS_GAP, "MT208", "superclass-method", SEVERITY_GAP,
+     "the method '%s' of the superclass '%s' is found nowhere",
+     "name@class(...) calls the method of that class. There is no file @class/name.m beside the "
+     "source or on the search path. Methods in a class definition are not translated.",
+     "y = f@base(x);\n",
+     "Add the folder that @class lies in to the search path, or call a function by its name."},
 
     {FIELD_VALUES, "MT301", "field-values", SEVERITY_NOTE,
      "'%s' is read as the values of the field in all elements",
@@ -236,6 +242,15 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "m = containers.Map();\n",
      "If it is a variable, assign it or pass it as an argument. Otherwise give the host a form for "
      "it."},
+    {CLASS_DECIDES, "MT315", "class-decides", SEVERITY_WARNING,
+     "'%s' may mean a method of the class '%s': the class of its arguments decides at run time",
+     "A folder @class has a method of this name, and MATLAB calls it where an argument is an object "
+     "of the class. Here the text does not tell whether one is. The translation calls the function "
+     "of that name, or the host's operator, and never the method. This is said once for each name "
+     "in a file, and of names that the host answers and of operators only in the files of the class.",
+     nullptr,
+     "Nothing, if no argument is an object. Otherwise call the method by its own name, which is "
+     "that of the class and the method (class_method), in the translation."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere",

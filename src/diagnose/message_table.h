@@ -40,6 +40,7 @@ enum MessageId : uint8_t {
     SCRIPT_CALL_GAP,
     SCRIPT_RETURN_GAP,
     OUTSIDE_GAP,
+    SUPERCLASS_GAP,
     /* the meaning may differ */
     FIELD_VALUES,
     TEXT_COMPARISON,
@@ -55,6 +56,7 @@ enum MessageId : uint8_t {
     REPLACED_ERROR,
     GLOBAL_START,
     PACKAGE_MEMBER,
+    CLASS_DECIDES,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

@@ -4,6 +4,7 @@
 #include "emit/comments.h"
 #include "emit/globals.h"
 #include "lexer/brackets.h"
+#include "lexer/folders.h"
 #include "lexer/scanner.h"
 #include "lexer/source_files.h"
 #include "run/last_error.h"
@@ -41,6 +42,7 @@ void begin_run() {
 void release_run() {
     yylex_destroy();
     close_all_sources();
+    close_folder();
     if (AllocationTable) FreeAll();
     HeapReleaseAll();
     AllocationTable = CalledNames = DefinedNames = KnownVariables = GlobalNames = nullptr;

@@ -43,7 +43,7 @@ const char *handle_text(const Node *node) {
         return KeepText(answer, strlen(answer));
     }
     if (const char *function = word_function(node->text)) return function;
-    const char *written = called_function(node);
+    const char *written = called_function(node, true);
     return strchr(written, '.') ? member_text(written) : written;
 }
 

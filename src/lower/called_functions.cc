@@ -5,7 +5,11 @@
 #include <string.h>
 
 #include "diagnose/messages.h"
+#include "lower/classes/class_folders.h"
+#include "lower/classes/methods.h"
+#include "lower/classes/procedure_names.h"
 #include "lower/context.h"
+#include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
 #include "lower/pieces.h"
@@ -20,9 +24,10 @@ namespace {
 // What a name means in a file.
 struct Callee {
     const char *written;
-    SourceFile *file;   // with the function, or the script; null: nowhere
-    bool is_own;        // a function of the file itself
-    bool is_elsewhere;  // its file is translated for itself
+    SourceFile *file;  // with the function, or the script; null: none that the run has
+    const char *path;  // of the file, if one is known; it may be translated for itself
+    bool is_own;       // a function of the file itself
+    bool is_method;    // methods of classes have the name, too, or they alone
 };
 
 struct QueuedFile {
@@ -42,35 +47,45 @@ Callee *new_callee(SourceFile *in, const char *name, Callee value) {
     return callee;
 }
 
-// The first of several functions of a name counts.
+// The first of several functions of a name counts. A method is called by its name as it is from
+// elsewhere.
 void enter_own_functions(SourceFile *file) {
-    for (const FileFunction *own = file->functions; own; own = own->next)
+    const FileFunction *own = file->functions;
+    if (is_method_file(file)) own = own->next;
+    for (; own; own = own->next)
         if (!find_name(&file->callees, own->name))
-            new_callee(file, own->name, {own->written, file, true, false});
+            new_callee(file, own->name, {own->written, file, file->path, true, false});
 }
 
-const char *name_outside(const char *name, bool is_elsewhere) {
-    const char *member = is_elsewhere ? strrchr(name, '.') : nullptr;
-    if (member) name = intern(member + 1);  // a function of a package: its procedure's name
-    if (!is_host_keyword(name)) return name;
-    return intern(form_text("m_%s", {name}));
+const char *name_of_unknown(const char *name) {
+    return is_host_keyword(name) ? intern(form_text("m_%s", {name})) : name;
 }
 
-// What the name means as far as that is known; the file's own functions always are.
-const Callee *known_callee(const Node *place) {
+// What the key means as far as that is known; the file's own functions always are.
+const Callee *find_callee(const char *key) {
     SourceFile *in = CurrentFile;
     if (in->functions && !in->callees.size) enter_own_functions(in);
-    return static_cast<const Callee *>(find_name(&in->callees, place->text));
+    return static_cast<const Callee *>(find_name(&in->callees, key));
+}
+
+const Callee *known_callee(const Node *place) { return find_callee(place->text); }
+
+const char *written_in(const FoundFile *found) {
+    const SourceFile *file = found->file;
+    if (file && !file->is_script && file->functions) return file->functions->written;
+    return found->path && (!file || file->place.name) ? procedure_name(found->path) : nullptr;
+}
+
+Callee found_callee(const char *name, const FoundFile *found) {
+    const char *written = written_in(found);
+    if (!written) written = name_of_unknown(name);
+    return {written, found->file, found->path, false, find_method(nullptr, name) != nullptr};
 }
 
 const Callee *callee_of(const Node *place) {
     if (const Callee *known = known_callee(place)) return known;
-    const char *name = place->text;
-    SourceFile *file = AddTranslator ? find_file(place) : nullptr;
-    bool is_function = file && !file->is_script && file->functions;
-    bool is_elsewhere = AddTranslator && !file && is_found_elsewhere(place);
-    const char *written = is_function ? file->functions->written : name_outside(name, is_elsewhere);
-    return new_callee(CurrentFile, name, {written, file, false, is_elsewhere});
+    FoundFile found = AddTranslator ? find_file(place) : FoundFile{};
+    return new_callee(CurrentFile, place->text, found_callee(place->text, &found));
 }
 
 void queue_file(SourceFile *file) {
@@ -119,8 +134,8 @@ void note_script(const Node *place, const SourceFile *file) {
     report(SCRIPT_AS_FUNCTION, CurrentFile->source, place->offset, place->length, {place->text});
 }
 
-// Once a run; the name must not become that of a procedure.
-void note_unknown(const Node *place, const char *written) {
+// Once a run; the name must not become that of a procedure. is_told: a message has been given.
+void note_unknown(const Node *place, const char *written, bool is_told) {
     if (const SourceFile *other = file_with_procedure(written)) {
         report(FOREIGN_FUNCTION, CurrentFile->source, place->offset, place->length,
                {place->text, other->path ? other->path : "the command"});
@@ -129,7 +144,7 @@ void note_unknown(const Node *place, const char *written) {
     reserve_name(written);
     // a statement that is given up calls nothing
     if (!AddTranslator || Lowering.gap != MESSAGE_COUNT) return;
-    if (enter_name(&Unknown, place->text, &Unknown)) return;
+    if (is_told || enter_name(&Unknown, place->text, &Unknown)) return;
     report_unknown(place);
 }
 
@@ -146,12 +161,43 @@ static void note_call(const char *written) {
 }
 
 static void note_callee(const Node *name, const Callee *callee) {
-    bool is_found = callee->is_elsewhere || callee->file;
-    note_piece(name, is_found ? CALL_OF_FILE : CALL_OF_UNKNOWN,
-               callee->file ? callee->file->path : nullptr);
+    note_piece(name, callee->path ? CALL_OF_FILE : CALL_OF_UNKNOWN, callee->path);
+}
+
+// Its file enters the queue when the run has it.
+static void call_file(const Node *name, const Callee *callee) {
+    note_call(callee->written);
+    if (name->kind == NODE_NAME || name->kind == NODE_HANDLE) note_callee(name, callee);
+    if (callee->file && !callee->file->is_script) queue_file(callee->file);
+}
+
+static const Callee *method_callee(const Node *place, const char *class_name, const char *method) {
+    const char *key = intern(form_text("%s@%s", {method, class_name}));
+    if (const Callee *known = find_callee(key)) return known;
+    FoundFile found = find_method_file(place, class_name, method);
+    Callee callee = found_callee(method, &found);
+    return new_callee(CurrentFile, key, callee);
+}
+
+const char *called_method(const Node *name, const char *class_name, const char *method) {
+    const Callee *callee = method_callee(name, class_name, method);
+    if (!callee->path) return nullptr;
+    call_file(name, callee);
+    return callee->written;
+}
+
+// name@class; what is found nowhere is a gap.
+static const char *superclass_method(const Node *name, const char *at) {
+    const char *method = intern(KeepText(name->text, static_cast<size_t>(at - name->text)));
+    const char *written = called_method(name, intern(at + 1), method);
+    if (written) return written;
+    note_piece(name, CALL_OF_UNKNOWN);
+    if (Lowering.gap == MESSAGE_COUNT) report_gap(SUPERCLASS_GAP, name, {method, at + 1});
+    return method;
 }
 
 const char *own_function(const Node *name) {
+    if (const char *at = strchr(name->text, '@')) return superclass_method(name, at);
     const Node *definition = name->symbol->definition;
     if (definition && definition->kind == NODE_FUNCTION) {
         note_piece(name, CALL_OF_OWN, CurrentFile->path);
@@ -174,29 +220,38 @@ const Node *member_name(const Node *name, const Node *field) {
 
 bool is_function_of_file(const Node *name) {
     const Callee *callee = callee_of(name);
-    return callee->is_elsewhere || (callee->file && !callee->file->is_script);
+    return callee->path && !(callee->file && callee->file->is_script);
+}
+
+bool is_private_function(const Node *name) {
+    const char *path = callee_of(name)->path;
+    return path && strcmp(base_name(folder_of(path)), "private") == 0;
+}
+
+const char *constructed_class(const Node *name) {
+    const char *constructor = find_constructor(name->text);
+    const char *path = constructor ? callee_of(name)->path : nullptr;
+    return path && class_place_of(path).name == name->text ? name->text : nullptr;
 }
 
 bool has_function(const Node *name) {
     if (name->symbol->definition) return true;
     if (const Callee *known = known_callee(name))
-        return known->is_own || known->is_elsewhere || known->file;
+        return known->is_own || known->path || known->is_method;
     return AddTranslator && has_file(name);
 }
 
 const char *uncalled_name(const Node *name) { return callee_of(name)->written; }
 
-const char *called_function(const Node *name) {
+const char *called_function(const Node *name, bool may_get_object) {
     const Callee *callee = callee_of(name);
-    note_call(callee->written);
-    note_callee(name, callee);
-    if (callee->is_elsewhere) return callee->written;
-    if (!callee->file) {
-        note_unknown(name, callee->written);
-    } else if (callee->file->is_script) {
+    bool is_undecided = callee->is_method && may_get_object;
+    if (is_undecided) report_undecided(name, name->text, name->text);
+    call_file(name, callee);
+    if (!callee->path) {
+        note_unknown(name, callee->written, is_undecided);
+    } else if (callee->file && callee->file->is_script) {
         note_script(name, callee->file);
-    } else {
-        queue_file(callee->file);
     }
     return callee->written;
 }

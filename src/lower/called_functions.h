@@ -9,12 +9,17 @@
 /* Forgets the calls of the run before, at the start of a run. */
 void begin_calls();
 
-/* The host name of a nested function, or of a function of the current file: neither is offered to
- * the host nor looked for elsewhere. Null for any other. name: NAME or HANDLE. */
+/* The host name of a nested function, of a function of the current file, or of name@superclass,
+ * which is a gap where it is found nowhere: none is offered to the host. Null for any other, also
+ * for the method that a file of a class folder holds. name: NAME or HANDLE. */
 const char *own_function(const Node *name);
 /* The host name of any other function that the host has no answer for. Its file enters the queue; a
- * name that is found nowhere is reported, once a run. name: NAME or HANDLE. */
-const char *called_function(const Node *name);
+ * name that is found nowhere is reported, once a run; so is one that methods of classes have, if
+ * an argument may be an object. name: NAME or HANDLE. */
+const char *called_function(const Node *name, bool may_get_object = false);
+/* The host name of the method of that class; its file enters the queue. Null when there is none.
+ * place: a NAME or HANDLE that calls it, or the operator's operands. Both names are interned. */
+const char *called_method(const Node *place, const char *class_name, const char *method);
 /* The same name, without a call of it. */
 const char *uncalled_name(const Node *name);
 /* Whether the program may have a function of that name, NAME; no file is read for that. */
@@ -23,6 +28,10 @@ bool has_function(const Node *name);
 const Node *member_name(const Node *name, const Node *field);
 /* Whether the name of such a function means one of a file. */
 bool is_function_of_file(const Node *name);
+/* Whether it is one that the current file's folder keeps to itself. */
+bool is_private_function(const Node *name);
+/* The class of the objects that a call of the name makes, interned; null for any other name. */
+const char *constructed_class(const Node *name);
 /* Reports a statement, an EXPRESSION or COMMAND, that makes variables of what a file holds. */
 void report_loading(const Node *statement);
 /* The FILE of the script that a bare name calls, or null (a ScriptFinder). */

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/called_functions.h"
+#include "lower/classes/methods.h"
 #include "lower/end_positions.h"
 #include "lower/exist.h"
 #include "lower/field_literals.h"
@@ -68,12 +69,13 @@ mExpr *ask_call(const Node *name, const char *answer, const vExpr *arguments) {
 }
 
 // A call that the host has not answered.
-const char *unanswered_name(const Node *name) {
+const char *unanswered_name(const Node *name, bool may_get_object) {
     check_eval(name);
-    return called_function(name);
+    return called_function(name, may_get_object);
 }
 
-mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments);
+mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments,
+                   bool may_get_object = false);
 
 // true and false are values of the host: an array of them is one of numbers, negated.
 mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
@@ -85,28 +87,31 @@ mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
 }
 
 // answer: the host's name of it, or null.
-mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments) {
+mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments,
+                   bool may_get_object) {
     if (mExpr *call = ask_call(name, answer, arguments)) return call;
     if (!answer && is_truth_value(name->text)) return new_truth_call(name, arguments);
     mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
     if (operators) return operators;
-    const char *written = answer ? answer : unanswered_name(name);
+    const char *written = answer ? answer : unanswered_name(name, may_get_object);
     return new_index_node(written, FUNCTION_INDEX, arguments);
 }
 
 // An end among the arguments of an unknown name: it is indexed, and the host need not be asked.
-mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments) {
-    return new_index_node(answer ? answer : called_function(name), VARIABLE_INDEX, arguments);
+mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments,
+                    bool may_get_object) {
+    const char *written = answer ? answer : called_function(name, may_get_object);
+    return new_index_node(written, VARIABLE_INDEX, arguments);
 }
 
-mExpr *lower_outside_call(const Node *name, const Node *arguments) {
+mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_object) {
     check_global(name, arguments);
     const char *answer = host_name(name);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
     rename_fields(name->text, arguments, &values);
-    mExpr *call = is_index ? finish_index(name, answer, values.first)
-                           : finish_call(name, answer, values.first);
+    mExpr *call = is_index ? finish_index(name, answer, values.first, may_get_object)
+                           : finish_call(name, answer, values.first, may_get_object);
     free_vExpr(values.first);
     return call;
 }
@@ -129,9 +134,14 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 
 mExpr *lower_call(const Node *name, const Node *arguments) {
     if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
+    Dispatch dispatch = dispatch_call(name, arguments);
+    if (dispatch.class_name) {
+        const char *method = called_method(name, dispatch.class_name, name->text);
+        return new_procedure_call(method, arguments);
+    }
     note_piece(name, CALL_OF_LANGUAGE);
     if (mExpr *test = lower_exist(name, arguments)) return test;
-    return lower_outside_call(name, arguments);
+    return lower_outside_call(name, arguments, dispatch.may_get_object);
 }
 
 // A function without arguments: the host's name of it stands for its value.

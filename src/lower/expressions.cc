@@ -6,11 +6,13 @@
 #include "lexer/brackets.h"
 #include "lower/anonymous.h"
 #include "lower/calls.h"
+#include "lower/classes/methods.h"
 #include "lower/end_positions.h"
 #include "lower/host_conditions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
 #include "lower/references.h"
+#include "translate/indices.h"
 #include "translate/ranges.h"
 
 const Node *without_parens(const Node *node) {
@@ -18,7 +20,7 @@ const Node *without_parens(const Node *node) {
     return node;
 }
 
-static mExpr *lower_text_range(const Node *node);
+static mExpr *lower_range_value(const Node *node);
 
 static Operand lower_parens(const Node *node) {
     int32_t outer = open_bracket(IN_PARENTHESES);
@@ -39,8 +41,7 @@ Operand lower_operand(const Node *node) {
         case NODE_PARENS: return lower_parens(node);
         case NODE_PREFIX: return lower_prefix(node);
         case NODE_CHAIN: return lower_chain(node);
-        case NODE_RANGE:
-            return atom(is_text_range(node) ? lower_text_range(node) : lower_range(node));
+        case NODE_RANGE: return atom(lower_range_value(node));
         case NODE_MATRIX: return lower_matrix(node);
         case NODE_CELL: return atom(lower_cell(node));
         case NODE_HANDLE: return atom(lower_handle(node));
@@ -65,6 +66,21 @@ static mExpr *lower_text_range(const Node *node) {
     const char *codes = form_text("Vector[row]([seq(%s..%s)])",
                                   {code_of(node->first_child), code_of(second_child(node))});
     return new_keyword_call("char", {codes});
+}
+
+// Of objects the value of a method.
+static mExpr *call_range(const char *method, const Node *range) {
+    ExprList parts = {};
+    for (const Node *part = range->first_child; part; part = part->next)
+        append_expr(&parts, lower_expression(part));
+    mExpr *call = new_index_node(method, FUNCTION_INDEX, parts.first);
+    free_vExpr(parts.first);
+    return call;
+}
+
+static mExpr *lower_range_value(const Node *node) {
+    if (const char *method = range_method(node)) return call_range(method, node);
+    return is_text_range(node) ? lower_text_range(node) : lower_range(node);
 }
 
 mExpr *lower_range(const Node *node) {

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lexer/brackets.h"
+#include "lower/classes/methods.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
@@ -11,6 +12,7 @@
 #include "support/allocation.h"
 #include "syntax/names/names.h"
 #include "syntax/values/shapes.h"
+#include "translate/indices.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -189,10 +191,29 @@ mExpr *lower_string(const Node *node) {
     return expr;
 }
 
+// Objects are joined by a method of their class.
+static mExpr *call_joining(const char *method, const Node *literal) {
+    ExprList all = {};
+    for (const Node *row = literal->first_child; row; row = row->next) {
+        ExprList elements = lower_elements(row);
+        (all.last ? all.last->next : all.first) = elements.first;
+        all.last = elements.last;
+    }
+    mExpr *call = new_index_node(method, FUNCTION_INDEX, all.first);
+    free_vExpr(all.first);
+    return call;
+}
+
+static Operand lower_elements_of(const Node *literal) {
+    if (!literal->first_child) return {construct(literal, false), HOST_ATOM};
+    if (const char *method = matrix_method(literal))
+        return {call_joining(method, literal), HOST_ATOM};
+    return lower_filled_matrix(literal);
+}
+
 Operand lower_matrix(const Node *node) {
     int32_t outer = open_bracket(IN_LITERAL);
-    Operand value =
-        node->first_child ? lower_filled_matrix(node) : Operand{construct(node, false), HOST_ATOM};
+    Operand value = lower_elements_of(node);
     close_bracket(outer);
     return value;
 }

@@ -7,10 +7,13 @@
 #include "diagnose/messages.h"
 #include "lexer/brackets.h"
 #include "lower/characters.h"
+#include "lower/classes/methods.h"
+#include "lower/classes/objects.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
 #include "lower/short_circuits.h"
+#include "translate/indices.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -140,6 +143,32 @@ Operand join_texts(const Operand *left, const Node *next) {
     return {new_keyword_call("plus", {left->expr->text, right->text}), HOST_ATOM};
 }
 
+// The method that joins the operand to those in front of it, or null. *left: the class of what
+// stands in front; from now on, of both.
+[[gnu::noinline]] const char *joining_method(const Node *chain, const Node *next,
+                                             const char **left) {
+    if (!has_operator_methods()) return nullptr;
+    const char *right = next->kind == NODE_POSTFIX ? NO_OBJECT : class_of_value(next);
+    const char *method = operator_method(next->joint, chain, *left, right);
+    bool is_plain = !method && *left == NO_OBJECT && right == NO_OBJECT;
+    *left = is_plain ? NO_OBJECT : nullptr;
+    return method;
+}
+
+// right: null for a prefix or postfix.
+[[gnu::noinline]] Operand call_operator(const char *method, mExpr *left, const Node *right) {
+    ExprList operands = {};
+    append_expr(&operands, left);
+    if (right) append_expr(&operands, lower_expression(right));
+    mExpr *call = new_index_node(method, FUNCTION_INDEX, operands.first);
+    free_vExpr(operands.first);
+    return {call, HOST_ATOM};
+}
+
+const char *class_in_front(const Node *first) {
+    return has_operator_methods() ? class_of_value(first) : nullptr;
+}
+
 }  // namespace
 
 Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
@@ -158,10 +187,14 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
     Operand value = lower_operand(last);
     Value known = value_of(last);
     bool is_text = is_string_object(last);
+    const char *left_class = class_in_front(last);
     for (const Node *next = last->next; next; last = next, next = next->next) {
         check_comparison(node, last, next);
         is_text = next->joint == OPERATOR_PLUS && (is_text || is_string_object(next));
-        if (next->kind == NODE_POSTFIX) {
+        if (const char *method = joining_method(node, next, &left_class)) {
+            value = call_operator(method, value.expr, next->kind == NODE_POSTFIX ? nullptr : next);
+            known = ANY_VALUE;
+        } else if (next->kind == NODE_POSTFIX) {
             value = join_postfixes(&value, &next);
         } else {
             value = is_text ? join_texts(&value, next) : join_next(&value, known, next);
@@ -177,6 +210,8 @@ Operand lower_chain(const Node *node) {
 
 Operand lower_prefix(const Node *node) {
     Operand operand = lower_operand(node->first_child);
+    if (const char *method = prefix_method(node))
+        return call_operator(method, operand.expr, nullptr);
     spell_prefixed(&operand, value_of(node->first_child));
     if (node->op == OPERATOR_NOT) return {new_operator1(OP_NOT, operand.expr), HOST_ATOM};
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;

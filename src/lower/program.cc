@@ -4,6 +4,7 @@
 #include "diagnose/messages.h"
 #include "emit/output.h"
 #include "lower/called_functions.h"
+#include "lower/classes/methods.h"
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
@@ -126,6 +127,7 @@ void begin_program(SourceLanguage language) {
     begin_syntax();
     begin_files(language);
     begin_calls();
+    begin_methods();
     begin_procedures();
     ScriptCalls = ScriptDepth = 0;
     SwitchVariables = 0;

@@ -9,6 +9,8 @@
 #include "lexer/named_source.h"
 #include "lexer/source_files.h"
 #include "lexer/whole_source.h"
+#include "lower/classes/class_folders.h"
+#include "lower/classes/procedure_names.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
@@ -33,32 +35,13 @@ SourceFile *Files;       // newest first
 Folder *PrivateFolders;  // those that are there
 NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
 NameMap OnPath;          // names of which a file is there, or surely none
+NameMap MethodFiles;     // by paths: SourceFile
 NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
 
 SourceLanguage Language;
 
 SourceFile NoFile;
 void *const NO_FILE = &NoFile;
-
-// What stands behind the last slash.
-const char *base_name(const char *path) {
-    const char *slash = strrchr(path, '/');
-    return slash ? slash + 1 : path;
-}
-
-const char *folder_of(const char *path) {
-    const char *base = base_name(path);
-    if (base == path) return ".";
-    return KeepText(path, static_cast<size_t>(base - path - (base - 1 > path)));
-}
-
-const char *stem_of(const char *path) {
-    const char *base = base_name(path);
-    size_t length = strlen(base);
-    if (length > 2 && strcmp(base + length - 2, ".m") == 0) length -= 2;
-    if (length == 0) return "";
-    return text_of(spelling_of_bytes(base, static_cast<uint32_t>(length)));
-}
 
 bool is_taken(const char *written) { return find_name(&Procedures, written) != nullptr; }
 
@@ -75,7 +58,7 @@ const char *free_name(const char *name) {
 
 // The first function of a name keeps it, every other has its file's name in front.
 const char *choose_written(const SourceFile *file, const char *name) {
-    const char *plain = is_host_word(name) ? intern(form_text("m_%s", {name})) : name;
+    const char *plain = free_of_host_words(name);
     if (!is_taken(plain)) return plain;
     const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
     return free_name(form_text("qxrp_%s_%s", {stem, name}));
@@ -88,9 +71,18 @@ const char *without_dots(const char *name) {
     return intern(copy);
 }
 
+bool is_first(const SourceFile *file) { return !file->functions && !file->is_script; }
+
+// Those of a class file are called alike in every run.
+const char *choose_name(const SourceFile *file, const char *name) {
+    if (!file->place.name) return choose_written(file, name);
+    return free_name(is_first(file) ? procedure_name(file->path)
+                                    : inner_procedure_name(file->path, name));
+}
+
 FileFunction *new_function(SourceFile *file, Node *node, const char *name) {
     FileFunction *function = AllocRecord<FileFunction>();
-    *function = {name, choose_written(file, without_dots(name)), node, nullptr};
+    *function = {name, choose_name(file, without_dots(name)), node, nullptr};
     enter_name(&Procedures, function->written, file);
     return function;
 }
@@ -99,10 +91,10 @@ void report_names(const SourceFile *file, const Node *node) {
     report(DIFFERENT_NAMES, file->source, node->offset, node->length, {node->text, file->stem});
 }
 
-// A called file's first function is called by the file's name.
+// A called file's first function is called by the file's name; so is one that other runs call.
 const char *function_name(const SourceFile *file, const Node *node, bool is_called) {
-    bool is_first = !file->functions && !file->is_script;
-    if (!is_called || !is_first || file->stem == node->text) return node->text;
+    bool is_by_file = is_called || file->place.name || (FindFile && file->stem);
+    if (!is_by_file || !is_first(file) || file->stem == node->text) return node->text;
     report_names(file, node);
     return file->stem;
 }
@@ -165,6 +157,7 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
     Files = file;
     if (!path) return file;
     file->stem = stem_of(path);
+    file->place = class_place_of(path);
     file->private_folder = private_folder_of(path);
     return file;
 }
@@ -233,7 +226,7 @@ void report_shadowed(const SearchDirectory *at, const char *name, const SourceFi
 
 SourceFile *find_on_path(const Node *place) {
     const char *name = file_name_of(place->text);
-    for (const SearchDirectory *at = SearchPath; at; at = at->next) {
+    for (const SearchDirectory *at = search_directories(); at; at = at->next) {
         const char *path = open_named_source(at->directory, name);
         if (!path) continue;
         SourceFile *file = load_opened_file(path, place);
@@ -276,7 +269,9 @@ void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = Files = nullptr;
     PrivateFolders = nullptr;
-    PathFiles = Procedures = OnPath = {};
+    PathFiles = MethodFiles = Procedures = OnPath = {};
+    begin_class_names();
+    begin_class_folders();
 }
 
 SourceFile *read_main_file(const char *path, const char *text, uint32_t length) {
@@ -286,28 +281,58 @@ SourceFile *read_main_file(const char *path, const char *text, uint32_t length) 
     return file;
 }
 
+namespace {
+
 // What is known beforehand.
-static SourceFile *find_known(const Node *place) {
+FoundFile find_known(const Node *place) {
     const char *path;
     FileFinding finding = FindFile(CurrentFile->path, place->text, &path);
-    if (finding != FOUND_HERE || !open_if_there(path)) return nullptr;
-    return load_opened_file(path, place);
+    if (finding == FOUND_ELSEWHERE) return {nullptr, path};
+    if (finding == NOT_FOUND || !open_if_there(path)) return {};
+    return {load_opened_file(path, place), path};
 }
 
-bool is_found_elsewhere(const Node *place) {
-    const char *path;
-    return FindFile && FindFile(CurrentFile->path, place->text, &path) == FOUND_ELSEWHERE;
+FoundFile found_file(SourceFile *file) { return {file, file ? file->path : nullptr}; }
+
+FoundFile find_private_file(const Node *place) {
+    Folder *folder = CurrentFile->private_folder;
+    if (!folder) return {};
+    return found_file(
+        find_once(&folder->files, place->text, [=] { return find_private(folder, place); }));
 }
 
-SourceFile *find_file(const Node *place) {
-    if (FindFile) return find_known(place);
-    const char *name = place->text;
-    if (Folder *folder = CurrentFile->private_folder) {
-        SourceFile *found =
-            find_once(&folder->files, name, [=] { return find_private(folder, place); });
-        if (found) return found;
-    }
-    return find_once(&PathFiles, name, [=] { return find_on_path(place); });
+SourceFile *open_method_file(const char *path, const Node *place) {
+    return open_called_source(path) == 0 ? load_opened_file(path, place) : nullptr;
+}
+
+// path: null for none.
+FoundFile method_file(const char *path, const Node *place) {
+    if (!path || FindFile) return {nullptr, path};
+    return found_file(
+        find_once(&MethodFiles, intern(path), [=] { return open_method_file(path, place); }));
+}
+
+bool is_private_path(const char *path) {
+    return strcmp(base_name(folder_of(path)), "private") == 0;
+}
+
+}  // namespace
+
+FoundFile find_file(const Node *place) {
+    FoundFile found = FindFile ? find_known(place) : find_private_file(place);
+    if (found.path && (!FindFile || is_private_path(found.path))) return found;
+    if (const char *constructor = find_constructor(place->text))
+        return method_file(constructor, place);
+    if (FindFile) return found;
+    return found_file(find_once(&PathFiles, place->text, [=] { return find_on_path(place); }));
+}
+
+FoundFile find_method_file(const Node *place, const char *class_name, const char *method) {
+    return method_file(find_method(class_name, method), place);
+}
+
+bool is_method_file(const SourceFile *file) {
+    return file->place.name && !file->place.is_private && !file->is_script;
 }
 
 // Only what is surely not there is none.
@@ -317,24 +342,28 @@ static bool may_exist(const char *folder, const char *name) {
     return stat(path, &status) == 0 || !means_absent(errno);
 }
 
-static bool is_on_path(const char *name) {
-    for (const SearchDirectory *at = SearchPath; at; at = at->next)
+static bool find_on_disk(const char *name) {
+    for (const SearchDirectory *at = search_directories(); at; at = at->next)
         if (may_exist(at->directory, name)) return true;
     return false;
+}
+
+bool is_on_path(const char *name) {
+    void *known = find_name(&OnPath, name);
+    if (!known) {
+        known = find_on_disk(name) ? &OnPath : NO_FILE;
+        enter_name(&OnPath, name, known);
+    }
+    return known != NO_FILE;
 }
 
 bool has_file(const Node *place) {
     const char *name = place->text;
     const char *path;
+    if (find_method(nullptr, name) || find_constructor(name)) return true;
     if (FindFile) return FindFile(CurrentFile->path, name, &path) != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
-    if (folder && may_exist(folder->path, name)) return true;
-    void *known = find_name(&OnPath, name);
-    if (!known) {
-        known = is_on_path(name) ? &OnPath : NO_FILE;
-        enter_name(&OnPath, name, known);
-    }
-    return known != NO_FILE;
+    return (folder && may_exist(folder->path, name)) || is_on_path(name);
 }
 
 void reserve_name(const char *written) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "diagnose/source.h"
+#include "lower/classes/class_names.h"
 #include "syntax/names/name_map.h"
 #include "syntax/parser.h"
 
@@ -20,6 +21,7 @@ struct FileFunction {
 struct SourceFile {
     const char *path; /* null for a command */
     const char *stem; /* its name without folder and ending, interned; null for a command */
+    ClassPlace place; /* the class whose folder it is in */
     Source *source;
     Node *tree;              /* FILE */
     FileFunction *functions; /* in source order; null for none */
@@ -28,6 +30,7 @@ struct SourceFile {
     bool is_open;            /* its statements are being lowered */
     Folder *private_folder;  /* of what only this file's folder may call; null for none */
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
+    NameMap undecided;       /* methods about which a message has been given (methods.cc) */
     SourceFile *next;        /* read before, or null */
 };
 
@@ -50,14 +53,25 @@ extern SourceFile *CurrentFile;
 void begin_files(SourceLanguage language);
 /* The file of the run's own source; path null for a command. */
 SourceFile *read_main_file(const char *path, const char *text, uint32_t length);
-/* The file NAME.m that the name means in the current file: in the private folder beside it, then
- * along the search path; null when there is none. place: whose message it is, NAME or HANDLE. */
-SourceFile *find_file(const Node *place);
-/* Whether the name means a file that is translated for itself. */
-bool is_found_elsewhere(const Node *place);
+/* Where a function is found: the file of the run, or of what is translated for itself the path
+ * alone. Both null: nowhere. */
+struct FoundFile {
+    SourceFile *file;
+    const char *path;
+};
+/* The file NAME.m that the name means in the current file: in the private folder beside it, the
+ * constructor of a class, then along the search path. place: whose message it is, NAME or HANDLE.
+ */
+FoundFile find_file(const Node *place);
+/* The same of a method; both names are interned. */
+FoundFile find_method_file(const Node *place, const char *class_name, const char *method);
+/* Whether the file's first function is a method or the constructor of its class. */
+bool is_method_file(const SourceFile *file);
 
-/* Whether there may be such a file, which is not read. */
+/* Whether there may be such a file, or a method of the name; none is read. */
 bool has_file(const Node *place);
+/* Whether there may be a file of the interned name on the search path. */
+bool is_on_path(const char *name);
 
 /* Whether a node of a FILE is a statement that could be read; whether there is one. */
 bool is_statement(const Node *node);

@@ -3,6 +3,7 @@
 
 #include "lower/calls.h"
 #include "lower/cell_parts.h"
+#include "lower/classes/methods.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
 #include "syntax/names/names.h"
@@ -52,10 +53,16 @@ bool is_plain_call(const Node *base) {
     return path.is_call || path.has_index ? new_call_leaf(path.text) : new_leaf(path.text);
 }
 
+const char *shown_selector(const Node *selector) {
+    if (selector->kind == NODE_ARGUMENTS) return "(...)";
+    return selector->kind == NODE_BRACES ? "{...}" : ".";
+}
+
 }  // namespace
 
 mExpr *lower_reference(const Node *node) {
     const Node *base = node->first_child;
     if (is_plain_call(base)) return new_call_leaf(lower_call(base, base->next)->text);
+    check_object_index(base, "subsref", shown_selector(base->next));
     return is_value_list(node, false) ? lower_first_value(node) : lower_selectors(node);
 }

@@ -2,6 +2,7 @@
 #include "lower/targets.h"
 
 #include "lexer/brackets.h"
+#include "lower/classes/methods.h"
 #include "lower/context.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
@@ -173,6 +174,7 @@ Target lower_target(const Node *node, const Node *end) {
     const char *name = written_name(base->symbol);
     Target target = {begin_path(name, false), nullptr, nullptr, nullptr};
     if (node->kind == NODE_NAME) return target;
+    check_object_index(base, "subsasgn", "(...) =");
     start_target(base, name);
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
         if (needs_element(base, selector, end)) {

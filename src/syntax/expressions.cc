@@ -2,6 +2,7 @@
 #include "syntax/expressions.h"
 
 #include <assert.h>
+#include <string.h>
 
 #include "syntax/class_table.h"
 #include "syntax/parser_state.h"
@@ -323,7 +324,7 @@ void append_argument(NodeList *list) {
         return;
     }
     Node *argument = parse_expression();
-    if (Current.kind == TOKEN_ASSIGN && argument->kind == NODE_NAME) {
+    if (Current.kind == TOKEN_ASSIGN && is_plain_name(argument)) {
         append_named(list, argument);
     } else {
         append(list, argument);
@@ -382,7 +383,20 @@ Node *parse_selectors(Node *base) {
 }
 
 // name@superclass
-bool is_superclass_call() { return Current.kind == TOKEN_AT && Current.start == Previous.end; }
+bool is_superclass_call() {
+    return Current.kind == TOKEN_AT && Current.start == Previous.end &&
+           class_of(*Scan.at) == BYTE_LETTER;
+}
+
+// With the class, perhaps of a package, the name is one that only functions have.
+void take_superclass(Node *name) {
+    advance();
+    if (Current.kind != TOKEN_NAME) return unexpected_token("the name of a superclass behind '@'");
+    advance();
+    while (Current.kind == TOKEN_FIELD) advance();
+    finish(name);
+    name->text = text_of(spelling_of_bytes(Scan.text + name->offset, name->length));
+}
 
 Node *refuse_superclass_call(Node *name) {
     uint32_t start = name->offset;
@@ -410,12 +424,12 @@ Node *parse_arguments() {
 
 Node *parse_reference() {
     Node *base = parse_base();
-    if (!is_selector()) {
-        bool is_refused = is_superclass_call() && base->kind == NODE_NAME;
-        return is_refused ? refuse_superclass_call(base) : base;
-    }
+    if (base->kind == NODE_NAME && is_superclass_call()) take_superclass(base);
+    if (!is_selector()) return base;
     Node *reference = parse_selectors(base);
     return is_superclass_call() ? refuse_superclass_call(reference) : reference;
 }
+
+bool is_plain_name(const Node *node) { return node->kind == NODE_NAME && !strchr(node->text, '@'); }
 
 Node *parse_expression() { return parse_operators(parse_operand(), LEVEL_NONE); }

@@ -14,3 +14,5 @@ Node *parse_reference();
 Node *parse_arguments();
 /* [ ] or { } as NODE_MATRIX or NODE_CELL. */
 Node *parse_literal();
+/* Whether the node is a NAME that may be a variable: no name@superclass. */
+bool is_plain_name(const Node *node);

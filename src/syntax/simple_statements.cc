@@ -6,7 +6,7 @@ namespace {
 
 bool is_target(const Node *node) {
     if (node->kind == NODE_REFERENCE) node = node->first_child;
-    return node->kind == NODE_NAME;
+    return is_plain_name(node);
 }
 
 const char *description_of(const Node *node) {

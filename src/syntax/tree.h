@@ -24,7 +24,7 @@ struct Symbol;
  *                     neither suffix nor i or j. Flags NUMBER_INTEGER, NUMBER_IMAGINARY
  * NODE_STRING         text: the characters that it stands for, without a NUL. Flag DOUBLE_QUOTED.
  *                     The Name of an argument Name=value is such a string
- * NODE_NAME           text: interned; symbol
+ * NODE_NAME           text: interned, of a superclass's method name@class; symbol
  * NODE_END            end as a position in an index
  * NODE_COLON          a lone colon as an argument
  * NODE_TILDE          ~ among targets or parameters

@@ -37,7 +37,9 @@ enum SymbolFlag : uint32_t {
                                         set */
     SYMBOL_SET_INSIDE = 1 << 17,     /* a nested function sets it */
     SYMBOL_IS_INDEXED = 1 << 18,     /* a colon or end stands in its parentheses somewhere */
-    SYMBOL_READ_FIRST = 1 << 19      /* it is read before it is set, in the order of the text */
+    SYMBOL_READ_FIRST = 1 << 19,     /* it is read before it is set, in the order of the text */
+    SYMBOL_CLASS_ASKED = 1 << 20,    /* its class_name is being looked for */
+    SYMBOL_CLASS_KNOWN = 1 << 21     /* it has been found */
 };
 
 /* A name in the functions that share it. */
@@ -69,6 +71,7 @@ struct Symbol {
     uint16_t since;   /* what it has been since the outermost loop or try around began */
     uint16_t ever;    /* what it may be anywhere in the function; 0 before its values are traced */
     Outcome *outcome; /* in the branches or the loop that are being joined (values/flow.cc) */
+    const char *class_name; /* what class_of_value has found of all its values; null for nothing */
 };
 
 enum ScopeFlag : uint32_t {

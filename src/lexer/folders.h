@@ -1,0 +1,11 @@
+/* Folders on disk. One is open at a time; a run that is abandoned while it reads one leaves none
+ * open. */
+#pragma once
+
+/* Opens the folder; false where there is none that can be read. */
+bool open_folder(const char *path);
+/* The name of the next thing in it, valid until the next call, in no certain order. Null behind the
+ * last one: the folder is closed then. */
+const char *next_in_folder();
+/* Closes what is still open. */
+void close_folder();
