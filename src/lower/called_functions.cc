@@ -265,6 +265,7 @@ void report_loading(const Node *statement) {
 }
 
 Node *find_script(const Node *name) {
+    if (strchr(name->text, '@')) return nullptr;  // name@superclass
     const Callee *callee = callee_of(name);
     bool is_script = !callee->is_own && callee->file && callee->file->is_script;
     return is_script ? callee->file->tree : nullptr;

@@ -388,12 +388,18 @@ bool is_superclass_call() {
            class_of(*Scan.at) == BYTE_LETTER;
 }
 
+// .name without blanks, directly behind the token before it.
+bool is_plain_field() {
+    return Current.kind == TOKEN_FIELD && Current.start == Previous.end &&
+           Current.end - Current.start == strlen(Current.text) + 1;
+}
+
 // With the class, perhaps of a package, the name is one that only functions have.
 void take_superclass(Node *name) {
     advance();
     if (Current.kind != TOKEN_NAME) return unexpected_token("the name of a superclass behind '@'");
     advance();
-    while (Current.kind == TOKEN_FIELD) advance();
+    while (is_plain_field()) advance();
     finish(name);
     name->text = text_of(spelling_of_bytes(Scan.text + name->offset, name->length));
 }
