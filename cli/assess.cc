@@ -87,6 +87,12 @@ void write_today(std::ostream &to, const ReportTotals &totals) {
     write_share(to, "files without errors or gaps", totals.states[0], totals.files);
     write_share(to, "statements without a message", totals.without_message, totals.statements);
     write_share(to, "statements that only wait for functions", totals.waiting, totals.statements);
+    std::size_t calls = 0;
+    for (const std::size_t count : totals.calls) calls += count;
+    const std::size_t unresolved = totals.calls[static_cast<std::size_t>(CallEnd::Unresolved)];
+    const std::size_t class_only = totals.calls[static_cast<std::size_t>(CallEnd::ClassOnly)];
+    write_share(to, "calls found, answered or built in", calls - unresolved - class_only, calls);
+    if (class_only > 0) write_share(to, "calls found in classes only", class_only, calls);
     write_share(to, "comments kept", totals.comments_kept, totals.comments);
 }
 
@@ -118,7 +124,8 @@ void write_candidates(std::ostream &to, const std::vector<Candidate> &candidates
         to << "  " << std::setw(10) << '+' + grouped(candidate.completed) << std::setw(10)
            << grouped(candidate.function->count) << std::setw(10)
            << grouped(candidate.function->files.size()) << "  "
-           << printable(candidate.function->name) << '\n';
+           << printable(candidate.function->name)
+           << (candidate.function->is_class_only ? " (in classes)" : "") << '\n';
     }
     to << "With all of them " << share(totals.without_message + completed, totals.statements)
        << " of the statements translate without a message.\n";
@@ -137,7 +144,7 @@ std::string assessment(const Report &report) {
     write_candidates(text, candidates, summary.totals);
     const std::size_t rest = summary.unresolved.size() - candidates.size();
     if (rest > 0)
-        text << counted(rest, "more function is", "more functions are") << " found nowhere.\n";
+        text << counted(rest, "more function is", "more functions are") << " left to the host.\n";
     return text.str();
 }
 

@@ -107,6 +107,8 @@ private:
         switch (end) {
             case CallEnd::Unresolved:
                 return ", style=\"filled,dashed\", fillcolor=mistyrose, color=firebrick";
+            case CallEnd::ClassOnly:
+                return ", style=\"filled,dashed\", fillcolor=lightcyan, color=steelblue";
             case CallEnd::Answered: return ", shape=ellipse, style=filled, fillcolor=honeydew";
             default: return ", style=\"filled\", fillcolor=lightgrey";
         }

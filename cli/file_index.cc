@@ -1,6 +1,7 @@
 /* Names and files. */
 #include "cli/file_index.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -35,6 +36,7 @@ bool begins_with_word(const std::string &line, const std::string &word) {
 /* "a.b." for a file in the folders +a/+b. */
 std::string package_of(const fs::path &folder) {
     const std::string name = folder.filename();
+    if (name.starts_with('@')) return package_of(folder.parent_path());
     if (!name.starts_with('+')) return "";
     return package_of(folder.parent_path()) + name.substr(1) + '.';
 }
@@ -72,7 +74,8 @@ FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
         const fs::path path = fs::path(input.path).lexically_normal();
         const fs::path folder = path.parent_path();
         const bool is_private = folder.filename() == "private";
-        files_[package_of(folder) + path.stem().string()].push_back(
+        const std::string name = path.stem();
+        files_[package_of(folder) + name].push_back(
             {input.path, is_private ? folder.parent_path().string() : ""});
     }
 }

@@ -23,8 +23,9 @@ struct IndexedFile {
 class FileIndex {
 public:
     explicit FileIndex(const std::vector<InputFile> &inputs);
-    /* The file that the name means when the file caller calls it, or null. Functions of packages
-     * have their package in the name: package.name. */
+    /* The file that the name means when the file caller calls it, or null; no method, which only
+     * the class of an argument makes a name mean. Functions of packages have their package in the
+     * name: package.name. */
     const IndexedFile *find(const std::string &caller, const std::string &name) const;
     /* The file of a class's method, or of its constructor. Classes of packages have their package
      * in the name. class_name null: of the first class that has the method, but as a constructor.

@@ -6,6 +6,7 @@
 
 #include "cli/excerpt.h"
 #include "cli/message_writer.h"
+#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -75,7 +76,9 @@ private:
             if (!is_listed(diagnostic)) continue;
             if (names.empty() || *names.back().first != diagnostic.file)
                 names.push_back({&diagnostic.file, {}});
-            names.back().second.push_back(printable(quoted_name(diagnostic.text)));
+            const bool is_in_class = diagnostic.text.ends_with(BUT_IN_CLASSES);
+            names.back().second.push_back(printable(quoted_name(diagnostic.text)) +
+                                          (is_in_class ? " (in classes)" : ""));
         }
         for (const auto &[file, of_file] : names)
             write_line(printable(*file), SEVERITY_WARNING, unknown_text(of_file));

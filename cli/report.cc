@@ -7,6 +7,7 @@
 #include "cli/files.h"
 #include "cli/output.h"
 #include "cli/report_summary.h"
+#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -38,8 +39,10 @@ public:
         std::erase_if(file.facts.waiting,
                       [](const WaitingFact &waiting) { return waiting.names.empty(); });
         std::erase_if(file.diagnostics, [&](const Diagnostic &diagnostic) {
-            return diagnostic.code == "MT401" && find(file, quoted_name(diagnostic.text));
+            return is_listed(diagnostic) && find(file, quoted_name(diagnostic.text));
         });
+        for (Diagnostic &diagnostic : file.diagnostics)
+            if (is_listed(diagnostic)) resolve(diagnostic);
     }
 
 private:
@@ -55,11 +58,19 @@ private:
     }
 
     void resolve(const ReportFile &file, CallFact &call) const {
-        if (call.end != CallEnd::Unresolved) return;
+        if (!is_left_to_host(call.end)) return;
         if (const IndexedFile *found = find(file, call.name)) {
             call.end = CallEnd::Found;
             call.target = found->path;
+        } else if (index_.find_method(nullptr, call.name)) {
+            call.end = CallEnd::ClassOnly;
         }
+    }
+
+    void resolve(Diagnostic &unknown) const {
+        const bool is_told = unknown.text.ends_with(BUT_IN_CLASSES);
+        if (!is_told && index_.find_method(nullptr, quoted_name(unknown.text)))
+            unknown.text += BUT_IN_CLASSES;
     }
 
     void resolve(ReportFile &file, WaitingFact &waiting) const {

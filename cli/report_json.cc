@@ -16,11 +16,9 @@ static void to_json(Json &json, const ReportPlace &place) {
 }
 
 static void to_json(Json &json, const UnresolvedFunction &function) {
-    json = {{"name", function.name},
-            {"count", function.count},
-            {"files", function.files},
-            {"first", function.first},
-            {"alone", function.alone}};
+    json = {{"name", function.name},   {"count", function.count},
+            {"files", function.files}, {"first", function.first},
+            {"alone", function.alone}, {"classOnly", function.is_class_only}};
 }
 
 static void to_json(Json &json, const MessageKind &kind) {
@@ -46,7 +44,7 @@ constexpr const char *FORMAT = "mtranslate report";
 constexpr int VERSION_OF_FORMAT = 1;
 
 constexpr const char *STATES[] = {"translated", "gaps", "errors", "failed"};
-constexpr const char *CALL_ENDS[] = {"found", "answered", "builtIn", "unresolved"};
+constexpr const char *CALL_ENDS[] = {"found", "answered", "builtIn", "unresolved", "classOnly"};
 
 Json by_severity(const SeverityCounts &counts) {
     Json json;

@@ -56,6 +56,12 @@ void write_totals(std::ostream &to, const ReportTotals &totals) {
     row("Statements", totals.statements, 0);
     row("Statements translated without a message", totals.without_message, totals.statements);
     row("Statements that only wait for unresolved functions", totals.waiting, totals.statements);
+    std::size_t calls = 0;
+    for (const std::size_t count : totals.calls) calls += count;
+    row("Calls", calls, 0);
+    for (const CallEnd end : CALL_ENDS)
+        row((std::string("Calls ") + words_of(end)).c_str(),
+            totals.calls[static_cast<std::size_t>(end)], calls);
     row("Comments", totals.comments, 0);
     row("Comments kept", totals.comments_kept, totals.comments);
 }
@@ -66,13 +72,14 @@ void write_unresolved(std::ostream &to, const std::vector<UnresolvedFunction> &f
         to << "None: every function that is called is found, or the host answers it.\n";
         return;
     }
-    to << "They are found nowhere and the host has no form of them; calls are left as they "
-          "are.\n\n";
+    to << "They are found nowhere, or only in classes, and the host has no form of them; calls are "
+          "left as they are.\n\n";
     Table table(
         to, {"Function", " Calls", " Files", " Statements that wait for it alone", "First place"});
     for (const UnresolvedFunction &function : functions)
-        table.row({cell(function.name), grouped(function.count), grouped(function.files.size()),
-                   grouped(function.alone), place(function.first)});
+        table.row({cell(function.name) + (function.is_class_only ? " (in classes)" : ""),
+                   grouped(function.count), grouped(function.files.size()), grouped(function.alone),
+                   place(function.first)});
 }
 
 void write_messages(std::ostream &to, const std::vector<MessageKind> &kinds) {

@@ -34,7 +34,7 @@ class UnresolvedList {
 public:
     void add(const ReportFile &file) {
         for (const CallFact &call : file.facts.calls)
-            if (call.end == CallEnd::Unresolved) add(file.path, call);
+            if (is_left_to_host(call.end)) add(file.path, call);
         for (const WaitingFact &waiting : file.facts.waiting)
             if (waiting.names.size() == 1)
                 functions_[waiting.names.front()].alone += waiting.statements;
@@ -56,6 +56,7 @@ private:
         UnresolvedFunction &function = functions_[call.name];
         if (function.count == 0) function.first = {path, call.line, call.column};
         function.count += call.count;
+        function.is_class_only |= call.end == CallEnd::ClassOnly;
         if (function.files.empty() || function.files.back() != path) function.files.push_back(path);
     }
 

@@ -16,7 +16,7 @@ struct ReportTotals {
     std::size_t waiting = 0;         /* statements in which only functions are unresolved */
     std::size_t comments = 0;
     std::size_t comments_kept = 0;
-    std::size_t calls[4] = {}; /* by CallEnd */
+    std::size_t calls[5] = {}; /* by CallEnd */
     SeverityCounts messages{};
 };
 
@@ -26,13 +26,14 @@ struct ReportPlace {
     std::size_t column = 0;
 };
 
-/* A function that is found nowhere and that the host does not answer. */
+/* A function that is found nowhere, or only in classes, and that the host does not answer. */
 struct UnresolvedFunction {
     std::string name;
     std::size_t count = 0;          /* of its calls */
     std::vector<std::string> files; /* that call it, by path */
     ReportPlace first;
-    std::size_t alone = 0; /* statements that wait for it alone */
+    std::size_t alone = 0;      /* statements that wait for it alone */
+    bool is_class_only = false; /* classes have it */
 };
 
 struct MessageKind {

@@ -12,6 +12,16 @@ const char *words_of(FileState state) {
     }
 }
 
+const char *words_of(CallEnd end) {
+    switch (end) {
+        case CallEnd::Found: return "found";
+        case CallEnd::Answered: return "answered by the host";
+        case CallEnd::BuiltIn: return "built in";
+        case CallEnd::ClassOnly: return "found in classes only";
+        default: return "unresolved";
+    }
+}
+
 std::string name_of_message(const std::string &code) {
     const MessageRow *row = find_message(code.c_str());
     return row ? std::string(row->code) + ' ' + row->name : "other";

@@ -13,6 +13,11 @@ namespace mtranslate {
 inline constexpr std::array FILE_STATES{FileState::Translated, FileState::Gaps, FileState::Errors,
                                         FileState::Failed};
 
+inline constexpr std::array CALL_ENDS{CallEnd::Found, CallEnd::Answered, CallEnd::BuiltIn,
+                                      CallEnd::ClassOnly, CallEnd::Unresolved};
+
+/* As in "calls answered by the host". */
+const char *words_of(CallEnd end);
 /* As in "files with gaps". */
 const char *words_of(FileState state);
 /* "MT204 eval"; for what has no code, "other". */

@@ -39,7 +39,8 @@ std::string arguments_of(const CountsByArguments &calls) {
 
 std::string comment_of(const SurveyedFunction &function) {
     const std::string files = " in " + counted(function.files, "file");
-    const std::string place = "; " + printable(function.place);
+    const std::string place =
+        "; " + printable(function.place) + (function.is_in_class ? "; classes have it" : "");
     if (function.calls.empty()) return "# a handle" + files + place;
     return "# " + counted(function.count(), "call") + files + ", with " +
            arguments_of(function.calls) + place;

@@ -17,12 +17,13 @@
 #include "cli/source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
+#include "lower/pieces.h"
 
 namespace mtranslate {
 
 template <class Archive>
 void serialize(Archive &archive, SurveyedFunction &of) {
-    archive(of.calls, of.files, of.place);
+    archive(of.calls, of.files, of.place, of.is_in_class);
 }
 
 namespace {
@@ -49,13 +50,14 @@ SurveyedFunctions unresolved_in(const Translation &translation) {
         bool has_members = false;
         for (auto at = translation.unanswered.lower_bound(first_member);
              at != translation.unanswered.end() && at->first.starts_with(first_member); ++at) {
-            functions[at->first] = {at->second, 1, place};
+            functions[at->first] = {at->second, 1, place, false};
             has_members = true;
         }
         const auto calls = translation.unanswered.find(name);
         const bool is_called = calls != translation.unanswered.end();
         if (is_called || !has_members)
-            functions[name] = {is_called ? calls->second : CountsByArguments(), 1, place};
+            functions[name] = {is_called ? calls->second : CountsByArguments(), 1, place,
+                               message.text.ends_with(BUT_IN_CLASSES)};
     }
     return functions;
 }
@@ -108,7 +110,7 @@ private:
     }
 
     void add(const std::string &name, const SurveyedFunction &function) {
-        const SurveyedFunction none{{}, 0, function.place};
+        const SurveyedFunction none{{}, 0, function.place, function.is_in_class};
         SurveyedFunction &sum = survey_.functions.try_emplace(name, none).first->second;
         ++sum.files;
         for (const auto &[arguments, count] : function.calls) sum.calls[arguments] += count;

@@ -10,11 +10,12 @@
 
 namespace mtranslate {
 
-/* A function that is found nowhere. */
+/* A function that is found nowhere, or only in classes. */
 struct SurveyedFunction {
-    CountsByArguments calls; /* none: a handle only */
-    std::size_t files = 0;   /* that use it */
-    std::string place;       /* of its first use: "FILE:LINE" */
+    CountsByArguments calls;  /* none: a handle only */
+    std::size_t files = 0;    /* that use it */
+    std::string place;        /* of its first use: "FILE:LINE" */
+    bool is_in_class = false; /* classes have it */
 
     std::size_t count() const;
 };

@@ -8,6 +8,7 @@
 #include "cli/excerpt.h"
 #include "cli/file_index.h"
 #include "cli/messages.h"
+#include "cli/unread_statements.h"
 #include "diagnose/messages.h"
 #include "lower/pieces.h"
 #include "lower/program.h"
@@ -51,7 +52,8 @@ void note(const Node *node, PieceEnd end, const char *target) {
 /* A statement or a function in the order of the source. */
 struct Piece {
     Range place;
-    int outer; /* the piece around it, or -1 */
+    int outer;              /* the piece around it, or -1 */
+    std::size_t weight = 1; /* statements that it stands for */
     bool has_message = false;
     std::set<std::string> unresolved{}; /* names that it calls */
 };
@@ -85,13 +87,20 @@ private:
             else if (child->kind == NODE_FUNCTION)
                 walk(child, -1, add_function(child, function));
             else if (child->kind == NODE_BAD)
-                walk_bad(child, is_list ? add(statements, child, statement) : statement);
+                walk_bad(child, is_list ? add_bad(child, statement) : statement);
             else
                 walk(child, is_list ? add(statements, child, statement) : statement, function);
         }
     }
 
-    /* It is one statement, whatever could be read of it. */
+    /* A class definition, say: it counts as the statements in its source. */
+    int add_bad(const Node *node, int outer) {
+        const std::string_view text(source_.text + node->offset, node->length);
+        const int added = add(statements, node, outer);
+        statements[added].weight = std::max(count_unread_statements(text), std::size_t{1});
+        return added;
+    }
+
     void walk_bad(const Node *node, int statement) {
         if (statement >= 0) statements[statement].has_message = true;
         for (const Node *child = node->first_child; child; child = child->next)
@@ -121,6 +130,7 @@ CallEnd end_of_call(PieceEnd end) {
     switch (end) {
         case CALL_OF_HOST: return CallEnd::Answered;
         case CALL_OF_LANGUAGE: return CallEnd::BuiltIn;
+        case CALL_OF_CLASS: return CallEnd::ClassOnly;
         case CALL_OF_UNKNOWN: return CallEnd::Unresolved;
         default: return CallEnd::Found;
     }
@@ -187,7 +197,7 @@ void mark_messages(const SourceFile &file, std::vector<Piece> &statements) {
 
 void mark_unresolved(std::vector<Piece> &statements) {
     for (const auto &[offset, call] : notes.calls) {
-        if (call.end != CALL_OF_UNKNOWN) continue;
+        if (!is_left_to_host(end_of_call(call.end))) continue;
         const int at = piece_at(statements, offset);
         if (at >= 0) statements[at].unresolved.insert(call.name);
     }
@@ -196,8 +206,8 @@ void mark_unresolved(std::vector<Piece> &statements) {
 void count_statements(const std::vector<Piece> &statements) {
     FileFacts &facts = *notes.facts;
     std::map<std::set<std::string>, std::size_t> waiting;
-    facts.statements = statements.size();
     for (const Piece &statement : statements) {
+        facts.statements += statement.weight;
         if (statement.has_message) continue;
         if (statement.unresolved.empty())
             ++facts.without_message;

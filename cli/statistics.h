@@ -10,11 +10,16 @@ namespace mtranslate {
 class FileIndex;
 
 enum class CallEnd {
-    Found,     /* a function or script of the same file or of another one */
-    Answered,  /* the host has a form of it */
-    BuiltIn,   /* the translator has one */
-    Unresolved /* the host gets the call as it is */
+    Found,      /* a function or script of the same file or of another one */
+    Answered,   /* the host has a form of it */
+    BuiltIn,    /* the translator has one */
+    Unresolved, /* the host gets the call as it is */
+    ClassOnly   /* the same, where only classes have the function */
 };
+
+inline bool is_left_to_host(CallEnd end) {
+    return end == CallEnd::Unresolved || end == CallEnd::ClassOnly;
+}
 
 /* A function of the source. */
 struct FunctionFact {
@@ -33,7 +38,8 @@ struct CallFact {
     std::size_t column = 0;
 };
 
-/* Statements in which nothing is wrong but that the same functions are unresolved. */
+/* Statements in which nothing is wrong but that the same functions are unresolved, or that only
+ * classes have them. */
 struct WaitingFact {
     std::vector<std::string> names; /* sorted */
     std::size_t statements = 0;
@@ -44,7 +50,7 @@ struct FileFacts {
     std::size_t lines = 0;
     std::size_t bytes = 0;
     std::size_t statements = 0;
-    /* Those with no error, gap or warning, in which no call is unresolved. */
+    /* Those with no error, gap or warning, in which no call is left to the host. */
     std::size_t without_message = 0;
     std::vector<WaitingFact> waiting;
     std::size_t comments = 0; /* each line of a block comment is one */

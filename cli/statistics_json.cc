@@ -10,7 +10,8 @@ using Json = nlohmann::ordered_json;
 NLOHMANN_JSON_SERIALIZE_ENUM(CallEnd, {{CallEnd::Unresolved, "unresolved"},
                                        {CallEnd::Found, "found"},
                                        {CallEnd::Answered, "answered"},
-                                       {CallEnd::BuiltIn, "builtIn"}})
+                                       {CallEnd::BuiltIn, "builtIn"},
+                                       {CallEnd::ClassOnly, "classOnly"}})
 
 static void to_json(Json &json, const FunctionFact &function) {
     json = {{"name", function.name}, {"line", function.line}};

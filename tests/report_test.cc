@@ -91,6 +91,12 @@ TEST_F(Reports, count_statements_and_comments) {
         {"if f(1)\n    y = 2;\nelse\n    y = g;\nend\n", 5, 3, 1,
          R"([{"names":["f"],"statements":1},{"names":["g"],"statements":1}])", 0, 0},
         {"if 1\n    eval('x');\nend\n", 3, 2, 1, "[]", 0, 0},
+        {"classdef c < handle % a\nproperties\n    p = [1 2\n 3 4]; q = x';\nend\nmethods "
+         "(Static)\n"
+         "function f(x)\nif x, y = 'a;b'; else, y = 2; end % b\n%{\nz = 1;\n%}\nz = [x' ...\n"
+         "', y = 1'];\nend\nend\nend\n",
+         16, 6, 0, "[]", 3, 3},
+        {"if x(\n    y = 1; z = 2;\nend\n", 3, 3, 0, "[]", 0, 0},
         {"function f(x)\nx = (1;\nend\nfunction g\nend\n", 5, 1, 0, "[]", 0, 0},
         {"function y = f(x)\n    function z = h\n        z = x;\n    end\ny = h;\nend\n", 6, 2, 2,
          "[]", 0, 0},
@@ -114,12 +120,20 @@ TEST_F(Reports, count_statements_and_comments) {
 TEST_F(Reports, tell_how_calls_end) {
     write(directory / "t/used.m", "function y = used(x)\ny = x;\n");
     write(directory / "t/setup.m", "a = 1;\n");
+    write(directory / "t/@c/c.m", "function y = c(x)\ny = x;\n");
+    write(directory / "t/@c/size.m", "function y = size(x)\ny = half(x) + used(x, 1);\n");
+    write(directory / "t/@c/used.m", "function y = used(x)\ny = size(x);\n");
+    write(directory / "t/@c/private/half.m", "function y = half(x)\ny = x;\n");
+    write(directory / "t/+p/@d/d.m", "function y = d(x)\ny = x;\n");
     const struct {
         const char *source, *calls;
     } rows[] = {
         {"x = used(1); y = x(1);", "used found 1 1:5 t/used.m"},
         {"setup; b = a + used(1);", "setup found 1 1:1 t/setup.m, used found 1 1:16 t/used.m"},
         {"\xC3\xA9 = 1;", ""},
+        {"x = size(c(1)) + p.d(@size);",
+         "size classOnly 2 1:5, c found 1 1:10 t/@c/c.m, p.d found 1 1:18 t/+p/@d/d.m"},
+        {"x = half(d(1));", "half unresolved 1 1:5, d unresolved 1 1:10"},
         {"x = '\xC3\xA9'; y = g(1);", "g unresolved 1 1:14"},
         {"\xEF\xBB\xBFg(1)", "g unresolved 1 1:1"},
         {"y = g(g(1)) + g;\nhold on", "g unresolved 3 1:5, hold unresolved 1 2:1"},
@@ -132,8 +146,38 @@ TEST_F(Reports, tell_how_calls_end) {
     for (const auto &row : rows) {
         SCOPED_TRACE(row.source);
         write(directory / "t/s.m", row.source);
-        EXPECT_EQ(calls_in(report()["files"][0]), row.calls);
+        EXPECT_EQ(calls_in(report()["files"].at(5)), row.calls);
     }
+    write(directory / "t/s.m", "x = size(1) + size(g);\n");
+    const Json made = report();
+    EXPECT_TRUE(is_valid("r.json", "docs/report.schema.json"));
+    EXPECT_EQ(calls_in(made["files"][3]),
+              "size: half found 1 2:5 t/@c/private/half.m, size: used found 1 2:15 t/used.m");
+    EXPECT_EQ(made["totals"]["calls"].dump(),
+              R"({"answered":0,"builtIn":0,"classOnly":3,"found":2,"unresolved":1})");
+    EXPECT_EQ(made["totals"]["statements"].dump(), R"({"all":8,"waiting":2,"withoutMessage":6})");
+    EXPECT_EQ(made["unresolved"][0]["classOnly"], true);
+    check({
+        {"mtranslate report r.json | grep size.*used; mtranslate assess t | grep classes", 0,
+         "| size (in classes) | 3 | 2 | 1 | t/@c/used.m:2:5 |\n"
+         "  calls found in classes only                      3 of 6           50.0 %\n"
+         "          +1         3         2  size (in classes)\n",
+         ""},
+        {"mtranslate check t/s.m t/@c --report c.json 2>&1 | head -n 1; for i in s.m @c; do "
+         "mtranslate check t/$i --report $i.json 2> o; done; "
+         "mtranslate report s.m.json @c.json -o d.json; mtranslate report c.json -o c.json; cmp "
+         "c.json d.json",
+         0,
+         "t/s.m: warning: 2 functions are found nowhere and left to the host: size (in classes), g "
+         "[MT401]\n",
+         ""},
+        {"mtranslate rules --template t | grep =", 0,
+         "size = \"\" # 3 calls in 2 files, with 1 argument; t/@c/used.m:2; classes have it\n"
+         "g = \"\" # 1 call in 1 file, with 0 arguments; t/s.m:1\n",
+         ""},
+        {"mtranslate check t --graph /dev/stdout 2> o | grep 'size.*cyan' | cut -c 5-22", 0,
+         "n0 [label=\"size\", \n", ""},
+    });
 }
 
 TEST_F(Reports, hold_what_became_of_each_file) {

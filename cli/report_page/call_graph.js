@@ -299,7 +299,8 @@ function graphFrame(calls, chosen, cards) {
   return [
     element("div", { class: "tools" },
       element("ul", { class: "legend" }, key("found", "found in a file"),
-              key("answered", "answered by the host"), key("unresolved", "unresolved")),
+              key("answered", "answered by the host"), key("unresolved", "unresolved"),
+              key("classOnly", "found in classes only")),
       element("span", {}, zoom("Smaller", 1 / 1.25), " ", zoom("Larger", 1.25))),
     element("div", { class: "graph" }, picture),
   ];

@@ -89,7 +89,7 @@ const unresolvedTable = items => ({
   text: item => item.name,
   empty: "None: every function that is called is found, or the host answers it.",
   columns: [
-    textColumn("Function", item => item.name, item => element("span", { class: "code" }, item.name)),
+    textColumn("Function", item => item.name, item => [element("span", { class: "code" }, item.name), item.classOnly ? " (in classes)" : null]),
     numberColumn("Calls", item => item.count),
     numberColumn("Files", item => item.files.length),
     numberColumn("Statements waiting for it alone", item => item.alone),

@@ -48,7 +48,8 @@ function figureSection() {
     figure("Comments", totals.comments.all,
            `${percent(totals.comments.kept, totals.comments.all)} kept`),
     figure("Calls", Object.values(totals.calls).reduce((a, b) => a + b, 0),
-           `${grouped(totals.calls.unresolved)} unresolved`),
+           `${grouped(totals.calls.unresolved)} unresolved` + (totals.calls.classOnly
+             ? `, ${grouped(totals.calls.classOnly)} found in classes only` : "")),
     figure("Unresolved functions", report.unresolved.length)));
 }
 

@@ -253,9 +253,10 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "that of the class and the method (class_method), in the translation."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
-     "the function '%s' is found nowhere",
+     "the function '%s' is found nowhere%s",
      "The host knows no translation of the name, and no file of that name lies beside the source "
-     "or on the search path.",
+     "or on the search path. A function in the folder of a class (@NAME) is called only with a "
+     "value of the class, which cannot be seen.",
      "x = nowhere_to_be_found(1);\n",
      "Add the folder of its file to the search path, or give the host a form for it."},
     {UNASSIGNED_NAME, "MT402", "unassigned-name", SEVERITY_WARNING,

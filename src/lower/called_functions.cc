@@ -115,7 +115,7 @@ bool is_constant(const char *name) {
     return false;
 }
 
-void report_unknown(const Node *place) {
+void report_unknown(const Node *place, bool is_in_class) {
     Source *source = CurrentFile->source;
     bool is_value = (place->symbol->flags & SYMBOL_IS_VALUE) && !is_constant(place->text);
     const Node *creator =
@@ -124,7 +124,8 @@ void report_unknown(const Node *place) {
         report(UNASSIGNED_NAME, source, place->offset, place->length,
                {place->text, describe_creator(creator)});
     } else {
-        report(UNKNOWN_FUNCTION, source, place->offset, place->length, {place->text});
+        report(UNKNOWN_FUNCTION, source, place->offset, place->length,
+               {place->text, is_in_class ? BUT_IN_CLASSES : ""});
     }
 }
 
@@ -135,17 +136,17 @@ void note_script(const Node *place, const SourceFile *file) {
 }
 
 // Once a run; the name must not become that of a procedure. is_told: a message has been given.
-void note_unknown(const Node *place, const char *written, bool is_told) {
-    if (const SourceFile *other = file_with_procedure(written)) {
+void note_unknown(const Node *place, const Callee *callee, bool is_told) {
+    if (const SourceFile *other = file_with_procedure(callee->written)) {
         report(FOREIGN_FUNCTION, CurrentFile->source, place->offset, place->length,
                {place->text, other->path ? other->path : "the command"});
         return;
     }
-    reserve_name(written);
+    reserve_name(callee->written);
     // a statement that is given up calls nothing
     if (!AddTranslator || Lowering.gap != MESSAGE_COUNT) return;
     if (is_told || enter_name(&Unknown, place->text, &Unknown)) return;
-    report_unknown(place);
+    report_unknown(place, callee->is_method);
 }
 
 }  // namespace
@@ -161,7 +162,8 @@ static void note_call(const char *written) {
 }
 
 static void note_callee(const Node *name, const Callee *callee) {
-    note_piece(name, callee->path ? CALL_OF_FILE : CALL_OF_UNKNOWN, callee->path);
+    PieceEnd unknown = callee->is_method ? CALL_OF_CLASS : CALL_OF_UNKNOWN;
+    note_piece(name, callee->path ? CALL_OF_FILE : unknown, callee->path);
 }
 
 // Its file enters the queue when the run has it.
@@ -249,7 +251,7 @@ const char *called_function(const Node *name, bool may_get_object) {
     if (is_undecided) report_undecided(name, name->text, name->text);
     call_file(name, callee);
     if (!callee->path) {
-        note_unknown(name, callee->written, is_undecided);
+        note_unknown(name, callee, is_undecided);
     } else if (callee->file && callee->file->is_script) {
         note_script(name, callee->file);
     }

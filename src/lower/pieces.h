@@ -10,10 +10,14 @@ enum PieceEnd : uint8_t {
     CALL_OF_FILE,     /* a function of another file, or a script */
     CALL_OF_HOST,     /* the host has answered */
     CALL_OF_LANGUAGE, /* the front end has a form of its own for it */
-    CALL_OF_UNKNOWN,  /* neither: the host gets the call as it is */
+    CALL_OF_CLASS,    /* only classes have it: the host gets the call as it is */
+    CALL_OF_UNKNOWN,  /* none of these: the host gets the call as it is */
     COMMENT_IS_PUT,
     SOURCE_IS_PUT /* a statement is given up: its source is put, with the comments in it */
 };
+
+/* What UNKNOWN_FUNCTION says of such a call behind its text. */
+inline constexpr char BUT_IN_CLASSES[] = " but in classes";
 
 /* Told of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile; perhaps several
  * times, the last of which counts. target: the path of the file that holds what is called, null
