@@ -163,8 +163,8 @@ using Pieces = std::map<std::pair<uint32_t, PieceEnd>, std::string>;
 Pieces *pieces;
 
 void note_piece_of_main(const Node *node, PieceEnd end, const char *target) {
-    static const char *const words[] = {"own",     "file",    "host",  "language",
-                                        "unknown", "comment", "source"};
+    static const char *const words[] = {"own",   "file",    "host",    "language",
+                                        "class", "unknown", "comment", "source"};
     if (CurrentFile->source->caller) return;
     const bool is_call = end < COMMENT_IS_PUT;
     std::string &text = (*pieces)[{node->offset, is_call ? CALL_OF_OWN : end}];

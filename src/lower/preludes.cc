@@ -110,7 +110,7 @@ void put_argument_block(const Node *block) {
     bool has_checks = false;
     for (const Node *child = block->first_child; child; child = child->next) {
         if (child->kind == NODE_COMMENT) {
-            lower_siblings(child, child->next, Lowering.level);
+            lower_more_siblings(child, child->next);
             continue;
         }
         has_checks |= has_flag(child, HAS_CHECKS);
@@ -147,7 +147,7 @@ const Node *put_argument_blocks(const Node *first) {
     for (const Node *node = first; node; node = node->next) {
         if (node->kind == NODE_COMMENT) continue;
         if (node->kind != NODE_ARGUMENT_BLOCK) break;
-        lower_siblings(rest, node, Lowering.level);
+        lower_more_siblings(rest, node);
         put_argument_block(node);
         rest = node->next;
     }

@@ -104,7 +104,7 @@ void put_nested_functions(const Node *first) {
     const Node *start = first;
     for (const Node *node = first; node; node = node->next) {
         if (node->kind != NODE_FUNCTION) continue;
-        lower_siblings(comments_above(start, node), node, Lowering.level);
+        lower_more_siblings(comments_above(start, node), node);
         start = node->next;
         Symbol *name = child_of_kind(node, NODE_NAME)->symbol;
         add_procedure(Lowering.lines, Lowering.level, node, written_name(name));
@@ -113,16 +113,27 @@ void put_nested_functions(const Node *first) {
     }
 }
 
-const Node *behind_help(const Node *first) {
+const Node *behind_comments(const Node *first) {
     while (first && first->kind == NODE_COMMENT) first = first->next;
     return first;
+}
+
+// Behind the help text: in front of the comments inside of the first statement, and of those right
+// above it when an empty line stands above them.
+const Node *behind_help(const Node *first) {
+    const Node *statement = behind_comments(first);
+    if (statement && statement->kind == NODE_FUNCTION) return comments_above(first, statement);
+    const Node *remark = nullptr;
+    const Node *node = first;
+    for (; node != statement && !has_flag(node, INSIDE); node = node->next)
+        if (has_flag(node, BLANK_BEFORE) && !has_flag(node, TRAILING)) remark = node;
+    return node && remark && !has_flag(node, BLANK_BEFORE) ? remark : node;
 }
 
 // Help text, nested functions, what the parameters need, the body, the results.
 void put_body(const Node *block, const Scope *scope) {
     const Node *first = block->first_child;
     const Node *rest = behind_help(first);
-    if (rest && rest->kind == NODE_FUNCTION) rest = comments_above(first, rest);
     lower_siblings(first, rest, Lowering.level);
     put_nested_functions(rest);
     put_prelude(scope);
@@ -159,22 +170,15 @@ void add_comments(Lines *lines, const Node *comments, const Node *behind) {
 
 }  // namespace
 
-// More of what has been put: the empty lines in front of it are not those at a head.
-static void put_piece(const Node *first, const Node *behind) {
-    const Line *last = Lowering.lines->last;
-    if (first != behind && has_flag(first, BLANK_BEFORE) && last && *last->text) put_line("", {});
-    lower_siblings(first, behind, Lowering.level);
-}
-
 void put_pieces(const Node *first, const Node *left_out) {
     const Node *start = first;
     for (const Node *node = first; node; node = node->next) {
         bool is_function = node->kind == NODE_FUNCTION;
         if (!is_function && node != left_out) continue;
-        put_piece(start, is_function ? comments_above(start, node) : node);
+        lower_more_siblings(start, is_function ? comments_above(start, node) : node);
         start = is_function ? behind_function(node) : node->next;
     }
-    put_piece(start, nullptr);
+    lower_more_siblings(start, nullptr);
 }
 
 const Node *last_return(const Node *body) {

@@ -163,7 +163,9 @@ void put_blank(Siblings *siblings) {
 
 void put_one_comment(Siblings *siblings, const Node *comment) {
     bool is_trailing = siblings->trailed && has_flag(comment, TRAILING);
-    if (!is_trailing) {
+    if (is_trailing) {
+        siblings->has_any = true;
+    } else {
         put_blank(siblings);
         siblings->trailed = nullptr;  // a trailing one behind it follows it
     }
@@ -200,12 +202,10 @@ void put_one_statement(Siblings *siblings, const Node *node) {
     append_lines(siblings->lines, &own);
 }
 
-}  // namespace
-
-void lower_siblings(const Node *first, const Node *end, int level) {
+void lower_list(const Node *first, const Node *end, int level, bool has_any) {
     int outer = Lowering.level;
     Lowering.level = level;
-    Siblings siblings = {Lowering.lines, Lowering.lines->last, false, false, nullptr, false,
+    Siblings siblings = {Lowering.lines, Lowering.lines->last, has_any, false, nullptr, false,
                          nullptr};
     for (const Node *node = first; node != end; node = node->next) {
         if (has_flag(node, BLANK_BEFORE)) siblings.blank_pending = true;
@@ -216,6 +216,17 @@ void lower_siblings(const Node *first, const Node *end, int level) {
         }
     }
     Lowering.level = outer;
+}
+
+}  // namespace
+
+void lower_siblings(const Node *first, const Node *end, int level) {
+    lower_list(first, end, level, false);
+}
+
+void lower_more_siblings(const Node *first, const Node *end) {
+    const Line *last = Lowering.lines->last;
+    lower_list(first, end, Lowering.level, last && *last->text);
 }
 
 void lower_block(const Node *block) {

@@ -8,6 +8,9 @@ void lower_block(const Node *block);
 /* Puts statements and comments from the node first on, up to the node end (not included; null for
  * all), at the level. Functions among them are left out: they are not statements. */
 void lower_siblings(const Node *first, const Node *end, int level);
+/* The same at the current level behind what has been put: empty lines in front of the first one are
+ * not those at the head of a block. */
+void lower_more_siblings(const Node *first, const Node *end);
 
 /* Statements that hold others; assignments.h and deletions.h have the rest. */
 void put_if(const Node *node);

@@ -78,13 +78,21 @@ void put_chain(const Node *first, const char *variable, Lines *in_front) {
 
 }  // namespace
 
+// One in front of the cases.
+static void put_switch_comment(const Node *comment, Line *head, bool is_first) {
+    bool is_trailing = has_flag(comment, TRAILING);
+    if (!is_trailing && !is_first && has_flag(comment, BLANK_BEFORE)) put_line("", {});
+    put_comment(comment, is_trailing ? head : nullptr);
+}
+
 void put_switch(const Node *node) {
     const Node *subject = node->first_child;
     const char *variable = new_switch_variable();
     put_line("%s := %s;", {variable, lower_expression(subject)->text});
     Line *head = Lowering.lines->last;
     const Node *first = subject->next;
-    for (; first && first->kind == NODE_COMMENT; first = first->next) put_comment(first, head);
+    for (; first && first->kind == NODE_COMMENT; first = first->next)
+        put_switch_comment(first, head, first == subject->next);
     if (!first) return;
     Lines *front = Lowering.lines;
     Lines chain = {};
