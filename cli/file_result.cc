@@ -33,9 +33,14 @@ void serialize(Archive &archive, WaitingFact &of) {
 }
 
 template <class Archive>
+void serialize(Archive &archive, MappedLines &of) {
+    archive(of.kind, of.file, of.line, of.column, of.end_line, of.end_column, of.first, of.last);
+}
+
+template <class Archive>
 void serialize(Archive &archive, FileFacts &of) {
     archive(of.lines, of.bytes, of.statements, of.without_message, of.waiting, of.comments,
-            of.comments_kept, of.functions, of.calls);
+            of.comments_kept, of.functions, of.calls, of.map);
 }
 
 template <class Archive>

@@ -174,6 +174,11 @@ void add_report_options(CLI::App &app, Options &options) {
         ->type_name("FILE");
     app.add_option("--graph", options.graph, "Write the call graph to FILE.dot, for Graphviz")
         ->type_name("FILE");
+    app.add_option("--map", options.map,
+                   "Write to FILE which lines come from which part of the source\n\n"
+                   "In JSON, for all files of the run: statements, heads and ends of blocks, "
+                   "comments, functions and gaps with their places.")
+        ->type_name("FILE");
 }
 
 void add_help_options(CLI::App &app) {

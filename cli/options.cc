@@ -90,7 +90,7 @@ std::string report_conflict(const Options &options) {
     if (!options.report.empty() && !is_report_path(options.report))
         return "--report: '" + options.report + '\'' + REPORT_FORMS;
     if (options.wants_statistics() && options.language == "classic")
-        return "classic makes no tree, which reports, graphs and assessments need";
+        return "classic makes no tree, which reports, graphs, maps and assessments need";
     if (options.wants_statistics() && options.dumps_any())
         return "--dump-tree and --dump-values write nothing that could be reported";
     return "";

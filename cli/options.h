@@ -90,9 +90,14 @@ struct Options {
     /* The files for the report and the call graph; empty for none. */
     std::string report;
     std::string graph;
+    /* The file for what lines come from; empty for none. */
+    std::string map;
 
+    bool wants_map() const {
+        return !map.empty() || report.ends_with(".json") || report.ends_with(".html");
+    }
     bool wants_statistics() const {
-        return !report.empty() || !graph.empty() || mode == Mode::Assess;
+        return !report.empty() || !graph.empty() || !map.empty() || mode == Mode::Assess;
     }
 };
 

@@ -63,4 +63,7 @@ std::string report_json(const Report &report);
 std::string report_markdown(const Report &report);
 std::string report_page(const Report &report);
 
+/* The maps of its files as JSON: docs/map.schema.json. */
+std::string map_json(const Report &report);
+
 }  // namespace mtranslate

@@ -43,6 +43,7 @@ void ReportOutput::finish(bool is_interrupted) {
     report_.is_interrupted = is_interrupted;
     sort_report(report_);
     write(report_, options_.report, options_.graph);
+    if (!options_.map.empty()) Output(options_.map).write(map_json(report_));
     if (options_.mode == Mode::Assess) Output(std::nullopt).write(assessment(report_));
 }
 

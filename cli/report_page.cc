@@ -5,6 +5,7 @@
 #include "cli/characters.h"
 #include "cli/files.h"
 #include "cli/report.h"
+#include "cli/statistics_json.h"
 #include "report_page_texts.h"
 
 namespace mtranslate {
@@ -47,6 +48,23 @@ std::string in_element(const Json &json) {
     return text;
 }
 
+/* What the page needs of it: lines alone, of the file itself. */
+Json map_of(const ReportFile &file) {
+    Json map = Json::array();
+    for (const MappedLines &lines : file.facts.map)
+        if (lines.file.empty())
+            map.push_back(
+                {lines.line, lines.end_line, lines.first, lines.last, name_of_kind(lines.kind)});
+    return map;
+}
+
+/* The report without what the texts have. */
+Json report_of(const Report &report) {
+    Json json = Json::parse(report_json(report));
+    for (Json &file : json["files"]) file.erase("map");
+    return json;
+}
+
 /* Null where the source cannot be read again. */
 Json texts_of(const ReportFile &file) {
     const auto source = read_regular_file(file.path);
@@ -54,7 +72,9 @@ Json texts_of(const ReportFile &file) {
     Json texts = {{"source", readable(*source)}};
     auto translation = file.translation;
     if (!translation && !file.output.empty()) translation = read_regular_file(file.output);
-    if (translation) texts["translation"] = readable(*translation);
+    if (!translation) return texts;
+    texts["translation"] = readable(*translation);
+    texts["map"] = map_of(file);
     return texts;
 }
 
@@ -94,7 +114,7 @@ std::string report_page(const Report &report) {
          {elements_js, tables_js, call_graph_js, source_view_js, views_js})
         scripts.append(script) += '\n';
     return filled(page_html, {{"STYLE", std::string(page_css)},
-                              {"REPORT", in_element(Json::parse(report_json(report)))},
+                              {"REPORT", in_element(report_of(report))},
                               {"TEXTS", text_elements(report)},
                               {"SCRIPTS", scripts}});
 }

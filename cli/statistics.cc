@@ -8,6 +8,7 @@
 #include "cli/excerpt.h"
 #include "cli/file_index.h"
 #include "cli/messages.h"
+#include "cli/places.h"
 #include "cli/unread_statements.h"
 #include "diagnose/messages.h"
 #include "lower/pieces.h"
@@ -33,6 +34,7 @@ struct Range {
 struct Notes {
     const FileIndex *index;
     FileFacts *facts;
+    const LineMapWatch *lines; /* null for none */
     std::map<std::uint32_t, NotedCall> calls;
     std::set<std::uint32_t> comments;
     std::vector<Range> sources;
@@ -148,25 +150,6 @@ std::uint32_t count_lines(::Source &source) {
     return end.column == 1 ? end.line - 1 : end.line;
 }
 
-/* Places of a source, asked for in its order. */
-class Places {
-public:
-    explicit Places(::Source &source) : source_(source) {}
-
-    void set(CallFact &call, std::uint32_t offset) {
-        constexpr std::string_view MARK = "\xEF\xBB\xBF";
-        const Position place = position_of(&source_, offset);
-        std::string_view before(source_.text + offset - (place.column - 1), place.column - 1);
-        if (place.line == 1 && before.starts_with(MARK)) before.remove_prefix(MARK.size());
-        call.line = place.line;
-        call.column = columns_.column(place.line, before);
-    }
-
-private:
-    ::Source &source_;
-    ColumnCounter columns_;
-};
-
 void count_calls(const SourceFile &file, const Outline &outline) {
     Places places(*file.source);
     std::map<std::tuple<int, std::string, CallEnd, std::string>, std::size_t> known;
@@ -177,7 +160,9 @@ void count_calls(const SourceFile &file, const Outline &outline) {
         const auto [at, is_new] =
             known.try_emplace({fact.in, fact.name, fact.end, fact.target}, calls.size());
         if (is_new) {
-            places.set(fact, offset);
+            const Place place = places.at(offset);
+            fact.line = place.line;
+            fact.column = place.column;
             calls.push_back(std::move(fact));
         }
         ++calls[at->second].count;
@@ -240,12 +225,14 @@ void summarise(const SourceFile *file) {
     mark_unresolved(outline.statements);
     count_statements(outline.statements);
     count_comments(outline.comments);
+    if (notes.lines) notes.facts->map = notes.lines->map();
 }
 
 }  // namespace
 
-StatisticsWatch::StatisticsWatch(const FileIndex *index) {
-    notes = {index, &facts_, {}, {}, {}};
+StatisticsWatch::StatisticsWatch(const FileIndex *index, bool wants_map) {
+    if (wants_map) lines_.emplace();
+    notes = {index, &facts_, lines_ ? &*lines_ : nullptr, {}, {}, {}};
     OnPiece = note;
     OnProgram = summarise;
 }

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "cli/line_map.h"
 
 namespace mtranslate {
 
@@ -57,13 +60,14 @@ struct FileFacts {
     std::size_t comments_kept = 0;
     std::vector<FunctionFact> functions; /* in source order, nested ones too */
     std::vector<CallFact> calls;         /* in the order of their first places */
+    LineMap map;                         /* where it is asked for */
 };
 
 /* Has what becomes of a run's own source noted for as long as this lives; one at a time. */
 class StatisticsWatch {
 public:
     /* index: of the run, null for none; lives as long as this. */
-    explicit StatisticsWatch(const FileIndex *index);
+    StatisticsWatch(const FileIndex *index, bool wants_map);
     ~StatisticsWatch();
     StatisticsWatch(const StatisticsWatch &) = delete;
     StatisticsWatch &operator=(const StatisticsWatch &) = delete;
@@ -73,6 +77,7 @@ public:
 
 private:
     FileFacts facts_;
+    std::optional<LineMapWatch> lines_;
 };
 
 }  // namespace mtranslate

@@ -1,11 +1,19 @@
 /* Members in the words of the report. */
 #include "cli/statistics_json.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "cli/files.h"
 
 namespace mtranslate {
 
 using Json = nlohmann::ordered_json;
+
+/* ORDER LineKind. */
+static constexpr const char *LINE_KINDS[] = {"statement", "head",    "end",     "comment",
+                                             "function",  "prelude", "results", "gap"};
 
 NLOHMANN_JSON_SERIALIZE_ENUM(CallEnd, {{CallEnd::Unresolved, "unresolved"},
                                        {CallEnd::Found, "found"},
@@ -52,6 +60,32 @@ static void from_json(const Json &json, CallFact &call) {
     json.at("column").get_to(call.column);
 }
 
+const char *name_of_kind(LineKind kind) { return LINE_KINDS[kind]; }
+
+void to_json(Json &json, const MappedLines &lines) {
+    json = {{"kind", name_of_kind(lines.kind)}};
+    if (!lines.file.empty()) json["file"] = lines.file;
+    json["line"] = lines.line;
+    json["column"] = lines.column;
+    json["endLine"] = lines.end_line;
+    json["endColumn"] = lines.end_column;
+    json["first"] = lines.first;
+    json["last"] = lines.last;
+}
+
+static void from_json(const Json &json, MappedLines &lines) {
+    const auto *kind = std::ranges::find(LINE_KINDS, json.at("kind").get<std::string>());
+    if (kind == std::end(LINE_KINDS)) throw FileError("a map has an unknown kind");
+    lines.kind = static_cast<LineKind>(kind - LINE_KINDS);
+    lines.file = json.value("file", "");
+    json.at("line").get_to(lines.line);
+    json.at("column").get_to(lines.column);
+    json.at("endLine").get_to(lines.end_line);
+    json.at("endColumn").get_to(lines.end_column);
+    json.at("first").get_to(lines.first);
+    json.at("last").get_to(lines.last);
+}
+
 void to_json(Json &json, const FileFacts &facts) {
     json = {{"lines", facts.lines},
             {"bytes", facts.bytes},
@@ -59,7 +93,8 @@ void to_json(Json &json, const FileFacts &facts) {
             {"statements", {{"all", facts.statements}, {"withoutMessage", facts.without_message}}},
             {"waiting", facts.waiting},
             {"comments", {{"all", facts.comments}, {"kept", facts.comments_kept}}},
-            {"calls", facts.calls}};
+            {"calls", facts.calls},
+            {"map", facts.map}};
 }
 
 void from_json(const Json &json, FileFacts &facts) {
@@ -72,6 +107,7 @@ void from_json(const Json &json, FileFacts &facts) {
     json.at("comments").at("all").get_to(facts.comments);
     json.at("comments").at("kept").get_to(facts.comments_kept);
     json.at("calls").get_to(facts.calls);
+    if (json.contains("map")) json.at("map").get_to(facts.map);
 }
 
 }  // namespace mtranslate

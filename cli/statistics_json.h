@@ -7,6 +7,8 @@
 
 namespace mtranslate {
 
+const char *name_of_kind(LineKind kind);
+void to_json(nlohmann::ordered_json &json, const MappedLines &lines);
 void to_json(nlohmann::ordered_json &json, const FileFacts &facts);
 /* Throws nlohmann::json::exception where the value is no such record. */
 void from_json(const nlohmann::ordered_json &json, FileFacts &facts);

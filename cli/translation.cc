@@ -176,7 +176,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     FindMethod = index ? find_method_in_index : nullptr;
     const RunWatch watch(&translation.files_read, &messages);
     std::optional<StatisticsWatch> statistics;
-    if (wanted.wants_statistics()) statistics.emplace(index);
+    if (wanted.wants_statistics()) statistics.emplace(index, wanted.wants_map());
     if (wanted.dumps_any()) watch.show_tree_in(&translation, wanted.dumps_values);
     run(host, source, wanted, messages, translation);
     translation.rules_used = answers.used();

@@ -1,9 +1,11 @@
 /* What holds for every program: generated ones, in all their writings. */
 #include <algorithm>
+#include <map>
 #include <random>
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
+#include "lower/origins.h"
 #include "syntax/parser.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"
@@ -170,6 +172,151 @@ TEST(Generated, variables_may_depend_on_each_other) {
         chain += "v" + std::to_string(k) + " = " + next + repeated(" + " + next, 9) + ";\n";
     }
     EXPECT_EQ(form_error(run_matlab(chain + "v100 = 1; x = 1:9; y = x(1:v0);").text.value()), "");
+}
+
+/* The lines of a run that come from one part of its source. */
+struct Mapped {
+    LineKind kind;
+    uint32_t begin, end;
+    uint32_t first, last;
+};
+
+std::vector<Mapped> *mapped;
+
+void note_lines(const Origin *origin, uint32_t first, uint32_t count) {
+    mapped->push_back({origin->kind, origin->begin, origin->end, first, first + count - 1});
+}
+
+/* A translation with what its lines come from, each part with all its lines, by their places. */
+struct MappedText {
+    Texts lines;                        /* the first one is 0, which is none */
+    std::vector<Mapped> parts;          /* but what functions need at their starts and ends */
+    std::map<uint32_t, Mapped> by_line; /* the innermost part */
+};
+
+Texts lines_of(const std::string &text) {
+    Texts lines;
+    std::istringstream from(text);
+    for (std::string line; std::getline(from, line);) lines.push_back(line);
+    return lines;
+}
+
+MappedText mapped_text(const std::string &source) {
+    MappedText text;
+    std::vector<Mapped> told;
+    mapped = &told;
+    OnLines = note_lines;
+    text.lines = lines_of("\n" + run_matlab(source).text.value());
+    OnLines = nullptr;
+    std::ranges::stable_sort(
+        told, {}, [](const Mapped &part) { return std::tuple(part.begin, part.kind, part.first); });
+    for (const Mapped &part : told) {
+        for (uint32_t line = part.first; line <= part.last; line++) text.by_line[line] = part;
+        if (part.kind == PRELUDE_LINES || part.kind == RESULT_LINES) continue;
+        const bool is_more = !text.parts.empty() && text.parts.back().begin == part.begin &&
+                             text.parts.back().kind == part.kind;
+        if (is_more)
+            text.parts.back().last = part.last;
+        else
+            text.parts.push_back(part);
+    }
+    return text;
+}
+
+/* Whether the lines of some innermost part around the byte hold the text. */
+bool hold_at(const MappedText &text, size_t at, const std::string &wanted) {
+    const Mapped *innermost = nullptr;
+    for (const Mapped &part : text.parts)
+        if (part.begin <= at && at < part.end)
+            if (!innermost || part.end - part.begin <= innermost->end - innermost->begin)
+                innermost = &part;
+    if (!innermost) return false;
+    const auto from = text.lines.begin() + innermost->first;
+    return std::any_of(from, from + (innermost->last - innermost->first + 1),
+                       [&](const std::string &line) { return line.find(wanted) != line.npos; });
+}
+
+TEST(Generated, lines_hold_what_they_come_from) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned seed) {
+        for (const Writing &writing : writings(seed)) {
+            const std::string source = written(program, writing);
+            const MappedText text = mapped_text(source);
+            Texts wanted = marks_in(source);
+            if (!writing.has_separators)
+                wanted.insert(wanted.end(), program.literals.begin(), program.literals.end());
+            for (const std::string &held : wanted) {
+                const size_t at = source.find(held);
+                if (at == source.npos) continue;  // written otherwise
+                ASSERT_TRUE(hold_at(text, at, held)) << held << "\n" << source;
+            }
+        }
+    });
+}
+
+/* What stands between two parts: nothing but blanks and ends, and whether an empty line. */
+enum class Between { SOMETHING, NOTHING, EMPTY_LINE };
+Between between(const std::string &source, uint32_t begin, uint32_t end) {
+    if (begin > end) return Between::SOMETHING;
+    const std::string text = source.substr(begin, end - begin);
+    if (text.find_first_not_of(" \t\n,;") != text.npos) return Between::SOMETHING;
+    const auto ends = std::ranges::count(text, '\n');
+    return ends > 1 ? Between::EMPTY_LINE : ends == 1 ? Between::NOTHING : Between::SOMETHING;
+}
+
+bool is_first_on_line(const std::string &source, size_t at) {
+    const size_t start = source.rfind('\n', at) + 1;
+    return source.find_first_not_of(" \t", start) == at;
+}
+
+/* What a statement needs in front of it may come from a statement inside of it. */
+bool is_or_is_within(const Mapped &line, const Mapped &part) {
+    return line.begin >= part.begin && line.kind != FUNCTION_LINES;
+}
+
+/* Which of the parts are comments that stand above a function, or behind its head as help text. */
+std::vector<bool> comments_of_functions(const MappedText &text, const std::string &source) {
+    std::vector<bool> are_of_functions(text.parts.size());
+    for (size_t i = 1; i < text.parts.size(); i++) {
+        const Mapped &before = text.parts[i - 1];
+        const bool follows = before.kind == FUNCTION_LINES || are_of_functions[i - 1];
+        are_of_functions[i] =
+            follows && text.parts[i].kind == COMMENT_LINES &&
+            between(source, before.end, text.parts[i].begin) != Between::EMPTY_LINE;
+    }
+    for (size_t i = text.parts.size(); i-- > 1;)
+        if (text.parts[i].kind == FUNCTION_LINES || are_of_functions[i])
+            if (text.parts[i - 1].kind == COMMENT_LINES) are_of_functions[i - 1] = true;
+    return are_of_functions;
+}
+
+/* Also in a handler, which is put as comments. */
+bool is_empty_line(const std::string &line) { return line.find_first_not_of("# ") == line.npos; }
+
+/* Comments stand above what they stand above in the source, and empty lines in front of them are
+ * kept; at heads of blocks there are none. */
+TEST(Generated, comments_stay_where_they_are) {
+    for_programs({KINDS[0], KINDS[1], KINDS[2]}, [](const Program &program, unsigned seed) {
+        const Writing writing{seed, true, false, false, false, true, "\n"};
+        const std::string source = written(program, writing);
+        MappedText text = mapped_text(source);
+        const std::vector<bool> are_of_functions = comments_of_functions(text, source);
+        for (size_t i = 1; i < text.parts.size(); i++) {
+            const Mapped &before = text.parts[i - 1];
+            const Mapped &part = text.parts[i];
+            const Between gap = between(source, before.end, part.begin);
+            const bool is_remark = before.kind == COMMENT_LINES && !are_of_functions[i - 1] &&
+                                   is_first_on_line(source, before.begin);
+            const bool is_above = is_remark && gap == Between::NOTHING && part.kind != END_LINES;
+            const bool is_head = before.kind == HEAD_LINES || before.kind == FUNCTION_LINES ||
+                                 before.kind == GAP_LINES;
+            const bool is_apart = part.kind == COMMENT_LINES && !are_of_functions[i] &&
+                                  gap == Between::EMPTY_LINE && !is_head;
+            ASSERT_TRUE(!is_above || is_or_is_within(text.by_line[before.last + 1], part))
+                << source.substr(before.begin);
+            ASSERT_TRUE(!is_apart || is_empty_line(text.lines[part.first - 1]))
+                << source.substr(part.begin);
+        }
+    });
 }
 
 /* Whether "f1" is in a text, and not only "f12". */

@@ -50,6 +50,18 @@ std::string calls_in(const Json &file) {
 
 }  // namespace
 
+/* Which lines come from what: "kind line:column-line:column first-last", each on a line, those of
+ * another file with its name. */
+std::string map_text(const Json &map) {
+    std::ostringstream text;
+    for (const Json &lines : map)
+        text << (lines.contains("file") ? lines["file"].get<std::string>() + ' ' : "")
+             << lines["kind"].get<std::string>() << ' ' << lines["line"] << ':' << lines["column"]
+             << '-' << lines["endLine"] << ':' << lines["endColumn"] << ' ' << lines["first"] << '-'
+             << lines["last"] << '\n';
+    return text.str();
+}
+
 /* The golden files are made by scripts/goldens. */
 TEST_F(Reports, are_the_same_however_they_are_made) {
     copy_tree();
@@ -180,6 +192,105 @@ TEST_F(Reports, tell_how_calls_end) {
     });
 }
 
+TEST_F(Reports, map_lines_to_what_they_come_from) {
+    write(directory / "t/setup.m", "% set\na = 1;\n");
+    const struct {
+        const char *source, *map;
+    } rows[] = {
+        {"", ""},
+        {"y = 1; z = ...\n  2; % c\n",
+         "statement 1:1-1:6 1-1\n"
+         "statement 1:8-2:4 2-2\n"
+         "comment 2:6-2:9 2-2\n"},
+        {"s = '\xC3\xA9'; setup; % c\n",
+         "statement 1:1-1:8 1-1\n"
+         "statement 1:10-1:15 2-3\n"
+         "t/setup.m comment 1:1-1:6 2-2\n"
+         "comment 1:17-1:20 3-3\n"
+         "t/setup.m statement 2:1-2:6 3-3\n"},
+        {"if x, y = 1;\nelseif f(y) && z % c\nelse\n  eval('1')\nend\n",
+         "head 1:1-1:5 1-1\n"
+         "statement 1:7-1:12 2-2\n"
+         "head 2:1-2:17 3-8\n"
+         "comment 2:18-2:21 8-8\n"
+         "head 3:1-3:5 9-9\n"
+         "gap 4:3-4:12 10-10\n"
+         "end 5:1-5:4 11-12\n"},
+        {"function [a, b] = f(c, varargin)\n% help\nglobal g\nc(1) = 2;\nreturn\nend\n",
+         "function 1:1-1:33 1-3\n"
+         "comment 2:1-2:7 5-5\n"
+         "prelude 1:20-1:33 6-11\n"
+         "statement 4:1-4:9 12-12\n"
+         "statement 5:1-5:7 13-17\n"
+         "end 6:1-6:4 18-18\n"},
+        {"function f\nx = 1;\nfunction g\nx = (1;\n",
+         "function 1:1-1:11 1-2\n"
+         "statement 2:1-2:6 3-3\n"
+         "end 2:7-2:7 4-4\n"
+         "function 3:1-3:11 6-6\n"
+         "gap 4:1-4:8 7-7\n"
+         "end 4:8-4:8 8-8\n"},
+        {"do\n  x = 1;\nuntil x\nfor k = 1:2, x = k; end, while 1, end\n",
+         "head 1:1-1:3 1-1\n"
+         "statement 2:3-2:8 2-2\n"
+         "end 3:1-3:8 3-6\n"
+         "head 4:1-4:12 7-7\n"
+         "statement 4:14-4:19 8-8\n"
+         "end 4:21-4:24 9-9\n"
+         "head 4:26-4:33 10-10\n"
+         "end 4:35-4:38 11-11\n"},
+        {"switch x % c\n  case 1\n    y = 2;\n  otherwise\nend\n",
+         "head 1:1-1:9 1-1\n"
+         "comment 1:10-1:13 1-1\n"
+         "head 2:3-2:9 2-2\n"
+         "statement 3:5-3:10 3-3\n"
+         "head 4:3-4:12 4-4\n"
+         "end 5:1-5:4 5-5\n"},
+        {"s.b = 1;\ntry\n  x = 1;\ncatch e\n  y = 2; % c\nend\ntry\n  t = s.a;\ncatch\n  t = "
+         "1;\nend\n",
+         "statement 1:1-1:8 1-1\n"
+         "gap 2:1-2:4 2-2\n"
+         "statement 3:3-3:8 3-3\n"
+         "head 4:1-4:8 4-4\n"
+         "statement 5:3-5:8 5-5\n"
+         "comment 5:10-5:13 5-5\n"
+         "head 7:1-7:4 6-6\n"
+         "statement 8:3-8:10 7-7\n"
+         "head 9:1-9:6 8-8\n"
+         "statement 10:3-10:8 9-9\n"
+         "end 11:1-11:4 10-10\n"},
+        {"x = @(t) t && f(t);\n", "statement 1:1-1:19 1-8\n"},
+        {"z(end+1) = 1;\nfunction r = f(a)\npersistent n\nr = a;\nend\n",
+         "statement 3:1-3:13 1-1\n"
+         "function 2:1-2:18 2-4\n"
+         "statement 4:1-4:6 6-6\n"
+         "results 2:10-2:11 7-7\n"
+         "end 5:1-5:4 8-8\n"
+         "statement 1:1-1:13 10-11\n"},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.source);
+        write(directory / "t/s.m", row.source);
+        EXPECT_EQ(map_text(report("t/s.m t/setup.m")["files"][0]["map"]), row.map);
+        run("mtranslate t/s.m t/setup.m -O o --map m.json");
+        EXPECT_TRUE(is_valid("m.json", "docs/map.schema.json"));
+        EXPECT_EQ(map_text(Json::parse(read(directory / "m.json"))["files"][0]["map"]), row.map);
+    }
+    check({
+        {"mtranslate -c 'x = 1' --map m.json; cat m.json", 0,
+         "x := 1;\n"
+         R"({"format": "mtranslate map", "version": 1, "files": [)"
+         "\n"
+         R"({"path": "<command>", "map": [)"
+         "\n"
+         R"({"kind":"statement","line":1,"column":1,"endLine":1,"endColumn":6,"first":1,"last":1}]}]})"
+         "\n",
+         ""},
+        {"mtranslate t -O o --map none/m.json 2>&1 | tail -n 1", 0,
+         "mtranslate: error: cannot write 'none/m.json': No such file or directory\n", ""},
+    });
+}
+
 TEST_F(Reports, hold_what_became_of_each_file) {
     write(directory / "t/a.m", "x = 1;\n");
     write(directory / "t/b.m", "x = (1;\n");
@@ -245,7 +356,8 @@ TEST_F(Reports, are_refused_where_there_can_be_none) {
         {"mtranslate report no.json -o r", 2, "",
          "mtranslate: error: -o: 'r' is no .html, .md or .json" + help},
         {"mtranslate check s.m --language classic --report r.md", 2, "",
-         "mtranslate: error: classic makes no tree, which reports, graphs and assessments need" +
+         "mtranslate: error: classic makes no tree, which reports, graphs, maps and assessments "
+         "need" +
              help},
         {"mtranslate report s.json", 3, "", "mtranslate: error: cannot read the report 's.json'\n"},
         {"mtranslate report no.json", 3, "",

@@ -6,55 +6,37 @@ const linesOf = text => {
   return lines;
 };
 
-// What a line of the source, and one of the translation, may have in common. The kinds are tried one
-// after the other, each between the matches of those before it, no further ahead than its reach.
-const alignments = [
-  { reach: Infinity,
-    source: line => line.match(/^\s*function\b(?:[^=(%]*=)?\s*([A-Za-z][\w.]*)/)?.[1],
-    target: line => line.match(/^\s*(?:m_)?(\w+) := proc\(/)?.[1] },
-  { reach: Infinity,
-    source: line => line.match(/^\s*[%#](.*\w.*\w.*)$/)?.[1].trim(),
-    target: line => line.match(/^\s*#(.*\w.*\w.*)$/)?.[1].trim() },
-  { reach: 40,
-    source: line => line.match(/^\s*([A-Za-z]\w*)[^=<>~]*=(?!=)/)?.[1],
-    target: line => line.match(/^\s*([A-Za-z]\w*)[^:]*:=(?! copy\(qxrp_)/)?.[1] },
-  { reach: 20,
-    source: line => line.match(/^\s*(if|for|while|elseif|else)\b/)?.[1].replace("elseif", "elif"),
-    target: line => line.match(/^\s*(if|for|while|elif|else)\b/)?.[1] },
-];
-
-// Pairs [source line, translation line], both from 0 and ascending.
-function matches(source, target, level = 0, from = [0, 0], to = [source.length, target.length]) {
-  if (level === alignments.length) return [];
-  const { reach, source: keyOfSource, target: keyOfTarget } = alignments[level];
-  const pairs = [];
-  let [done, next] = from;
-  const between = (a, b) => pairs.push(...matches(source, target, level + 1, [done, next], [a, b]));
-  for (let i = from[0]; i < to[0]; i++) {
-    const key = keyOfSource(source[i]);
-    if (!key) continue;
-    const end = Math.min(to[1], next + (i - done) + reach);
-    for (let j = next; j < end; j++) {
-      if (keyOfTarget(target[j]) !== key) continue;
-      between(i, j);
-      pairs.push([i, j]);
-      [done, next] = [i + 1, j + 1];
-      break;
+// The source line of each line of the translation, both from 0. Parts of the map are [line, end line,
+// first, last, kind], from 1: what stands on the lines of a part goes beside it line by line. What
+// functions need at their starts and ends, and what comes from elsewhere, follows the line before it.
+function sourceLines(source, target, map) {
+  const lines = new Array(target.length);
+  const ends = new Array(target.length);
+  const enter = ([line, endLine, first, last]) => {
+    for (let j = first - 1; j < last; j++) {
+      lines[j] ??= Math.min(line + j - first, endLine - 1);
+      ends[j] ??= endLine - 1;
     }
-  }
-  between(...to);
-  return pairs;
+  };
+  const isPlaced = kind => kind !== "prelude" && kind !== "results";
+  for (const part of map) if (part[4] !== "comment" && isPlaced(part[4])) enter(part);
+  for (const part of map) if (part[4] === "comment") enter(part);
+  let before = 0;
+  let end = 0;
+  return Array.from(lines, (line, j) => {
+    const isEmpty = target[j] === "" && source[end + 1]?.trim() === "";
+    before = line ?? (isEmpty ? end + 1 : before);
+    end = ends[j] ?? before;
+    return before;
+  });
 }
 
-// Rows [source line, translation line]; undefined where one side has none.
-function alignedRows(source, target) {
-  const rows = [];
-  let [i, j] = [0, 0];
-  for (const [a, b] of [...matches(source, target), [source.length, target.length]]) {
-    while (i < a || j < b) rows.push([i < a ? i++ : undefined, j < b ? j++ : undefined]);
-    if (a < source.length) rows.push([i++, j++]);
-  }
-  return rows;
+// Rows [source line, translation line] in the order of the source; undefined where one side has none.
+function alignedRows(source, target, map) {
+  const beside = source.map(() => []);
+  if (source.length) sourceLines(source, target, map).forEach((line, j) => beside[line].push(j));
+  return beside.flatMap(([first, ...others], i) =>
+    [[i, first], ...others.map(j => [undefined, j])]);
 }
 
 // The line with the ranges of its messages marked; columns count characters.
@@ -104,11 +86,11 @@ const messageRow = messages => element("tr", { class: "marked" },
           messages.map(message => element("div", {}, messageText(message)))),
   element("td", { class: "right" }), element("td"));
 
-function sourceTable(source, target, messages) {
+function sourceTable(source, target, map, messages) {
   const byLine = new Map(messages.map(message => [message.line, []]));
   for (const message of messages) byLine.get(message.line).push(message);
   const body = element("tbody");
-  for (const row of alignedRows(source, target ?? [])) {
+  for (const row of alignedRows(source, target ?? [], map)) {
     const own = row[0] === undefined ? [] : byLine.get(row[0] + 1) ?? [];
     body.append(sourceRow(row, source, target, own));
     if (own.length) body.append(messageRow(own));
@@ -141,7 +123,7 @@ function sourceSection(number, file) {
   const target = texts.translation === undefined ? null : linesOf(texts.translation);
   return element("section", {},
     target ? null : element("p", { class: "hint" }, "There is no translation of this file."),
-    sourceTable(linesOf(texts.source), target, placed));
+    sourceTable(linesOf(texts.source), target, texts.map, placed));
 }
 
 function elsewhere(file) {

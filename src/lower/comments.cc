@@ -2,6 +2,7 @@
 #include "lower/comments.h"
 
 #include "lower/context.h"
+#include "lower/origins.h"
 #include "lower/pieces.h"
 
 // Lines of block comments keep their indentation, so that they may begin with anything.
@@ -13,9 +14,13 @@ static const char *mark_of(const Node *comment) {
 void put_comment(const Node *comment, Line *trailed) {
     note_piece(comment, COMMENT_IS_PUT);
     const char *text = form_text("%s%s", {mark_of(comment), comment->text});
+    Origin *outer = begin_origin(COMMENT_LINES, comment);
     if (trailed && has_flag(comment, TRAILING)) {
         trailed->text = form_text("%s %s", {trailed->text, text});
+        if (CurrentOrigin) CurrentOrigin->also = trailed->origin;
+        trailed->origin = CurrentOrigin;
     } else {
         add_line(Lowering.lines, Lowering.level, text);
     }
+    end_origin(outer);
 }

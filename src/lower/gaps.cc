@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/context.h"
+#include "lower/origins.h"
 #include "lower/pieces.h"
 #include "lower/program_files.h"
 #include "support/allocation.h"
@@ -41,11 +42,13 @@ const char *next_line(SourceLines *lines) {
 
 void put_gap(const Node *node, MessageId id) {
     note_piece(node, SOURCE_IS_PUT);
+    Origin *outer = begin_origin(GAP_LINES, node);
     const MessageRow *row = &MessageTable[id];
     const char *source = CurrentFile->source->text;
     SourceLines lines = {source + node->offset, source + end_of(node)};
     put_line("# not translated (%s %s): %s", {row->code, row->name, next_line(&lines)});
     while (lines.at < lines.end) put_line("# %s", {next_line(&lines)});
+    end_origin(outer);
 }
 
 // The error stands within the node, or right behind it where something is missing.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "emit/output.h"
+#include "lower/origins.h"
 #include "support/allocation.h"
 #include "translate/text_forms.h"
 
@@ -18,11 +19,17 @@ constexpr int DEEPEST_INDENT = 50;
 // further.
 int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
 
+uint32_t count_lines(const char *text) {
+    uint32_t count = 1;
+    while ((text = strchr(text, '\n'))) count++, text++;
+    return count;
+}
+
 }  // namespace
 
 void add_line(Lines *lines, int level, const char *text) {
     Line *line = AllocRecord<Line>();
-    *line = {level, text, nullptr};
+    *line = {level, text, nullptr, CurrentOrigin};
     Lines one = {line, line};
     append_lines(lines, &one);
 }
@@ -38,6 +45,7 @@ void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         if (*line->text) write_indent(shown_level(line));
         write_output({line->text, "\n"});
+        if (OnLines) tell_lines(*line->text ? line->origin : nullptr, count_lines(line->text));
     }
 }
 

@@ -6,12 +6,15 @@
 
 #include "translate/text_forms.h"
 
+struct Origin;
+
 /* A line without its indentation and its end; one that holds a procedure has line ends of its own
  * inside. The empty text is an empty line. */
 struct Line {
     int32_t level; /* of indentation */
     const char *text;
     Line *next;
+    Origin *origin; /* null when nobody listens, or for lines that come from nowhere */
 };
 
 /* A list of lines, at first {nullptr, nullptr}. */
@@ -20,11 +23,13 @@ struct Lines {
     Line *last;
 };
 
-/* Puts a line behind the others; the text is kept by the caller until the run ends. */
+/* Puts a line of the current origin behind the others; the text is kept by the caller until the run
+ * ends. */
 void add_line(Lines *lines, int level, const char *text);
 /* Moves the lines of more behind the others, and empties it. */
 void append_lines(Lines *lines, Lines *more);
-/* Writes the lines, with their indentation and ends, into the output text. */
+/* Writes the lines, with their indentation and ends, into the output text, and tells of them
+ * (origins.h). */
 void write_lines(const Lines *lines);
 
 /* The lines as one kept text, with line ends between them but none behind the last. */

@@ -191,7 +191,7 @@ void put_do_until(const Node *node) {
     put_line("while %s do", {endless_test()});
     Lowering.level++;
     if (tests_first) put_until_first(block->next, is_later);
-    lower_siblings(block->first_child, nullptr, Lowering.level);
+    lower_block_at(block, Lowering.level);
     if (!tests_first) put_until(block->next);
     Lowering.level--;
     put_line("end do;", {});

@@ -5,6 +5,7 @@
 #include "lower/context.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
+#include "lower/origins.h"
 #include "lower/program_files.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
@@ -114,7 +115,9 @@ void put_argument_block(const Node *block) {
             continue;
         }
         has_checks |= has_flag(child, HAS_CHECKS);
+        Origin *outer = begin_origin(PRELUDE_LINES, child);
         if (!has_flag(block, FOR_OUTPUTS)) put_argument(child);
+        end_origin(outer);
     }
     if (has_checks) report(ARGUMENT_CHECKS, CurrentFile->source, block->offset, block->length);
 }
@@ -132,7 +135,9 @@ const char *parameter_list(const Scope *scope) {
 }
 
 void put_prelude(const Scope *scope) {
-    const Node *first = parameters_of(scope)->first_child;
+    const Node *parameters = parameters_of(scope);
+    const Node *first = parameters->first_child;
+    Origin *outer = begin_origin(PRELUDE_LINES, parameters);
     for (const Node *parameter = first; parameter; parameter = parameter->next)
         put_parameter(scope, parameter);
     if (scope->flags & HAS_VARARGOUT)
@@ -140,6 +145,7 @@ void put_prelude(const Scope *scope) {
     for (const Node *parameter = first; parameter; parameter = parameter->next)
         if (parameter->kind == NODE_DEFAULT)
             put_default(parameter->first_child, parameter->first_child->symbol);
+    end_origin(outer);
 }
 
 const Node *put_argument_blocks(const Node *first) {

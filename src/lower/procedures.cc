@@ -1,9 +1,12 @@
 // Procedures.
 #include "lower/procedures.h"
 
+#include <algorithm>
+
 #include "diagnose/messages.h"
 #include "lower/context.h"
 #include "lower/host_words.h"
+#include "lower/origins.h"
 #include "lower/packages.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
@@ -139,7 +142,28 @@ void put_body(const Node *block, const Scope *scope) {
     put_prelude(scope);
     put_starts(scope);
     put_pieces(put_argument_blocks(rest), nullptr);
-    if (!last_return(block)) put_return();
+    if (last_return(block)) return;
+    Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
+    put_return();
+    end_origin(outer);
+}
+
+// Up to the end of what its parentheses hold.
+Origin *begin_function(const Node *function) {
+    const Node *name = child_of_kind(function, NODE_NAME);
+    const Node *parameters = child_of_kind(function, NODE_PARAMETERS);
+    uint32_t end = std::max(end_of(name), end_of(parameters));
+    return begin_origin(FUNCTION_LINES, function->offset, end);
+}
+
+// The end is a word, or does not stand in the source.
+void add_end(Lines *lines, int level, const Node *function) {
+    const Node *block = child_of_kind(function, NODE_BLOCK);
+    bool has_end = has_flag(function, CLOSED_BY_END);
+    Origin *outer = begin_origin(END_LINES, function);
+    begin_rest(has_end ? end_of(block) : end_of(function));
+    add_line(lines, level, "end proc;");
+    end_origin(outer);
 }
 
 void add_procedure(Lines *lines, int level, const Node *function, const char *name) {
@@ -148,6 +172,7 @@ void add_procedure(Lines *lines, int level, const Node *function, const char *na
     report_outputs(scope, outputs);
     report_outer_settings(scope);
     PackageFlags outer_flags = begin_packages();
+    Origin *outer_origin = begin_function(function);
     Lines body = {};
     LoweringContext outer = begin_lowering(scope, &body, level + 1);
     name_persistent(scope, name);
@@ -158,7 +183,8 @@ void add_procedure(Lines *lines, int level, const Node *function, const char *na
     add_local(lines, level + 1, scope, Lowering.generated);
     add_global(lines, level + 1, scope);
     append_lines(lines, &body);
-    add_line(lines, level, "end proc;");
+    add_end(lines, level, function);
+    end_origin(outer_origin);
     Lowering = outer;
 }
 

@@ -8,6 +8,7 @@
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
+#include "lower/origins.h"
 #include "lower/packages.h"
 #include "lower/pieces.h"
 #include "lower/procedures.h"
@@ -85,8 +86,10 @@ void write_called_files() {
 }
 
 void write_script(const PackageFlags *used, const Lines *lines) {
-    if (FileMode && used->array_tools) write_output("with(ArrayTools):\n");
-    if (FileMode && used->linear_algebra) write_output("with(LinearAlgebra):\n");
+    Lines head = {};
+    if (FileMode && used->array_tools) add_line(&head, 0, "with(ArrayTools):");
+    if (FileMode && used->linear_algebra) add_line(&head, 0, "with(LinearAlgebra):");
+    write_lines(&head);
     write_lines(lines);
 }
 
@@ -126,6 +129,7 @@ void begin_program(SourceLanguage language) {
     begin_messages();
     begin_syntax();
     begin_files(language);
+    begin_origins();
     begin_calls();
     begin_methods();
     begin_procedures();
@@ -154,7 +158,10 @@ const char *lower_script_call(const Node *name) {
     file->is_open = true;
     ScriptCalls++;
     ScriptDepth++;
+    Origin *calling = CallingOrigin;
+    CallingOrigin = CurrentOrigin;
     put_pieces(file->tree->first_child, last_return(file->tree));
+    CallingOrigin = calling;
     ScriptDepth--;
     file->is_open = false;
     CurrentFile = outer;

@@ -10,6 +10,7 @@
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/keyword_calls.h"
+#include "lower/origins.h"
 #include "lower/procedures.h"
 #include "lower/program.h"
 
@@ -45,8 +46,8 @@ void put_system(const Node *node) {
 // The cleanup's comments stay in front of its statements.
 void put_unwind(const Node *node) {
     report_at(UNWIND_PROTECT, node);
-    lower_siblings(node->first_child->first_child, nullptr, Lowering.level);
-    lower_siblings(second_child(node)->first_child, nullptr, Lowering.level);
+    lower_block_at(node->first_child, Lowering.level);
+    lower_block_at(second_child(node), Lowering.level);
 }
 
 void put_initial_values(const Node *declaration) {
@@ -190,7 +191,9 @@ Lines put_into(const Node *node, Lines *own, bool *is_given_up) {
 void put_one_statement(Siblings *siblings, const Node *node) {
     Lines own = {};
     bool is_given_up;
+    Origin *outer = begin_origin(STATEMENT_LINES, node);
     Lines in_front = put_into(node, &own, &is_given_up);
+    end_origin(outer);
     Lowering.lines = siblings->lines;
     if (is_given_up) drop_inside(siblings);
     siblings->next = nullptr;
@@ -229,6 +232,10 @@ void lower_more_siblings(const Node *first, const Node *end) {
     lower_list(first, end, Lowering.level, last && *last->text);
 }
 
-void lower_block(const Node *block) {
-    lower_siblings(block->first_child, nullptr, Lowering.level + 1);
+void lower_block_at(const Node *block, int level) {
+    end_head(block->offset);
+    lower_siblings(block->first_child, nullptr, level);
+    begin_rest(end_of(block));
 }
+
+void lower_block(const Node *block) { lower_block_at(block, Lowering.level + 1); }

@@ -5,6 +5,8 @@
 
 /* Puts the statements and comments of a BLOCK, deeper by one level than the current one. */
 void lower_block(const Node *block);
+/* The same at the level. */
+void lower_block_at(const Node *block, int level);
 /* Puts statements and comments from the node first on, up to the node end (not included; null for
  * all), at the level. Functions among them are left out: they are not statements. */
 void lower_siblings(const Node *first, const Node *end, int level);

@@ -6,6 +6,7 @@
 #include "lower/host_conditions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
+#include "lower/origins.h"
 #include "lower/short_circuits.h"
 #include "lower/statements.h"
 
@@ -94,6 +95,8 @@ void put_switch(const Node *node) {
     for (; first && first->kind == NODE_COMMENT; first = first->next)
         put_switch_comment(first, head, first == subject->next);
     if (!first) return;
+    end_head(end_of(subject));
+    begin_rest(first->offset);
     Lines *front = Lowering.lines;
     Lines chain = {};
     Lowering.lines = &chain;

@@ -6,6 +6,7 @@
 #include "lower/host_words.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
+#include "lower/origins.h"
 #include "lower/program_files.h"
 #include "lower/statements.h"
 #include "lower/tried_fields.h"
@@ -17,7 +18,7 @@ Lines lower_at_top(const Node *block) {
     Lines lines = {};
     Lines *outer = Lowering.lines;
     Lowering.lines = &lines;
-    lower_siblings(block->first_child, nullptr, 0);
+    lower_block_at(block, 0);
     Lowering.lines = outer;
     return lines;
 }
@@ -42,13 +43,17 @@ struct Tried {
     Lines body;
     Lines handler;
     const char *identifier;
+    Origin *head;    // of what stands in front of the body
+    Origin *middle;  // and in front of the handler
 };
 
 Tried lower_parts(const Node *node) {
     bool has_identifier = has_flag(node, HAS_IDENTIFIER);
+    Origin *head = CurrentOrigin;
     Lines body = lower_at_top(node->first_child);
+    Origin *middle = CurrentOrigin;
     const char *identifier = has_identifier ? written_name(second_child(node)->symbol) : "";
-    return {body, lower_at_top(handler_of(node)), identifier};
+    return {body, lower_at_top(handler_of(node)), identifier, head, middle};
 }
 
 void put_lines(Lines *lines, int level) {
@@ -56,12 +61,33 @@ void put_lines(Lines *lines, int level) {
     append_lines(Lowering.lines, lines);
 }
 
+// A line of the lines' text each behind a mark; they come from what the lines come from.
+void put_marked(const Lines *lines, const char *mark) {
+    for (const Line *line = lines->first; line; line = line->next) {
+        Line alone = *line;
+        alone.next = nullptr;
+        Lines one = {&alone, &alone};
+        Origin *outer = CurrentOrigin;
+        CurrentOrigin = line->origin;
+        put_lines_of(lines_text(&one), mark);
+        end_origin(outer);
+    }
+}
+
+// A line that comes from a part of the statement.
+void put_part(Origin *part, const char *form, std::initializer_list<const char *> operands) {
+    Origin *outer = CurrentOrigin;
+    CurrentOrigin = part;
+    put_line(form, operands);
+    end_origin(outer);
+}
+
 // The handler as comments.
 void put_handler(const Tried *tried, const char *why) {
     if (!tried->handler.first) return;
     const char *identifier = tried->identifier;
-    put_line(*identifier ? "# catch %s%s" : "# catch%s%s", {identifier, why});
-    put_lines_of(lines_text(&tried->handler), "#     ");
+    put_part(tried->middle, *identifier ? "# catch %s%s" : "# catch%s%s", {identifier, why});
+    put_marked(&tried->handler, "#     ");
 }
 
 void report_try(MessageId id, const Node *node) {
@@ -71,15 +97,16 @@ void report_try(MessageId id, const Node *node) {
 // The body as if nothing failed.
 void put_uncaught(Tried *tried, const Node *node) {
     report_try(TRY_GAP, node);
-    put_line("# not translated: errors in the lines below are not caught", {});
+    if (tried->head) tried->head->kind = GAP_LINES;
+    put_part(tried->head, "# not translated: errors in the lines below are not caught", {});
     put_lines(&tried->body, Lowering.level);
     put_handler(tried, "");
 }
 
 void put_field_test(Tried *tried, const Node *fields) {
-    put_line("if %s then", {lower_field_test(fields)});
+    put_part(tried->head, "if %s then", {lower_field_test(fields)});
     put_lines(&tried->body, Lowering.level + 1);
-    put_line("else", {});
+    put_part(tried->middle, "else", {});
     put_lines(&tried->handler, Lowering.level + 1);
     put_line("end if;", {});
 }
@@ -113,6 +140,12 @@ void put_without_handler(Tried *tried, const Node *node) {
     put_handler(tried, ", which only raises another error");
 }
 
+void put_answer(const Node *node, const mExpr *answer) {
+    Origin *outer = begin_origin(STATEMENT_LINES, node);
+    put_lines_of(answer->text, "");
+    end_origin(outer);
+}
+
 }  // namespace
 
 void put_try(const Node *node) {
@@ -120,7 +153,7 @@ void put_try(const Node *node) {
     const char *body = lines_text(&tried.body);
     const char *handler = lines_text(&tried.handler);
     const mExpr *answer = ask_keyword("try", {body, handler, tried.identifier});
-    if (answer) return put_lines_of(answer->text, "");
+    if (answer) return put_answer(node, answer);
     if (const Node *fields = tried_fields(node)) return put_field_test(&tried, fields);
     if (only_raises_error(handler_of(node))) return put_without_handler(&tried, node);
     put_uncaught(&tried, node);

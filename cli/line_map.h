@@ -1,0 +1,41 @@
+/* Which lines of a translation come from which part of its sources. */
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "lower/origins.h"
+
+namespace mtranslate {
+
+/* Lines of the translation, all from 1, and the part of a source that they come from; columns in
+ * characters, the last one not included. Where nothing stands in the source it is empty. */
+struct MappedLines {
+    LineKind kind = STATEMENT_LINES;
+    std::string file; /* that the run has called; empty for its own source */
+    std::size_t line = 0;
+    std::size_t column = 0;
+    std::size_t end_line = 0;
+    std::size_t end_column = 0;
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+
+/* By the first lines, then by the places. */
+using LineMap = std::vector<MappedLines>;
+
+/* Notes where the lines of the run that is going on come from, for as long as this lives; one at a
+ * time. */
+class LineMapWatch {
+public:
+    LineMapWatch();
+    ~LineMapWatch();
+    LineMapWatch(const LineMapWatch &) = delete;
+    LineMapWatch &operator=(const LineMapWatch &) = delete;
+
+    /* When all lines are written, and the run has not ended. */
+    LineMap map() const;
+};
+
+}  // namespace mtranslate

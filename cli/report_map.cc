@@ -1,0 +1,36 @@
+/* Where the lines of translations come from, as JSON. */
+#include <nlohmann/json.hpp>
+
+#include "cli/report.h"
+#include "cli/statistics_json.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string line_of(const Json &json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);  // paths are any bytes
+}
+
+std::string text_of(const ReportFile &file) {
+    std::string text = "{\"path\": " + line_of(file.path);
+    if (!file.output.empty()) text += ", \"output\": " + line_of(file.output);
+    text += ", \"map\": [";
+    for (const MappedLines &lines : file.facts.map)
+        text += (&lines == file.facts.map.data() ? "\n" : ",\n") + line_of(lines);
+    return text + "]}";
+}
+
+}  // namespace
+
+/* A line for each entry: maps are long. */
+std::string map_json(const Report &report) {
+    std::string text = "{\"format\": \"mtranslate map\", \"version\": 1, \"files\": [";
+    for (const ReportFile &file : report.files)
+        text += (&file == report.files.data() ? "\n" : ",\n") + text_of(file);
+    return text + "]}\n";
+}
+
+}  // namespace mtranslate
