@@ -246,9 +246,9 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "statement 3:5-3:10 3-3\n"
          "head 4:3-4:12 4-4\n"
          "end 5:1-5:4 5-5\n"},
-        {"s.b = 1;\ntry\n  x = 1;\ncatch e\n  y = 2; % c\nend\ntry\n  t = s.a;\ncatch\n  t = "
+        {"s = g(1);\ntry\n  x = 1;\ncatch e\n  y = 2; % c\nend\ntry\n  t = s.a;\ncatch\n  t = "
          "1;\nend\n",
-         "statement 1:1-1:8 1-1\n"
+         "statement 1:1-1:9 1-1\n"
          "gap 2:1-2:4 2-2\n"
          "statement 3:3-3:8 3-3\n"
          "head 4:1-4:8 4-4\n"
