@@ -126,6 +126,14 @@ extern MTRANSLATE_VARIABLE int SourcePos;
 /* The current line's text behind the line ends before it, and the same for the line before. */
 extern MTRANSLATE_VARIABLE const char *SourceText;
 extern MTRANSLATE_VARIABLE const char *PrevLine;
+/* While the host is asked for a call in matlab or octave: how many results the call is to give, 0
+ * for a call that is a statement. In all other questions one of those below. */
+extern MTRANSLATE_VARIABLE int RequestedResults;
+enum {
+    HOST_RESULTS_UNKNOWN = -1, /* in classic, and outside of questions about calls */
+    HOST_RESULTS_VARY = -2,    /* as many as the procedure is asked for that returns them */
+    HOST_HANDLE = -3           /* the name asked for is that of a function handle */
+};
 
 #ifdef __cplusplus
 }

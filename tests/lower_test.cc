@@ -62,6 +62,47 @@ TEST(Lowering, asks_the_host_in_source_order) {
         EXPECT_EQ(asked_for(row.source), row.expected) << row.source;
 }
 
+// The calls about which the host is asked, each with the results that it is to give, and handles.
+std::string results_asked_for(const std::string &source) {
+    StandInHost host;
+    std::string asked;
+    const auto note = [&asked](std::string_view name, const std::string &results) {
+        asked += (asked.empty() ? "" : " ") + std::string(name) + ' ' + results;
+    };
+    host.translate_other_functions([&note](std::string_view name, const Texts &) {
+        const bool varies = RequestedResults == HOST_RESULTS_VARY;
+        note(name, varies ? "vary" : std::to_string(RequestedResults));
+        return std::nullopt;
+    });
+    host.translate_other_names([&note](std::string_view name) {
+        if (RequestedResults != HOST_RESULTS_UNKNOWN) note(name, "handle");
+        return std::nullopt;
+    });
+    lowered(host, source);
+    return asked;
+}
+
+TEST(Lowering, shows_the_host_how_many_results_a_call_gives) {
+    for (const Row &row : short_rows(table("matlab_results")))
+        EXPECT_EQ(results_asked_for(row.source), row.expected) << row.source;
+}
+
+// How the lines of blocks get into an answer.
+TEST(Lowering, puts_blocks_into_the_forms_of_the_host) {
+    StandInHost host;
+    host.translate_function("try", [](const Texts &arguments) -> std::optional<std::string> {
+        return "attempt\n    " + arguments[0] + "\nor " + arguments[2] + "( " + arguments[1] +
+               " ) end";
+    });
+    for (const Row &row : side_by_side(table("matlab_block_forms")))
+        EXPECT_EQ(lowered(host, row.source), row.expected) << row.source;
+    host.translate_function("try", [](const Texts &arguments) {
+        return arguments[0] + arguments[0];  // refused: texts would double at each depth
+    });
+    EXPECT_EQ(lowered(host, "try, f; end"),
+              "# not translated: errors in the lines below are not caught\nf();\n");
+}
+
 TEST(Lowering, takes_what_the_host_answers) {
     StandInHost host;
     host.translate_name("pi", "Pi");

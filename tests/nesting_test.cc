@@ -42,6 +42,7 @@ const std::vector<Form> Blocks = {
     {"", "switch x, case {1, 2}\n", "y = 1;\n", "end\n"},
     {"", "unwind_protect\n", "y = 1;\n", "unwind_protect_cleanup, f(1); end\n"},
     {"", "try\n", "y = 1;\n", "catch e, f(2), end\n"},
+    {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
 };
 
 /* The translation, and behind it the codes of errors. */
@@ -76,14 +77,23 @@ TEST(Nesting, of_blocks_gives_a_translation_or_a_message) {
 /* Long sources of one piece after the other become texts of a length that grows as theirs. */
 TEST(Nesting, long_rows_stay_long_rows) {
     const Form rows[] = {
-        {"y = 1", "", "", " + f(1)"},         {"y = x", "", "", "'"},
-        {"y = x", "", "", ".a(1)"},           {"y = s", "", "", ".a(end - 1)"},
-        {"y = x", "", "", "(2:end-1)"},       {"y = c", "", "", "{end}{:}"},
-        {"y = x", "", "", " && f(1)"},        {"y = [1", "", "", ", 'a'; 1"},
-        {"y = 1", "", "", "; y = y^2"},       {"if x", "", "", "\nelseif f(1)"},
-        {"switch x", "", "", "\ncase 1"},     {"f(1", "", "", ", @(t) t + x"},
-        {"", "", "", "function f, end\n"},    {"y = 1", "", "", " % c\n"},
-        {"y = 1 ...\n", "", "", "% c ...\n"}, {"y = 1", "", "", "...\n + 1"},
+        {"y = 1", "", "", " + f(1)"},
+        {"y = x", "", "", "'"},
+        {"y = x", "", "", ".a(1)"},
+        {"y = s", "", "", ".a(end - 1)"},
+        {"y = x", "", "", "(2:end-1)"},
+        {"y = c", "", "", "{end}{:}"},
+        {"y = x", "", "", " && f(1)"},
+        {"y = [1", "", "", ", 'a'; 1"},
+        {"y = 1", "", "", "; y = y^2"},
+        {"if x", "", "", "\nelseif f(1)"},
+        {"switch x", "", "", "\ncase 1"},
+        {"f(1", "", "", ", @(t) t + x"},
+        {"", "", "", "function f, end\n"},
+        {"y = 1", "", "", " % c\n"},
+        {"y = 1 ...\n", "", "", "% c ...\n"},
+        {"y = 1", "", "", "...\n + 1"},
+        {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
     };
     for (const Form &row : rows) {
         SCOPED_TRACE(row.before + row.close);

@@ -37,6 +37,7 @@ void begin_run() {
     InputSequence = nullptr;
     BracketDelimiter = 0;
     ResolutionDepth = 0;
+    RequestedResults = HOST_RESULTS_UNKNOWN;
 }
 
 void release_run() {

@@ -13,6 +13,7 @@
 #include "lower/packages.h"
 #include "lower/pieces.h"
 #include "lower/preludes.h"
+#include "lower/requested_results.h"
 #include "lower/text_list.h"
 #include "lower/value_lists.h"
 #include "lower/word_functions.h"
@@ -38,7 +39,10 @@ const char *member_text(const char *name) {
 const char *handle_text(const Node *node) {
     if (const char *own = own_function(node)) return own;
     note_piece(node, CALL_OF_LANGUAGE);
-    if (const char *answer = translate_name(node->text)) {
+    RequestedResults = HOST_HANDLE;
+    const char *answer = translate_name(node->text);
+    RequestedResults = HOST_RESULTS_UNKNOWN;
+    if (answer) {
         note_piece(node, CALL_OF_HOST);
         return KeepText(answer, strlen(answer));
     }
@@ -147,6 +151,7 @@ const char *lower_procedure(const Node *node) {
     Surroundings outer = enter_body(scope, &lines);
     const char *parameters = parameter_list(scope);
     put_prelude(scope);
+    if (results > 1) request_results(body, HOST_RESULTS_VARY);
     const char *value = lower_result(body);
     if (results > 1) put_results(value, results < MOST_RESULTS ? results : MOST_RESULTS);
     const char *text = procedure_text(parameters, value);

@@ -13,6 +13,7 @@
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
+#include "lower/requested_results.h"
 #include "lower/shared_parts.h"
 #include "lower/targets.h"
 #include "lower/value_lists.h"
@@ -230,6 +231,7 @@ const char *targets_text(const ExprList *targets) {
 
 const char *values_text(const Node *value, int targets) {
     if (is_value_list(value, false) && targets > 1) return lower_values_for(value, targets)->text;
+    request_results(value, targets);
     return lower_for_results(value, targets);
 }
 
@@ -248,7 +250,10 @@ void put_values(TargetTexts *targets, const Node *value) {
 
 void put_multi_assignment(const Node *node) {
     const Node *list = node->first_child;
-    if (!list->first_child) return put_line("%s;", {lower_expression(list->next)->text});
+    if (!list->first_child) {
+        request_results(list->next, 0);
+        return put_line("%s;", {lower_expression(list->next)->text});
+    }
     if (has_unknown_number(list) && is_dealt(node)) return put_dealt(node);
     TargetTexts targets = lower_targets(list);
     put_values(&targets, list->next);

@@ -12,6 +12,7 @@
 #include "lower/host_words.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
+#include "lower/requested_results.h"
 #include "lower/word_functions.h"
 #include "support/allocation.h"
 #include "syntax/spellings.h"
@@ -61,9 +62,17 @@ void check_global(const Node *name, const Node *arguments) {
         report_at(GLOBAL_START, argument, {argument->text});
 }
 
-// answer: the host's name of the function, or null.
-mExpr *ask_call(const Node *name, const char *answer, const vExpr *arguments) {
-    mExpr *call = ask_host(answer ? answer : name->text, arguments);
+// A call of a function that is not the program's own.
+struct OutsideCall {
+    const Node *name;
+    const char *answer;  // the host's name of the function, or null
+    int32_t results;     // that it is asked for
+    bool may_get_object = false;
+};
+
+mExpr *ask_call(const OutsideCall *of, const vExpr *arguments) {
+    const Node *name = of->name;
+    mExpr *call = ask_host(of->answer ? of->answer : name->text, arguments, of->results);
     if (call) note_piece(name, CALL_OF_HOST);
     return call;
 }
@@ -74,8 +83,7 @@ const char *unanswered_name(const Node *name, bool may_get_object) {
     return called_function(name, may_get_object);
 }
 
-mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments,
-                   bool may_get_object = false);
+mExpr *finish_call(const OutsideCall *of, const vExpr *arguments);
 
 // true and false are values of the host: an array of them is one of numbers, negated.
 mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
@@ -83,17 +91,18 @@ mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
     Node *numbers = AllocRecord<Node>();
     *numbers = *name;
     numbers->text = intern(name->text[0] == 't' ? "zeros" : "ones");
-    return new_operator1(OP_NOT, finish_call(numbers, host_name(numbers), arguments));
+    OutsideCall call = {numbers, host_name(numbers), 1};
+    return new_operator1(OP_NOT, finish_call(&call, arguments));
 }
 
-// answer: the host's name of it, or null.
-mExpr *finish_call(const Node *name, const char *answer, const vExpr *arguments,
-                   bool may_get_object) {
-    if (mExpr *call = ask_call(name, answer, arguments)) return call;
+mExpr *finish_call(const OutsideCall *of, const vExpr *arguments) {
+    if (mExpr *call = ask_call(of, arguments)) return call;
+    const Node *name = of->name;
+    const char *answer = of->answer;
     if (!answer && is_truth_value(name->text)) return new_truth_call(name, arguments);
     mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
     if (operators) return operators;
-    const char *written = answer ? answer : unanswered_name(name, may_get_object);
+    const char *written = answer ? answer : unanswered_name(name, of->may_get_object);
     return new_index_node(written, FUNCTION_INDEX, arguments);
 }
 
@@ -110,8 +119,9 @@ mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
     rename_fields(name->text, arguments, &values);
+    OutsideCall outside = {name, answer, requested_results(arguments), may_get_object};
     mExpr *call = is_index ? finish_index(name, answer, values.first, may_get_object)
-                           : finish_call(name, answer, values.first, may_get_object);
+                           : finish_call(&outside, values.first);
     free_vExpr(values.first);
     return call;
 }
@@ -149,7 +159,8 @@ static mExpr *lower_bare_call(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
     if (const char *answer = host_name(name)) return new_leaf(answer);
     if (is_truth_value(name->text)) return new_leaf(name->text);
-    return finish_call(name, nullptr, nullptr);
+    OutsideCall call = {name, nullptr, requested_results(name)};
+    return finish_call(&call, nullptr);
 }
 
 mExpr *lower_name(const Node *name) {
@@ -171,8 +182,9 @@ mExpr *lower_command(const Node *command) {
     const char *answer = own ? own : host_name(name);
     for (const Node *word = name->next; word; word = word->next)
         append_expr(&words, new_leaf(string_text(word->text), SCALAR));
-    mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
-                      : finish_call(name, answer, words.first);
+    OutsideCall outside = {name, answer, 0};
+    mExpr *call =
+        own ? new_index_node(own, FUNCTION_INDEX, words.first) : finish_call(&outside, words.first);
     free_vExpr(words.first);
     return call;
 }

@@ -8,6 +8,7 @@
 #include "diagnose/message_table.h"
 #include "lower/lines.h"
 
+struct Node;
 struct Scope;
 struct EndBase;
 struct Node;
@@ -36,6 +37,9 @@ struct LoweringContext {
     Lines *in_front;        /* lines in front of the outermost statement; null outside of one */
     int front_level;        /* of those lines */
     GeneratedName *started; /* variables that begin there without elements */
+    bool in_comment;        /* the lines become comments */
+    const Node *asked_call; /* the call that is asked for asked_results; null for none */
+    int32_t asked_results;
 };
 
 /* Saved by value, and restored, around a function inside another. */

@@ -9,6 +9,7 @@
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/calls.h"
+#include "translate/host_queries.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
 
@@ -30,8 +31,16 @@ const char *exprs_text(const vExpr *list) {
     return text;
 }
 
-mExpr *ask_host(const char *name, const vExpr *arguments) {
-    mExpr *answer = AddTranslator ? new_host_call(name, arguments) : nullptr;
+static mExpr *ask(const char *name, const vExpr *arguments, int32_t results) {
+    if (!AddTranslator) return nullptr;
+    RequestedResults = results;
+    mExpr *answer = new_host_call(name, arguments);
+    RequestedResults = HOST_RESULTS_UNKNOWN;
+    return answer;
+}
+
+mExpr *ask_host(const char *name, const vExpr *arguments, int32_t results) {
+    mExpr *answer = ask(name, arguments, results);
     if (answer) answer->text = indent_inner_lines(answer->text, Lowering.level);
     return answer;
 }
@@ -54,10 +63,9 @@ mExpr *new_keyword_call(const char *keyword, std::initializer_list<const char *>
     return call;
 }
 
-mExpr *ask_keyword(const char *keyword, std::initializer_list<const char *> arguments) {
-    if (!AddTranslator) return nullptr;
+const char *ask_keyword(const char *keyword, std::initializer_list<const char *> arguments) {
     ExprList list = as_list(arguments);
-    mExpr *answer = new_host_call(keyword, list.first);
+    const mExpr *answer = ask(keyword, list.first, 0);
     free_vExpr(list.first);
-    return answer;
+    return answer ? answer->text : nullptr;
 }

@@ -25,11 +25,20 @@ uint32_t count_lines(const char *text) {
     return count;
 }
 
+void write_margin(const Line *line) {
+    int level = *line->text ? shown_level(line) : 0;
+    if (line->comment == NO_COMMENT) return write_indent(level);
+    int outer = std::min(line->comment, DEEPEST_INDENT);
+    write_indent(outer);
+    write_output(*line->text ? "# " : "#");
+    write_indent(level - outer);
+}
+
 }  // namespace
 
 void add_line(Lines *lines, int level, const char *text) {
     Line *line = AllocRecord<Line>();
-    *line = {level, text, nullptr, CurrentOrigin};
+    *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin};
     Lines one = {line, line};
     append_lines(lines, &one);
 }
@@ -43,7 +52,7 @@ void append_lines(Lines *lines, Lines *more) {
 
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
-        if (*line->text) write_indent(shown_level(line));
+        write_margin(line);
         write_output({line->text, "\n"});
         if (OnLines) tell_lines(*line->text ? line->origin : nullptr, count_lines(line->text));
     }
@@ -110,9 +119,25 @@ const char *indent_inner_lines(const char *text, int levels) {
     return indent_text(text, INDENT * static_cast<size_t>(levels));
 }
 
-void indent_lines(Lines *lines, int levels) {
+namespace {
+
+// What stands after a line end inside of the line's text, as a line of its own.
+Line *split_line(Line *line, const char *end) {
+    const char *rest = end + 1 + strspn(end + 1, " ");
+    Line *second = AllocRecord<Line>();
+    int32_t blanks = static_cast<int32_t>(rest - end - 1);
+    *second = {blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next};
+    line->text = KeepText(line->text, static_cast<size_t>(end - line->text));
+    line->next = second;
+    return second;
+}
+
+}  // namespace
+
+void comment_lines(Lines *lines, int level) {
     for (Line *line = lines->first; line; line = line->next) {
-        line->text = indent_inner_lines(line->text, levels);
-        line->level += levels;
+        const char *end = strchr(line->text, '\n');
+        if (end && split_line(line, end)->next == nullptr) lines->last = line->next;
+        line->comment = level;
     }
 }

@@ -11,11 +11,13 @@ struct Origin;
 /* A line without its indentation and its end; one that holds a procedure has line ends of its own
  * inside. The empty text is an empty line. */
 struct Line {
-    int32_t level; /* of indentation */
+    int32_t level;   /* of indentation */
+    int32_t comment; /* level of the # that makes a comment of the line; NO_COMMENT for none */
     const char *text;
     Line *next;
     Origin *origin; /* null when nobody listens, or for lines that come from nowhere */
 };
+constexpr int32_t NO_COMMENT = -1;
 
 /* A list of lines, at first {nullptr, nullptr}. */
 struct Lines {
@@ -32,9 +34,12 @@ void append_lines(Lines *lines, Lines *more);
  * (origins.h). */
 void write_lines(const Lines *lines);
 
-/* The lines as one kept text, with line ends between them but none behind the last. */
+/* Makes comments of lines that are none, with the # at a level; line ends inside their texts begin
+ * lines of their own. */
+void comment_lines(Lines *lines, int level);
+
+/* The lines, none of which is a comment, as one kept text, with line ends between them but none
+ * after the last. */
 const char *lines_text(const Lines *lines);
 /* The text with what is behind its line ends, those in strings left out, deeper by levels. */
 const char *indent_inner_lines(const char *text, int levels);
-/* The lines deeper by levels, the line ends inside their texts too. */
-void indent_lines(Lines *lines, int levels);

@@ -11,6 +11,7 @@
 #include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/pieces.h"
+#include "lower/requested_results.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/indices.h"
@@ -186,7 +187,8 @@ bool add_member_call(Path *path, Selectors *selectors) {
     const Node *arguments = take(selectors);
     bool is_index = false;
     ExprList values = lower_arguments(arguments, path->text, &is_index);
-    const mExpr *answer = is_index ? nullptr : ask_host(path->text, values.first);
+    int32_t results = requested_results(arguments);
+    const mExpr *answer = is_index ? nullptr : ask_host(path->text, values.first, results);
     if (answer) {
         *path = begin_path(answer->text, true);
     } else {

@@ -13,6 +13,7 @@
 #include "lower/origins.h"
 #include "lower/procedures.h"
 #include "lower/program.h"
+#include "lower/requested_results.h"
 
 namespace {
 
@@ -31,6 +32,7 @@ void put_expression(const Node *node) {
     const Node *expression = node->first_child;
     if (is_script(expression)) return put_script(expression);
     report_loading(node);
+    request_results(expression, 0);
     put_line("%s;", {lower_expression(expression)->text});
 }
 

@@ -1,6 +1,7 @@
 // try statements: the host is asked for a form, as none is known.
 #include <string.h>
 
+#include "lower/block_forms.h"
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
@@ -10,84 +11,38 @@
 #include "lower/program_files.h"
 #include "lower/statements.h"
 #include "lower/tried_fields.h"
-#include "support/allocation.h"
 
 namespace {
-
-Lines lower_at_top(const Node *block) {
-    Lines lines = {};
-    Lines *outer = Lowering.lines;
-    Lowering.lines = &lines;
-    lower_block_at(block, 0);
-    Lowering.lines = outer;
-    return lines;
-}
-
-// Puts the lines of a text behind a mark.
-void put_lines_of(const char *text, const char *mark) {
-    for (;;) {
-        size_t length = strcspn(text, "\n");
-        put_line("%s%s", {mark, KeepText(text, length)});
-        if (!text[length]) return;
-        text += length + 1;
-    }
-}
 
 const Node *handler_of(const Node *node) {
     const Node *second = second_child(node);
     return has_flag(node, HAS_IDENTIFIER) ? second->next : second;
 }
 
-// The statements of a try, and the text of its identifier or an empty one.
-struct Tried {
-    Lines body;
-    Lines handler;
-    const char *identifier;
-    Origin *head;    // of what stands in front of the body
-    Origin *middle;  // and in front of the handler
-};
+const char *identifier_of(const Node *node) {
+    return has_flag(node, HAS_IDENTIFIER) ? written_name(second_child(node)->symbol) : "";
+}
 
-Tried lower_parts(const Node *node) {
-    bool has_identifier = has_flag(node, HAS_IDENTIFIER);
-    Origin *head = CurrentOrigin;
-    Lines body = lower_at_top(node->first_child);
+void put_block(const Node *block, int level) {
+    Lines lines = lower_block_apart(block, level);
+    append_lines(Lowering.lines, &lines);
+}
+
+// The handler as comments. One inside of another is among the lines of the outer one.
+void put_handler(const Node *node, const char *why) {
     Origin *middle = CurrentOrigin;
-    const char *identifier = has_identifier ? written_name(second_child(node)->symbol) : "";
-    return {body, lower_at_top(handler_of(node)), identifier, head, middle};
-}
-
-void put_lines(Lines *lines, int level) {
-    indent_lines(lines, level);
-    append_lines(Lowering.lines, lines);
-}
-
-// A line of the lines' text each behind a mark; they come from what the lines come from.
-void put_marked(const Lines *lines, const char *mark) {
-    for (const Line *line = lines->first; line; line = line->next) {
-        Line alone = *line;
-        alone.next = nullptr;
-        Lines one = {&alone, &alone};
-        Origin *outer = CurrentOrigin;
-        CurrentOrigin = line->origin;
-        put_lines_of(lines_text(&one), mark);
-        end_origin(outer);
-    }
-}
-
-// A line that comes from a part of the statement.
-void put_part(Origin *part, const char *form, std::initializer_list<const char *> operands) {
-    Origin *outer = CurrentOrigin;
-    CurrentOrigin = part;
-    put_line(form, operands);
-    end_origin(outer);
-}
-
-// The handler as comments.
-void put_handler(const Tried *tried, const char *why) {
-    if (!tried->handler.first) return;
-    const char *identifier = tried->identifier;
-    put_part(tried->middle, *identifier ? "# catch %s%s" : "# catch%s%s", {identifier, why});
-    put_marked(&tried->handler, "#     ");
+    bool is_outermost = !Lowering.in_comment;
+    Lowering.in_comment = true;
+    Lines lines = lower_block_apart(handler_of(node), Lowering.level + 1);
+    Lowering.in_comment = !is_outermost;
+    if (!lines.first) return;
+    const char *identifier = identifier_of(node);
+    Origin *rest = CurrentOrigin;
+    CurrentOrigin = middle;
+    put_line(*identifier ? "# catch %s%s" : "# catch%s%s", {identifier, why});
+    end_origin(rest);
+    if (is_outermost) comment_lines(&lines, Lowering.level);
+    append_lines(Lowering.lines, &lines);
 }
 
 void report_try(MessageId id, const Node *node) {
@@ -95,19 +50,19 @@ void report_try(MessageId id, const Node *node) {
 }
 
 // The body as if nothing failed.
-void put_uncaught(Tried *tried, const Node *node) {
+void put_uncaught(const Node *node) {
     report_try(TRY_GAP, node);
-    if (tried->head) tried->head->kind = GAP_LINES;
-    put_part(tried->head, "# not translated: errors in the lines below are not caught", {});
-    put_lines(&tried->body, Lowering.level);
-    put_handler(tried, "");
+    if (CurrentOrigin) CurrentOrigin->kind = GAP_LINES;
+    put_line("# not translated: errors in the lines below are not caught", {});
+    put_block(node->first_child, Lowering.level);
+    put_handler(node, "");
 }
 
-void put_field_test(Tried *tried, const Node *fields) {
-    put_part(tried->head, "if %s then", {lower_field_test(fields)});
-    put_lines(&tried->body, Lowering.level + 1);
-    put_part(tried->middle, "else", {});
-    put_lines(&tried->handler, Lowering.level + 1);
+void put_field_test(const Node *node, const Node *fields) {
+    put_line("if %s then", {lower_field_test(fields)});
+    put_block(node->first_child, Lowering.level + 1);
+    put_line("else", {});
+    put_block(handler_of(node), Lowering.level + 1);
     put_line("end if;", {});
 }
 
@@ -134,10 +89,19 @@ bool only_raises_error(const Node *handler) {
     return false;
 }
 
-void put_without_handler(Tried *tried, const Node *node) {
+void put_without_handler(const Node *node) {
     report_try(REPLACED_ERROR, node);
-    put_lines(&tried->body, Lowering.level);
-    put_handler(tried, ", which only raises another error");
+    put_block(node->first_child, Lowering.level);
+    put_handler(node, ", which only raises another error");
+}
+
+// Whether the host has a form for it, which is put.
+bool put_form_of_try(const Node *node) {
+    BlockPlace body = {"qxrp_body", node->first_child};
+    BlockPlace handler = {"qxrp_handler", handler_of(node)};
+    const char *answer =
+        ask_keyword("try", {block_word(&body), block_word(&handler), identifier_of(node)});
+    return answer && put_block_form(answer, {body, handler});
 }
 
 void put_answer(const Node *node, const mExpr *answer) {
@@ -149,12 +113,8 @@ void put_answer(const Node *node, const mExpr *answer) {
 }  // namespace
 
 void put_try(const Node *node) {
-    Tried tried = lower_parts(node);
-    const char *body = lines_text(&tried.body);
-    const char *handler = lines_text(&tried.handler);
-    const mExpr *answer = ask_keyword("try", {body, handler, tried.identifier});
-    if (answer) return put_answer(node, answer);
-    if (const Node *fields = tried_fields(node)) return put_field_test(&tried, fields);
-    if (only_raises_error(handler_of(node))) return put_without_handler(&tried, node);
-    put_uncaught(&tried, node);
+    if (put_form_of_try(node)) return;
+    if (const Node *fields = tried_fields(node)) return put_field_test(node, fields);
+    if (only_raises_error(handler_of(node))) return put_without_handler(node);
+    put_uncaught(node);
 }

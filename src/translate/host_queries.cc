@@ -4,6 +4,8 @@
 #include "run/host_kernel.h"
 #include "translate/expressions.h"
 
+int RequestedResults = HOST_RESULTS_UNKNOWN;
+
 static const char *ask(const char *procedure, HostValue argument) {
     HostValue resolved = HostKernel->ResolveHostName(procedure);
     HostValue answer = HostKernel->CallHostFunction(resolved, argument);

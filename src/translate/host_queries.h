@@ -2,6 +2,8 @@
  * ends; null means that the host has no translation. */
 #pragma once
 
+#include <mtranslate.h>
+
 struct vExpr;
 
 /* The host's name for a MATLAB name. */

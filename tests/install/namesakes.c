@@ -5,11 +5,13 @@
 
 long BracketDelimiter = 1, LastComment = 2, InputSequence = 3, yychar = 4, yylval = 5;
 long yynerrs = 6, SourceLine = 7, SourcePos = 8, SourceText = 9, PrevLine = 10;
+long RequestedResults = 11;
 
 __attribute__((destructor)) static void check_namesakes(void) {
-    const long values[] = {BracketDelimiter, LastComment, InputSequence, yychar,     yylval,
-                           yynerrs,          SourceLine,  SourcePos,     SourceText, PrevLine};
-    for (long i = 0; i < 10; i++)
+    const long values[] = {BracketDelimiter, LastComment, InputSequence,   yychar,
+                           yylval,           yynerrs,     SourceLine,      SourcePos,
+                           SourceText,       PrevLine,    RequestedResults};
+    for (long i = 0; i < 11; i++)
         if (values[i] != i + 1) _exit(4); /* before anything is printed */
 }
 
