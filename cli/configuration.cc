@@ -64,7 +64,8 @@ public:
 private:
     void read_table(const toml::key &key, const toml::node &value) {
         const bool is_for_options = key == "options" && has_options_;
-        if (key != "names" && key != "functions" && !is_for_options) return refuse_table(key);
+        const bool is_for_rules = key == "names" || key == "functions" || key == "forms";
+        if (!is_for_rules && !is_for_options) return refuse_table(key);
         const toml::table *entries = value.as_table();
         if (!entries)
             return file_.report(value, "expected a table: [" + std::string(key.str()) + "]");
@@ -73,6 +74,8 @@ private:
                 read_option(file_, name, entry, folder_, options_);
             else if (key == "names")
                 read_name(file_, name, entry, own_);
+            else if (key == "forms")
+                read_form(file_, name, entry, own_);
             else
                 read_function(file_, name, entry, own_);
         }
@@ -82,9 +85,9 @@ private:
         if (key == "options")
             file_.report(key, "options are set in a file mtranslate.toml only");
         else if (has_options_)
-            file_.report_unknown(key, {"names", "functions", "options"});
+            file_.report_unknown(key, {"names", "functions", "forms", "options"});
         else
-            file_.report_unknown(key, {"names", "functions"});
+            file_.report_unknown(key, {"names", "functions", "forms"});
     }
 
     void read_rule_file(const toml::node &place, const std::string &path) {

@@ -3,19 +3,20 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "cli/rules/construct_reader.h"
+#include "cli/rules/function_reader.h"
 #include "cli/rules_text.h"
 
 namespace mtranslate {
 
 namespace {
 
-constexpr std::size_t MOST_ARGUMENTS = 1000;
-constexpr std::size_t ARGUMENTS_OF_TRY = 3;
+/* Its form belongs to the constructs, whichever table has it. */
+constexpr std::string_view TRY = "try";
 
 bool is_word(std::string_view text) {
     const auto is_part = [](char c) {
@@ -31,87 +32,6 @@ bool is_function_name(std::string_view text) {
     return is_word(text.substr(0, dot)) &&
            (dot == text.npos || is_function_name(text.substr(dot + 1)));
 }
-
-/* The number of arguments that a key stands for. */
-std::optional<std::size_t> count_of(std::string_view key) {
-    std::size_t count = 0;
-    const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), count);
-    const bool is_whole = error == std::errc() && end == key.data() + key.size();
-    return is_whole && count <= MOST_ARGUMENTS ? std::optional(count) : std::nullopt;
-}
-
-/* The forms of one function under reading. */
-class FunctionReader {
-public:
-    FunctionReader(ConfigurationText &file, std::string name)
-        : file_(file), name_(std::move(name)) {}
-
-    FunctionRule read(const toml::key &key, const toml::node &value) {
-        const bool is_member = name_.find('.') != name_.npos;
-        const std::string title = "functions." + (is_member ? '"' + name_ + '"' : name_);
-        if (const toml::table *forms = value.as_table()) {
-            for (const auto &[count, form] : *forms)
-                read_entry(title + '.' + std::string(count.str()), count, form);
-        } else if (name_ == TRY_KEYWORD) {
-            read_form_for(ARGUMENTS_OF_TRY, title, key, value);
-        } else {
-            rule_.otherwise = form_of(title, key, value);
-        }
-        return rule_;
-    }
-
-private:
-    void read_entry(const std::string &title, const toml::key &key, const toml::node &value) {
-        if (const auto count = count_of(key.str())) {
-            read_form_for(*count, title, key, value);
-        } else if (key == "default") {
-            rule_.otherwise = form_of(title, key, value);
-            rule_.is_default = true;
-        } else {
-            file_.report(key, "unknown key '" + std::string(key.str()) +
-                                  "'; expected a number of arguments or default (a function of a "
-                                  "package is written in quotes: \"package.function\")");
-        }
-    }
-
-    void read_form_for(std::size_t count, const std::string &title, const toml::key &key,
-                       const toml::node &value) {
-        const auto form = form_of(title, key, value);
-        if (!form) return;
-        const std::size_t least = form->form.least();
-        if (least <= count) {
-            rule_.by_count.insert_or_assign(count, *form);
-            return;
-        }
-        const std::size_t place = form->rule.text.find('{' + std::to_string(least));
-        file_.report_in(value, place == std::string::npos ? 0 : place,
-                        "there is no argument " + std::to_string(least) + " in a call with " +
-                            std::to_string(count));
-    }
-
-    /* None for an empty text, and for a wrong one. */
-    std::optional<FunctionForm> form_of(const std::string &title, const toml::key &key,
-                                        const toml::node &value) {
-        auto text = value.value_exact<std::string>();
-        if (!text) file_.report(value, "expected a form of the call, a string");
-        if (text && text->ends_with('\n')) text->pop_back();
-        if (!text || text->empty()) return std::nullopt;
-        try {
-            const Template form(*text);
-            if (name_ != TRY_KEYWORD && text->ends_with(';'))
-                throw TemplateError("a statement's last semicolon is written by the translator",
-                                    text->size() - 1);
-            return FunctionForm{{name_, title, *text, file_.place_of(key)}, form};
-        } catch (const TemplateError &error) {
-            file_.report_in(value, error.offset, error.what());
-            return std::nullopt;
-        }
-    }
-
-    ConfigurationText &file_;
-    std::string name_;
-    FunctionRule rule_;
-};
 
 }  // namespace
 
@@ -132,7 +52,18 @@ void read_function(ConfigurationText &file, const toml::key &key, const toml::no
                    Rules &rules) {
     const std::string name(key.str());
     if (!is_function_name(name)) return file.report(key, "'" + name + "' is no name of MATLAB");
-    rules.set_function(name, FunctionReader(file, name).read(key, value));
+    if (name == TRY) return rules.set_form(name, read_try_function(file, key, value));
+    rules.set_function(name, read_function_rule(file, name, key, value));
+}
+
+void read_form(ConfigurationText &file, const toml::key &key, const toml::node &value,
+               Rules &rules) {
+    const std::string name(key.str());
+    if (const Construct *construct = find_construct(name))
+        return rules.set_form(name, read_construct_rule(file, *construct, key, value));
+    std::vector<std::string> names;
+    for (const Construct &construct : all_constructs()) names.emplace_back(construct.name);
+    file.report_unknown(key, names);
 }
 
 }  // namespace mtranslate

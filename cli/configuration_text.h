@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/rules.h"
+#include "cli/rules/call_forms.h"
 
 namespace mtranslate {
 

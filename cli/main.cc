@@ -21,6 +21,7 @@ namespace {
 ExitCode run(const Options &options) {
     if (options.mode == Mode::Rules) return show_rules(options);
     if (options.mode == Mode::RuleTemplate) return write_rule_template(options);
+    if (options.mode == Mode::UnusedRules) return show_unused_rules(options);
     return options.paths.empty() ? run_single(options) : run_batch(options);
 }
 

@@ -225,13 +225,16 @@ void add_report(CLI::App &app, std::optional<ReportMerge> &report) {
 void add_rules(CLI::App &app, Options &options) {
     CLI::App *command =
         app.add_subcommand("rules", "Show the rules in force, or write a file for further ones");
-    const auto is_template = std::make_shared<bool>(false);
+    const auto mode = std::make_shared<Mode>(Mode::Rules);
     command->fallthrough();
     begin_group(*command, "Options");
-    command->add_flag("--template", *is_template,
-                      "Write a rules file with the functions of PATH that are found nowhere");
-    command->callback(
-        [=, &options] { options.mode = *is_template ? Mode::RuleTemplate : Mode::Rules; });
+    command->add_flag_callback(
+        "--template", [mode] { *mode = Mode::RuleTemplate; },
+        "Write a rules file with the functions of PATH that are found nowhere");
+    command->add_flag_callback(
+        "--unused", [mode] { *mode = Mode::UnusedRules; },
+        "Show the rules that answer nothing in the sources of PATH");
+    command->callback([=, &options] { options.mode = *mode; });
 }
 
 void add_explain(CLI::App &app, std::optional<Explain> &explain) {

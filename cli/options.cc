@@ -102,7 +102,7 @@ std::string conflict(const Options &options, bool is_batch) {
     if (!options.paths.empty() && options.command) return "PATH and -c exclude each other";
     if (options.mode == Mode::Rules)
         return options.command ? "rules are asked for PATH, not for -c" : "";
-    if (options.mode == Mode::RuleTemplate)
+    if (options.mode == Mode::RuleTemplate || options.mode == Mode::UnusedRules)
         return options.paths.empty() ? "give PATH, the sources of the functions" : "";
     if (options.paths.empty() && !options.command)
         return "nothing to translate: give PATH or -c TEXT";

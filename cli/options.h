@@ -22,11 +22,12 @@ class Rules;
 
 enum class Mode {
     Translate,
-    Check,       /* everything but writing translations */
-    Compare,     /* what would change in the outputs */
-    Assess,      /* how much would translate, and what stands in the way */
-    Rules,       /* the rules in force */
-    RuleTemplate /* the functions that have none */
+    Check,        /* everything but writing translations */
+    Compare,      /* what would change in the outputs */
+    Assess,       /* how much would translate, and what stands in the way */
+    Rules,        /* the rules in force */
+    RuleTemplate, /* the functions that have none */
+    UnusedRules   /* those that answer nothing */
 };
 
 enum class ColourUse {

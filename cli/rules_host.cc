@@ -1,8 +1,8 @@
 /* Answering by rules, and counting it. */
 #include "cli/rules_host.h"
 
-#include <algorithm>
-
+#include "cli/rules/constructs.h"
+#include "cli/rules/result_kinds.h"
 #include "host/stand_in_host.h"
 
 namespace mtranslate {
@@ -20,12 +20,39 @@ std::string source_name(std::string_view asked) {
     return name;
 }
 
+/* The text for {results}. */
+std::string results_text(int results) {
+    if (results == HOST_RESULTS_VARY) return "_nresults";
+    return std::to_string(results < 0 ? 1 : results);
+}
+
+/* The object whose host is in its run, or null. */
+RuleAnswers *current_answers;
+
 }  // namespace
 
+RuleAnswers::~RuleAnswers() {
+    if (current_answers != this) return;
+    current_answers = nullptr;
+    ResultKindOf = nullptr;
+}
+
 void RuleAnswers::answer_in(StandInHost &host) {
-    host.translate_other_names([this](std::string_view asked) { return name(asked); });
+    host.translate_other_names([this](std::string_view asked) {
+        return RequestedResults == HOST_HANDLE ? handle(asked) : name(asked);
+    });
     host.translate_other_functions(
         [this](std::string_view asked, const auto &arguments) { return call(asked, arguments); });
+    current_answers = this;
+    ResultKindOf = kind_of;
+}
+
+ResultKind RuleAnswers::kind_of(const char *name) { return current_answers->kind(name); }
+
+ResultKind RuleAnswers::kind(const char *name) {
+    const FunctionRule *rule = rules_.find_function(name);
+    if (!rule || !rule->kind) return RESULT_UNKNOWN;
+    return result_kind_of(rule->kind->text).value_or(RESULT_UNKNOWN);
 }
 
 std::optional<std::string> RuleAnswers::name(std::string_view name) {
@@ -35,17 +62,51 @@ std::optional<std::string> RuleAnswers::name(std::string_view name) {
     return rule->text;
 }
 
+std::optional<std::string> RuleAnswers::handle(std::string_view name) {
+    const auto renamed = this->name(name);
+    const FunctionRule *rule = rules_.find_function(renamed ? *renamed : name);
+    const auto text = rule ? rule->handle_text() : std::nullopt;
+    if (!text && !renamed) ++unanswered_[std::string(name)].handles;
+    if (!text) return renamed;
+    ++used_[rule->handle ? &rule->handle->rule : rule->all().front()];
+    return text;
+}
+
 std::optional<std::string> RuleAnswers::call(std::string_view name,
                                              const std::vector<std::string> &arguments) {
     const std::string called = source_name(name);
+    const Construct *construct = find_asked_construct(called);
+    if (construct)
+        if (auto text = form(*construct, arguments)) return text;
     const FunctionRule *rule = rules_.find_function(called);
-    const FunctionForm *form = rule ? rule->form_for(arguments.size()) : nullptr;
-    if (!form) {
-        ++unanswered_[called][arguments.size()];
+    const auto found = rule ? rule->find(arguments, RequestedResults) : std::nullopt;
+    if (!found) {
+        unanswered_[called].add(arguments, RequestedResults);
         return std::nullopt;
     }
-    ++used_[&form->rule];
-    return called == TRY_KEYWORD ? form->form.fill_lines(arguments) : form->form.fill(arguments);
+    ++used_[&found->form->rule];
+    const Template &form = found->form->form;
+    const std::string results = results_text(RequestedResults);
+    return RequestedResults == 0 ? form.fill_statement(found->arguments, results)
+                                 : form.fill(found->arguments, results);
+}
+
+/* The last argument of a construct with blocks may be empty. */
+std::optional<std::string> RuleAnswers::form(const Construct &construct,
+                                             const std::vector<std::string> &arguments) {
+    const FunctionRule *rule = rules_.find_form(construct.name);
+    if (!rule) return std::nullopt;
+    std::vector<std::string> fewer = arguments;
+    const bool has_blocks = construct.blocks > 0;
+    if (has_blocks && fewer.back().empty()) fewer.pop_back();
+    auto found = rule->find(fewer, has_blocks ? 0 : RequestedResults);
+    if (!found && has_blocks) found = rule->find(arguments, 0);
+    if (!found) return std::nullopt;
+    ++used_[&found->form->rule];
+    const Template &form = found->form->form;
+    if (has_blocks) return form.fill_lines(found->arguments);
+    return RequestedResults == 0 ? form.fill_statement(found->arguments, "0")
+                                 : form.fill(found->arguments, "1");
 }
 
 std::map<std::string, std::size_t> RuleAnswers::used() const {

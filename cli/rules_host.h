@@ -9,35 +9,44 @@
 #include <vector>
 
 #include "cli/rules.h"
+#include "cli/rules/unanswered.h"
+#include "syntax/result_kinds.h"
 
 namespace mtranslate {
 
+struct Construct;
 class StandInHost;
-
-/* How often each number of arguments occurs. */
-using CountsByArguments = std::map<std::size_t, std::size_t>;
 
 class RuleAnswers {
 public:
     /* The rules live as long as this. */
     explicit RuleAnswers(const Rules &rules) : rules_(rules) {}
+    ~RuleAnswers();
+    RuleAnswers(const RuleAnswers &) = delete;
+    RuleAnswers &operator=(const RuleAnswers &) = delete;
 
-    /* Has the host answer by the rules, as long as this lives. */
+    /* Has the host answer by the rules, and the library ask for the kinds of results, as long as
+     * this lives; of one object at a time. */
     void answer_in(StandInHost &host);
 
     /* How often each rule has answered, by its title. */
     std::map<std::string, std::size_t> used() const;
     /* The calls that no rule has answered, by the functions' names. */
-    const std::map<std::string, CountsByArguments> &unanswered() const { return unanswered_; }
+    const std::map<std::string, UnansweredCalls> &unanswered() const { return unanswered_; }
 
 private:
     std::optional<std::string> name(std::string_view name);
+    std::optional<std::string> handle(std::string_view name);
     std::optional<std::string> call(std::string_view name,
                                     const std::vector<std::string> &arguments);
+    std::optional<std::string> form(const Construct &construct,
+                                    const std::vector<std::string> &arguments);
+    ResultKind kind(const char *name);
+    static ResultKind kind_of(const char *name);
 
     const Rules &rules_;
     std::map<const Rule *, std::size_t> used_;
-    std::map<std::string, CountsByArguments> unanswered_;
+    std::map<std::string, UnansweredCalls> unanswered_;
 };
 
 }  // namespace mtranslate

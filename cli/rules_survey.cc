@@ -22,6 +22,11 @@
 namespace mtranslate {
 
 template <class Archive>
+void serialize(Archive &archive, UnansweredCalls &of) {
+    archive(of.by_arguments, of.by_results, of.by_literals, of.handles);
+}
+
+template <class Archive>
 void serialize(Archive &archive, SurveyedFunction &of) {
     archive(of.calls, of.files, of.place, of.is_in_class);
 }
@@ -31,12 +36,13 @@ namespace {
 /* What a worker tells about a file. */
 struct Answer {
     SurveyedFunctions functions;
-    std::string trouble;
+    std::map<std::string, std::size_t> rules_used{};
+    std::string trouble{};
 };
 
 template <class Archive>
 void serialize(Archive &archive, Answer &of) {
-    archive(of.functions, of.trouble);
+    archive(of.functions, of.rules_used, of.trouble);
 }
 
 /* A name that is found nowhere is that of a function, or of the package of functions. */
@@ -56,7 +62,7 @@ SurveyedFunctions unresolved_in(const Translation &translation) {
         const auto calls = translation.unanswered.find(name);
         const bool is_called = calls != translation.unanswered.end();
         if (is_called || !has_members)
-            functions[name] = {is_called ? calls->second : CountsByArguments(), 1, place,
+            functions[name] = {is_called ? calls->second : UnansweredCalls(), 1, place,
                                message.text.ends_with(BUT_IN_CLASSES)};
     }
     return functions;
@@ -92,7 +98,9 @@ private:
             Options options = options_;
             options.file = inputs_[i].path;
             configure_run(options, *configurations_[i]);
-            answer.functions = unresolved_in(translate(open_source(options), options, &index_));
+            const Translation translation = translate(open_source(options), options, &index_);
+            answer.functions = unresolved_in(translation);
+            answer.rules_used = translation.rules_used;
         } catch (const FileError &error) {
             answer.trouble = error.what();
         }
@@ -102,18 +110,19 @@ private:
     /* In this process. */
     void take(std::size_t i, const JobEnd &end) {
         const Answer answer =
-            end.is_done ? from_bytes<Answer>(end.result) : Answer{{}, end.trouble};
+            end.is_done ? from_bytes<Answer>(end.result) : Answer{{}, {}, end.trouble};
         if (!answer.trouble.empty())
             survey_.troubles +=
                 printable(inputs_[i].path) + ": error: " + printable(answer.trouble) + '\n';
         for (const auto &[name, function] : answer.functions) add(name, function);
+        for (const auto &[title, count] : answer.rules_used) survey_.rules_used.insert(title);
     }
 
     void add(const std::string &name, const SurveyedFunction &function) {
         const SurveyedFunction none{{}, 0, function.place, function.is_in_class};
         SurveyedFunction &sum = survey_.functions.try_emplace(name, none).first->second;
         ++sum.files;
-        for (const auto &[arguments, count] : function.calls) sum.calls[arguments] += count;
+        sum.calls.add(function.calls);
     }
 
     Options options_;
@@ -126,7 +135,7 @@ private:
 }  // namespace
 
 std::size_t SurveyedFunction::count() const {
-    return std::accumulate(calls.begin(), calls.end(), std::size_t{0},
+    return std::accumulate(calls.by_arguments.begin(), calls.by_arguments.end(), std::size_t{0},
                            [](std::size_t sum, const auto &entry) { return sum + entry.second; });
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 
 #include "cli/options.h"
@@ -12,9 +13,9 @@ namespace mtranslate {
 
 /* A function that is found nowhere, or only in classes. */
 struct SurveyedFunction {
-    CountsByArguments calls;  /* none: a handle only */
-    std::size_t files = 0;    /* that use it */
-    std::string place;        /* of its first use: "FILE:LINE" */
+    UnansweredCalls calls; /* none: a handle only */
+    std::size_t files = 0; /* that use it */
+    std::string place;     /* of its first use: "FILE:LINE" */
     bool is_in_class = false; /* classes have it */
 
     std::size_t count() const;
@@ -25,8 +26,9 @@ using SurveyedFunctions = std::map<std::string, SurveyedFunction>;
 
 struct Survey {
     SurveyedFunctions functions;
-    std::string troubles; /* lines for the user: files that could not be worked on */
-    int signal = 0;       /* that has ended it early */
+    std::set<std::string> rules_used; /* titles of those that have answered */
+    std::string troubles;             /* lines for the user: files that could not be worked on */
+    int signal = 0;                   /* that has ended it early */
 };
 
 /* Translates the files of the options' paths, and keeps none of the translations. Throws FileError

@@ -46,15 +46,6 @@ std::string_view without_comma(std::string_view text) {
 /* The last line as far as it has been written. */
 std::string last_line(const std::string &text) { return text.substr(text.rfind('\n') + 1); }
 
-std::string indented(const std::string &lines, const std::string &indent) {
-    std::string text;
-    for (const char c : lines) {
-        text += c;
-        if (c == '\n') text += indent;
-    }
-    return text;
-}
-
 /* The number at the front of the text, which is removed; 0 for none that an argument can have. */
 std::size_t take_number(std::string_view &text) {
     std::size_t number = 0;
@@ -65,12 +56,14 @@ std::size_t take_number(std::string_view &text) {
 
 }  // namespace
 
-Template::Template(const std::string &text) {
+Template::Template(const std::string &text, const std::vector<std::string> &names) {
     std::string outline;  // the text with a word for each place
     for (std::size_t at = 0; at < text.size();) {
         const std::string two = text.substr(at, 2);
         if (text[at] == '{' && two != "{{") {
-            at = read_place(text, at);
+            const std::size_t offset = at;
+            at = read_place(text, at, names);
+            pieces_.back().offset = offset;
             pieces_.back().at = outline.size();
             outline += 'x';
             continue;
@@ -84,32 +77,54 @@ Template::Template(const std::string &text) {
     const std::size_t lone = find_lone_half(text);
     if (lone != text.npos)
         throw TemplateError(std::string("this '") + text[lone] + "' has no other half", lone);
-    is_statements_ = is_statements(outline);
+    is_statements_ = mtranslate::is_statements(outline);
     const std::string_view all = outline;
     for (Piece &piece : pieces_)
         piece.is_operand = is_bound(all.substr(0, piece.at), all.substr(piece.at + 1));
 }
 
+static std::string places_of(const std::vector<std::string> &names) {
+    if (names.empty()) return "{1}, {2}, ..., {2..}, {args}, {count} and {results}";
+    std::string list;
+    for (const std::string &name : names)
+        list += (list.empty() ? "{" : name == names.back() ? " and {" : ", {") + name + '}';
+    return list;
+}
+
 /* Reads a place; answers where the text goes on. */
-std::size_t Template::read_place(const std::string &text, std::size_t at) {
+std::size_t Template::read_place(const std::string &text, std::size_t at,
+                                 const std::vector<std::string> &names) {
     const std::size_t end = text.find('}', at);
     if (end == text.npos)
         throw TemplateError("this '{' is not closed; a brace of the text is written '{{'", at);
-    const std::string inside = text.substr(at + 1, end - at - 1);
-    std::string_view rest = inside;
+    const std::string word = text.substr(at + 1, end - at - 1);
+    if (!(names.empty() ? append_numbered(word) : append_named(word, names)))
+        throw TemplateError("'{" + word + "}' is no place: there " +
+                                (names.size() == 1 ? "is " : "are ") + places_of(names) +
+                                "; a brace of the text is written '{{'",
+                            at);
+    return end + 1;
+}
+
+bool Template::append_numbered(const std::string &word) {
+    std::string_view rest = word;
     const std::size_t number = take_number(rest);
-    if (inside == "args" || (number > 0 && rest == ".."))
+    if (word == "args" || (number > 0 && rest == ".."))
         append_place(Kind::List, std::max<std::size_t>(number, 1));
-    else if (inside == "count")
-        append_place(Kind::Count, 0);
+    else if (word == "count" || word == "results")
+        append_place(word == "count" ? Kind::Count : Kind::Results, 0);
     else if (number > 0 && rest.empty())
         append_place(Kind::Argument, number);
     else
-        throw TemplateError("'{" + inside +
-                                "}' is no place: there are {1}, {2}, ..., {2..}, {args} and "
-                                "{count}; a brace of the text is written '{{'",
-                            at);
-    return end + 1;
+        return false;
+    return true;
+}
+
+bool Template::append_named(const std::string &word, const std::vector<std::string> &names) {
+    const auto found = std::find(names.begin(), names.end(), word);
+    if (found == names.end()) return false;
+    append_place(Kind::Argument, static_cast<std::size_t>(found - names.begin()) + 1);
+    return true;
 }
 
 void Template::append_text(const std::string &text) {
@@ -121,6 +136,7 @@ void Template::append_place(Kind kind, std::size_t number) {
     const std::size_t needed = kind == Kind::Argument ? number : number > 0 ? number - 1 : 0;
     least_ = std::max(least_, needed);
     has_list_ = has_list_ || kind == Kind::List;
+    has_results_ = has_results_ || kind == Kind::Results;
     pieces_.push_back({kind, "", number});
 }
 
@@ -135,12 +151,20 @@ bool Template::is_bound(std::string_view before, std::string_view behind) {
     return !is_free_before || !is_free_behind;
 }
 
-std::string Template::fill(const std::vector<std::string> &arguments) const {
+std::string Template::fill(const std::vector<std::string> &arguments,
+                           const std::string &results) const {
+    const std::string text = fill_statement(arguments, results);
+    return is_statements_ ? text : as_operand(text);
+}
+
+std::string Template::fill_statement(const std::vector<std::string> &arguments,
+                                     const std::string &results) const {
     std::string text;
     bool skips_comma = false;
     for (const Piece &piece : pieces_) {
         if (piece.kind == Kind::Text) text += skips_comma ? without_comma(piece.text) : piece.text;
         if (piece.kind == Kind::Count) text += std::to_string(arguments.size());
+        if (piece.kind == Kind::Results) text += results;
         if (piece.kind == Kind::List) text += joined(arguments, piece.number - 1);
         if (piece.kind == Kind::Argument) {
             const std::string &argument = arguments[piece.number - 1];
@@ -149,7 +173,7 @@ std::string Template::fill(const std::vector<std::string> &arguments) const {
         const bool is_empty = piece.kind == Kind::List && piece.number > arguments.size();
         skips_comma = is_empty && !drop_comma(text);
     }
-    return is_statements_ ? text : as_operand(text);
+    return text;
 }
 
 bool Template::is_alone_on_line(std::size_t piece, const std::string &before) const {
@@ -167,16 +191,34 @@ std::string Template::fill_lines(const std::vector<std::string> &arguments) cons
             text += piece.text.substr(skips_line_end ? 1 : 0);
             continue;
         }
-        const std::string argument = piece.kind == Kind::Argument ? arguments[piece.number - 1]
-                                     : piece.kind == Kind::List
-                                         ? joined(arguments, piece.number - 1)
-                                         : std::to_string(arguments.size());
-        const bool is_alone = is_alone_on_line(i, text);
-        skips_line_end = is_alone && argument.empty();
+        const std::string argument =
+            piece.kind == Kind::Argument ? arguments[piece.number - 1] : "";
+        skips_line_end = argument.empty() && is_alone_on_line(i, text);
         if (skips_line_end) text.resize(text.size() - last_line(text).size());
-        text += indented(argument, is_alone ? last_line(text) : "");
+        text += argument;
     }
     return text;
+}
+
+bool Template::is_plain() const {
+    return std::all_of(pieces_.begin(), pieces_.end(),
+                       [](const Piece &piece) { return piece.kind == Kind::Text; });
+}
+
+std::vector<std::size_t> Template::uses_of(std::size_t number) const {
+    std::vector<std::size_t> offsets;
+    for (const Piece &piece : pieces_)
+        if (piece.kind == Kind::Argument && piece.number == number) offsets.push_back(piece.offset);
+    return offsets;
+}
+
+std::string Template::name_called() const {
+    const bool is_call = pieces_.size() == 3 && pieces_[0].kind == Kind::Text &&
+                         pieces_[1].kind == Kind::List && pieces_[1].number == 1 &&
+                         pieces_[2].kind == Kind::Text && pieces_[2].text == ")";
+    if (!is_call || !pieces_[0].text.ends_with('(')) return "";
+    const std::string name = pieces_[0].text.substr(0, pieces_[0].text.size() - 1);
+    return is_host_name(name) ? name : "";
 }
 
 }  // namespace mtranslate

@@ -54,10 +54,18 @@ bool is_number(std::string_view text) {
     return rest.find_first_not_of("0123456789") == rest.npos;
 }
 
+bool begins_with_word(std::string_view text, std::string_view word) {
+    return text.starts_with(word) && (text.size() == word.size() || !is_word(text[word.size()]));
+}
+
 /* Whether the text is a procedure from its first word to its last. */
-bool is_procedure(std::string_view text) {
-    constexpr std::string_view HEAD = "proc";
-    return text.starts_with(HEAD) && text.size() > HEAD.size() && !is_word(text[HEAD.size()]);
+bool is_procedure(std::string_view text) { return begins_with_word(text, "proc"); }
+
+/* Whether a word in front makes a statement of the text. */
+bool begins_statement(std::string_view text) {
+    constexpr std::string_view WORDS[] = {"if", "for", "while", "return", "break", "next"};
+    return std::any_of(std::begin(WORDS), std::end(WORDS),
+                       [text](std::string_view word) { return begins_with_word(text, word); });
 }
 
 }  // namespace
@@ -81,6 +89,7 @@ std::string as_operand(const std::string &text) {
 
 bool is_statements(std::string_view text) {
     if (is_procedure(text)) return false;
+    if (begins_statement(text)) return true;
     for (std::size_t at = 0; at < text.size(); at = behind_part(text, at))
         if (text[at] == '\n' || text[at] == ';' || text.substr(at, 2) == ":=") return true;
     return false;

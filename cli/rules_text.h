@@ -12,8 +12,8 @@ bool is_operand(std::string_view text);
 /* The text, in parentheses where it is no operand. */
 std::string as_operand(const std::string &text);
 
-/* Whether the text has a line end, a semicolon or an assignment outside brackets. A procedure is a
- * value, whatever its body holds. */
+/* Whether the text begins with a word of statements, such as if, or has a line end, a semicolon or
+ * an assignment outside brackets. A procedure is a value, whatever its body holds. */
 bool is_statements(std::string_view text);
 
 /* Where a bracket or a quote stands that has no other half; npos for none. */

@@ -28,8 +28,8 @@ struct Translation {
     FilesRead files_read;
     /* How often each rule has answered, by its title (rules.h). */
     std::map<std::string, std::size_t> rules_used{};
-    /* The calls that no rule has answered, by the functions' names and the numbers of arguments. */
-    std::map<std::string, CountsByArguments> unanswered{};
+    /* The calls that no rule has answered, by the functions' names. */
+    std::map<std::string, UnansweredCalls> unanswered{};
     FileFacts facts{}; /* where the options ask for statistics */
 };
 

@@ -129,6 +129,117 @@ h = "H({1}, {3..})"
     });
 }
 
+/* What else than the number of arguments a form can depend on. */
+TEST_F(Rules, give_forms_by_results_literals_and_uses) {
+    const std::string rules = R"toml([functions]
+sort.1 = "up({1})"
+sort."{1}, 'descend'" = "down({1})"
+sort."{1}, {2}" = "up_in({1}, {2})"
+sort."{1}, {2}, 'descend'" = "down_in({1}, {2})"
+sort.results.2.1 = "places({1})"
+sort.results.2."{1}, 'descend'" = "down_places({1})"
+map."{1}, {2..}, 'UniformOutput', false" = "cells({1}, {2..})"
+map.default = "numbers({args})"
+check = "if not ({1}) then stop({2..}) end if"
+show = { 1 = "shown({1})", results = { 0 = "show {1}" } }
+dims = "dims_of({1}, {results})"
+split = { results = { 2 = "halves({1})", default = "parts({1}, {results})" } }
+sq = "{1}^2"
+fn = "host_fn({args})"
+numel.handle = "element_count"
+"p.f" = { 1 = "pf({1})", handle = "proc( x ) return 1; end proc" }
+g.kind = "text"
+[functions.round]
+1 = "whole({1})"
+"{1}, -1" = "tens({1})"
+"{1}, []" = "w({1})"
+"'a''b\\\"', {1}" = "q({1})"
+)toml";
+    check_answers(
+        rules,
+        {
+            {"a = 1; x = sort(a); x = sort(a, 'descend'); x = sort(a, 2); x = sort(a, 2, "
+             "\"descend\");",
+             "a := 1;\nx := up(a);\nx := down(a);\nx := up_in(a, 2);\nx := down_in(a, 2);"},
+            {"[s, t] = sort(1); [s, t] = sort(1, 'descend');",
+             "(s, t) := places(1);\n(s, t) := down_places(1);"},
+            {"x = map(1, 2, 3, 'UniformOutput', false); y = map(1, 2, 'UniformOutput', true);",
+             "x := cells(1, 2, 3);\ny := numbers(1, 2, \"UniformOutput\", true);"},
+            {"if 1, check(2 > 1, 'a'), end",
+             "if ArrayTools[AllNonZero](1) then\n"
+             "    if not ((evalhf(zip(`>`,eval(2),eval(1))))) then stop(\"a\") end if;\nend if;"},
+            {"show(1); x = show(1);", "show 1;\nx := shown(1);"},
+            {"[m, n] = dims(1); n = dims(1); h = @(t) dims(t); [m, n] = h(1);",
+             "(m, n) := dims_of(1, 2);\nn := dims_of(1, 1);\nh := proc( t )\n"
+             "    local qxrp_1, qxrp_2;\n    if _nresults = 2 then\n"
+             "        (qxrp_1, qxrp_2) := dims_of(t, _nresults);\n"
+             "        return qxrp_1, qxrp_2;\n    end if;\n    return dims_of(t, _nresults);\n"
+             "end proc;\n(m, n) := h(1);"},
+            {"[m, n] = split(1); [m, n, o] = split(1); m = split(1);",
+             "(m, n) := halves(1);\n(m, n, o) := parts(1, 3);\nm := parts(1, 1);"},
+            {"x = round(1); x = round(1, -1); x = round(1, []); x = round('a''b\\\"', 2);",
+             "x := whole(1);\nx := tens(1);\nx := w(1);\nx := q(2);"},
+            {"f = @sq; g = {@fn, @numel}; h = @p.f;",
+             "f := proc( qxrp_x1 ) return qxrp_x1^2; end proc;\n"
+             "g := rtable([host_fn, element_count],subtype='Vector[row]');\n"
+             "h := (proc( x ) return 1; end proc);"},
+            {"sq(3)", "3^2;"},
+        });
+    const auto unknown = [](const std::string &names) {
+        return "<command>: warning: " + names + " [MT401]\n";
+    };
+    check({
+        {"mtranslate --rules r.toml -c '[s, t] = sq(1); x = check(1)'", 0,
+         "(s, t) := sq(1);\nx := check(1);\n",
+         unknown("2 functions are found nowhere and left to the host: sq, check")},
+        {"mtranslate --rules r.toml -c 'x = @sort'", 0, "x := copy(sort);\n",
+         unknown("1 function is found nowhere and left to the host: sort")},
+        {"mtranslate --rules r.toml --language classic -c '[s, t] = sq(1)'", 0,
+         "(s, t) := (1^2);\n", ""},
+    });
+}
+
+TEST_F(Rules, have_forms_for_constructs) {
+    const std::string rules = R"toml([forms]
+try.named = """
+attempt do
+    {body}
+otherwise {name} do
+    {handler}
+end attempt;
+"""
+try.unnamed = """
+attempt do
+    {body}
+otherwise
+    {handler}
+end attempt;
+"""
+eval = "run({text}) + 0"
+evalc = "text_of({text})"
+evalin = "run_in({scope}, {text})"
+assignin = "set_in({scope}, {name}, {value})"
+exist = "assigned({name})"
+rethrow = "raise {error}"
+)toml";
+    check_answers(
+        rules,
+        {
+            {"try, f = 1; % one\n  for k = 1:2, break, end\ncatch err % two\n  % three\n"
+             "  try, f = 2; end, rethrow(err)\nend",
+             "attempt do\n    f := 1; # one\n    for k from 1 to 2 do\n        break;\n"
+             "    end do;\notherwise err do\n    # two\n    # three\n    attempt do\n"
+             "        f := 2;\n    otherwise\n    end attempt;\n    raise err;\nend attempt;"},
+            {"s = 'a'; eval(s); x = eval(s); y = evalc(s); z = evalin('base', s);",
+             "s := \"a\";\nrun(s) + 0;\nx := (run(s) + 0);\ny := text_of(s);\n"
+             "z := run_in(\"base\", s);"},
+            {"assignin('base', 'a', 2);", "set_in(\"base\", \"a\", 2);"},
+            {"if exist('by', 'var'), end, by = 2; x = exist('other', 'var');",
+             "if ArrayTools[AllNonZero](assigned(m_by)) then\nend if;\nm_by := 2;\n"
+             "x := assigned(other);"},
+        });
+}
+
 TEST_F(Rules, put_the_lines_of_try_where_the_form_has_them) {
     const std::string rules = R"toml([functions]
 try = """
@@ -173,7 +284,8 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
              "3:5: error: no TOML in the key-value pair: cannot redefine existing string 'f'\n"
              "f = 'b'\n    ^\n"},
             {"[name]\n", "1:2: error: unknown key 'name'; did you mean 'names'?\n[name]\n ^\n"},
-            {"x = 1\n", "1:1: error: unknown key 'x'; expected names or functions\nx = 1\n^\n"},
+            {"x = 1\n",
+             "1:1: error: unknown key 'x'; expected names, functions or forms\nx = 1\n^\n"},
             {"[options]\njobs = 1\n",
              "1:2: error: options are set in a file mtranslate.toml only\n[options]\n ^\n"},
             {"names = 1\n", "1:9: error: expected a table: [names]\nnames = 1\n        ^\n"},
@@ -189,8 +301,8 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
              "2:15: error: there is no argument 2 in a call with 1\nf.1 = 'F({1}, {2})'\n"
              "              ^\n"},
             {"[functions]\nf = '\xC3\xA4{0}'\n",
-             "2:7: error: '{0}' is no place: there are {1}, {2}, ..., {2..}, {args} and {count}; a "
-             "brace of the text is written '{{'\nf = '\xC3\xA4{0}'\n      ^\n"},
+             "2:7: error: '{0}' is no place: there are {1}, {2}, ..., {2..}, {args}, {count} and "
+             "{results}; a brace of the text is written '{{'\nf = '\xC3\xA4{0}'\n      ^\n"},
             {"[functions]\nf = '{1'\n",
              "2:6: error: this '{' is not closed; a brace of the text is written '{{'\nf = '{1'\n"
              "     ^\n"},
@@ -204,9 +316,45 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
              "2:9: error: a statement's last semicolon is written by the translator\n"
              "f = 'g();'\n        ^\n"},
             {"[functions]\np.f = 'g()'\nh = 1\n",
-             "2:3: error: unknown key 'f'; expected a number of arguments or default (a function "
-             "of a package is written in quotes: \"package.function\")\np.f = 'g()'\n  ^\n"
+             "2:3: error: unknown key 'f'; expected a number of arguments, a pattern of them "
+             "(\"{1}, 'x'\"), default, results, handle or kind (a function of a package is "
+             "written in quotes: \"package.function\")\np.f = 'g()'\n  ^\n"
              "bad.toml:3:5: error: expected a form of the call, a string\nh = 1\n    ^\n"},
+            {"[functions]\nf.\"{1}, x\" = 'g()'\n",
+             "2:3: error: 'x' is neither a place, as {1}, nor a text, a number, true, false or "
+             "[]\nf.\"{1}, x\" = 'g()'\n  ^\n"},
+            {"[functions]\nf.\"{2}, ''\" = 'g()'\n",
+             "2:3: error: '{2}' does not go on with the places: they are {1}, {2}, ..., and the "
+             "last one may be a list, {2..}\nf.\"{2}, ''\" = 'g()'\n  ^\n"},
+            {"[functions]\nf.\"{1}, 'a'\" = 'g({2})'\n",
+             "2:19: error: there is no argument 2 in the pattern\nf.\"{1}, 'a'\" = 'g({2})'\n"
+             "                  ^\n"},
+            {"[functions]\nf.results = 2\nf.kind = 'x'\n",
+             "2:13: error: expected a table of forms by the number of results\nf.results = 2\n"
+             "            ^\nbad.toml:3:10: error: expected number, truth, text, cell, record or "
+             "several\nf.kind = 'x'\n         ^\n"},
+            {"[functions]\nf.results.x = 'a'\n",
+             "2:11: error: unknown key 'x'; expected a number of results or default\n"
+             "f.results.x = 'a'\n          ^\n"},
+            {"[functions]\nf.results.2.x = 'a'\n",
+             "2:13: error: unknown key 'x'; expected a number of arguments, a pattern of them "
+             "(\"{1}, 'x'\") or default\nf.results.2.x = 'a'\n            ^\n"},
+            {"[functions]\nf.handle = 'g({1})'\n",
+             "2:13: error: a handle is a value without arguments\nf.handle = 'g({1})'\n"
+             "            ^\n"},
+            {"[forms]\ntyr = 'a'\n",
+             "2:1: error: unknown key 'tyr'; did you mean 'try'?\ntyr = 'a'\n^\n"},
+            {"[forms]\neval = '{1}'\n",
+             "2:9: error: '{1}' is no place: there is {text}; a brace of the text is written "
+             "'{{'\neval = '{1}'\n        ^\n"},
+            {"[forms]\ntry = '''\na {body}\nb {body}\n'''\n",
+             "3:1: error: the form has no place for {handler}\na {body}\n^\n"
+             "bad.toml:4:3: error: {body} stands for lines, which have one place\n"
+             "b {body}\n  ^\n"},
+            {"[forms]\ntry.unnamed = '{body} {handler} {name}'\n",
+             "2:33: error: '{name}' is no place: there are {body} and {handler}; a brace of the "
+             "text is written '{{'\ntry.unnamed = '{body} {handler} {name}'\n"
+             "                                ^\n"},
             {"[names]\nf = 'F'\n[functions]\nf = 'g()'\n",
              "4:1: error: calls of 'f' are calls of 'F' by bad.toml:2:1\n"},
         });
@@ -358,7 +506,15 @@ TEST_F(Rules, are_shown_with_their_places) {
         "t/mtranslate.toml:2: functions.f.2 = \"F({1})\"\n"
         "t/mtranslate.toml:3: functions.f.default = \"a\\nb\"\n";
     const std::string given = "r.toml:2: names.n = \"N\"\nr.toml:4: functions.\"p.f\" = \"P()\"\n";
+    write(directory / "k.toml",
+          "[forms]\neval = 'e({text})'\n[functions.f]\nkind = 'text'\nresults.2.default = 'g'\n"
+          "\"{1}, ''\" = 'h'\n");
     check({
+        {"mtranslate rules --rules k.toml", 0,
+         "k.toml:6: functions.f.\"{1}, ''\" = \"h\"\n"
+         "k.toml:5: functions.f.results.2.default = \"g\"\n"
+         "k.toml:4: functions.f.kind = \"text\"\nk.toml:2: forms.eval = \"e({text})\"\n",
+         ""},
         {"mtranslate rules", 0, "", "mtranslate: no rules are in force\n"},
         {"mtranslate rules t t/a.m", 0, there, ""},
         {"mtranslate rules --rules r.toml; mtranslate rules t --rules r.toml -o o; cat o", 0,
@@ -401,6 +557,51 @@ TEST_F(Rules, are_prepared_for_what_is_found_nowhere) {
          "mtranslate: error: cannot read 'none.m': No such file or directory\n"},
         {"mkdir u; mtranslate rules --template u", 3, "",
          "mtranslate: error: no file *.m is found in what was given\n"},
+    });
+}
+
+TEST_F(Rules, are_prepared_for_each_kind_of_call) {
+    write(directory / "t/a.m",
+          "x = f(1); x = f(1, 'up'); x = f(1, 'up'); [a, b] = f(1, 'up'); c = {@f, @h};\n"
+          "y = g(1, 'a'); y = g(1, 'b'); y = g(1, 'c'); y = g(1, 'd'); y = g(1, 'e');\n"
+          "z = k(1, 2, 'all', false);\n");
+    check({
+        {"mtranslate rules --template t | tail -n +4", 0,
+         "[functions]\n"
+         "g = \"\" # 5 calls in 1 file, with 2 arguments; t/a.m:2\n"
+         "# f: 4 calls in 1 file; t/a.m:1\n"
+         "f.1 = \"\" # 1 call\n"
+         "f.\"{1}, 'up'\" = \"\" # 2 calls\n"
+         "f.results.2.2 = \"\" # 1 call\n"
+         "f.handle = \"\" # 1 handle\n"
+         "# k: 1 call in 1 file; t/a.m:3\n"
+         "k.\"{1}, {2}, 'all', false\" = \"\" # 1 call\n\n"
+         "[names]\nh = \"\" # a handle in 1 file; t/a.m:1\n",
+         ""},
+        {"mtranslate rules --template t -o r.toml; mtranslate rules --rules r.toml", 0, "",
+         "mtranslate: no rules are in force\n"},
+    });
+}
+
+TEST_F(Rules, that_answer_nothing_are_shown) {
+    write(directory / "t/a.m", "x = disp(1);\n");
+    write(directory / "r.toml",
+          "[names]\nx = 'y'\n[functions]\ndips = 'a()'\ndisp = { 1 = 'b()', 2 = 'c()', kind = "
+          "'text' }\n[forms]\ntry = '{body}{handler}'\n");
+    write(directory / "u.toml", "[functions]\ndips = 'a()'\nother = 'b()'\n");
+    write(directory / "v.toml", "[functions]\ndisp = 'a({1})'\n");
+    check({
+        {"mtranslate rules --unused --rules r.toml t", 0,
+         "r.toml:4: functions.dips = \"a()\"\nr.toml:5: functions.disp.2 = \"c()\"\n"
+         "r.toml:7: forms.try = \"{body}{handler}\"\n",
+         ""},
+        {"mtranslate rules --unused --rules u.toml t", 0,
+         "u.toml:2: functions.dips = \"a()\"; did you mean 'disp'?\n"
+         "u.toml:3: functions.other = \"b()\"\n",
+         ""},
+        {"mtranslate rules --unused --rules v.toml t", 0, "", "mtranslate: all rules are used\n"},
+        {"mtranslate rules --unused", 2, "",
+         "mtranslate: error: give PATH, the sources of the functions\nTry 'mtranslate --help'.\n"},
     });
 }
 

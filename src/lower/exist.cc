@@ -6,9 +6,12 @@
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
+#include "lower/host_words.h"
+#include "lower/keyword_calls.h"
 #include "lower/operands.h"
 #include "syntax/names/names.h"
 #include "syntax/spellings.h"
+#include "translate/text_forms.h"
 
 // The name between the quotes, or null.
 static const Node *asked_name(const Node *arguments) {
@@ -26,13 +29,25 @@ static mExpr *lower_asked(const Symbol *symbol) {
     return is_parameter ? count_comparison("nargs", OP_GE, symbol->position) : nullptr;
 }
 
+// The host's form for a variable, whose name it gets as a name.
+static mExpr *ask_variable(const char *written) {
+    vExpr *name = alloc_vExpr(new_leaf(written));
+    mExpr *answer = ask_host("exist_variable", name);
+    free_vExpr(name);
+    return answer;
+}
+
 mExpr *lower_exist(const Node *name, const Node *arguments) {
     if (strcmp(name->text, "exist") != 0) return nullptr;
     const Node *asked = asked_name(arguments);
-    const Symbol *symbol = asked ? find_symbol(Lowering.scope, intern(asked->text)) : nullptr;
-    if (!symbol || !is_variable(symbol)) return nullptr;
-    mExpr *test = lower_asked(symbol);
-    if (!test) report_at(EXIST_VARIABLE, name, {asked->text});
+    if (!asked) return nullptr;
+    Symbol *symbol = find_symbol(Lowering.scope, intern(asked->text));
+    bool is_known = symbol && is_variable(symbol);
+    mExpr *test = is_known ? lower_asked(symbol) : nullptr;
+    if (test) return test;
+    bool is_any = asked->next && is_identifier(asked->text);
+    if (is_known || is_any) test = ask_variable(is_known ? written_name(symbol) : asked->text);
+    if (!test && is_known) report_at(EXIST_VARIABLE, name, {asked->text});
     return test;
 }
 

@@ -140,7 +140,7 @@ bool holds_function(const Symbol *symbol);
 bool is_copied_parameter(const Symbol *symbol);
 /* What an interned name is in the scope or around it, or null. Where exist is not asked it takes
  * time for each name. */
-const Symbol *find_symbol(const Scope *scope, const char *name);
+Symbol *find_symbol(const Scope *scope, const char *name);
 
 /* Whether the anonymous function's value of a variable around it may differ from what the variable
  * holds later: then it needs a copy of its own. */

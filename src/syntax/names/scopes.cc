@@ -245,16 +245,16 @@ void index_names(Scope *scope) {
         enter_name(&scope->names, symbol->name, symbol);
 }
 
-static const Symbol *find_own_symbol(const Scope *scope, const char *name) {
-    if (scope->names.size) return static_cast<const Symbol *>(find_name(&scope->names, name));
-    const Symbol *symbol = scope->first_symbol;
+static Symbol *find_own_symbol(const Scope *scope, const char *name) {
+    if (scope->names.size) return static_cast<Symbol *>(find_name(&scope->names, name));
+    Symbol *symbol = scope->first_symbol;
     while (symbol && symbol->name != name) symbol = symbol->next;
     return symbol;
 }
 
-const Symbol *find_symbol(const Scope *scope, const char *name) {
+Symbol *find_symbol(const Scope *scope, const char *name) {
     for (; scope; scope = scope->outer)
-        if (const Symbol *symbol = find_own_symbol(scope, name)) return symbol;
+        if (Symbol *symbol = find_own_symbol(scope, name)) return symbol;
     return nullptr;
 }
 

@@ -1,0 +1,16 @@
+/* What a configuration says of a function. */
+#pragma once
+
+#include <toml++/toml.h>
+#include <string>
+
+#include "cli/configuration_text.h"
+#include "cli/rules/call_forms.h"
+
+namespace mtranslate {
+
+/* Reads an entry of [functions]; mistakes are noted. */
+FunctionRule read_function_rule(ConfigurationText &file, const std::string &name,
+                                const toml::key &key, const toml::node &value);
+
+}  // namespace mtranslate

@@ -1,0 +1,17 @@
+/* Words for the kinds of results. */
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "syntax/result_kinds.h"
+
+namespace mtranslate {
+
+/* The kind that a word of a configuration stands for. */
+std::optional<ResultKind> result_kind_of(std::string_view word);
+/* All the words, for people. */
+std::string all_result_kinds();
+
+}  // namespace mtranslate

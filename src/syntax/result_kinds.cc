@@ -1,0 +1,4 @@
+// Kinds of results.
+#include "syntax/result_kinds.h"
+
+ResultKindFinder ResultKindOf;
