@@ -63,9 +63,9 @@ std::optional<std::string> RuleAnswers::name(std::string_view name) {
 }
 
 std::optional<std::string> RuleAnswers::handle(std::string_view name) {
-    const auto renamed = this->name(name);
+    auto renamed = this->name(name);
     const FunctionRule *rule = rules_.find_function(renamed ? *renamed : name);
-    const auto text = rule ? rule->handle_text() : std::nullopt;
+    auto text = rule ? rule->handle_text() : std::nullopt;
     if (!text && !renamed) ++unanswered_[std::string(name)].handles;
     if (!text) return renamed;
     ++used_[rule->handle ? &rule->handle->rule : rule->all().front()];

@@ -60,17 +60,17 @@ TEST_F(Messages, count_lines_and_characters) {
 
 TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
     write(directory / "w.m",
-          "x = eval('1');\nif x == 'abc'  % mtranslate: ignore text-comparison\n    y = 2;\nend\n"
+          "x = eval('(');\nif x == 'abc'  % mtranslate: ignore text-comparison\n    y = 2;\nend\n"
           "if x == 'abd'\n    y = 3;\nend\n");
     write(directory / "head.m",
-          "\n%% Notes\n  #mtranslate: ignore MT999; MT302 MT204\n\nx = eval('1');\nif x == 'abc', "
+          "\n%% Notes\n  #mtranslate: ignore MT999; MT302 MT204\n\nx = eval('(');\nif x == 'abc', "
           "y = 1; end\n");
-    write(directory / "two.m", "if eval('1') == 'abc'  % mtranslate: ignore MT302\nend\n");
-    write(directory / "late.m", "x = 1;  % mtranslate: ignore MT204\nx = eval('1');\n");
+    write(directory / "two.m", "if eval('(') == 'abc'  % mtranslate: ignore MT302\nend\n");
+    write(directory / "late.m", "x = 1;  % mtranslate: ignore MT204\nx = eval('(');\n");
     write(directory / "error.m", "% mtranslate: ignore MT112\nx = 3 $ 4;\n");
     const std::string gap =
         "w.m:1:5: gap: 'eval' runs a text as a program, which is not translated [MT204]\n"
-        "x = eval('1');\n    ^~~~\n";
+        "x = eval('(');\n    ^~~~\n";
     const auto compared = [](const char *severity) {
         return std::string("w.m:5:4: ") + severity +
                ": '==' compares texts character by character [MT302]\nif x == 'abd'\n   "
@@ -87,7 +87,7 @@ TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
          gap + compared("warning") + ended(gaps.c_str(), "; 1 message left out")},
         {"mtranslate check two.m", 1, "",
          "two.m:1:4: gap: 'eval' runs a text as a program, which is not translated [MT204]\n"
-         "if eval('1') == 'abc'  % mtranslate: ignore MT302\n   ^~~~\n" +
+         "if eval('(') == 'abc'  % mtranslate: ignore MT302\n   ^~~~\n" +
              ended(gaps.c_str(), "; 1 message left out")},
         {"mtranslate check -W no-MT204 -W no-text-comparison w.m", 0, "",
          ended(good.c_str(), "; 3 messages left out")},
@@ -111,7 +111,7 @@ TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
 }
 
 TEST_F(Messages, end_at_the_most_errors_wished) {
-    write(directory / "a.m", "x = 3 $ 4;\nif x == 'abc', y = 1; end\nx = eval('1');\n");
+    write(directory / "a.m", "x = 3 $ 4;\nif x == 'abc', y = 1; end\nx = eval('(');\n");
     write(directory / "b.m", "z = );\n");
     const std::string first =
         "a.m:1:7: error: invalid character '$' [MT112]\nx = 3 $ 4;\n      ^\n";
@@ -194,7 +194,7 @@ TEST_F(Messages, speak_to_programs) {
 }
 
 TEST_F(Messages, in_json_are_what_their_schema_says) {
-    write(directory / "main.m", "x = 3 $ 4;\ny = g(1);\nz = eval('1');\n");
+    write(directory / "main.m", "x = 3 $ 4;\ny = g(1);\nz = eval('(');\n");
     write(directory / "g.m", "function y = g(x)\ny = x + ;\n");
     write(directory / "old.m", "x = ");
     ASSERT_EQ(run("(mtranslate --format json -o o main.m; mtranslate --format json --language "
@@ -210,7 +210,7 @@ TEST_F(Messages, in_json_are_what_their_schema_says) {
 }
 
 TEST_F(Messages, in_sarif_name_their_rules) {
-    write(directory / "main file.m", "x = 3 $ 4;\ny = g(1);\nz = eval('1');\nh(2);\n");
+    write(directory / "main file.m", "x = 3 $ 4;\ny = g(1);\nz = eval('(');\nh(2);\n");
     write(directory / "g.m", "function y = g(x)\ny = x + ;\n");
     run("mtranslate check --closure --format sarif 'main file.m' > log");
     ASSERT_TRUE(is_valid("log", "tests/cases/sarif.schema.json"));

@@ -185,7 +185,7 @@ TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
          "f file f.m, g unknown, r host, k host, i language, s file s.m"},
         {"h = @(x) f(x); p = @g; p = @r; p = @and; hold on; l",
          "f file f.m, g unknown, r host, and language, hold unknown, l unknown"},
-        {"% a\nx = 1; % b\neval('2'); % c\nx = [1 ... d\n];\ny = (1;",
+        {"% a\nx = 1; % b\neval('('); % c\nx = [1 ... d\n];\ny = (1;",
          "comment, comment, eval unknown, source, comment, comment, source"},
         {"while g(1) && f(2), n = isempty(k); end",
          "g unknown, f file f.m, isempty unknown, k host"},

@@ -102,7 +102,7 @@ TEST_F(Reports, count_statements_and_comments) {
          R"([{"names":["f"],"statements":1},{"names":["f","g"],"statements":1}])", 0, 0},
         {"if f(1)\n    y = 2;\nelse\n    y = g;\nend\n", 5, 3, 1,
          R"([{"names":["f"],"statements":1},{"names":["g"],"statements":1}])", 0, 0},
-        {"if 1\n    eval('x');\nend\n", 3, 2, 1, "[]", 0, 0},
+        {"if 1\n    eval('(');\nend\n", 3, 2, 1, "[]", 0, 0},
         {"classdef c < handle % a\nproperties\n    p = [1 2\n 3 4]; q = x';\nend\nmethods "
          "(Static)\n"
          "function f(x)\nif x, y = 'a;b'; else, y = 2; end % b\n%{\nz = 1;\n%}\nz = [x' ...\n"
@@ -113,7 +113,7 @@ TEST_F(Reports, count_statements_and_comments) {
         {"function y = f(x)\n    function z = h\n        z = x;\n    end\ny = h;\nend\n", 6, 2, 2,
          "[]", 0, 0},
         {"% a\nx = 1; % b\n%{\nc\n%}\nx = [1 ... d\n 2];\n", 7, 2, 2, "[]", 4, 4},
-        {"eval('x'); % a\nif 1 % b\n    y = eval(1); % c\nend % d\n", 4, 3, 1, "[]", 4, 4},
+        {"eval('('); % a\nif 1 % b\n    y = eval(1); % c\nend % d\n", 4, 3, 1, "[]", 4, 4},
         {"try\n    x = 1; % a\ncatch\n    x = 2; % b\nend\n", 5, 3, 2, "[]", 2, 2},
     };
     for (const auto &row : rows) {

@@ -29,7 +29,7 @@ bool is_pattern(std::string_view key) {
 
 /* A key as a file has it. */
 std::string written_key(const toml::key &key) {
-    const std::string text(key.str());
+    std::string text(key.str());
     const bool is_bare = text.find_first_of(".'\"{}[], -") == text.npos;
     if (is_bare) return text;
     return text.find('"') == text.npos ? '"' + text + '"' : '\'' + text + '\'';

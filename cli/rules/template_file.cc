@@ -32,25 +32,29 @@ std::string arguments_of(const CountsByArguments &calls) {
     return list + (is_one ? " argument" : " arguments");
 }
 
+std::string files_of(const SurveyedFunction &function) {
+    return " in " + counted(function.files, "file");
+}
+
 std::string place_of(const SurveyedFunction &function) {
     return "; " + printable(function.place) + (function.is_in_class ? "; classes have it" : "");
 }
 
-std::string files_and_place(const SurveyedFunction &function) {
-    return " in " + counted(function.files, "file") + place_of(function);
-}
-
 std::string comment_of(const SurveyedFunction &function) {
     const auto &calls = function.calls.by_arguments;
-    const std::string files = " in " + counted(function.files, "file");
-    const std::string place = place_of(function);
-    if (calls.empty()) return "# a handle" + files + place;
-    return "# " + counted(function.count(), "call") + files + ", with " + arguments_of(calls) +
-           place;
+    if (calls.empty()) return "# a handle" + files_of(function) + place_of(function);
+    return "# " + counted(function.count(), "call") + files_of(function) + ", with " +
+           arguments_of(calls) + place_of(function);
 }
 
+std::string quoted(const std::string &key) { return '"' + key + '"'; }
+
 std::string key_of(const std::string &name) {
-    return name.find('.') == name.npos ? name : '"' + name + '"';
+    return name.find('.') == name.npos ? name : quoted(name);
+}
+
+std::string results_key(int results, std::size_t arguments) {
+    return "results." + std::to_string(results) + '.' + std::to_string(arguments);
 }
 
 std::vector<Entry> most_used_first(const SurveyedFunctions &functions) {
@@ -81,8 +85,10 @@ CountsByArguments plain_calls(const UnansweredCalls &calls) {
     return plain;
 }
 
-std::string line_of(const std::string &key, std::size_t count, const char *thing = "call") {
-    return key + " = \"\" # " + counted(count, thing) + '\n';
+/* A line with the key of a function and what stands after it. */
+std::string line_of(const std::string &key, const std::string &rest, std::size_t count,
+                    const char *thing = "call") {
+    return key + '.' + rest + " = \"\" # " + counted(count, thing) + '\n';
 }
 
 /* A line for each kind of call. */
@@ -90,18 +96,16 @@ std::string lines_of_kinds(const std::string &name, const SurveyedFunction &func
     const UnansweredCalls &calls = function.calls;
     const std::string key = key_of(name);
     std::string lines = "# " + printable(name) + ": " + counted(function.count(), "call") +
-                        files_and_place(function) + '\n';
+                        files_of(function) + place_of(function) + '\n';
     for (const auto &[arguments, count] : plain_calls(calls))
-        lines += line_of(key + '.' + std::to_string(arguments), count);
+        lines += line_of(key, std::to_string(arguments), count);
     if (has_options(calls))
         for (const auto &[pattern, count] : calls.by_literals)
-            lines += line_of(key + ".\"" + pattern + '"', count);
+            lines += line_of(key, quoted(pattern), count);
     for (const auto &[results, counts] : calls.by_results)
         for (const auto &[arguments, count] : counts)
-            lines += line_of(
-                key + ".results." + std::to_string(results) + '.' + std::to_string(arguments),
-                count);
-    if (calls.handles > 0) lines += line_of(key + ".handle", calls.handles, "handle");
+            lines += line_of(key, results_key(results, arguments), count);
+    if (calls.handles > 0) lines += line_of(key, "handle", calls.handles, "handle");
     return lines;
 }
 

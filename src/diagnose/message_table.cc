@@ -131,8 +131,9 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "Write a colon for the dimensions that stay whole: x(1, :) = []."},
     {EVAL_GAP, "MT204", "eval", SEVERITY_GAP,
      "'%s' runs a text as a program, which is not translated",
-     "The text is MATLAB source that exists at run time only.",
-     "eval('x = 1;');\n",
+     "The text is MATLAB source that exists at run time only, or one that cannot be read. What a "
+     "literal text says is put in its place.",
+     "text = 'x = 1;';\neval(text);\n",
      "Write the statements themselves. For names made at run time use fields: s.(name)."},
     {SCRIPT_CALL_GAP, "MT205", "script-call", SEVERITY_GAP,
      "the statements of the script '%s' cannot be put here: %s",

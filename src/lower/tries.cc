@@ -45,8 +45,25 @@ void put_handler(const Node *node, const char *why) {
     append_lines(Lowering.lines, &lines);
 }
 
+// The body of a try that is made of a call of eval has the place of the call.
+bool is_eval(const Node *node) {
+    const Node *first = node->first_child->first_child;
+    return first && first->offset == node->offset;
+}
+
 void report_try(MessageId id, const Node *node) {
-    report(id, CurrentFile->source, node->offset, sizeof "try" - 1);
+    uint32_t length = is_eval(node) ? sizeof "eval" - 1 : sizeof "try" - 1;
+    report(id, CurrentFile->source, node->offset, length);
+}
+
+// eval(text, handler) of a text that is known at run time only.
+const Node *unknown_eval(const Node *node) {
+    const Node *statement = is_eval(node) ? node->first_child->first_child : nullptr;
+    const Node *call =
+        statement && statement->kind == NODE_EXPRESSION ? statement->first_child : nullptr;
+    const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
+    bool is_call = name && name->kind == NODE_NAME && strcmp(name->text, "eval") == 0;
+    return is_call ? name : nullptr;
 }
 
 // The body as if nothing failed.
@@ -114,6 +131,7 @@ void put_answer(const Node *node, const mExpr *answer) {
 
 void put_try(const Node *node) {
     if (put_form_of_try(node)) return;
+    if (const Node *name = unknown_eval(node)) return report_gap(EVAL_GAP, name, {name->text});
     if (const Node *fields = tried_fields(node)) return put_field_test(node, fields);
     if (only_raises_error(handler_of(node))) return put_without_handler(node);
     put_uncaught(node);

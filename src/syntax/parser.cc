@@ -1,6 +1,9 @@
 // Reading a source from its first token to its last.
 #include "syntax/parser.h"
 
+#include <string.h>
+
+#include "syntax/eval_texts.h"
 #include "syntax/parser_state.h"
 #include "syntax/spellings.h"
 #include "syntax/statements.h"
@@ -51,5 +54,12 @@ Node *parse_source(Source *source, SourceLanguage language) {
     FunctionEnds ends = counted_ends();
     if (ends != Parsing.ends) file = read_source(source, language, ends);
     report_errors();
+    put_eval_texts(file, source, language);
     return file;
+}
+
+Node *parse_text(const char *text, SourceLanguage language) {
+    Source *source = new_source(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    Node *file = read_source(source, language, WITH_ENDS);
+    return forget_errors() ? nullptr : file;
 }

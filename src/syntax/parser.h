@@ -15,3 +15,6 @@ void begin_syntax();
 /* The tree of the source, a NODE_FILE, with its errors reported; never null. Exhausted memory ends
  * the run. */
 Node *parse_source(Source *source, SourceLanguage language);
+/* The same of a text that is kept until the run ends; null, and nothing is reported, where it has
+ * an error. No other source is being read. */
+Node *parse_text(const char *text, SourceLanguage language);

@@ -201,6 +201,12 @@ void report_errors() {
     NotedCount = 0;
 }
 
+bool forget_errors() {
+    bool has_errors = NotedCount > 0;
+    NotedCount = 0;
+    return has_errors;
+}
+
 const char *describe_bytes(const char *start, const char *end) {
     size_t length = static_cast<size_t>(end - start);
     size_t shown = shown_length(start, length);

@@ -43,6 +43,8 @@ void unclosed_bracket(const char *closer, uint32_t opener);
 void move_error_to_line_end(uint32_t line_end, const char *closer, uint32_t opener);
 /* Reports what has been noted, and forgets it. */
 void report_errors();
+/* Forgets it without a report; whether there was something. */
+bool forget_errors();
 
 /* The following are kept texts, or constants. How people read a piece of the source: its bytes, in
  * quotes and cut where they are many. */

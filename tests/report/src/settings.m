@@ -6,5 +6,5 @@ try
 catch
     disp('defaults');
 end
-eval('s.size = 20;');   % not translated
+eval(file);   % not translated
 end
