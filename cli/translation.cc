@@ -38,6 +38,7 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
     if (wanted.language != "classic") {
         add("Language", values.string(wanted.language));
         add("KeepGoing", values.boolean(true));
+        add("Display", values.boolean(wanted.rules->find_form("display") != nullptr));
     }
     return options;
 }

@@ -83,7 +83,8 @@ typedef struct HostKernelTable {
  *      the host's function translator out; an equation Language = "matlab", "octave" or "classic"
  *      (a string or a name) says how the sources are read, without it as classic; an equation
  *      KeepGoing = true has matlab and octave give the text of a source with errors or gaps
- *      without raising the first one when the run ends; anything else is ignored.
+ *      without raising the first one when the run ends; an equation Display = true has them ask
+ *      the host for what statements without a semicolon display; anything else is ignored.
  *
  * Result: a host string with the translation; null for any other mode. Errors (arguments, syntax,
  * unreadable files, exhausted memory) are raised through RaiseError. Where that returns, the result

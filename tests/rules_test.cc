@@ -221,6 +221,10 @@ evalin = "run_in({scope}, {text})"
 assignin = "set_in({scope}, {name}, {value})"
 exist = "assigned({name})"
 rethrow = "raise {error}"
+display = "show({name}, {value})"
+[functions]
+sine.handle = "Sine"
+pair.results.2 = "both()"
 )toml";
     check_answers(
         rules,
@@ -233,6 +237,12 @@ rethrow = "raise {error}"
             {"s = 'a'; eval(s); x = eval(s); y = evalc(s); z = evalin('base', s);",
              "s := \"a\";\nrun(s) + 0;\nx := (run(s) + 0);\ny := text_of(s);\n"
              "z := run_in(\"base\", s);"},
+            {"x = 1, y(2) = x; [by, z.a] = pair\nx, x + 1\ny(2)\nfor k = 1:2, k, end, f = @sine; "
+             "f(1)",
+             "x := 1;\nshow(\"x\", x);\ny(2) := copy(x);\n(m_by, z:-a) := both();\n"
+             "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x +~ 1);\n"
+             "show(\"ans\", y(2));\nfor k from 1 to 2 do\n    show(\"k\", k);\nend do;\n"
+             "f := copy(Sine);\nf(1);"},
             {"assignin('base', 'a', 2);", "set_in(\"base\", \"a\", 2);"},
             {"if exist('by', 'var'), end, by = 2; x = exist('other', 'var');",
              "if ArrayTools[AllNonZero](assigned(m_by)) then\nend if;\nm_by := 2;\n"

@@ -8,6 +8,7 @@ namespace mtranslate {
 std::span<const Construct> all_constructs() {
     static const Construct constructs[] = {
         {"assignin", "assignin", {"scope", "name", "value"}},
+        {"display", "display", {"name", "value"}},
         {"eval", "eval", {"text"}},
         {"evalc", "evalc", {"text"}},
         {"evalin", "evalin", {"scope", "text"}},

@@ -76,6 +76,7 @@ bool read_option(HostValue argument, RunRequest *request) {
     // The option can only switch the translator off.
     if (strcmp(name, "AddTranslator") == 0 && !is_true(argument)) AddTranslator = 0;
     if (strcmp(name, "KeepGoing") == 0) KeepGoing = is_true(argument);
+    if (strcmp(name, "Display") == 0) Displays = is_true(argument);
     return true;
 }
 
@@ -103,6 +104,7 @@ bool read_arguments(HostValue args, RunRequest *request) {
     request->has_path = false;
     AddTranslator = 1;
     KeepGoing = 0;
+    Displays = 0;
     UsedFrontEnd = &ClassicFrontEnd;
     for (int i = 3; i <= count; i++)
         if (!read_option(element(args, i), request)) return false;

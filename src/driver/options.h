@@ -12,9 +12,9 @@ struct RunRequest {
     bool has_path; /* a list option was given, perhaps an empty one */
 };
 
-/* Reads the arguments; sets SearchPath, AddTranslator, UsedFrontEnd and KeepGoing by the options.
- * False when a required argument is missing or no string, or the language is none: the error has
- * been raised. */
+/* Reads the arguments; sets SearchPath, AddTranslator, UsedFrontEnd, KeepGoing and Displays by the
+ * options. False when a required argument is missing or no string, or the language is none: the
+ * error has been raised. */
 bool read_arguments(HostValue args, RunRequest *request);
 /* Puts a directory of length bytes of text in front of SearchPath. */
 void add_search_directory(const char *text, size_t length);

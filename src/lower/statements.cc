@@ -6,6 +6,7 @@
 #include "lower/calls.h"
 #include "lower/comments.h"
 #include "lower/context.h"
+#include "lower/displays.h"
 #include "lower/exist.h"
 #include "lower/expressions.h"
 #include "lower/gaps.h"
@@ -33,7 +34,9 @@ void put_expression(const Node *node) {
     if (is_script(expression)) return put_script(expression);
     report_loading(node);
     request_results(expression, 0);
-    put_line("%s;", {lower_expression(expression)->text});
+    const char *value = lower_expression(expression)->text;
+    const char *display = displayed_value(node, value);
+    put_line("%s;", {display ? display : value});
 }
 
 void put_command(const Node *node) {
@@ -68,9 +71,11 @@ void put_return_statement(const Node *node) {
 void put_assigned(const Node *node) {
     if (node->kind == NODE_ASSIGN) {
         put_assignment(node);
+        put_displayed_targets(node);
         return put_presence(node->first_child);
     }
     put_multi_assignment(node);
+    put_displayed_targets(node);
     for (const Node *target = node->first_child->first_child; target; target = target->next)
         put_presence(target);
 }

@@ -11,6 +11,7 @@ int32_t UsesLinearAlgebra;
 int32_t FileMode = 1;
 int32_t AddTranslator = 1;
 int32_t KeepGoing;
+int32_t Displays;
 
 SearchDirectory *SearchPath;
 mProc *CurrentProc;

@@ -37,6 +37,8 @@ extern int32_t FileMode;
 extern int32_t AddTranslator;
 /* Whether a source with errors or gaps gives a text and no error. */
 extern int32_t KeepGoing;
+/* Whether the host is asked how to display what statements without a semicolon do. */
+extern int32_t Displays;
 /* The procedure being written, or null. */
 extern mProc *CurrentProc;
 /* Parses that wait for the resolution of a script's functions. */
