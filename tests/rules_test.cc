@@ -239,7 +239,8 @@ pair.results.2 = "both()"
              "z := run_in(\"base\", s);"},
             {"x = 1, y(2) = x; [by, z.a] = pair\nx, x + 1\ny(2)\nfor k = 1:2, k, end, f = @sine; "
              "f(1)",
-             "x := 1;\nshow(\"x\", x);\ny(2) := copy(x);\n(m_by, z:-a) := both();\n"
+             "x := 1;\nshow(\"x\", x);\ny := Vector();\ny(2) := copy(x);\nz := struct();\n(m_by, "
+             "z:-a) := both();\n"
              "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x +~ 1);\n"
              "show(\"ans\", y(2));\nfor k from 1 to 2 do\n    show(\"k\", k);\nend do;\n"
              "f := copy(Sine);\nf(1);"},
