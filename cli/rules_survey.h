@@ -13,9 +13,9 @@ namespace mtranslate {
 
 /* A function that is found nowhere, or only in classes. */
 struct SurveyedFunction {
-    UnansweredCalls calls; /* none: a handle only */
-    std::size_t files = 0; /* that use it */
-    std::string place;     /* of its first use: "FILE:LINE" */
+    UnansweredCalls calls;    /* none: a handle only */
+    std::size_t files = 0;    /* that use it */
+    std::string place;        /* of its first use: "FILE:LINE" */
     bool is_in_class = false; /* classes have it */
 
     std::size_t count() const;

@@ -126,7 +126,7 @@ Line *split_line(Line *line, const char *end) {
     const char *rest = end + 1 + strspn(end + 1, " ");
     Line *second = AllocRecord<Line>();
     int32_t blanks = static_cast<int32_t>(rest - end - 1);
-    *second = {blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next};
+    *second = {blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next, line->origin};
     line->text = KeepText(line->text, static_cast<size_t>(end - line->text));
     line->next = second;
     return second;

@@ -121,12 +121,6 @@ bool put_form_of_try(const Node *node) {
     return answer && put_block_form(answer, {body, handler});
 }
 
-void put_answer(const Node *node, const mExpr *answer) {
-    Origin *outer = begin_origin(STATEMENT_LINES, node);
-    put_lines_of(answer->text, "");
-    end_origin(outer);
-}
-
 }  // namespace
 
 void put_try(const Node *node) {
