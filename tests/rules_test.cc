@@ -98,7 +98,7 @@ system = "run({1})"
              "if ArrayTools[AllNonZero](1) then\n    first(1);\n    second(1);\nend if;"},
             {"x = __own__(1);", "x := own(1);"},
             {"hold on", "keep(\"on\");"},
-            {"lead(1); lead();", "(, 1);\n();"},
+            {"x = lead(1); lead();", "x := (, 1);\n;"},
             {"n = 2; s = ['n = ' n]; t = s.(n); !ls",
              "n := 2;\ns := join(\"n = \", n);\nt := field_of(s, n);\nrun(\"ls\");"},
         });

@@ -69,9 +69,10 @@ const Node *unknown_eval(const Node *node) {
 // The body as if nothing failed.
 void put_uncaught(const Node *node) {
     report_try(TRY_GAP, node);
-    if (CurrentOrigin) CurrentOrigin->kind = GAP_LINES;
+    Origin *head = CurrentOrigin;
     put_line("# not translated: errors in the lines below are not caught", {});
     put_block(node->first_child, Lowering.level);
+    if (head) head->kind = GAP_LINES;
     put_handler(node, "");
 }
 
