@@ -7,6 +7,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/targets.h"
+#include "syntax/values/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
 
@@ -30,7 +31,7 @@ bool is_one(const Node *node) {
 // A colon, or 1:end.
 bool is_whole(const Node *argument) {
     argument = without_parens(argument);
-    if (argument->kind == NODE_COLON) return true;
+    if (is_colon(argument)) return true;
     if (argument->kind != NODE_RANGE || !is_one(argument->first_child)) return false;
     const Node *second = second_child(argument);
     return second->kind == NODE_END && !second->next;
@@ -119,6 +120,12 @@ const char *base_text(const Target *target) {
     return path.text;
 }
 
+// x([]) = [] leaves x as it is.
+bool selects_nothing(const Node *arguments) {
+    const Node *position = arguments->first_child;
+    return !position->next && !may_be(value_of(position), MAY_BE_FILLED);
+}
+
 }  // namespace
 
 bool is_deletion(const Node *assignment) {
@@ -131,6 +138,7 @@ bool is_deletion(const Node *assignment) {
 void put_deletion(const Node *assignment) {
     const Node *node = assignment->first_child;
     const Node *arguments = last_selector(node);
+    if (selects_nothing(arguments)) return;
     int selecting = selecting_argument(arguments);
     if (selecting < 0) return report_gap(DELETION_GAP, node);
     Target target = lower_target(node, arguments);

@@ -83,8 +83,10 @@ mExpr *lower_plain_position(const Node *node) {
     if (is_value_list(node, false)) return lower_value_list(node);
     node = without_parens(node);
     if (node->kind == NODE_END) return last_position();
+    if (!Lowering.end_base->is_used && is_colon(node)) return new_node(EXPR_RANGE, nullptr);
     if (is_open_range(node)) return lower_open_range(node);
-    bool is_value = node->kind == NODE_RANGE && !is_plain_range(node);
+    bool is_value =
+        node->kind == NODE_RANGE && (Lowering.end_base->may_be_call || !is_plain_range(node));
     return is_value ? new_call_leaf(lower_range(node)->text) : nullptr;
 }
 
@@ -113,10 +115,11 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     return position;
 }
 
-static ExprList lower_positions(const Node *selector, const char *base, bool *is_used) {
+static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,
+                                bool may_be_call) {
     int32_t outer = open_bracket(bracket_of(selector));
     ExprList positions = {};
-    EndBase at = {base, 0, count_children(selector), is_used};
+    EndBase at = {base, 0, count_children(selector), is_used, may_be_call};
     for (const Node *child = selector->first_child; child; child = child->next) {
         at.argument++;
         append_expr(&positions, lower_position(child, &at));
@@ -125,8 +128,8 @@ static ExprList lower_positions(const Node *selector, const char *base, bool *is
     return positions;
 }
 
-ExprList lower_index(const Node *selector, const char *base) {
-    return lower_positions(selector, base, nullptr);
+ExprList lower_index(const Node *selector, const char *base, bool may_be_call) {
+    return lower_positions(selector, base, nullptr, may_be_call);
 }
 
 ExprList lower_values(const Node *arguments) {
@@ -142,5 +145,5 @@ ExprList lower_values(const Node *arguments) {
 ExprList lower_arguments(const Node *arguments, const char *name, bool *is_index) {
     const EndBase *around = Lowering.end_base;
     if (around && !around->is_used) return lower_values(arguments);
-    return lower_positions(arguments, name, is_index);
+    return lower_positions(arguments, name, is_index, false);
 }

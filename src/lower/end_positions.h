@@ -9,7 +9,8 @@ struct EndBase {
     const char *base;
     int argument;
     int count;
-    bool *is_used; /* set when end is lowered; null when nobody asks */
+    bool *is_used;            /* set when end is lowered; null when nobody asks */
+    bool may_be_call = false; /* a function may get the arguments: ranges are values */
 };
 
 /* Last position of an argument, from 1, of count behind base. */
@@ -19,7 +20,7 @@ mExpr *lower_end(const Node *node);
 
 /* The arguments of an index behind base: ARGUMENTS or BRACES. Ranges keep their parts, colons and
  * end stand for themselves (indices.h). The cells are the caller's. */
-ExprList lower_index(const Node *selector, const char *base);
+ExprList lower_index(const Node *selector, const char *base, bool may_be_call = false);
 /* The arguments of a call, as values; an end among them belongs to the index around the call. */
 ExprList lower_values(const Node *arguments);
 /* The arguments of what may be a call or an index, as nobody knows the name: behind a variable's

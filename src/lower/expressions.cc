@@ -6,6 +6,7 @@
 #include "lexer/brackets.h"
 #include "lower/anonymous.h"
 #include "lower/calls.h"
+#include "lower/characters.h"
 #include "lower/classes/methods.h"
 #include "lower/end_positions.h"
 #include "lower/host_conditions.h"
@@ -53,12 +54,13 @@ Operand lower_operand(const Node *node) {
 bool is_text_range(const Node *node) {
     const Node *start = without_parens(node->first_child);
     const Node *stop = without_parens(second_child(node));
-    bool are_texts = start->kind == NODE_STRING && stop->kind == NODE_STRING;
-    return are_texts && strlen(start->text) == 1 && strlen(stop->text) == 1;
+    return kinds_of(value_of(start)) == MAY_BE_TEXT && kinds_of(value_of(stop)) == MAY_BE_TEXT;
 }
 
 static const char *code_of(const Node *character) {
-    return number_text(static_cast<unsigned char>(*without_parens(character)->text));
+    Operand code = lower_operand(character);
+    spell_prefixed(&code, value_of(character));
+    return code.expr->text;
 }
 
 // From one character to another the values are characters, too.

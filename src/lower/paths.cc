@@ -14,6 +14,7 @@
 #include "lower/requested_results.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "syntax/values/values.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
 
@@ -111,17 +112,10 @@ void append_index_of(const char *base, Path *path, const vExpr *arguments) {
     path->room += size - written;
 }
 
-bool has_end(const Node *node) {
-    if (node->kind == NODE_END) return true;
-    for (const Node *child = first_child(node); child; child = child->next)
-        if (has_end(child)) return true;
-    return false;
-}
-
 // The text stands for each end, so that it would double with each index that has one: where it is
 // long, a variable does.
 bool repeats_too_much(const Path *path, const Node *selector) {
-    return path->length > LONGEST_REPEATED && has_end(selector);
+    return path->length > LONGEST_REPEATED && has_end_inside(selector);
 }
 
 }  // namespace
@@ -131,11 +125,11 @@ void append_index(Path *path, const vExpr *arguments) {
     append_index_of(base, path, arguments);
 }
 
-void add_index(Path *path, const Node *selector) {
+void add_index(Path *path, const Node *selector, bool may_be_call) {
     begin_selector(path, true);
     bool is_long = repeats_too_much(path, selector);
     const char *base = is_long ? put_temporary(path->text) : path->text;
-    ExprList arguments = lower_index(selector, base);
+    ExprList arguments = lower_index(selector, base, may_be_call);
     if (is_long) {
         append_index_of(base, path, arguments.first);
     } else {
@@ -153,11 +147,11 @@ void add_dynamic_field(Path *path, const Node *selector) {
     *path = begin_path(call->text, true);
 }
 
-void add_selector(Path *path, const Node *selector) {
+void add_selector(Path *path, const Node *selector, bool may_be_call) {
     switch (selector->kind) {
         case NODE_FIELD: return add_field(path, selector);
         case NODE_DYNAMIC_FIELD: return add_dynamic_field(path, selector);
-        default: return add_index(path, selector);
+        default: return add_index(path, selector, may_be_call);
     }
 }
 
@@ -294,7 +288,7 @@ Path value_path(const Node *reference, const Node *end) {
     while (selectors.next != end) {
         const Node *selector = take(&selectors);
         path.is_call |= repeats_too_much(&path, selector);
-        add_selector(&path, selector);
+        add_selector(&path, selector, may_be_called(reference->first_child, selector));
     }
     return path;
 }

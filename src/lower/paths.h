@@ -19,10 +19,10 @@ Path begin_path(const char *text, bool is_call);
 /* A new selector: a field; ( ) or { } with the arguments; each behind a temporary where the path is
  * a call. The field .(e) makes the path a call. */
 void add_field(Path *path, const Node *field);
-void add_index(Path *path, const Node *selector);
+void add_index(Path *path, const Node *selector, bool may_be_call = false);
 void add_dynamic_field(Path *path, const Node *selector);
-/* Any of the three. */
-void add_selector(Path *path, const Node *selector);
+/* Any of the three. may_be_call: ( ) may be a call: then ranges in it are values. */
+void add_selector(Path *path, const Node *selector, bool may_be_call = false);
 /* The path of a reference up to the selector end (not included; null for all): of a value. */
 Path value_path(const Node *reference, const Node *end);
 /* Puts the path into a temporary when it is a call. */

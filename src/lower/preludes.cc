@@ -37,7 +37,7 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     put_inner_line("%s := copy(%s);", {name, given});
     if (parameter->start && (parameter->flags & SYMBOL_MAY_BE_MISSING)) {
         put_line("else", {});
-        put_inner_line("%s := %s;", {name, start_text(parameter->start)});
+        put_inner_line("%s := %s;", {name, start_text(parameter->start, false)});
     }
     put_line("end if;", {});
 }

@@ -19,7 +19,7 @@ const Node *last_selector(const Node *reference) {
 
 bool is_column(const Node *selector) {
     const Node *argument = selector->kind == NODE_ARGUMENTS ? selector->first_child : nullptr;
-    return argument && !argument->next && argument->kind == NODE_COLON;
+    return argument && !argument->next && is_colon(argument);
 }
 
 // x(:), whose shape is a column whatever x is; null for a call.

@@ -9,6 +9,7 @@
 #include "lower/short_circuits.h"
 #include "support/allocation.h"
 #include "syntax/values/flow.h"
+#include "syntax/values/values.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
 
@@ -74,7 +75,7 @@ bool needs_element(const Node *base, const Node *selector, const Node *end) {
         return false;
     const Node *position = selector->first_child;
     return selector->next->kind == NODE_DYNAMIC_FIELD && position && !position->next &&
-           position->kind != NODE_COLON && position->kind != NODE_RANGE;
+           !is_colon(position) && position->kind != NODE_RANGE;
 }
 
 // A number, or a name for a longer text.
@@ -105,10 +106,11 @@ void add_element(Target *target, const Node *selector) {
 
 }  // namespace
 
-const char *start_text(const Node *selector) {
+const char *start_text(const Node *selector, bool is_cell) {
+    constexpr const char *EMPTY_CELL = "rtable([],subtype='Vector[row]')";
     switch (selector->kind) {
-        case NODE_BRACES: return "rtable([],subtype='Vector[row]')";
-        case NODE_ARGUMENTS: return "Vector()";
+        case NODE_BRACES: return EMPTY_CELL;
+        case NODE_ARGUMENTS: return is_cell ? EMPTY_CELL : "Vector()";
         default: return new_keyword_call("struct", {})->text;
     }
 }
@@ -116,7 +118,8 @@ const char *start_text(const Node *selector) {
 void put_starts(const Scope *scope) {
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         if (symbol->start && symbol->position == 0)
-            put_line("%s := %s;", {written_name(symbol), start_text(symbol->start)});
+            put_line("%s := %s;",
+                     {written_name(symbol), start_text(symbol->start, is_always_cell(symbol))});
 }
 
 namespace {
@@ -135,7 +138,7 @@ void start_fields(const char *written, const Node *selector) {
     for (; selector->kind == NODE_FIELD && selector->next; selector = selector->next) {
         if (selector->next->kind == NODE_DYNAMIC_FIELD) return;
         add_field(&path, selector);
-        put_line("%s := %s;", {path.text, start_text(selector->next)});
+        put_line("%s := %s;", {path.text, start_text(selector->next, false)});
     }
 }
 
@@ -152,7 +155,8 @@ void start_in_front(const Symbol *symbol, const char *written, const Node *selec
     *started = {symbol->name, Lowering.started};
     Lowering.started = started;
     if (!Lowering.in_front) return;
-    const char *line = form_text("%s := %s;", {written, start_text(selector)});
+    const char *line =
+        form_text("%s := %s;", {written, start_text(selector, is_always_cell(symbol))});
     add_line(Lowering.in_front, Lowering.front_level, line);
 }
 
@@ -161,7 +165,7 @@ void start_target(const Node *base, const char *written) {
     const Symbol *symbol = base->symbol;
     if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
     if (base->value == MAY_BE_MISSING) {
-        put_line("%s := %s;", {written, start_text(base->next)});
+        put_line("%s := %s;", {written, start_text(base->next, is_always_cell(symbol))});
         return start_fields(written, base->next);
     }
     if (symbol->starts_in) start_in_front(symbol, written, base->next);

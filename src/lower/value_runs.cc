@@ -60,7 +60,7 @@ void set_bounds(ValueRun *run, const Node *argument) {
     const EndBase *outer = Lowering.end_base;
     EndBase here = {run->base, run->argument, run->count, nullptr};
     Lowering.end_base = &here;
-    if (argument->kind == NODE_COLON) {
+    if (is_colon(argument)) {
         run->to = last_of(run);
     } else if (argument->kind == NODE_RANGE) {
         run_over_range(run, argument);

@@ -199,6 +199,13 @@ inline bool has_flag(const Node *node, NodeFlag flag) { return (node->flags & fl
 inline bool is_named(const Node *node) {
     return node->kind == NODE_NAME || node->kind == NODE_HANDLE;
 }
+/* Whether an END is among the node and those inside of it. */
+bool has_end_inside(const Node *node);
+/* A colon among arguments, or the text ':', which an index takes for one. */
+inline bool is_colon(const Node *argument) {
+    if (argument->kind == NODE_COLON) return true;
+    return argument->kind == NODE_STRING && argument->text[0] == ':' && argument->text[1] == '\0';
+}
 inline Node *first_child(const Node *node) { return is_named(node) ? nullptr : node->first_child; }
 inline Node *second_child(const Node *node) { return node->first_child->next; }
 inline Node *third_child(const Node *node) { return node->first_child->next->next; }

@@ -2,6 +2,7 @@
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 
 bool all_single(const Node *arguments) {
     for (; arguments; arguments = arguments->next)
-        if (arguments->kind == NODE_COLON || !is_single(numeric_shape(value_of(arguments))) ||
+        if (is_colon(arguments) || !is_single(numeric_shape(value_of(arguments))) ||
             may_be(value_of(arguments), MAY_BE_EMPTY))
             return false;
     return true;
@@ -17,7 +18,7 @@ bool all_single(const Node *arguments) {
 
 // x(k) of a vector goes the way of x, of a matrix that of k; x(:) is a column.
 Value size_of_part(Value base, const Node *index) {
-    if (index->kind == NODE_COLON) return MAY_HAVE_ROWS;
+    if (is_colon(index)) return MAY_HAVE_ROWS;
     Value size = base & SIZED;
     Value selected = value_of(index) & SIZED;
     if (size == SIZED) return size;
@@ -28,12 +29,12 @@ Value size_of_part(Value base, const Node *index) {
 Value size_of_block(Value base, const Node *rows) {
     const Node *columns = rows->next;
     Value size = 0;
-    if (rows->kind == NODE_COLON) {
+    if (is_colon(rows)) {
         size |= base & MAY_HAVE_ROWS;
     } else if (!is_single(numeric_shape(value_of(rows)))) {
         size |= MAY_HAVE_ROWS;
     }
-    if (columns->kind == NODE_COLON) {
+    if (is_colon(columns)) {
         size |= columns->next ? Value(MAY_HAVE_COLUMNS) : base & MAY_HAVE_COLUMNS;
     } else if (columns->next || !is_single(numeric_shape(value_of(columns)))) {
         size |= MAY_HAVE_COLUMNS;
@@ -57,12 +58,17 @@ Value selected_value(Value base, const Node *arguments) {
 
 namespace {
 
+// Whether the arguments are those of no call.
+bool is_surely_index(const Node *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (arguments->kind == NODE_COLON || has_end_inside(arguments)) return true;
+    return false;
+}
+
 // Whether the variable is surely no function: its elements are set, or read as no call is written.
 bool is_surely_data(const Symbol *symbol, const Node *arguments) {
-    if (symbol->flags & (SYMBOL_CHANGED | SYMBOL_HAS_BRACES)) return true;
-    for (; arguments; arguments = arguments->next)
-        if (arguments->kind == NODE_COLON || arguments->kind == NODE_END) return true;
-    return (symbol->flags & SYMBOL_IS_INDEXED) != 0;
+    constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
+    return (symbol->flags & DATA) || is_surely_index(arguments);
 }
 
 Value value_of_index(const Symbol *symbol, const Node *arguments) {
@@ -84,6 +90,18 @@ Value value_of_selected(Node *base, Node *selector) {
 }
 
 }  // namespace
+
+bool may_be_called(const Node *base, const Node *selector) {
+    if (selector->kind != NODE_ARGUMENTS || is_surely_index(selector->first_child)) return false;
+    if (base->next != selector) {
+        const Node *before = base->next;
+        while (before->next != selector) before = before->next;
+        return before->kind == NODE_FIELD;
+    }
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
+    bool may_be_function = may_be(value_of(base), MAY_BE_FUNCTION);
+    return may_be_function && !is_surely_data(base->symbol, nullptr);
+}
 
 void trace_selectors(Node *reference) {
     for (Node *selector = second_child(reference); selector; selector = selector->next)

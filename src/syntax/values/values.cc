@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
 
 void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
@@ -313,6 +314,7 @@ bool is_surely_single(const Node *expression) {
 
 bool is_surely_several(const Node *expression) {
     Value value = value_of(expression);
+    if (is_colon(expression)) return true;
     if (kinds_of(value) == MAY_BE_TRUTH) return true;  // a mask
     if (is_surely(value, ARITHMETIC)) {
         if (!may_be(value, MAY_BE_SINGLE)) return true;
@@ -389,6 +391,10 @@ bool is_cell_variable(const Node *name) {
     Value kinds = kinds_of(value_of(name)) & ~MAY_BE_OTHER;
     if (!may_be(kinds, MAY_BE_CELL)) return false;
     return kinds == MAY_BE_CELL || holds_cell(name->symbol);
+}
+
+bool is_always_cell(const Symbol *symbol) {
+    return is_traced(symbol) && kinds_of(symbol->ever) == MAY_BE_CELL;
 }
 
 bool may_be_cell(const Node *expression) {

@@ -33,9 +33,15 @@ bool is_surely_single(const Node *expression);
  * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
 bool is_surely_several(const Node *expression);
 
+/* Whether the selector, one behind the base of a reference, may call a function that a variable or
+ * a field holds. */
+bool may_be_called(const Node *base, const Node *selector);
+
 /* Whether the variable, a NAME, holds a cell here. Where the ways to this place differ: braces are
  * used behind it somewhere or a cell is assigned to it, and nothing that is surely none. */
 bool is_cell_variable(const Node *name);
+/* Whether the variable is a cell wherever it has a value. */
+bool is_always_cell(const Symbol *symbol);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
  * numbers, texts and arrays. Of a call or a parameter nobody knows: true. */
 bool may_be_cell(const Node *expression);
