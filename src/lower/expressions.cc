@@ -53,7 +53,8 @@ Operand lower_operand(const Node *node) {
 
 bool is_text_range(const Node *node) {
     const Node *start = without_parens(node->first_child);
-    const Node *stop = without_parens(second_child(node));
+    const Node *second = second_child(node);
+    const Node *stop = without_parens(second->next ? second->next : second);
     return kinds_of(value_of(start)) == MAY_BE_TEXT && kinds_of(value_of(stop)) == MAY_BE_TEXT;
 }
 
@@ -65,9 +66,13 @@ static const char *code_of(const Node *character) {
 
 // From one character to another the values are characters, too.
 static mExpr *lower_text_range(const Node *node) {
-    const char *codes = form_text("Vector[row]([seq(%s..%s)])",
-                                  {code_of(node->first_child), code_of(second_child(node))});
-    return new_keyword_call("char", {codes});
+    const Node *second = second_child(node);
+    const char *start = code_of(node->first_child);
+    const char *next = code_of(second);
+    const char *numbers = second->next
+                              ? form_text("%s..%s,%s", {start, code_of(second->next), next})
+                              : form_text("%s..%s", {start, next});
+    return new_keyword_call("char", {form_text("Vector[row]([seq(%s)])", {numbers})});
 }
 
 // Of objects the value of a method.

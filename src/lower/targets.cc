@@ -142,6 +142,18 @@ void start_fields(const char *written, const Node *selector) {
     }
 }
 
+// A field of which a field is set is a struct, if it is not there yet.
+void put_field_start(const char *written, const Node *field) {
+    const char *name = string_text(field->text);
+    mExpr *is_there = new_keyword_call("isfield", {written, name});
+    Path path = begin_path(written, false);
+    path.has_field = true;
+    add_field(&path, field);
+    put_line("if %s then", {test_text(new_operator1(OP_NOT, is_there)->text)});
+    put_inner_line("%s := %s;", {path.text, start_text(field->next, false)});
+    put_line("end if;", {});
+}
+
 bool is_started(const char *name) {
     for (const GeneratedName *started = Lowering.started; started; started = started->next)
         if (started->text == name) return true;
@@ -184,6 +196,8 @@ Target lower_target(const Node *node, const Node *end) {
         if (needs_element(base, selector, end)) {
             add_element(&target, selector);
         } else {
+            bool may_be_new = has_flag(selector, IS_FIRST_USE) && base->value != MAY_BE_MISSING;
+            if (selector->kind == NODE_FIELD && may_be_new) put_field_start(name, selector);
             add_target_selector(&target, selector);
         }
     }

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "support/allocation.h"
+#include "syntax/names/field_uses.h"
 #include "syntax/names/name_walk.h"
 #include "syntax/spellings.h"
 #include "syntax/values/values.h"
@@ -77,6 +78,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (is_index(base->next) && base->next->kind == NODE_ARGUMENTS)
         base->symbol->flags |= SYMBOL_IS_INDEXED;
     if (base->next->kind == NODE_BRACES) base->symbol->flags |= SYMBOL_HAS_BRACES;
+    if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     walk_nodes(walk, base->next);
     if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
@@ -104,13 +106,28 @@ void note_field(const Node *base) {
         symbol->flags |= SYMBOL_MAY_BE_MISSING;
 }
 
+// x.f.g = v, where x.f has not been named before: perhaps it is not there.
+void note_first_use(Node *target) {
+    Node *field = second_child(target);
+    const Symbol *symbol = target->first_child->symbol;
+    bool is_inner = field->kind == NODE_FIELD && field->next &&
+                    (field->next->kind == NODE_FIELD || field->next->kind == NODE_DYNAMIC_FIELD);
+    if (is_inner && !uses_field(symbol, field->text)) field->flags |= IS_FIRST_USE;
+    if (field->kind == NODE_FIELD) note_field_use(target->first_child->symbol, field->text);
+}
+
 void set_target(NameWalk *walk, Node *target, const Node *value) {
-    if (target->kind == NODE_NAME) return set_name(walk, target, value);
+    if (target->kind == NODE_NAME) {
+        set_name(walk, target, value);
+        target->symbol->fields = nullptr;  // those of another value
+        return;
+    }
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;
     if (base->kind != NODE_NAME) return;
     note_field(base);
     note_element(mention(walk, base), target);
+    note_first_use(target);
     change_name(walk, base);
 }
 

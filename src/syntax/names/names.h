@@ -8,6 +8,7 @@
 
 struct AssignedValue;
 struct Capture;
+struct FieldUse;
 struct Findings;
 struct LibraryFunction;
 struct LoopUse;
@@ -64,6 +65,7 @@ struct Symbol {
     AssignedValue *values; /* what it is set to as a whole, the last one first; null for nothing */
     Findings *findings;    /* what has been found of its values; null before anybody asks */
     const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
+    FieldUse *fields;               /* of it that are named in the text; null for none */
     const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
     const Node *start; /* selector of a target before which it may have no value, so that it must
                           begin with one; null for none */

@@ -1,0 +1,9 @@
+/* Which fields of a variable the text has named so far. */
+#pragma once
+
+#include "syntax/names/names.h"
+
+/* A field of the variable, with an interned name, is read or set. */
+void note_field_use(Symbol *symbol, const char *field);
+/* Whether it has been; of very many fields each one counts as named. */
+bool uses_field(const Symbol *symbol, const char *field);
