@@ -24,12 +24,6 @@
 
 namespace {
 
-const Node *last_selector(const Node *reference) {
-    const Node *selector = reference->first_child->next;
-    while (selector->next) selector = selector->next;
-    return selector;
-}
-
 bool is_several(const Node *selector) {
     for (const Node *child = selector->first_child; child; child = child->next)
         if (is_surely_several(child)) return true;

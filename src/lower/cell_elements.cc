@@ -20,12 +20,6 @@ bool any_argument(const Node *arguments, bool (*test)(const Node *)) {
     return false;
 }
 
-const Node *last_selector(const Node *reference) {
-    const Node *selector = second_child(reference);
-    while (selector->next) selector = selector->next;
-    return selector;
-}
-
 bool is_cell_name(const Node *node) {
     return node->kind == NODE_NAME && is_variable(node->symbol) && is_cell_variable(node);
 }

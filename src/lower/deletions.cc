@@ -13,12 +13,6 @@
 
 namespace {
 
-const Node *last_selector(const Node *target) {
-    const Node *selector = target->first_child->next;
-    while (selector->next) selector = selector->next;
-    return selector;
-}
-
 bool is_empty_literal(const Node *value) {
     if (value->kind == NODE_MATRIX) return !value->first_child;
     return value->kind == NODE_STRING && !*value->text && !has_flag(value, DOUBLE_QUOTED);
@@ -52,12 +46,6 @@ int selecting_argument(const Node *arguments) {
 const char *number_of_positions(const char *base, int argument, int count) {
     if (count == 1) return last_position_text(base, 1, 1);
     return form_text("rhs(ArrayDims(%s)[%s])", {base, number_text(argument)});
-}
-
-const Node *nth_child(const Node *node, int n) {
-    const Node *child = node->first_child;
-    while (--n > 0) child = child->next;
-    return child;
 }
 
 // setdiff(qxrp_1, qxrp_1(k)), where qxrp_1 holds all positions.

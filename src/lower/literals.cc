@@ -87,7 +87,7 @@ mExpr *join_row(const Node *row) {
 }
 
 // Texts are joined as MATLAB joins arrays, which the constructors do not do.
-mExpr *join_texts(const Node *literal) {
+mExpr *join_as_text(const Node *literal) {
     const Node *row = literal->first_child;
     if (!row->next) return join_row(row);
     ExprList rows = {};
@@ -115,7 +115,7 @@ Operand lower_filled_matrix(const Node *literal) {
     const Node *alone = single_element(literal);
     if (!alone || is_value_list(alone, true)) {
         bool joins_texts = !alone && has_text(literal);
-        return {joins_texts ? join_texts(literal) : construct(literal, alone), HOST_ATOM};
+        return {joins_texts ? join_as_text(literal) : construct(literal, alone), HOST_ATOM};
     }
     // A single element stands for itself, at its level, unless it may denote several values.
     Operand element = lower_operand(alone);

@@ -138,7 +138,7 @@ bool is_string_object(const Node *node) {
 }
 
 // "n = " + n joins texts, which the host's sum does not.
-Operand join_texts(const Operand *left, const Node *next) {
+Operand join_with_text(const Operand *left, const Node *next) {
     const mExpr *right = lower_expression(next);
     return {new_keyword_call("plus", {left->expr->text, right->text}), HOST_ATOM};
 }
@@ -197,7 +197,7 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
         } else if (next->kind == NODE_POSTFIX) {
             value = join_postfixes(&value, &next);
         } else {
-            value = is_text ? join_texts(&value, next) : join_next(&value, known, next);
+            value = is_text ? join_with_text(&value, next) : join_next(&value, known, next);
             known = is_text ? ANY_VALUE : ANY_VALUE & ~MAY_BE_TEXT;
         }
     }

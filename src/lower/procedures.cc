@@ -77,12 +77,6 @@ void report_outer_settings(const Scope *scope) {
     }
 }
 
-const Node *child_of_kind(const Node *node, NodeKind kind) {
-    const Node *child = node->first_child;
-    while (child->kind != kind) child = child->next;
-    return child;
-}
-
 // qxrp_FILE_f_n: the function's name tells the variables of two functions apart.
 void name_persistent(const Scope *scope, const char *function) {
     const char *stem = CurrentFile->stem;

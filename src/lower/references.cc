@@ -11,12 +11,6 @@
 
 namespace {
 
-const Node *last_selector(const Node *reference) {
-    const Node *selector = reference->first_child->next;
-    while (selector->next) selector = selector->next;
-    return selector;
-}
-
 bool is_column(const Node *selector) {
     const Node *argument = selector->kind == NODE_ARGUMENTS ? selector->first_child : nullptr;
     return argument && !argument->next && is_colon(argument);

@@ -70,12 +70,6 @@ void set_bounds(ValueRun *run, const Node *argument) {
     Lowering.end_base = outer;
 }
 
-const Node *nth_child(const Node *node, int n) {
-    const Node *child = node->first_child;
-    while (--n > 0) child = child->next;
-    return child;
-}
-
 ValueRun run_over_elements(const char *base) {
     return {base, nullptr, 1, 1, "1", form_text("ArrayNumElems(%s,'All')", {base}), nullptr, ""};
 }

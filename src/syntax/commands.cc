@@ -87,7 +87,7 @@ const char *bracket_end(const char *at) {
 
 // The end of the word at a byte; null when a quote in it is not closed. Brackets group, as quotes
 // do, up to one that nothing on the line closes.
-const char *word_end(const char *at, bool *brackets_group) {
+const char *command_word_end(const char *at, bool *brackets_group) {
     while (!ends_word(at)) {
         const char *start = at;
         bool is_quote = *at == '\'' || *at == '"';
@@ -119,7 +119,7 @@ const char *word_text(const char *at, const char *end) {
 }
 
 Node *take_word(const char *at, bool *brackets_group) {
-    const char *end = word_end(at, brackets_group);
+    const char *end = command_word_end(at, brackets_group);
     if (!end) return nullptr;
     Scan.at = end;
     Current.end = offset_of(end);

@@ -10,11 +10,6 @@
 
 namespace {
 
-const char *word_end(const char *at) {
-    while (is_word(*at)) at++;
-    return at;
-}
-
 // Behind the bracket that closes the one at a byte, on its line; null when there is none. Quotes
 // are not looked at: this is a guess.
 const char *matching_end(const char *at) {

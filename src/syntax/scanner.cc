@@ -66,11 +66,6 @@ void settle_keyword() {
     if (is_end(Current.kind)) Scan.ends++;
 }
 
-const char *word_end(const char *at) {
-    while (is_word(*at)) at++;
-    return at;
-}
-
 bool scan_name(const char *at) {
     const char *end = word_end(at + 1);
     const Spelling *spelling = spelling_of_bytes(at, static_cast<uint32_t>(end - at));

@@ -1,6 +1,28 @@
 // What is inside of nodes.
 #include "syntax/tree.h"
 
+#include <assert.h>
+
+Node *last_selector(const Node *reference) {
+    assert(reference->kind == NODE_REFERENCE);
+    Node *selector = second_child(reference);
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+Node *nth_child(const Node *node, int n) {
+    Node *child = first_child(node);
+    while (--n > 0) child = child->next;
+    assert(child);
+    return child;
+}
+
+Node *child_of_kind(const Node *node, NodeKind kind) {
+    Node *child = first_child(node);
+    while (child->kind != kind) child = child->next;
+    return child;
+}
+
 bool has_end_inside(const Node *node) {
     if (node->kind == NODE_END) return true;
     for (const Node *child = first_child(node); child; child = child->next)

@@ -201,6 +201,12 @@ inline bool has_flag(const Node *node, NodeFlag flag) { return (node->flags & fl
 inline bool is_named(const Node *node) {
     return node->kind == NODE_NAME || node->kind == NODE_HANDLE;
 }
+/* The last selector of a REFERENCE. */
+Node *last_selector(const Node *reference);
+/* Child number n, from 1; there are as many. */
+Node *nth_child(const Node *node, int n);
+/* The first child of a kind, which there is. */
+Node *child_of_kind(const Node *node, NodeKind kind);
 /* Whether an END is among the node and those inside of it. */
 bool has_end_inside(const Node *node);
 /* A colon among arguments, or the text ':', which an index takes for one. */

@@ -260,12 +260,6 @@ void note_nested(NameWalk *walk, Node *function, Node *name) {
     mention(walk, name)->definition = function;
 }
 
-Node *child_of_kind(const Node *node, NodeKind kind) {
-    Node *child = node->first_child;
-    while (child->kind != kind) child = child->next;
-    return child;
-}
-
 void walk_node(NameWalk *walk, Node *node) {
     switch (node->kind) {
         case NODE_NAME: return read_value(walk, node);
