@@ -8,6 +8,7 @@
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
+#include "lower/shared_parts.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
@@ -58,9 +59,9 @@ mExpr *lower_element(const Node *element, bool is_alone) {
 // An array in a cell is not the variable, which may change.
 mExpr *lower_kept_element(const Node *element, bool is_alone) {
     mExpr *expr = lower_element(element, is_alone);
-    element = without_parens(element);
-    bool may_change = element->kind == NODE_NAME && (element->symbol->flags & SYMBOL_CHANGED);
-    return may_change ? new_call_leaf(form_text("copy(%s)", {expr->text})) : expr;
+    return needs_kept_copy(without_parens(element))
+               ? new_call_leaf(form_text("copy(%s)", {expr->text}))
+               : expr;
 }
 
 ExprList lower_kept_elements(const Node *row, bool is_alone) {

@@ -80,8 +80,9 @@ enum ScopeFlag : uint32_t {
     READS_NARGIN = 1 << 0, /* or checks the number of arguments in another way */
     READS_NARGOUT = 1 << 1,
     ASKS_EXIST = 1 << 2,
-    HAS_VARARGIN = 1 << 3, /* as last parameter */
-    HAS_VARARGOUT = 1 << 4 /* as last output */
+    HAS_VARARGIN = 1 << 3,  /* as last parameter */
+    HAS_VARARGOUT = 1 << 4, /* as last output */
+    CHANGES_DEEPLY = 1 << 5 /* an element or a field of one of a variable is assigned */
 };
 
 /* A cell of a list of nodes or symbols. */

@@ -20,6 +20,7 @@ void note_element(Symbol *symbol, const Node *target) {
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
     if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
+    if (selector->next) symbol->scope->flags |= CHANGES_DEEPLY;
     if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }
 
