@@ -59,9 +59,9 @@ mExpr *lower_element(const Node *element, bool is_alone) {
 // An array in a cell is not the variable, which may change.
 mExpr *lower_kept_element(const Node *element, bool is_alone) {
     mExpr *expr = lower_element(element, is_alone);
-    return needs_kept_copy(without_parens(element))
-               ? new_call_leaf(form_text("copy(%s)", {expr->text}))
-               : expr;
+    bool is_list = is_value_list(element, is_alone);
+    bool needs_copy = !is_list && needs_kept_copy(without_parens(element));
+    return needs_copy ? new_call_leaf(form_text("copy(%s)", {expr->text})) : expr;
 }
 
 ExprList lower_kept_elements(const Node *row, bool is_alone) {
