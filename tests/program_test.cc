@@ -57,6 +57,24 @@ TEST(MatlabProcedures, have_their_heads_and_returns) {
     }
 }
 
+/* A function with as many outputs as returns. */
+std::string returns(int count) {
+    std::string names = "function [a";
+    for (int i = 0; i < count; i++) names += ", a" + std::to_string(i);
+    std::string text = names + "] = f(x)\n";
+    for (int i = 0; i < count; i++) text += "if x, return, end\n";
+    return text + "end\n";
+}
+
+TEST(MatlabProcedures, share_a_long_return) {
+    const std::string text = translated("command", returns(200));
+    EXPECT_NE(text.find("    qxrp_1 := proc( qxrp_2 )\n        local qxrp_3;\n"
+                        "        qxrp_3 := rtable([copy(a)],subtype='Vector[row]');\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("then\n        return qxrp_1(_nresults);\n"), std::string::npos);
+    EXPECT_LT(translated("command", returns(400)).size(), 5 * text.size() / 2);
+}
+
 /* The files of a row, each behind a line "@name", and main, the first of them. */
 std::string write_files(const SourceFiles &files, const std::string &row) {
     static const std::regex heading("@(\\S+)\n");

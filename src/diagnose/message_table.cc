@@ -142,12 +142,6 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "very often.",
      nullptr,
      "Make a function of the script."},
-    {SCRIPT_RETURN_GAP, "MT206", "script-return", SEVERITY_GAP,
-     "return ends a called script, but not what its statements are put into",
-     "The statements of a called script are translated in the place of its call: a return there "
-     "would end the caller.",
-     nullptr,
-     "Make a function of the script, or put what follows the return into an if."},
     {OUTSIDE_GAP, "MT207", "outside-statement", SEVERITY_GAP,
      "a file whose function is called does not run its statements outside of functions",
      "The file begins with a function that callers get by the file's name. MATLAB refuses such a "

@@ -38,7 +38,6 @@ enum MessageId : uint8_t {
     DELETION_GAP,
     EVAL_GAP,
     SCRIPT_CALL_GAP,
-    SCRIPT_RETURN_GAP,
     OUTSIDE_GAP,
     SUPERCLASS_GAP,
     /* the meaning may differ */

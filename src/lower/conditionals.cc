@@ -39,6 +39,7 @@ void put_next_branch(const Node *branch) {
 
 void put_if(const Node *node) {
     int level = Lowering.level;
+    bool stays_open = node == Lowering.script.guard;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {
         if (branch == node->first_child) {
             put_first_branch(branch);
@@ -51,5 +52,5 @@ void put_if(const Node *node) {
         lower_block(branch->kind == NODE_ELSE ? branch->first_child : second_child(branch));
     }
     for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
-    put_line("end if;", {});
+    put_line(stays_open ? "else" : "end if;", {});
 }

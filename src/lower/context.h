@@ -8,7 +8,6 @@
 #include "diagnose/message_table.h"
 #include "lower/lines.h"
 
-struct Node;
 struct Scope;
 struct EndBase;
 struct Node;
@@ -18,6 +17,35 @@ struct Symbol;
 struct GeneratedName {
     const char *text;
     GeneratedName *next;
+};
+
+struct Origin;
+
+/* A branch and where its end comes from. */
+struct OpenBranch {
+    Origin *origin;
+    OpenBranch *outer;
+};
+
+/* Branches that stay open behind statements of a list which may have returned from a script: what
+ * follows belongs into them. */
+struct OpenRest {
+    OpenBranch *innermost;
+    int guards;      /* of them, those that an if has opened which returns */
+    bool is_tested;  /* the innermost one is of a test whether a return was met */
+    bool is_pending; /* such a test goes in front of the next statement */
+    Origin *origin;  /* of that test: the end of the statement that may have returned */
+};
+
+/* The script whose statements are being lowered, the main one or a called one; at first {}. */
+struct ScriptContext {
+    bool is_open;         /* it is a script's statements, and no function's */
+    int loops;            /* of it around the current statement */
+    int32_t returns;      /* met so far */
+    const char *returned; /* host variable: whether one was met; null when none needs it */
+    const Node *guard;    /* an IF, behind the branch of which the rest of the script goes */
+    const Node *left_out; /* a RETURN that needs no line */
+    OpenRest rest;        /* of its outermost statements */
 };
 
 struct LoweringContext {
@@ -40,6 +68,8 @@ struct LoweringContext {
     bool in_comment;        /* the lines become comments */
     const Node *asked_call; /* the call that is asked for asked_results; null for none */
     int32_t asked_results;
+    const char *results_procedure; /* the host procedure that gives the results; null for none */
+    ScriptContext script;
 };
 
 /* Saved by value, and restored, around a function inside another. */

@@ -8,6 +8,7 @@
 #include "lower/host_words.h"
 #include "lower/origins.h"
 #include "lower/packages.h"
+#include "lower/script_returns.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
@@ -135,10 +136,11 @@ void put_body(const Node *block, const Scope *scope) {
     put_nested_functions(rest);
     put_prelude(scope);
     put_starts(scope);
-    put_pieces(put_argument_blocks(rest), nullptr);
+    put_results_procedure();
+    put_pieces(put_argument_blocks(rest));
     if (last_return(block)) return;
     Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
-    put_return();
+    put_return(false);
     end_origin(outer);
 }
 
@@ -190,15 +192,15 @@ void add_comments(Lines *lines, const Node *comments, const Node *behind) {
 
 }  // namespace
 
-void put_pieces(const Node *first, const Node *left_out) {
+void put_pieces(const Node *first) {
     const Node *start = first;
     for (const Node *node = first; node; node = node->next) {
-        bool is_function = node->kind == NODE_FUNCTION;
-        if (!is_function && node != left_out) continue;
-        lower_more_siblings(start, is_function ? comments_above(start, node) : node);
-        start = is_function ? behind_function(node) : node->next;
+        if (node->kind != NODE_FUNCTION) continue;
+        lower_more_siblings(start, comments_above(start, node));
+        start = behind_function(node);
     }
     lower_more_siblings(start, nullptr);
+    close_rest(&Lowering.script.rest);
 }
 
 const Node *last_return(const Node *body) {

@@ -65,8 +65,9 @@ void write_functions(bool is_script) {
 void lower_script(Scope *scope, Lines *lines) {
     CallsFromProcedure = false;
     LoweringContext outer = begin_lowering(scope, lines, 0);
+    Lowering.script.is_open = true;
     put_starts(scope);
-    put_pieces(scope->owner->first_child, nullptr);
+    put_pieces(scope->owner->first_child);
     Lowering = outer;
 }
 
@@ -158,14 +159,16 @@ const char *lower_script_call(const Node *name) {
     file->is_open = true;
     ScriptCalls++;
     ScriptDepth++;
-    Origin *calling = CallingOrigin;
+    Origin *calling_origin = CallingOrigin;
     CallingOrigin = CurrentOrigin;
-    put_pieces(file->tree->first_child, last_return(file->tree));
-    CallingOrigin = calling;
+    ScriptContext calling = Lowering.script;
+    Lowering.script = {};
+    Lowering.script.is_open = true;
+    put_pieces(file->tree->first_child);
+    Lowering.script = calling;
+    CallingOrigin = calling_origin;
     ScriptDepth--;
     file->is_open = false;
     CurrentFile = outer;
     return nullptr;
 }
-
-bool is_in_called_script() { return ScriptDepth > 0; }

@@ -20,5 +20,3 @@ void lower_program(const char *path, const char *text, uint32_t length);
 /* Puts the statements of the script that a bare name calls in the place of the call; null. Where
  * that cannot be it says why. */
 const char *lower_script_call(const Node *name);
-/* Whether the statement being lowered is a called script's: a return there does not end it. */
-bool is_in_called_script();

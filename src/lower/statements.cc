@@ -15,6 +15,7 @@
 #include "lower/procedures.h"
 #include "lower/program.h"
 #include "lower/requested_results.h"
+#include "lower/script_returns.h"
 
 namespace {
 
@@ -60,12 +61,9 @@ void put_initial_values(const Node *declaration) {
         if (child->kind == NODE_ASSIGN) put_assignment(child);
 }
 
-// In a procedure without results a return has none to give.
 void put_return_statement(const Node *node) {
-    if (is_in_called_script()) return report_gap(SCRIPT_RETURN_GAP, node);
-    const Line *last = Lowering.lines->last;
-    put_return();
-    if (Lowering.lines->last == last) put_line("return;", {});
+    if (Lowering.script.is_open) return put_script_return(node);
+    put_return(true);
 }
 
 void put_assigned(const Node *node) {
@@ -80,6 +78,15 @@ void put_assigned(const Node *node) {
         put_presence(target);
 }
 
+// A return of a script inside of the loop leaves the loops around it too.
+void put_loop(const Node *node, void (*put)(const Node *)) {
+    int32_t returns = Lowering.script.returns;
+    Lowering.script.loops++;
+    put(node);
+    Lowering.script.loops--;
+    if (Lowering.script.returns != returns) put_exit_behind_loop();
+}
+
 void put_read_statement(const Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION: return put_expression(node);
@@ -88,9 +95,9 @@ void put_read_statement(const Node *node) {
         case NODE_COMMAND: return put_command(node);
         case NODE_SYSTEM: return put_system(node);
         case NODE_IF: return put_if(node);
-        case NODE_FOR: return put_for(node);
-        case NODE_WHILE: return put_while(node);
-        case NODE_DO_UNTIL: return put_do_until(node);
+        case NODE_FOR: return put_loop(node, put_for);
+        case NODE_WHILE: return put_loop(node, put_while);
+        case NODE_DO_UNTIL: return put_loop(node, put_do_until);
         case NODE_SWITCH: return put_switch(node);
         case NODE_TRY: return put_try(node);
         case NODE_UNWIND: return put_unwind(node);
@@ -137,6 +144,7 @@ struct Siblings {
     const Node *next;     // the next statement, or null when it is not known
     bool has_inside;      // comments from inside of it have been put
     Line *before_inside;  // the line in front of them, or null
+    OpenRest *rest;       // branches of the list
 };
 
 const Node *next_statement(const Node *node) {
@@ -198,25 +206,30 @@ Lines put_into(const Node *node, Lines *own, bool *is_given_up) {
 void put_one_statement(Siblings *siblings, const Node *node) {
     Lines own = {};
     bool is_given_up;
+    if (siblings->rest->is_pending) put_blank(siblings);
+    ScriptContext before = begin_in_rest(siblings->rest, node);
     Origin *outer = begin_origin(STATEMENT_LINES, node);
+    Origin *head = CurrentOrigin;
     Lines in_front = put_into(node, &own, &is_given_up);
-    end_origin(outer);
+    Origin *last = CurrentOrigin;
     Lowering.lines = siblings->lines;
     if (is_given_up) drop_inside(siblings);
     siblings->next = nullptr;
     siblings->has_inside = false;
     siblings->trailed = own.last;
-    if (!own.first) return;
-    put_blank(siblings);
+    if (own.first) put_blank(siblings);
+    CurrentOrigin = head;
+    start_returned(siblings->rest, &before, is_given_up);
     append_lines(siblings->lines, &in_front);
     append_lines(siblings->lines, &own);
+    CurrentOrigin = last;
+    end_in_rest(siblings->rest, node, &before);
+    end_origin(outer);
 }
 
-void lower_list(const Node *first, const Node *end, int level, bool has_any) {
-    int outer = Lowering.level;
-    Lowering.level = level;
-    Siblings siblings = {Lowering.lines, Lowering.lines->last, has_any, false, nullptr, false,
-                         nullptr};
+void lower_list(const Node *first, const Node *end, OpenRest *rest, bool has_any) {
+    Siblings siblings = {
+        Lowering.lines, Lowering.lines->last, has_any, false, nullptr, false, nullptr, rest};
     for (const Node *node = first; node != end; node = node->next) {
         if (has_flag(node, BLANK_BEFORE)) siblings.blank_pending = true;
         if (node->kind == NODE_COMMENT) {
@@ -225,18 +238,22 @@ void lower_list(const Node *first, const Node *end, int level, bool has_any) {
             put_one_statement(&siblings, node);
         }
     }
-    Lowering.level = outer;
 }
 
 }  // namespace
 
 void lower_siblings(const Node *first, const Node *end, int level) {
-    lower_list(first, end, level, false);
+    int outer = Lowering.level;
+    Lowering.level = level;
+    OpenRest rest = {};
+    lower_list(first, end, &rest, false);
+    close_rest(&rest);
+    Lowering.level = outer;
 }
 
 void lower_more_siblings(const Node *first, const Node *end) {
     const Line *last = Lowering.lines->last;
-    lower_list(first, end, Lowering.level, last && *last->text);
+    lower_list(first, end, &Lowering.script.rest, last && *last->text);
 }
 
 void lower_block_at(const Node *block, int level) {

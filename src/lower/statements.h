@@ -11,7 +11,8 @@ void lower_block_at(const Node *block, int level);
  * all), at the level. Functions among them are left out: they are not statements. */
 void lower_siblings(const Node *first, const Node *end, int level);
 /* The same at the current level behind what has been put: empty lines in front of the first one are
- * not those at the head of a block. */
+ * not those at the head of a block. The level rises by the branches that stay open behind them
+ * (close_rest in script_returns.h). */
 void lower_more_siblings(const Node *first, const Node *end);
 
 /* Statements that hold others; assignments.h and deletions.h have the rest. */
