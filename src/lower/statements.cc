@@ -1,6 +1,7 @@
 // Statements.
 #include "lower/statements.h"
 
+#include "lower/argument_checks.h"
 #include "lower/assignments.h"
 #include "lower/called_functions.h"
 #include "lower/calls.h"
@@ -33,6 +34,7 @@ void put_script(const Node *name) {
 void put_expression(const Node *node) {
     const Node *expression = node->first_child;
     if (is_script(expression)) return put_script(expression);
+    if (put_argument_check(expression)) return;
     report_loading(node);
     request_results(expression, 0);
     const char *value = lower_expression(expression)->text;
