@@ -110,6 +110,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "import makes names of a package known without the package's name.",
      "import tools.*\n",
      "Write the full names: tools.name(...)."},
+    {STRAY_JUMP, "MT121", "stray-jump", SEVERITY_ERROR,
+     "'%s' stands outside of a loop",
+     "break leaves a loop, and continue goes on with its next round. No for, while or do is open "
+     "here.",
+     "if x > 0, break, end\n",
+     "To leave a function or a script, write return."},
 
     {TRY_GAP, "MT201", "try", SEVERITY_GAP,
      "errors are not caught in the host's language",
@@ -246,6 +252,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      nullptr,
      "Nothing, if no argument is an object. Otherwise call the method by its own name, which is "
      "that of the class and the method (class_method), in the translation."},
+    {CLEAR_COMMAND, "MT318", "clear", SEVERITY_WARNING,
+     "which variables this '%s' takes away is not known",
+     "clear makes the variables that it names empty. Here they are named by patterns or at run time, "
+     "stand in other functions, or are too many: nothing is put for them.",
+     "x(1) = 2;\nclear -regexp ^x\nx(2) = 3;\n",
+     "Name the variables one by one: clear x y."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found nowhere%s",

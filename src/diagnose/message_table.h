@@ -32,6 +32,7 @@ enum MessageId : uint8_t {
     CLASS_QUERY,
     SPMD_BLOCK,
     IMPORT_COMMAND,
+    STRAY_JUMP,
     /* gaps */
     TRY_GAP,
     TARGET_VALUES_GAP,
@@ -56,6 +57,7 @@ enum MessageId : uint8_t {
     GLOBAL_START,
     PACKAGE_MEMBER,
     CLASS_DECIDES,
+    CLEAR_COMMAND,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

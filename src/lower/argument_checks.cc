@@ -22,10 +22,10 @@ namespace {
 
 // How many arguments or results there are, and may be.
 struct Check {
-    const Node *name; // of the function that raises the error
+    const Node *name;  // of the function that raises the error
     const Node *least;
     const Node *most;
-    const char *count; // host text
+    const char *count;  // host text
     const char *kind;
 };
 

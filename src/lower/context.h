@@ -70,6 +70,7 @@ struct LoweringContext {
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;
+    int32_t clearing_cost; /* of clear so far (clears.cc) */
 };
 
 /* Saved by value, and restored, around a function inside another. */

@@ -11,6 +11,7 @@
 #include "lower/short_circuits.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -36,22 +37,32 @@ void put_counted_head(const char *variable, const Node *node) {
     }
 }
 
-// The loop runs over the columns of a value, which has a name of its own: loops nest.
-void put_column_head(const char *variable, const Node *node) {
-    const char *value = lower_expression(node)->text;
-    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
-    declare_generated(columns);
-    put_line("%s := %s;", {columns, value});
-    put_line(
-        "for %s in seq(%s(..,qxrp_i),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..)))  do",
-        {variable, columns, columns});
+// Whether the columns are cells, as the values or the use of the variable show.
+bool are_cells(const Node *variable, const Node *values) {
+    const Node *value = without_parens(values);
+    if (value->kind == NODE_CELL) return true;
+    if (value->kind == NODE_NAME && holds_cell(value->symbol)) return true;
+    return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
 }
 
-void put_head(const char *variable, const Node *values) {
-    if (const Node *range = counted_range(values)) {
-        put_counted_head(variable, range);
+// The loop runs over the columns of a value, which has a name of its own: loops nest. A range of
+// one column of a cell is a cell, whatever its shape.
+void put_column_head(const char *counter, const Node *variable) {
+    const Node *values = variable->next;
+    const char *value = lower_expression(values)->text;
+    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
+    const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
+    declare_generated(columns);
+    put_line("%s := %s;", {columns, value});
+    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..)))  do",
+             {counter, columns, column, columns});
+}
+
+void put_head(const char *counter, const Node *variable) {
+    if (const Node *range = counted_range(variable->next)) {
+        put_counted_head(counter, range);
     } else {
-        put_column_head(variable, values);
+        put_column_head(counter, variable);
     }
 }
 
@@ -104,7 +115,7 @@ void put_for(const Node *node) {
     const char *counter = has_counter ? new_temporary() : lower_target(variable, nullptr).path.text;
     if (has_counter) put_empty_variable(variable);
     put_presence(variable);
-    put_head(counter, variable->next);
+    put_head(counter, variable);
     if (Lowering.gap != MESSAGE_COUNT) return;
     if (has_counter) put_variable(variable, counter);
     lower_block(third_child(node));

@@ -5,6 +5,7 @@
 #include "lower/assignments.h"
 #include "lower/called_functions.h"
 #include "lower/calls.h"
+#include "lower/clears.h"
 #include "lower/comments.h"
 #include "lower/context.h"
 #include "lower/displays.h"
@@ -34,7 +35,7 @@ void put_script(const Node *name) {
 void put_expression(const Node *node) {
     const Node *expression = node->first_child;
     if (is_script(expression)) return put_script(expression);
-    if (put_argument_check(expression)) return;
+    if (put_argument_check(expression) || put_clear(node)) return;
     report_loading(node);
     request_results(expression, 0);
     const char *value = lower_expression(expression)->text;
@@ -43,6 +44,7 @@ void put_expression(const Node *node) {
 }
 
 void put_command(const Node *node) {
+    if (put_clear(node)) return;
     report_loading(node);
     put_line("%s;", {lower_command(node)->text});
 }

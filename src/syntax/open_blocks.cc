@@ -88,6 +88,19 @@ bool is_awaited() {
     return false;
 }
 
+static bool is_loop(TokenKind opener) {
+    return opener == TOKEN_FOR || opener == TOKEN_PARFOR || opener == TOKEN_WHILE ||
+           opener == TOKEN_UNTIL;
+}
+
+bool is_in_loop() {
+    int32_t block = Parsing.blocks - 1;
+    while (block >= 0 && !is_loop(OpenBlocks[block].opener)) {
+        if (OpenBlocks[block--].opener == TOKEN_FUNCTION) return false;
+    }
+    return block >= 0;
+}
+
 bool is_in_function_body() { return Parsing.blocks > 0 && innermost()->opener == TOKEN_FUNCTION; }
 
 void close_block(TokenKind other_end, const Node *body) {

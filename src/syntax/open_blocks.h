@@ -22,3 +22,5 @@ void close_block(TokenKind other_end, const Node *body);
 void note_stray_token();
 /* Whether the innermost block is a function's body. */
 bool is_in_function_body();
+/* Whether a loop of the function or script is open. */
+bool is_in_loop();

@@ -48,6 +48,15 @@ Node *parse_word(NodeKind kind) {
     return node;
 }
 
+Node *parse_jump(NodeKind kind) {
+    if (!is_in_loop()) {
+        const char *word = kind == NODE_BREAK ? "break" : "continue";
+        note_error(STRAY_JUMP, Current.start, Current.end, {word});
+        kind = NODE_BAD;
+    }
+    return parse_word(kind);
+}
+
 Node *refuse_class() {
     const char *end = find_line_end(Scan.at);
     note_error(CLASS_DEFINITION, Current.start, offset_of(end));
@@ -60,8 +69,8 @@ Node *parse_line(Statement *statement) {
         case TOKEN_NAME: return parse_name_statement(statement);
         case TOKEN_GLOBAL: return parse_declaration(NODE_GLOBAL);
         case TOKEN_PERSISTENT: return parse_declaration(NODE_PERSISTENT);
-        case TOKEN_BREAK: return parse_word(NODE_BREAK);
-        case TOKEN_CONTINUE: return parse_word(NODE_CONTINUE);
+        case TOKEN_BREAK: return parse_jump(NODE_BREAK);
+        case TOKEN_CONTINUE: return parse_jump(NODE_CONTINUE);
         case TOKEN_RETURN: return parse_word(NODE_RETURN);
         case TOKEN_NOT:
             if (Scan.language == LANGUAGE_MATLAB && Scan.text[Current.start] == '!')

@@ -43,6 +43,8 @@ void set_name(NameWalk *walk, Node *name, const Node *value);
 void note_set(NameWalk *walk, Node *name);
 /* An element or a field of the variable is set. */
 void change_name(NameWalk *walk, Node *name);
+/* An EXPRESSION or COMMAND: variables are set where it clears them. */
+void note_clearing(NameWalk *walk, const Node *statement);
 /* A global or persistent declaration. */
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag);
 

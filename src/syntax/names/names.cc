@@ -35,9 +35,11 @@ void walk_expression_statement(NameWalk *walk, Node *statement) {
     Node *expression = statement->first_child;
     if (expression->kind == NODE_NAME) {
         note_bare_name(walk, expression);
+        note_clearing(walk, statement);
         return read_name(walk, expression);
     }
     note_creator(walk, statement);
+    note_clearing(walk, statement);
     walk_node(walk, expression);
 }
 
@@ -55,6 +57,7 @@ bool is_index(const Node *selector) {
 
 void walk_command(NameWalk *walk, Node *command) {
     note_creator(walk, command);
+    note_clearing(walk, command);
     read_name(walk, command->first_child);
     command->first_child->symbol->flags |= SYMBOL_CALLED;
 }

@@ -80,9 +80,10 @@ enum ScopeFlag : uint32_t {
     READS_NARGIN = 1 << 0, /* or checks the number of arguments in another way */
     READS_NARGOUT = 1 << 1,
     ASKS_EXIST = 1 << 2,
-    HAS_VARARGIN = 1 << 3,  /* as last parameter */
-    HAS_VARARGOUT = 1 << 4, /* as last output */
-    CHANGES_DEEPLY = 1 << 5 /* an element or a field of one of a variable is assigned */
+    HAS_VARARGIN = 1 << 3,   /* as last parameter */
+    HAS_VARARGOUT = 1 << 4,  /* as last output */
+    CHANGES_DEEPLY = 1 << 5, /* an element or a field of one of a variable is assigned */
+    NAMES_VARIABLES = 1 << 6 /* clear has names of variables among its words */
 };
 
 /* A cell of a list of nodes or symbols. */
@@ -112,11 +113,12 @@ struct Scope {
     NodeCell *last_nested;
     Node *creator;     /* first statement that may create variables at run time, or null */
     NameMap words;     /* words of commands: the first COMMAND with the word */
-    NameMap names;     /* in a function that asks exist: its symbols */
+    NameMap names;     /* in a function that asks exist, or clears by names: its symbols */
     Capture *captures; /* of an anonymous function: see first_captured */
     Capture *last_capture;
-    uint32_t moment; /* of an anonymous function: it does not see changes behind it */
-    uint32_t number; /* of an anonymous function, within its function */
+    uint32_t last_clear; /* moment of the last clear of all variables; 0 for none */
+    uint32_t moment;     /* of an anonymous function: it does not see changes behind it */
+    uint32_t number;     /* of an anonymous function, within its function */
 };
 
 /* The FILE of the script that a bare name calls, found and parsed; null when it is no script. */

@@ -1,7 +1,11 @@
 // Scopes and their symbols.
 #include <string.h>
 
+#include <algorithm>
+
 #include "support/allocation.h"
+#include "syntax/class_table.h"
+#include "syntax/names/clear_words.h"
 #include "syntax/names/name_walk.h"
 #include "syntax/spellings.h"
 #include "syntax/values/values.h"
@@ -208,6 +212,29 @@ void change_name(NameWalk *walk, Node *name) {
     note_change(&walk->loops, symbol);
 }
 
+static void clear_name(NameWalk *walk, const Node *word) {
+    Node name = {};
+    name.kind = NODE_NAME;
+    name.text = intern(word->text);
+    note_setting(&walk->loops, mention(walk, &name));
+    walk->function->flags |= NAMES_VARIABLES;
+}
+
+static bool is_name(const char *text) {
+    if (class_of(*text) != BYTE_LETTER) return false;
+    while (is_word(*text)) text++;
+    return !*text;
+}
+
+void note_clearing(NameWalk *walk, const Node *statement) {
+    ClearWords words = clear_words(statement);
+    if (!words.name || !words.is_known) return;
+    if (means_all(words.first) || !is_name(words.first->text))
+        walk->function->last_clear = ++walk->loops.clock;
+    for (const Node *word = words.first; word; word = word->next)
+        if (is_name(word->text)) clear_name(walk, word);
+}
+
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag) {
     Symbol *symbol = mention(walk, name);
     symbol->flags |= flag;
@@ -240,7 +267,7 @@ bool is_copied_parameter(const Symbol *symbol) {
 }
 
 void index_names(Scope *scope) {
-    if (!(scope->flags & ASKS_EXIST)) return;
+    if (!(scope->flags & (ASKS_EXIST | NAMES_VARIABLES))) return;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         enter_name(&scope->names, symbol->name, symbol);
 }
@@ -261,7 +288,8 @@ Symbol *find_symbol(const Scope *scope, const char *name) {
 bool needs_binding(const Scope *anonymous, const Symbol *symbol) {
     if (symbol->flags & (SYMBOL_GLOBAL | SYMBOL_PERSISTENT)) return true;
     if (symbol->flags & SYMBOL_SHARED) return symbol->last_change > 0;
-    return symbol->last_change > anonymous->moment;
+    uint32_t last_change = std::max(symbol->last_change, symbol->scope->last_clear);
+    return last_change > anonymous->moment;
 }
 
 const Capture *next_captured(const Scope *anonymous, const Capture *capture) {
