@@ -255,7 +255,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
     {CLEAR_COMMAND, "MT318", "clear", SEVERITY_WARNING,
      "which variables this '%s' takes away is not known",
      "clear makes the variables that it names empty. Here they are named by patterns or at run time, "
-     "stand in other functions, or are too many: nothing is put for them.",
+     "stand in other functions, or are too many. The host gets the call.",
      "x(1) = 2;\nclear -regexp ^x\nx(2) = 3;\n",
      "Name the variables one by one: clear x y."},
 

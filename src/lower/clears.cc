@@ -82,15 +82,25 @@ void put_matching(const Clearing *clearing) {
     }
 }
 
+Symbol *symbol_of_word(const Node *word) {
+    return const_cast<Symbol *>(find_symbol(Lowering.scope, intern(word->text)));
+}
+
 void put_named(const Clearing *clearing) {
     for (const Node *word = clearing->first; word != clearing->end; word = word->next) {
-        Symbol *symbol = const_cast<Symbol *>(find_symbol(Lowering.scope, intern(word->text)));
-        if (symbol && can_be_emptied(symbol, clearing)) {
-            put_empty(symbol);
-        } else if (clearing->is_global) {
-            report_at(CLEAR_COMMAND, word, {"clear global"});
-        }
+        Symbol *symbol = symbol_of_word(word);
+        if (symbol && can_be_emptied(symbol, clearing)) put_empty(symbol);
     }
+}
+
+// Those of other functions are not seen.
+bool are_globals_known(const Clearing *clearing) {
+    if (!clearing->is_global) return true;
+    for (const Node *word = clearing->first; word != clearing->end; word = word->next) {
+        const Symbol *symbol = symbol_of_word(word);
+        if (!symbol || !(symbol->flags & SYMBOL_GLOBAL)) return false;
+    }
+    return true;
 }
 
 bool has_pattern(const Clearing *clearing) {
@@ -143,19 +153,16 @@ const mExpr *host_form(const ClearWords *words) {
     return call;
 }
 
-void put_cleared(const ClearWords *words, const Node *statement) {
-    note_piece(words->name, CALL_OF_LANGUAGE);
-    if (clears_functions(words->first)) return;
+bool put_cleared(const ClearWords *words, const Node *statement) {
+    if (clears_functions(words->first)) return true;
     Clearing clearing = {statement, nullptr, nullptr, nullptr, false};
-    if (!read_words(words->first, &clearing))
-        return report_at(CLEAR_COMMAND, statement, {words->name->text});
+    if (!read_words(words->first, &clearing) || !are_globals_known(&clearing)) return false;
     if (clearing.first && !clearing.except && !has_pattern(&clearing)) {
         put_named(&clearing);
     } else {
         put_matching(&clearing);
     }
-    if (Lowering.clearing_cost > MOST_COST)
-        report_at(CLEAR_COMMAND, statement, {words->name->text});
+    return Lowering.clearing_cost <= MOST_COST;
 }
 
 }  // namespace
@@ -166,8 +173,10 @@ bool put_clear(const Node *statement) {
     if (host_name(words.name)) return false;
     if (const mExpr *form = host_form(&words)) {
         put_line("%s;", {form->text});
-    } else {
-        put_cleared(&words, statement);
+        return true;
     }
-    return true;
+    note_piece(words.name, CALL_OF_LANGUAGE);
+    if (put_cleared(&words, statement)) return true;
+    report_at(CLEAR_COMMAND, statement, {words.name->text});
+    return false;
 }

@@ -27,7 +27,14 @@ const char *head_text(const Node *parameter) {
     return head_name(parameter->symbol);
 }
 
+// Whether the function always sets the parameter before it uses it, all that may use it being seen.
+bool is_set_first(const Scope *scope, const Symbol *parameter) {
+    bool is_seen = CurrentFile->source->errors == 0 && !scope->creator;
+    return is_seen && !(parameter->flags & SYMBOL_GIVEN_COUNTS);
+}
+
 void put_copy(const Scope *scope, Symbol *parameter) {
+    if (is_set_first(scope, parameter)) return;
     const char *name = written_name(parameter);
     const char *given = head_name(parameter);
     bool may_be_missing =

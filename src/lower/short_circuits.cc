@@ -36,11 +36,15 @@ bool is_constant(const char *name) {
     return false;
 }
 
-// A parameter may be missing where the function asks how many are given.
+// A parameter may be missing where the function asks how many are given. Globals, and variables
+// that other functions or scripts may set, are taken to have a value.
 bool can_name_fail(const Node *name) {
-    if (!is_variable(name->symbol)) return !is_constant(name->text);
-    bool asks = Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST);
-    return asks && name->symbol->position > 0;
+    constexpr uint32_t SET_ELSEWHERE =
+        SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return !is_constant(name->text);
+    if (symbol->position > 0) return Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST);
+    return name->may_be_unset && !(symbol->flags & SET_ELSEWHERE);
 }
 
 bool can_fail(const Node *node) {

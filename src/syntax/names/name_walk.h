@@ -4,6 +4,7 @@
 #include "syntax/names/loop_variables.h"
 #include "syntax/names/name_map.h"
 #include "syntax/names/names.h"
+#include "syntax/names/set_variables.h"
 
 /* A bare name that may call a script. */
 struct BareName {
@@ -16,6 +17,7 @@ struct NameWalk {
     Scope *scope;    /* innermost: of the function, script or anonymous function */
     Scope *function; /* innermost that is no anonymous function's */
     LoopWalk loops;
+    SetWalk sets;
     BareName *bare_names; /* of the function, in source order */
     BareName *last_bare;
     uint32_t anonymous_count;

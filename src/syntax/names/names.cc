@@ -169,11 +169,40 @@ void walk_multi_assignment(NameWalk *walk, Node *assignment) {
     note_results(targets->next, count);
 }
 
-void walk_block(NameWalk *walk, Node *block) {
+void walk_statements(NameWalk *walk, Node *block) {
     uint32_t outer = walk->loops.block_start;
     walk->loops.block_start = walk->loops.clock;
     walk_nodes(walk, block->first_child);
     walk->loops.block_start = outer;
+}
+
+void walk_block(NameWalk *walk, Node *block) {
+    SetCell *outer = begin_set_block(&walk->sets);
+    walk_statements(walk, block);
+    end_set_block(&walk->sets, outer);
+}
+
+// Its block is the last child.
+void walk_branch(NameWalk *walk, Node *branch, Branches *branches) {
+    Node *block = branch->first_child;
+    for (; block->next; block = block->next) walk_node(walk, block);
+    SetCell *outer = begin_set_block(&walk->sets);
+    walk_statements(walk, block);
+    end_branch(&walk->sets, outer, branches, block);
+}
+
+// if and switch
+void walk_branches(NameWalk *walk, Node *statement) {
+    Branches branches = {};
+    for (Node *child = statement->first_child; child; child = child->next) {
+        bool is_rest = child->kind == NODE_ELSE || child->kind == NODE_OTHERWISE;
+        if (is_rest) branches.is_whole = true;
+        if (is_rest || child->kind == NODE_BRANCH || child->kind == NODE_CASE)
+            walk_branch(walk, child, &branches);
+        else
+            walk_node(walk, child);
+    }
+    end_branches(&walk->sets, &branches);
 }
 
 void walk_for(NameWalk *walk, Node *loop) {
@@ -188,7 +217,10 @@ void walk_for(NameWalk *walk, Node *loop) {
     }
     OpenLoop open;
     begin_loop(&walk->loops, &open, loop, is_name ? target->symbol : nullptr);
-    if (!is_name) set_target(walk, target, nullptr);
+    if (is_name)
+        note_whole_set(&walk->sets, target->symbol);
+    else
+        set_target(walk, target, nullptr);
     walk_nodes(walk, target->next->next);
     end_loop(&walk->loops, &open);
 }
@@ -200,18 +232,37 @@ void walk_while(NameWalk *walk, Node *loop) {
     end_loop(&walk->loops, &open);
 }
 
+// The condition sees what the block has set.
+void walk_do(NameWalk *walk, Node *loop) {
+    OpenLoop open;
+    begin_loop(&walk->loops, &open, loop, nullptr);
+    SetCell *outer = begin_set_block(&walk->sets);
+    walk_statements(walk, loop->first_child);
+    walk_nodes(walk, loop->first_child->next);
+    end_set_block(&walk->sets, outer);
+    end_loop(&walk->loops, &open);
+}
+
 // An error may leave the block anywhere.
 void walk_try(NameWalk *walk, Node *statement) {
     uint32_t jump = walk->loops.last_jump;
     walk->loops.last_jump = UINT32_MAX;
-    walk_node(walk, statement->first_child);
+    Node *body = statement->first_child;
+    Branches branches = {};
+    branches.is_whole = true;
+    SetCell *outer = begin_set_block(&walk->sets);
+    walk_statements(walk, body);
+    end_branch(&walk->sets, outer, &branches, body);
     walk->loops.last_jump = jump;
-    Node *rest = statement->first_child->next;
+    outer = begin_set_block(&walk->sets);
+    Node *handler = body->next;
     if (has_flag(statement, HAS_IDENTIFIER)) {
-        set_name(walk, rest, nullptr);
-        rest = rest->next;
+        set_name(walk, handler, nullptr);
+        handler = handler->next;
     }
-    walk_nodes(walk, rest);
+    walk_statements(walk, handler);
+    end_branch(&walk->sets, outer, &branches, handler);
+    end_branches(&walk->sets, &branches);
 }
 
 void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {
@@ -222,6 +273,11 @@ void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {
     }
 }
 
+// It may be missing, and is not set where it is given.
+void note_default(Symbol *parameter) {
+    parameter->flags |= SYMBOL_MAY_BE_MISSING | SYMBOL_GIVEN_COUNTS;
+}
+
 // The default value of a parameter is an assignment.
 void walk_argument(NameWalk *walk, Node *argument) {
     Node *target = argument->first_child;
@@ -229,9 +285,11 @@ void walk_argument(NameWalk *walk, Node *argument) {
     bool is_option = target->kind == NODE_REFERENCE && target->first_child->kind == NODE_NAME;
     if (is_option) target->first_child->symbol->flags |= SYMBOL_OPTIONS | SYMBOL_CHANGED;
     if (!target->next) return;
-    if (target->kind == NODE_NAME) target->symbol->flags |= SYMBOL_MAY_BE_MISSING;
+    if (target->kind == NODE_NAME) note_default(target->symbol);
+    SetCell *outer = begin_set_block(&walk->sets);
     walk_nodes(walk, target->next);
     set_target(walk, target, nullptr);
+    end_set_block(&walk->sets, outer);
 }
 
 void walk_arguments(NameWalk *walk, Node *block) {
@@ -274,8 +332,11 @@ void walk_node(NameWalk *walk, Node *node) {
         case NODE_MULTI_ASSIGN: return walk_multi_assignment(walk, node);
         case NODE_COMMAND: return walk_command(walk, node);
         case NODE_FOR: return walk_for(walk, node);
-        case NODE_WHILE:
-        case NODE_DO_UNTIL: return walk_while(walk, node);
+        case NODE_WHILE: return walk_while(walk, node);
+        case NODE_DO_UNTIL: return walk_do(walk, node);
+        case NODE_IF:
+        case NODE_SWITCH: return walk_branches(walk, node);
+        case NODE_RETURN: return note_set_return(&walk->sets);
         case NODE_TRY: return walk_try(walk, node);
         case NODE_GLOBAL: return walk_declaration(walk, node, SYMBOL_GLOBAL);
         case NODE_PERSISTENT: return walk_declaration(walk, node, SYMBOL_PERSISTENT);
@@ -291,9 +352,11 @@ void walk_node(NameWalk *walk, Node *node) {
 void walk_defaults(NameWalk *walk, const Node *parameters) {
     for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
         if (parameter->kind != NODE_DEFAULT) continue;
+        SetCell *outer = begin_set_block(&walk->sets);
         walk_node(walk, second_child(parameter));
-        parameter->first_child->symbol->flags |= SYMBOL_MAY_BE_MISSING;
+        note_default(parameter->first_child->symbol);
         set_name(walk, parameter->first_child, nullptr);
+        end_set_block(&walk->sets, outer);
     }
 }
 
@@ -343,6 +406,7 @@ Scope *enter_function(NameWalk *walk, Node *owner) {
 void finish_function(NameWalk *walk) {
     walk_called_scripts(walk);
     walk_nested_functions(walk);
+    finish_sets(&walk->sets, walk->function);
     finish_loops(&walk->loops);
     index_names(walk->function);
     leave_scope(walk, walk->function);
@@ -351,6 +415,7 @@ void finish_function(NameWalk *walk) {
 void walk_function(NameWalk *walk, Node *function) {
     NameWalk outer = *walk;
     enter_function(walk, function);
+    walk->sets = {};
     walk->loops = {};
     walk->loops.clock = walk->loops.block_start = outer.loops.clock;
     walk_body(walk, function);

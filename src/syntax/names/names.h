@@ -7,6 +7,7 @@
 #include "syntax/tree.h"
 
 struct AssignedValue;
+struct BranchCell;
 struct Capture;
 struct FieldUse;
 struct Findings;
@@ -26,7 +27,7 @@ enum SymbolFlag : uint32_t {
     SYMBOL_SHARED = 1 << 7,         /* a nested function uses it too */
     SYMBOL_READ = 1 << 8,
     SYMBOL_MAY_BE_MISSING = 1 << 9, /* a parameter that exist is asked for, that has a default, or
-                                       whose field is set before anything of it is read */
+                                       that is set before anything of it is read */
     SYMBOL_IN_SCRIPT = 1 << 10,     /* a called script uses it too */
     SYMBOL_CALLED = 1 << 11,        /* a handle or a command names the function of that name */
     SYMBOL_OPTIONS = 1 << 12,       /* a parameter that collects arguments Name=value */
@@ -40,7 +41,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_IS_INDEXED = 1 << 18,     /* a colon or end stands in its parentheses somewhere */
     SYMBOL_READ_FIRST = 1 << 19,     /* it is read before it is set, in the order of the text */
     SYMBOL_CLASS_ASKED = 1 << 20,    /* its class_name is being looked for */
-    SYMBOL_CLASS_KNOWN = 1 << 21     /* it has been found */
+    SYMBOL_CLASS_KNOWN = 1 << 21,    /* it has been found */
+    SYMBOL_GIVEN_COUNTS = 1 << 22    /* a parameter whose given value may be used: not all ways set
+                                        it as a whole before */
 };
 
 /* A name in the functions that share it. */
@@ -48,15 +51,18 @@ struct Symbol {
     const char *name; /* interned */
     Scope *scope;     /* to which it belongs */
     uint32_t flags;
-    int32_t position;      /* of a parameter, from 1; else 0 */
-    Node *definition;      /* FUNCTION of a nested function, FILE of a called script; else null */
-    const char *written;   /* its host name; null until lowering asks for it */
-    const char *presence;  /* a host variable that tells whether it has a value; null for none */
-    Symbol *next;          /* in its scope, or null */
-    Symbol *around;        /* what the name stands for around the scope, or null */
-    uint32_t last_change;  /* moment of the last assignment in the text; 0 for none */
-    uint32_t last_read;    /* moment of the last reading outside of loops over it */
-    uint32_t mark;         /* number of the anonymous function that captured it last */
+    int32_t position;     /* of a parameter, from 1; else 0 */
+    Node *definition;     /* FUNCTION of a nested function, FILE of a called script; else null */
+    const char *written;  /* its host name; null until lowering asks for it */
+    const char *presence; /* a host variable that tells whether it has a value; null for none */
+    Symbol *next;         /* in its scope, or null */
+    Symbol *around;       /* what the name stands for around the scope, or null */
+    uint32_t last_change; /* moment of the last assignment in the text; 0 for none */
+    uint32_t last_read;   /* moment of the last reading outside of loops over it */
+    uint32_t mark;        /* number of the anonymous function that captured it last */
+    bool is_set;          /* where the walk over the names is (set_variables.h) */
+    uint32_t unset_since;
+    BranchCell *in_branches;
     uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
     uint32_t last_asked;   /* of a parameter, where exist is last asked for it when it may have been
                               set; UINT32_MAX within a loop, 0 for nowhere */

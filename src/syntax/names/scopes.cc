@@ -87,6 +87,7 @@ void declare_outputs(NameWalk *walk, Node *outputs) {
         if (output->next || !has_name(output, "varargout")) continue;
         walk->scope->flags |= HAS_VARARGOUT;
         symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        note_whole_set(&walk->sets, symbol);
     }
 }
 
@@ -94,7 +95,9 @@ void declare_parameter(NameWalk *walk, Node *parameter) {
     Scope *scope = walk->scope;
     if (!parameter->next && has_name(parameter, "varargin")) {
         scope->flags |= HAS_VARARGIN;
-        own_symbol(walk, parameter)->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        Symbol *symbol = own_symbol(walk, parameter);
+        symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
+        note_whole_set(&walk->sets, symbol);
         return;
     }
     scope->parameters++;
@@ -171,6 +174,7 @@ void read_name(NameWalk *walk, Node *name) {
     symbol->flags |= symbol->flags & SET ? SYMBOL_READ : SYMBOL_READ | SYMBOL_READ_FIRST;
     walk->scope->flags |= special_flags(name->text);
     note_reading(&walk->loops, symbol);
+    note_set_reading(name);
 }
 
 static bool is_function_expression(const Node *value) {
@@ -199,24 +203,30 @@ static Symbol *set_symbol(NameWalk *walk, Node *name) {
 }
 
 void set_name(NameWalk *walk, Node *name, const Node *value) {
+    constexpr uint32_t USED = SYMBOL_READ | SYMBOL_ASSIGNED | SYMBOL_CHANGED;
     Symbol *symbol = set_symbol(walk, name);
+    if (symbol->position > 0 && !(symbol->flags & USED)) symbol->flags |= SYMBOL_MAY_BE_MISSING;
     symbol->flags |= SYMBOL_ASSIGNED;
     if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
     note_value(symbol, value ? VALUE_WHOLE : VALUE_UNKNOWN, value);
     note_setting(&walk->loops, symbol);
+    note_whole_set(&walk->sets, symbol);
 }
 
 void change_name(NameWalk *walk, Node *name) {
     Symbol *symbol = set_symbol(walk, name);
     symbol->flags |= SYMBOL_CHANGED;
     note_change(&walk->loops, symbol);
+    note_part_set(&walk->sets, symbol);
 }
 
 static void clear_name(NameWalk *walk, const Node *word) {
     Node name = {};
     name.kind = NODE_NAME;
     name.text = intern(word->text);
-    note_setting(&walk->loops, mention(walk, &name));
+    Symbol *symbol = mention(walk, &name);
+    note_setting(&walk->loops, symbol);
+    note_unset(&walk->sets, symbol);
     walk->function->flags |= NAMES_VARIABLES;
 }
 
@@ -238,6 +248,7 @@ void note_clearing(NameWalk *walk, const Node *statement) {
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag) {
     Symbol *symbol = mention(walk, name);
     symbol->flags |= flag;
+    note_whole_set(&walk->sets, symbol);
     add_global(walk->function, symbol);
 }
 
