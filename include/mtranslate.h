@@ -132,7 +132,7 @@ extern MTRANSLATE_VARIABLE const char *PrevLine;
 extern MTRANSLATE_VARIABLE int RequestedResults;
 enum {
     HOST_RESULTS_UNKNOWN = -1, /* in classic, and outside of questions about calls */
-    HOST_RESULTS_VARY = -2,    /* as many as the procedure is asked for that returns them */
+    HOST_RESULTS_VARY = -2,    /* known only where the translation runs */
     HOST_HANDLE = -3           /* the name asked for is that of a function handle */
 };
 

@@ -126,9 +126,11 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "Give the host a form for try, or test in front for what can fail."},
     {TARGET_VALUES_GAP, "MT202", "values-as-targets", SEVERITY_GAP,
      "several values as targets: their number is known at run time only",
-     "A target such as [c{:}] stands for as many targets as c has elements.",
-     "function c = f(c)\n[c{:}] = f(c);\nend\n",
-     "Write the targets one by one, or with literal bounds: [c{1:2}]."},
+     "A target such as [c{:}] stands for as many targets as c has elements. One of them gets the "
+     "results of a call by a branch for each number; there is no such form for several of them, nor "
+     "for values that no call gives.",
+     "function f(c, d)\n[c{:}, d{:}] = f(1);\nend\n",
+     "Write the targets one by one, or with literal bounds: [c{1:2}, d{1:3}]."},
     {DELETION_GAP, "MT203", "deletion", SEVERITY_GAP,
      "a deletion with more than one index that is no colon",
      "x(a, b) = [] deletes rows or columns only where every other index takes all of its "

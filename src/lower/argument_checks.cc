@@ -11,10 +11,9 @@
 #include "lower/expressions.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
+#include "lower/raised_errors.h"
 #include "lower/short_circuits.h"
-#include "support/allocation.h"
 #include "syntax/names/names.h"
-#include "syntax/spellings.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
 
@@ -99,18 +98,7 @@ bool is_infinite(const Node *bound) {
 }
 
 void put_error(const Check *check, const char *amount) {
-    Node message = {};
-    message.kind = NODE_STRING;
-    message.text = form_text("%s %s arguments.", {amount, check->kind});
-    Node arguments = {};
-    arguments.kind = NODE_ARGUMENTS;
-    arguments.first_child = &message;
-    Node *name = AllocRecord<Node>();
-    *name = *check->name;
-    name->text = intern("error");
-    Lowering.level++;
-    put_line("%s;", {lower_call(name, &arguments)->text});
-    Lowering.level--;
+    put_raised_error(check->name, form_text("%s %s arguments.", {amount, check->kind}));
 }
 
 void put_tests(const Check *check) {

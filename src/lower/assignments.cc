@@ -8,6 +8,7 @@
 #include "lower/calls.h"
 #include "lower/cell_elements.h"
 #include "lower/context.h"
+#include "lower/counted_targets.h"
 #include "lower/dealt_targets.h"
 #include "lower/deletions.h"
 #include "lower/gaps.h"
@@ -76,7 +77,8 @@ const Node *asked_function(const Node *value) {
     return value && value->kind == NODE_ANONYMOUS ? value : nullptr;
 }
 
-// Lowers a value that is asked for several results, now or, a function, later.
+}  // namespace
+
 const char *lower_for_results(const Node *value, int32_t results) {
     Lowering.asked = asked_function(value);
     Lowering.results = results;
@@ -84,6 +86,8 @@ const char *lower_for_results(const Node *value, int32_t results) {
     Lowering.asked = nullptr;
     return text;
 }
+
+namespace {
 
 // s of s.f = v, which cannot be an array of several.
 const Symbol *single_struct(const Node *target) {
@@ -143,8 +147,19 @@ void add_target(TargetTexts *targets, const Node *node) {
     targets->last = cell;
 }
 
-// A whole number of the source, or -1.
+// The only value of a variable, or null.
+const Node *only_value(const Node *name) {
+    constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
+                                SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const AssignedValue *value = name->symbol->values;
+    bool is_only = value && !value->next && value->kind == VALUE_WHOLE && !name->may_be_unset;
+    return is_only && !(name->symbol->flags & OTHERS) ? value->node : nullptr;
+}
+
+// A whole number of the source, or the value of a variable that is never another; or -1.
 long literal_value(const Node *node) {
+    if (node->kind == NODE_NAME) node = only_value(node);
+    if (!node) return -1;
     if (node->kind != NODE_NUMBER || !has_flag(node, NUMBER_INTEGER)) return -1;
     return strlen(node->text) < 7 ? strtol(node->text, nullptr, 10) : -1;
 }
@@ -181,12 +196,19 @@ Bounds numbered_bounds(const Node *node) {
     return argument && !argument->next ? literal_bounds(argument) : Bounds{1, -1};
 }
 
-// Whether the only target is a list, and not one of literal bounds.
-bool has_unknown_number(const Node *targets) {
-    const Node *first = targets->first_child;
-    if (first->kind != NODE_REFERENCE) return false;
-    Bounds bounds = numbered_bounds(first);
+bool has_unknown_number(const Node *target) {
+    if (target->kind != NODE_REFERENCE) return false;
+    Bounds bounds = numbered_bounds(target);
     return bounds.last < bounds.first;
+}
+
+// Whether a target is a list, and not one of literal bounds.
+bool any_unknown_number(const Node *targets) {
+    const Node *first = targets->first_child;
+    if (!first->next) return has_unknown_number(first);
+    for (const Node *target = first; target; target = target->next)
+        if (is_value_list(target, false) && has_unknown_number(target)) return true;
+    return false;
 }
 
 // Such an index with literal bounds stands for as many targets.
@@ -248,7 +270,9 @@ void put_multi_assignment(const Node *node) {
         request_results(list->next, 0);
         return put_line("%s;", {lower_expression(list->next)->text});
     }
-    if (has_unknown_number(list) && is_dealt(node)) return put_dealt(node);
+    bool is_open = any_unknown_number(list);
+    if (is_open && is_dealt(node)) return put_dealt(node);
+    if (is_open && is_counted(node)) return put_counted(node);
     TargetTexts targets = lower_targets(list);
     put_values(&targets, list->next);
     free_vExpr(targets.texts.first);

@@ -220,6 +220,26 @@ const Node *member_name(const Node *name, const Node *field) {
     return member;
 }
 
+// The function that the name means, or null.
+static const Node *function_of(const Node *name) {
+    const Node *definition = name->symbol->definition;
+    if (definition) return definition->kind == NODE_FUNCTION ? definition : nullptr;
+    const Callee *callee = callee_of(name);
+    const FileFunction *function = callee->file ? callee->file->functions : nullptr;
+    while (callee->is_own && function && function->name != name->text) function = function->next;
+    return function ? function->node : nullptr;
+}
+
+int count_outputs(const Node *name) {
+    const Node *function = function_of(name);
+    if (!function) return -1;
+    int count = 0;
+    const Node *output = function->first_child->first_child;
+    for (; output; output = output->next, count++)
+        if (!output->next && strcmp(output->text, "varargout") == 0) return -1;
+    return count;
+}
+
 bool is_function_of_file(const Node *name) {
     const Callee *callee = callee_of(name);
     return callee->path && !(callee->file && callee->file->is_script);

@@ -26,6 +26,8 @@ const char *uncalled_name(const Node *name);
 bool has_function(const Node *name);
 /* A kept name of a member, name.field, in the place of both. */
 const Node *member_name(const Node *name, const Node *field);
+/* How many outputs the function of a name has; -1 where it is in no file, or has varargout. */
+int count_outputs(const Node *name);
 /* Whether the name of such a function means one of a file. */
 bool is_function_of_file(const Node *name);
 /* Whether it is one that the current file's folder keeps to itself. */

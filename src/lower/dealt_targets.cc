@@ -8,6 +8,7 @@
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/lines.h"
+#include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "lower/value_runs.h"
 #include "syntax/names/names.h"
@@ -70,6 +71,7 @@ void put_dealt(const Node *assignment) {
     const Node *value = dealt_argument(targets->next);
     if (!value) value = targets->next;
     note_fields(target);
+    lower_target(target, second_child(target));  // its variable may have to begin
     ValueRun run = new_run(target);
     const char *number = new_temporary();
     if (!is_value_list(value, false)) return put_loop(&run, number, single_value(value));

@@ -151,6 +151,19 @@ void walk_assignment(NameWalk *walk, Node *assignment) {
     set_target(walk, target, is_plain ? target->next : nullptr);
 }
 
+// Of a list of targets the number is not known.
+constexpr int32_t MOST_LISTED = 8;
+
+int32_t count_listed(const Node *target) {
+    const Node *last = target->first_child->next;
+    while (last->next) last = last->next;
+    const Node *range = last->kind == NODE_BRACES ? last->first_child : nullptr;
+    if (!range || range->next || range->kind != NODE_RANGE) return MOST_LISTED;
+    const Node *stop = range->first_child->next;
+    bool is_plain = stop->kind == NODE_NUMBER && !stop->next && strlen(stop->text) == 1;
+    return is_plain ? std::min<int32_t>(stop->text[0] - '0', MOST_LISTED) : MOST_LISTED;
+}
+
 // How many values a call of a variable is asked for.
 void note_results(const Node *value, int32_t targets) {
     const Node *base = value->kind == NODE_REFERENCE ? value->first_child : value;
@@ -162,7 +175,10 @@ void walk_multi_assignment(NameWalk *walk, Node *assignment) {
     Node *first = targets->first_child;
     for (Node *target = first; target; target = target->next) name_target(walk, target);
     walk_node(walk, targets->next);
-    if (first && !first->next) return set_target(walk, first, targets->next);
+    if (first && !first->next) {
+        if (first->kind == NODE_REFERENCE) note_results(targets->next, count_listed(first));
+        return set_target(walk, first, targets->next);
+    }
     int32_t count = 0;
     for (Node *target = first; target; target = target->next, count++)
         set_result(walk, target, targets->next);
