@@ -85,6 +85,14 @@ const char *unanswered_name(const Node *name, bool may_get_object) {
 
 mExpr *finish_call(const OutsideCall *of, const vExpr *arguments);
 
+// The name of the file under way is known, and none at the prompt. Its folder is not: a translation
+// is the same wherever the sources lie.
+mExpr *new_file_name(const Node *name, const vExpr *arguments) {
+    if (arguments || strcmp(name->text, "mfilename") != 0) return nullptr;
+    if (is_function_of_file(name)) return nullptr;
+    return new_leaf(string_text(CurrentFile->stem ? CurrentFile->stem : ""), SCALAR);
+}
+
 // true and false are values of the host: an array of them is one of numbers, negated.
 mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
     if (!arguments) return new_leaf(name->text);
@@ -102,6 +110,8 @@ mExpr *finish_call(const OutsideCall *of, const vExpr *arguments) {
     if (!answer && is_truth_value(name->text)) return new_truth_call(name, arguments);
     mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
     if (operators) return operators;
+    mExpr *file = answer ? nullptr : new_file_name(name, arguments);
+    if (file) return file;
     const char *written = answer ? answer : unanswered_name(name, of->may_get_object);
     return new_index_node(written, FUNCTION_INDEX, arguments);
 }
