@@ -2,6 +2,7 @@
 #include "lower/preludes.h"
 
 #include "diagnose/messages.h"
+#include "lower/argument_counts.h"
 #include "lower/context.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
@@ -27,6 +28,14 @@ const char *head_text(const Node *parameter) {
     return head_name(parameter->symbol);
 }
 
+// Whether the function asks for it, sets it first, or is called without it in its file.
+bool may_be_missing(const Scope *scope, const Symbol *parameter) {
+    if ((scope->flags & READS_NARGIN) || (parameter->flags & SYMBOL_MAY_BE_MISSING)) return true;
+    const Node *function = scope->owner;
+    return function->kind == NODE_FUNCTION &&
+           fewest_arguments(CurrentFile, function->text) < parameter->position;
+}
+
 // Whether the function always sets the parameter before it uses it, all that may use it being seen.
 bool is_set_first(const Scope *scope, const Symbol *parameter) {
     bool is_seen = CurrentFile->source->errors == 0 && !scope->creator;
@@ -37,9 +46,7 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     if (is_set_first(scope, parameter)) return;
     const char *name = written_name(parameter);
     const char *given = head_name(parameter);
-    bool may_be_missing =
-        (scope->flags & READS_NARGIN) || (parameter->flags & SYMBOL_MAY_BE_MISSING);
-    if (!may_be_missing) return put_line("%s := copy(%s);", {name, given});
+    if (!may_be_missing(scope, parameter)) return put_line("%s := copy(%s);", {name, given});
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     put_inner_line("%s := copy(%s);", {name, given});
     if (parameter->start && (parameter->flags & SYMBOL_MAY_BE_MISSING)) {

@@ -29,6 +29,8 @@ struct SourceFile {
     bool is_queued;          /* it has been called */
     bool is_open;            /* its statements are being lowered */
     Folder *private_folder;  /* of what only this file's folder may call; null for none */
+    bool has_fewest;         /* the next is made */
+    NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
     NameMap undecided;       /* methods about which a message has been given (methods.cc) */
     SourceFile *next;        /* read before, or null */
