@@ -19,6 +19,7 @@
 #include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
+#include "syntax/values/value.h"
 #include "syntax/values/values.h"
 #include "translate/assignment.h"
 #include "translate/text_forms.h"
@@ -152,7 +153,7 @@ const Node *only_value(const Node *name) {
     constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
                                 SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     const AssignedValue *value = name->symbol->values;
-    bool is_only = value && !value->next && value->kind == VALUE_WHOLE && !name->may_be_unset;
+    bool is_only = value && !value->next && value->kind == VALUE_WHOLE && !may_be(value_of(name), MAY_BE_MISSING);
     return is_only && !(name->symbol->flags & OTHERS) ? value->node : nullptr;
 }
 

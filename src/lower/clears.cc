@@ -14,7 +14,6 @@
 #include "lower/pieces.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/spellings.h"
-#include "syntax/values/values.h"
 
 namespace {
 
@@ -60,8 +59,8 @@ bool can_be_emptied(const Symbol *symbol, const Clearing *clearing) {
 }
 
 void put_empty(Symbol *symbol) {
-    const char *form =
-        holds_cell(symbol) ? "%s := rtable([],subtype='Vector[row]');" : "%s := Vector();";
+    const char *form = symbol->flags & SYMBOL_HAS_BRACES ? "%s := rtable([],subtype='Vector[row]');"
+                                                         : "%s := Vector();";
     put_line(form, {written_name(symbol)});
     if (symbol->presence) put_line("%s := 0;", {symbol->presence});
     Lowering.clearing_cost += COST_OF_LINE;

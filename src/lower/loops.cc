@@ -41,7 +41,7 @@ void put_counted_head(const char *variable, const Node *node) {
 bool are_cells(const Node *variable, const Node *values) {
     const Node *value = without_parens(values);
     if (value->kind == NODE_CELL) return true;
-    if (value->kind == NODE_NAME && holds_cell(value->symbol)) return true;
+    if (value->kind == NODE_NAME && is_cell_variable(value)) return true;
     return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
 }
 

@@ -8,6 +8,7 @@
 #include "lower/expressions.h"
 #include "lower/lines.h"
 #include "syntax/names/names.h"
+#include "syntax/values/value.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ bool can_name_fail(const Node *name) {
     const Symbol *symbol = name->symbol;
     if (!is_variable(symbol)) return !is_constant(name->text);
     if (symbol->position > 0) return Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST);
-    return name->may_be_unset && !(symbol->flags & SET_ELSEWHERE);
+    return may_be(value_of(name), MAY_BE_MISSING) && !(symbol->flags & SET_ELSEWHERE);
 }
 
 bool can_fail(const Node *node) {

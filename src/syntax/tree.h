@@ -176,11 +176,11 @@ enum NodeFlag : uint16_t {
 struct Node {
     NodeKind kind;
     OperatorId op;
-    OperatorId joint;     /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
-    uint8_t may_be_unset; /* of a NAME that is read: 1 when nothing surely sets it in front */
-    uint16_t flags;       /* of NodeFlag */
-    uint16_t value;       /* what its value may be (values/value.h); 0: nothing is known */
-    uint32_t offset;      /* place in the source: first byte, from 0, and number of bytes */
+    OperatorId joint; /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
+    uint8_t spare;
+    uint16_t flags;  /* of NodeFlag */
+    uint16_t value;  /* what its value may be (values/value.h); 0: nothing is known */
+    uint32_t offset; /* place in the source: first byte, from 0, and number of bytes */
     uint32_t length;
     union {
         const char *text; /* null where the kind has none */

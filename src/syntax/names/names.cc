@@ -199,17 +199,17 @@ void walk_block(NameWalk *walk, Node *block) {
 }
 
 // Its block is the last child.
-void walk_branch(NameWalk *walk, Node *branch, Branches *branches) {
+void walk_branch(NameWalk *walk, Node *branch, SetBranches *branches) {
     Node *block = branch->first_child;
     for (; block->next; block = block->next) walk_node(walk, block);
     SetCell *outer = begin_set_block(&walk->sets);
     walk_statements(walk, block);
-    end_branch(&walk->sets, outer, branches, block);
+    end_set_branch(&walk->sets, outer, branches, block);
 }
 
 // if and switch
 void walk_branches(NameWalk *walk, Node *statement) {
-    Branches branches = {};
+    SetBranches branches = {};
     for (Node *child = statement->first_child; child; child = child->next) {
         bool is_rest = child->kind == NODE_ELSE || child->kind == NODE_OTHERWISE;
         if (is_rest) branches.is_whole = true;
@@ -218,7 +218,7 @@ void walk_branches(NameWalk *walk, Node *statement) {
         else
             walk_node(walk, child);
     }
-    end_branches(&walk->sets, &branches);
+    end_set_branches(&walk->sets, &branches);
 }
 
 void walk_for(NameWalk *walk, Node *loop) {
@@ -264,11 +264,11 @@ void walk_try(NameWalk *walk, Node *statement) {
     uint32_t jump = walk->loops.last_jump;
     walk->loops.last_jump = UINT32_MAX;
     Node *body = statement->first_child;
-    Branches branches = {};
+    SetBranches branches = {};
     branches.is_whole = true;
     SetCell *outer = begin_set_block(&walk->sets);
     walk_statements(walk, body);
-    end_branch(&walk->sets, outer, &branches, body);
+    end_set_branch(&walk->sets, outer, &branches, body);
     walk->loops.last_jump = jump;
     outer = begin_set_block(&walk->sets);
     Node *handler = body->next;
@@ -277,8 +277,8 @@ void walk_try(NameWalk *walk, Node *statement) {
         handler = handler->next;
     }
     walk_statements(walk, handler);
-    end_branch(&walk->sets, outer, &branches, handler);
-    end_branches(&walk->sets, &branches);
+    end_set_branch(&walk->sets, outer, &branches, handler);
+    end_set_branches(&walk->sets, &branches);
 }
 
 void walk_declaration(NameWalk *walk, Node *declaration, SymbolFlag flag) {

@@ -7,7 +7,7 @@
 #include "syntax/tree.h"
 
 struct AssignedValue;
-struct BranchCell;
+struct SetBranchCell;
 struct Capture;
 struct FieldUse;
 struct Findings;
@@ -62,7 +62,7 @@ struct Symbol {
     uint32_t mark;        /* number of the anonymous function that captured it last */
     bool is_set;          /* where the walk over the names is (set_variables.h) */
     uint32_t unset_since;
-    BranchCell *in_branches;
+    SetBranchCell *in_branches;
     uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
     uint32_t last_asked;   /* of a parameter, where exist is last asked for it when it may have been
                               set; UINT32_MAX within a loop, 0 for nowhere */

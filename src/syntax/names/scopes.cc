@@ -174,7 +174,7 @@ void read_name(NameWalk *walk, Node *name) {
     symbol->flags |= symbol->flags & SET ? SYMBOL_READ : SYMBOL_READ | SYMBOL_READ_FIRST;
     walk->scope->flags |= special_flags(name->text);
     note_reading(&walk->loops, symbol);
-    note_set_reading(name);
+    note_set_reading(symbol);
 }
 
 static bool is_function_expression(const Node *value) {

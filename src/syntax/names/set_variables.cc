@@ -11,12 +11,12 @@ struct SetCell {
 };
 
 /* A variable that branches of a statement set. */
-struct BranchCell {
+struct SetBranchCell {
     Symbol *symbol;
-    const Branches *of;
+    const SetBranches *of;
     int32_t count;      // of these branches
-    BranchCell *outer;  // the variable's, of a statement around; null for none
-    BranchCell *next;
+    SetBranchCell *outer;  // the variable's, of a statement around; null for none
+    SetBranchCell *next;
 };
 
 namespace {
@@ -59,10 +59,10 @@ bool goes_on(const Node *block) {
     return !is_jump && !raises_error(last);
 }
 
-void count_branch(Branches *branches, Symbol *symbol) {
-    BranchCell *cell = symbol->in_branches;
+void count_branch(SetBranches *branches, Symbol *symbol) {
+    SetBranchCell *cell = symbol->in_branches;
     if (!cell || cell->of != branches) {
-        cell = AllocRecord<BranchCell>();
+        cell = AllocRecord<SetBranchCell>();
         *cell = {symbol, branches, 0, symbol->in_branches, branches->sets};
         symbol->in_branches = branches->sets = cell;
     }
@@ -71,11 +71,8 @@ void count_branch(Branches *branches, Symbol *symbol) {
 
 }  // namespace
 
-void note_set_reading(Node *name) {
-    Symbol *symbol = name->symbol;
-    if (symbol->is_set) return;
-    name->may_be_unset = 1;
-    use_given(symbol);
+void note_set_reading(Symbol *symbol) {
+    if (!symbol->is_set) use_given(symbol);
 }
 
 void note_whole_set(SetWalk *walk, Symbol *symbol) { set(walk, symbol); }
@@ -103,7 +100,7 @@ void end_set_block(SetWalk *walk, SetCell *outer) {
     walk->in_block = outer;
 }
 
-void end_branch(SetWalk *walk, SetCell *outer, Branches *branches, const Node *block) {
+void end_set_branch(SetWalk *walk, SetCell *outer, SetBranches *branches, const Node *block) {
     bool counts = goes_on(block);
     if (counts) branches->count++;
     for (const SetCell *cell = walk->in_block; cell; cell = cell->next) {
@@ -115,8 +112,8 @@ void end_branch(SetWalk *walk, SetCell *outer, Branches *branches, const Node *b
     walk->in_block = outer;
 }
 
-void end_branches(SetWalk *walk, const Branches *branches) {
-    for (const BranchCell *cell = branches->sets; cell; cell = cell->next) {
+void end_set_branches(SetWalk *walk, const SetBranches *branches) {
+    for (const SetBranchCell *cell = branches->sets; cell; cell = cell->next) {
         cell->symbol->in_branches = cell->outer;
         if (branches->is_whole && cell->count == branches->count) set(walk, cell->symbol);
     }

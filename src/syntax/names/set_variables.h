@@ -6,7 +6,7 @@
 #include "syntax/names/names.h"
 
 struct SetCell;
-struct BranchCell;
+struct SetBranchCell;
 
 /* Where the walk is; at first {}. */
 struct SetWalk {
@@ -15,16 +15,15 @@ struct SetWalk {
     uint32_t last_return; /* moment of it; 0 for none */
 };
 
-/* Branches of a statement under way; at first {}. */
-struct Branches {
-    BranchCell *sets; /* set in one of them */
+/* SetBranches of a statement under way; at first {}. */
+struct SetBranches {
+    SetBranchCell *sets; /* set in one of them */
     int32_t count;    /* that go on behind the statement */
     bool is_whole;    /* one of them runs surely */
 };
 
-/* The variable, which the NAME has, is read: the name is flagged where it may not be set, and a
- * parameter where its given value counts. */
-void note_set_reading(Node *name);
+/* The variable is read: a parameter is flagged where its given value counts. */
+void note_set_reading(Symbol *symbol);
 /* It is assigned as a whole, or an element or field of it. */
 void note_whole_set(SetWalk *walk, Symbol *symbol);
 void note_part_set(SetWalk *walk, Symbol *symbol);
@@ -37,8 +36,8 @@ void note_set_return(SetWalk *walk);
 SetCell *begin_set_block(SetWalk *walk);
 void end_set_block(SetWalk *walk, SetCell *outer);
 /* The same of a branch. */
-void end_branch(SetWalk *walk, SetCell *outer, Branches *branches, const Node *block);
+void end_set_branch(SetWalk *walk, SetCell *outer, SetBranches *branches, const Node *block);
 /* Behind all branches: what all of them set is set. */
-void end_branches(SetWalk *walk, const Branches *branches);
+void end_set_branches(SetWalk *walk, const SetBranches *branches);
 /* The function ends. */
 void finish_sets(SetWalk *walk, const Scope *scope);

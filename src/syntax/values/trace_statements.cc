@@ -1,6 +1,8 @@
 // The values of variables through the statements of a function.
 #include <string.h>
 
+#include "syntax/names/clear_words.h"
+#include "syntax/spellings.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/trace_function.h"
@@ -107,6 +109,13 @@ void trace_round(Node *loop) {
     }
 }
 
+// Behind a loop without a round its variable is empty, as it is made in the host.
+void keep_loop_variable(const Node *variable) {
+    if (variable->kind != NODE_NAME) return;
+    Value value = value_now(variable->symbol) & ANY_VALUE;
+    if (value) set_value(variable->symbol, value);
+}
+
 void trace_loop(Node *loop) {
     Jumps jumps = {false, false};
     Jumps *outer = InnermostLoop;
@@ -118,6 +127,7 @@ void trace_loop(Node *loop) {
         note_end(region, jumps.continues);
     } while (begins_again(region));
     end_region(region, jumps.breaks);
+    if (loop->kind == NODE_FOR) keep_loop_variable(loop->first_child);
     InnermostLoop = outer;
     if (loop->kind == NODE_WHILE && !jumps.breaks) assume(loop->first_child, false);
 }
@@ -141,10 +151,12 @@ void trace_try(Node *node) {
     join_branches(&branches);
 }
 
-// Every variable may have been set, and to anything.
-void forget_all() {
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | MAY_BE_MISSING);
+// Every variable may have been set, and to anything; with MAY_BE_MISSING, or cleared.
+void forget_all(Value missing = 0) {
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+        Value kept = value_now(symbol) & MAY_BE_MISSING;
+        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | kept | missing);
+    }
 }
 
 bool is_creator(const char *name) {
@@ -180,17 +192,32 @@ void note_effects(Node *expression) {
     if (strcmp(name->text, "assert") == 0 && call.arguments) assume(call.arguments, true);
 }
 
+void clear_all() {
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
+        if (is_variable(symbol)) set_value(symbol, MAY_BE_MISSING);
+}
+
+bool are_names(const Node *word) {
+    while (word && *word->text != '-' && !strpbrk(word->text, "*?[")) word = word->next;
+    return !word;
+}
+
 // clear x y: they have no values.
-void trace_command(const Node *command) {
-    const Node *name = command->first_child;
-    if (is_creator(name->text)) forget_all();
-    if (strcmp(name->text, "clear") != 0) return;
-    for (const Node *word = name->next; word; word = word->next) {
-        if (!*word->text) continue;
-        for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
-            if (is_variable(symbol) && strcmp(symbol->name, word->text) == 0)
-                set_value(symbol, MAY_BE_MISSING);
+void trace_clear(const Node *statement) {
+    ClearWords words = clear_words(statement);
+    if (!words.name || is_variable(words.name->symbol)) return;
+    if (!words.is_known) return forget_all(MAY_BE_MISSING);
+    if (means_all(words.first)) return clear_all();
+    if (!are_names(words.first)) return forget_all(MAY_BE_MISSING);
+    for (const Node *word = words.first; word; word = word->next) {
+        const Symbol *symbol = *word->text ? find_symbol(TracedScope, intern(word->text)) : nullptr;
+        if (symbol && is_variable(symbol)) set_value(const_cast<Symbol *>(symbol), MAY_BE_MISSING);
     }
+}
+
+void trace_command(const Node *command) {
+    if (is_creator(command->first_child->text)) forget_all();
+    trace_clear(command);
 }
 
 Value value_of_others(Node *expression) {
@@ -259,6 +286,7 @@ void trace_statement(Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION:
             trace_expression(node->first_child);
+            trace_clear(node);
             return note_effects(node->first_child);
         case NODE_ASSIGN: return trace_assignment(node);
         case NODE_MULTI_ASSIGN: return trace_multi_assignment(node);
