@@ -153,7 +153,8 @@ const Node *only_value(const Node *name) {
     constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
                                 SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     const AssignedValue *value = name->symbol->values;
-    bool is_only = value && !value->next && value->kind == VALUE_WHOLE && !may_be(value_of(name), MAY_BE_MISSING);
+    bool is_only = value && !value->next && value->kind == VALUE_WHOLE &&
+                   !may_be(value_of(name), MAY_BE_MISSING);
     return is_only && !(name->symbol->flags & OTHERS) ? value->node : nullptr;
 }
 

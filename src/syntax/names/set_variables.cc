@@ -14,7 +14,7 @@ struct SetCell {
 struct SetBranchCell {
     Symbol *symbol;
     const SetBranches *of;
-    int32_t count;      // of these branches
+    int32_t count;         // of these branches
     SetBranchCell *outer;  // the variable's, of a statement around; null for none
     SetBranchCell *next;
 };

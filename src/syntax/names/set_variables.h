@@ -18,8 +18,8 @@ struct SetWalk {
 /* SetBranches of a statement under way; at first {}. */
 struct SetBranches {
     SetBranchCell *sets; /* set in one of them */
-    int32_t count;    /* that go on behind the statement */
-    bool is_whole;    /* one of them runs surely */
+    int32_t count;       /* that go on behind the statement */
+    bool is_whole;       /* one of them runs surely */
 };
 
 /* The variable is read: a parameter is flagged where its given value counts. */

@@ -28,7 +28,8 @@ bool IsDead;
 int OpenRegions;
 uint32_t Trace;  // number of the function being traced, in the process
 
-constexpr uint32_t UNTRACED = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+constexpr uint32_t UNTRACED =
+    SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_UNTRACED;
 constexpr int MOST_ROUNDS = 6;
 
 void note_change(Symbol *symbol) {

@@ -151,8 +151,23 @@ void trace_try(Node *node) {
     join_branches(&branches);
 }
 
+// Statements that concern all variables take a step for each: when they are many, nothing more is
+// traced of the variables.
+constexpr int64_t MOST_STEPS = 1000000;
+int64_t Steps;
+
+bool is_worth_it() {
+    if (Steps > MOST_STEPS) return false;
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) Steps++;
+    if (Steps <= MOST_STEPS) return true;
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
+        symbol->flags |= SYMBOL_UNTRACED;
+    return false;
+}
+
 // Every variable may have been set, and to anything; with MAY_BE_MISSING, or cleared.
 void forget_all(Value missing = 0) {
+    if (!is_worth_it()) return;
     for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
         Value kept = value_now(symbol) & MAY_BE_MISSING;
         if (is_variable(symbol)) set_value(symbol, ANY_VALUE | kept | missing);
@@ -193,6 +208,7 @@ void note_effects(Node *expression) {
 }
 
 void clear_all() {
+    if (!is_worth_it()) return;
     for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
         if (is_variable(symbol)) set_value(symbol, MAY_BE_MISSING);
 }
@@ -362,6 +378,7 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     HasFunction = has_function;
     TracedScope = scope;
     InnermostLoop = nullptr;
+    Steps = 0;
     TracedScripts = {};
     begin_flow();
     begin_values(scope);
