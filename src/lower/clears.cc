@@ -12,8 +12,10 @@
 #include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/pieces.h"
+#include "lower/targets.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/spellings.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -58,10 +60,14 @@ bool can_be_emptied(const Symbol *symbol, const Clearing *clearing) {
     return is_kept || may_be_set(symbol, clearing->statement);
 }
 
+// As a variable is in front of the first selector behind it.
+const char *empty_text(const Symbol *symbol) {
+    if (symbol->start) return start_text(symbol->start, is_always_cell(symbol));
+    return symbol->flags & SYMBOL_HAS_BRACES ? "rtable([],subtype='Vector[row]')" : "Vector()";
+}
+
 void put_empty(Symbol *symbol) {
-    const char *form = symbol->flags & SYMBOL_HAS_BRACES ? "%s := rtable([],subtype='Vector[row]');"
-                                                         : "%s := Vector();";
-    put_line(form, {written_name(symbol)});
+    put_line("%s := %s;", {written_name(symbol), empty_text(symbol)});
     if (symbol->presence) put_line("%s := 0;", {symbol->presence});
     Lowering.clearing_cost += COST_OF_LINE;
 }

@@ -207,10 +207,20 @@ void note_effects(Node *expression) {
     if (strcmp(name->text, "assert") == 0 && call.arguments) assume(call.arguments, true);
 }
 
+// What may have been set is made empty in the host.
+void clear_variable(Symbol *symbol) {
+    if (!is_variable(symbol) || value_now(symbol) == MAY_BE_MISSING) return;
+    Value kind = symbol->flags & SYMBOL_HAS_BRACES ? MAY_BE_CELL : MAY_BE_NUMBER;
+    set_value(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
+}
+
+// Those that are assigned as a whole only are left alone.
 void clear_all() {
     if (!is_worth_it()) return;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol)) set_value(symbol, MAY_BE_MISSING);
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+        bool is_left = is_variable(symbol) && !(symbol->flags & SYMBOL_CHANGED);
+        is_left ? set_value(symbol, MAY_BE_MISSING) : clear_variable(symbol);
+    }
 }
 
 bool are_names(const Node *word) {
@@ -227,7 +237,7 @@ void trace_clear(const Node *statement) {
     if (!are_names(words.first)) return forget_all(MAY_BE_MISSING);
     for (const Node *word = words.first; word; word = word->next) {
         const Symbol *symbol = *word->text ? find_symbol(TracedScope, intern(word->text)) : nullptr;
-        if (symbol && is_variable(symbol)) set_value(const_cast<Symbol *>(symbol), MAY_BE_MISSING);
+        if (symbol) clear_variable(const_cast<Symbol *>(symbol));
     }
 }
 
