@@ -254,6 +254,13 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      nullptr,
      "Nothing, if no argument is an object. Otherwise call the method by its own name, which is "
      "that of the class and the method (class_method), in the translation."},
+    {COLON_TEXT, "MT316", "colon-text", SEVERITY_WARNING,
+     "a text ':' in this index would be no colon",
+     "MATLAB takes the text ':' in an index for a colon. In the translation only one that stands in "
+     "the index itself is. Here the index is a text, or comes from a cell, and the function has "
+     "such a text.",
+     "x = magic(3);\nc = {':', 2};\ny = x(c{:});\n",
+     "Write the colon into the index, or positions in place of the text: 1:size(x, 1)."},
     {CLEAR_COMMAND, "MT318", "clear", SEVERITY_WARNING,
      "which variables this '%s' takes away is not known",
      "clear makes the variables that it names empty. Here they are named by patterns or at run time, "

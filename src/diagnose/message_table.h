@@ -57,6 +57,7 @@ enum MessageId : uint8_t {
     GLOBAL_START,
     PACKAGE_MEMBER,
     CLASS_DECIDES,
+    COLON_TEXT,
     CLEAR_COMMAND,
     /* names */
     UNKNOWN_FUNCTION,

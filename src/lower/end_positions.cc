@@ -9,6 +9,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/value_lists.h"
+#include "syntax/values/shapes.h"
 #include "syntax/values/values.h"
 #include "translate/ranges.h"
 
@@ -79,7 +80,16 @@ bool is_plain_range(const Node *range) {
     return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;
 }
 
+// What is a text, or comes out of a cell, may be the text ':'.
+void check_colon_text(const Node *node) {
+    if (!(Lowering.scope->flags & HAS_COLON_TEXT)) return;
+    bool is_from_cell = node->kind == NODE_REFERENCE && last_selector(node)->kind == NODE_BRACES;
+    bool is_text = node->kind != NODE_STRING && is_known_text(value_of(node));
+    if (is_from_cell || is_text) report_at(COLON_TEXT, node);
+}
+
 mExpr *lower_plain_position(const Node *node) {
+    check_colon_text(node);
     if (is_value_list(node, false)) return lower_value_list(node);
     node = without_parens(node);
     if (node->kind == NODE_END) return last_position();

@@ -340,6 +340,9 @@ void note_nested(NameWalk *walk, Node *function, Node *name) {
 void walk_node(NameWalk *walk, Node *node) {
     switch (node->kind) {
         case NODE_NAME: return read_value(walk, node);
+        case NODE_STRING:
+            if (is_colon(node)) walk->function->flags |= HAS_COLON_TEXT;
+            return;
         case NODE_HANDLE: mention(walk, node)->flags |= SYMBOL_CALLED; return;
         case NODE_REFERENCE: return walk_reference(walk, node);
         case NODE_ANONYMOUS: return walk_anonymous(walk, node);

@@ -87,10 +87,11 @@ enum ScopeFlag : uint32_t {
     READS_NARGIN = 1 << 0, /* or checks the number of arguments in another way */
     READS_NARGOUT = 1 << 1,
     ASKS_EXIST = 1 << 2,
-    HAS_VARARGIN = 1 << 3,   /* as last parameter */
-    HAS_VARARGOUT = 1 << 4,  /* as last output */
-    CHANGES_DEEPLY = 1 << 5, /* an element or a field of one of a variable is assigned */
-    NAMES_VARIABLES = 1 << 6 /* clear has names of variables among its words */
+    HAS_VARARGIN = 1 << 3,    /* as last parameter */
+    HAS_VARARGOUT = 1 << 4,   /* as last output */
+    CHANGES_DEEPLY = 1 << 5,  /* an element or a field of one of a variable is assigned */
+    NAMES_VARIABLES = 1 << 6, /* clear has names of variables among its words */
+    HAS_COLON_TEXT = 1 << 7   /* the text ":" stands somewhere */
 };
 
 /* A cell of a list of nodes or symbols. */
