@@ -185,7 +185,8 @@ struct Node {
     union {
         const char *text; /* null where the kind has none */
         Scope *scope;     /* PARAMETERS, FILE: null before the names are settled */
-        Region *region;   /* FOR, WHILE, DO_UNTIL, TRY: null before its values are traced */
+        Region *region;   /* FOR, WHILE, DO_UNTIL, TRY, UNWIND: null before its values are
+                             traced */
     };
     union {
         Node *first_child; /* null for none */

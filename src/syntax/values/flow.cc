@@ -25,6 +25,7 @@ namespace {
 Change *LastChange;
 Change *FreeChanges;
 bool IsDead;
+bool IsGivenUp;
 int OpenRegions;
 uint32_t Trace;  // number of the function being traced, in the process
 
@@ -72,12 +73,14 @@ void leave_outcomes(const Outcome *list) {
 
 void begin_flow() {
     LastChange = FreeChanges = nullptr;
-    IsDead = false;
+    IsDead = IsGivenUp = false;
     OpenRegions = 0;
     Trace++;
 }
 
-bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
+void give_up_flow() { IsGivenUp = true; }
+
+bool is_traced(const Symbol *symbol) { return !IsGivenUp && !(symbol->flags & UNTRACED); }
 
 Value value_now(const Symbol *symbol) {
     return is_traced(symbol) ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
@@ -94,6 +97,10 @@ void set_value(Symbol *symbol, Value value) {
 void end_here() { IsDead = true; }
 
 bool is_dead() { return IsDead; }
+
+void set_dead(bool is_dead) { IsDead = is_dead; }
+
+bool is_in_region() { return OpenRegions > 0; }
 
 Mark mark_flow() { return LastChange; }
 

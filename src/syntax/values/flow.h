@@ -13,6 +13,8 @@ typedef const Change *Mark;
 
 /* Forgets all changes; nothing is dead. */
 void begin_flow();
+/* No variable is traced from here on, in the whole function. */
+void give_up_flow();
 /* Whether the variable's values are traced: nobody else can change them. */
 bool is_traced(const Symbol *symbol);
 /* The value of a variable where the flow is now. */
@@ -22,6 +24,10 @@ void set_value(Symbol *symbol, Value value);
 /* Nothing comes here: an error, a return or a jump leaves what is around. */
 void end_here();
 bool is_dead();
+/* The flow goes on here, or not, whatever has been. */
+void set_dead(bool is_dead);
+/* Whether a region is open: what stands later in the text may have run before. */
+bool is_in_region();
 Mark mark_flow();
 /* The values of start hold again. */
 void undo_flow(Mark start);
@@ -42,8 +48,8 @@ void end_branch(Branches *branches, Mark since);
 void join_branches(Branches *branches);
 
 /* A loop, or another region that may be left or begun anew at any place. It is kept with its node,
- * FOR, WHILE, DO_UNTIL or TRY: when a region around it is traced again, it goes on with what it
- * knows, so that nested loops are traced a few times each. */
+ * FOR, WHILE, DO_UNTIL, TRY or UNWIND: when a region around it is traced again, it goes on with
+ * what it knows, so that nested loops are traced a few times each. */
 struct Region {
     Mark start;
     Outcome *first; /* of each variable that it changes */

@@ -54,14 +54,26 @@ void assume_class(Symbol *symbol, const Node *name, bool is_true) {
     keep_only(symbol, (ANY_VALUE & ~ANY_KIND) | kinds);
 }
 
-// The function has been given at least, or at most, so many arguments.
-void assume_given(const Scope *scope, int32_t least, int32_t most) {
+// Whether nothing has set the parameter on any way to here.
+bool is_as_given(const Scope *scope, const Symbol *symbol, uint32_t offset) {
+    if (!is_traced(symbol) || scope->creator || is_in_region()) return false;
+    return symbol->first_set == 0 || symbol->first_set > offset;
+}
+
+// Numbers of arguments, of which one has been given.
+struct Given {
+    int32_t least;
+    int32_t most;
+};
+
+// The condition at offset, of a function that has been given so many arguments, is true.
+void assume_given(Given given, uint32_t offset) {
+    const Scope *scope = TracedScope;
     if (scope->parameters > MOST_PARAMETERS) return;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
-        if (symbol->position <= least) set_value(symbol, value_now(symbol) & ANY_VALUE);
-        if (symbol->position > most && is_traced(symbol) &&
-            value_now(symbol) == (ANY_VALUE | MAY_BE_MISSING))
+        if (symbol->position <= given.least) set_value(symbol, value_now(symbol) & ANY_VALUE);
+        if (symbol->position > given.most && is_as_given(scope, symbol, offset))
             set_value(symbol, MAY_BE_MISSING);
     }
 }
@@ -108,15 +120,14 @@ OperatorId negated(OperatorId op) {
     }
 }
 
-void assume_count(OperatorId op, int32_t count) {
-    const Scope *scope = TracedScope;
+Given given_by(OperatorId op, int32_t count) {
     switch (op) {
-        case OPERATOR_LESS: return assume_given(scope, 0, count - 1);
-        case OPERATOR_LESS_EQUAL: return assume_given(scope, 0, count);
-        case OPERATOR_GREATER: return assume_given(scope, count + 1, INT32_MAX);
-        case OPERATOR_GREATER_EQUAL: return assume_given(scope, count, INT32_MAX);
-        case OPERATOR_EQUAL: return assume_given(scope, count, count);
-        default: return;
+        case OPERATOR_LESS: return {0, count - 1};
+        case OPERATOR_LESS_EQUAL: return {0, count};
+        case OPERATOR_GREATER: return {count + 1, INT32_MAX};
+        case OPERATOR_GREATER_EQUAL: return {count, INT32_MAX};
+        case OPERATOR_EQUAL: return {count, count};
+        default: return {0, INT32_MAX};
     }
 }
 
@@ -133,10 +144,20 @@ void assume_comparison(const Node *chain, bool is_true) {
     }
     if (!is_nargin(left) || right->kind != NODE_NUMBER || !has_flag(right, NUMBER_INTEGER)) return;
     if (strlen(right->text) < 6)
-        assume_count(is_true ? op : negated(op), static_cast<int32_t>(atol(right->text)));
+        assume_given(given_by(is_true ? op : negated(op), static_cast<int32_t>(atol(right->text))),
+                     chain->offset);
+}
+
+// An operand without elements leaves none to all of the others: then it is not true, nor false.
+bool has_elements(const Node *chain) {
+    for (const Node *node = chain->first_child; node; node = node->next)
+        if (may_be(value_of(node), MAY_BE_EMPTY)) return false;
+    return true;
 }
 
 void assume_operands(Node *chain, bool is_true) {
+    bool is_lazy = chain->op == OPERATOR_AND_THEN || chain->op == OPERATOR_OR_ELSE;
+    if (!is_lazy && !has_elements(chain)) return;
     for (Node *node = chain->first_child; node; node = node->next) assume(node, is_true);
 }
 
@@ -156,12 +177,16 @@ void assume_chain(Node *chain, bool is_true) {
     }
 }
 
-// exist('x', 'var') of a variable.
-void assume_existence(const Node *reference, bool is_true) {
-    const Node *base = reference->first_child;
+// exist('x', 'var') of a variable; exist('x'), where nothing else is known by that name.
+void assume_existence(Node *reference, bool is_true) {
+    Node *base = reference->first_child;
     if (base->kind != NODE_NAME || strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
-    if (!asked || asked->kind != NODE_STRING || !*asked->text) return;
+    if (!asked || asked->kind != NODE_STRING || !*asked->text || !library_of(base)) return;
+    const Node *kind = asked->next;
+    bool is_of_variables = kind ? kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0
+                                : !library_function(asked->text);
+    if (!is_of_variables) return;
     Symbol *symbol = const_cast<Symbol *>(find_symbol(TracedScope, intern(asked->text)));
     if (!symbol || !is_traced(symbol) || !is_variable(symbol)) return;
     if (is_true) set_value(symbol, value_now(symbol) & ANY_VALUE);

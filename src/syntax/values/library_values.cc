@@ -74,12 +74,26 @@ Value shape_of_text(const Node *arguments) {
     return may_be_cell ? SHAPE | ANY_SHAPE : SHAPE;
 }
 
-Value shape_of(ResultShape shape, const Node *arguments) {
-    switch (shape) {
+Value shape_of_texts(const Node *arguments) {
+    bool has_rows = may_be(joined(arguments), MAY_HAVE_ROWS);
+    return shape_of_text(arguments) | (has_rows ? ANY_SHAPE : 0);
+}
+
+// A text keeps its form where the result is of its kind.
+Value shape_of_first(const LibraryFunction *function, const Node *arguments) {
+    if (!arguments) return ANY_SHAPE;
+    Value value = value_of(arguments);
+    bool is_number = !may_be(function->taken, MAY_BE_TEXT);
+    return is_number ? numeric_shape(value) : value & ANY_SHAPE;
+}
+
+Value shape_of(const LibraryFunction *function, const Node *arguments) {
+    switch (function->shape) {
         case SHAPE_ONE: return ONE;
         case SHAPE_ALL: return shape_of_all(arguments);
-        case SHAPE_FIRST: return arguments ? value_of(arguments) & ANY_SHAPE : ANY_SHAPE;
+        case SHAPE_FIRST: return shape_of_first(function, arguments);
         case SHAPE_TEXT: return shape_of_text(arguments);
+        case SHAPE_TEXTS: return shape_of_texts(arguments);
         case SHAPE_ROW: return ROW;
         case SHAPE_COLUMN: return COLUMN;
         case SHAPE_ARRAY: return ANY_SHAPE & ~MAY_BE_SINGLE;
@@ -97,8 +111,32 @@ Value shape_of(ResultShape shape, const Node *arguments) {
 
 // What rearranges its first argument gives what that holds; of two, a cell if one is a cell.
 Value taken_from(const LibraryFunction *function, const Node *arguments) {
-    if (!arguments || kinds_of(function->taken) != ANY_KIND) return joined(arguments);
+    bool is_of_first = kinds_of(function->taken) == ANY_KIND && function->shape != SHAPE_JOINT;
+    if (!arguments || !is_of_first) return joined(arguments);
     return value_of(arguments) | (joined(arguments) & MAY_BE_CELL);
+}
+
+// zeros(2, 'like', x)
+bool is_like_another(const Node *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (arguments->kind == NODE_STRING && strcmp(arguments->text, "like") == 0) return true;
+    return false;
+}
+
+// fopen(name) and fopen(name, mode) open a file; fopen(number) and fopen('all') ask about open
+// ones.
+bool opens_file(const Node *arguments) {
+    if (!arguments || arguments->next) return true;
+    bool is_all = arguments->kind == NODE_STRING && strcmp(arguments->text, "all") == 0;
+    return !is_all && kinds_of(value_of(arguments)) == MAY_BE_TEXT;
+}
+
+// What a function may give beyond its row in the table.
+Value value_of_options(const LibraryFunction *function, const Node *arguments) {
+    if (function->shape == SHAPE_SIZES && is_like_another(arguments)) return ANY_KIND | ANY_SIGN;
+    if (function->shape == SHAPE_FILE) return opens_file(arguments) ? ONE : ANY_VALUE;
+    bool has_digits = arguments && arguments->next && strcmp(function->name, "round") == 0;
+    return has_digits ? joined(arguments) & MAY_BE_BROKEN : 0;
 }
 
 }  // namespace
@@ -106,6 +144,14 @@ Value taken_from(const LibraryFunction *function, const Node *arguments) {
 Value library_value(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_NOTHING) return ANY_VALUE;
     Value value = function->value | (taken_from(function, arguments) & function->taken);
+    value |= value_of_options(function, arguments);
     if (!kinds_of(value)) value |= ANY_KIND;
-    return value | shape_of(function->shape, arguments);
+    return function->shape == SHAPE_FILE ? value : value | shape_of(function, arguments);
+}
+
+Value library_others(const LibraryFunction *function, const Node *arguments) {
+    Value others = function->others ? function->others : ANY_VALUE;
+    bool is_of_text =
+        kinds_of(others) == (MAY_BE_TEXT | MAY_BE_CELL) && !may_be(joined(arguments), MAY_BE_CELL);
+    return is_of_text ? others & ANY_TEXT : others;
 }

@@ -8,6 +8,7 @@ enum ResultShape : uint8_t {
     SHAPE_ALL,   /* element by element, of all arguments */
     SHAPE_FIRST, /* as the first argument */
     SHAPE_TEXT,  /* a text; of a cell a cell */
+    SHAPE_TEXTS, /* the same; of a text of several rows one of several rows */
     SHAPE_ROW,
     SHAPE_COLUMN,
     SHAPE_VECTOR, /* a row or a column */
@@ -18,6 +19,8 @@ enum ResultShape : uint8_t {
     SHAPE_EXTREME,   /* the same of one argument, element by element of two */
     SHAPE_POSITIONS, /* find: one position where one is asked for, else any number */
     SHAPE_SIZE,      /* size: one number of two arguments, else a row */
+    SHAPE_JOINT,     /* any; it takes over from all arguments, where others do from the first */
+    SHAPE_FILE,      /* fopen: one number, where a file is opened */
     SHAPE_NOTHING    /* it does not return */
 };
 
@@ -34,3 +37,5 @@ const LibraryFunction *library_function(const char *name);
 /* The value of a call with these arguments, first one of ARGUMENTS, whose values have been traced;
  * first: null for none. */
 Value library_value(const LibraryFunction *function, const Node *arguments);
+/* The value of each result after the first. */
+Value library_others(const LibraryFunction *function, const Node *arguments);

@@ -20,5 +20,6 @@ Value transposed(Value value) {
     Value turned = value & ~(MAY_HAVE_ROWS | MAY_HAVE_COLUMNS);
     if (value & MAY_HAVE_ROWS) turned |= MAY_HAVE_COLUMNS;
     if (value & MAY_HAVE_COLUMNS) turned |= MAY_HAVE_ROWS;
-    return turned;
+    bool is_upright = may_be(value, MAY_BE_TEXT) && may_be(turned, MAY_HAVE_ROWS);
+    return is_upright ? Value(turned | MAY_BE_ARRAY) : turned;
 }

@@ -17,6 +17,10 @@ inline bool is_single(Value value) { return !may_be(value, MAY_BE_ARRAY | MAY_BE
 inline bool is_known_text(Value value) {
     return may_be(value, MAY_BE_TEXT) && !may_be(value, MAY_BE_OTHER);
 }
+/* A number or truth value that is surely there and held plainly; a text of one character. */
+inline bool is_surely_one(Value value) {
+    return is_single(numeric_shape(value)) && !may_be(value, MAY_BE_EMPTY);
+}
 /* A text of one character, as far as it is a text. */
 inline bool is_one_character(Value value) {
     return !may_be(value, MAY_HAVE_ROWS | MAY_HAVE_COLUMNS | MAY_BE_EMPTY);

@@ -37,6 +37,12 @@ void trace_selectors(Node *reference);
 Value trace_operator(OperatorId op, Node *target, Value value);
 /* Part of a value that an index selects. */
 Value selected_value(Value base, const Node *arguments);
+/* Whether an index, the arguments of a reference, surely selects one element. */
+bool selects_one(const Node *arguments);
+/* Every variable of TracedScope may have been set, and to anything. */
+void forget_all();
+/* How often that has happened in the function. */
+int times_forgotten();
 
 /* What a target holds after it has been set; value: of what it is set to. */
 void trace_target(Node *target, Value value, const Node *expression);

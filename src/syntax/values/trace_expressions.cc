@@ -73,9 +73,23 @@ Value shape_of_joint(OperatorId joint, Value left, Value right) {
     }
 }
 
+// A system of equations is solved, or a function of a matrix is taken: whatever the elements are,
+// those of the result may be anything.
+bool is_of_matrix(OperatorId joint, Value left, Value right) {
+    bool is_left_one = is_single(numeric_shape(left));
+    bool is_right_one = is_single(numeric_shape(right));
+    switch (joint) {
+        case OPERATOR_DIVIDE: return !is_right_one;
+        case OPERATOR_LEFT_DIVIDE: return !is_left_one;
+        case OPERATOR_POWER: return !is_right_one || (!is_left_one && may_be(right, ANY_SIGN));
+        default: return false;
+    }
+}
+
 // Numbers of computer arithmetic: a sum of whole ones is whole, or infinite.
 Value sign_of_joint(OperatorId joint, Value left, Value right) {
     Value either = (left | right) & ANY_SIGN;
+    if (is_of_matrix(joint, left, right)) return ANY_SIGN;
     switch (joint) {
         case OPERATOR_PLUS:
         case OPERATOR_TIMES:
@@ -104,11 +118,13 @@ Value join_operands(OperatorId joint, Value left, Value right) {
 // The right side of && is traced where the left one is true. What it assumes ends with it.
 Value trace_lazy_chain(Node *chain) {
     Mark start = mark_flow();
+    int forgotten = times_forgotten();
     for (Node *node = chain->first_child; node; node = node->next) {
         trace_expression(node);
         if (node->next) assume(node, node->next->joint == OPERATOR_AND_THEN);
     }
     undo_flow(start);
+    if (times_forgotten() != forgotten) forget_all();
     return ONE_TRUTH;
 }
 
@@ -140,29 +156,34 @@ bool is_natural(const Node *node) {
 // A range of literals is empty or not.
 Value filling(const Node *start, const Node *stop) {
     if (!is_natural(start) || !is_natural(stop)) return MAY_BE_EMPTY | MAY_BE_FILLED;
-    size_t length = strlen(start->text);
-    size_t other = strlen(stop->text);
-    bool is_filled = length != other ? length < other : strcmp(start->text, stop->text) <= 0;
+    const char *first = start->text + strspn(start->text, "0");
+    const char *last = stop->text + strspn(stop->text, "0");
+    size_t length = strlen(first);
+    size_t other = strlen(last);
+    bool is_filled = length != other ? length < other : strcmp(first, last) <= 0;
     return is_filled ? MAY_BE_FILLED : MAY_BE_EMPTY;
 }
 
+Value sign_of_range(Value start, Value step, Value stop) {
+    Value sign = (start & ANY_SIGN) | (step & MAY_BE_BROKEN);
+    return sign | (may_be(step, MAY_BE_NEGATIVE) ? stop & MAY_BE_NEGATIVE : 0);
+}
+
+// A range of characters is a text, whatever the step is.
 Value trace_range(Node *range) {
     Node *start = range->first_child;
     Node *second = start->next;
+    const Node *stop = second->next ? second->next : second;
     trace_all(start);
-    Value value = read(value_of(start));
-    bool is_text = kinds_of(value) == MAY_BE_TEXT &&
-                   kinds_of(value_of(second->next ? second->next : second)) == MAY_BE_TEXT;
+    Value first = read(value_of(start));
+    Value last = read(value_of(stop));
+    bool is_text = kinds_of(first) == MAY_BE_TEXT && kinds_of(last) == MAY_BE_TEXT;
     if (is_text) return MAY_BE_TEXT | MAY_BE_SINGLE | (ROW & ~MAY_BE_ARRAY);
-    Value sign = value & ANY_SIGN;
-    if (second->next) {
-        Value step = value_of(second);
-        sign |= step & MAY_BE_BROKEN;
-        if (may_be(step, MAY_BE_NEGATIVE)) sign |= value_of(second->next) & MAY_BE_NEGATIVE;
-    }
-    constexpr Value SHAPE = MAY_BE_ARRAY | MAY_HAVE_COLUMNS;
+    Value step = second->next ? value_of(second) : Value(COUNT);
+    Value text = (first | last | step) & MAY_BE_TEXT;
     Value filled = second->next ? Value(MAY_BE_EMPTY | MAY_BE_FILLED) : filling(start, second);
-    return MAY_BE_NUMBER | SHAPE | filled | sign;
+    constexpr Value RANGE = MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_HAVE_COLUMNS;
+    return RANGE | text | (text ? MAY_BE_SINGLE : 0) | filled | sign_of_range(first, step, last);
 }
 
 }  // namespace

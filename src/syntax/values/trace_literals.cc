@@ -39,12 +39,15 @@ void add_element(Elements *elements, const Node *node) {
 
 // A cell among the elements makes a cell of all, else a text a text.
 Value joined_kinds(const Elements *elements) {
-    if (may_be(elements->always, MAY_BE_CELL)) return MAY_BE_CELL;
+    if (may_be(elements->always, MAY_BE_CELL))
+        return MAY_BE_CELL | (elements->may_hold & MAY_BE_OTHER);
     if (may_be(elements->always, MAY_BE_TEXT))
         return MAY_BE_TEXT | (elements->may_hold & (MAY_BE_CELL | MAY_BE_OTHER));
-    if (!elements->may_hold) return MAY_BE_NUMBER;
-    bool mixes = may_be(elements->may_hold, MAY_BE_TRUTH) && elements->may_hold != MAY_BE_TRUTH;
-    return elements->may_hold | (mixes ? Value(MAY_BE_NUMBER) : Value(0));
+    Value all = kinds_of(elements->all);
+    bool is_filled = may_be(elements->always, MAY_BE_FILLED);
+    bool mixes = may_be(elements->may_hold, MAY_BE_TRUTH) && all != MAY_BE_TRUTH;
+    Value kinds = is_filled ? elements->may_hold : all;
+    return kinds | (mixes ? Value(MAY_BE_NUMBER) : Value(0));
 }
 
 Value size_of_row(const Elements *row) {
@@ -60,8 +63,8 @@ Value size_of_rows(const Elements *all, Value size, int rows) {
     return size | filled | (may_vanish ? Value(MAY_BE_EMPTY) : Value(0));
 }
 
-Value held_form(Value kinds, int rows) {
-    if (kinds == MAY_BE_TEXT) return rows > 1 ? MAY_BE_SINGLE | MAY_BE_ARRAY : MAY_BE_SINGLE;
+Value held_form(Value kinds, Value size) {
+    if (kinds == MAY_BE_TEXT && !may_be(size, MAY_HAVE_ROWS)) return MAY_BE_SINGLE;
     return may_be(kinds, MAY_BE_TEXT) ? MAY_BE_SINGLE | MAY_BE_ARRAY : MAY_BE_ARRAY;
 }
 
@@ -94,7 +97,8 @@ Value trace_matrix(Node *matrix) {
     const Node *first = matrix->first_child->first_child;
     if (all.count == 1 && !all.has_list) return value_of(first) & ANY_VALUE;
     Value kinds = joined_kinds(&all);
-    return kinds | held_form(kinds, rows) | (all.all & ANY_SIGN) | size_of_rows(&all, size, rows);
+    size = size_of_rows(&all, size, rows);
+    return kinds | held_form(kinds, size) | size | (all.all & ANY_SIGN);
 }
 
 Value trace_cell(Node *cell) {
@@ -109,11 +113,15 @@ Value trace_cell(Node *cell) {
     return CELL | size | MAY_BE_FILLED;
 }
 
-// Nothing is known of its parameters; what it takes from around it, it takes now.
+// Nothing is known of its parameters; what it takes from around it, it takes now. What it asks and
+// does in it speaks of its own variables.
 Value trace_anonymous(Node *anonymous) {
     const Scope *scope = anonymous->first_child->scope;
+    const Scope *outer = TracedScope;
+    TracedScope = scope;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         if (is_variable(symbol)) set_value(symbol, ANY_VALUE);
     trace_expression(second_child(anonymous));
+    TracedScope = outer;
     return MAY_BE_FUNCTION | ONE;
 }

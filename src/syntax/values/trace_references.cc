@@ -1,4 +1,6 @@
 // The values of references: elements, fields, calls.
+#include <string.h>
+
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
@@ -8,38 +10,36 @@ namespace {
 
 constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 
-bool all_single(const Node *arguments) {
-    for (; arguments; arguments = arguments->next)
-        if (is_colon(arguments) || !is_single(numeric_shape(value_of(arguments))) ||
-            may_be(value_of(arguments), MAY_BE_EMPTY))
-            return false;
-    return true;
+// A truth value selects one element or none; the text ':' all of them.
+bool is_one_position(const Node *index) {
+    if (is_colon(index)) return false;
+    Value value = value_of(index);
+    return !may_be(value, MAY_BE_TRUTH | MAY_BE_TEXT) && is_surely_one(value);
 }
 
-// x(k) of a vector goes the way of x, of a matrix that of k; x(:) is a column.
+bool may_be_colon(const Node *index) {
+    return is_colon(index) || may_be(value_of(index), MAY_BE_TEXT);
+}
+
+// Of a vector the positions decide where they form a matrix, or where it has one element.
 Value size_of_part(Value base, const Node *index) {
     if (is_colon(index)) return MAY_HAVE_ROWS;
-    Value size = base & SIZED;
-    Value selected = value_of(index) & SIZED;
-    if (size == SIZED) return size;
-    return size | (size ? Value(0) : selected);
+    Value size = (base | value_of(index)) & SIZED;
+    return may_be_colon(index) ? Value(size | MAY_HAVE_ROWS) : size;
+}
+
+// In one direction: all that is there, one, or any number.
+Value size_along(Value base, const Node *index, Value direction) {
+    if (is_colon(index)) return base & direction;
+    return is_one_position(index) ? Value(0) : direction;
 }
 
 // x(i, j, ...): as many rows as i selects, as many columns as j.
 Value size_of_block(Value base, const Node *rows) {
     const Node *columns = rows->next;
-    Value size = 0;
-    if (is_colon(rows)) {
-        size |= base & MAY_HAVE_ROWS;
-    } else if (!is_single(numeric_shape(value_of(rows)))) {
-        size |= MAY_HAVE_ROWS;
-    }
-    if (is_colon(columns)) {
-        size |= columns->next ? Value(MAY_HAVE_COLUMNS) : base & MAY_HAVE_COLUMNS;
-    } else if (columns->next || !is_single(numeric_shape(value_of(columns)))) {
-        size |= MAY_HAVE_COLUMNS;
-    }
-    return size;
+    Value size = size_along(base, rows, MAY_HAVE_ROWS);
+    if (columns->next) return size | MAY_HAVE_COLUMNS;
+    return size | size_along(base, columns, MAY_HAVE_COLUMNS);
 }
 
 Value form_of_part(Value base) {
@@ -48,10 +48,16 @@ Value form_of_part(Value base) {
 
 }  // namespace
 
+bool selects_one(const Node *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (!is_one_position(arguments)) return false;
+    return true;
+}
+
 Value selected_value(Value base, const Node *arguments) {
     Value kept = base & (ANY_KIND | ANY_SIGN);
     if (!arguments) return base;
-    if (all_single(arguments)) return kept | ONE;
+    if (selects_one(arguments)) return kept | ONE;
     Value size = arguments->next ? size_of_block(base, arguments) : size_of_part(base, arguments);
     return kept | form_of_part(base) | size | MAY_BE_EMPTY | MAY_BE_FILLED;
 }
@@ -75,7 +81,8 @@ Value value_of_index(const Symbol *symbol, const Node *arguments) {
     Value base = value_now(symbol) & ANY_VALUE;
     if (!kinds_of(base)) return ANY_VALUE;
     if (may_be(base, MAY_BE_FUNCTION)) {
-        if (!is_surely_data(symbol, arguments)) return ANY_VALUE;
+        bool is_unknown = kinds_of(base) == ANY_KIND;
+        if (!is_unknown || !is_surely_data(symbol, arguments)) return ANY_VALUE;
         base &= ~MAY_BE_FUNCTION;
     }
     return selected_value(base, arguments);
@@ -87,6 +94,11 @@ Value value_of_selected(Node *base, Node *selector) {
     if (is_variable(base->symbol)) return value_of_index(base->symbol, selector->first_child);
     const LibraryFunction *function = library_of(base);
     return function ? library_value(function, selector->first_child) : ANY_VALUE;
+}
+
+// A text is run as a program, whose results are read: it may set variables on the way.
+bool runs_text(const char *name) {
+    return strcmp(name, "eval") == 0 || strcmp(name, "evalc") == 0 || strcmp(name, "evalin") == 0;
 }
 
 }  // namespace
@@ -113,6 +125,7 @@ Value trace_reference(Node *reference) {
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
+    if (is_call && runs_text(base->text)) forget_all();
     return value_of_selected(base, base->next);
 }
 

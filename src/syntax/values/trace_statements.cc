@@ -1,8 +1,7 @@
 // The values of variables through the statements of a function.
 #include <string.h>
 
-#include "syntax/names/clear_words.h"
-#include "syntax/spellings.h"
+#include "syntax/values/effects.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/trace_function.h"
@@ -25,7 +24,7 @@ struct Jumps {
 };
 
 Jumps *InnermostLoop;
-NameMap TracedScripts;  // FILE nodes, by their addresses
+Symbol *LastAnswer;  // the variable ans, where the function has one
 
 void trace_branch(Node *branch, Branches *branches) {
     Node *condition = branch->first_child;
@@ -77,13 +76,12 @@ void trace_switch(Node *node) {
     join_branches(&branches);
 }
 
-// A column of a value.
+// A column of a value. Of several rows it may be one element all the same.
 Value value_of_column(const Node *values) {
     Value value = value_of(values) & ANY_VALUE;
-    Value kept = value & (ANY_KIND | ANY_SIGN);
-    bool is_row = !may_be(value, MAY_HAVE_ROWS);
-    if (kinds_of(value) == MAY_BE_CELL || !is_row) return value | MAY_BE_ARRAY;
-    return kept | ONE;
+    bool has_rows = may_be(value, MAY_HAVE_ROWS);
+    if (kinds_of(value) == MAY_BE_CELL || has_rows) return value | MAY_BE_ARRAY | MAY_BE_SINGLE;
+    return (value & (ANY_KIND | ANY_SIGN)) | ONE;
 }
 
 void set_loop_variable(Node *loop) {
@@ -91,6 +89,15 @@ void set_loop_variable(Node *loop) {
     Value value = value_of_column(variable->next);
     trace_target(variable, value, nullptr);
     if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
+}
+
+// Where a loop runs over nothing, its variable is empty after it.
+void note_no_round(const Node *loop) {
+    const Node *variable = loop->first_child;
+    Value values = value_of(variable->next) & ANY_VALUE;
+    if (variable->kind != NODE_NAME || !may_be(values, MAY_BE_EMPTY)) return;
+    Value none = (values & ~(MAY_BE_SINGLE | MAY_BE_FILLED | ANY_SIGN)) | MAY_BE_ARRAY;
+    set_value(variable->symbol, value_now(variable->symbol) | MAY_BE_NUMBER | none);
 }
 
 // One round of a loop.
@@ -109,13 +116,6 @@ void trace_round(Node *loop) {
     }
 }
 
-// Behind a loop without a round its variable is empty, as it is made in the host.
-void keep_loop_variable(const Node *variable) {
-    if (variable->kind != NODE_NAME) return;
-    Value value = value_now(variable->symbol) & ANY_VALUE;
-    if (value) set_value(variable->symbol, value);
-}
-
 void trace_loop(Node *loop) {
     Jumps jumps = {false, false};
     Jumps *outer = InnermostLoop;
@@ -127,7 +127,7 @@ void trace_loop(Node *loop) {
         note_end(region, jumps.continues);
     } while (begins_again(region));
     end_region(region, jumps.breaks);
-    if (loop->kind == NODE_FOR) keep_loop_variable(loop->first_child);
+    if (loop->kind == NODE_FOR) note_no_round(loop);
     InnermostLoop = outer;
     if (loop->kind == NODE_WHILE && !jumps.breaks) assume(loop->first_child, false);
 }
@@ -151,111 +151,26 @@ void trace_try(Node *node) {
     join_branches(&branches);
 }
 
-// Statements that concern all variables take a step for each: when they are many, nothing more is
-// traced of the variables.
-constexpr int64_t MOST_STEPS = 1000000;
-int64_t Steps;
-
-bool is_worth_it() {
-    if (Steps > MOST_STEPS) return false;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) Steps++;
-    if (Steps <= MOST_STEPS) return true;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
-        symbol->flags |= SYMBOL_UNTRACED;
-    return false;
-}
-
-// Every variable may have been set, and to anything; with MAY_BE_MISSING, or cleared.
-void forget_all(Value missing = 0) {
-    if (!is_worth_it()) return;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
-        Value kept = value_now(symbol) & MAY_BE_MISSING;
-        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | kept | missing);
-    }
-}
-
-bool is_creator(const char *name) {
-    static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
-                                           "run",  "source", "syms",  "uiopen"};
-    for (const char *creator : creators)
-        if (strcmp(name, creator) == 0) return true;
-    return false;
-}
-
-const Node *called_name(const Node *expression) {
-    const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
-    return name->kind == NODE_NAME && !is_variable(name->symbol) ? name : nullptr;
-}
-
-// Nothing is traced of the variables that a script uses: its statements are looked at once, however
-// often and from wherever it is called.
-void trace_called_script(Node *file) {
-    const char *key = reinterpret_cast<const char *>(file);
-    if (!enter_name(&TracedScripts, key, file)) trace_script(file);
-}
-
-// A call for its effects: of a script, of what sets variables, of what does not return.
-void note_effects(Node *expression) {
-    const Node *name = called_name(expression);
-    if (!name) return;
-    Node *definition = name->symbol->definition;
-    bool is_script = definition && definition->kind == NODE_FILE;
-    if (is_script) return trace_called_script(definition);
-    if (is_creator(name->text)) return forget_all();
-    LibraryCall call = library_call(expression);
-    if (call.function && call.function->shape == SHAPE_NOTHING) end_here();
-    if (strcmp(name->text, "assert") == 0 && call.arguments) assume(call.arguments, true);
-}
-
-// What may have been set is made empty in the host.
-void clear_variable(Symbol *symbol) {
-    if (!is_variable(symbol) || value_now(symbol) == MAY_BE_MISSING) return;
-    Value kind = symbol->flags & SYMBOL_HAS_BRACES ? MAY_BE_CELL : MAY_BE_NUMBER;
-    set_value(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
-}
-
-// Those that are assigned as a whole only are left alone.
-void clear_all() {
-    if (!is_worth_it()) return;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
-        bool is_left = is_variable(symbol) && !(symbol->flags & SYMBOL_CHANGED);
-        is_left ? set_value(symbol, MAY_BE_MISSING) : clear_variable(symbol);
-    }
-}
-
-bool are_names(const Node *word) {
-    while (word && *word->text != '-' && !strpbrk(word->text, "*?[")) word = word->next;
-    return !word;
-}
-
-// clear x y: they have no values.
-void trace_clear(const Node *statement) {
-    ClearWords words = clear_words(statement);
-    if (!words.name || is_variable(words.name->symbol)) return;
-    if (!words.is_known) return forget_all(MAY_BE_MISSING);
-    if (means_all(words.first)) return clear_all();
-    if (!are_names(words.first)) return forget_all(MAY_BE_MISSING);
-    for (const Node *word = words.first; word; word = word->next) {
-        const Symbol *symbol = *word->text ? find_symbol(TracedScope, intern(word->text)) : nullptr;
-        if (symbol) clear_variable(const_cast<Symbol *>(symbol));
-    }
-}
-
-void trace_command(const Node *command) {
-    if (is_creator(command->first_child->text)) forget_all();
-    trace_clear(command);
+// The cleanup follows on all that happens: an error or a jump may leave the body anywhere.
+void trace_unwind(Node *node) {
+    Region *region = begin_region(node);
+    trace_block(node->first_child);
+    bool ends = !is_dead();
+    note_changes(region);
+    end_region(region, true);
+    set_dead(region->was_dead);
+    trace_block(second_child(node));
+    if (!ends) end_here();
 }
 
 Value value_of_others(Node *expression) {
     LibraryCall call = library_call(expression);
-    bool is_known = call.function && call.function->others;
-    return is_known ? call.function->others : ANY_VALUE;
+    return call.function ? library_others(call.function, call.arguments) : ANY_VALUE;
 }
 
-bool is_deal(const Node *expression) {
-    const Node *name = called_name(expression);
-    return name && name != expression && strcmp(name->text, "deal") == 0 &&
-           name->next->kind == NODE_ARGUMENTS && name->next->first_child;
+bool is_deal(Node *expression) {
+    LibraryCall call = library_call(expression);
+    return call.function && call.arguments && strcmp(call.function->name, "deal") == 0;
 }
 
 // [r, c] = size(x) gives numbers, of which each is one.
@@ -312,7 +227,7 @@ void trace_statement(Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION:
             trace_expression(node->first_child);
-            trace_clear(node);
+            if (LastAnswer) set_value(LastAnswer, ANY_VALUE | MAY_BE_MISSING);
             return note_effects(node->first_child);
         case NODE_ASSIGN: return trace_assignment(node);
         case NODE_MULTI_ASSIGN: return trace_multi_assignment(node);
@@ -323,7 +238,7 @@ void trace_statement(Node *node) {
         case NODE_DO_UNTIL: return trace_loop(node);
         case NODE_SWITCH: return trace_switch(node);
         case NODE_TRY: return trace_try(node);
-        case NODE_UNWIND: trace_block(node->first_child); return trace_block(second_child(node));
+        case NODE_UNWIND: return trace_unwind(node);
         case NODE_GLOBAL:
         case NODE_PERSISTENT: return trace_declaration(node);
         case NODE_BREAK:
@@ -364,6 +279,7 @@ void begin_values(const Scope *scope) {
         if (!is_variable(symbol)) continue;
         symbol->now = symbol->since = value_at_start(scope, symbol);
         symbol->ever |= symbol->now;
+        if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
     }
 }
 
@@ -388,8 +304,8 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     HasFunction = has_function;
     TracedScope = scope;
     InnermostLoop = nullptr;
-    Steps = 0;
-    TracedScripts = {};
+    LastAnswer = nullptr;
+    begin_effects();
     begin_flow();
     begin_values(scope);
     const Node *owner = scope->owner;

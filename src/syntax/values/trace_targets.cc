@@ -8,59 +8,79 @@ constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 
 bool is_empty(Value value) { return !may_be(value, MAY_BE_FILLED); }
 
-// x(k) = [] deletes.
+// x(k) = [] deletes, and x(k) = '' does.
 bool is_deletion(const Node *selector, const Node *expression) {
     if (selector->kind != NODE_ARGUMENTS || selector->next || !expression) return false;
     while (expression->kind == NODE_PARENS) expression = expression->first_child;
-    return expression->kind == NODE_MATRIX && !expression->first_child;
+    bool is_text = expression->kind == NODE_STRING && !*expression->text;
+    return is_text || (expression->kind == NODE_MATRIX && !expression->first_child);
 }
 
-Value after_deletion(Value before) { return before | MAY_BE_EMPTY; }
+// A vector keeps its direction; whole rows or columns leave 0 by n.
+Value after_deletion(Value before, const Node *arguments) {
+    bool is_block = arguments && arguments->next;
+    Value kind = may_be(before, MAY_BE_MISSING) ? MAY_BE_NUMBER : 0;
+    Value size = is_block ? SIZED : before & SIZED ? Value(0) : Value(MAY_HAVE_COLUMNS);
+    return (before & ANY_VALUE) | kind | size | MAY_BE_ARRAY | MAY_BE_EMPTY;
+}
 
-// The variable grows along itself where one index is given; what is empty becomes a row.
+// Where one index is given, a vector of several elements grows along itself, and all else becomes a
+// row; a column may have one element.
 Value size_after(Value before, const Node *arguments) {
-    bool is_new = is_empty(before);
-    if (arguments && !arguments->next) {
-        Value size = is_new ? Value(0) : before & SIZED;
-        bool is_column = (before & SIZED) == MAY_HAVE_ROWS && !is_new;
-        return size | (is_column ? MAY_HAVE_ROWS : MAY_HAVE_COLUMNS);
-    }
-    return SIZED;
+    if (!arguments || arguments->next) return SIZED;
+    if (arguments->kind == NODE_COLON) return before & SIZED;
+    return (before & SIZED) | MAY_HAVE_COLUMNS;
 }
 
+// What has no elements takes the kind of what comes, unless it is a text or has a kind otherwise.
 Value kinds_after(Value before, Value value) {
-    Value had = is_empty(before) ? Value(kinds_of(before) & MAY_BE_CELL) : kinds_of(before);
+    constexpr Value KEPT = MAY_BE_CELL | MAY_BE_TEXT | MAY_BE_TRUTH | MAY_BE_OTHER;
+    bool is_plain = is_empty(before) && !may_be(before, SIZED);
+    Value had = kinds_of(is_plain ? Value(before & KEPT) : before);
     if (had == MAY_BE_CELL) return MAY_BE_CELL;
     return had | kinds_of(value);
 }
 
+// Nothing is set where no position is given; x(:) sets what is there.
+Value filling_after(Value before, const Node *arguments) {
+    bool may_stay = !selects_one(arguments) && may_be(before, MAY_BE_EMPTY | MAY_BE_MISSING);
+    return may_stay ? MAY_BE_FILLED | MAY_BE_EMPTY : MAY_BE_FILLED;
+}
+
 // x(...) = value.
 Value after_element(Value before, const Node *arguments, Value value) {
+    Value filling = filling_after(before, arguments);
     before &= ANY_VALUE;
-    Value form = may_be(before, MAY_BE_FILLED) ? before & MAY_BE_SINGLE : 0;
-    return kinds_after(before, value) | MAY_BE_ARRAY | form | MAY_BE_FILLED |
-           size_after(before, arguments) | ((before | value) & ANY_SIGN) |
-           (before & MAY_BE_EMPTY & (value & MAY_BE_EMPTY ? ANY_VALUE : 0));
+    bool is_text = may_be(before | value, MAY_BE_TEXT);
+    Value form = may_be(before, MAY_BE_FILLED) || is_text ? before & MAY_BE_SINGLE : 0;
+    return kinds_after(before, value) | MAY_BE_ARRAY | form | filling |
+           size_after(before, arguments) | ((before | value) & ANY_SIGN);
+}
+
+// x{...} = value.
+Value after_brace(Value before, const Node *arguments) {
+    return MAY_BE_CELL | (before & MAY_BE_OTHER) | MAY_BE_ARRAY | filling_after(before, arguments) |
+           size_after(before, arguments);
+}
+
+// x(...).f = value, x(...){k} = value.
+Value after_part(Value before, const Node *next) {
+    bool is_cell = kinds_of(before) == MAY_BE_CELL && !is_empty(before);
+    Value kind = is_cell || next->kind == NODE_BRACES ? MAY_BE_CELL : MAY_BE_RECORD;
+    return kind | (before & MAY_BE_OTHER) | (ANY_SHAPE & ~MAY_BE_EMPTY);
 }
 
 Value after_change(Value before, const Node *target, Value value, const Node *expression) {
     const Node *selector = second_child(target);
-    Value other = before & MAY_BE_OTHER;
+    const Node *arguments = selector->first_child;
     switch (selector->kind) {
-        case NODE_BRACES:
-            return MAY_BE_CELL | other | MAY_BE_ARRAY | MAY_BE_FILLED |
-                   size_after(before, selector->first_child);
+        case NODE_BRACES: return after_brace(before, arguments);
         case NODE_ARGUMENTS:
-            if (is_deletion(selector, expression)) return after_deletion(before);
-            if (selector->next) {
-                bool is_cell = kinds_of(before) == MAY_BE_CELL && !is_empty(before);
-                Value kind = is_cell                               ? MAY_BE_CELL
-                             : selector->next->kind == NODE_BRACES ? MAY_BE_CELL
-                                                                   : MAY_BE_RECORD;
-                return kind | other | (ANY_SHAPE & ~MAY_BE_EMPTY);
-            }
-            return after_element(before, selector->first_child, value);
-        default: return MAY_BE_RECORD | other | ONE | (before & (MAY_BE_ARRAY | SIZED));
+            if (selector->next) return after_part(before, selector->next);
+            if (!is_deletion(selector, expression)) return after_element(before, arguments, value);
+            return after_deletion(before, arguments) |
+                   (expression->kind == NODE_STRING ? after_element(before, arguments, value) : 0);
+        default: return MAY_BE_RECORD | ONE | (before & (MAY_BE_OTHER | MAY_BE_ARRAY | SIZED));
     }
 }
 

@@ -3,7 +3,12 @@
  *
  * A number or truth value is held plainly where it comes from a literal, an index of single
  * positions or a function that gives one. All else that MATLAB calls a 1-by-1 array, a range of one
- * number among them, may be an array of one element in the host. */
+ * number among them, may be an array of one element in the host.
+ *
+ * Where it has no elements, a value without MAY_HAVE_ROWS or without MAY_HAVE_COLUMNS is of 0 by 0,
+ * 1 by 0 or 0 by 1: what may be of 0 by 3 has both. Rounded numbers, and sums and products of whole
+ * ones, are taken to be whole: they are not where they are infinite or not real, which is no
+ * position or count either. A complex number is broken and counts as negative. */
 #pragma once
 
 #include "syntax/tree.h"

@@ -1,0 +1,11 @@
+/* What statements do to variables beside setting their targets. */
+#pragma once
+
+#include "syntax/values/trace.h"
+
+/* A function is begun: no script has been traced, nothing forgotten. */
+void begin_effects();
+/* A call for its effects: of a script, of what sets variables, of what does not return. */
+void note_effects(Node *expression);
+/* The same of a COMMAND: clear x y, load f. */
+void trace_command(const Node *command);
