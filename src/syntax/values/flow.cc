@@ -88,7 +88,8 @@ Value value_now(const Symbol *symbol) {
 
 void set_value(Symbol *symbol, Value value) {
     symbol->ever |= value;
-    if (!is_traced(symbol) || symbol->now == value) return;
+    // A region must know of a change that another one takes back, or that a jump leaves behind.
+    if (!is_traced(symbol) || (symbol->now == value && OpenRegions == 0)) return;
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;
     note_change(symbol);
     symbol->now = value;
@@ -112,6 +113,13 @@ void begin_branches(Branches *branches) { *branches = {LastChange, nullptr, 0, I
 
 namespace {
 
+// A branch that is left in its middle gives no value to what follows, but has made changes that the
+// regions around it must know.
+void keep_changes(Branches *branches) {
+    for (const Change *change = LastChange; change != branches->start; change = change->before)
+        outcome_of(change->symbol, &branches->first);
+}
+
 // The first change met is the last one made: the symbol has what it was changed to.
 void keep_outcome(Branches *branches, Symbol *symbol) {
     Outcome *outcome = outcome_of(symbol, &branches->first);
@@ -124,13 +132,15 @@ void keep_outcome(Branches *branches, Symbol *symbol) {
 }  // namespace
 
 void end_branch(Branches *branches, Mark since) {
-    if (!IsDead) {
+    enter_outcomes(branches->first);
+    if (IsDead) {
+        if (OpenRegions > 0) keep_changes(branches);
+    } else {
         branches->ends++;
-        enter_outcomes(branches->first);
         for (const Change *change = LastChange; change != branches->start; change = change->before)
             keep_outcome(branches, change->symbol);
-        leave_outcomes(branches->first);
     }
+    leave_outcomes(branches->first);
     undo_flow(since);
     IsDead = branches->was_dead;
 }
@@ -138,7 +148,7 @@ void end_branch(Branches *branches, Mark since) {
 void join_branches(Branches *branches) {
     undo_flow(branches->start);
     for (Outcome *outcome = branches->first; outcome; outcome = outcome->next) {
-        bool is_everywhere = outcome->ends == branches->ends;
+        bool is_everywhere = outcome->ends > 0 && outcome->ends == branches->ends;
         Value before = is_everywhere ? 0 : outcome->symbol->now;
         set_value(outcome->symbol, outcome->value | before);
     }

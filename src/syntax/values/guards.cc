@@ -13,7 +13,8 @@ constexpr int MOST_PARAMETERS = 1000;
 void keep_only(Symbol *symbol, Value kept) {
     Value now = value_now(symbol);
     Value left = now & kept;
-    if (is_traced(symbol) && kinds_of(left) && left != now) set_value(symbol, left);
+    bool is_possible = kinds_of(left) && may_be(left, MAY_BE_EMPTY | MAY_BE_FILLED);
+    if (is_traced(symbol) && is_possible && left != now) set_value(symbol, left);
 }
 
 struct KindTest {
@@ -148,16 +149,10 @@ void assume_comparison(const Node *chain, bool is_true) {
                      chain->offset);
 }
 
-// An operand without elements leaves none to all of the others: then it is not true, nor false.
-bool has_elements(const Node *chain) {
-    for (const Node *node = chain->first_child; node; node = node->next)
-        if (may_be(value_of(node), MAY_BE_EMPTY)) return false;
-    return true;
-}
+// What has no elements is not true, and its negation is not either.
+bool has_elements(const Node *node) { return !may_be(value_of(node), MAY_BE_EMPTY); }
 
 void assume_operands(Node *chain, bool is_true) {
-    bool is_lazy = chain->op == OPERATOR_AND_THEN || chain->op == OPERATOR_OR_ELSE;
-    if (!is_lazy && !has_elements(chain)) return;
     for (Node *node = chain->first_child; node; node = node->next) assume(node, is_true);
 }
 
@@ -169,7 +164,7 @@ void assume_chain(Node *chain, bool is_true) {
             return;
         case OPERATOR_OR_ELSE:
         case OPERATOR_OR:
-            if (!is_true) assume_operands(chain, false);
+            if (!is_true && has_elements(chain)) assume_operands(chain, false);
             return;
         default:
             if (chain->op >= OPERATOR_LESS && chain->op <= OPERATOR_GREATER)
@@ -198,7 +193,8 @@ void assume(Node *condition, bool is_true) {
     switch (condition->kind) {
         case NODE_PARENS: return assume(condition->first_child, is_true);
         case NODE_PREFIX:
-            if (condition->op == OPERATOR_NOT) assume(condition->first_child, !is_true);
+            if (condition->op == OPERATOR_NOT && (is_true || has_elements(condition->first_child)))
+                assume(condition->first_child, !is_true);
             return;
         case NODE_CHAIN: return assume_chain(condition, is_true);
         case NODE_REFERENCE:

@@ -13,34 +13,47 @@ const KindName KindNames[] = {{MAY_BE_NUMBER, "number"}, {MAY_BE_TRUTH, "truth"}
                               {MAY_BE_RECORD, "record"}, {MAY_BE_FUNCTION, "function"},
                               {MAY_BE_OTHER, "other"}};
 
+const char *number_name(Value value) {
+    if (!may_be(value, ANY_SIGN)) return "count";
+    if (!may_be(value, MAY_BE_BROKEN)) return "whole";
+    return may_be(value, MAY_BE_NEGATIVE) ? "number" : "positive";
+}
+
 LongString print_kinds(LongString text, Value value) {
     if (kinds_of(value) == ANY_KIND) return AppendStringToString(text, "any");
     const char *between = "";
     for (const KindName &kind : KindNames) {
         if (!may_be(value, kind.kind)) continue;
-        bool is_count = kind.kind == MAY_BE_NUMBER && !may_be(value, ANY_SIGN);
         text = AppendStringToString(text, between);
-        text = AppendStringToString(text, is_count ? "count" : kind.name);
+        bool is_number = kind.kind == MAY_BE_NUMBER;
+        text = AppendStringToString(text, is_number ? number_name(value) : kind.name);
         between = "|";
     }
     return text;
 }
 
-const char *shape_text(Value value) {
-    if (!kinds_of(value)) return "";
-    if (!may_be(value, MAY_BE_FILLED)) return "0";
+const char *size_text(Value value) {
     bool has_rows = may_be(value, MAY_HAVE_ROWS);
-    bool has_columns = may_be(value, MAY_HAVE_COLUMNS);
-    if (!has_rows && !has_columns) return may_be(value, MAY_BE_ARRAY) ? "[.]" : "";
-    if (may_be(value, MAY_BE_ARRAY) && may_be(value, MAY_BE_SINGLE)) return "[?]";
-    if (!has_rows) return "[1]";
-    return has_columns ? "[]" : "[;]";
+    if (may_be(value, MAY_HAVE_COLUMNS)) return has_rows ? "" : "1";
+    return has_rows ? ";" : ".";
+}
+
+LongString print_shape(LongString text, Value value) {
+    if (!kinds_of(value)) return text;
+    if (!may_be(value, MAY_BE_FILLED)) return AppendStringToString(text, "[0]");
+    bool may_be_empty = may_be(value, MAY_BE_EMPTY);
+    if (!may_be(value, MAY_BE_ARRAY | MAY_HAVE_ROWS | MAY_HAVE_COLUMNS))
+        return may_be_empty ? AppendStringToString(text, "[?0]") : text;
+    text = AppendStringToString(text, "[");
+    text = AppendStringToString(text, size_text(value));
+    if (may_be(value, MAY_BE_SINGLE)) text = AppendStringToString(text, "?");
+    return AppendStringToString(text, may_be_empty ? "]" : "+]");
 }
 
 }  // namespace
 
 LongString print_value(LongString text, Value value) {
     text = print_kinds(text, value);
-    text = AppendStringToString(text, shape_text(value));
+    text = print_shape(text, value);
     return may_be(value, MAY_BE_MISSING) ? AppendStringToString(text, "?") : text;
 }

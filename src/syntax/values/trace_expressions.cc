@@ -169,7 +169,7 @@ Value sign_of_range(Value start, Value step, Value stop) {
     return sign | (may_be(step, MAY_BE_NEGATIVE) ? stop & MAY_BE_NEGATIVE : 0);
 }
 
-// A range of characters is a text, whatever the step is.
+// A range from a character to a character is a text, whatever the step is.
 Value trace_range(Node *range) {
     Node *start = range->first_child;
     Node *second = start->next;
@@ -180,7 +180,7 @@ Value trace_range(Node *range) {
     bool is_text = kinds_of(first) == MAY_BE_TEXT && kinds_of(last) == MAY_BE_TEXT;
     if (is_text) return MAY_BE_TEXT | MAY_BE_SINGLE | (ROW & ~MAY_BE_ARRAY);
     Value step = second->next ? value_of(second) : Value(COUNT);
-    Value text = (first | last | step) & MAY_BE_TEXT;
+    Value text = first & last & MAY_BE_TEXT;
     Value filled = second->next ? Value(MAY_BE_EMPTY | MAY_BE_FILLED) : filling(start, second);
     constexpr Value RANGE = MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_HAVE_COLUMNS;
     return RANGE | text | (text ? MAY_BE_SINGLE : 0) | filled | sign_of_range(first, step, last);

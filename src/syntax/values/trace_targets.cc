@@ -66,7 +66,8 @@ Value after_brace(Value before, const Node *arguments) {
 // x(...).f = value, x(...){k} = value.
 Value after_part(Value before, const Node *next) {
     bool is_cell = kinds_of(before) == MAY_BE_CELL && !is_empty(before);
-    Value kind = is_cell || next->kind == NODE_BRACES ? MAY_BE_CELL : MAY_BE_RECORD;
+    bool may_be_record = next->kind != NODE_BRACES && !(is_cell && !may_be(before, MAY_BE_EMPTY));
+    Value kind = (may_be_record ? MAY_BE_RECORD : MAY_BE_CELL) | (is_cell ? MAY_BE_CELL : 0);
     return kind | (before & MAY_BE_OTHER) | (ANY_SHAPE & ~MAY_BE_EMPTY);
 }
 
