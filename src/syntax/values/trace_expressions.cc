@@ -43,14 +43,13 @@ Value arithmetic_kind(Value left, Value right) {
     return has_object ? MAY_BE_NUMBER | MAY_BE_OTHER : MAY_BE_NUMBER;
 }
 
+// Either may have one element, which scales the other.
 Value product_shape(Value left, Value right) {
     left = numeric_shape(left);
     right = numeric_shape(right);
     if (is_single(left) || is_single(right)) return elementwise_shape(left, right);
-    Value shape = MAY_BE_SINGLE | MAY_BE_ARRAY | MAY_BE_EMPTY | MAY_BE_FILLED;
-    bool may_scale = may_be(left & right, MAY_BE_SINGLE) || may_be(left | right, MAY_BE_SINGLE);
-    if (may_scale) return ANY_SHAPE;
-    return shape | (left & MAY_HAVE_ROWS) | (right & MAY_HAVE_COLUMNS);
+    constexpr Value SIZE = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
+    return (ANY_SHAPE & ~SIZE) | ((left | right) & SIZE);
 }
 
 Value quotient_shape(Value left, Value right) {
