@@ -42,8 +42,11 @@ Value size_of_block(Value base, const Node *rows) {
     return size | size_along(base, columns, MAY_HAVE_COLUMNS);
 }
 
-Value form_of_part(Value base) {
-    return may_be(base, MAY_BE_TEXT) ? MAY_BE_ARRAY | MAY_BE_SINGLE : MAY_BE_ARRAY;
+// x(:) may be x itself.
+Value form_of_part(Value base, const Node *arguments) {
+    bool is_text = may_be(base, MAY_BE_TEXT);
+    bool is_whole = arguments->kind == NODE_COLON && may_be(base, MAY_BE_SINGLE);
+    return is_text || is_whole ? MAY_BE_ARRAY | MAY_BE_SINGLE : MAY_BE_ARRAY;
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ Value selected_value(Value base, const Node *arguments) {
     if (!arguments) return base;
     if (selects_one(arguments)) return kept | ONE;
     Value size = arguments->next ? size_of_block(base, arguments) : size_of_part(base, arguments);
-    return kept | form_of_part(base) | size | MAY_BE_EMPTY | MAY_BE_FILLED;
+    return kept | form_of_part(base, arguments) | size | MAY_BE_EMPTY | MAY_BE_FILLED;
 }
 
 namespace {
