@@ -1,6 +1,8 @@
 // The flow of values.
 #include "syntax/values/flow.h"
 
+#include <assert.h>
+
 #include "support/allocation.h"
 
 struct Change {
@@ -12,6 +14,8 @@ struct Change {
 /* What becomes of a variable in branches or in a region. */
 struct Outcome {
     Symbol *symbol;
+    const void *owner;  // the Branches or the Region
+    Outcome *outer;     // of the symbol, in what is around
     Outcome *next;
     Value value;    // at the end of branches; at the start of a round of a region
     Value left;     // at the end of the round
@@ -32,6 +36,8 @@ uint32_t Trace;  // number of the function being traced, in the process
 constexpr uint32_t UNTRACED =
     SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_UNTRACED;
 constexpr int MOST_ROUNDS = 6;
+// Each region is traced as often as there are regions around it, and a few times more.
+constexpr int DEEPEST_REGION = 12;
 
 void note_change(Symbol *symbol) {
     Change *change = FreeChanges;
@@ -52,21 +58,26 @@ void undo_last() {
     FreeChanges = change;
 }
 
-// The symbol's outcome in the list that is worked on.
-Outcome *outcome_of(Symbol *symbol, Outcome **list) {
-    if (symbol->outcome) return symbol->outcome;
+void enter_outcome(Outcome *outcome) {
+    outcome->outer = outcome->symbol->outcome;
+    outcome->symbol->outcome = outcome;
+}
+
+// The symbol's outcome in the list of an owner, the innermost one that is open for the symbol.
+Outcome *outcome_of(Symbol *symbol, Outcome **list, const void *owner) {
+    if (symbol->outcome && symbol->outcome->owner == owner) return symbol->outcome;
     Outcome *outcome = AllocRecord<Outcome>();
-    *outcome = {symbol, *list, 0, 0, false, 0, 0};
-    *list = symbol->outcome = outcome;
+    *outcome = {symbol, owner, nullptr, *list, 0, 0, false, 0, 0};
+    *list = outcome;
+    enter_outcome(outcome);
     return outcome;
 }
 
-void enter_outcomes(Outcome *list) {
-    for (; list; list = list->next) list->symbol->outcome = list;
-}
-
 void leave_outcomes(const Outcome *list) {
-    for (; list; list = list->next) list->symbol->outcome = nullptr;
+    for (; list; list = list->next) {
+        assert(list->symbol->outcome == list);
+        list->symbol->outcome = list->outer;
+    }
 }
 
 }  // namespace
@@ -117,12 +128,12 @@ namespace {
 // regions around it must know.
 void keep_changes(Branches *branches) {
     for (const Change *change = LastChange; change != branches->start; change = change->before)
-        outcome_of(change->symbol, &branches->first);
+        outcome_of(change->symbol, &branches->first, branches);
 }
 
 // The first change met is the last one made: the symbol has what it was changed to.
 void keep_outcome(Branches *branches, Symbol *symbol) {
-    Outcome *outcome = outcome_of(symbol, &branches->first);
+    Outcome *outcome = outcome_of(symbol, &branches->first, branches);
     if (outcome->branch == branches->ends) return;
     outcome->branch = branches->ends;
     outcome->value |= symbol->now;
@@ -132,7 +143,6 @@ void keep_outcome(Branches *branches, Symbol *symbol) {
 }  // namespace
 
 void end_branch(Branches *branches, Mark since) {
-    enter_outcomes(branches->first);
     if (IsDead) {
         if (OpenRegions > 0) keep_changes(branches);
     } else {
@@ -140,13 +150,13 @@ void end_branch(Branches *branches, Mark since) {
         for (const Change *change = LastChange; change != branches->start; change = change->before)
             keep_outcome(branches, change->symbol);
     }
-    leave_outcomes(branches->first);
     undo_flow(since);
     IsDead = branches->was_dead;
 }
 
 void join_branches(Branches *branches) {
     undo_flow(branches->start);
+    leave_outcomes(branches->first);
     for (Outcome *outcome = branches->first; outcome; outcome = outcome->next) {
         bool is_everywhere = outcome->ends > 0 && outcome->ends == branches->ends;
         Value before = is_everywhere ? 0 : outcome->symbol->now;
@@ -175,38 +185,39 @@ Region *begin_region(Node *node) {
     }
     region->start = LastChange;
     region->was_dead = IsDead;
-    OpenRegions++;
-    for (Outcome *outcome = region->first; outcome; outcome = outcome->next) begin_round(outcome);
+    if (++OpenRegions > DEEPEST_REGION) IsGivenUp = true;
+    region->is_given_up = IsGivenUp;
+    for (Outcome *outcome = region->first; outcome; outcome = outcome->next) {
+        enter_outcome(outcome);
+        begin_round(outcome);
+    }
     return region;
 }
 
 void note_end(Region *region, bool anywhere) {
-    enter_outcomes(region->first);
     for (const Change *change = LastChange; change != region->start; change = change->before) {
         Symbol *symbol = change->symbol;
-        Outcome *outcome = outcome_of(symbol, &region->first);
+        Outcome *outcome = outcome_of(symbol, &region->first, region);
         if (!IsDead) outcome->left |= symbol->now;
         if (anywhere) outcome->left |= symbol->since;
     }
-    leave_outcomes(region->first);
     undo_flow(region->start);
     IsDead = region->was_dead;
 }
 
 void note_changes(Region *region) {
-    enter_outcomes(region->first);
     for (const Change *change = LastChange; change != region->start; change = change->before) {
-        Outcome *outcome = outcome_of(change->symbol, &region->first);
+        Outcome *outcome = outcome_of(change->symbol, &region->first, region);
         outcome->value |= change->value;
         outcome->is_known = true;
     }
-    leave_outcomes(region->first);
 }
 
 bool begins_again(Region *region) {
     bool is_wider = false;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next)
         is_wider |= begin_round(outcome);
+    if (IsGivenUp != region->is_given_up) return region->is_given_up = true;
     if (!is_wider) return false;
     if (++region->rounds < MOST_ROUNDS) return true;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next)
@@ -214,10 +225,23 @@ bool begins_again(Region *region) {
     return true;
 }
 
-void end_region(const Region *region, bool anywhere) {
+void go_on_anywhere(const Region *region) {
+    for (const Outcome *outcome = region->first; outcome; outcome = outcome->next)
+        set_value(outcome->symbol, outcome->value | outcome->symbol->since);
+}
+
+void leave_region(const Region *region) {
+    assert(OpenRegions > 0);
     OpenRegions--;
-    for (const Outcome *outcome = region->first; outcome; outcome = outcome->next) {
-        Value left = anywhere ? outcome->symbol->since : 0;
-        set_value(outcome->symbol, outcome->value | left);
+    leave_outcomes(region->first);
+}
+
+void end_region(const Region *region, bool anywhere) {
+    if (anywhere) {
+        go_on_anywhere(region);
+    } else {
+        for (const Outcome *outcome = region->first; outcome; outcome = outcome->next)
+            set_value(outcome->symbol, outcome->value);
     }
+    leave_region(region);
 }

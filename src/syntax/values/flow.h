@@ -13,7 +13,8 @@ typedef const Change *Mark;
 
 /* Forgets all changes; nothing is dead. */
 void begin_flow();
-/* No variable is traced from here on, in the whole function. */
+/* No variable is traced from here on, in the whole function; so it is where regions are nested too
+ * deep, too. */
 void give_up_flow();
 /* Whether the variable's values are traced: nobody else can change them. */
 bool is_traced(const Symbol *symbol);
@@ -55,7 +56,8 @@ struct Region {
     Outcome *first; /* of each variable that it changes */
     int rounds;     /* after which its start knew less */
     bool was_dead;
-    uint32_t trace; /* in which it has been made */
+    bool is_given_up; /* no variable has been traced since the round began */
+    uint32_t trace;   /* in which it has been made */
 };
 
 /* The start of a first round. */
@@ -68,5 +70,10 @@ void note_changes(Region *region);
 /* Behind note_end: the start of another round, with the values of its start. Answers whether it is
  * to be traced, as they may be more than before. */
 bool begins_again(Region *region);
-/* The region is over; its values are those of the start of a round, and anywhere: of any place. */
+/* The flow goes on from any place of the region, whose changes have been noted. */
+void go_on_anywhere(const Region *region);
+/* The region is over, and so are all branches and regions begun in it. */
+void leave_region(const Region *region);
+/* The region is over, too; its values are those of the start of a round, and anywhere: of any
+ * place. */
 void end_region(const Region *region, bool anywhere);

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int MOST_PARAMETERS = 1000;
+constexpr int MOST_PARAMETERS = 64;
 
 void keep_only(Symbol *symbol, Value kept) {
     Value now = value_now(symbol);
@@ -72,6 +72,7 @@ void assume_given(Given given, uint32_t offset) {
     const Scope *scope = TracedScope;
     if (scope->parameters > MOST_PARAMETERS) return;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (!(symbol->flags & (SYMBOL_PARAMETER | SYMBOL_OUTPUT))) return;
         if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
         if (symbol->position <= given.least) set_value(symbol, value_now(symbol) & ANY_VALUE);
         if (symbol->position > given.most && is_as_given(scope, symbol, offset))

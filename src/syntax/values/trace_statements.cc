@@ -134,13 +134,13 @@ void trace_loop(Node *loop) {
 
 // An error may leave the block anywhere.
 void trace_try(Node *node) {
+    Region *region = begin_region(node);
     Branches branches;
     begin_branches(&branches);
-    Region *region = begin_region(node);
     trace_block(node->first_child);
     note_changes(region);
     end_branch(&branches, branches.start);
-    end_region(region, true);
+    go_on_anywhere(region);
     Node *rest = node->first_child->next;
     if (has_flag(node, HAS_IDENTIFIER)) {
         trace_target(rest, ANY_VALUE, nullptr);
@@ -149,6 +149,7 @@ void trace_try(Node *node) {
     for (; rest; rest = rest->next) trace_block(rest);
     end_branch(&branches, branches.start);
     join_branches(&branches);
+    leave_region(region);
 }
 
 // The cleanup follows on all that happens: an error or a jump may leave the body anywhere.
@@ -184,10 +185,11 @@ void trace_results(Node *target, Node *expression) {
     const Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
     bool is_only = argument && !argument->next;
     Value value = value_of_first(expression);
+    Value others = value_of_others(expression);
     for (; target; target = target->next) {
         if (argument) value = value_of(argument) & ANY_VALUE;
         trace_target(target, value, nullptr);
-        value = value_of_others(expression);
+        value = others;
         if (argument && !is_only) argument = argument->next;
     }
 }
