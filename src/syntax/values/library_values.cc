@@ -134,6 +134,7 @@ bool opens_file(const Node *arguments) {
 // What a function may give beyond its row in the table.
 Value value_of_options(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_SIZES && is_like_another(arguments)) return ANY_KIND | ANY_SIGN;
+    if (arguments && strcmp(function->name, "eps") == 0) return ANY_SHAPE;
     if (function->shape == SHAPE_FILE) return opens_file(arguments) ? ONE : ANY_VALUE;
     bool has_digits = arguments && arguments->next && strcmp(function->name, "round") == 0;
     return has_digits ? joined(arguments) & MAY_BE_BROKEN : 0;

@@ -33,9 +33,9 @@ Value size_after(Value before, const Node *arguments) {
 }
 
 // What has no elements takes the kind of what comes, unless it is a text or has a kind otherwise.
-Value kinds_after(Value before, Value value) {
+Value kinds_after(Value before, const Node *arguments, Value value) {
     constexpr Value KEPT = MAY_BE_CELL | MAY_BE_TEXT | MAY_BE_TRUTH | MAY_BE_OTHER;
-    bool is_plain = is_empty(before) && !may_be(before, SIZED);
+    bool is_plain = is_empty(before) && !may_be(before, SIZED) && selects_one(arguments);
     Value had = kinds_of(is_plain ? Value(before & KEPT) : before);
     if (had == MAY_BE_CELL) return MAY_BE_CELL;
     return had | kinds_of(value);
@@ -53,7 +53,7 @@ Value after_element(Value before, const Node *arguments, Value value) {
     before &= ANY_VALUE;
     bool is_text = may_be(before | value, MAY_BE_TEXT);
     Value form = may_be(before, MAY_BE_FILLED) || is_text ? before & MAY_BE_SINGLE : 0;
-    return kinds_after(before, value) | MAY_BE_ARRAY | form | filling |
+    return kinds_after(before, arguments, value) | MAY_BE_ARRAY | form | filling |
            size_after(before, arguments) | ((before | value) & ANY_SIGN);
 }
 
