@@ -24,8 +24,8 @@ bool is_one_of(const char *name, const char *const *names) {
 }
 
 bool is_creator(const char *name) {
-    static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
-                                           "run",  "source", "syms",  "uiopen", nullptr};
+    static const char *const creators[] = {"load", "assignin", "run",  "source",
+                                           "syms", "uiopen",   nullptr};
     return is_one_of(name, creators);
 }
 
@@ -113,6 +113,11 @@ void begin_effects() {
     Forgotten = OpenScripts = 0;
 }
 
+bool runs_text(const char *name) {
+    static const char *const runners[] = {"eval", "evalc", "evalin", nullptr};
+    return is_one_of(name, runners);
+}
+
 int times_forgotten() { return Forgotten; }
 
 void forget_all() { add_to_all(ANY_VALUE | MAY_BE_MISSING); }
@@ -133,6 +138,6 @@ void note_effects(Node *expression) {
 
 void trace_command(const Node *command) {
     const Node *name = command->first_child;
-    if (is_creator(name->text)) forget_all();
+    if (is_creator(name->text) || runs_text(name->text)) forget_all();
     if (is_clearing(name->text)) clear_variables(name->next);
 }

@@ -52,6 +52,7 @@ void note_change(Symbol *symbol) {
 
 void undo_last() {
     Change *change = LastChange;
+    assert(change && "a mark is one of the changes before here");
     change->symbol->now = change->value;
     LastChange = change->before;
     change->before = FreeChanges;
@@ -91,16 +92,19 @@ void begin_flow() {
 
 void give_up_flow() { IsGivenUp = true; }
 
-bool is_traced(const Symbol *symbol) { return !IsGivenUp && !(symbol->flags & UNTRACED); }
+bool is_given_up() { return IsGivenUp; }
+
+bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
 
 Value value_now(const Symbol *symbol) {
-    return is_traced(symbol) ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
+    return is_traced(symbol) && !IsGivenUp ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
 }
 
 void set_value(Symbol *symbol, Value value) {
     symbol->ever |= value;
     // A region must know of a change that another one takes back, or that a jump leaves behind.
-    if (!is_traced(symbol) || (symbol->now == value && OpenRegions == 0)) return;
+    if (!is_traced(symbol) || IsGivenUp) return;
+    if (symbol->now == value && OpenRegions == 0) return;
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;
     note_change(symbol);
     symbol->now = value;

@@ -16,6 +16,8 @@ void begin_flow();
 /* No variable is traced from here on, in the whole function; so it is where regions are nested too
  * deep, too. */
 void give_up_flow();
+/* Whether that has happened. */
+bool is_given_up();
 /* Whether the variable's values are traced: nobody else can change them. */
 bool is_traced(const Symbol *symbol);
 /* The value of a variable where the flow is now. */

@@ -1,6 +1,5 @@
 // The values of references: elements, fields, calls.
-#include <string.h>
-
+#include "syntax/values/effects.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
@@ -97,11 +96,6 @@ Value value_of_selected(Node *base, Node *selector) {
     if (is_variable(base->symbol)) return value_of_index(base->symbol, selector->first_child);
     const LibraryFunction *function = library_of(base);
     return function ? library_value(function, selector->first_child) : ANY_VALUE;
-}
-
-// A text is run as a program, whose results are read: it may set variables on the way.
-bool runs_text(const char *name) {
-    return strcmp(name, "eval") == 0 || strcmp(name, "evalc") == 0 || strcmp(name, "evalin") == 0;
 }
 
 }  // namespace

@@ -285,6 +285,13 @@ void begin_values(const Scope *scope) {
     }
 }
 
+// Variables that have not been followed to the end may have been anything.
+void finish_values(const Scope *scope) {
+    if (!is_given_up()) return;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (is_variable(symbol)) symbol->ever |= ANY_VALUE | MAY_BE_MISSING;
+}
+
 void trace_defaults(const Node *parameters) {
     for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
         if (parameter->kind != NODE_DEFAULT) continue;
@@ -300,6 +307,14 @@ void trace_body(Node *first) {
     }
 }
 
+void trace_owner(const Node *owner) {
+    if (owner->kind == NODE_FILE) return trace_body(owner->first_child);
+    const Node *parameters = owner->first_child;
+    while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
+    trace_defaults(parameters);
+    trace_body(parameters->next->first_child);
+}
+
 }  // namespace
 
 void trace_function(Scope *scope, FunctionFinder has_function) {
@@ -310,12 +325,8 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     begin_effects();
     begin_flow();
     begin_values(scope);
-    const Node *owner = scope->owner;
-    if (owner->kind == NODE_FILE) return trace_body(owner->first_child);
-    const Node *parameters = owner->first_child;
-    while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
-    trace_defaults(parameters);
-    trace_body(parameters->next->first_child);
+    trace_owner(scope->owner);
+    finish_values(scope);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
         trace_function(const_cast<Scope *>(scope_of(nested->node)), has_function);
 }

@@ -28,7 +28,7 @@ Value after_deletion(Value before, const Node *arguments) {
 // row; a column may have one element.
 Value size_after(Value before, const Node *arguments) {
     if (!arguments || arguments->next) return SIZED;
-    if (arguments->kind == NODE_COLON) return before & SIZED;
+    if (is_colon(arguments)) return before & SIZED;
     return (before & SIZED) | MAY_HAVE_COLUMNS;
 }
 
