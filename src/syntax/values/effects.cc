@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "syntax/names/clear_words.h"
 #include "syntax/spellings.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace_function.h"
@@ -11,11 +12,11 @@ namespace {
 
 NameMap TracedScripts;   // FILE nodes by their addresses: those that may set any variable
 NameMap NamedVariables;  // of the function, where a command asks for them
-int Forgotten;           // how often all variables have got more possibilities
+int Forgotten;           // how often all variables have been walked over
 int OpenScripts;
 
 // A function that runs texts as programs all the time is not followed on and on.
-constexpr int MOST_FORGOTTEN = 20;
+constexpr int MOST_FORGOTTEN = 1000;
 
 bool is_one_of(const char *name, const char *const *names) {
     for (; *names; names++)
@@ -29,27 +30,22 @@ bool is_creator(const char *name) {
     return is_one_of(name, creators);
 }
 
-bool is_clearing(const char *name) {
-    static const char *const clearing[] = {"clear", "clearvars", "clearall", nullptr};
-    return is_one_of(name, clearing);
-}
-
 const Node *called_name(const Node *expression) {
     const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
     return name->kind == NODE_NAME && !is_variable(name->symbol) ? name : nullptr;
 }
 
-void add_to_all(Value value) {
-    if (++Forgotten > MOST_FORGOTTEN) return give_up_flow();
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol)) set_value(symbol, value_now(symbol) | value);
+// Whether all variables may be walked over once more.
+bool is_worth_it() {
+    if (++Forgotten > MOST_FORGOTTEN) give_up_flow();
+    return Forgotten <= MOST_FORGOTTEN;
 }
 
 // It may be called again by itself before it is known what it does.
 void trace_called_script(Node *file) {
     const char *key = reinterpret_cast<const char *>(file);
     void *effects = find_name(&TracedScripts, key);
-    if (effects == file) return forget_all();
+    if (effects == file) return forget_all(MAY_BE_MISSING);
     if (effects) return;
     enter_name(&TracedScripts, key, file);
     int forgotten = Forgotten;
@@ -84,25 +80,25 @@ Symbol *variable_named(const char *name) {
     return static_cast<Symbol *>(find_name(&NamedVariables, intern(name)));
 }
 
-bool is_plain_word(const char *word) { return !strpbrk(word, "*?[-"); }
-
-bool is_clearing_all(const Node *words) {
-    bool has_words = false;
-    for (const Node *word = words; word; word = word->next) {
-        if (!is_plain_word(word->text)) return true;
-        has_words |= *word->text != 0;
-    }
-    return !has_words || strcmp(words->text, "all") == 0;
+// What may have been set is made empty in the host.
+void clear_variable(Symbol *symbol) {
+    if (!is_variable(symbol) || value_now(symbol) == MAY_BE_MISSING) return;
+    Value kind = symbol->flags & SYMBOL_HAS_BRACES ? MAY_BE_CELL : MAY_BE_NUMBER;
+    set_value(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
 }
 
-// clear x y: they have no values. A pattern, and all, may mean any; what a script clears is not
-// kept apart.
-void clear_variables(const Node *words) {
-    if (OpenScripts || is_clearing_all(words)) return add_to_all(MAY_BE_MISSING);
-    for (const Node *word = words; word; word = word->next) {
-        Symbol *symbol = *word->text ? variable_named(word->text) : nullptr;
-        if (symbol) set_value(symbol, MAY_BE_MISSING);
+// Those that are assigned as a whole only are left alone.
+void clear_all() {
+    if (!is_worth_it()) return;
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+        bool is_left = is_variable(symbol) && !(symbol->flags & SYMBOL_CHANGED);
+        is_left ? set_value(symbol, MAY_BE_MISSING) : clear_variable(symbol);
     }
+}
+
+bool are_names(const Node *word) {
+    while (word && *word->text != '-' && !strpbrk(word->text, "*?[")) word = word->next;
+    return !word;
 }
 
 }  // namespace
@@ -120,7 +116,13 @@ bool runs_text(const char *name) {
 
 int times_forgotten() { return Forgotten; }
 
-void forget_all() { add_to_all(ANY_VALUE | MAY_BE_MISSING); }
+void forget_all(Value missing) {
+    if (!is_worth_it()) return;
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+        Value kept = value_now(symbol) & MAY_BE_MISSING;
+        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | kept | missing);
+    }
+}
 
 void note_effects(Node *expression) {
     const Node *name = called_name(expression);
@@ -128,16 +130,27 @@ void note_effects(Node *expression) {
     Node *definition = name->symbol->definition;
     bool is_script = definition && definition->kind == NODE_FILE;
     if (is_script) return trace_called_script(definition);
-    if (is_creator(name->text)) return forget_all();
-    if (is_clearing(name->text)) return add_to_all(MAY_BE_MISSING);
+    if (is_creator(name->text)) return forget_all(0);
     LibraryCall call = library_call(expression);
     if (!call.function) return;
     if (is_end(call.function, call.arguments)) end_here();
     if (is_assertion(call.function, call.arguments)) assume(call.arguments, true);
 }
 
+void trace_clear(const Node *statement) {
+    ClearWords words = clear_words(statement);
+    if (!words.name || is_variable(words.name->symbol)) return;
+    if (words.is_known && means_all(words.first) && !OpenScripts) return clear_all();
+    if (!words.is_known || OpenScripts || !are_names(words.first))
+        return forget_all(MAY_BE_MISSING);
+    for (const Node *word = words.first; word; word = word->next) {
+        Symbol *symbol = *word->text ? variable_named(word->text) : nullptr;
+        if (symbol) clear_variable(symbol);
+    }
+}
+
 void trace_command(const Node *command) {
-    const Node *name = command->first_child;
-    if (is_creator(name->text) || runs_text(name->text)) forget_all();
-    if (is_clearing(name->text)) clear_variables(name->next);
+    const char *name = command->first_child->text;
+    if (is_creator(name) || runs_text(name)) forget_all(0);
+    trace_clear(command);
 }

@@ -10,5 +10,8 @@ void begin_effects();
 bool runs_text(const char *name);
 /* A call for its effects: of a script, of what sets variables, of what does not return. */
 void note_effects(Node *expression);
-/* The same of a COMMAND: clear x y, load f. */
+/* clear x y, as a COMMAND or EXPRESSION: they have no values. What a script clears is not kept
+ * apart. */
+void trace_clear(const Node *statement);
+/* A COMMAND: clear x y, load f. */
 void trace_command(const Node *command);

@@ -33,8 +33,7 @@ bool IsGivenUp;
 int OpenRegions;
 uint32_t Trace;  // number of the function being traced, in the process
 
-constexpr uint32_t UNTRACED =
-    SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_UNTRACED;
+constexpr uint32_t UNTRACED = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
 constexpr int MOST_ROUNDS = 6;
 // Each region is traced as often as there are regions around it, and a few times more.
 constexpr int DEEPEST_REGION = 12;

@@ -39,8 +39,9 @@ Value trace_operator(OperatorId op, Node *target, Value value);
 Value selected_value(Value base, const Node *arguments);
 /* Whether an index, the arguments of a reference, surely selects one element. */
 bool selects_one(const Node *arguments);
-/* Every variable of TracedScope may have been set, and to anything. */
-void forget_all();
+/* Every variable of TracedScope may have been set, and to anything; missing: MAY_BE_MISSING where
+ * it may have been cleared, or 0. */
+void forget_all(Value missing);
 /* How often that has happened in the function. */
 int times_forgotten();
 

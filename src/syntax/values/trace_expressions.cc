@@ -123,7 +123,7 @@ Value trace_lazy_chain(Node *chain) {
         if (node->next) assume(node, node->next->joint == OPERATOR_AND_THEN);
     }
     undo_flow(start);
-    if (times_forgotten() != forgotten) forget_all();
+    if (times_forgotten() != forgotten) forget_all(0);
     return ONE_TRUTH;
 }
 

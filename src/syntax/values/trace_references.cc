@@ -122,7 +122,7 @@ Value trace_reference(Node *reference) {
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
-    if (is_call && runs_text(base->text)) forget_all();
+    if (is_call && runs_text(base->text)) forget_all(0);
     return value_of_selected(base, base->next);
 }
 

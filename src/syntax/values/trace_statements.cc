@@ -91,13 +91,15 @@ void set_loop_variable(Node *loop) {
     if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
 }
 
-// Where a loop runs over nothing, its variable is empty after it.
-void note_no_round(const Node *loop) {
+// After a loop without a round its variable is empty, as it is made in the host.
+void keep_loop_variable(const Node *loop) {
     const Node *variable = loop->first_child;
+    if (variable->kind != NODE_NAME) return;
+    Value value = value_now(variable->symbol) & ANY_VALUE;
     Value values = value_of(variable->next) & ANY_VALUE;
-    if (variable->kind != NODE_NAME || !may_be(values, MAY_BE_EMPTY)) return;
     Value none = (values & ~(MAY_BE_SINGLE | MAY_BE_FILLED | ANY_SIGN)) | MAY_BE_ARRAY;
-    set_value(variable->symbol, value_now(variable->symbol) | MAY_BE_NUMBER | none);
+    if (may_be(values, MAY_BE_EMPTY)) value |= MAY_BE_NUMBER | none;
+    if (value) set_value(variable->symbol, value);
 }
 
 // One round of a loop.
@@ -127,7 +129,7 @@ void trace_loop(Node *loop) {
         note_end(region, jumps.continues);
     } while (begins_again(region));
     end_region(region, jumps.breaks);
-    if (loop->kind == NODE_FOR) note_no_round(loop);
+    if (loop->kind == NODE_FOR) keep_loop_variable(loop);
     InnermostLoop = outer;
     if (loop->kind == NODE_WHILE && !jumps.breaks) assume(loop->first_child, false);
 }
@@ -229,6 +231,7 @@ void trace_statement(Node *node) {
     switch (node->kind) {
         case NODE_EXPRESSION:
             trace_expression(node->first_child);
+            trace_clear(node);
             if (LastAnswer) set_value(LastAnswer, ANY_VALUE | MAY_BE_MISSING);
             return note_effects(node->first_child);
         case NODE_ASSIGN: return trace_assignment(node);
