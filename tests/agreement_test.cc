@@ -68,7 +68,7 @@ private:
         switch (random_() % 8) {
             case 0: return "(" + expression(depth - 1) + ")";
             case 1:
-                return pick({"f", "sin", "size"}) + "(" + listed(1 + one_in(3), depth - 1) + ")";
+                return pick({"f", "sin", "norm"}) + "(" + listed(1 + one_in(3), depth - 1) + ")";
             case 2: return "b(" + index() + ")";
             case 3: return "[" + row(depth - 1) + "; " + row(depth - 1) + "]";
             case 4: return "[" + row(depth - 1) + "]";
@@ -98,7 +98,7 @@ TEST(Agreement, generated_scripts) {
     StandInHost silent;
     StandInHost answering;
     answering.translate_name("sin", "my_sin");
-    answering.translate_function("size", "ArrayTools:-Size(A)");
+    answering.translate_function("norm", "ArrayTools:-Size(A)");
     for (unsigned seed = 0; seed < 400; seed++) {
         const std::string source = Maker(seed).script();
         expect_agreement(silent, source);

@@ -208,7 +208,7 @@ TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
         {"% a\nx = 1; % b\neval('('); % c\nx = [1 ... d\n];\ny = (1;",
          "comment, comment, eval unknown, source, comment, comment, source"},
         {"while g(1) && f(2), n = isempty(k); end",
-         "g unknown, f file f.m, isempty unknown, k host"},
+         "g unknown, f file f.m, isempty language, k host"},
     };
     OnPiece = note_piece_of_main;
     OnProgram = [](const SourceFile *file) { finished = file->path ? file->path : ""; };

@@ -409,7 +409,7 @@ TEST_F(Reports, show_a_graph_that_is_well_formed) {
             EXPECT_TRUE(std::regex_match(line, other)) << line;
         }
     }
-    EXPECT_EQ(edges, 21);
+    EXPECT_EQ(edges, 14);
 }
 
 }  // namespace mtranslate

@@ -539,7 +539,7 @@ TEST_F(Rules, are_shown_with_their_places) {
 TEST_F(Rules, are_prepared_for_what_is_found_nowhere) {
     write(directory / "t/a.m", "x = f(1) + g(f(1, 2), 3) + own(4);\ny = known(1);\n");
     write(directory / "t/own.m",
-          "function y = own(x)\ny = f(x) + pk.h(x) + cellfun(@k, x);\nend\n");
+          "function y = own(x)\ny = f(x) + pk.h(x) + eachfun(@k, x);\nend\n");
     write(directory / "t/b.m", "hold on\nx = (;\n");
     write(directory / "t/mtranslate.toml", "[functions]\nknown = 'K({1})'\n");
     const std::string made =
@@ -547,7 +547,7 @@ TEST_F(Rules, are_prepared_for_what_is_found_nowhere) {
         "# host has for them: \"f({args})\", say. A call stays as it is while they are empty.\n\n"
         "[functions]\n"
         "f = \"\" # 3 calls in 2 files, with 1 or 2 arguments; t/a.m:1\n"
-        "cellfun = \"\" # 1 call in 1 file, with 2 arguments; t/own.m:2\n"
+        "eachfun = \"\" # 1 call in 1 file, with 2 arguments; t/own.m:2\n"
         "g = \"\" # 1 call in 1 file, with 2 arguments; t/a.m:1\n"
         "hold = \"\" # 1 call in 1 file, with 1 argument; t/b.m:1\n"
         "\"pk.h\" = \"\" # 1 call in 1 file, with 1 argument; t/own.m:2\n\n"

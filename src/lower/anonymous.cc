@@ -10,13 +10,13 @@
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
+#include "lower/library/library.h"
 #include "lower/packages.h"
 #include "lower/pieces.h"
 #include "lower/preludes.h"
 #include "lower/requested_results.h"
 #include "lower/text_list.h"
 #include "lower/value_lists.h"
-#include "lower/word_functions.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "translate/host_queries.h"
@@ -46,7 +46,7 @@ const char *handle_text(const Node *node) {
         note_piece(node, CALL_OF_HOST);
         return KeepText(answer, strlen(answer));
     }
-    if (const char *function = word_function(node->text)) return function;
+    if (const char *function = library_handle(node)) return function;
     const char *written = called_function(node, true);
     return strchr(written, '.') ? member_text(written) : written;
 }

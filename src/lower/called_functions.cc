@@ -35,8 +35,13 @@ struct QueuedFile {
     QueuedFile *next;
 };
 
-QueuedFile *FirstQueued;
-QueuedFile *LastQueued;
+struct FileQueue {
+    QueuedFile *first;
+    QueuedFile *last;
+};
+
+FileQueue CalledFiles;
+FileQueue LibraryFiles;  // behind those
 NameMap UsedByProcedures;
 NameMap Unknown;  // names that have been reported
 
@@ -79,7 +84,8 @@ const char *written_in(const FoundFile *found) {
 Callee found_callee(const char *name, const FoundFile *found) {
     const char *written = written_in(found);
     if (!written) written = name_of_unknown(name);
-    return {written, found->file, found->path, false, find_method(nullptr, name) != nullptr};
+    bool is_method = !CurrentFile->is_library && find_method(nullptr, name);
+    return {written, found->file, found->path, false, is_method};
 }
 
 const Callee *callee_of(const Node *place) {
@@ -93,8 +99,9 @@ void queue_file(SourceFile *file) {
     file->is_queued = true;
     QueuedFile *cell = AllocRecord<QueuedFile>();
     *cell = {file, nullptr};
-    (LastQueued ? LastQueued->next : FirstQueued) = cell;
-    LastQueued = cell;
+    FileQueue *queue = file->is_library ? &LibraryFiles : &CalledFiles;
+    (queue->last ? queue->last->next : queue->first) = cell;
+    queue->last = cell;
 }
 
 const char *describe_creator(const Node *creator) {
@@ -144,15 +151,15 @@ void note_unknown(const Node *place, const Callee *callee, bool is_told) {
     }
     reserve_name(callee->written);
     // a statement that is given up calls nothing
-    if (!AddTranslator || Lowering.gap != MESSAGE_COUNT) return;
-    if (is_told || enter_name(&Unknown, place->text, &Unknown)) return;
+    bool is_silent = !AddTranslator || Lowering.gap != MESSAGE_COUNT || CurrentFile->is_library;
+    if (is_silent || is_told || enter_name(&Unknown, place->text, &Unknown)) return;
     report_unknown(place, callee->is_method);
 }
 
 }  // namespace
 
 void begin_calls() {
-    FirstQueued = LastQueued = nullptr;
+    CalledFiles = LibraryFiles = {};
     UsedByProcedures = Unknown = {};
     CallsFromProcedure = false;
 }
@@ -240,6 +247,26 @@ int count_outputs(const Node *name) {
     return count;
 }
 
+const char *host_function(const Node *name) {
+    Callee callee = {name_of_unknown(name->text), nullptr, nullptr, false, false};
+    call_file(name, &callee);
+    note_unknown(name, &callee, false);
+    return callee.written;
+}
+
+bool is_found_nowhere(const Node *name, bool may_get_object) {
+    const Callee *callee = callee_of(name);
+    return !callee->path && !(callee->is_method && may_get_object);
+}
+
+const char *supplied_function(const char *text) {
+    SourceFile *file = library_file(text);
+    const char *written = file->functions->written;
+    note_call(written);
+    queue_file(file);
+    return written;
+}
+
 bool is_function_of_file(const Node *name) {
     const Callee *callee = callee_of(name);
     return callee->path && !(callee->file && callee->file->is_script);
@@ -301,10 +328,11 @@ SourceFile *file_of_script(const Node *name) {
 }
 
 SourceFile *take_called_file() {
-    QueuedFile *cell = FirstQueued;
+    FileQueue *queue = CalledFiles.first ? &CalledFiles : &LibraryFiles;
+    QueuedFile *cell = queue->first;
     if (!cell) return nullptr;
-    FirstQueued = cell->next;
-    if (!FirstQueued) LastQueued = nullptr;
+    queue->first = cell->next;
+    if (!queue->first) queue->last = nullptr;
     return cell->file;
 }
 

@@ -28,6 +28,14 @@ bool has_function(const Node *name);
 const Node *member_name(const Node *name, const Node *field);
 /* How many outputs the function of a name has; -1 where it is in no file, or has varargout. */
 int count_outputs(const Node *name);
+/* The host name of the function that the host has by this name, whatever the files have. */
+const char *host_function(const Node *name);
+/* Whether the name of such a function means nothing that is in a file, nor a method that an
+ * argument, which may be an object, has. */
+bool is_found_nowhere(const Node *name, bool may_get_object);
+/* The host name of a function that the front end brings along (library_file); it enters the queue,
+ * behind all files. */
+const char *supplied_function(const char *text);
 /* Whether the name of such a function means one of a file. */
 bool is_function_of_file(const Node *name);
 /* Whether it is one that the current file's folder keeps to itself. */

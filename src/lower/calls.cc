@@ -10,10 +10,10 @@
 #include "lower/field_literals.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
+#include "lower/library/library.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
 #include "lower/requested_results.h"
-#include "lower/word_functions.h"
 #include "support/allocation.h"
 #include "syntax/spellings.h"
 #include "translate/host_queries.h"
@@ -62,28 +62,20 @@ void check_global(const Node *name, const Node *arguments) {
         report_at(GLOBAL_START, argument, {argument->text});
 }
 
-// A call of a function that is not the program's own.
-struct OutsideCall {
-    const Node *name;
-    const char *answer;  // the host's name of the function, or null
-    int32_t results;     // that it is asked for
-    bool may_get_object = false;
-};
-
-mExpr *ask_call(const OutsideCall *of, const vExpr *arguments) {
+mExpr *ask_call(const OutsideCall *of, const vExpr *values) {
     const Node *name = of->name;
-    mExpr *call = ask_host(of->answer ? of->answer : name->text, arguments, of->results);
+    mExpr *call = ask_host(of->answer ? of->answer : name->text, values, of->results);
     if (call) note_piece(name, CALL_OF_HOST);
     return call;
 }
 
 // A call that the host has not answered.
-const char *unanswered_name(const Node *name, bool may_get_object) {
-    check_eval(name);
-    return called_function(name, may_get_object);
+const char *unanswered_name(const OutsideCall *of) {
+    check_eval(of->name);
+    return called_function(of->name, of->may_get_object);
 }
 
-mExpr *finish_call(const OutsideCall *of, const vExpr *arguments);
+mExpr *finish_call(const OutsideCall *of, const vExpr *values);
 
 // The name of the file under way is known, and none at the prompt. Its folder is not: a translation
 // is the same wherever the sources lie.
@@ -94,26 +86,23 @@ mExpr *new_file_name(const Node *name, const vExpr *arguments) {
 }
 
 // true and false are values of the host: an array of them is one of numbers, negated.
-mExpr *new_truth_call(const Node *name, const vExpr *arguments) {
-    if (!arguments) return new_leaf(name->text);
+mExpr *new_truth_call(const OutsideCall *of, const vExpr *values) {
+    const Node *name = of->name;
+    if (!values) return new_leaf(name->text);
     Node *numbers = AllocRecord<Node>();
     *numbers = *name;
     numbers->text = intern(name->text[0] == 't' ? "zeros" : "ones");
-    OutsideCall call = {numbers, host_name(numbers), 1};
-    return new_operator1(OP_NOT, finish_call(&call, arguments));
+    OutsideCall call = {numbers, of->arguments, host_name(numbers), 1, of->may_get_object};
+    return new_operator1(OP_NOT, finish_call(&call, values));
 }
 
-mExpr *finish_call(const OutsideCall *of, const vExpr *arguments) {
-    if (mExpr *call = ask_call(of, arguments)) return call;
-    const Node *name = of->name;
-    const char *answer = of->answer;
-    if (!answer && is_truth_value(name->text)) return new_truth_call(name, arguments);
-    mExpr *operators = answer ? nullptr : new_word_call(name->text, arguments);
-    if (operators) return operators;
-    mExpr *file = answer ? nullptr : new_file_name(name, arguments);
-    if (file) return file;
-    const char *written = answer ? answer : unanswered_name(name, of->may_get_object);
-    return new_index_node(written, FUNCTION_INDEX, arguments);
+mExpr *finish_call(const OutsideCall *of, const vExpr *values) {
+    if (mExpr *call = ask_call(of, values)) return call;
+    if (of->answer) return new_index_node(of->answer, FUNCTION_INDEX, values);
+    if (is_truth_value(of->name->text)) return new_truth_call(of, values);
+    if (mExpr *name = new_file_name(of->name, values)) return name;
+    if (mExpr *call = new_library_call(of, values)) return call;
+    return new_index_node(unanswered_name(of), FUNCTION_INDEX, values);
 }
 
 // An end among the arguments of an unknown name: it is indexed, and the host need not be asked.
@@ -129,7 +118,7 @@ mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_
     bool is_index = false;
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
     rename_fields(name->text, arguments, &values);
-    OutsideCall outside = {name, answer, requested_results(arguments), may_get_object};
+    OutsideCall outside = {name, arguments, answer, requested_results(arguments), may_get_object};
     mExpr *call = is_index ? finish_index(name, answer, values.first, may_get_object)
                            : finish_call(&outside, values.first);
     free_vExpr(values.first);
@@ -169,7 +158,7 @@ static mExpr *lower_bare_call(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
     if (const char *answer = host_name(name)) return new_leaf(answer);
     if (is_truth_value(name->text)) return new_leaf(name->text);
-    OutsideCall call = {name, nullptr, requested_results(name)};
+    OutsideCall call = {name, nullptr, nullptr, requested_results(name), false};
     return finish_call(&call, nullptr);
 }
 
@@ -184,6 +173,12 @@ mExpr *lower_name(const Node *name) {
     return lower_bare_call(name);
 }
 
+// Words stay texts: what a function of the library makes of them nobody can see.
+static mExpr *finish_command(const OutsideCall *of, const vExpr *words) {
+    if (mExpr *call = ask_call(of, words)) return call;
+    return new_index_node(of->answer ? of->answer : unanswered_name(of), FUNCTION_INDEX, words);
+}
+
 mExpr *lower_command(const Node *command) {
     const Node *name = command->first_child;
     ExprList words = {};
@@ -192,9 +187,9 @@ mExpr *lower_command(const Node *command) {
     const char *answer = own ? own : host_name(name);
     for (const Node *word = name->next; word; word = word->next)
         append_expr(&words, new_leaf(string_text(word->text), SCALAR));
-    OutsideCall outside = {name, answer, 0};
-    mExpr *call =
-        own ? new_index_node(own, FUNCTION_INDEX, words.first) : finish_call(&outside, words.first);
+    OutsideCall outside = {name, nullptr, answer, 0, false};
+    mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
+                      : finish_command(&outside, words.first);
     free_vExpr(words.first);
     return call;
 }

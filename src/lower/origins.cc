@@ -33,7 +33,8 @@ void begin_origins() {
 
 Origin *begin_origin(LineKind kind, uint32_t begin, uint32_t end) {
     Origin *outer = CurrentOrigin;
-    if (!OnLines) return outer;
+    CurrentOrigin = nullptr;
+    if (!OnLines || CurrentFile->is_library) return outer;
     CurrentOrigin = AllocRecord<Origin>();
     *CurrentOrigin = {kind, CurrentFile->source, begin, end, end, CallingOrigin};
     return outer;

@@ -19,13 +19,14 @@ enum PieceEnd : uint8_t {
 /* What UNKNOWN_FUNCTION says of such a call behind its text. */
 inline constexpr char BUT_IN_CLASSES[] = " but in classes";
 
-/* Told of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile; perhaps several
- * times, the last of which counts. target: the path of the file that holds what is called, null
- * where the run has none. It must neither end the run nor throw. */
+/* Told of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile, unless the front
+ * end has brought that along; perhaps several times, the last of which counts. target: the path of
+ * the file that holds what is called, null where the run has none. It must neither end the run nor
+ * throw. */
 typedef void (*PieceListener)(const Node *node, PieceEnd end, const char *target);
 /* Null by default; belongs to who set it, and stays from run to run. */
 extern PieceListener OnPiece;
 
 inline void note_piece(const Node *node, PieceEnd end, const char *target = nullptr) {
-    if (OnPiece) OnPiece(node, end, target);
+    if (OnPiece && !CurrentFile->is_library) OnPiece(node, end, target);
 }

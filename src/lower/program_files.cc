@@ -36,6 +36,7 @@ Folder *PrivateFolders;  // those that are there
 NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
 NameMap OnPath;          // names of which a file is there, or surely none
 NameMap MethodFiles;     // by paths: SourceFile
+NameMap LibraryFiles;    // by the addresses of their texts: SourceFile
 NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
 
 SourceLanguage Language;
@@ -58,6 +59,7 @@ const char *free_name(const char *name) {
 
 // The first function of a name keeps it, every other has its file's name in front.
 const char *choose_written(const SourceFile *file, const char *name) {
+    if (file->is_library) return free_name(form_text("qxrp_%s", {name}));
     const char *plain = free_of_host_words(name);
     if (!is_taken(plain)) return plain;
     const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
@@ -269,7 +271,7 @@ void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = Files = nullptr;
     PrivateFolders = nullptr;
-    PathFiles = MethodFiles = Procedures = OnPath = {};
+    PathFiles = MethodFiles = LibraryFiles = Procedures = OnPath = {};
     begin_class_names();
     begin_class_folders();
 }
@@ -319,6 +321,7 @@ bool is_private_path(const char *path) {
 }  // namespace
 
 FoundFile find_file(const Node *place) {
+    if (CurrentFile->is_library) return {};
     FoundFile found = FindFile ? find_known(place) : find_private_file(place);
     if (found.path && (!FindFile || is_private_path(found.path))) return found;
     if (const char *constructor = find_constructor(place->text))
@@ -333,6 +336,17 @@ FoundFile find_method_file(const Node *place, const char *class_name, const char
 
 bool is_method_file(const SourceFile *file) {
     return file->place.name && !file->place.is_private && !file->is_script;
+}
+
+static SourceFile *read_library_file(const char *text) {
+    SourceFile *file = new_file(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    file->is_library = true;
+    parse_file(file, false);
+    return file;
+}
+
+SourceFile *library_file(const char *text) {
+    return find_once(&LibraryFiles, text, [=] { return read_library_file(text); });
 }
 
 // Only what is surely not there is none.
@@ -358,6 +372,7 @@ bool is_on_path(const char *name) {
 }
 
 bool has_file(const Node *place) {
+    if (CurrentFile->is_library) return false;
     const char *name = place->text;
     const char *path;
     if (find_method(nullptr, name) || find_constructor(name)) return true;

@@ -28,6 +28,7 @@ struct SourceFile {
     bool is_script;          /* its name stands for its statements, not for a function */
     bool is_queued;          /* it has been called */
     bool is_open;            /* its statements are being lowered */
+    bool is_library;         /* a function that the front end brings along */
     Folder *private_folder;  /* of what only this file's folder may call; null for none */
     bool has_fewest;         /* the next is made */
     NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
@@ -69,6 +70,9 @@ FoundFile find_file(const Node *place);
 FoundFile find_method_file(const Node *place, const char *class_name, const char *method);
 /* Whether the file's first function is a method or the constructor of its class. */
 bool is_method_file(const SourceFile *file);
+/* The file of functions that the front end brings along as this MATLAB text, a constant: the first
+ * of them is called. Their procedures are named apart from all others. */
+SourceFile *library_file(const char *text);
 
 /* Whether there may be such a file, or a method of the name; none is read. */
 bool has_file(const Node *place);

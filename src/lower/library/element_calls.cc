@@ -1,0 +1,72 @@
+// Calls of a function for each element.
+#include "lower/library/element_calls.h"
+
+#include <string.h>
+
+#include "lower/anonymous.h"
+#include "lower/expressions.h"
+#include "lower/keyword_calls.h"
+#include "lower/library/named_functions.h"
+#include "lower/library/source_calls.h"
+
+namespace {
+
+bool is_option(const Node *node) {
+    return node->kind == NODE_STRING && strcmp(node->text, "UniformOutput") == 0;
+}
+
+bool is_one_of(const Node *node, const char *word, const char *digit) {
+    node = without_parens(node);
+    bool is_spelled = node->kind == NODE_NAME || node->kind == NODE_NUMBER;
+    return is_spelled && (strcmp(node->text, word) == 0 || strcmp(node->text, digit) == 0);
+}
+
+// What the arguments are without 'UniformOutput', and which function they belong to.
+struct Application {
+    const char *row; /* null: not known */
+    int count;
+};
+
+Application application_of(const OfferedCall *call) {
+    int count = 0;
+    const Node *argument = call->first;
+    for (; argument && !is_option(argument); argument = argument->next) count++;
+    if (!argument) return {"apply", count};
+    const Node *value = argument->next;
+    if (!value || value->next) return {};
+    if (is_one_of(value, "false", "0")) return {"apply in cells", count};
+    return {is_one_of(value, "true", "1") ? "apply" : nullptr, count};
+}
+
+// The first so many values; a function that is named by a text is a handle of it.
+ExprList arguments_of(const OfferedCall *call, int count) {
+    ExprList list = {};
+    const vExpr *cell = call->values;
+    for (int k = 0; k < count; k++, cell = cell->next) append_expr(&list, cell->item);
+    if (is_identifier_text(call->first))
+        list.first->item = lower_handle(named_function(call->first, NODE_HANDLE));
+    return list;
+}
+
+// Some names are not those of functions, and 'size' has an argument for all elements.
+bool is_plain_function(const Node *function) {
+    if (function->kind != NODE_STRING) return true;
+    return is_identifier_text(function) && strcmp(function->text, "size") != 0 &&
+           strcmp(function->text, "prodofsize") != 0 && strcmp(function->text, "isclass") != 0;
+}
+
+}  // namespace
+
+mExpr *new_element_call(const OfferedCall *call) {
+    const char *name = call->name->text;
+    bool is_application = strcmp(name, "cellfun") == 0 || strcmp(name, "arrayfun") == 0;
+    if (!is_application || call->count < 2 || !is_plain_function(call->first)) return nullptr;
+    Application application = application_of(call);
+    if (!application.row || application.count < 2) return nullptr;
+    ExprList values = arguments_of(call, application.count);
+    OfferedCall plain = {call->name, call->first->next, values.first, application.count,
+                         call->results};
+    mExpr *applied = new_source_call(application.row, &plain);
+    free_vExpr(values.first);
+    return applied;
+}

@@ -1,0 +1,93 @@
+// What is done with each element.
+#include "lower/library/needs.h"
+#include "lower/library/sources.h"
+
+namespace {
+
+const char Abs[] = R"(function y = abs(x)
+% Distances from zero.
+y = x;
+if numel(x) > 0
+    if x.' == x'
+        y = x.*(1 - 2*(x < 0));
+    else
+        y = sqrt(x.*conj(x));
+    end
+end
+)";
+
+const char IsNan[] = R"(function answer = isnan(x)
+% What is not equal to itself is no number.
+answer = x ~= x;
+)";
+
+const char Find[] = R"(function places = find(x, count)
+% Where x is not zero; of these places count at most.
+chosen = x ~= 0;
+places = 1:numel(x);
+places = places(chosen(:).');
+if size(x, 1) ~= 1
+    places = places(:);
+end
+if nargin > 1
+    if numel(places) > count
+        places = places(1:count);
+    end
+end
+)";
+
+const char Nnz[] = R"(function count = nnz(x)
+% How many elements are not zero.
+count = 0;
+for k = 1:numel(x)
+    if x(k) ~= 0
+        count = count + 1;
+    end
+end
+)";
+
+const char Apply[] = R"(function y = apply(f, x, other)
+% The values of f for the elements of x, or of x and other, in the shape of x.
+y = [];
+if numel(x) > 0
+    if nargin < 3
+        y = row_of(called(f, x));
+    else
+        y = row_of(called(f, x, other));
+    end
+    if size(x, 1) ~= 1
+        y = reshape(y, size(x));
+    end
+end
+)";
+
+const char ApplyInCells[] = R"(function y = apply_in_cells(f, x, other)
+% Cells with the values of f for the elements of x, or of x and other, in the shape of x.
+y = {};
+if numel(x) > 0
+    if nargin < 3
+        y = cells_of(called(f, x));
+    else
+        y = cells_of(called(f, x, other));
+    end
+    if size(x, 1) ~= 1
+        y = reshape(y, size(x));
+    end
+end
+)";
+
+// clang-format off
+const LibrarySource Rows[] = {
+    // least, most arguments, results, what it needs, what it is given first
+    {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs},
+    {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan},
+    {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find},
+    {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz},
+    {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply},
+    {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, ApplyInCells},
+};
+// clang-format on
+
+}  // namespace
+
+LibrarySources element_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }

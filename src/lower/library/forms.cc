@@ -1,0 +1,133 @@
+// Functions that one expression of the host says.
+#include "lower/library/forms.h"
+
+#include <string.h>
+
+#include "lower/keyword_calls.h"
+#include "lower/library/needs.h"
+#include "lower/operands.h"
+#include "translate/package_prefix.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+struct Form {
+    const char *name;
+    int8_t count; /* of the arguments */
+    uint16_t needs;
+    const char *text; /* {1}, {2}, {3}: the arguments */
+};
+
+// clang-format off
+/* The first row that fits counts. An argument that stands in a form twice, or in a seq, is a number
+ * or, in the library's own functions, a variable: nothing is computed twice. */
+const Form Forms[] = {
+    {"numel",    1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')"},
+    {"length",   1, NEEDS_VECTOR,    "ArrayNumElems({1},'All')"},
+    {"isempty",  1, NEEDS_NOTHING,   "evalhf(zip(`=`,eval(ArrayNumElems({1},'All')),eval(0)))"},
+    {"isscalar", 1, NEEDS_NOTHING,   "evalhf(zip(`=`,eval(ArrayNumElems({1},'All')),eval(1)))"},
+    {"size",     1, NEEDS_NOTHING,   "ArrayTools:-Size({1})"},
+    {"size",     2, NEEDS_PLANE,     "ArrayTools:-Size({1})({2})"},
+    {"ndims",    1, NEEDS_NOTHING,   "ArrayNumElems(ArrayTools:-Size({1}),'All')"},
+    {"rows",     1, NEEDS_NOTHING,   "ArrayTools:-Size({1})(1)"},
+    {"columns",  1, NEEDS_NOTHING,   "ArrayTools:-Size({1})(2)"},
+    {"zeros",    0, NEEDS_NOTHING,   "0"},
+    {"ones",     0, NEEDS_NOTHING,   "1"},
+    {"zeros",    2, NEEDS_NO_TEXT | NEEDS_ONE_FIRST, "Vector[row]([seq(0,qxrp_i=1..{2})])"},
+    {"zeros",    2, NEEDS_NO_TEXT | NEEDS_ONE_LAST,  "Vector[column]([seq(0,qxrp_i=1..{1})])"},
+    {"ones",     2, NEEDS_NO_TEXT | NEEDS_ONE_FIRST, "Vector[row]([seq(1,qxrp_i=1..{2})])"},
+    {"ones",     2, NEEDS_NO_TEXT | NEEDS_ONE_LAST,  "Vector[column]([seq(1,qxrp_i=1..{1})])"},
+    {"zeros",    1, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, seq(Vector[row]([seq(0,qxrp_j=1..{1})]),qxrp_i=1..{1}))"},
+    {"zeros",    2, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, seq(Vector[row]([seq(0,qxrp_j=1..{2})]),qxrp_i=1..{1}))"},
+    {"ones",     1, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, seq(Vector[row]([seq(1,qxrp_j=1..{1})]),qxrp_i=1..{1}))"},
+    {"ones",     2, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, seq(Vector[row]([seq(1,qxrp_j=1..{2})]),qxrp_i=1..{1}))"},
+    {"cell",     0, NEEDS_NOTHING,   "rtable([],subtype='Vector[row]')"},
+    {"cell",     2, NEEDS_ONE_FIRST, "rtable([seq(Vector(),qxrp_i=1..{2})],subtype='Vector[row]')"},
+    {"cell",     2, NEEDS_ONE_LAST,
+     "rtable([seq(Vector(),qxrp_i=1..{1})],subtype='Vector[column]')"},
+    {"cell",     1, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, "
+     "seq(rtable([seq(Vector(),qxrp_j=1..{1})],subtype='Vector[row]'),qxrp_i=1..{1}))"},
+    {"cell",     2, NEEDS_COUNTS | IN_PACKAGE,
+     "ArrayTools:-Concatenate(1, "
+     "seq(rtable([seq(Vector(),qxrp_j=1..{2})],subtype='Vector[row]'),qxrp_i=1..{1}))"},
+    {"eps",      0, NEEDS_NOTHING,   "(2^(-52))"},
+    {"logical",  1, NEEDS_NO_TEXT,   "evalhf(zip(`<>`,eval({1}),eval(0)))"},
+    {"xor",      2, NEEDS_NO_TEXT,
+     "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
+     "eval(evalhf(zip(`<>`,eval({2}),eval(0))))))"},
+    {"isequal",  2, NEEDS_SINGLES,   "evalhf(zip(`=`,eval({1}),eval({2})))"},
+    {"conj",     1, NEEDS_NO_TEXT | IN_PACKAGE,
+     "LinearAlgebra:-Transpose(LinearAlgebra:-HermitianTranspose({1}))"},
+    {"stacked",  2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(1, seq({1},qxrp_i=1..{2}))"},
+    {"joined",   2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(2, seq({1},qxrp_i=1..{2}))"},
+    {"row_of",   1, FOR_LIBRARY, "Vector[row]([{1}])"},
+    {"cells_of", 1, FOR_LIBRARY, "rtable([{1}],subtype='Vector[row]')"},
+    {"called",   2, FOR_LIBRARY, "seq({1}({2}(qxrp_i)),qxrp_i=1..ArrayNumElems({2},'All'))"},
+    {"called",   3, FOR_LIBRARY,
+     "seq({1}({2}(qxrp_i), {3}(qxrp_i)),qxrp_i=1..ArrayNumElems({2},'All'))"},
+};
+// clang-format on
+
+bool is_placeholder(const char *text) {
+    return text[0] == '{' && text[1] >= '1' && text[1] <= '3' && text[2] == '}';
+}
+
+const char *argument_text(const vExpr *values, char number) {
+    for (; number > '1'; number--) values = values->next;
+    return values->item->text;
+}
+
+size_t expanded_size(const char *text, const vExpr *values) {
+    size_t size = strlen(text) + 1;
+    for (; *text; text++)
+        if (is_placeholder(text)) size += strlen(argument_text(values, text[1]));
+    return size;
+}
+
+// The form with the values in the places of the arguments.
+const char *expand(const char *text, const vExpr *values) {
+    Writer to = new_text(expanded_size(text, values));
+    const char *expanded = to.at;
+    for (; *text; text++) {
+        if (is_placeholder(text)) {
+            write_text(&to, argument_text(values, text[1]));
+            text += strlen("1}");
+        } else {
+            write_character(&to, *text);
+        }
+    }
+    return expanded;
+}
+
+mExpr *new_form(const Form *form, const vExpr *values) {
+    const char *text = expand(form->text, values);
+    return new_leaf(form->needs & IN_PACKAGE ? note_package(text) : text);
+}
+
+}  // namespace
+
+mExpr *new_form_call(const OfferedCall *call) {
+    if (!has_one_result(call)) return nullptr;
+    for (const Form &form : Forms)
+        if (form.count == call->count && strcmp(form.name, call->name->text) == 0 &&
+            meets_needs(call, form.needs))
+            return new_form(&form, call->values);
+    return nullptr;
+}
+
+const char *form_value(const char *name) {
+    for (const Form &form : Forms) {
+        bool is_plain = form.count == 1 && !(form.needs & ~(NEEDS_NO_TEXT | IN_PACKAGE));
+        if (!is_plain || strcmp(form.name, name) != 0) continue;
+        vExpr *parameter = alloc_vExpr(new_leaf("qxrp_x"));
+        const char *value = expand(form.text, parameter);
+        free_vExpr(parameter);
+        return form_text("proc( qxrp_x ) return %s; end proc", {value});
+    }
+    return nullptr;
+}

@@ -1,0 +1,25 @@
+/* What a form needs to know of its arguments. */
+#pragma once
+
+#include <stdint.h>
+
+#include "lower/library/offered_call.h"
+
+enum LibraryNeed : uint16_t {
+    NEEDS_NOTHING = 0,
+    NEEDS_NO_TEXT = 1 << 0,       /* no argument is a text between quotes */
+    NEEDS_SINGLES = 1 << 1,       /* all arguments are surely single values */
+    NEEDS_SECOND_SINGLE = 1 << 2, /* the second argument is, if there is one */
+    NEEDS_VECTOR = 1 << 3,        /* the first argument is surely a row or a column */
+    NEEDS_ONE_FIRST = 1 << 4,     /* the first argument is 1 */
+    NEEDS_ONE_LAST = 1 << 5,      /* the last argument is 1 */
+    NEEDS_COUNTS = 1 << 6,        /* all arguments are whole numbers from 1 on */
+    NEEDS_PLANE = 1 << 7,         /* the last argument is 1 or 2 */
+    NEEDS_EMPTY_SECOND = 1 << 10, /* the second argument is [] */
+    FOR_LIBRARY = 1 << 8,         /* a word of the library's own functions */
+    IN_PACKAGE = 1 << 9           /* not a need: the form begins with the prefix of a package that
+                                     the procedure is to declare */
+};
+
+/* Whether the call has all that the needs, flags of LibraryNeed, ask for. */
+bool meets_needs(const OfferedCall *call, uint16_t needs);

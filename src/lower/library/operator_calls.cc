@@ -1,0 +1,134 @@
+// Functions that mean an operator.
+#include "lower/library/operator_calls.h"
+
+#include <string.h>
+
+#include "lexer/brackets.h"
+#include "lower/expressions.h"
+#include "translate/operators.h"
+#include "translate/ranges.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+struct WordOperator {
+    const char *name;
+    OperatorId op;
+    bool is_infix;   /* the host's form is written between the operands, at least for some */
+    bool takes_more; /* than two arguments, from the left */
+};
+
+const WordOperator Binary[] = {
+    {"and", OPERATOR_AND, false, true},
+    {"or", OPERATOR_OR, false, true},
+    {"eq", OPERATOR_EQUAL, false, false},
+    {"ne", OPERATOR_NOT_EQUAL, false, false},
+    {"lt", OPERATOR_LESS, false, false},
+    {"le", OPERATOR_LESS_EQUAL, false, false},
+    {"gt", OPERATOR_GREATER, false, false},
+    {"ge", OPERATOR_GREATER_EQUAL, false, false},
+    {"plus", OPERATOR_PLUS, true, true},
+    {"minus", OPERATOR_MINUS, true, false},
+    {"times", OPERATOR_DOT_TIMES, true, true},
+    {"mtimes", OPERATOR_TIMES, true, true},
+    {"rdivide", OPERATOR_DOT_DIVIDE, true, false},
+    {"ldivide", OPERATOR_DOT_LEFT_DIVIDE, true, false},
+    {"mrdivide", OPERATOR_DIVIDE, true, false},
+    {"mldivide", OPERATOR_LEFT_DIVIDE, false, false},
+    {"power", OPERATOR_DOT_POWER, true, false},
+    {"mpower", OPERATOR_POWER, true, false},
+};
+
+struct UnaryWord {
+    const char *name;
+    int builder;
+    bool is_infix;
+};
+
+const UnaryWord Unary[] = {
+    {"not", OP_NOT, false},
+    {"uminus", OP_UNARY_MINUS, true},
+    {"uplus", OP_UNARY_PLUS, true},
+    {"transpose", OP_DOT_TRANSPOSE, false},
+    {"ctranspose", OP_TRANSPOSE, false},
+};
+
+template <typename Row, size_t N>
+const Row *find_row(const Row (&rows)[N], const char *name) {
+    for (const Row &row : rows)
+        if (strcmp(row.name, name) == 0) return &row;
+    return nullptr;
+}
+
+mExpr *join_values(const WordOperator *row, const vExpr *values) {
+    Operand value = {values->item, HOST_ATOM};
+    for (const vExpr *cell = values->next; cell; cell = cell->next) {
+        Operand right = {cell->item, HOST_ATOM};
+        value = {new_binary(row->op, &value, &right).expr, HOST_ATOM};
+    }
+    return value.expr;
+}
+
+// Infix forms get a pair of their own.
+int32_t enter_form(bool is_infix) { return open_bracket(is_infix ? IN_PARENTHESES : OUTSIDE); }
+
+mExpr *new_binary_call(const WordOperator *row, const vExpr *values, int count) {
+    if (count < 2 || (count > 2 && !row->takes_more)) return nullptr;
+    int32_t outer = enter_form(row->is_infix);
+    mExpr *value = join_values(row, values);
+    close_bracket(outer);
+    return value;
+}
+
+mExpr *new_unary_call(const UnaryWord *row, const vExpr *values, int count) {
+    if (count != 1) return nullptr;
+    int32_t outer = enter_form(row->is_infix);
+    mExpr *value = new_operator1(row->builder, values->item);
+    close_bracket(outer);
+    return value;
+}
+
+mExpr *new_range_call(const vExpr *values, int count) {
+    if (count == 2) return new_seq_node(values->item, unit_step(), values->next->item, nullptr);
+    if (count != 3) return nullptr;
+    return new_seq_node(values->item, values->next->item, values->next->next->item, nullptr);
+}
+
+mExpr *new_root_call(mExpr *value) {
+    int32_t outer = enter_form(true);
+    Operand base = {value, HOST_ATOM};
+    Operand half = {new_node(EXPR_REAL, ".5"), HOST_ATOM};
+    mExpr *root = new_binary(OPERATOR_DOT_POWER, &base, &half).expr;
+    close_bracket(outer);
+    return root;
+}
+
+mExpr *new_call(const char *name, const vExpr *values, int count) {
+    if (const WordOperator *row = find_row(Binary, name))
+        return new_binary_call(row, values, count);
+    if (const UnaryWord *row = find_row(Unary, name)) return new_unary_call(row, values, count);
+    if (strcmp(name, "colon") == 0) return new_range_call(values, count);
+    bool is_root = strcmp(name, "sqrt") == 0 && count == 1;
+    return is_root ? new_root_call(values->item) : nullptr;
+}
+
+}  // namespace
+
+mExpr *new_operator_call(const OfferedCall *call) {
+    if (!has_one_result(call)) return nullptr;
+    return new_call(call->name->text, call->values, call->count);
+}
+
+// The parameters' names are the front end's own, and not those of a temporary.
+const char *operator_value(const char *name) {
+    vExpr *second = alloc_vExpr(new_leaf("qxrp_y"));
+    vExpr *both = prepend_vExpr(new_leaf("qxrp_x"), second);
+    vExpr *one = alloc_vExpr(new_leaf("qxrp_x"));
+    const mExpr *binary = new_call(name, both, 2);
+    const mExpr *unary = binary ? nullptr : new_call(name, one, 1);
+    free_vExpr(both);
+    free_vExpr(one);
+    if (binary) return form_text("proc( qxrp_x, qxrp_y ) return %s; end proc", {binary->text});
+    if (unary) return form_text("proc( qxrp_x ) return %s; end proc", {unary->text});
+    return nullptr;
+}

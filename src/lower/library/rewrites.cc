@@ -1,0 +1,172 @@
+// Functions that are written like other constructs.
+#include "lower/library/rewrites.h"
+
+#include <string.h>
+
+#include "lower/called_functions.h"
+#include "lower/calls.h"
+#include "lower/context.h"
+#include "lower/expressions.h"
+#include "lower/host_conditions.h"
+#include "lower/keyword_calls.h"
+#include "lower/library/named_functions.h"
+#include "lower/library/needs.h"
+#include "support/allocation.h"
+#include "syntax/names/names.h"
+#include "syntax/spellings.h"
+#include "translate/indices.h"
+#include "translate/package_prefix.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+const Node *arguments_from(const OfferedCall *call, const Node *first) {
+    Node *arguments = AllocRecord<Node>();
+    *arguments = {};
+    arguments->kind = NODE_ARGUMENTS;
+    arguments->offset = call->name->offset;
+    arguments->length = call->name->length;
+    arguments->first_child = const_cast<Node *>(first);
+    return arguments;
+}
+
+// Concatenate takes numbers and cells, not texts.
+mExpr *join_along(const char *side, const vExpr *values) {
+    const char *prefix = array_tools_prefix();
+    return new_call_leaf(form_text("%sConcatenate(%s, %s)", {prefix, side, exprs_text(values)}));
+}
+
+mExpr *join_horizontally(const OfferedCall *call) {
+    return meets_needs(call, NEEDS_NO_TEXT) && call->first ? join_along("2", call->values)
+                                                           : nullptr;
+}
+
+mExpr *join_vertically(const OfferedCall *call) {
+    return meets_needs(call, NEEDS_NO_TEXT) && call->first ? join_along("1", call->values)
+                                                           : nullptr;
+}
+
+// cat(1, ...) and cat(2, ...).
+mExpr *join_by_side(const OfferedCall *call) {
+    const Node *side = call->first;
+    bool is_known = side && side->next && side->kind == NODE_NUMBER && strlen(side->text) == 1 &&
+                    (*side->text == '1' || *side->text == '2');
+    if (!is_known || !meets_needs(call, NEEDS_NO_TEXT)) return nullptr;
+    return join_along(side->text, call->values->next);
+}
+
+mExpr *call_value(const char *function, const vExpr *values) {
+    return new_index_node(function, FUNCTION_INDEX, values);
+}
+
+// Of a handle, of the name of a function, and of a variable that holds a function.
+mExpr *call_function(const OfferedCall *call) {
+    const Node *function = call->first;
+    if (!function) return nullptr;
+    if (is_identifier_text(function))
+        return lower_call(named_function(function, NODE_NAME),
+                          arguments_from(call, function->next));
+    bool is_function = function->kind == NODE_HANDLE ||
+                       (function->kind == NODE_NAME && is_variable(function->symbol) &&
+                        holds_function(function->symbol));
+    return is_function ? call_value(call->values->item->text, call->values->next) : nullptr;
+}
+
+// The call as it stands in the source.
+mExpr *call_builtin(const OfferedCall *call) {
+    const Node *function = call->first;
+    if (!function || !is_identifier_text(function)) return nullptr;
+    const Node *name = named_function(function, NODE_NAME);
+    return call_value(host_function(name), call->values->next);
+}
+
+// The same with the arguments of the procedure.
+mExpr *call_with_all(const OfferedCall *call) {
+    if (!meets_needs(call, FOR_LIBRARY)) return nullptr;
+    const char *name = host_function(named_function(call->first, NODE_NAME));
+    return new_call_leaf(form_text("%s(args)", {name}));
+}
+
+Node *copy_of(const Node *node) {
+    Node *copy = AllocRecord<Node>();
+    *copy = *node;
+    copy->next = nullptr;
+    return copy;
+}
+
+// The node with the field behind it.
+const Node *with_field(const Node *base, const Node *field_name) {
+    Node *field = copy_of(field_name);
+    field->kind = NODE_FIELD;
+    field->text = intern(field_name->text);
+    field->first_child = nullptr;
+    Node *reference = copy_of(base);
+    reference->kind = NODE_REFERENCE;
+    bool has_selectors = base->kind == NODE_REFERENCE;
+    Node **end = &reference->first_child;
+    *end = nullptr;
+    const Node *part = has_selectors ? base->first_child : base;
+    for (; part; part = has_selectors ? part->next : nullptr) {
+        *end = copy_of(part);
+        end = &(*end)->next;
+    }
+    *end = field;
+    return reference;
+}
+
+mExpr *take_field(const OfferedCall *call) {
+    if (call->count != 2 || !is_identifier_text(call->first->next)) return nullptr;
+    const Node *base = call->first;
+    const Node *first = base->kind == NODE_REFERENCE ? base->first_child : base;
+    if (first->kind != NODE_NAME || !is_variable(first->symbol)) return nullptr;
+    return lower_expression(with_field(base, base->next));
+}
+
+// The value, or a variable that holds it, which may be written twice.
+const char *shared_text(const Node *argument, const char *value) {
+    if (is_identifier(value) || argument->kind == NODE_NUMBER) return value;
+    const char *shared = new_temporary();
+    put_line("%s := %s;", {shared, value});
+    return shared;
+}
+
+// One value for all results, or one for each.
+mExpr *deal_values(const OfferedCall *call) {
+    if (call->count == 1 && has_one_result(call)) return call->values->item;
+    if (call->results < 1) return nullptr;
+    const char *count = number_text(call->results);
+    if (call->count == 1) {
+        const char *value = shared_text(call->first, call->values->item->text);
+        return new_call_leaf(form_text("seq(%s,qxrp_i=1..%s)", {value, count}));
+    }
+    if (call->count != call->results) return nullptr;
+    const char *all = new_temporary();
+    put_line("%s := rtable([%s],subtype='Vector[row]');", {all, exprs_text(call->values)});
+    return new_call_leaf(form_text("seq(%s(qxrp_i),qxrp_i=1..%s)", {all, count}));
+}
+
+struct Rewrite {
+    const char *name;
+    bool takes_lists; /* of values, whose number nobody knows */
+    bool takes_results;
+    mExpr *(*rewrite)(const OfferedCall *call);
+};
+
+const Rewrite Rewrites[] = {
+    {"horzcat", true, false, join_horizontally}, {"vertcat", true, false, join_vertically},
+    {"cat", true, false, join_by_side},          {"feval", false, true, call_function},
+    {"builtin", false, true, call_builtin},      {"given_to", false, true, call_with_all},
+    {"getfield", false, false, take_field},      {"deal", false, true, deal_values},
+};
+
+}  // namespace
+
+mExpr *new_rewritten_call(const OfferedCall *call) {
+    for (const Rewrite &row : Rewrites) {
+        if (strcmp(row.name, call->name->text) != 0) continue;
+        bool fits =
+            (call->count >= 0 || row.takes_lists) && (has_one_result(call) || row.takes_results);
+        return fits ? row.rewrite(call) : nullptr;
+    }
+    return nullptr;
+}

@@ -1,0 +1,80 @@
+// Shapes of arrays.
+#include "lower/library/needs.h"
+#include "lower/library/sources.h"
+
+namespace {
+
+const char Length[] = R"(function most = length(x)
+% The longest side of x; 0 without elements.
+most = numel(x);
+if most > 0
+    most = 1;
+    sides = size(x);
+    for k = 1:numel(sides)
+        if sides(k) > most
+            most = sides(k);
+        end
+    end
+end
+)";
+
+const char Size[] = R"(function [height, width, depth] = size_of(x, side)
+% The sides of x: all, the one asked for, or one for each result.
+sides = size(x);
+if nargin > 1
+    height = 1;
+    if side <= numel(sides)
+        height = sides(side);
+    end
+elseif nargout < 2
+    height = sides;
+else
+    height = sides(1);
+    width = sides(2);
+    depth = 1;
+    for k = 3:numel(sides)
+        depth = depth*sides(k);
+    end
+    if nargout == 2
+        width = width*depth;
+    end
+end
+)";
+
+const char IsVector[] = R"(function answer = isvector(x)
+% Whether x is a row or a column.
+answer = ndims(x) == 2 & (size(x, 1) == 1 | size(x, 2) == 1);
+)";
+
+const char IsRow[] = R"(function answer = isrow(x)
+% Whether x is a row.
+answer = ndims(x) == 2 & size(x, 1) == 1;
+)";
+
+const char IsColumn[] = R"(function answer = iscolumn(x)
+% Whether x is a column.
+answer = ndims(x) == 2 & size(x, 2) == 1;
+)";
+
+const char IsSquare[] = R"(function answer = issquare(x)
+% Whether x has as many rows as columns.
+answer = ndims(x) == 2 & size(x, 1) == size(x, 2);
+)";
+
+// clang-format off
+const LibrarySource Rows[] = {
+    // least, most arguments, results, what it needs, what it is given first
+    {"length", 1, 1, 1, NEEDS_NOTHING, nullptr, Length},
+    {"size", 1, 2, 1, NEEDS_SECOND_SINGLE, nullptr, Size},
+    {"size", 1, 1, 3, NEEDS_NOTHING, nullptr, Size},
+    {"@size", 1, 2, 3, NEEDS_NOTHING, nullptr, Size},
+    {"isvector", 1, 1, 1, NEEDS_NOTHING, nullptr, IsVector},
+    {"isrow", 1, 1, 1, NEEDS_NOTHING, nullptr, IsRow},
+    {"iscolumn", 1, 1, 1, NEEDS_NOTHING, nullptr, IsColumn},
+    {"issquare", 1, 1, 1, NEEDS_NOTHING, nullptr, IsSquare},
+};
+// clang-format on
+
+}  // namespace
+
+LibrarySources shape_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }

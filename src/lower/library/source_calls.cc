@@ -1,0 +1,85 @@
+// Functions that the front end brings along.
+#include "lower/library/source_calls.h"
+
+#include <string.h>
+
+#include "lower/called_functions.h"
+#include "lower/library/needs.h"
+#include "lower/library/sources.h"
+#include "lower/operands.h"
+#include "translate/host_queries.h"
+#include "translate/indices.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+// The first row that is wanted, or null.
+template <typename Test>
+const LibrarySource *find_source(Test is_wanted) {
+    for (const LibrarySources rows :
+         {shape_sources(), array_sources(), fold_sources(), extreme_sources(), element_sources()})
+        for (int k = 0; k < rows.count; k++)
+            if (is_wanted(&rows.first[k])) return &rows.first[k];
+    return nullptr;
+}
+
+bool takes_arguments(const LibrarySource *row, const OfferedCall *call) {
+    return call->count >= row->least && call->count <= row->most && meets_needs(call, row->needs);
+}
+
+bool is_named(const LibrarySource *row, const char *name) { return strcmp(row->name, name) == 0; }
+
+// What is called in several ways has a row of its own for values, whose name begins with @.
+bool is_value_of(const LibrarySource *row, const char *name) {
+    return *row->name == '@' && strcmp(row->name + 1, name) == 0;
+}
+
+// One that gives one result or several, as it is asked for.
+const LibrarySource *find_varying(const char *name, const OfferedCall *call) {
+    const LibrarySource *source = find_source([=](const LibrarySource *row) {
+        return is_value_of(row, name) && takes_arguments(row, call);
+    });
+    if (!source)
+        source = find_source([=](const LibrarySource *row) {
+            return is_named(row, name) && takes_arguments(row, call);
+        });
+    return source && source->results > 1 ? source : nullptr;
+}
+
+const LibrarySource *find_called(const char *name, const OfferedCall *call) {
+    if (call->results == HOST_RESULTS_VARY) return find_varying(name, call);
+    return find_source([=](const LibrarySource *row) {
+        return is_named(row, name) && call->results <= row->results && takes_arguments(row, call);
+    });
+}
+
+}  // namespace
+
+mExpr *new_source_call(const char *name, const OfferedCall *call) {
+    const LibrarySource *source = find_called(name, call);
+    if (!source) return nullptr;
+    const char *procedure = supplied_function(source->text);
+    if (!source->given) return new_index_node(procedure, FUNCTION_INDEX, call->values);
+    vExpr given = {new_leaf(source->given), const_cast<vExpr *>(call->values), nullptr};
+    return new_index_node(procedure, FUNCTION_INDEX, &given);
+}
+
+mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->name->text, call); }
+
+namespace {
+
+bool is_value_row(const LibrarySource *row) {
+    uint16_t known = NEEDS_NO_TEXT | (CurrentFile->is_library ? FOR_LIBRARY : 0);
+    return !row->given && row->least == 1 && !(row->needs & ~known);
+}
+
+}  // namespace
+
+const char *source_value(const char *name) {
+    const LibrarySource *source =
+        find_source([=](const LibrarySource *row) { return is_value_of(row, name); });
+    if (!source)
+        source = find_source(
+            [=](const LibrarySource *row) { return is_named(row, name) && is_value_row(row); });
+    return source ? supplied_function(source->text) : nullptr;
+}

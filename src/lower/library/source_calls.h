@@ -1,0 +1,11 @@
+/* Functions that the front end brings along (sources.h). */
+#pragma once
+
+#include "lower/library/offered_call.h"
+
+/* A call of the procedure for such a function, or null. */
+mExpr *new_source_call(const OfferedCall *call);
+/* The same for the row of that name. */
+mExpr *new_source_call(const char *row, const OfferedCall *call);
+/* The procedure's name as a value; null for others. */
+const char *source_value(const char *name);

@@ -1,0 +1,26 @@
+/* Functions that the front end brings along, in MATLAB. They use what is a form of the host, and
+ * each other; a call of one puts its translation behind the files of the run. */
+#pragma once
+
+#include <stdint.h>
+
+struct LibrarySource {
+    const char *name;
+    int8_t least; /* arguments, without the first one that it is given here */
+    int8_t most;
+    int8_t results;    /* at most */
+    uint16_t needs;    /* flags of LibraryNeed */
+    const char *given; /* the first argument, a host text; null for none */
+    const char *text;
+};
+
+struct LibrarySources {
+    const LibrarySource *first;
+    int count;
+};
+
+LibrarySources shape_sources();
+LibrarySources array_sources();
+LibrarySources fold_sources();
+LibrarySources extreme_sources();
+LibrarySources element_sources();
