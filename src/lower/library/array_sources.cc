@@ -147,8 +147,8 @@ const LibrarySource Rows[] = {
     {"ones", 1, 2, 1, NEEDS_NO_TEXT, "1", Filled},
     {"cell", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Cells},
     {"eye", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Eye},
-    {"repmat", 2, 3, 1, NEEDS_NO_TEXT, nullptr, Repmat},
-    {"reshape", 2, 3, 1, NEEDS_NO_TEXT, nullptr, Reshape},
+    {"repmat", 2, 3, 1, NEEDS_JOINABLE, nullptr, Repmat},
+    {"reshape", 2, 3, 1, NEEDS_JOINABLE, nullptr, Reshape},
     {"linspace", 2, 3, 1, NEEDS_NO_TEXT, nullptr, Linspace},
     {"meshgrid", 1, 2, 2, NEEDS_NO_TEXT, nullptr, Meshgrid},
 };

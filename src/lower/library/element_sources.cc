@@ -36,6 +36,23 @@ if nargin > 1
 end
 )";
 
+const char FindPlaces[] = R"(function [row, col] = find_places(x)
+% The rows and columns in which x is not zero.
+row = find(x);
+col = row;
+height = size(x, 1);
+for k = 1:numel(row)
+    place = row(k);
+    width = 1;
+    while place > height
+        place = place - height;
+        width = width + 1;
+    end
+    row(k) = place;
+    col(k) = width;
+end
+)";
+
 const char Nnz[] = R"(function count = nnz(x)
 % How many elements are not zero.
 count = 0;
@@ -76,12 +93,40 @@ if numel(x) > 0
 end
 )";
 
+const char IsEqual[] = R"(function answer = isequal(one, other)
+% Whether two arrays of numbers are the same.
+answer = false;
+if ndims(one) == ndims(other)
+    if size(one) == size(other)
+        answer = true;
+        for k = 1:numel(one)
+            if one(k) ~= other(k)
+                answer = false;
+            end
+        end
+    end
+end
+)";
+
+const char Strcmp[] = R"(function answer = strcmp(one, other)
+% Whether two texts are the same.
+answer = false;
+switch one
+    case {other}
+        answer = true;
+end
+)";
+
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
+    {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual},
+    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp},
+    {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp},
     {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs},
     {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan},
     {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find},
+    {"find", 1, 1, 2, NEEDS_NO_TEXT, nullptr, FindPlaces},
     {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply},
     {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, ApplyInCells},

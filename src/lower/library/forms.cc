@@ -60,7 +60,8 @@ const Form Forms[] = {
     {"xor",      2, NEEDS_NO_TEXT,
      "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
      "eval(evalhf(zip(`<>`,eval({2}),eval(0))))))"},
-    {"isequal",  2, NEEDS_SINGLES,   "evalhf(zip(`=`,eval({1}),eval({2})))"},
+    {"double",   1, NEEDS_NUMBERS, "{1}"},
+    {"isequal",  2, NEEDS_SINGLES | NEEDS_NUMBERS,   "evalhf(zip(`=`,eval({1}),eval({2})))"},
     {"conj",     1, NEEDS_NO_TEXT | IN_PACKAGE,
      "LinearAlgebra:-Transpose(LinearAlgebra:-HermitianTranspose({1}))"},
     {"stacked",  2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(1, seq({1},qxrp_i=1..{2}))"},

@@ -7,6 +7,7 @@
 #include "lower/expressions.h"
 #include "lower/program_files.h"
 #include "syntax/names/names.h"
+#include "syntax/values/value.h"
 #include "syntax/values/values.h"
 
 namespace {
@@ -19,7 +20,17 @@ bool is_true_of_all(const OfferedCall *call, Test test) {
     return true;
 }
 
-bool is_no_text(const Node *argument) { return argument->kind != NODE_STRING; }
+bool is_no_text(const Node *argument) {
+    return argument->kind != NODE_STRING && !is_surely(value_of(argument), MAY_BE_TEXT);
+}
+
+bool is_number(const Node *argument) { return is_surely(value_of(argument), ARITHMETIC); }
+
+// Whether it is a text on none of the ways to this place that are known.
+bool is_joinable(const Node *argument) {
+    Value value = value_of(argument);
+    return !may_be(value, MAY_BE_TEXT) || kinds_of(value) == ANY_KIND;
+}
 
 // A whole number of the source, or 0.
 long count_of(const Node *argument) {
@@ -45,31 +56,35 @@ bool is_empty_literal(const Node *argument) {
 }
 
 bool is_varargin(const Node *argument) {
-    const Symbol *symbol = argument->symbol;
-    if (strcmp(argument->text, "varargin") != 0 || !symbol->scope) return false;
+    const Symbol *symbol = argument->kind == NODE_NAME ? argument->symbol : nullptr;
+    if (!symbol || strcmp(argument->text, "varargin") != 0 || !symbol->scope) return false;
     constexpr uint32_t SET = SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_GLOBAL;
     return (symbol->scope->flags & HAS_VARARGIN) && !(symbol->flags & SET);
 }
 
 // x(:) and s.f(:), where x and s are variables.
-bool is_column(const Node *reference) {
-    const Node *base = reference->first_child;
+bool is_column(const Node *argument) {
+    if (argument->kind != NODE_REFERENCE) return false;
+    const Node *base = argument->first_child;
     const Node *last = base->next;
     while (last->next) last = last->next;
     if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
-    const Node *argument = last->first_child;
-    return last->kind == NODE_ARGUMENTS && argument && !argument->next &&
-           argument->kind == NODE_COLON;
+    if (last->kind != NODE_ARGUMENTS || !last->first_child) return false;
+    return last->first_child->kind == NODE_COLON && !last->first_child->next;
 }
 
 bool is_surely_vector(const Node *argument) {
-    switch (argument->kind) {
-        case NODE_RANGE:
-        case NODE_STRING: return true;
-        case NODE_NAME: return is_varargin(argument);
-        case NODE_REFERENCE: return is_column(argument);
-        default: return is_surely_single(argument);
-    }
+    Value value = value_of(argument);
+    bool has_one_side = !may_be(value, MAY_HAVE_ROWS) || !may_be(value, MAY_HAVE_COLUMNS);
+    return has_one_side || is_varargin(argument) || is_column(argument);
+}
+
+// Whether one of both is a text, and the other no cell, whose elements would be compared.
+bool are_texts(const OfferedCall *call) {
+    Value first = value_of(call->first);
+    Value second = value_of(call->first->next);
+    if (may_be(first | second, MAY_BE_CELL)) return false;
+    return is_surely(first, MAY_BE_TEXT) || is_surely(second, MAY_BE_TEXT);
 }
 
 }  // namespace
@@ -77,6 +92,8 @@ bool is_surely_vector(const Node *argument) {
 bool meets_needs(const OfferedCall *call, uint16_t needs) {
     if ((needs & FOR_LIBRARY) && !CurrentFile->is_library) return false;
     if ((needs & NEEDS_NO_TEXT) && !is_true_of_all(call, is_no_text)) return false;
+    if ((needs & NEEDS_JOINABLE) && !is_true_of_all(call, is_joinable)) return false;
+    if ((needs & NEEDS_NUMBERS) && !is_true_of_all(call, is_number)) return false;
     if ((needs & NEEDS_SINGLES) && !is_true_of_all(call, is_surely_single)) return false;
     if ((needs & NEEDS_COUNTS) && !is_true_of_all(call, is_count)) return false;
     if ((needs & NEEDS_SECOND_SINGLE) && !is_second_single(call)) return false;
@@ -84,6 +101,7 @@ bool meets_needs(const OfferedCall *call, uint16_t needs) {
     if ((needs & NEEDS_ONE_FIRST) && count_of(without_parens(call->first)) != 1) return false;
     if ((needs & NEEDS_ONE_LAST) && count_of(last_argument(call)) != 1) return false;
     if ((needs & NEEDS_EMPTY_SECOND) && !is_empty_literal(call->first->next)) return false;
+    if ((needs & NEEDS_TEXTS) && !are_texts(call)) return false;
     if (!(needs & NEEDS_PLANE)) return true;
     long plane = count_of(last_argument(call));
     return plane == 1 || plane == 2;

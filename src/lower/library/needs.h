@@ -7,18 +7,21 @@
 
 enum LibraryNeed : uint16_t {
     NEEDS_NOTHING = 0,
-    NEEDS_NO_TEXT = 1 << 0,       /* no argument is a text between quotes */
-    NEEDS_SINGLES = 1 << 1,       /* all arguments are surely single values */
-    NEEDS_SECOND_SINGLE = 1 << 2, /* the second argument is, if there is one */
-    NEEDS_VECTOR = 1 << 3,        /* the first argument is surely a row or a column */
-    NEEDS_ONE_FIRST = 1 << 4,     /* the first argument is 1 */
-    NEEDS_ONE_LAST = 1 << 5,      /* the last argument is 1 */
-    NEEDS_COUNTS = 1 << 6,        /* all arguments are whole numbers from 1 on */
-    NEEDS_PLANE = 1 << 7,         /* the last argument is 1 or 2 */
-    NEEDS_EMPTY_SECOND = 1 << 10, /* the second argument is [] */
-    FOR_LIBRARY = 1 << 8,         /* a word of the library's own functions */
-    IN_PACKAGE = 1 << 9           /* not a need: the form begins with the prefix of a package that
-                                     the procedure is to declare */
+    NEEDS_NO_TEXT = 1 << 0,       /* no argument is surely a text */
+    NEEDS_JOINABLE = 1 << 1,      /* no argument is known to be a text: Concatenate takes none */
+    NEEDS_NUMBERS = 1 << 2,       /* all arguments are surely numbers or truth values */
+    NEEDS_TEXTS = 1 << 3,         /* one of two is surely a text, and the other no cell */
+    NEEDS_SINGLES = 1 << 4,       /* all arguments are surely single values */
+    NEEDS_SECOND_SINGLE = 1 << 5, /* the second argument is, if there is one */
+    NEEDS_VECTOR = 1 << 6,        /* the first argument is surely a row or a column */
+    NEEDS_COUNTS = 1 << 7,        /* all arguments are whole numbers of the source, from 1 on */
+    NEEDS_ONE_FIRST = 1 << 8,     /* the first argument is 1 */
+    NEEDS_ONE_LAST = 1 << 9,      /* the last argument is 1 */
+    NEEDS_PLANE = 1 << 10,        /* the last argument is 1 or 2 */
+    NEEDS_EMPTY_SECOND = 1 << 11, /* the second argument is [] */
+    FOR_LIBRARY = 1 << 12,        /* a word of the library's own functions */
+    IN_PACKAGE = 1 << 13          /* no need: the form begins with the prefix of a package that the
+                                     procedure is to declare */
 };
 
 /* Whether the call has all that the needs, flags of LibraryNeed, ask for. */

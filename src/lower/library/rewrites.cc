@@ -37,13 +37,13 @@ mExpr *join_along(const char *side, const vExpr *values) {
 }
 
 mExpr *join_horizontally(const OfferedCall *call) {
-    return meets_needs(call, NEEDS_NO_TEXT) && call->first ? join_along("2", call->values)
-                                                           : nullptr;
+    return meets_needs(call, NEEDS_JOINABLE) && call->first ? join_along("2", call->values)
+                                                            : nullptr;
 }
 
 mExpr *join_vertically(const OfferedCall *call) {
-    return meets_needs(call, NEEDS_NO_TEXT) && call->first ? join_along("1", call->values)
-                                                           : nullptr;
+    return meets_needs(call, NEEDS_JOINABLE) && call->first ? join_along("1", call->values)
+                                                            : nullptr;
 }
 
 // cat(1, ...) and cat(2, ...).
@@ -51,7 +51,7 @@ mExpr *join_by_side(const OfferedCall *call) {
     const Node *side = call->first;
     bool is_known = side && side->next && side->kind == NODE_NUMBER && strlen(side->text) == 1 &&
                     (*side->text == '1' || *side->text == '2');
-    if (!is_known || !meets_needs(call, NEEDS_NO_TEXT)) return nullptr;
+    if (!is_known || !meets_needs(call, NEEDS_JOINABLE)) return nullptr;
     return join_along(side->text, call->values->next);
 }
 
