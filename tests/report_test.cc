@@ -133,8 +133,8 @@ TEST_F(Reports, tell_how_calls_end) {
     write(directory / "t/used.m", "function y = used(x)\ny = x;\n");
     write(directory / "t/setup.m", "a = 1;\n");
     write(directory / "t/@c/c.m", "function y = c(x)\ny = x;\n");
-    write(directory / "t/@c/size.m", "function y = size(x)\ny = half(x) + used(x, 1);\n");
-    write(directory / "t/@c/used.m", "function y = used(x)\ny = size(x);\n");
+    write(directory / "t/@c/area.m", "function y = area(x)\ny = half(x) + used(x, 1);\n");
+    write(directory / "t/@c/used.m", "function y = used(x)\ny = area(x);\n");
     write(directory / "t/@c/private/half.m", "function y = half(x)\ny = x;\n");
     write(directory / "t/+p/@d/d.m", "function y = d(x)\ny = x;\n");
     const struct {
@@ -143,9 +143,9 @@ TEST_F(Reports, tell_how_calls_end) {
         {"x = used(1); y = x(1);", "used found 1 1:5 t/used.m"},
         {"setup; b = a + used(1);", "setup found 1 1:1 t/setup.m, used found 1 1:16 t/used.m"},
         {"\xC3\xA9 = 1;", ""},
-        {"x = size(c(1)) + p.d(@size);",
-         "size found 1 1:5 t/@c/size.m, c found 1 1:10 t/@c/c.m, p.d found 1 1:18 t/+p/@d/d.m, "
-         "size classOnly 1 1:22"},
+        {"x = area(c(1)) + p.d(@area);",
+         "area found 1 1:5 t/@c/area.m, c found 1 1:10 t/@c/c.m, p.d found 1 1:18 t/+p/@d/d.m, "
+         "area classOnly 1 1:22"},
         {"x = half(d(1));", "half unresolved 1 1:5, d unresolved 1 1:10"},
         {"x = '\xC3\xA9'; y = g(1);", "g unresolved 1 1:14"},
         {"\xEF\xBB\xBFg(1)", "g unresolved 1 1:1"},
@@ -161,35 +161,35 @@ TEST_F(Reports, tell_how_calls_end) {
         write(directory / "t/s.m", row.source);
         EXPECT_EQ(calls_in(report()["files"].at(5)), row.calls);
     }
-    write(directory / "t/s.m", "x = size(1) + size(g);\n");
+    write(directory / "t/s.m", "x = area(1) + area(g);\n");
     const Json made = report();
     EXPECT_TRUE(is_valid("r.json", "docs/report.schema.json"));
-    EXPECT_EQ(calls_in(made["files"][3]),
-              "size: half found 1 2:5 t/@c/private/half.m, size: used found 1 2:15 t/@c/used.m");
+    EXPECT_EQ(calls_in(made["files"][1]),
+              "area: half found 1 2:5 t/@c/private/half.m, area: used found 1 2:15 t/@c/used.m");
     EXPECT_EQ(made["totals"]["calls"].dump(),
               R"({"answered":0,"builtIn":0,"classOnly":2,"found":3,"unresolved":1})");
     EXPECT_EQ(made["totals"]["statements"].dump(), R"({"all":8,"waiting":0,"withoutMessage":7})");
     EXPECT_EQ(made["unresolved"][0]["classOnly"], true);
     check({
-        {"mtranslate report r.json | grep size.*s.m; mtranslate assess t | grep classes", 0,
-         "| size (in classes) | 2 | 1 | 0 | t/s.m:1:5 |\n"
+        {"mtranslate report r.json | grep area.*s.m; mtranslate assess t | grep classes", 0,
+         "| area (in classes) | 2 | 1 | 0 | t/s.m:1:5 |\n"
          "  calls found in classes only                      2 of 6           33.3 %\n"
-         "          +0         2         1  size (in classes)\n",
+         "          +0         2         1  area (in classes)\n",
          ""},
         {"mtranslate check t/s.m t/@c --report c.json 2>&1 | grep MT401; for i in s.m @c; do "
          "mtranslate check t/$i --root t --report $i.json 2> o; done; "
          "mtranslate report s.m.json @c.json -o d.json; mtranslate report c.json -o c.json; cmp "
          "c.json d.json",
          0,
-         "t/s.m: warning: 2 functions are found nowhere and left to the host: size (in classes), g "
+         "t/s.m: warning: 2 functions are found nowhere and left to the host: area (in classes), g "
          "[MT401]\n",
          ""},
         {"mtranslate rules --template t | grep =", 0,
-         "size = \"\" # 2 calls in 1 file, with 1 argument; t/s.m:1; classes have it\n"
+         "area = \"\" # 2 calls in 1 file, with 1 argument; t/s.m:1; classes have it\n"
          "g = \"\" # 1 call in 1 file, with 0 arguments; t/s.m:1\n",
          ""},
-        {"mtranslate check t --graph /dev/stdout 2> o | grep 'size.*cyan' | cut -c 5-22", 0,
-         "n0 [label=\"size\", \n", ""},
+        {"mtranslate check t --graph /dev/stdout 2> o | grep 'area.*cyan' | cut -c 5-22", 0,
+         "n0 [label=\"area\", \n", ""},
     });
 }
 
