@@ -153,6 +153,26 @@ mExpr *lower_call(const Node *name, const Node *arguments) {
     return lower_outside_call(name, arguments, dispatch.may_get_object);
 }
 
+static const Node *as_arguments(const Node *name, const Node *first) {
+    Node *arguments = AllocRecord<Node>();
+    *arguments = *name;
+    arguments->kind = NODE_ARGUMENTS;
+    arguments->first_child = const_cast<Node *>(first);
+    return arguments;
+}
+
+mExpr *call_with_values(const Node *name, const Node *first, const vExpr *values, int32_t results) {
+    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, values);
+    const Node *arguments = as_arguments(name, first);
+    Dispatch dispatch = dispatch_call(name, arguments);
+    if (dispatch.class_name)
+        return new_index_node(called_method(name, dispatch.class_name, name->text), FUNCTION_INDEX,
+                              values);
+    note_piece(name, CALL_OF_LANGUAGE);
+    OutsideCall outside = {name, arguments, host_name(name), results, dispatch.may_get_object};
+    return finish_call(&outside, values);
+}
+
 // A function without arguments: the host's name of it stands for its value.
 static mExpr *lower_bare_call(const Node *name) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);

@@ -9,6 +9,9 @@ mExpr *lower_name(const Node *name);
 /* A call of the function that the NAME, no variable, means. The host is asked for the name, then,
  * with the arguments' texts, for the call. */
 mExpr *lower_call(const Node *name, const Node *arguments);
+/* The same with texts that are there already: of the arguments first and its siblings, or null.
+ * results: that it is asked for, as requested_results says. */
+mExpr *call_with_values(const Node *name, const Node *first, const vExpr *values, int32_t results);
 /* A call of a host procedure. */
 mExpr *new_procedure_call(const char *procedure, const Node *arguments);
 /* The same with the words of a COMMAND. */

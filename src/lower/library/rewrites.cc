@@ -8,6 +8,7 @@
 #include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
+#include "lower/host_words.h"
 #include "lower/keyword_calls.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/needs.h"
@@ -19,16 +20,6 @@
 #include "translate/text_forms.h"
 
 namespace {
-
-const Node *arguments_from(const OfferedCall *call, const Node *first) {
-    Node *arguments = AllocRecord<Node>();
-    *arguments = {};
-    arguments->kind = NODE_ARGUMENTS;
-    arguments->offset = call->name->offset;
-    arguments->length = call->name->length;
-    arguments->first_child = const_cast<Node *>(first);
-    return arguments;
-}
 
 // Concatenate takes numbers and cells, not texts.
 mExpr *join_along(const char *side, const vExpr *values) {
@@ -59,13 +50,16 @@ mExpr *call_value(const char *function, const vExpr *values) {
     return new_index_node(function, FUNCTION_INDEX, values);
 }
 
+mExpr *call_named(const OfferedCall *call, const Node *text) {
+    const Node *name = named_function(text, NODE_NAME);
+    return call_with_values(name, text->next, call->values->next, call->results);
+}
+
 // Of a handle, of the name of a function, and of a variable that holds a function.
 mExpr *call_function(const OfferedCall *call) {
     const Node *function = call->first;
     if (!function) return nullptr;
-    if (is_identifier_text(function))
-        return lower_call(named_function(function, NODE_NAME),
-                          arguments_from(call, function->next));
+    if (is_identifier_text(function)) return call_named(call, function);
     bool is_function = function->kind == NODE_HANDLE ||
                        (function->kind == NODE_NAME && is_variable(function->symbol) &&
                         holds_function(function->symbol));
@@ -87,39 +81,14 @@ mExpr *call_with_all(const OfferedCall *call) {
     return new_call_leaf(form_text("%s(args)", {name}));
 }
 
-Node *copy_of(const Node *node) {
-    Node *copy = AllocRecord<Node>();
-    *copy = *node;
-    copy->next = nullptr;
-    return copy;
-}
-
-// The node with the field behind it.
-const Node *with_field(const Node *base, const Node *field_name) {
-    Node *field = copy_of(field_name);
-    field->kind = NODE_FIELD;
-    field->text = intern(field_name->text);
-    field->first_child = nullptr;
-    Node *reference = copy_of(base);
-    reference->kind = NODE_REFERENCE;
-    bool has_selectors = base->kind == NODE_REFERENCE;
-    Node **end = &reference->first_child;
-    *end = nullptr;
-    const Node *part = has_selectors ? base->first_child : base;
-    for (; part; part = has_selectors ? part->next : nullptr) {
-        *end = copy_of(part);
-        end = &(*end)->next;
-    }
-    *end = field;
-    return reference;
-}
-
+// Of a variable, or of what it holds.
 mExpr *take_field(const OfferedCall *call) {
     if (call->count != 2 || !is_identifier_text(call->first->next)) return nullptr;
     const Node *base = call->first;
-    const Node *first = base->kind == NODE_REFERENCE ? base->first_child : base;
-    if (first->kind != NODE_NAME || !is_variable(first->symbol)) return nullptr;
-    return lower_expression(with_field(base, base->next));
+    if (base->kind == NODE_REFERENCE) base = base->first_child;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return nullptr;
+    const char *field = written_field(intern(call->first->next->text));
+    return new_leaf(form_text("%s:-%s", {call->values->item->text, field}));
 }
 
 // The value, or a variable that holds it, which may be written twice.
@@ -152,12 +121,18 @@ struct Rewrite {
     mExpr *(*rewrite)(const OfferedCall *call);
 };
 
+// clang-format off
 const Rewrite Rewrites[] = {
-    {"horzcat", true, false, join_horizontally}, {"vertcat", true, false, join_vertically},
-    {"cat", true, false, join_by_side},          {"feval", false, true, call_function},
-    {"builtin", false, true, call_builtin},      {"given_to", false, true, call_with_all},
-    {"getfield", false, false, take_field},      {"deal", false, true, deal_values},
+    {"horzcat",  true,  false, join_horizontally},
+    {"vertcat",  true,  false, join_vertically},
+    {"cat",      true,  false, join_by_side},
+    {"feval",    false, true,  call_function},
+    {"builtin",  false, true,  call_builtin},
+    {"given_to", false, true,  call_with_all},
+    {"getfield", false, false, take_field},
+    {"deal",     false, true,  deal_values},
 };
+// clang-format on
 
 }  // namespace
 
