@@ -60,7 +60,6 @@ const Form Forms[] = {
     {"xor",      2, NEEDS_NO_TEXT,
      "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
      "eval(evalhf(zip(`<>`,eval({2}),eval(0))))))"},
-    {"double",   1, NEEDS_NUMBERS, "{1}"},
     {"isequal",  2, NEEDS_SINGLES | NEEDS_NUMBERS,   "evalhf(zip(`=`,eval({1}),eval({2})))"},
     {"conj",     1, NEEDS_NO_TEXT | IN_PACKAGE,
      "LinearAlgebra:-Transpose(LinearAlgebra:-HermitianTranspose({1}))"},
