@@ -56,7 +56,7 @@ std::string outcome(const std::string &source) {
 
 void expect_depths(const Form &form) {
     SCOPED_TRACE(form.before + form.open);
-    const std::string deep = on_small_stack([&] { return outcome(form.nested(450)); });
+    const std::string deep = on_small_stack([&] { return outcome(form.nested(390)); });
     EXPECT_EQ(form_error(deep), "");
     EXPECT_EQ(deep.find("MT114"), std::string::npos);
     EXPECT_LT(deep.size(), 10u << 20);

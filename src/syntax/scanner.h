@@ -14,7 +14,7 @@
 #include "syntax/tokens.h"
 
 /* Brackets and blocks nest at most this deep. */
-constexpr int32_t MOST_NESTED = 1000;
+constexpr int32_t MOST_NESTED = 800;
 
 enum BracketContext : uint8_t {
     OUTSIDE_BRACKETS,
