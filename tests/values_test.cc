@@ -72,7 +72,7 @@ const Node *last_expression(const Node *node) {
 /* What is known of the last statement that is an expression. */
 std::string last_value(const std::string &source) {
     const Node *expression = last_expression(traced(source)->first_child);
-    const std::string text = expression ? print_value(NewLongString(), expression->value) : "";
+    std::string text = expression ? print_value(NewLongString(), expression->value) : "";
     release_run();
     return text;
 }

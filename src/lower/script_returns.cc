@@ -98,7 +98,7 @@ void start_returned(const OpenRest *rest, const ScriptContext *before, bool is_g
     if (is_given_up) {
         script->returned = before->returned;
         script->returns = before->returns;
-        script->guard = nullptr;
+        if (is_outermost(rest)) script->guard = nullptr;
     }
     if (is_outermost(rest) && script->returned != before->returned)
         put_line("%s := false;", {script->returned});

@@ -60,6 +60,10 @@ Node *parse_source(Source *source, SourceLanguage language) {
 
 Node *parse_text(const char *text, SourceLanguage language) {
     Source *source = new_source(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    int32_t made = Scan.comments_made;  // of the source around
     Node *file = read_source(source, language, WITH_ENDS);
-    return forget_errors() ? nullptr : file;
+    bool has_comments = Scan.comments_made > 0;
+    Scan.comments_made = made;
+    bool has_errors = forget_errors();
+    return has_errors || has_comments ? nullptr : file;
 }

@@ -16,5 +16,5 @@ void begin_syntax();
  * the run. */
 Node *parse_source(Source *source, SourceLanguage language);
 /* The same of a text that is kept until the run ends; null, and nothing is reported, where it has
- * an error. No other source is being read. */
+ * an error or a comment. No other source is being read. */
 Node *parse_text(const char *text, SourceLanguage language);
