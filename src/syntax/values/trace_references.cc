@@ -66,10 +66,21 @@ Value selected_value(Value base, const Node *arguments) {
 
 namespace {
 
+// Whether an end is among the arguments that is not one of an index inside of them.
+bool has_own_end(const Node *node) {
+    if (node->kind == NODE_END) return true;
+    bool is_index = node->kind == NODE_REFERENCE && node->first_child->kind == NODE_NAME &&
+                    is_variable(node->first_child->symbol);
+    if (is_index) return false;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (has_own_end(child)) return true;
+    return false;
+}
+
 // Whether the arguments are those of no call.
 bool is_surely_index(const Node *arguments) {
     for (; arguments; arguments = arguments->next)
-        if (arguments->kind == NODE_COLON || has_end_inside(arguments)) return true;
+        if (arguments->kind == NODE_COLON || has_own_end(arguments)) return true;
     return false;
 }
 
