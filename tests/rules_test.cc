@@ -94,8 +94,7 @@ system = "run({1})"
             {"x = stats.mean(1)^2; if x, y = (stats.mean(2) + 1); end",
              "x := mean_of(1)^2;\nif ArrayTools[AllNonZero](x) then\n"
              "    y := (mean_of(2) +~ 1);\nend if;"},
-            {"if 1, both(1), end",
-             "if ArrayTools[AllNonZero](1) then\n    first(1);\n    second(1);\nend if;"},
+            {"if 1, both(1), end", "if true then\n    first(1);\n    second(1);\nend if;"},
             {"x = __own__(1);", "x := own(1);"},
             {"hold on", "keep(\"on\");"},
             {"x = lead(1); lead();", "x := (, 1);\n;"},
@@ -166,7 +165,7 @@ g.kind = "text"
             {"x = map(1, 2, 3, 'UniformOutput', false); y = map(1, 2, 'UniformOutput', true);",
              "x := cells(1, 2, 3);\ny := numbers(1, 2, \"UniformOutput\", true);"},
             {"if 1, check(2 > 1, 'a'), end",
-             "if ArrayTools[AllNonZero](1) then\n"
+             "if true then\n"
              "    if not ((evalhf(zip(`>`,eval(2),eval(1))))) then stop(\"a\") end if;\nend if;"},
             {"show(1); x = show(1);", "show 1;\nx := shown(1);"},
             {"[m, n] = dims(1); n = dims(1); h = @(t) dims(t); [m, n] = h(1);",

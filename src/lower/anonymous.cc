@@ -70,7 +70,9 @@ Surroundings enter_body(const Scope *scope, Lines *lines) {
 // A gap in the body is one of the statement around it.
 void leave_body(const Surroundings *outer) {
     MessageId gap = Lowering.gap;
+    int32_t inner_procedures = Lowering.inner_procedures;
     Lowering = outer->context;
+    Lowering.inner_procedures += inner_procedures;
     if (gap != MESSAGE_COUNT) Lowering.gap = gap;
     close_bracket(outer->bracket);
     FileMode = outer->file_mode;
@@ -93,8 +95,9 @@ const char *locals_text() {
 
 const char *procedure_text(const char *parameters, const char *value) {
     const char *locals = locals_text();
-    bool is_one_line = !locals && !Lowering.lines->first && !strchr(value, '\n');
+    bool is_one_line = !locals && !Lowering.lines->first && Lowering.inner_procedures == 0;
     if (is_one_line) return form_text("proc( %s ) return %s; end proc", {parameters, value});
+    Lowering.inner_procedures++;
     Lines all = {};
     if (locals) add_line(&all, Lowering.level, form_text("local %s;", {locals}));
     append_lines(&all, Lowering.lines);

@@ -9,10 +9,10 @@
 #include "lower/calls.h"
 #include "lower/context.h"
 #include "lower/expressions.h"
+#include "lower/host_conditions.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
 #include "lower/raised_errors.h"
-#include "lower/short_circuits.h"
 #include "syntax/names/names.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
@@ -82,10 +82,8 @@ bool read_given_count(const Node *call, Check *check) {
 }
 
 const char *comparison(const Check *check, int op, const Node *bound) {
-    mExpr *value = lower_expression(bound);
-    mExpr *count = alloc_mExpr();
-    *count = {EXPR_NAME, check->count, NOT_SCALAR, nullptr};
-    return test_text(new_operator2(op, count, value)->text);
+    Test test = new_relation(check->count, op, lower_expression(bound)->text, true);
+    return test_text(&test);
 }
 
 bool is_zero(const Node *bound) {

@@ -7,7 +7,6 @@
 #include "lower/host_words.h"
 #include "lower/lines.h"
 #include "lower/paths.h"
-#include "lower/short_circuits.h"
 #include "lower/value_lists.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"

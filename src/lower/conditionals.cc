@@ -1,38 +1,45 @@
 // if statements.
-#include <string.h>
-
+#include "lower/conditions.h"
 #include "lower/context.h"
 #include "lower/lines.h"
-#include "lower/short_circuits.h"
 #include "lower/statements.h"
 
 namespace {
 
-// Lowers a condition; what it needs in front goes into lines.
-const char *lower_test(const Node *condition, Lines *lines) {
-    Lines *outer = Lowering.lines;
-    Lowering.lines = lines;
-    const char *test = test_text(lower_condition(condition)->text);
-    Lowering.lines = outer;
-    return test;
+// Whether nothing is to be done where the condition of the first branch is false.
+bool is_alone(const Node *node) {
+    return !node->first_child->next && node != Lowering.script.guard;
 }
 
-void put_first_branch(const Node *branch) {
-    put_line("if %s then", {test_text(lower_condition(branch->first_child)->text)});
+void put_head(const char *word, const Test *test) {
+    put_line("%s %s then", {word, test_text(test)});
+}
+
+void put_first_branch(const Node *node) {
+    const Node *condition = node->first_child->first_child;
+    if (is_alone(node)) return open_branches(condition);
+    Test test = lower_test(condition);
+    put_head("if", &test);
+}
+
+void open_else() {
+    put_line("else", {});
+    Lowering.level++;
 }
 
 // A condition that needs lines, in front or for a procedure in it, begins a new if inside of an
 // else.
 void put_next_branch(const Node *branch) {
-    Lines needed = {};
-    Lowering.level++;
-    const char *test = lower_test(branch->first_child, &needed);
-    Lowering.level--;
-    if (!needed.first && !strchr(test, '\n')) return put_line("elif %s then", {test});
-    put_line("else", {});
-    Lowering.level++;
-    append_lines(Lowering.lines, &needed);
-    put_line("if %s then", {test});
+    const Node *condition = branch->first_child;
+    if (!branch->next && needs_branches(condition)) {
+        open_else();
+        return open_branches(condition);
+    }
+    TestApart apart = lower_test_apart(condition);
+    if (apart.is_short) return put_head("elif", &apart.test);
+    open_else();
+    append_lines(Lowering.lines, &apart.needed);
+    put_head("if", &apart.test);
 }
 
 }  // namespace
@@ -42,7 +49,7 @@ void put_if(const Node *node) {
     bool stays_open = node == Lowering.script.guard;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {
         if (branch == node->first_child) {
-            put_first_branch(branch);
+            put_first_branch(node);
         } else if (branch->kind == NODE_ELSE) {
             put_line("else", {});
         } else {

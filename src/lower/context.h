@@ -57,16 +57,17 @@ struct LoweringContext {
     GeneratedName *generated; /* names made so far, which the procedure declares; in order */
     GeneratedName *generated_last;
     const EndBase *end_base; /* innermost index of a variable, for end; null outside */
-    const Symbol *single;   /* a struct a field of which gets the value being lowered, so that it is
-                               no array; null for none */
-    const Node *asked;      /* ANONYMOUS of which several results are asked; null for none */
-    int32_t results;        /* how many */
-    MessageId gap;          /* why the current statement is given up; else MESSAGE_COUNT */
-    Lines *in_front;        /* lines in front of the outermost statement; null outside of one */
-    int front_level;        /* of those lines */
-    GeneratedName *started; /* variables that begin there without elements */
-    bool in_comment;        /* the lines become comments */
-    const Node *asked_call; /* the call that is asked for asked_results; null for none */
+    const Symbol *single; /* a struct a field of which gets the value being lowered, so that it is
+                             no array; null for none */
+    const Node *asked;    /* ANONYMOUS of which several results are asked; null for none */
+    int32_t results;      /* how many */
+    MessageId gap;        /* why the current statement is given up; else MESSAGE_COUNT */
+    Lines *in_front;      /* lines in front of the outermost statement; null outside of one */
+    int front_level;      /* of those lines */
+    int32_t inner_procedures; /* of several lines, that the texts of expressions hold so far */
+    GeneratedName *started;   /* variables that begin there without elements */
+    bool in_comment;          /* the lines become comments */
+    const Node *asked_call;   /* the call that is asked for asked_results; null for none */
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;

@@ -1,14 +1,13 @@
 // Loops.
 #include <stdlib.h>
-#include <string.h>
 
+#include "lower/conditions.h"
 #include "lower/context.h"
 #include "lower/exist.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
-#include "lower/short_circuits.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "syntax/values/values.h"
@@ -33,7 +32,7 @@ void put_counted_head(const char *variable, const Node *node) {
     if (has_unit_step(range)) {
         put_line("for %s from %s to %s do", {variable, start, stop});
     } else {
-        put_line("for %s from %s to %s by %s  do", {variable, start, stop, range->step->text});
+        put_line("for %s from %s to %s by %s do", {variable, start, stop, range->step->text});
     }
 }
 
@@ -54,7 +53,7 @@ void put_column_head(const char *counter, const Node *variable) {
     const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
     declare_generated(columns);
     put_line("%s := %s;", {columns, value});
-    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..)))  do",
+    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..))) do",
              {counter, columns, column, columns});
 }
 
@@ -124,41 +123,30 @@ void put_for(const Node *node) {
 
 namespace {
 
-const char *endless_test() { return test_text("true"); }
-
-// Behind what the condition needs in front, inside of the loop.
-void put_exit(const char *condition) {
-    put_line("if %s then", {test_text(condition)});
-    put_line("else", {});
-    put_inner_line("break;", {});
-    put_line("end if;", {});
-}
-
-// Lowers a condition one level deeper; what it needs in front goes into lines.
-const char *lower_inner_condition(const Node *condition, Lines *lines) {
-    Lines *outer = Lowering.lines;
-    Lowering.lines = lines;
+// A condition that needs lines, in front or for a procedure in it, is tested inside of the loop.
+void put_while_head(const Node *condition) {
+    if (needs_branches(condition)) {
+        put_line("while true do", {});
+        Lowering.level++;
+        put_break_unless(condition);
+        Lowering.level--;
+        return;
+    }
+    TestApart apart = lower_test_apart(condition);
+    if (apart.is_short) return put_line("while %s do", {test_text(&apart.test)});
+    put_line("while true do", {});
     Lowering.level++;
-    const char *text = lower_condition(condition)->text;
+    append_lines(Lowering.lines, &apart.needed);
+    Test exit = negate_test(&apart.test);
+    put_break(&exit);
     Lowering.level--;
-    Lowering.lines = outer;
-    return text;
 }
 
 }  // namespace
 
 void put_while(const Node *node) {
-    Lines needed = {};
-    const char *condition = lower_inner_condition(node->first_child, &needed);
+    put_while_head(node->first_child);
     if (Lowering.gap != MESSAGE_COUNT) return;
-    bool tests_inside = needed.first || strchr(condition, '\n');
-    put_line("while %s do", {tests_inside ? endless_test() : test_text(condition)});
-    if (tests_inside) {
-        Lowering.level++;
-        append_lines(Lowering.lines, &needed);
-        put_exit(condition);
-        Lowering.level--;
-    }
     lower_block(second_child(node));
     put_line("end do;", {});
 }
@@ -176,20 +164,14 @@ bool has_continue(const Node *node) {
     return false;
 }
 
-void put_until(const Node *condition) {
-    put_line("if %s then", {test_text(lower_condition(condition)->text)});
-    put_inner_line("break;", {});
-    put_line("end if;", {});
-}
-
 // A continue goes on with the condition: it is tested at the start of all rounds but the first.
 void put_until_first(const Node *condition, const char *is_later) {
-    put_line("if %s then", {test_text(is_later)});
+    put_line("if %s then", {count_condition(is_later, OP_EQ, 1)});
     Lowering.level++;
-    put_until(condition);
+    put_break_where(condition);
     Lowering.level--;
     put_line("end if;", {});
-    put_line("%s := true;", {is_later});
+    put_line("%s := 1;", {is_later});
 }
 
 }  // namespace
@@ -198,12 +180,12 @@ void put_do_until(const Node *node) {
     const Node *block = node->first_child;
     bool tests_first = has_continue(block);
     const char *is_later = tests_first ? new_temporary() : nullptr;
-    if (tests_first) put_line("%s := false;", {is_later});
-    put_line("while %s do", {endless_test()});
+    if (tests_first) put_line("%s := 0;", {is_later});
+    put_line("while true do", {});
     Lowering.level++;
     if (tests_first) put_until_first(block->next, is_later);
     lower_block_at(block, Lowering.level);
-    if (!tests_first) put_until(block->next);
+    if (!tests_first) put_break_where(block->next);
     Lowering.level--;
     put_line("end do;", {});
 }

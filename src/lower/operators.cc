@@ -9,10 +9,10 @@
 #include "lower/characters.h"
 #include "lower/classes/methods.h"
 #include "lower/classes/objects.h"
+#include "lower/conditions.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
-#include "lower/short_circuits.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
 
@@ -205,7 +205,8 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
 }
 
 Operand lower_chain(const Node *node) {
-    return needs_short_circuit(node) ? lower_short_circuit(node) : join_operands(node);
+    bool is_lazy = node->op == OPERATOR_OR_ELSE || node->op == OPERATOR_AND_THEN;
+    return is_lazy && needs_branches(node) ? lower_branched_value(node) : join_operands(node);
 }
 
 Operand lower_prefix(const Node *node) {

@@ -100,7 +100,7 @@ void put_default(const Node *target, const Symbol *parameter) {
 void put_options(Symbol *options) {
     const char *name = written_name(options);
     const char *counter = new_temporary();
-    put_line("for %s from %s to nargs by 2  do", {counter, number_text(options->position)});
+    put_line("for %s from %s to nargs by 2 do", {counter, number_text(options->position)});
     put_inner_line("%s := setfield(%s, args[%s], args[%s+1]);", {name, name, counter, counter});
     put_line("end do;", {});
 }

@@ -4,6 +4,7 @@
 #include "lower/calls.h"
 #include "lower/cell_parts.h"
 #include "lower/classes/methods.h"
+#include "lower/host_conditions.h"
 #include "lower/paths.h"
 #include "lower/value_lists.h"
 #include "syntax/names/names.h"
@@ -56,7 +57,10 @@ const char *shown_selector(const Node *selector) {
 
 mExpr *lower_reference(const Node *node) {
     const Node *base = node->first_child;
-    if (is_plain_call(base)) return new_call_leaf(lower_call(base, base->next)->text);
+    if (is_plain_call(base)) {
+        mExpr *call = lower_call(base, base->next);
+        return relation_of(call) ? call : new_call_leaf(call->text);
+    }
     check_object_index(base, "subsref", shown_selector(base->next));
     return is_value_list(node, false) ? lower_first_value(node) : lower_selectors(node);
 }

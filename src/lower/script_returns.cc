@@ -1,9 +1,9 @@
 // The return of a script.
 #include "lower/script_returns.h"
 
+#include "lower/host_conditions.h"
 #include "lower/origins.h"
 #include "lower/procedures.h"
-#include "lower/short_circuits.h"
 #include "support/allocation.h"
 
 namespace {
@@ -49,7 +49,7 @@ void put_test(OpenRest *rest) {
     if (rest->is_tested) close_branch(rest);
     Origin *outer = CurrentOrigin;
     CurrentOrigin = rest->origin;
-    put_line("if %s then", {test_text(Lowering.script.returned)});
+    put_line("if %s then", {count_condition(Lowering.script.returned, OP_EQ, 1)});
     put_line("else", {});
     open_branch(rest);
     end_origin(outer);
@@ -75,13 +75,13 @@ void put_script_return(const Node *node) {
     if (node == script->left_out) return;
     script->returns++;
     if (!script->returned) script->returned = new_temporary();
-    put_line("%s := true;", {script->returned});
+    put_line("%s := 1;", {script->returned});
     if (script->loops > 0) put_line("break;", {});
 }
 
 void put_exit_behind_loop() {
     if (Lowering.script.loops == 0) return;
-    put_line("if %s then", {test_text(Lowering.script.returned)});
+    put_line("if %s then", {count_condition(Lowering.script.returned, OP_EQ, 1)});
     put_inner_line("break;", {});
     put_line("end if;", {});
 }
@@ -101,7 +101,7 @@ void start_returned(const OpenRest *rest, const ScriptContext *before, bool is_g
         if (is_outermost(rest)) script->guard = nullptr;
     }
     if (is_outermost(rest) && script->returned != before->returned)
-        put_line("%s := false;", {script->returned});
+        put_line("%s := 0;", {script->returned});
 }
 
 void end_in_rest(OpenRest *rest, const Node *statement, const ScriptContext *before) {

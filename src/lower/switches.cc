@@ -7,7 +7,6 @@
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
 #include "lower/origins.h"
-#include "lower/short_circuits.h"
 #include "lower/statements.h"
 
 namespace {
@@ -38,7 +37,7 @@ ExprList lower_case_values(const Node *value) {
 }
 
 void put_clause_head(const char *word, const char *variable, const ExprList *values) {
-    if (!values->first) return put_line("%s %s then", {word, test_text("false")});
+    if (!values->first) return put_line("%s false then", {word});
     if (values->first == values->last)
         return put_line("%s %s = %s then", {word, variable, values->first->item->text});
     put_line("%s %s in { %s}", {word, variable, exprs_text(values->first)});

@@ -4,9 +4,9 @@
 #include "lexer/brackets.h"
 #include "lower/classes/methods.h"
 #include "lower/context.h"
+#include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
-#include "lower/short_circuits.h"
 #include "support/allocation.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/values.h"
@@ -32,7 +32,7 @@ const char *stable_name(const char *text) {
 
 void put_reading(const PendingField *field) {
     const mExpr *is_field = new_keyword_call("isfield", {field->source, field->name});
-    put_line("if %s then", {test_text(is_field->text)});
+    put_line("if %s then", {value_condition(is_field->text)});
     Lowering.level++;
     const mExpr *value = new_keyword_call("getfield", {field->source, field->name});
     put_line("%s := %s;", {field->value, value->text});
@@ -95,7 +95,7 @@ void add_element(Target *target, const Node *selector) {
     target->source = new_temporary();
     mExpr *count = new_leaf(last_position_text(base, 1, 1));
     const mExpr *is_missing = new_operator2(OP_LT, count, new_leaf(position));
-    put_line("if %s then", {test_text(is_missing->text)});
+    put_line("if %s then", {value_condition(is_missing->text)});
     put_inner_line("%s := Vector();", {target->source});
     put_line("else", {});
     put_inner_line("%s := %s;", {target->source, element});
@@ -149,7 +149,7 @@ void put_field_start(const char *written, const Node *field) {
     Path path = begin_path(written, false);
     path.has_field = true;
     add_field(&path, field);
-    put_line("if %s then", {test_text(new_operator1(OP_NOT, is_there)->text)});
+    put_line("if %s then", {value_condition(new_operator1(OP_NOT, is_there)->text)});
     put_inner_line("%s := %s;", {path.text, start_text(field->next, false)});
     put_line("end if;", {});
 }

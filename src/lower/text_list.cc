@@ -13,15 +13,23 @@ void append_text(TextList *list, const char *text) {
     list->last = cell;
 }
 
-const char *join_texts(const TextList *list, const TextCell *end) {
+static const char *join_until(const TextList *list, const TextCell *end, const char *separator) {
     size_t size = 1;
     for (const TextCell *cell = list->first; cell != end; cell = cell->next)
-        size += strlen(cell->text) + strlen(", ");
+        size += strlen(cell->text) + strlen(separator);
     Writer to = new_text(size);
     const char *text = to.at;
     for (const TextCell *cell = list->first; cell != end; cell = cell->next) {
-        if (cell != list->first) write_text(&to, ", ");
+        if (cell != list->first) write_text(&to, separator);
         write_text(&to, cell->text);
     }
     return text;
+}
+
+const char *separated_texts(const TextList *list, const char *separator) {
+    return join_until(list, nullptr, separator);
+}
+
+const char *join_texts(const TextList *list, const TextCell *end) {
+    return join_until(list, end, ", ");
 }

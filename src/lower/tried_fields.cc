@@ -3,10 +3,10 @@
 
 #include "lower/context.h"
 #include "lower/expressions.h"
+#include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/keyword_calls.h"
 #include "lower/paths.h"
-#include "lower/short_circuits.h"
 #include "syntax/names/names.h"
 
 namespace {
@@ -65,16 +65,16 @@ const char *lower_field_test(const Node *fields) {
     const Node *field = second_child(fields);
     Path path = begin_path(written_name(fields->first_child->symbol), false);
     const char *test = question(&path, field);
-    if (!field->next) return test_text(test);
+    if (!field->next) return value_condition(test);
     const char *name = new_temporary();
     put_line("%s := %s;", {name, test});
     for (; field->next; field = field->next) {
         add_field(&path, field);
-        put_line("if %s then", {test_text(name)});
+        put_line("if %s then", {value_condition(name)});
         Lowering.level++;
         put_line("%s := %s;", {name, question(&path, field->next)});
         Lowering.level--;
         put_line("end if;", {});
     }
-    return test_text(name);
+    return value_condition(name);
 }

@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "lower/host_conditions.h"
 #include "lower/keyword_calls.h"
 #include "lower/library/needs.h"
 #include "lower/operands.h"
@@ -15,7 +16,9 @@ struct Form {
     const char *name;
     int8_t count; /* of the arguments */
     uint16_t needs;
-    const char *text; /* {1}, {2}, {3}: the arguments */
+    const char *text;      /* {1}, {2}, {3}: the arguments */
+    int8_t comparison = 0; /* with right: OP_EQ ...; 0 for none */
+    const char *right = nullptr;
 };
 
 // clang-format off
@@ -24,8 +27,8 @@ struct Form {
 const Form Forms[] = {
     {"numel",    1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')"},
     {"length",   1, NEEDS_VECTOR,    "ArrayNumElems({1},'All')"},
-    {"isempty",  1, NEEDS_NOTHING,   "evalhf(zip(`=`,eval(ArrayNumElems({1},'All')),eval(0)))"},
-    {"isscalar", 1, NEEDS_NOTHING,   "evalhf(zip(`=`,eval(ArrayNumElems({1},'All')),eval(1)))"},
+    {"isempty",  1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')", OP_EQ, "0"},
+    {"isscalar", 1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')", OP_EQ, "1"},
     {"size",     1, NEEDS_NOTHING,   "ArrayTools:-Size({1})"},
     {"size",     2, NEEDS_PLANE,     "ArrayTools:-Size({1})({2})"},
     {"ndims",    1, NEEDS_NOTHING,   "ArrayNumElems(ArrayTools:-Size({1}),'All')"},
@@ -60,7 +63,7 @@ const Form Forms[] = {
     {"xor",      2, NEEDS_NO_TEXT,
      "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
      "eval(evalhf(zip(`<>`,eval({2}),eval(0))))))"},
-    {"isequal",  2, NEEDS_SINGLES | NEEDS_NUMBERS,   "evalhf(zip(`=`,eval({1}),eval({2})))"},
+    {"isequal",  2, NEEDS_SINGLES | NEEDS_NUMBERS,   "{1}", OP_EQ, "{2}"},
     {"conj",     1, NEEDS_NO_TEXT | IN_PACKAGE,
      "LinearAlgebra:-Transpose(LinearAlgebra:-HermitianTranspose({1}))"},
     {"stacked",  2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(1, seq({1},qxrp_i=1..{2}))"},
@@ -104,9 +107,17 @@ const char *expand(const char *text, const vExpr *values) {
     return expanded;
 }
 
-mExpr *new_form(const Form *form, const vExpr *values) {
+mExpr *new_value(const Form *form, const vExpr *values) {
     const char *text = expand(form->text, values);
-    return new_leaf(form->needs & IN_PACKAGE ? note_package(text) : text);
+    if (form->comparison == 0) return new_leaf(text);
+    Test relation = new_relation(text, form->comparison, expand(form->right, values), true);
+    return new_truth_value(&relation);
+}
+
+mExpr *new_form(const Form *form, const vExpr *values) {
+    mExpr *value = new_value(form, values);
+    if (form->needs & IN_PACKAGE) value->text = note_package(value->text);
+    return value;
 }
 
 }  // namespace
@@ -125,7 +136,7 @@ const char *form_value(const char *name) {
         bool is_plain = form.count == 1 && !(form.needs & ~(NEEDS_NO_TEXT | IN_PACKAGE));
         if (!is_plain || strcmp(form.name, name) != 0) continue;
         vExpr *parameter = alloc_vExpr(new_leaf("qxrp_x"));
-        const char *value = expand(form.text, parameter);
+        const char *value = new_value(&form, parameter)->text;
         free_vExpr(parameter);
         return form_text("proc( qxrp_x ) return %s; end proc", {value});
     }

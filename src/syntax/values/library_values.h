@@ -26,10 +26,11 @@ enum ResultShape : uint8_t {
 
 struct LibraryFunction {
     const char *name;
-    Value value;       /* kinds and signs, whatever the arguments are */
-    Value taken;       /* kinds and signs that it takes over from the arguments */
-    ResultShape shape; /* of the first result */
-    Value others;      /* of results after the first: the whole value; 0: any */
+    Value value;           /* kinds and signs, whatever the arguments are */
+    Value taken;           /* kinds and signs that it takes over from the arguments */
+    ResultShape shape;     /* of the first result */
+    Value others;          /* of results after the first: the whole value; 0: any */
+    bool is_total = false; /* it takes any arguments, and does nothing but give its result */
 };
 
 /* The row of a function of MATLAB's library; null for an unknown one. */

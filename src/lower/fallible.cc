@@ -1,0 +1,78 @@
+// Expressions that may be evaluated although their value is not asked for.
+#include "lower/fallible.h"
+
+#include <string.h>
+
+#include "lower/called_functions.h"
+#include "lower/context.h"
+#include "syntax/values/library_values.h"
+
+namespace {
+
+const char *const Constants[] = {"true", "false", "pi", "eps", "Inf",    "inf",
+                                 "NaN",  "nan",   "i",  "j",   "nargin", "nargout"};
+
+bool is_constant(const char *name) {
+    for (const char *constant : Constants)
+        if (strcmp(constant, name) == 0) return true;
+    return false;
+}
+
+// A longer expression is not looked through for every name.
+constexpr uint32_t LONGEST_LOOK = 256;
+
+// Whether the evaluation of the expression surely reads the variable.
+bool surely_reads(const Node *node, const Symbol *symbol) {
+    if (node->kind == NODE_NAME) return node->symbol == symbol;
+    if (node->kind == NODE_ANONYMOUS) return false;
+    bool is_lazy = node->kind == NODE_CHAIN && node->op <= OPERATOR_AND;
+    for (const Node *child = first_child(node); child; child = is_lazy ? nullptr : child->next)
+        if (surely_reads(child, symbol)) return true;
+    return false;
+}
+
+// A parameter may be missing where the function asks how many are given. Globals, and variables
+// that other functions or scripts may set, are taken to have a value.
+bool can_name_fail(const Node *name, const Node *evaluated) {
+    constexpr uint32_t SET_ELSEWHERE =
+        SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return !is_constant(name->text);
+    bool may_be_missing = symbol->position > 0 ? Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST)
+                                               : may_be(value_of(name), MAY_BE_MISSING) &&
+                                                     !(symbol->flags & SET_ELSEWHERE);
+    return may_be_missing &&
+           !(evaluated && evaluated->length <= LONGEST_LOOK && surely_reads(evaluated, symbol));
+}
+
+bool is_total(const Node *name) {
+    if (name->kind != NODE_NAME || is_variable(name->symbol)) return false;
+    const LibraryFunction *function = library_function(name->text);
+    return function && function->is_total && !has_function(name);
+}
+
+bool any_can_fail(const Node *first, const Node *evaluated) {
+    for (; first; first = first->next)
+        if (can_fail(first, evaluated)) return true;
+    return false;
+}
+
+// A function of one selector, its arguments, that takes whatever it gets.
+bool can_reference_fail(const Node *reference, const Node *evaluated) {
+    const Node *base = reference->first_child;
+    const Node *arguments = base->next;
+    if (!is_total(base) || arguments->next || arguments->kind != NODE_ARGUMENTS) return true;
+    return any_can_fail(arguments->first_child, evaluated);
+}
+
+}  // namespace
+
+bool can_fail(const Node *node, const Node *evaluated) {
+    switch (node->kind) {
+        case NODE_NAME: return can_name_fail(node, evaluated);
+        case NODE_REFERENCE: return can_reference_fail(node, evaluated);
+        case NODE_HANDLE:
+        case NODE_ANONYMOUS: return false;
+        default: return any_can_fail(first_child(node), evaluated);
+    }
+}
