@@ -20,10 +20,13 @@ bool is_listed(const Diagnostic &diagnostic) {
            diagnostic.code == MessageTable[UNKNOWN_FUNCTION].code;
 }
 
-std::string quoted_name(const std::string &text) {
-    const std::size_t begin = text.find('\'');
-    const std::size_t end = text.find('\'', begin + 1);
-    return end == std::string::npos ? "" : text.substr(begin + 1, end - begin - 1);
+bool is_class_only(const Diagnostic &unknown) { return unknown.operands.at(1) == FOUND_IN_CLASSES; }
+
+void tell_class_only(Diagnostic &unknown) {
+    std::string &where = unknown.operands.at(1);
+    if (unknown.text.ends_with(where)) unknown.text.resize(unknown.text.size() - where.size());
+    where = FOUND_IN_CLASSES;
+    unknown.text += where;
 }
 
 }  // namespace mtranslate

@@ -16,7 +16,8 @@ struct Diagnostic {
     std::string
         code; /* "MT201"; empty for what is not the library's message about a matlab source */
     MessageSeverity severity = SEVERITY_ERROR;
-    std::string text; /* one line */
+    std::string text;                  /* one line */
+    std::vector<std::string> operands; /* of the library's message: the names in its text, mostly */
     std::string file; /* as the user named it, or as it was found; empty: the tool itself */
     /* Lines from 1, 0 for no place; columns from 1, 0 for no column, in characters, those of
      * classic's errors in bytes. The range is what of it is on its first line; end_column is behind
@@ -52,7 +53,9 @@ inline bool has_failure(const SeverityCounts &counts) {
     return counts[SEVERITY_ERROR] + counts[SEVERITY_GAP] > 0;
 }
 
-/* The name that the text of a message about one puts in quotes; empty for none. */
-std::string quoted_name(const std::string &text);
+/* Whether a function that is_listed, or would be, is one of classes alone. */
+bool is_class_only(const Diagnostic &unknown);
+/* Has it told so. */
+void tell_class_only(Diagnostic &unknown);
 
 }  // namespace mtranslate

@@ -13,8 +13,8 @@ namespace mtranslate {
 
 template <class Archive>
 void serialize(Archive &archive, Diagnostic &of) {
-    archive(of.code, of.severity, of.text, of.file, of.line, of.column, of.end_column, of.offset,
-            of.length, of.calling_file, of.calling_line, of.excerpt);
+    archive(of.code, of.severity, of.text, of.operands, of.file, of.line, of.column, of.end_column,
+            of.offset, of.length, of.calling_file, of.calling_line, of.excerpt);
 }
 
 template <class Archive>

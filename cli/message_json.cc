@@ -33,6 +33,7 @@ Json json_of(const Diagnostic &diagnostic) {
         json["name"] = find_message(diagnostic.code.c_str())->name;
     }
     json["message"] = diagnostic.text;
+    if (!diagnostic.operands.empty()) json["operands"] = diagnostic.operands;
     if (!diagnostic.file.empty()) json["file"] = diagnostic.file;
     add_place(json, diagnostic);
     if (diagnostic.calling_line > 0)

@@ -6,7 +6,6 @@
 
 #include "cli/excerpt.h"
 #include "cli/message_writer.h"
-#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -76,9 +75,8 @@ private:
             if (!is_listed(diagnostic)) continue;
             if (names.empty() || *names.back().first != diagnostic.file)
                 names.push_back({&diagnostic.file, {}});
-            const bool is_in_class = diagnostic.text.ends_with(BUT_IN_CLASSES);
-            names.back().second.push_back(printable(quoted_name(diagnostic.text)) +
-                                          (is_in_class ? " (in classes)" : ""));
+            names.back().second.push_back(printable(diagnostic.operands.at(0)) +
+                                          (is_class_only(diagnostic) ? " (in classes)" : ""));
         }
         for (const auto &[file, of_file] : names)
             write_line(printable(*file), SEVERITY_WARNING, unknown_text(of_file));

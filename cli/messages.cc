@@ -76,6 +76,7 @@ Diagnostic MessageCollection::diagnostic_of(const Message &message, MessageSever
     diagnostic.code = MessageTable[message.id].code;
     diagnostic.severity = severity;
     diagnostic.text = message.text;
+    diagnostic.operands.assign(message.operands, message.operands + message.operand_count);
     diagnostic.file = shown_name(message.file);
     diagnostic.line = message.line;
     diagnostic.column = columns.column(message.line, range.before());

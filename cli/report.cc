@@ -7,7 +7,6 @@
 #include "cli/files.h"
 #include "cli/output.h"
 #include "cli/report_summary.h"
-#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -39,7 +38,7 @@ public:
         std::erase_if(file.facts.waiting,
                       [](const WaitingFact &waiting) { return waiting.names.empty(); });
         std::erase_if(file.diagnostics, [&](const Diagnostic &diagnostic) {
-            return is_listed(diagnostic) && find(file, quoted_name(diagnostic.text));
+            return is_listed(diagnostic) && find(file, diagnostic.operands.at(0));
         });
         for (Diagnostic &diagnostic : file.diagnostics)
             if (is_listed(diagnostic)) resolve(diagnostic);
@@ -68,9 +67,7 @@ private:
     }
 
     void resolve(Diagnostic &unknown) const {
-        const bool is_told = unknown.text.ends_with(BUT_IN_CLASSES);
-        if (!is_told && index_.find_method(nullptr, quoted_name(unknown.text)))
-            unknown.text += BUT_IN_CLASSES;
+        if (index_.find_method(nullptr, unknown.operands.at(0))) tell_class_only(unknown);
     }
 
     void resolve(ReportFile &file, WaitingFact &waiting) const {

@@ -59,6 +59,7 @@ Json json_of(const Diagnostic &diagnostic, const std::string &path) {
     Json json = {{"severity", severity_name(diagnostic.severity)}};
     if (!diagnostic.code.empty()) json["code"] = diagnostic.code;
     json["message"] = diagnostic.text;
+    if (!diagnostic.operands.empty()) json["operands"] = diagnostic.operands;
     if (diagnostic.file != path) json["file"] = diagnostic.file;
     if (diagnostic.line > 0) json["line"] = diagnostic.line;
     if (diagnostic.column == 0) return json;
@@ -111,6 +112,12 @@ std::size_t place_in(const char *const (&table)[N], const std::string &text) {
     return static_cast<std::size_t>(found - table);
 }
 
+/* Those of a message with the code. */
+std::size_t count_operands(const std::string &code) {
+    const MessageRow *row = find_message(code.c_str());
+    return row ? operand_count(row) : 0;
+}
+
 Diagnostic diagnostic_from(const Json &json, const std::string &path) {
     static constexpr const char *severities[] = {"error", "gap", "warning", "note"};
     Diagnostic diagnostic;
@@ -118,6 +125,9 @@ Diagnostic diagnostic_from(const Json &json, const std::string &path) {
     diagnostic.severity =
         static_cast<MessageSeverity>(place_in(severities, json.at("severity").get<std::string>()));
     json.at("message").get_to(diagnostic.text);
+    diagnostic.operands = json.value("operands", diagnostic.operands);
+    if (diagnostic.operands.size() != count_operands(diagnostic.code))
+        throw FileError("a message of " + diagnostic.code + " has other operands");
     diagnostic.file = json.value("file", path);
     diagnostic.line = json.value("line", 0);
     diagnostic.column = json.value("column", 0);

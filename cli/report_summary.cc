@@ -91,7 +91,7 @@ private:
 void add_unassigned(std::vector<UnassignedName> &names, const ReportFile &file) {
     for (const Diagnostic &diagnostic : file.diagnostics)
         if (std::ranges::find(UNASSIGNED_CODES, diagnostic.code) != UNASSIGNED_CODES.end())
-            names.push_back({quoted_name(diagnostic.text),
+            names.push_back({diagnostic.operands.at(0),
                              diagnostic.code,
                              {diagnostic.file, diagnostic.line, diagnostic.column}});
 }

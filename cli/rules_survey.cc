@@ -17,7 +17,6 @@
 #include "cli/source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
-#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -50,7 +49,7 @@ SurveyedFunctions unresolved_in(const Translation &translation) {
     SurveyedFunctions functions;
     for (const Diagnostic &message : translation.diagnostics) {
         if (message.code != MessageTable[UNKNOWN_FUNCTION].code) continue;
-        const std::string name = quoted_name(message.text);
+        const std::string name = message.operands.at(0);
         const std::string place = message.file + ':' + std::to_string(message.line);
         const std::string first_member = name + '.';
         bool has_members = false;
@@ -63,7 +62,7 @@ SurveyedFunctions unresolved_in(const Translation &translation) {
         const bool is_called = calls != translation.unanswered.end();
         if (is_called || !has_members)
             functions[name] = {is_called ? calls->second : UnansweredCalls(), 1, place,
-                               message.text.ends_with(BUT_IN_CLASSES)};
+                               is_class_only(message)};
     }
     return functions;
 }

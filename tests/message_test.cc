@@ -177,7 +177,8 @@ TEST_F(Messages, speak_to_programs) {
         "unknown-function::the function 'f' is found nowhere\n";
     const std::string called =
         "{\"severity\":\"error\",\"code\":\"MT101\",\"name\":\"unexpected-token\",\"message\":"
-        "\"expected a value behind '+', found ';'\",\"file\":\"./g.m\",\"line\":2,\"column\":9,"
+        "\"expected a value behind '+', found ';'\",\"operands\":[\"a value behind "
+        "'+'\",\"';'\"],\"file\":\"./g.m\",\"line\":2,\"column\":9,"
         "\"endColumn\":10,\"offset\":26,\"length\":1,\"calledFrom\":{\"file\":\"main.m\",\"line\":"
         "1}}\n";
     check({
@@ -185,6 +186,8 @@ TEST_F(Messages, speak_to_programs) {
         {"mtranslate --format github a*.m > o; grep -c translated o", 0, "1\n", annotations},
         {"mtranslate --format json -o o main.m", 1, called, ""},
         {"mtranslate --format json main.m > o", 1, "", called},
+        {"mtranslate check --format json a*.m 2> o | grep -o 'operands.*\\],'", 0,
+         "operands\":[\"'$'\"],\noperands\":[\"f\",\"nowhere\"],\n", ""},
         {"mtranslate check --format json none.m", 3, "",
          "mtranslate: error: cannot read 'none.m': No such file or directory\n"},
         {"mtranslate check --format json main.m > /dev/full", 3, "",

@@ -351,6 +351,7 @@ TEST_F(Reports, are_refused_where_there_can_be_none) {
     write(directory / "s.m", "x = 1;\n");
     write(directory / "no.json", "{\"format\": 1}");
     write(directory / "cut.json", read(TREE / "report.json").substr(0, 4000));
+    run("sed s/operands/names/ '" + (TREE / "report.json").string() + "' > other.json");
     const std::string help = "\nTry 'mtranslate --help'.\n";
     check({
         {"mtranslate check s.m --report r.txt", 2, "",
@@ -366,6 +367,9 @@ TEST_F(Reports, are_refused_where_there_can_be_none) {
          "mtranslate: error: 'no.json' is no report of mtranslate: it is another format\n"},
         {"mtranslate report cut.json 2>&1 | cut -c 1-61", 0,
          "mtranslate: error: 'cut.json' is no report of mtranslate: [js\n", ""},
+        {"mtranslate report other.json", 3, "",
+         "mtranslate: error: 'other.json' is no report of mtranslate: a message of MT102 has other "
+         "operands\n"},
         {"mtranslate check s.m --report none/r.md 2>&1 | tail -n 1", 0,
          "mtranslate: error: cannot write 'none/r.md': No such file or directory\n", ""},
     });

@@ -1,6 +1,7 @@
 // What each message says, and what people are told about it.
 #include "diagnose/message_table.h"
 
+#include <string.h>
 #include <strings.h>
 
 // clang-format off
@@ -269,7 +270,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "Name the variables one by one: clear x y."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
-     "the function '%s' is found nowhere%s",
+     "the function '%s' is found %s",
      "The host knows no translation of the name, and no file of that name lies beside the source "
      "or on the search path. A function in the folder of a class (@NAME) is called only with a "
      "value of the class, which cannot be seen.",
@@ -310,6 +311,12 @@ const MessageRow *find_message(const char *code_or_name) {
         if (strcasecmp(row.name, code_or_name) == 0) return &row;
     }
     return nullptr;
+}
+
+uint32_t operand_count(const MessageRow *row) {
+    uint32_t count = 0;
+    for (const char *at = row->form; (at = strstr(at, "%s")); at += 2) count++;
+    return count;
 }
 
 const char *severity_name(MessageSeverity severity) {

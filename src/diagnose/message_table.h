@@ -69,6 +69,10 @@ enum MessageId : uint8_t {
     MESSAGE_COUNT
 };
 
+/* Where a function is found: the second operand of UNKNOWN_FUNCTION, behind its name. */
+inline constexpr char FOUND_NOWHERE[] = "nowhere";
+inline constexpr char FOUND_IN_CLASSES[] = "nowhere but in classes";
+
 struct MessageRow {
     MessageId id;
     const char *code; /* MT and three digits */
@@ -85,6 +89,8 @@ extern const MessageRow MessageTable[MESSAGE_COUNT];
 
 /* The row with the code ("MT101", in any case) or the short name; null when there is none. */
 const MessageRow *find_message(const char *code_or_name);
+/* How many %s its form has. */
+uint32_t operand_count(const MessageRow *row);
 /* "error", "gap", "warning", "note". */
 const char *severity_name(MessageSeverity severity);
 

@@ -43,6 +43,14 @@ const char *fill_form(const char *form, std::initializer_list<const char *> oper
     return text;
 }
 
+const char *const *keep_operands(std::initializer_list<const char *> operands) {
+    if (operands.size() == 0) return nullptr;
+    const char **kept = static_cast<const char **>(AllocKept(operands.size() * sizeof(char *)));
+    const char **to = kept;
+    for (const char *operand : operands) *to++ = KeepText(operand, strlen(operand));
+    return kept;
+}
+
 bool is_same(const Message *a, const Message *b) {
     return a->id == b->id && a->offset == b->offset && a->source == b->source;
 }
@@ -109,11 +117,13 @@ void begin_messages() {
     PlacesSize = PlacesUsed = 0;
 }
 
-const char *message_text(MessageId id, std::initializer_list<const char *> operands) {
-    return fill_form(MessageTable[id].form, operands);
+MessageText message_text(MessageId id, std::initializer_list<const char *> operands) {
+    return {fill_form(MessageTable[id].form, operands), keep_operands(operands),
+            static_cast<uint32_t>(operands.size())};
 }
 
-void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length, const char *text) {
+void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length,
+                 const MessageText *said) {
     if (is_too_much(id, source)) return;
     Message *message = AllocRecord<Message>();
     *message = {};
@@ -121,7 +131,9 @@ void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length,
     message->source = source;
     message->offset = offset;
     message->length = length;
-    message->text = text;
+    message->text = said->text;
+    message->operands = said->operands;
+    message->operand_count = said->operand_count;
     if (!enter_place(message)) return;
     set_place(message, source);
     if (severity_of(id) == SEVERITY_ERROR) source->errors++;
@@ -131,5 +143,6 @@ void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length,
 
 void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
             std::initializer_list<const char *> operands) {
-    report_text(id, source, offset, length, message_text(id, operands));
+    MessageText said = message_text(id, operands);
+    report_text(id, source, offset, length, &said);
 }

@@ -12,7 +12,10 @@
 /* One message. All texts are kept until the run ends. */
 struct Message {
     MessageId id;
-    const char *text;        /* one line */
+    const char *text; /* one line: the form with its operands */
+    const char *const
+        *operands; /* what stands for the %s of the form: names, mostly; null for none */
+    uint32_t operand_count;
     const char *file;        /* null for a command */
     const char *called_from; /* name of the file that calls this one, or null */
     uint32_t called_from_line;
@@ -36,14 +39,22 @@ extern const Message *FirstFailure;
 /* Forgets the messages of the run before, at the start of a run. */
 void begin_messages();
 
-/* The form of a message with the operands, one for each of its %s, as a kept text. */
-const char *message_text(MessageId id, std::initializer_list<const char *> operands);
+/* What a message says, kept until the run ends. */
+struct MessageText {
+    const char *text;
+    const char *const *operands;
+    uint32_t operand_count;
+};
+
+/* The form of a message with copies of the operands, one for each of its %s. */
+MessageText message_text(MessageId id, std::initializer_list<const char *> operands);
 
 /* Reports a message about length bytes at offset. The operands stand for the %s of its form and
  * are copied. The same message at the same place, and errors of a source beyond MOST_ERRORS, are
  * dropped. */
 void report(MessageId id, Source *source, uint32_t offset, uint32_t length,
             std::initializer_list<const char *> operands = {});
-/* The same with a finished text, which is kept until the run ends. */
-void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length, const char *text);
+/* The same with a finished text. */
+void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length,
+                 const MessageText *said);
 constexpr int32_t MOST_ERRORS = 20;

@@ -132,7 +132,7 @@ void report_unknown(const Node *place, bool is_in_class) {
                {place->text, describe_creator(creator)});
     } else {
         report(UNKNOWN_FUNCTION, source, place->offset, place->length,
-               {place->text, is_in_class ? BUT_IN_CLASSES : ""});
+               {place->text, is_in_class ? FOUND_IN_CLASSES : FOUND_NOWHERE});
     }
 }
 

@@ -16,9 +16,6 @@ enum PieceEnd : uint8_t {
     SOURCE_IS_PUT /* a statement is given up: its source is put, with the comments in it */
 };
 
-/* What UNKNOWN_FUNCTION says of such a call behind its text. */
-inline constexpr char BUT_IN_CLASSES[] = " but in classes";
-
 /* Told of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile, unless the front
  * end has brought that along; perhaps several times, the last of which counts. target: the path of
  * the file that holds what is called, null where the run has none. It must neither end the run nor

@@ -18,7 +18,7 @@ struct NotedError {
     MessageId id;
     uint32_t start;
     uint32_t end;
-    const char *text;
+    MessageText said;
 };
 
 NotedError Noted[MOST_ERRORS];
@@ -196,7 +196,7 @@ void report_errors() {
     }
     for (int32_t i = 0; i < NotedCount; i++) {
         const NotedError *error = &Noted[i];
-        report_text(error->id, NotedSource, error->start, error->end - error->start, error->text);
+        report_text(error->id, NotedSource, error->start, error->end - error->start, &error->said);
     }
     NotedCount = 0;
 }
