@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "lower/origins.h"
@@ -25,17 +26,24 @@ struct MappedLines {
 /* By the first lines, then by the places. */
 using LineMap = std::vector<MappedLines>;
 
-/* Notes where the lines of the run that is going on come from, for as long as this lives; one at a
- * time. */
-class LineMapWatch {
+/* Where the lines of the run that is going on come from. */
+class LineNotes {
 public:
-    LineMapWatch();
-    ~LineMapWatch();
-    LineMapWatch(const LineMapWatch &) = delete;
-    LineMapWatch &operator=(const LineMapWatch &) = delete;
-
+    /* As the library tells it. */
+    void note(const Origin *origin, std::size_t first, std::size_t count);
     /* When all lines are written, and the run has not ended. */
     LineMap map() const;
+
+private:
+    /* An origin with its lines. Its record lives until the run ends. */
+    struct NotedLines {
+        const Origin *origin;
+        std::size_t first;
+        std::size_t last;
+    };
+
+    std::vector<NotedLines> lines_;
+    std::unordered_map<const Origin *, std::size_t> newest_; /* of the lines of an origin */
 };
 
 }  // namespace mtranslate

@@ -26,16 +26,7 @@ std::string results_text(int results) {
     return std::to_string(results < 0 ? 1 : results);
 }
 
-/* The object whose host is in its run, or null. */
-RuleAnswers *current_answers;
-
 }  // namespace
-
-RuleAnswers::~RuleAnswers() {
-    if (current_answers != this) return;
-    current_answers = nullptr;
-    ResultKindOf = nullptr;
-}
 
 void RuleAnswers::answer_in(StandInHost &host) {
     host.translate_other_names([this](std::string_view asked) {
@@ -43,13 +34,9 @@ void RuleAnswers::answer_in(StandInHost &host) {
     });
     host.translate_other_functions(
         [this](std::string_view asked, const auto &arguments) { return call(asked, arguments); });
-    current_answers = this;
-    ResultKindOf = kind_of;
 }
 
-ResultKind RuleAnswers::kind_of(const char *name) { return current_answers->kind(name); }
-
-ResultKind RuleAnswers::kind(const char *name) {
+ResultKind RuleAnswers::kind(const char *name) const {
     const FunctionRule *rule = rules_.find_function(name);
     if (!rule || !rule->kind) return RESULT_UNKNOWN;
     return result_kind_of(rule->kind->text).value_or(RESULT_UNKNOWN);

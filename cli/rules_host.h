@@ -21,13 +21,13 @@ class RuleAnswers {
 public:
     /* The rules live as long as this. */
     explicit RuleAnswers(const Rules &rules) : rules_(rules) {}
-    ~RuleAnswers();
     RuleAnswers(const RuleAnswers &) = delete;
     RuleAnswers &operator=(const RuleAnswers &) = delete;
 
-    /* Has the host answer by the rules, and the library ask for the kinds of results, as long as
-     * this lives; of one object at a time. */
+    /* Has the host answer by the rules, as long as this lives. */
     void answer_in(StandInHost &host);
+    /* What the result of the function is by the rules. */
+    ResultKind kind(const char *name) const;
 
     /* How often each rule has answered, by its title. */
     std::map<std::string, std::size_t> used() const;
@@ -41,8 +41,6 @@ private:
                                     const std::vector<std::string> &arguments);
     std::optional<std::string> form(const Construct &construct,
                                     const std::vector<std::string> &arguments);
-    ResultKind kind(const char *name);
-    static ResultKind kind_of(const char *name);
 
     const Rules &rules_;
     std::map<const Rule *, std::size_t> used_;

@@ -2,8 +2,7 @@
 #include "cli/statistics.h"
 
 #include <algorithm>
-#include <map>
-#include <set>
+#include <tuple>
 
 #include "cli/excerpt.h"
 #include "cli/file_index.h"
@@ -11,45 +10,12 @@
 #include "cli/places.h"
 #include "cli/unread_statements.h"
 #include "diagnose/messages.h"
-#include "lower/pieces.h"
-#include "lower/program.h"
 
 namespace mtranslate {
 
 namespace {
 
-struct NotedCall {
-    std::string name;
-    PieceEnd end;
-    std::string target;
-};
-
-/* A part of the source, in bytes. */
-struct Range {
-    std::uint32_t begin;
-    std::uint32_t end;
-};
-
-/* What is noted in the run that is going on. */
-struct Notes {
-    const FileIndex *index;
-    FileFacts *facts;
-    const LineMapWatch *lines; /* null for none */
-    std::map<std::uint32_t, NotedCall> calls;
-    std::set<std::uint32_t> comments;
-    std::vector<Range> sources;
-};
-Notes notes;
-
-void note(const Node *node, PieceEnd end, const char *target) {
-    if (CurrentFile->source->caller) return;
-    if (end == COMMENT_IS_PUT)
-        notes.comments.insert(node->offset);
-    else if (end == SOURCE_IS_PUT)
-        notes.sources.push_back({node->offset, end_of(node)});
-    else
-        notes.calls[node->offset] = {node->text, end, target ? target : ""};
-}
+using Range = PieceNotes::Range;
 
 /* A statement or a function in the order of the source. */
 struct Piece {
@@ -138,36 +104,45 @@ CallEnd end_of_call(PieceEnd end) {
     }
 }
 
-/* A file that the run knows by name only is in the index. */
-std::string target_of(const SourceFile &file, const NotedCall &call) {
-    if (call.end != CALL_OF_FILE || !call.target.empty() || !notes.index) return call.target;
-    const IndexedFile *found = notes.index->find(file.path, call.name);
-    return found ? found->path : "";
-}
-
 std::uint32_t count_lines(::Source &source) {
     const Position end = position_of(&source, source.length);
     return end.column == 1 ? end.line - 1 : end.line;
 }
 
-void count_calls(const SourceFile &file, const Outline &outline) {
-    Places places(*file.source);
-    std::map<std::tuple<int, std::string, CallEnd, std::string>, std::size_t> known;
-    std::vector<CallFact> &calls = notes.facts->calls;
-    for (const auto &[offset, call] : notes.calls) {
-        CallFact fact{piece_at(outline.functions, offset), call.name, end_of_call(call.end),
-                      target_of(file, call)};
-        const auto [at, is_new] =
-            known.try_emplace({fact.in, fact.name, fact.end, fact.target}, calls.size());
-        if (is_new) {
-            const Place place = places.at(offset);
-            fact.line = place.line;
-            fact.column = place.column;
-            calls.push_back(std::move(fact));
+/* The calls of a file, those that end in the same way together. */
+struct CallCounter {
+    const SourceFile &file;
+    const Outline &outline;
+    const FileIndex *index;
+
+    std::vector<CallFact> count(const std::map<std::uint32_t, PieceNotes::Call> &noted) const {
+        Places places(*file.source);
+        std::map<std::tuple<int, std::string, CallEnd, std::string>, std::size_t> known;
+        std::vector<CallFact> calls;
+        for (const auto &[offset, call] : noted) {
+            CallFact fact{piece_at(outline.functions, offset), call.name, end_of_call(call.end),
+                          target_of(call)};
+            const auto [at, is_new] =
+                known.try_emplace({fact.in, fact.name, fact.end, fact.target}, calls.size());
+            if (is_new) {
+                const Place place = places.at(offset);
+                fact.line = place.line;
+                fact.column = place.column;
+                calls.push_back(std::move(fact));
+            }
+            ++calls[at->second].count;
         }
-        ++calls[at->second].count;
+        return calls;
     }
-}
+
+private:
+    /* A file that the run knows by name only is in the index. */
+    std::string target_of(const PieceNotes::Call &call) const {
+        if (call.end != CALL_OF_FILE || !call.target.empty() || !index) return call.target;
+        const IndexedFile *found = index->find(file.path, call.name);
+        return found ? found->path : "";
+    }
+};
 
 /* A function that is found nowhere is reported once, however many statements call it. */
 void mark_messages(const SourceFile &file, std::vector<Piece> &statements) {
@@ -180,7 +155,7 @@ void mark_messages(const SourceFile &file, std::vector<Piece> &statements) {
     }
 }
 
-void mark_unresolved(std::vector<Piece> &statements) {
+void mark_unresolved(const PieceNotes &notes, std::vector<Piece> &statements) {
     for (const auto &[offset, call] : notes.calls) {
         if (!is_left_to_host(end_of_call(call.end))) continue;
         const int at = piece_at(statements, offset);
@@ -188,8 +163,7 @@ void mark_unresolved(std::vector<Piece> &statements) {
     }
 }
 
-void count_statements(const std::vector<Piece> &statements) {
-    FileFacts &facts = *notes.facts;
+void count_statements(const std::vector<Piece> &statements, FileFacts &facts) {
     std::map<std::set<std::string>, std::size_t> waiting;
     for (const Piece &statement : statements) {
         facts.statements += statement.weight;
@@ -203,44 +177,40 @@ void count_statements(const std::vector<Piece> &statements) {
         facts.waiting.push_back({{names.begin(), names.end()}, count});
 }
 
-bool is_kept(std::uint32_t comment) {
-    const auto holds = [comment](const Range &range) {
-        return comment >= range.begin && comment < range.end;
-    };
-    return notes.comments.contains(comment) || std::ranges::any_of(notes.sources, holds);
-}
-
-void count_comments(const std::vector<std::uint32_t> &comments) {
-    notes.facts->comments = comments.size();
-    notes.facts->comments_kept = std::ranges::count_if(comments, is_kept);
-}
-
-void summarise(const SourceFile *file) {
-    Outline outline(*file);
-    notes.facts->lines = count_lines(*file->source);
-    notes.facts->bytes = file->source->length;
-    notes.facts->functions = outline.function_facts;
-    count_calls(*file, outline);
-    mark_messages(*file, outline.statements);
-    mark_unresolved(outline.statements);
-    count_statements(outline.statements);
-    count_comments(outline.comments);
-    if (notes.lines) notes.facts->map = notes.lines->map();
+std::size_t count_kept(const std::vector<std::uint32_t> &comments, const PieceNotes &notes) {
+    return std::ranges::count_if(comments, [&](std::uint32_t comment) {
+        const auto holds = [comment](const Range &range) {
+            return comment >= range.begin && comment < range.end;
+        };
+        return notes.comments.contains(comment) || std::ranges::any_of(notes.sources, holds);
+    });
 }
 
 }  // namespace
 
-StatisticsWatch::StatisticsWatch(const FileIndex *index, bool wants_map) {
-    if (wants_map) lines_.emplace();
-    notes = {index, &facts_, lines_ ? &*lines_ : nullptr, {}, {}, {}};
-    OnPiece = note;
-    OnProgram = summarise;
+void PieceNotes::note(const Node *node, PieceEnd end, const char *target) {
+    if (CurrentFile->source->caller) return;
+    if (end == COMMENT_IS_PUT)
+        comments.insert(node->offset);
+    else if (end == SOURCE_IS_PUT)
+        sources.push_back({node->offset, end_of(node)});
+    else
+        calls[node->offset] = {node->text, end, target ? target : ""};
 }
 
-StatisticsWatch::~StatisticsWatch() {
-    OnPiece = nullptr;
-    OnProgram = nullptr;
-    notes = {};
+FileFacts facts_of(const SourceFile &file, const PieceNotes &notes, const FileIndex *index) {
+    Outline outline(file);
+    FileFacts facts;
+    facts.lines = count_lines(*file.source);
+    facts.bytes = file.source->length;
+    facts.functions = outline.function_facts;
+    facts.calls = CallCounter{file, outline, index}.count(notes.calls);
+    mark_messages(file, outline.statements);
+    mark_unresolved(notes, outline.statements);
+    count_statements(outline.statements, facts);
+    facts.comments = outline.comments.size();
+    facts.comments_kept = count_kept(outline.comments, notes);
+    return facts;
 }
 
 }  // namespace mtranslate

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
+#include <cstdint>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "cli/line_map.h"
+#include "lower/pieces.h"
 
 namespace mtranslate {
 
@@ -63,21 +66,29 @@ struct FileFacts {
     LineMap map;                         /* where it is asked for */
 };
 
-/* Has what becomes of a run's own source noted for as long as this lives; one at a time. */
-class StatisticsWatch {
-public:
-    /* index: of the run, null for none; lives as long as this. */
-    StatisticsWatch(const FileIndex *index, bool wants_map);
-    ~StatisticsWatch();
-    StatisticsWatch(const StatisticsWatch &) = delete;
-    StatisticsWatch &operator=(const StatisticsWatch &) = delete;
+/* What is noted of the pieces of a run's own source while it goes on, by their offsets. */
+struct PieceNotes {
+    struct Call {
+        std::string name;
+        PieceEnd end;
+        std::string target;
+    };
+    /* Bytes of the source. */
+    struct Range {
+        std::uint32_t begin;
+        std::uint32_t end;
+    };
 
-    /* When the run has ended. Of one that an error has left, nothing is known. */
-    const FileFacts &facts() const { return facts_; }
+    std::map<std::uint32_t, Call> calls;
+    std::set<std::uint32_t> comments;
+    std::vector<Range> sources; /* that are put as comments */
 
-private:
-    FileFacts facts_;
-    std::optional<LineMapWatch> lines_;
+    /* As the library tells it. */
+    void note(const Node *node, PieceEnd end, const char *target);
 };
+
+/* When all has been lowered and the run has not ended. Without the map. index: of the run, or null
+ * for none. */
+FileFacts facts_of(const SourceFile &file, const PieceNotes &notes, const FileIndex *index);
 
 }  // namespace mtranslate

@@ -2,6 +2,8 @@
  * library: at its record of an error, and at the files that it opens. */
 #include "cli/translation.h"
 
+#include <sys/stat.h>
+
 #include <new>
 #include <vector>
 
@@ -10,11 +12,11 @@
 #include "cli/rules_host.h"
 #include "cli/source_error.h"
 #include "host/stand_in_host.h"
-#include "lexer/source_files.h"
-#include "lower/classes/class_folders.h"
-#include "lower/program.h"
+#include "lower/program_files.h"
 #include "run/last_error.h"
 #include "run/run_end.h"
+#include "support/long_string.h"
+#include "support/observers.h"
 #include "syntax/print_tree.h"
 
 namespace mtranslate {
@@ -43,11 +45,6 @@ std::vector<HostValue> run_options(ValueStore &values, const Source &source,
     return options;
 }
 
-/* What is noted of the run that is going on. */
-MessageCollection *messages_noted;
-
-void note_message(const Message *message) { messages_noted->add(*message); }
-
 /* The library's record of the error that has just been thrown, with its value in the message. */
 RaisedError error_behind(const HostError &thrown) {
     const bool has_place = LastError.line > 0;
@@ -55,33 +52,6 @@ RaisedError error_behind(const HostError &thrown) {
                       static_cast<std::size_t>(LastError.offset)};
     if (LastError.file) error.file = LastError.file;
     return error;
-}
-
-/* The files of the run that is going on. */
-FilesRead *files_read;
-
-/* A device may never end. */
-void note_file(const char *path, const struct stat *status) {
-    if (S_ISCHR(status->st_mode))
-        throw FileError(std::string("cannot read '") + path + "': a device");
-    check_size(*status, path);
-    files_read->push_back({path, status->st_dev, status->st_ino});
-}
-
-/* What is known of the files of a batch, or null. */
-const FileIndex *index_in_use;
-
-/* A function stays a call; the statements of a script belong in its place. */
-FileFinding find_in_index(const char *caller, const char *name, const char **path) {
-    const IndexedFile *file = index_in_use->find(caller, name);
-    if (!file) return NOT_FOUND;
-    *path = file->path.c_str();
-    return file->is_script() ? FOUND_HERE : FOUND_ELSEWHERE;
-}
-
-const char *find_method_in_index(const char *class_name, const char *method) {
-    const IndexedFile *file = index_in_use->find_method(class_name, method);
-    return file ? file->path.c_str() : nullptr;
 }
 
 /* What has been said so far, and whether something is left untranslated. */
@@ -92,46 +62,104 @@ void finish(Translation &translation, const MessageCollection &messages) {
         translation.code = ExitCode::BadSource;
 }
 
-/* Where the tree of the source goes, with what has been said about it so far. */
-Translation *tree_wanted;
+/* A method as a function of the library's observers, with its object as their context. */
+template <auto METHOD>
+struct Observer;
+template <class Watch, class Result, class... Arguments, Result (Watch::*METHOD)(Arguments...)>
+struct Observer<METHOD> {
+    static Result call(void *watch, Arguments... arguments) {
+        return (static_cast<Watch *>(watch)->*METHOD)(arguments...);
+    }
+};
 
-void note_tree_text(const char *text) {
-    tree_wanted->text = std::string(text) + '\n';
-    finish(*tree_wanted, *messages_noted);
-}
-
-void note_tree(const Node *tree) { note_tree_text(print_tree(NewLongString(), tree)); }
-
-/* What is known of values shows when all has been translated. */
-void note_values(const SourceFile *file) {
-    note_tree_text(print_tree_of_values(NewLongString(), file->tree));
-}
-
-/* Has the library's messages, and the files that it opens, noted for as long as this lives. */
+/* What the library tells of a run, and asks, while it goes on. */
 class RunWatch {
 public:
-    RunWatch(FilesRead *files, MessageCollection *messages) {
-        files_read = files;
-        messages_noted = messages;
-        SourceObserver = note_file;
-        Listener = note_message;
-    }
-    ~RunWatch() {
-        SourceObserver = nullptr;
-        Listener = nullptr;
-        OnTree = nullptr;
-        OnProgram = nullptr;
-    }
-    static void show_tree_in(Translation *translation, bool has_values) {
-        tree_wanted = translation;
-        if (has_values) {
-            OnProgram = note_values;
-        } else {
-            OnTree = note_tree;
-        }
-    }
+    /* All of it lives as long as this. index: null for none. */
+    RunWatch(const Options &wanted, const FileIndex *index, const RuleAnswers &answers,
+             MessageCollection &messages, Translation &translation)
+        : wanted_(wanted),
+          index_(index),
+          answers_(answers),
+          messages_(messages),
+          translation_(translation) {}
     RunWatch(const RunWatch &) = delete;
     RunWatch &operator=(const RunWatch &) = delete;
+
+    /* For the next run. */
+    Observers observers() {
+        Observers observers{};
+        observers.context = this;
+        observers.opens = Observer<&RunWatch::note_file>::call;
+        observers.message = Observer<&RunWatch::note_message>::call;
+        observers.result_kind = Observer<&RunWatch::kind_of_result>::call;
+        observers.program = Observer<&RunWatch::note_program>::call;
+        if (wanted_.dumps_tree && !wanted_.dumps_values)
+            observers.tree = Observer<&RunWatch::show_tree>::call;
+        if (wanted_.wants_statistics()) observers.piece = Observer<&RunWatch::note_piece>::call;
+        if (wanted_.wants_map()) observers.lines = Observer<&RunWatch::note_lines>::call;
+        if (index_) {
+            observers.find_file = Observer<&RunWatch::find_file>::call;
+            observers.find_method = Observer<&RunWatch::find_method>::call;
+        }
+        return observers;
+    }
+
+private:
+    /* A device may never end. */
+    void note_file(const char *path, const struct stat *status) {
+        if (S_ISCHR(status->st_mode))
+            throw FileError(std::string("cannot read '") + path + "': a device");
+        check_size(*status, path);
+        translation_.files_read.push_back({path, status->st_dev, status->st_ino});
+    }
+
+    void note_message(const Message *message) { messages_.add(*message); }
+
+    void show_text(const char *text) {
+        translation_.text = std::string(text) + '\n';
+        finish(translation_, messages_);
+    }
+
+    void show_tree(const Node *tree) { show_text(print_tree(NewLongString(), tree)); }
+
+    /* What is known of values shows when all has been translated. */
+    void note_program(const SourceFile *file) {
+        if (wanted_.dumps_values) show_text(print_tree_of_values(NewLongString(), file->tree));
+        if (wanted_.wants_statistics()) translation_.facts = facts_of(*file, pieces_, index_);
+        if (wanted_.wants_map()) translation_.facts.map = lines_.map();
+    }
+
+    void note_piece(const Node *node, PieceEnd end, const char *target) {
+        pieces_.note(node, end, target);
+    }
+
+    void note_lines(const Origin *origin, std::uint32_t first, std::uint32_t count) {
+        lines_.note(origin, first, count);
+    }
+
+    ResultKind kind_of_result(const char *name) { return answers_.kind(name); }
+
+    /* A function stays a call; the statements of a script belong in its place. */
+    FileFinding find_file(const char *caller, const char *name, const char **path) {
+        const IndexedFile *file = index_->find(caller, name);
+        if (!file) return NOT_FOUND;
+        *path = file->path.c_str();
+        return file->is_script() ? FOUND_HERE : FOUND_ELSEWHERE;
+    }
+
+    const char *find_method(const char *class_name, const char *method) {
+        const IndexedFile *file = index_->find_method(class_name, method);
+        return file ? file->path.c_str() : nullptr;
+    }
+
+    const Options &wanted_;
+    const FileIndex *index_;
+    const RuleAnswers &answers_;
+    MessageCollection &messages_;
+    Translation &translation_;
+    PieceNotes pieces_;
+    LineNotes lines_;
 };
 
 /* The error that has left the run is the last thing to tell. */
@@ -172,17 +200,11 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());
     MessageCollection messages(source, wanted.message_policy);
-    index_in_use = index;
-    FindFile = index ? find_in_index : nullptr;
-    FindMethod = index ? find_method_in_index : nullptr;
-    const RunWatch watch(&translation.files_read, &messages);
-    std::optional<StatisticsWatch> statistics;
-    if (wanted.wants_statistics()) statistics.emplace(index, wanted.wants_map());
-    if (wanted.dumps_any()) watch.show_tree_in(&translation, wanted.dumps_values);
+    RunWatch watch(wanted, index, answers, messages, translation);
+    observe_next_run(watch.observers());
     run(host, source, wanted, messages, translation);
     translation.rules_used = answers.used();
     translation.unanswered = answers.unanswered();
-    if (statistics) translation.facts = statistics->facts();
     return translation;
 }
 

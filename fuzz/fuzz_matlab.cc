@@ -12,6 +12,7 @@
 
 #include "diagnose/messages.h"
 #include "host/stand_in_host.h"
+#include "support/observers.h"
 #include "tests/host_text.h"
 
 using namespace mtranslate;
@@ -26,7 +27,7 @@ void check(bool condition, const char *what) {
     std::abort();
 }
 
-void check_message(const Message *message) {
+void check_message(void * /*context*/, const Message *message) {
     const Source *source = message->source;
     check(message->offset + message->length <= source->length, "a message outside of the source");
     check(message->line >= 1 && message->column >= 1, "a message without a place");
@@ -87,10 +88,11 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     static StandInHost host;
     static const ErrorExit exits[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
     answer_some_questions(host);
-    Listener = check_message;
+    Observers observers{};
+    observers.message = check_message;
+    observe_next_run(observers);
     host.leave_errors_by(exits[data[0] / 8 % 3]);
     check_run(host, data[0], {reinterpret_cast<const char *>(data) + 1, size - 1});
-    Listener = nullptr;
     check(translate(host, 1, "a = 1;") == "a := 1;\n", "the next run differs");
     host.take_errors();
     host.values().clear();

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "diagnose/messages.h"
+#include "support/observers.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -93,7 +94,7 @@ void check_octave(const Texts &row, const char *) { check_translation(row, "octa
 /* The codes of a command's messages, each once; names that are found nowhere are left out. */
 Texts codes;
 
-void note_code(const Message *message) {
+void note_code(void * /*context*/, const Message *message) {
     const char *code = MessageTable[message->id].code;
     if (message->id == UNKNOWN_FUNCTION || std::ranges::count(codes, code)) return;
     codes.push_back(code);
@@ -101,10 +102,11 @@ void note_code(const Message *message) {
 
 std::string codes_of(const std::string &source, const char *language) {
     codes.clear();
-    Listener = note_code;
+    Observers observers{};
+    observers.message = note_code;
+    observe_next_run(observers);
     StandInHost host;
     translate_in(host, language, "command", source);
-    Listener = nullptr;
     std::string text;
     for (const std::string &code : codes) text += (text.empty() ? "" : " ") + code;
     return text;

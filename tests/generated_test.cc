@@ -184,7 +184,7 @@ struct Mapped {
 
 std::vector<Mapped> *mapped;
 
-void note_lines(const Origin *origin, uint32_t first, uint32_t count) {
+void note_lines(void * /*context*/, const Origin *origin, uint32_t first, uint32_t count) {
     mapped->push_back({origin->kind, origin->begin, origin->end, first, first + count - 1});
 }
 
@@ -206,9 +206,9 @@ MappedText mapped_text(const std::string &source) {
     MappedText text;
     std::vector<Mapped> told;
     mapped = &told;
-    OnLines = note_lines;
-    text.lines = lines_of("\n" + run_matlab(source).text.value());
-    OnLines = nullptr;
+    RunOptions options;
+    options.observers.lines = note_lines;
+    text.lines = lines_of("\n" + run_matlab(source, options).text.value());
     std::ranges::stable_sort(
         told, {}, [](const Mapped &part) { return std::tuple(part.begin, part.kind, part.first); });
     for (const Mapped &part : told) {

@@ -7,8 +7,6 @@ namespace mtranslate {
 
 namespace {
 
-MatlabRun *UnderWay;
-
 bool continues_character(char byte) { return (byte & 0xC0) == 0x80; }
 
 /* Bytes of the well-formed character that begins with a byte beyond ASCII; 0 for none. */
@@ -51,13 +49,14 @@ std::string place_error(const Message *message) {
     return "";
 }
 
-void note(const Message *message) {
-    UnderWay->messages.push_back({message->id, message->line, message->column, message->offset,
-                                  message->length, message->text});
+void note(void *context, const Message *message) {
+    auto &run = *static_cast<MatlabRun *>(context);
+    run.messages.push_back({message->id, message->line, message->column, message->offset,
+                            message->length, message->text});
     const std::string error = place_error(message);
     if (!error.empty())
-        UnderWay->misplaced = std::string(message->text) + " at " + std::to_string(message->line) +
-                              ":" + std::to_string(message->column) + " is " + error;
+        run.misplaced = std::string(message->text) + " at " + std::to_string(message->line) + ":" +
+                        std::to_string(message->column) + " is " + error;
 }
 
 }  // namespace
@@ -68,14 +67,15 @@ MatlabRun run_matlab(StandInHost &host, const std::string &source, const RunOpti
         values.equation(values.name("Language"), values.string(options.language)),
         values.equation(values.name("KeepGoing"), values.boolean(options.keep_going))};
     MatlabRun run;
-    UnderWay = &run;
-    Listener = note;
+    Observers observers = options.observers;
+    observers.context = &run;
+    observers.message = note;
+    observe_next_run(observers);
     try {
         run.text = host.translate(options.mode, source, equations);
     } catch (const HostError &error) {
         run.errors = {error.what()};
     }
-    Listener = nullptr;
     const Texts others = host.take_errors();
     run.errors.insert(run.errors.end(), others.begin(), others.end());
     return run;

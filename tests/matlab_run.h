@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "diagnose/message_table.h"
+#include "support/observers.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -28,6 +29,7 @@ struct RunOptions {
     const char *language = "matlab";
     const char *mode = "command";
     bool keep_going = true;
+    Observers observers{}; /* more of them; the context is the MatlabRun */
 };
 
 MatlabRun run_matlab(StandInHost &host, const std::string &source, const RunOptions &options = {});

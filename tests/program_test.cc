@@ -1,9 +1,12 @@
 /* Programs in matlab: procedures with their heads and returns, and files that call each other. */
+#include <mtranslate.h>
+
 #include <map>
 
 #include "diagnose/messages.h"
 #include "lower/pieces.h"
 #include "lower/program.h"
+#include "support/observers.h"
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -12,17 +15,24 @@ namespace {
 
 /* The messages of a run, a line each: "file.m:line CODE text", files without their folder. Names
  * that are found nowhere are left out: most rows call some. */
-std::string *messages;
-
-void note_message(const Message *message) {
+void note_message(void *context, const Message *message) {
     if (message->id == UNKNOWN_FUNCTION) return;
     const std::filesystem::path file = message->file ? message->file : "";
-    *messages += file.filename().string() + ":" + std::to_string(message->line) + " " +
-                 MessageTable[message->id].code + " " + message->text;
+    auto &messages = *static_cast<std::string *>(context);
+    messages += file.filename().string() + ":" + std::to_string(message->line) + " " +
+                MessageTable[message->id].code + " " + message->text;
     if (message->called_from)
-        *messages += " (from " + std::filesystem::path(message->called_from).filename().string() +
-                     ":" + std::to_string(message->called_from_line) + ")";
-    *messages += "\n";
+        messages += " (from " + std::filesystem::path(message->called_from).filename().string() +
+                    ":" + std::to_string(message->called_from_line) + ")";
+    messages += "\n";
+}
+
+/* Of the next run. */
+void note_messages_in(std::string *text) {
+    Observers observers{};
+    observers.context = text;
+    observers.message = note_message;
+    observe_next_run(observers);
 }
 
 /* Whatever can be translated of a file. */
@@ -41,10 +51,8 @@ std::string translated(const std::string &mode, const std::string &source,
     const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
                                  values.equation(values.name("KeepGoing"), values.boolean(true))};
     std::string noted;
-    messages = &noted;
-    Listener = note_message;
+    note_messages_in(&noted);
     std::string text = translate(host, mode, source, options) + noted;
-    Listener = nullptr;
     return folder.empty() ? text : std::regex_replace(text, std::regex(folder), "");
 }
 
@@ -104,12 +112,10 @@ TEST(MatlabPrograms, look_along_the_path_in_order) {
     const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
                                  values.list_of_strings({files.path("b"), files.path("a")})};
     std::string noted;
-    messages = &noted;
-    Listener = note_message;
+    note_messages_in(&noted);
     const std::string g = "g := proc( x )\n    local y;\n    y := 2;\n    return y;\nend proc;\n\n";
     EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
               g + "f := proc( x )\nend proc;\n\nf(g(1));\n");
-    Listener = nullptr;
     EXPECT_EQ(std::regex_replace(noted, std::regex(files.path("")), ""),
               "main.m:1 MT404 'a/f.m' is read; another file of that name on the search path is "
               "not: b/f.m\n");
@@ -180,20 +186,24 @@ TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
 
 /* What became of the pieces of the main source, by their places. */
 using Pieces = std::map<std::pair<uint32_t, PieceEnd>, std::string>;
-Pieces *pieces;
 
-void note_piece_of_main(const Node *node, PieceEnd end, const char *target) {
+struct NotedProgram {
+    Pieces pieces;
+    std::string finished; /* path of the file */
+};
+
+void note_piece_of_main(void *context, const Node *node, PieceEnd end, const char *target) {
     static const char *const words[] = {"own",   "file",    "host",    "language",
                                         "class", "unknown", "comment", "source"};
     if (CurrentFile->source->caller) return;
     const bool is_call = end < COMMENT_IS_PUT;
-    std::string &text = (*pieces)[{node->offset, is_call ? CALL_OF_OWN : end}];
+    std::string &text =
+        static_cast<NotedProgram *>(context)->pieces[{node->offset, is_call ? CALL_OF_OWN : end}];
     text = is_call ? std::string(node->text) + " " + words[end] : words[end];
     if (target) text += " " + std::filesystem::path(target).filename().string();
 }
 
 TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
-    static std::string finished;
     const SourceFiles files(R"(f => function y = f(x)\ny = g(x); % no   s => q = g(1);)");
     StandInHost host;
     host.translate_name("r", "random");
@@ -210,22 +220,43 @@ TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
         {"while g(1) && f(2), n = isempty(k); end",
          "g unknown, f file f.m, isempty language, k host"},
     };
-    OnPiece = note_piece_of_main;
-    OnProgram = [](const SourceFile *file) { finished = file->path ? file->path : ""; };
     for (const auto &row : rows) {
-        Pieces noted;
-        pieces = &noted;
-        finished.clear();
+        NotedProgram noted;
+        Observers observers{};
+        observers.context = &noted;
+        observers.piece = note_piece_of_main;
+        observers.program = [](void *context, const SourceFile *file) {
+            static_cast<NotedProgram *>(context)->finished = file->path ? file->path : "";
+        };
+        observe_next_run(observers);
         files.write("main.m", row.source);
         translated_by(host, files.path("main.m"));
         std::string text;
-        for (const auto &[place, piece] : noted) text += (text.empty() ? "" : ", ") + piece;
+        for (const auto &[place, piece] : noted.pieces) text += (text.empty() ? "" : ", ") + piece;
         EXPECT_EQ(text, row.pieces) << row.source;
-        EXPECT_EQ(finished, files.path("main.m"));
+        EXPECT_EQ(noted.finished, files.path("main.m"));
         leave_broken_run();
     }
-    OnPiece = nullptr;
-    OnProgram = nullptr;
+}
+
+/* However a run ends, who observed it hears nothing of the next one. */
+TEST(MatlabPrograms, are_observed_in_one_run_alone) {
+    for (const ErrorExit exit : EVERY_EXIT) {
+        std::string noted;
+        note_messages_in(&noted);
+        run_leaving(exit, "command", "x = ;", "matlab");
+        EXPECT_NE(noted, "");
+        noted.clear();
+        if (exit != ErrorExit::Jump) {
+            EXPECT_EQ(Observing.message, nullptr);
+        }
+        run_leaving(exit, "command", "x = ;", "matlab");
+        EXPECT_EQ(noted, "");
+        note_messages_in(&noted);
+        mTranslateRelease();
+        run_leaving(exit, "command", "x = ;", "matlab");
+        EXPECT_EQ(noted, "");
+    }
 }
 
 }  // namespace

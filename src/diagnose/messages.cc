@@ -5,8 +5,8 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "support/observers.h"
 
-MessageListener Listener;
 const Message *FirstMessage;
 const Message *FirstFailure;
 
@@ -138,7 +138,7 @@ void report_text(MessageId id, Source *source, uint32_t offset, uint32_t length,
     set_place(message, source);
     if (severity_of(id) == SEVERITY_ERROR) source->errors++;
     append(message);
-    if (Listener) Listener(message);
+    if (Observing.message) Observing.message(Observing.context, message);
 }
 
 void report(MessageId id, Source *source, uint32_t offset, uint32_t length,

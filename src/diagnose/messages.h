@@ -1,5 +1,5 @@
 /* Messages about a source: the records, and the way that they take. Whoever finds something reports
- * it; the run keeps it in a list, and a listener gets it at once. */
+ * it; the run keeps it in a list, and an observer gets it at once. */
 #pragma once
 
 #include <stdint.h>
@@ -26,11 +26,6 @@ struct Message {
     Source *source;
     Message *next; /* reported after this one, or null */
 };
-
-/* Gets every message when it is reported. It must neither end the run nor throw. */
-typedef void (*MessageListener)(const Message *message);
-/* Null by default; belongs to who set it, and stays from run to run. */
-extern MessageListener Listener;
 
 /* The first message of the run, or null, and the first one that is an error or a gap. */
 extern const Message *FirstMessage;

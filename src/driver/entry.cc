@@ -12,6 +12,7 @@
 #include "run/run_state.h"
 #include "run/run_turn.h"
 #include "support/allocation.h"
+#include "support/observers.h"
 
 namespace {
 
@@ -67,6 +68,7 @@ HostValue mTranslate(const HostKernelTable *kernel, HostValue args) {
     try {
         result = run_to_end(&turn, run, args);
     } catch (...) {
+        if (has_turn(&turn)) end_observation();
         end_turn(&turn);
         throw;
     }
@@ -81,6 +83,7 @@ void mTranslateRelease() {
     if (!take_turn(&turn)) return;
     release_run();
     ReleaseRegion();
+    observe_next_run({});
     end_turn(&turn);
 }
 

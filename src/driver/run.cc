@@ -13,6 +13,7 @@
 #include "support/allocation.h"
 #include "support/heap.h"
 #include "support/long_string.h"
+#include "support/observers.h"
 
 static constexpr int32_t NAME_BUCKETS = 1024;
 
@@ -23,6 +24,7 @@ HashTable *new_name_table(int32_t buckets) {
 }
 
 void begin_run() {
+    begin_observation();
     CalledNames = new_name_table(NAME_BUCKETS);
     DefinedNames = new_name_table(NAME_BUCKETS);
     KnownVariables = new_name_table(NAME_BUCKETS);
@@ -41,6 +43,7 @@ void begin_run() {
 }
 
 void release_run() {
+    end_observation();
     yylex_destroy();
     close_all_sources();
     close_folder();

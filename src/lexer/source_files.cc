@@ -11,6 +11,7 @@
 #include "lexer/error_reporter.h"
 #include "run/run_end.h"
 #include "support/heap.h"
+#include "support/observers.h"
 
 namespace {
 
@@ -95,7 +96,7 @@ size_t read_some(OpenSource *source, char *buffer, size_t room) {
 }
 
 int open_as(const char *path, const struct stat *status) {
-    if (SourceObserver) SourceObserver(path, status);
+    if (Observing.opens) Observing.opens(Observing.context, path, status);
     int descriptor = open_file(path);
     if (descriptor < 0) return errno;
     bool is_whole =
@@ -109,8 +110,6 @@ int open_as(const char *path, const struct stat *status) {
 }
 
 }  // namespace
-
-void (*SourceObserver)(const char *path, const struct stat *status);
 
 int open_source(const char *path) {
     struct stat status;

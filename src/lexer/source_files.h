@@ -2,12 +2,6 @@
  * leaves none open. The scanner reads the one opened last. */
 #pragma once
 
-struct stat;
-
-/* Told of every source before it is opened, for a program that keeps an account of them; null for
- * none. It may leave by an exception: the run is then abandoned. */
-extern void (*SourceObserver)(const char *path, const struct stat *status);
-
 /* Opens the file for reading: 0, or the errno that tells why it cannot be opened. A file of usual
  * size is read at once and not kept open; what is wrong with its reading shows when the scanner
  * comes to the place. */

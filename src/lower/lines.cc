@@ -54,7 +54,8 @@ void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         write_margin(line);
         write_output({line->text, "\n"});
-        if (OnLines) tell_lines(*line->text ? line->origin : nullptr, count_lines(line->text));
+        if (Observing.lines)
+            tell_lines(*line->text ? line->origin : nullptr, count_lines(line->text));
     }
 }
 

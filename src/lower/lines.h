@@ -15,7 +15,7 @@ struct Line {
     int32_t comment; /* level of the # that makes a comment of the line; NO_COMMENT for none */
     const char *text;
     Line *next;
-    Origin *origin; /* null when nobody listens, or for lines that come from nowhere */
+    Origin *origin; /* null when nobody observes it, or for lines that come from nowhere */
 };
 constexpr int32_t NO_COMMENT = -1;
 

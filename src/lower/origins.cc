@@ -5,7 +5,6 @@
 
 #include "support/allocation.h"
 
-LineListener OnLines;
 Origin *CurrentOrigin;
 Origin *CallingOrigin;
 
@@ -34,7 +33,7 @@ void begin_origins() {
 Origin *begin_origin(LineKind kind, uint32_t begin, uint32_t end) {
     Origin *outer = CurrentOrigin;
     CurrentOrigin = nullptr;
-    if (!OnLines || CurrentFile->is_library) return outer;
+    if (!Observing.lines || CurrentFile->is_library) return outer;
     CurrentOrigin = AllocRecord<Origin>();
     *CurrentOrigin = {kind, CurrentFile->source, begin, end, end, CallingOrigin};
     return outer;
@@ -64,6 +63,7 @@ void tell_lines(const Origin *origin, uint32_t count) {
     LinesWritten += count;
     for (; origin; origin = origin->also) {
         bool is_comment = origin->kind == COMMENT_LINES;
-        OnLines(origin, is_comment ? LinesWritten : first, is_comment ? 1 : count);
+        Observing.lines(Observing.context, origin, is_comment ? LinesWritten : first,
+                        is_comment ? 1 : count);
     }
 }

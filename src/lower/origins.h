@@ -1,5 +1,5 @@
 /* Where lines of host text come from, for tools that show source and translation side by side. When
- * nobody listens there are no records, and all of this does nothing. */
+ * nobody observes them there are no records, and all of this does nothing. */
 #pragma once
 
 #include <stdint.h>
@@ -28,14 +28,7 @@ struct Origin {
                      a comment stands, or that calls the script */
 };
 
-/* Told of the lines of the output, in their order: the first one, from 1, and how many. Several
- * origins may share a line, and one may be told of several times. It must neither end the run nor
- * throw. */
-typedef void (*LineListener)(const Origin *origin, uint32_t first, uint32_t count);
-/* Null by default; belongs to who set it, and stays from run to run. */
-extern LineListener OnLines;
-
-/* Of the lines that are being put; null when nobody listens. */
+/* Of the lines that are being put; null when nobody observes them. */
 extern Origin *CurrentOrigin;
 /* Of the statement that calls the script whose lines are being put, or null. */
 extern Origin *CallingOrigin;

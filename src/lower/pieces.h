@@ -4,6 +4,7 @@
 #include <stdint.h>
 
 #include "lower/program_files.h"
+#include "support/observers.h"
 
 enum PieceEnd : uint8_t {
     CALL_OF_OWN,      /* a function of the same file */
@@ -16,14 +17,8 @@ enum PieceEnd : uint8_t {
     SOURCE_IS_PUT /* a statement is given up: its source is put, with the comments in it */
 };
 
-/* Told of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile, unless the front
- * end has brought that along; perhaps several times, the last of which counts. target: the path of
- * the file that holds what is called, null where the run has none. It must neither end the run nor
- * throw. */
-typedef void (*PieceListener)(const Node *node, PieceEnd end, const char *target);
-/* Null by default; belongs to who set it, and stays from run to run. */
-extern PieceListener OnPiece;
-
+/* Tells of it as described at Observers::piece. */
 inline void note_piece(const Node *node, PieceEnd end, const char *target = nullptr) {
-    if (OnPiece && !CurrentFile->is_library) OnPiece(node, end, target);
+    if (Observing.piece && !CurrentFile->is_library)
+        Observing.piece(Observing.context, node, end, target);
 }

@@ -10,16 +10,12 @@
 #include "lower/host_words.h"
 #include "lower/origins.h"
 #include "lower/packages.h"
-#include "lower/pieces.h"
 #include "lower/procedures.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "run/run_state.h"
+#include "support/observers.h"
 #include "syntax/values/trace_function.h"
-
-TreeListener OnTree;
-ProgramListener OnProgram;
-PieceListener OnPiece;
 
 namespace {
 
@@ -140,7 +136,7 @@ void begin_program(SourceLanguage language) {
 
 void lower_program(const char *path, const char *text, uint32_t length) {
     SourceFile *file = read_main_file(path, text, length);
-    if (OnTree) OnTree(file->tree);
+    if (Observing.tree) Observing.tree(Observing.context, file->tree);
     file->is_open = true;
     bool is_script = has_statements(file->tree) || !file->functions;
     write_functions(is_script);
@@ -148,7 +144,7 @@ void lower_program(const char *path, const char *text, uint32_t length) {
         translate_script(file);
     else
         write_called_files();
-    if (OnProgram) OnProgram(file);
+    if (Observing.program) Observing.program(Observing.context, file);
 }
 
 const char *lower_script_call(const Node *name) {

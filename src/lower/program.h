@@ -5,15 +5,6 @@
 
 /* Start of a run in a language: nothing is left of the run before. */
 void begin_program(SourceLanguage language);
-/* Gets the tree of the run's own source when it has been read, for tools; null by default. It must
- * not throw. */
-typedef void (*TreeListener)(const Node *tree);
-extern TreeListener OnTree;
-/* Gets the run's own file when it has been lowered, with all that it calls, for tools; null by
- * default. Its names are settled. It must not throw. */
-typedef void (*ProgramListener)(const SourceFile *file);
-extern ProgramListener OnProgram;
-
 /* Writes the translation of the source and of everything that it calls into OutputText. path null
  * for a command. */
 void lower_program(const char *path, const char *text, uint32_t length);

@@ -27,7 +27,6 @@ struct Folder {
 };
 
 SourceFile *CurrentFile;
-FileFinder FindFile;
 
 namespace {
 
@@ -95,7 +94,7 @@ void report_names(const SourceFile *file, const Node *node) {
 
 // A called file's first function is called by the file's name; so is one that other runs call.
 const char *function_name(const SourceFile *file, const Node *node, bool is_called) {
-    bool is_by_file = is_called || file->place.name || (FindFile && file->stem);
+    bool is_by_file = is_called || file->place.name || (knows_files() && file->stem);
     if (!is_by_file || !is_first(file) || file->stem == node->text) return node->text;
     report_names(file, node);
     return file->stem;
@@ -288,7 +287,7 @@ namespace {
 // What is known beforehand.
 FoundFile find_known(const Node *place) {
     const char *path;
-    FileFinding finding = FindFile(CurrentFile->path, place->text, &path);
+    FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
     if (finding == FOUND_ELSEWHERE) return {nullptr, path};
     if (finding == NOT_FOUND || !open_if_there(path)) return {};
     return {load_opened_file(path, place), path};
@@ -309,7 +308,7 @@ SourceFile *open_method_file(const char *path, const Node *place) {
 
 // path: null for none.
 FoundFile method_file(const char *path, const Node *place) {
-    if (!path || FindFile) return {nullptr, path};
+    if (!path || knows_files()) return {nullptr, path};
     return found_file(
         find_once(&MethodFiles, intern(path), [=] { return open_method_file(path, place); }));
 }
@@ -322,11 +321,11 @@ bool is_private_path(const char *path) {
 
 FoundFile find_file(const Node *place) {
     if (CurrentFile->is_library) return {};
-    FoundFile found = FindFile ? find_known(place) : find_private_file(place);
-    if (found.path && (!FindFile || is_private_path(found.path))) return found;
+    FoundFile found = knows_files() ? find_known(place) : find_private_file(place);
+    if (found.path && (!knows_files() || is_private_path(found.path))) return found;
     if (const char *constructor = find_constructor(place->text))
         return method_file(constructor, place);
-    if (FindFile) return found;
+    if (knows_files()) return found;
     return found_file(find_once(&PathFiles, place->text, [=] { return find_on_path(place); }));
 }
 
@@ -376,7 +375,7 @@ bool has_file(const Node *place) {
     const char *name = place->text;
     const char *path;
     if (find_method(nullptr, name) || find_constructor(name)) return true;
-    if (FindFile) return FindFile(CurrentFile->path, name, &path) != NOT_FOUND;
+    if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
     return (folder && may_exist(folder->path, name)) || is_on_path(name);
 }

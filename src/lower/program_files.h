@@ -4,6 +4,7 @@
 
 #include "diagnose/source.h"
 #include "lower/classes/class_names.h"
+#include "support/observers.h"
 #include "syntax/names/name_map.h"
 #include "syntax/parser.h"
 
@@ -37,17 +38,18 @@ struct SourceFile {
     SourceFile *next;        /* read before, or null */
 };
 
-/* Where the file of a name that a file calls is, for programs that translate many files and know
- * all of them beforehand. */
-enum FileFinding {
+/* Where the file of a name that a file calls is, for who knows all files beforehand. */
+enum FileFinding : uint8_t {
     NOT_FOUND,
     FOUND_ELSEWHERE, /* it is translated for itself: the run needs its name alone */
     FOUND_HERE       /* a script, whose statements the run needs: its path is answered */
 };
-/* In the place of the look-up described at find_file; null by default. The path stays valid until
- * the run ends. It must not throw. */
-typedef FileFinding (*FileFinder)(const char *caller, const char *name, const char **path);
-extern FileFinder FindFile;
+/* Whether an observer knows them. */
+inline bool knows_files() { return Observing.find_file; }
+/* As described at Observers::find_file; for where knows_files. */
+inline FileFinding find_known_file(const char *caller, const char *name, const char **path) {
+    return Observing.find_file(Observing.context, caller, name, path);
+}
 
 /* The file whose nodes are being settled and lowered. */
 extern SourceFile *CurrentFile;

@@ -13,9 +13,3 @@ enum ResultKind : uint8_t {
     RESULT_SEVERAL, /* an array: there may be any number of elements */
     RESULT_KINDS
 };
-
-/* The kind of the first result of a call. name: of the source, with the dots of packages. It must
- * not throw. */
-typedef ResultKind (*ResultKindFinder)(const char *name);
-/* Null by default; belongs to who set it, and stays from run to run. */
-extern ResultKindFinder ResultKindOf;

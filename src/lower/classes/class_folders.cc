@@ -12,8 +12,6 @@
 #include "syntax/spellings.h"
 #include "translate/text_forms.h"
 
-MethodFinder FindMethod;
-
 namespace {
 
 // The paths of methods; keys are names.
@@ -117,7 +115,7 @@ const SearchDirectory *directories_from(const SearchDirectory *path) {
 const char *find_any_elsewhere(const char *method) {
     const char *known = static_cast<const char *>(find_name(&AnyMethods, method));
     if (known) return known == NOWHERE ? nullptr : known;
-    const char *path = FindMethod(nullptr, method);
+    const char *path = Observing.find_method(Observing.context, nullptr, method);
     enter_name(&AnyMethods, method, as_value(path ? path : NOWHERE));
     return path;
 }
@@ -137,9 +135,10 @@ const SearchDirectory *search_directories() {
 
 const char *find_method(const char *class_name, const char *method) {
     if (!AddTranslator) return nullptr;
-    if (FindFile) {
-        if (!FindMethod) return nullptr;
-        return class_name ? FindMethod(class_name, method) : find_any_elsewhere(method);
+    if (knows_files()) {
+        if (!Observing.find_method) return nullptr;
+        if (!class_name) return find_any_elsewhere(method);
+        return Observing.find_method(Observing.context, class_name, method);
     }
     if (!AreRead) read_folders();
     const NameMap *methods = &AnyMethods;

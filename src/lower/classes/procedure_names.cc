@@ -22,7 +22,8 @@ const char *without_dots(const char *name) {
 
 bool is_plain_function(const char *path, const char *name) {
     const char *found;
-    return FindFile ? FindFile(path, name, &found) != NOT_FOUND : is_on_path(name);
+    if (!knows_files()) return is_on_path(name);
+    return find_known_file(path, name, &found) != NOT_FOUND;
 }
 
 // a_b_c is the method c of a_b, and b_c of a.

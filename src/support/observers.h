@@ -1,0 +1,56 @@
+/* What a tool is told of a run while it goes on, and asked by it. */
+#pragma once
+
+#include <stdint.h>
+
+struct Message;
+struct Node;
+struct Origin;
+struct SourceFile;
+struct stat;
+enum FileFinding : uint8_t;
+enum PieceEnd : uint8_t;
+enum ResultKind : uint8_t;
+
+/* All of it may be null. But opens, no function may throw, and none may end the run. */
+struct Observers {
+    /* Handed to each function; belongs to the tool. */
+    void *context;
+    /* A file is about to be opened. May leave by an exception: the run is then abandoned. */
+    void (*opens)(void *context, const char *path, const struct stat *status);
+
+    /* The following are of matlab and octave alone. A message has been reported. */
+    void (*message)(void *context, const Message *message);
+    /* The run's own source has been read. */
+    void (*tree)(void *context, const Node *tree);
+    /* What becomes of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile,
+     * unless the front end has brought that along; perhaps several times, the last of which counts.
+     * target: the path of the file that holds what is called, null where the run has none. */
+    void (*piece)(void *context, const Node *node, PieceEnd end, const char *target);
+    /* Lines of the output come from the origin, in their order: the first one, from 1, and how
+     * many. Several origins may share a line, and one may be told of several times. */
+    void (*lines)(void *context, const Origin *origin, uint32_t first, uint32_t count);
+    /* The run's own file has been lowered, with all that it calls. Its names are settled. */
+    void (*program)(void *context, const SourceFile *file);
+
+    /* What the first result of a call is. name: of the source, with the dots of packages. */
+    ResultKind (*result_kind)(void *context, const char *name);
+    /* For programs that translate many files and know all of them beforehand. Where the file of a
+     * name is that a file calls, in the place of the look-up described at find_file
+     * (lower/program_files.h). The path stays valid until the run ends. */
+    FileFinding (*find_file)(void *context, const char *caller, const char *name,
+                             const char **path);
+    /* With find_file, in the place of class folders: the path of the file of a class's method, of
+     * class_name null of any class that has it, but of a constructor; null for none. The path stays
+     * valid until the run ends. */
+    const char *(*find_method)(void *context, const char *class_name, const char *method);
+};
+
+/* Of the run under way; empty outside of one. */
+extern Observers Observing;
+
+/* For the next run that begins, of whatever thread, and for no other. */
+void observe_next_run(const Observers &observers);
+/* The start of a run, which gets what has been given, and its end. */
+void begin_observation();
+void end_observation();

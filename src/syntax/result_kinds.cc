@@ -1,4 +1,0 @@
-// Kinds of results.
-#include "syntax/result_kinds.h"
-
-ResultKindFinder ResultKindOf;
