@@ -14,10 +14,6 @@ namespace mtranslate {
 struct IndexedFile {
     std::string path;
     std::string folder; /* that may call it, where that is one alone (private); else empty */
-
-    /* Whether its first word is neither function nor classdef; looks into the file. True also where
-     * it cannot be read: whoever reads it then finds out why. */
-    bool is_script() const;
 };
 
 class FileIndex {

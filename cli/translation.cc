@@ -4,10 +4,13 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+#include <map>
 #include <new>
 #include <vector>
 
 #include "cli/file_index.h"
+#include "cli/files.h"
 #include "cli/messages.h"
 #include "cli/rules_host.h"
 #include "cli/source_error.h"
@@ -145,7 +148,19 @@ private:
         const IndexedFile *file = index_->find(caller, name);
         if (!file) return NOT_FOUND;
         *path = file->path.c_str();
-        return file->is_script() ? FOUND_HERE : FOUND_ELSEWHERE;
+        const auto [script, is_new] = are_scripts_.try_emplace(file);
+        if (is_new) script->second = is_script(*file);
+        return script->second ? FOUND_HERE : FOUND_ELSEWHERE;
+    }
+
+    /* Also where it cannot be read: whoever reads it then finds out why. */
+    static bool is_script(const IndexedFile &file) {
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(file.path, error))
+            return static_cast<bool>(error);  // a pipe gives its text only once
+        const auto text = read_regular_file(file.path);
+        return !text || is_script_text(file.path.c_str(), text->data(),
+                                       static_cast<std::uint32_t>(text->size()));
     }
 
     const char *find_method(const char *class_name, const char *method) {
@@ -158,6 +173,7 @@ private:
     const RuleAnswers &answers_;
     MessageCollection &messages_;
     Translation &translation_;
+    std::map<const IndexedFile *, bool> are_scripts_; /* of those that are called */
     PieceNotes pieces_;
     LineNotes lines_;
 };

@@ -7,6 +7,8 @@
 #include <random>
 
 #include "diagnose/messages.h"
+#include "lower/program_files.h"
+#include "syntax/spellings.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"
 #include "tests/matlab_run.h"
@@ -83,6 +85,22 @@ TEST(Damage, gives_messages_at_their_places_and_well_formed_text) {
             EXPECT_EQ(form_error(run.text.value()), "") << *run.text;
         }
     });
+}
+
+/* The first tokens of a file tell the same of it as its tree does. */
+void compare_kinds(void * /*context*/, const Node *tree) {
+    const Node *first = tree->first_child;
+    while (first && first->kind != NODE_FUNCTION) first = first->next;
+    const char *name = first ? first->text : intern("f");
+    Source *source = CurrentFile->source;
+    const bool is_script = is_script_file(tree, name, source->errors > 0, LANGUAGE_MATLAB);
+    EXPECT_EQ(is_script_source(source, name, LANGUAGE_MATLAB), is_script);
+}
+
+TEST(Damage, makes_no_other_kind_of_file) {
+    RunOptions options;
+    options.observers.tree = compare_kinds;
+    for_damaged(120, [&](const std::string &source) { run_matlab(source, options); });
 }
 
 /* Errors of the syntax come in the order of their places. */

@@ -7,9 +7,11 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
+#include "syntax/file_kinds.h"
 #include "syntax/parser.h"
 #include "syntax/print_tree.h"
 #include "syntax/scanner.h"
+#include "syntax/spellings.h"
 #include "syntax/syntax_errors.h"
 #include "tests/translation.h"
 
@@ -115,6 +117,20 @@ void expect_rows(const std::string &name, Reading reading, SourceLanguage langua
 TEST(Syntax, makes_tokens) { expect_rows("matlab_tokens", tokens, LANGUAGE_MATLAB); }
 TEST(Syntax, makes_trees) { expect_rows("matlab_trees", tree, LANGUAGE_MATLAB); }
 TEST(Syntax, makes_trees_of_octave) { expect_rows("octave_trees", tree, LANGUAGE_OCTAVE); }
+
+/* By the first tokens where they suffice, and by the tree. */
+std::string kind_of_file(Source *source, SourceLanguage language) {
+    const char *name = intern("f");
+    const bool is_script = is_script_source(source, name, language);
+    const Node *file = parse_source(source, language);
+    EXPECT_EQ(is_script_file(file, name, source->errors > 0, language), is_script) << source->text;
+    return is_script ? "script" : "function";
+}
+
+TEST(Syntax, tells_scripts_from_functions) {
+    expect_rows("matlab_scripts", kind_of_file, LANGUAGE_MATLAB);
+    EXPECT_EQ(read("function g\nend\nx = 1;", kind_of_file, LANGUAGE_OCTAVE), "function");
+}
 
 /* A comment %N% in every place that there is, in the order of N. */
 const char COMMENTED[] =

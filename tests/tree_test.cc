@@ -201,4 +201,20 @@ TEST_F(Trees, are_made_of_files_that_could_be_alone) {
     }
 }
 
+/* What a called file is shows in all of it, not in its first word. */
+TEST_F(TreeOf, scripts_puts_those_that_one_run_puts) {
+    for (const char *source :
+         {"function g\nend\nx = 1;\n", "% a\rx = 1;\r", "...\nfunction s\nx = 1;\n",
+          "; function s\nx = 1;\n", "function% a\n s\nx = 1;\n", "% empty\n"}) {
+        SCOPED_TRACE(source);
+        write(directory / "p/s.m", source);
+        write(directory / "p/main.m", "s\ny = 2;\n");
+        run("mtranslate p -O o");
+        const std::string text = read(directory / "o/main.txt");
+        const std::string alone = output_of("mtranslate p/main.m");
+        EXPECT_TRUE(alone.ends_with(text)) << text << alone;
+        EXPECT_EQ(text.starts_with("s();"), alone.find("s();") != alone.npos) << text << alone;
+    }
+}
+
 }  // namespace mtranslate

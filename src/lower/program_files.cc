@@ -109,30 +109,6 @@ void enter_functions(SourceFile *file, bool is_called) {
     }
 }
 
-bool has_function(const SourceFile *file, const char *name) {
-    for (const Node *node = file->tree->first_child; node; node = node->next)
-        if (node->kind == NODE_FUNCTION && node->text == name) return true;
-    return false;
-}
-
-// Of a file that begins with a function: MATLAB takes one with statements for a script, unless its
-// name means a function of it. Where there are errors an end may have closed a function too early.
-bool is_script_behind_functions(const SourceFile *file) {
-    return Language != LANGUAGE_OCTAVE && file->source->errors == 0 && has_statements(file->tree) &&
-           !has_function(file, file->stem);
-}
-
-// It begins with a statement, or says nothing. What could not be read may have been a function.
-bool is_script(const SourceFile *file) {
-    bool is_empty = true;
-    for (const Node *node = file->tree->first_child; node; node = node->next) {
-        if (node->kind == NODE_FUNCTION) return is_script_behind_functions(file);
-        if (node->kind != NODE_COMMENT && node->kind != NODE_BAD) return true;
-        if (node->kind == NODE_BAD) is_empty = false;
-    }
-    return is_empty;
-}
-
 Folder *private_folder_of(const char *path) {
     const char *folder = folder_of(path);
     // private functions call each other
@@ -165,7 +141,7 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
 
 void parse_file(SourceFile *file, bool is_called) {
     file->tree = parse_source(file->source, Language);
-    file->is_script = is_script(file);
+    file->is_script = is_script_file(file->tree, file->stem, file->source->errors > 0, Language);
     enter_functions(file, is_called);
 }
 
@@ -255,16 +231,6 @@ SourceFile *find_once(NameMap *known, const char *name, Search search) {
 }
 
 }  // namespace
-
-bool is_statement(const Node *node) {
-    return node->kind != NODE_FUNCTION && node->kind != NODE_COMMENT && node->kind != NODE_BAD;
-}
-
-bool has_statements(const Node *tree) {
-    for (const Node *node = tree->first_child; node; node = node->next)
-        if (is_statement(node)) return true;
-    return false;
-}
 
 void begin_files(SourceLanguage language) {
     Language = language;
@@ -378,6 +344,10 @@ bool has_file(const Node *place) {
     if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
     return (folder && may_exist(folder->path, name)) || is_on_path(name);
+}
+
+bool is_script_text(const char *path, const char *text, uint32_t length) {
+    return is_script_source(new_source(path, text, length), stem_of(path), Language);
 }
 
 void reserve_name(const char *written) {

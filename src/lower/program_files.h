@@ -5,8 +5,8 @@
 #include "diagnose/source.h"
 #include "lower/classes/class_names.h"
 #include "support/observers.h"
+#include "syntax/file_kinds.h"
 #include "syntax/names/name_map.h"
-#include "syntax/parser.h"
 
 struct Folder;
 struct SourceFile;
@@ -81,9 +81,9 @@ bool has_file(const Node *place);
 /* Whether there may be a file of the interned name on the search path. */
 bool is_on_path(const char *name);
 
-/* Whether a node of a FILE is a statement that could be read; whether there is one. */
-bool is_statement(const Node *node);
-bool has_statements(const Node *tree);
+/* Whether the text of a file makes it a script; for who knows_files, while the run lowers. The text
+ * may go afterwards. */
+bool is_script_text(const char *path, const char *text, uint32_t length);
 
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);

@@ -41,6 +41,12 @@ FunctionEnds counted_ends() {
     return Scan.openers == Scan.ends ? WITHOUT_ENDS : Parsing.ends;
 }
 
+Node *read_to_end(Source *source, SourceLanguage language) {
+    Node *file = read_source(source, language, ENDS_UNKNOWN);
+    FunctionEnds ends = counted_ends();
+    return ends == Parsing.ends ? file : read_source(source, language, ends);
+}
+
 }  // namespace
 
 void begin_syntax() {
@@ -50,11 +56,15 @@ void begin_syntax() {
 }
 
 Node *parse_source(Source *source, SourceLanguage language) {
-    Node *file = read_source(source, language, ENDS_UNKNOWN);
-    FunctionEnds ends = counted_ends();
-    if (ends != Parsing.ends) file = read_source(source, language, ends);
+    Node *file = read_to_end(source, language);
     report_errors();
     put_eval_texts(file, source, language);
+    return file;
+}
+
+Node *parse_unreported(Source *source, SourceLanguage language, bool *has_errors) {
+    Node *file = read_to_end(source, language);
+    *has_errors = forget_errors();
     return file;
 }
 

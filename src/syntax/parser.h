@@ -15,6 +15,9 @@ void begin_syntax();
 /* The tree of the source, a NODE_FILE, with its errors reported; never null. Exhausted memory ends
  * the run. */
 Node *parse_source(Source *source, SourceLanguage language);
-/* The same of a text that is kept until the run ends; null, and nothing is reported, where it has
+/* The tree alone, and whether the source has errors; texts of eval stay texts. No other source is
+ * being read. */
+Node *parse_unreported(Source *source, SourceLanguage language, bool *has_errors);
+/* The tree of a text that is kept until the run ends; null, and nothing is reported, where it has
  * an error or a comment. No other source is being read. */
 Node *parse_text(const char *text, SourceLanguage language);
