@@ -15,6 +15,7 @@
 #include "lower/pieces.h"
 #include "lower/requested_results.h"
 #include "support/allocation.h"
+#include "syntax/new_nodes.h"
 #include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
@@ -153,15 +154,14 @@ mExpr *lower_call(const Node *name, const Node *arguments) {
     return lower_outside_call(name, arguments, dispatch.may_get_object);
 }
 
-static const Node *as_arguments(const Node *name, const Node *first) {
-    Node *arguments = AllocRecord<Node>();
-    *arguments = *name;
-    arguments->kind = NODE_ARGUMENTS;
-    arguments->first_child = const_cast<Node *>(first);
+// They stand where the name does.
+static const Node *as_arguments(const Node *name, Node *first) {
+    Node *arguments = new_text_node(NODE_ARGUMENTS, name->offset, end_of(name), nullptr);
+    arguments->first_child = first;
     return arguments;
 }
 
-mExpr *call_with_values(const Node *name, const Node *first, const vExpr *values, int32_t results) {
+mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int32_t results) {
     if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, values);
     const Node *arguments = as_arguments(name, first);
     Dispatch dispatch = dispatch_call(name, arguments);

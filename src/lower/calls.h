@@ -11,7 +11,7 @@ mExpr *lower_name(const Node *name);
 mExpr *lower_call(const Node *name, const Node *arguments);
 /* The same with texts that are there already: of the arguments first and its siblings, or null.
  * results: that it is asked for, as requested_results says. */
-mExpr *call_with_values(const Node *name, const Node *first, const vExpr *values, int32_t results);
+mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int32_t results);
 /* A call of a host procedure. */
 mExpr *new_procedure_call(const char *procedure, const Node *arguments);
 /* The same with the words of a COMMAND. */

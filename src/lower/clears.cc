@@ -87,9 +87,7 @@ void put_matching(const Clearing *clearing) {
     }
 }
 
-Symbol *symbol_of_word(const Node *word) {
-    return const_cast<Symbol *>(find_symbol(Lowering.scope, intern(word->text)));
-}
+Symbol *symbol_of_word(const Node *word) { return find_symbol(Lowering.scope, intern(word->text)); }
 
 void put_named(const Clearing *clearing) {
     for (const Node *word = clearing->first; word != clearing->end; word = word->next) {

@@ -11,6 +11,7 @@
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
+#include "syntax/new_nodes.h"
 
 namespace {
 
@@ -84,15 +85,12 @@ void put_parameter(const Scope *scope, const Node *parameter) {
 }
 
 // An assignment of the value behind the target, when the parameter has not been given.
-void put_default(const Node *target, const Symbol *parameter) {
-    Node assignment = {};
-    assignment.kind = NODE_ASSIGN;
-    assignment.offset = target->offset;
-    assignment.length = end_of(target->next) - target->offset;
-    assignment.first_child = const_cast<Node *>(target);
+void put_default(Node *target, const Symbol *parameter) {
+    Node *assignment = new_parent(NODE_ASSIGN, target);
+    assignment->length = end_of(target->next) - target->offset;
     bool is_option = target->kind != NODE_NAME;
     if (!is_option) put_line("if %s then", {count_condition("nargs", OP_LT, parameter->position)});
-    lower_siblings(&assignment, nullptr, Lowering.level + !is_option);
+    lower_siblings(assignment, nullptr, Lowering.level + !is_option);
     if (!is_option) put_line("end if;", {});
 }
 
@@ -112,7 +110,7 @@ Symbol *base_symbol(const Node *target) {
 
 // The options of one parameter stand side by side.
 void put_argument(const Node *argument) {
-    const Node *target = argument->first_child;
+    Node *target = argument->first_child;
     Symbol *symbol = base_symbol(target);
     if (target->next && symbol) put_default(target, symbol);
     if (!symbol || !(symbol->flags & SYMBOL_OPTIONS)) return;

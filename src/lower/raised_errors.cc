@@ -5,23 +5,17 @@
 #include "lower/context.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
+#include "syntax/new_nodes.h"
 #include "syntax/spellings.h"
 
 void put_raised_error(const Node *place, const char *message) {
-    Node text = {};
-    text.kind = NODE_STRING;
-    text.text = message;
-    Node arguments = {};
-    arguments.kind = NODE_ARGUMENTS;
-    arguments.first_child = &text;
     Symbol *function = AllocRecord<Symbol>();
     *function = {};
-    Node *name = AllocRecord<Node>();
-    *name = *place;
-    name->kind = NODE_NAME;
-    name->text = function->name = intern("error");
+    function->name = intern("error");
+    Node *name = new_text_node(NODE_NAME, place->offset, end_of(place), function->name);
     name->symbol = function;
+    Node *text = new_text_node(NODE_STRING, place->offset, end_of(place), message);
     Lowering.level++;
-    put_line("%s;", {lower_call(name, &arguments)->text});
+    put_line("%s;", {lower_call(name, new_parent(NODE_ARGUMENTS, text))->text});
     Lowering.level--;
 }

@@ -106,7 +106,7 @@ const SearchDirectory *directories_from(const SearchDirectory *path) {
         SearchDirectory *cell = AllocRecord<SearchDirectory>();
         *cell = {around_class_folder(path->directory), nullptr};
         *end = cell;
-        end = const_cast<SearchDirectory **>(&cell->next);
+        end = &cell->next;
     }
     return first;
 }

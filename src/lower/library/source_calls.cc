@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/called_functions.h"
+#include "lower/keyword_calls.h"
 #include "lower/library/needs.h"
 #include "lower/library/sources.h"
 #include "lower/operands.h"
@@ -60,8 +61,11 @@ mExpr *new_source_call(const char *name, const OfferedCall *call) {
     if (!source) return nullptr;
     const char *procedure = supplied_function(source->text);
     if (!source->given) return new_index_node(procedure, FUNCTION_INDEX, call->values);
-    vExpr given = {new_leaf(source->given), const_cast<vExpr *>(call->values), nullptr};
-    return new_index_node(procedure, FUNCTION_INDEX, &given);
+    ExprList values = {};
+    append_expr(&values, new_leaf(source->given));
+    for (const vExpr *cell = call->values; cell; cell = cell->next)
+        append_expr(&values, cell->item);
+    return new_index_node(procedure, FUNCTION_INDEX, values.first);
 }
 
 mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->name->text, call); }

@@ -143,7 +143,7 @@ Scope *settle_script(Node *file, ScriptFinder find_script);
 constexpr int DEEPEST_SCRIPT = 20;
 
 /* The scope of a FUNCTION, ANONYMOUS or FILE; null before its names are settled. */
-const Scope *scope_of(const Node *node);
+Scope *scope_of(const Node *node);
 
 inline bool is_variable(const Symbol *symbol) { return (symbol->flags & SYMBOL_VARIABLE) != 0; }
 /* Whether it is a variable that holds a function: all its values are @ expressions. */

@@ -157,15 +157,18 @@ void leave_scope(NameWalk *walk, const Scope *scope) {
         enter_name(&walk->bindings, symbol->name, symbol->around);
 }
 
-Symbol *mention(NameWalk *walk, Node *name) {
-    Symbol *symbol = bound_symbol(walk, name->text);
-    if (!symbol) symbol = new_symbol(walk, walk->function, name->text);
-    name->symbol = symbol;
+static Symbol *mention_text(NameWalk *walk, const char *name) {
+    Symbol *symbol = bound_symbol(walk, name);
+    if (!symbol) symbol = new_symbol(walk, walk->function, name);
     const Scope *owner = symbol->scope;
     if (owner != walk->scope && is_anonymous(walk->scope)) capture(walk->scope, symbol);
     if (owner != walk->function && !is_anonymous(owner)) note_sharing(walk->function, symbol);
     if (walk->in_script) symbol->flags |= SYMBOL_IN_SCRIPT;
     return symbol;
+}
+
+Symbol *mention(NameWalk *walk, Node *name) {
+    return name->symbol = mention_text(walk, name->text);
 }
 
 void read_name(NameWalk *walk, Node *name) {
@@ -221,10 +224,7 @@ void change_name(NameWalk *walk, Node *name) {
 }
 
 static void clear_name(NameWalk *walk, const Node *word) {
-    Node name = {};
-    name.kind = NODE_NAME;
-    name.text = intern(word->text);
-    Symbol *symbol = mention(walk, &name);
+    Symbol *symbol = mention_text(walk, intern(word->text));
     note_setting(&walk->loops, symbol);
     note_unset(&walk->sets, symbol);
     walk->function->flags |= NAMES_VARIABLES;
@@ -260,7 +260,7 @@ void pass_captures(NameWalk *walk, Scope *anonymous) {
     }
 }
 
-const Scope *scope_of(const Node *node) {
+Scope *scope_of(const Node *node) {
     const Node *holder = node->kind == NODE_FILE ? node : node->first_child;
     while (holder->kind != NODE_FILE && holder->kind != NODE_PARAMETERS) holder = holder->next;
     return holder->scope;

@@ -183,7 +183,7 @@ void assume_existence(Node *reference, bool is_true) {
     bool is_of_variables = kind ? kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0
                                 : !library_function(asked->text);
     if (!is_of_variables) return;
-    Symbol *symbol = const_cast<Symbol *>(find_symbol(TracedScope, intern(asked->text)));
+    Symbol *symbol = find_symbol(TracedScope, intern(asked->text));
     if (!symbol || !is_traced(symbol) || !is_variable(symbol)) return;
     if (is_true) set_value(symbol, value_now(symbol) & ANY_VALUE);
 }

@@ -331,7 +331,7 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     trace_owner(scope->owner);
     finish_values(scope);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
-        trace_function(const_cast<Scope *>(scope_of(nested->node)), has_function);
+        trace_function(scope_of(nested->node), has_function);
 }
 
 void trace_script(Node *file) {
