@@ -72,13 +72,13 @@ system = "run({1})"
     check_answers(
         rules,
         {
-            {"x = 2*pi;", "x := 2 . Pi;"},
+            {"x = 2*pi;", "x := 2*Pi;"},
             {"a = 1; x = sq(3)*2; y = -sq(a + 1); z = sq(-a); w = sq(sq(a));",
-             "a := 1;\nx := (3^2) . 2;\ny := -((a +~ 1)^2);\nz := ((-a)^2);\nw := ((a^2)^2);"},
+             "a := 1;\nx := (3^2) . 2;\ny := -((a + 1)^2);\nz := ((-a)^2);\nw := ((a^2)^2);"},
             {"x = sq(1e-5); y = sq('a b'); z = sq([1 2]);",
              "x := (1e-5^2);\ny := (\"a b\"^2);\nz := (Vector[row]([1, 2])^2);"},
             {"a = 2; x = add(a, -1); y = wrap(a + 1); c = {add(1, 2)};",
-             "a := 2;\nx := (a + (-1));\ny := outer(((a +~ 1)));\n"
+             "a := 2;\nx := (a + (-1));\ny := outer(((a + 1)));\n"
              "c := rtable([(1 + 2)],subtype='Vector[row]');"},
             {"x = set(1, 2); y = set();", "x := {1, 2};\ny := {};"},
             {"x = apply(@(t) t, 2); y = apply(@gamma);",
@@ -90,7 +90,7 @@ system = "run({1})"
              "4]);"},
             {"x = flip(1);", "with(LinearAlgebra):\nx := Transpose(1);"},
             {"gamma = 1; x = gamma + 1; show(x); show;",
-             "g_value := 1;\nx := g_value +~ 1;\nput(x);\ndisplay_of;"},
+             "g_value := 1;\nx := g_value + 1;\nput(x);\ndisplay_of;"},
             {"x = stats.mean(1)^2; if x, y = (stats.mean(2) + 1); end",
              "x := mean_of(1)^2;\nif ArrayTools[AllNonZero](x) then\n"
              "    y := (mean_of(2) +~ 1);\nend if;"},
@@ -166,7 +166,7 @@ g.kind = "text"
              "x := cells(1, 2, 3);\ny := numbers(1, 2, \"UniformOutput\", true);"},
             {"if 1, check(2 > 1, 'a'), end",
              "if true then\n"
-             "    if not ((evalhf(zip(`>`,eval(2),eval(1))))) then stop(\"a\") end if;\nend if;"},
+             "    if not (evalhf(zip(`>`,eval(2),eval(1)))) then stop(\"a\") end if;\nend if;"},
             {"show(1); x = show(1);", "show 1;\nx := shown(1);"},
             {"[m, n] = dims(1); n = dims(1); h = @(t) dims(t); [m, n] = h(1);",
              "(m, n) := dims_of(1, 2);\nn := dims_of(1, 1);\nh := proc( t )\n"
@@ -240,7 +240,7 @@ pair.results.2 = "both()"
              "f(1)",
              "x := 1;\nshow(\"x\", x);\ny := Vector();\ny(2) := copy(x);\nz := struct();\n(m_by, "
              "z:-a) := both();\n"
-             "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x +~ 1);\n"
+             "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x + 1);\n"
              "show(\"ans\", y(2));\nfor k from 1 to 2 do\n    show(\"k\", k);\nend do;\n"
              "f := copy(Sine);\nf(1);"},
             {"assignin('base', 'a', 2);", "set_in(\"base\", \"a\", 2);"},

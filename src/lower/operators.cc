@@ -13,6 +13,7 @@
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
+#include "translate/binary_text.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
 
@@ -61,6 +62,36 @@ static_assert(sizeof HostOperators / sizeof *HostOperators == OPERATOR_COUNT);
 const HostOperator *host_operator(OperatorId id) {
     assert(HostOperators[id].id == id);
     return &HostOperators[id];
+}
+
+// Between single numbers.
+struct PlainOperator {
+    OperatorId id;
+    int builder;
+    HostLevel level;
+    const char *sign;
+};
+
+const PlainOperator PlainOperators[] = {
+    {OPERATOR_PLUS, OP_PLUS, HOST_SUM, " + "},
+    {OPERATOR_MINUS, OP_MINUS, HOST_SUM, " - "},
+    {OPERATOR_TIMES, OP_TIMES, HOST_PRODUCT, "*"},
+    {OPERATOR_DOT_TIMES, OP_DOT_TIMES, HOST_PRODUCT, "*"},
+    {OPERATOR_DIVIDE, OP_DIVIDE, HOST_PRODUCT, "/"},
+    {OPERATOR_DOT_DIVIDE, OP_DOT_DIVIDE, HOST_PRODUCT, "/"},
+    {OPERATOR_POWER, OP_POWER, HOST_POWER, "^"},
+    {OPERATOR_DOT_POWER, OP_DOT_POWER, HOST_POWER, "^"},
+};
+
+const PlainOperator *plain_operator(OperatorId id) {
+    for (const PlainOperator &row : PlainOperators)
+        if (row.id == id) return &row;
+    return nullptr;
+}
+
+// A variable without a value fails either way.
+bool is_number(Value value) {
+    return is_within(value, MAY_BE_NUMBER | ONE | ANY_SIGN | MAY_BE_MISSING);
 }
 
 // Inside of parentheses the builders add a pair of their own.
@@ -114,6 +145,7 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
 // next: the first of some, at the end the last of them.
 [[gnu::noinline]] Operand join_postfixes(const Operand *left, const Node **next) {
     int builder = host_operator((*next)->joint)->builder;
+    int32_t outer = open_bracket(OUTSIDE);
     mExpr *value = new_operator1(builder, left->expr);
     size_t times = 1;
     for (; is_same_postfix(*next, (*next)->next); *next = (*next)->next) times++;
@@ -122,11 +154,24 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
         const char *around = new_operator1(builder, &nothing)->text;
         value->text = repeat_around(left->expr->text, around, times);
     }
+    close_bracket(outer);
     return {value, HOST_ATOM};
+}
+
+Operand join_numbers(const PlainOperator *plain, const Operand *left, const Operand *right) {
+    bool is_inside = BracketDelimiter == IN_PARENTHESES;
+    const mExpr *first = left_of(left, plain->level);
+    const mExpr *second = right_of(right, plain->level);
+    mExpr *value = new_binary_expr(plain->builder, SCALAR, first, {is_inside ? "(" : ""},
+                                   {plain->sign, second->text, is_inside ? ")" : ""});
+    return {value, built_level(plain->level)};
 }
 
 Operand join_next(Operand *left, Value left_value, const Node *next) {
     Operand right = lower_operand(next);
+    const PlainOperator *plain = plain_operator(next->joint);
+    if (plain && is_number(left_value) && is_number(value_of(next)))
+        return join_numbers(plain, left, &right);
     spell_characters(next->joint, left, left_value, &right, value_of(next));
     bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
     return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
@@ -169,6 +214,15 @@ const char *class_in_front(const Node *first) {
     return has_operator_methods() ? class_of_value(first) : nullptr;
 }
 
+// A form that is no infix keeps itself together.
+mExpr *build_binary(int builder, HostLevel form, const mExpr *left, const mExpr *right) {
+    if (form != HOST_ATOM) return new_operator2(builder, left, right);
+    int32_t outer = open_bracket(OUTSIDE);
+    mExpr *value = new_operator2(builder, left, right);
+    close_bracket(outer);
+    return value;
+}
+
 }  // namespace
 
 Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
@@ -178,7 +232,13 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
     bool is_swapped = op == OPERATOR_DOT_LEFT_DIVIDE;
     const mExpr *first = is_swapped ? right_of(left, form) : left_of(left, form);
     const mExpr *second = is_swapped ? left_of(right, form) : right_of(right, form);
-    return {new_operator2(row->builder, first, second), built_level(form)};
+    return {build_binary(row->builder, form, first, second), built_level(form)};
+}
+
+// What is known of a number, or not, and the operand that joins it.
+static Value joined_value(const Node *next, Value left) {
+    bool are_numbers = plain_operator(next->joint) && is_number(left) && is_number(value_of(next));
+    return are_numbers ? MAY_BE_NUMBER | ONE | ANY_SIGN : ANY_VALUE & ~MAY_BE_TEXT;
 }
 
 // Out of line: the frames of nested short circuits stay small.
@@ -198,7 +258,7 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
             value = join_postfixes(&value, &next);
         } else {
             value = is_text ? join_with_text(&value, next) : join_next(&value, known, next);
-            known = is_text ? ANY_VALUE : ANY_VALUE & ~MAY_BE_TEXT;
+            known = is_text ? ANY_VALUE : joined_value(next, known);
         }
     }
     return value;
@@ -209,12 +269,19 @@ Operand lower_chain(const Node *node) {
     return is_lazy && needs_branches(node) ? lower_branched_value(node) : join_operands(node);
 }
 
+static Operand negate_value(const mExpr *value) {
+    int32_t outer = open_bracket(OUTSIDE);
+    mExpr *negated = new_operator1(OP_NOT, value);
+    close_bracket(outer);
+    return {negated, HOST_ATOM};
+}
+
 Operand lower_prefix(const Node *node) {
     Operand operand = lower_operand(node->first_child);
     if (const char *method = prefix_method(node))
         return call_operator(method, operand.expr, nullptr);
     spell_prefixed(&operand, value_of(node->first_child));
-    if (node->op == OPERATOR_NOT) return {new_operator1(OP_NOT, operand.expr), HOST_ATOM};
+    if (node->op == OPERATOR_NOT) return negate_value(operand.expr);
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
     return {new_operator1(sign, behind_sign(&operand)), built_level(HOST_SIGN)};
 }

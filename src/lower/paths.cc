@@ -84,16 +84,10 @@ void name_repeated_path(Path *path) {
     name_path(path);
 }
 
-// Inside of parentheses the first field has a pair around it.
 void add_field(Path *path, const Node *field) {
     begin_selector(path, false);
-    const char *name = field_name(field);
-    if (!path->has_field && BracketDelimiter == IN_PARENTHESES) {
-        *path = begin_path(form_text("(%s:-%s)", {path->text, name}), false);
-    } else {
-        append_text(path, ":-");
-        append_text(path, name);
-    }
+    append_text(path, ":-");
+    append_text(path, field_name(field));
     path->has_field = true;
 }
 

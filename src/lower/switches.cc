@@ -40,8 +40,7 @@ void put_clause_head(const char *word, const char *variable, const ExprList *val
     if (!values->first) return put_line("%s false then", {word});
     if (values->first == values->last)
         return put_line("%s %s = %s then", {word, variable, values->first->item->text});
-    put_line("%s %s in { %s}", {word, variable, exprs_text(values->first)});
-    add_line(Lowering.lines, 0, " then");
+    put_line("%s %s in {%s} then", {word, variable, exprs_text(values->first)});
 }
 
 // What the values need in front goes in front of the whole chain, into lines.
