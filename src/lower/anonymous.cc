@@ -1,6 +1,7 @@
 // Functions as values.
 #include "lower/anonymous.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lexer/brackets.h"
@@ -194,6 +195,7 @@ const char *bind_values(const Bindings *bindings, const char *procedure) {
 mExpr *lower_handle(const Node *node) { return new_leaf(handle_text(node)); }
 
 mExpr *lower_anonymous(const Node *node) {
+    assert(node->kind == NODE_ANONYMOUS);
     const char *procedure = lower_procedure(node);
     Bindings bindings = bindings_of(scope_of(node));
     return new_call_leaf(bindings.names.first ? bind_values(&bindings, procedure) : procedure);

@@ -1,6 +1,7 @@
 // Assignments.
 #include "lower/assignments.h"
 
+#include <assert.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -110,6 +111,7 @@ const char *value_text(const Node *target, const Node *value) {
 }  // namespace
 
 void put_assignment(const Node *node) {
+    assert(node->kind == NODE_ASSIGN);
     if (is_deletion(node)) return put_deletion(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
@@ -184,6 +186,7 @@ Bounds literal_bounds(const Node *argument) {
 
 // The index of c{1:3} or s(1:3).f.
 const Node *list_index(const Node *reference) {
+    assert(reference->kind == NODE_REFERENCE);
     const Node *index = nullptr;
     const Node *last = reference->first_child->next;
     for (; last->next; last = last->next) index = last;
@@ -267,6 +270,7 @@ void put_values(TargetTexts *targets, const Node *value) {
 }  // namespace
 
 void put_multi_assignment(const Node *node) {
+    assert(node->kind == NODE_MULTI_ASSIGN);
     const Node *list = node->first_child;
     if (!list->first_child) {
         request_results(list->next, 0);

@@ -1,6 +1,7 @@
 // Answers of the host with the lines of blocks in them.
 #include "lower/block_forms.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include <string_view>
@@ -10,6 +11,7 @@
 #include "support/allocation.h"
 
 Lines lower_block_apart(const Node *block, int level) {
+    assert(block->kind == NODE_BLOCK);
     Lines lines = {};
     Lines *outer = Lowering.lines;
     Lowering.lines = &lines;

@@ -1,6 +1,7 @@
 // Calls of functions.
 #include "lower/called_functions.h"
 
+#include <assert.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -89,6 +90,7 @@ Callee found_callee(const char *name, const FoundFile *found) {
 }
 
 const Callee *callee_of(const Node *place) {
+    assert(is_named(place));
     if (const Callee *known = known_callee(place)) return known;
     FoundFile found = AddTranslator ? find_file(place) : FoundFile{};
     return new_callee(CurrentFile, place->text, found_callee(place->text, &found));
@@ -220,6 +222,7 @@ const char *own_function(const Node *name) {
 }
 
 const Node *member_name(const Node *name, const Node *field) {
+    assert(field->kind == NODE_FIELD);
     Node *member = AllocRecord<Node>();
     *member = *name;
     member->text = intern(form_text("%s.%s", {name->text, field->text}));

@@ -1,6 +1,7 @@
 // Names alone, and calls of functions.
 #include "lower/calls.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lower/called_functions.h"
@@ -143,6 +144,7 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 }
 
 mExpr *lower_call(const Node *name, const Node *arguments) {
+    assert(name->kind == NODE_NAME && !is_variable(name->symbol));
     if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
     Dispatch dispatch = dispatch_call(name, arguments);
     if (dispatch.class_name) {
@@ -183,6 +185,7 @@ static mExpr *lower_bare_call(const Node *name) {
 }
 
 mExpr *lower_name(const Node *name) {
+    assert(name->kind == NODE_NAME && name->symbol && "names are settled");
     if (is_variable(name->symbol)) return new_leaf(written_name(name->symbol));
     note_piece(name, CALL_OF_LANGUAGE);
     if (strcmp(name->text, "ans") == 0) {

@@ -1,6 +1,8 @@
 // Elements of cells.
 #include "lower/cell_elements.h"
 
+#include <assert.h>
+
 #include "lower/cell_parts.h"
 #include "lower/context.h"
 #include "lower/expressions.h"
@@ -75,6 +77,7 @@ bool is_cell_element(const Node *assignment) {
 }
 
 void put_cell_element(const Node *assignment) {
+    assert(is_cell_element(assignment));
     const Node *place = assignment->first_child;
     const Node *value = without_parens(place->next);
     Target target = lower_target(place, nullptr);

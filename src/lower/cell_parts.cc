@@ -1,6 +1,8 @@
 // Parts of cells.
 #include "lower/cell_parts.h"
 
+#include <assert.h>
+
 #include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
@@ -74,6 +76,7 @@ bool is_cell_part(const Node *reference) {
 }
 
 mExpr *lower_cell_part(const Node *reference) {
+    assert(is_cell_part(reference));
     const Node *arguments = reference->first_child->next;
     const char *base = written_name(reference->first_child->symbol);
     if (count_several(arguments) == 0) return lower_known_part(base, arguments);

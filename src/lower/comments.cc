@@ -1,6 +1,8 @@
 // Comments of the source.
 #include "lower/comments.h"
 
+#include <assert.h>
+
 #include "lower/context.h"
 #include "lower/origins.h"
 #include "lower/pieces.h"
@@ -12,6 +14,7 @@ static const char *mark_of(const Node *comment) {
 }
 
 void put_comment(const Node *comment, Line *trailed) {
+    assert(comment->kind == NODE_COMMENT);
     note_piece(comment, COMMENT_IS_PUT);
     const char *text = form_text("%s%s", {mark_of(comment), comment->text});
     Origin *outer = begin_origin(COMMENT_LINES, comment);

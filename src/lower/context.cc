@@ -1,6 +1,7 @@
 // What is being lowered now.
 #include "lower/context.h"
 
+#include <assert.h>
 #include <stdio.h>
 
 #include "support/allocation.h"
@@ -9,6 +10,7 @@ LoweringContext Lowering;
 int32_t SwitchVariables;
 
 LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level) {
+    assert(lines && level >= 0);
     LoweringContext outer = Lowering;
     Lowering = {};
     Lowering.scope = scope;
@@ -34,6 +36,7 @@ const char *new_temporary() {
 }
 
 void put_line(const char *form, std::initializer_list<const char *> operands) {
+    assert(Lowering.lines && "what is put belongs to a list");
     add_line(Lowering.lines, Lowering.level, form_text(form, operands));
 }
 

@@ -1,6 +1,7 @@
 // Several targets whose number is known at run time only.
 #include "lower/counted_targets.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include <algorithm>
@@ -193,6 +194,7 @@ bool is_counted(const Node *assignment) {
 }
 
 void put_counted(const Node *assignment) {
+    assert(is_counted(assignment));
     const Node *targets = assignment->first_child;
     Counted counted = {};
     counted.call = without_parens(targets->next);

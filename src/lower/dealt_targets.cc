@@ -1,6 +1,7 @@
 // Targets of an unknown number.
 #include "lower/dealt_targets.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lexer/brackets.h"
@@ -66,6 +67,7 @@ bool is_dealt(const Node *assignment) {
 }
 
 void put_dealt(const Node *assignment) {
+    assert(is_dealt(assignment));
     const Node *targets = assignment->first_child;
     const Node *target = targets->first_child;
     const Node *value = dealt_argument(targets->next);

@@ -1,6 +1,8 @@
 // Deletions of elements.
 #include "lower/deletions.h"
 
+#include <assert.h>
+
 #include "lexer/brackets.h"
 #include "lower/context.h"
 #include "lower/gaps.h"
@@ -124,6 +126,7 @@ bool is_deletion(const Node *assignment) {
 }
 
 void put_deletion(const Node *assignment) {
+    assert(is_deletion(assignment));
     const Node *node = assignment->first_child;
     const Node *arguments = last_selector(node);
     if (selects_nothing(arguments)) return;

@@ -1,6 +1,7 @@
 // Positions in an index.
 #include "lower/end_positions.h"
 
+#include <assert.h>
 #include <stdlib.h>
 
 #include "lexer/brackets.h"
@@ -20,6 +21,7 @@ int count_children(const Node *node) {
 }
 
 const char *last_position_text(const char *base, int argument, int count) {
+    assert(argument >= 1 && argument <= count);
     if (count == 1) return form_text("ArrayNumElems(%s,'All')", {base});
     const char *dimension = number_text(argument);
     if (argument < count) return form_text("rhs(ArrayDims(%s)[%s])", {base, dimension});
@@ -41,6 +43,7 @@ mExpr *lower_end(const Node *node) {
 namespace {
 
 const Node *last_child(const Node *node) {
+    assert(node->first_child);
     const Node *child = node->first_child;
     while (child->next) child = child->next;
     return child;
@@ -71,6 +74,7 @@ double behind_end(const Node *stop) {
 // Whether a..b selects what a:b does. A bound below 0 counts from behind in the host. Where end - j
 // is one, no position from j on is selected either way.
 bool is_plain_range(const Node *range) {
+    assert(range->kind == NODE_RANGE);
     const Node *stop = second_child(range);
     if (stop->next) return true;
     if (!is_surely_whole(stop)) return false;
@@ -116,6 +120,7 @@ mExpr *lower_argument(const Node *node) {
 }  // namespace
 
 mExpr *lower_position(const Node *node, const EndBase *at) {
+    assert(at->argument >= 1 && at->argument <= at->count);
     const EndBase *outer = Lowering.end_base;
     Lowering.end_base = at;
     mark_used(at, node);

@@ -1,6 +1,7 @@
 // Expressions: the kinds of nodes, and ranges.
 #include "lower/expressions.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lexer/brackets.h"
@@ -91,6 +92,7 @@ static mExpr *lower_range_value(const Node *node) {
 }
 
 mExpr *lower_range(const Node *node) {
+    assert(node->kind == NODE_RANGE);
     const Node *second = second_child(node);
     mExpr *start = lower_expression(node->first_child);
     mExpr *next = lower_expression(second);

@@ -1,6 +1,7 @@
 // What cannot be translated.
 #include "lower/gaps.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lower/context.h"
@@ -10,10 +11,12 @@
 #include "support/allocation.h"
 
 void report_at(MessageId id, const Node *node, std::initializer_list<const char *> operands) {
+    assert(end_of(node) <= CurrentFile->source->length && "the node is of another file");
     report(id, CurrentFile->source, node->offset, node->length, operands);
 }
 
 void report_gap(MessageId id, const Node *node, std::initializer_list<const char *> operands) {
+    assert(is_failure(id));
     report_at(id, node, operands);
     if (Lowering.gap == MESSAGE_COUNT) Lowering.gap = id;
 }
@@ -41,6 +44,7 @@ const char *next_line(SourceLines *lines) {
 }  // namespace
 
 void put_gap(const Node *node, MessageId id) {
+    assert(end_of(node) <= CurrentFile->source->length);
     note_piece(node, SOURCE_IS_PUT);
     Origin *outer = begin_origin(GAP_LINES, node);
     const MessageRow *row = &MessageTable[id];
@@ -61,4 +65,7 @@ static MessageId error_in(const Node *node) {
     return UNEXPECTED_TOKEN;
 }
 
-void put_bad(const Node *node) { put_gap(node, error_in(node)); }
+void put_bad(const Node *node) {
+    assert(node->kind == NODE_BAD);
+    put_gap(node, error_in(node));
+}

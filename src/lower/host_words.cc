@@ -1,6 +1,7 @@
 // Words of the host's language.
 #include "lower/host_words.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include <string>
@@ -109,6 +110,7 @@ bool must_change_name(const Symbol *symbol) {
 }
 
 const char *written_name(Symbol *symbol) {
+    assert(symbol && "names are settled before they are lowered");
     if (symbol->written) return symbol->written;
     // functions of the program are not offered
     const char *answer = symbol->definition ? nullptr : translate_name(symbol->name);

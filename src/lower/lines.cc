@@ -1,6 +1,7 @@
 // Lines of host text that wait to be written.
 #include "lower/lines.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include <algorithm>
@@ -37,6 +38,7 @@ void write_margin(const Line *line) {
 }  // namespace
 
 void add_line(Lines *lines, int level, const char *text) {
+    assert(level >= 0);
     Line *line = AllocRecord<Line>();
     *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin};
     Lines one = {line, line};
@@ -44,6 +46,7 @@ void add_line(Lines *lines, int level, const char *text) {
 }
 
 void append_lines(Lines *lines, Lines *more) {
+    assert(lines != more && !(lines->last && lines->last->next));
     if (!more->first) return;
     (lines->last ? lines->last->next : lines->first) = more->first;
     lines->last = more->last;
@@ -124,6 +127,7 @@ namespace {
 
 // What stands after a line end inside of the line's text, as a line of its own.
 Line *split_line(Line *line, const char *end) {
+    assert(*end == '\n');
     const char *rest = end + 1 + strspn(end + 1, " ");
     Line *second = AllocRecord<Line>();
     int32_t blanks = static_cast<int32_t>(rest - end - 1);

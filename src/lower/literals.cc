@@ -1,6 +1,7 @@
 // Numbers, strings, and what stands in [ ] and { }.
 #include "translate/literals.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lexer/brackets.h"
@@ -29,6 +30,7 @@ bool has_text(const Node *literal) {
 }
 
 const Node *single_element(const Node *literal) {
+    assert(literal->kind == NODE_MATRIX || literal->kind == NODE_CELL);
     const Node *row = literal->first_child;
     return row && !row->next && !row->first_child->next ? row->first_child : nullptr;
 }
@@ -170,6 +172,7 @@ mExpr *lower_cell_rows(const Node *literal) {
 }  // namespace
 
 Operand lower_number(const Node *node) {
+    assert(node->kind == NODE_NUMBER);
     if (has_flag(node, NUMBER_IMAGINARY)) {
         return {new_node(EXPR_IMAGINARY, node->text), HOST_PRODUCT};
     }
@@ -213,6 +216,7 @@ static Operand lower_elements_of(const Node *literal) {
 }
 
 Operand lower_matrix(const Node *node) {
+    assert(node->kind == NODE_MATRIX);
     int32_t outer = open_bracket(IN_LITERAL);
     Operand value = lower_elements_of(node);
     close_bracket(outer);

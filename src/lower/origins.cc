@@ -1,6 +1,7 @@
 // Origins of lines.
 #include "lower/origins.h"
 
+#include <assert.h>
 #include <algorithm>
 
 #include "support/allocation.h"
@@ -31,6 +32,7 @@ void begin_origins() {
 }
 
 Origin *begin_origin(LineKind kind, uint32_t begin, uint32_t end) {
+    assert(begin <= end && end <= CurrentFile->source->length);
     Origin *outer = CurrentOrigin;
     CurrentOrigin = nullptr;
     if (!Observing.lines || CurrentFile->is_library) return outer;
@@ -59,6 +61,7 @@ void begin_rest(uint32_t begin) {
 
 // A comment stands on the last one of its line's lines.
 void tell_lines(const Origin *origin, uint32_t count) {
+    assert(Observing.lines && count > 0);
     uint32_t first = LinesWritten + 1;
     LinesWritten += count;
     for (; origin; origin = origin->also) {

@@ -1,6 +1,7 @@
 // The text of a reference.
 #include "lower/paths.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lexer/brackets.h"
@@ -30,6 +31,7 @@ char *reserve(Path *path, size_t size) {
         path->room = room;
         path->is_own = true;
     }
+    assert(path->room >= size);
     path->room -= size;
     return const_cast<char *>(path->text) + path->length;
 }
@@ -85,6 +87,7 @@ void name_repeated_path(Path *path) {
 }
 
 void add_field(Path *path, const Node *field) {
+    assert(field->kind == NODE_FIELD);
     begin_selector(path, false);
     append_text(path, ":-");
     append_text(path, field_name(field));
@@ -120,6 +123,7 @@ void append_index(Path *path, const vExpr *arguments) {
 }
 
 void add_index(Path *path, const Node *selector, bool may_be_call) {
+    assert(selector->kind == NODE_ARGUMENTS || selector->kind == NODE_BRACES);
     begin_selector(path, true);
     bool is_long = repeats_too_much(path, selector);
     const char *base = is_long ? put_temporary(path->text) : path->text;
@@ -133,6 +137,7 @@ void add_index(Path *path, const Node *selector, bool may_be_call) {
 }
 
 void add_dynamic_field(Path *path, const Node *selector) {
+    assert(selector->kind == NODE_DYNAMIC_FIELD);
     begin_selector(path, false);
     int32_t outer = open_bracket(IN_PARENTHESES);
     const mExpr *name = lower_expression(selector->first_child);
@@ -162,6 +167,7 @@ bool is_next(const Selectors *selectors, NodeKind kind) {
 }
 
 const Node *take(Selectors *selectors) {
+    assert(selectors->next && selectors->next != selectors->end);
     const Node *selector = selectors->next;
     selectors->next = selector->next;
     return selector;

@@ -1,6 +1,8 @@
 // Parameters: how they get into the variables of the function.
 #include "lower/preludes.h"
 
+#include <assert.h>
+
 #include "diagnose/messages.h"
 #include "lower/argument_counts.h"
 #include "lower/context.h"
@@ -86,6 +88,7 @@ void put_parameter(const Scope *scope, const Node *parameter) {
 
 // An assignment of the value behind the target, when the parameter has not been given.
 void put_default(Node *target, const Symbol *parameter) {
+    assert(target->next && !target->next->next && "a target and its value");
     Node *assignment = new_parent(NODE_ASSIGN, target);
     assignment->length = end_of(target->next) - target->offset;
     bool is_option = target->kind != NODE_NAME;
@@ -120,6 +123,7 @@ void put_argument(const Node *argument) {
 }
 
 void put_argument_block(const Node *block) {
+    assert(block->kind == NODE_ARGUMENT_BLOCK);
     bool has_checks = false;
     for (const Node *child = block->first_child; child; child = child->next) {
         if (child->kind == NODE_COMMENT) {

@@ -1,6 +1,7 @@
 // Procedures.
 #include "lower/procedures.h"
 
+#include <assert.h>
 #include <algorithm>
 
 #include "diagnose/messages.h"
@@ -164,6 +165,7 @@ void add_end(Lines *lines, int level, const Node *function) {
 
 void add_procedure(Lines *lines, int level, const Node *function, const char *name) {
     const Scope *scope = scope_of(function);
+    assert(scope && "its names are settled");
     const Node *outputs = function->first_child;
     report_outputs(scope, outputs);
     report_outer_settings(scope);
@@ -219,6 +221,7 @@ const Node *behind_function(const Node *function) {
 const Node *comments_above(const Node *first, const Node *function) {
     const Node *above = function;
     for (const Node *node = first; node != function; node = node->next) {
+        assert(node && "it stands in front of the function");
         bool is_above = node->kind == NODE_COMMENT && !has_flag(node, TRAILING);
         if (!is_above) above = function;
         if (is_above && above == function) above = node;
@@ -232,6 +235,7 @@ void begin_procedures() {
 }
 
 void lower_function(const FileFunction *function, const Node *comments, Lines *lines) {
+    assert(!BeforeProcedure && "functions of a file are lowered one after the other");
     const Node *node = function->node;
     trace_function(settle_function(function->node, find_script), has_function);
     Lines before = {};

@@ -1,6 +1,8 @@
 // Whole programs.
 #include "lower/program.h"
 
+#include <assert.h>
+
 #include "diagnose/messages.h"
 #include "emit/output.h"
 #include "lower/called_functions.h"
@@ -144,11 +146,13 @@ void lower_program(const char *path, const char *text, uint32_t length) {
         translate_script(file);
     else
         write_called_files();
+    assert(ScriptDepth == 0 && !CallingOrigin);
     if (Observing.program) Observing.program(Observing.context, file);
 }
 
 const char *lower_script_call(const Node *name) {
     SourceFile *file = file_of_script(name);
+    assert(file->is_script);
     if (const char *refusal = script_refusal(file)) return refusal;
     SourceFile *outer = CurrentFile;
     CurrentFile = file;

@@ -1,6 +1,7 @@
 // The files of a run.
 #include "lower/program_files.h"
 
+#include <assert.h>
 #include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -101,6 +102,7 @@ const char *function_name(const SourceFile *file, const Node *node, bool is_call
 }
 
 void enter_functions(SourceFile *file, bool is_called) {
+    assert(!file->functions);
     FileFunction **end = &file->functions;
     for (Node *node = file->tree->first_child; node; node = node->next) {
         if (node->kind != NODE_FUNCTION) continue;
@@ -140,6 +142,7 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
 }
 
 void parse_file(SourceFile *file, bool is_called) {
+    assert(!file->tree);
     file->tree = parse_source(file->source, Language);
     file->is_script = is_script_file(file->tree, file->stem, file->source->errors > 0, Language);
     enter_functions(file, is_called);
@@ -252,6 +255,7 @@ namespace {
 
 // What is known beforehand.
 FoundFile find_known(const Node *place) {
+    assert(knows_files());
     const char *path;
     FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
     if (finding == FOUND_ELSEWHERE) return {nullptr, path};

@@ -1,6 +1,8 @@
 // References.
 #include "lower/references.h"
 
+#include <assert.h>
+
 #include "lower/calls.h"
 #include "lower/cell_parts.h"
 #include "lower/classes/methods.h"
@@ -56,6 +58,7 @@ const char *shown_selector(const Node *selector) {
 }  // namespace
 
 mExpr *lower_reference(const Node *node) {
+    assert(node->kind == NODE_REFERENCE && second_child(node));
     const Node *base = node->first_child;
     if (is_plain_call(base)) {
         mExpr *call = lower_call(base, base->next);

@@ -1,6 +1,8 @@
 // The return of a script.
 #include "lower/script_returns.h"
 
+#include <assert.h>
+
 #include "lower/host_conditions.h"
 #include "lower/origins.h"
 #include "lower/procedures.h"
@@ -36,6 +38,7 @@ void open_branch(OpenRest *rest) {
 }
 
 void close_branch(OpenRest *rest) {
+    assert(rest->innermost && Lowering.level > 0);
     Origin *current = CurrentOrigin;
     CurrentOrigin = rest->innermost->origin;
     rest->innermost = rest->innermost->outer;
@@ -46,6 +49,7 @@ void close_branch(OpenRest *rest) {
 
 // Of tests one is open at a time: they stand side by side.
 void put_test(OpenRest *rest) {
+    assert(Lowering.script.returned && "a return has been met");
     if (rest->is_tested) close_branch(rest);
     Origin *outer = CurrentOrigin;
     CurrentOrigin = rest->origin;
@@ -71,6 +75,7 @@ void choose_form(const OpenRest *rest, const Node *statement) {
 }  // namespace
 
 void put_script_return(const Node *node) {
+    assert(node->kind == NODE_RETURN && Lowering.script.is_open);
     ScriptContext *script = &Lowering.script;
     if (node == script->left_out) return;
     script->returns++;
@@ -105,6 +110,7 @@ void start_returned(const OpenRest *rest, const ScriptContext *before, bool is_g
 }
 
 void end_in_rest(OpenRest *rest, const Node *statement, const ScriptContext *before) {
+    assert(Lowering.script.loops == before->loops && Lowering.script.returns >= before->returns);
     ScriptContext *script = &Lowering.script;
     if (script->returns != before->returns && script->loops == 0) {
         rest->is_pending = true;

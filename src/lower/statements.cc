@@ -1,6 +1,8 @@
 // Statements.
 #include "lower/statements.h"
 
+#include <assert.h>
+
 #include "lower/argument_checks.h"
 #include "lower/assignments.h"
 #include "lower/called_functions.h"
@@ -55,6 +57,7 @@ void put_system(const Node *node) {
 
 // The cleanup's comments stay in front of its statements.
 void put_unwind(const Node *node) {
+    assert(!third_child(node));
     report_at(UNWIND_PROTECT, node);
     lower_block_at(node->first_child, Lowering.level);
     lower_block_at(second_child(node), Lowering.level);
@@ -130,6 +133,7 @@ bool put_or_give_up(const Node *node, Lines *lines) {
     MessageId outer = Lowering.gap;
     Lowering.gap = MESSAGE_COUNT;
     put_statement(node);
+    assert(Lowering.lines == lines && "what a statement changes it puts back");
     bool is_given_up = Lowering.gap != MESSAGE_COUNT;
     if (is_given_up) {
         *lines = {nullptr, nullptr};
@@ -261,6 +265,7 @@ void lower_more_siblings(const Node *first, const Node *end) {
 }
 
 void lower_block_at(const Node *block, int level) {
+    assert(block->kind == NODE_BLOCK);
     end_head(block->offset);
     lower_siblings(block->first_child, nullptr, level);
     begin_rest(end_of(block));

@@ -1,4 +1,6 @@
 // switch statements: an if chain over a variable that holds the value.
+#include <assert.h>
+
 #include "lower/comments.h"
 #include "lower/context.h"
 #include "lower/expressions.h"
@@ -53,6 +55,7 @@ ExprList lower_in_front(const Node *value, Lines *lines) {
 }
 
 void put_clause(const Node *node, const char *word, const char *variable, Lines *in_front) {
+    assert(node->kind == NODE_CASE);
     ExprList values = lower_in_front(node->first_child, in_front);
     put_clause_head(word, variable, &values);
     free_vExpr(values.first);
@@ -85,6 +88,7 @@ static void put_switch_comment(const Node *comment, Line *head, bool is_first) {
 }
 
 void put_switch(const Node *node) {
+    assert(node->kind == NODE_SWITCH);
     const Node *subject = node->first_child;
     const char *variable = new_switch_variable();
     put_line("%s := %s;", {variable, lower_expression(subject)->text});

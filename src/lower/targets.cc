@@ -1,6 +1,8 @@
 // Targets of assignments.
 #include "lower/targets.h"
 
+#include <assert.h>
+
 #include "lexer/brackets.h"
 #include "lower/classes/methods.h"
 #include "lower/context.h"
@@ -16,6 +18,7 @@
 namespace {
 
 const char *field_name_text(const Node *selector) {
+    assert(selector->kind == NODE_FIELD || selector->kind == NODE_DYNAMIC_FIELD);
     int32_t outer = open_bracket(IN_PARENTHESES);
     const char *text = lower_expression(selector->first_child)->text;
     close_bracket(outer);
@@ -186,6 +189,7 @@ void start_target(const Node *base, const char *written) {
 }  // namespace
 
 Target lower_target(const Node *node, const Node *end) {
+    assert(node->kind == NODE_NAME || node->kind == NODE_REFERENCE);
     const Node *base = node->kind == NODE_NAME ? node : node->first_child;
     const char *name = written_name(base->symbol);
     Target target = {begin_path(name, false), nullptr, nullptr, nullptr};

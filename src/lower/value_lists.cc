@@ -1,6 +1,7 @@
 // Lists of values.
 #include "lower/value_lists.h"
 
+#include <assert.h>
 #include <stdlib.h>
 
 #include "lower/context.h"
@@ -104,6 +105,7 @@ static const char *last_for(const ValueRun *run, int targets) {
 }
 
 mExpr *lower_values_for(const Node *node, int targets) {
+    assert(targets > 1);
     node = without_parens(node);
     note_fields(node);
     ValueRun run = new_run(node);

@@ -1,5 +1,7 @@
 // Statements that hold blocks. A block with an error in its head, or without its end, becomes a
 // NODE_BAD with what could be read as its children.
+#include <assert.h>
+
 #include "syntax/class_table.h"
 #include "syntax/expressions.h"
 #include "syntax/open_blocks.h"
@@ -65,6 +67,7 @@ void add_first_head(Compound *compound, Statement *statement) {
 }
 
 Node *end_branch(Node *branch, NodeList *children) {
+    assert(!branch->first_child);
     branch->first_child = children->first;
     branch->length = end_of(children->last) - branch->offset;
     return branch;

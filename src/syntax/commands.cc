@@ -1,6 +1,7 @@
 // Commands: words instead of arguments, read from the bytes.
 #include "syntax/commands.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/class_table.h"
@@ -151,6 +152,7 @@ bool is_command() {
 }
 
 Node *parse_command() {
+    assert(Current.kind == TOKEN_NAME);
     Node *name = new_text_node(NODE_NAME, Current.start, Current.end, Current.text);
     Node *command = new_parent(NODE_COMMAND, name);
     NodeList words;

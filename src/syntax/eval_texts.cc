@@ -1,6 +1,7 @@
 // Programs in texts.
 #include "syntax/eval_texts.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include <string_view>
@@ -99,6 +100,7 @@ Node *last_sibling(Node *node) {
 
 // The statements stand in the place of the one that calls eval.
 void put_statements(Node *statement, const Node *file) {
+    assert(file->kind == NODE_FILE);
     Node *first = file->first_child;
     last_sibling(first)->next = statement->next;
     uint16_t before = statement->flags & (BLANK_BEFORE | INSIDE);

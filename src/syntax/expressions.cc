@@ -27,6 +27,7 @@ Node *bad_operand() {
 
 // A chain or range under way ends with its last operand.
 Node *end_at_child(Node *node, const Node *last) {
+    assert(node->offset <= last->offset);
     node->length = end_of(last) - node->offset;
     return node;
 }
@@ -54,6 +55,7 @@ Node *parse_chain(Node *left, int level) {
 
 // start:stop, start:step:stop; a third colon begins a range of that range.
 Node *parse_range(Node *start) {
+    assert(Current.op == OPERATOR_COLON);
     Node *range = new_parent(NODE_RANGE, start);
     advance();
     Node *last = start->next = parse_operand_above(LEVEL_COLON);
@@ -99,6 +101,7 @@ bool is_lone_tilde(const Node *prefix, int depth) {
 }
 
 void become_tilde(Node *prefix) {
+    assert(prefix->kind == NODE_PREFIX);
     prefix->kind = NODE_TILDE;
     prefix->op = OPERATOR_NONE;
     if (Parsing.lone_tilde == NO_TILDE) Parsing.lone_tilde = prefix->offset;

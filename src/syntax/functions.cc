@@ -1,4 +1,5 @@
 // Functions: headers, bodies, and what ends them.
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/class_table.h"
@@ -164,6 +165,7 @@ NodeList cut_comments_of_next(Node *block) {
 
 // Ends the body at the current token: an end, the next function, or the end of the file.
 void end_body(Statement *statement, Node *function, Node *block) {
+    assert(block->kind == NODE_BLOCK);
     bool is_at_end = Current.kind == TOKEN_END || Current.kind == TOKEN_END_FUNCTION;
     if (Parsing.ends == ENDS_UNKNOWN) Parsing.ends = is_at_end ? WITH_ENDS : WITHOUT_ENDS;
     bool may_be_open = Current.kind == TOKEN_FUNCTION || Current.kind == TOKEN_END_OF_FILE;
@@ -210,6 +212,7 @@ void begin_frame(FunctionFrame *frame, FunctionFrame *outer) {
 }
 
 Node *parse_function(Statement *statement) {
+    assert(Current.kind == TOKEN_FUNCTION);
     ParserState saved = Parsing;
     FunctionFrame frame;
     begin_frame(&frame, Parsing.blocks > 0 ? saved.function : nullptr);

@@ -21,6 +21,7 @@ inline void append(NodeList *list, Node *node) {
 /* Moves all of more behind the list. */
 inline void append_all(NodeList *list, NodeList *more) {
     if (!more->first) return;
+    assert(!more->last->next && "the list ends there");
     append(list, more->first);
     list->last = more->last;
     *more = {};
@@ -33,6 +34,7 @@ inline Node *new_node(NodeKind kind, uint32_t offset) {
     return node;
 }
 inline Node *new_text_node(NodeKind kind, uint32_t start, uint32_t end, const char *text) {
+    assert(start <= end);
     Node *node = new_node(kind, start);
     node->length = end - start;
     node->text = text;

@@ -10,7 +10,10 @@ OpenBlock OpenBlocks[MOST_NESTED];
 
 namespace {
 
-OpenBlock *innermost() { return &OpenBlocks[Parsing.blocks - 1]; }
+OpenBlock *innermost() {
+    assert(Parsing.blocks > 0);
+    return &OpenBlocks[Parsing.blocks - 1];
+}
 
 bool waits_for(const OpenBlock *block, TokenKind kind) {
     if (kind == TOKEN_FUNCTION) return block->opener == TOKEN_FUNCTION;
@@ -104,6 +107,7 @@ bool is_in_loop() {
 bool is_in_function_body() { return Parsing.blocks > 0 && innermost()->opener == TOKEN_FUNCTION; }
 
 void close_block(TokenKind other_end, const Node *body) {
+    assert(Parsing.depth >= Parsing.blocks);
     if (Current.kind == TOKEN_END || Current.kind == other_end) {
         advance();
     } else {
@@ -114,6 +118,7 @@ void close_block(TokenKind other_end, const Node *body) {
 }
 
 void note_stray_token() {
+    assert(ends_statements(Current.kind));
     const char *keyword = keyword_at(Current.start);
     if (is_end(Current.kind)) {
         note_error(STRAY_END, Current.start, Current.end, {keyword, innermost_text()});

@@ -1,6 +1,7 @@
 // Reading a source from its first token to its last.
 #include "syntax/parser.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/eval_texts.h"
@@ -30,6 +31,7 @@ Node *read_source(Source *source, SourceLanguage language, FunctionEnds ends) {
     NodeList list;
     parse_statements(&list);
     append_all(&list, &Scan.comments);
+    assert(Current.kind == TOKEN_END_OF_FILE && Parsing.blocks == 0 && Parsing.depth == 0);
     file->first_child = list.first;
     return file;
 }

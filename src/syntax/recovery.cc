@@ -1,6 +1,7 @@
 // Going on behind an error, so that one reading finds all independent errors.
 #include "syntax/recovery.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/class_table.h"
@@ -183,6 +184,7 @@ void skip_token(NodeList *comments) {
 
 // Between two tokens stand comments of continued lines.
 Node *finish_bad(Node *node) {
+    assert(node->kind == NODE_BAD);
     uint32_t behind = Previous.end > Current.start ? Previous.end : Current.start;
     const char *end = Scan.text + behind;
     while (end > Scan.text + node->offset && (is_blank(end[-1]) || is_line_end(end[-1]))) end--;
@@ -199,6 +201,7 @@ void recover() {
 }
 
 Node *recover_statement(uint32_t start) {
+    assert(Failed);
     recover();
     NodeList comments;
     append_all(&comments, &Scan.comments);

@@ -2,6 +2,7 @@
 // parser puts in front of the statement.
 #include "syntax/scan_comments.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/class_table.h"
@@ -31,6 +32,7 @@ bool stand_alone(const char *at, const char *line_end, char second) {
 }
 
 Node *comment_node(const char *start, const char *text, const char *end, uint16_t flags) {
+    assert(start <= end && text <= end && end <= Scan.end);
     Node *node = new_text_node(NODE_COMMENT, offset_of(start), offset_of(end),
                                keep_bytes(text, static_cast<size_t>(end - text)));
     node->flags = flags;
@@ -49,6 +51,7 @@ bool make_comment_token(const char *end) {
 }
 
 void open_block_comment(const char *at, const char *line_end) {
+    assert(Scan.block_comments == 0 && "what stands in one is read by lines");
     Scan.block_comments = 1;
     BlockComment = at;
     Scan.at = behind_line_end(line_end);
@@ -70,6 +73,7 @@ bool take_block_line(const char *at, const char *line_end) {
 
 // The line that closes a block comment, and the line end behind it.
 void close_block_comment() {
+    assert(Scan.block_comments > 0);
     if (--Scan.block_comments == 0) Scan.line_flags = FIRST_ON_LINE;
 }
 
@@ -116,6 +120,7 @@ bool scan_block_line() {
 
 // The text behind the dots is a comment, with or without a sign of its own.
 const char *skip_continuation(const char *at) {
+    assert(is_continuation(at));
     const char *text = at + 3;
     const char *end = find_line_end(text);
     const char *start = skip_to_code(text, end);
@@ -125,6 +130,7 @@ const char *skip_continuation(const char *at) {
 }
 
 Node *new_comment() {
+    assert(Current.kind == TOKEN_COMMENT);
     const char *start = Scan.text + Current.start;
     const char *end = Scan.text + Current.end;
     bool in_block = (Current.flags & OF_BLOCK_COMMENT) != 0;

@@ -1,6 +1,7 @@
 // Numbers and strings as the host reads them.
 #include "syntax/scan_literals.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/class_table.h"
@@ -11,6 +12,7 @@
 namespace {
 
 bool make_literal(TokenKind kind, const char *end, const char *text) {
+    assert(text && end > Scan.text + Current.start && end <= Scan.end);
     Current.kind = kind;
     Current.end = offset_of(end);
     Current.text = text;
@@ -51,6 +53,7 @@ bool is_imaginary_unit(const char *at) {
 
 // The kept text of a number; those of one digit are the same for all runs.
 const char *number_text(const char *at, const char *end, const char *exponent) {
+    assert(at < end && exponent <= end);
     static const char digits[][2] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
     if (end - at == 1) return digits[*at - '0'];
     char *text = keep_bytes(at, static_cast<size_t>(end - at));
@@ -124,6 +127,7 @@ bool refuse_number(const char *at, const char *end, const char *reason) {
 
 // 0x1F or 0b101: digits of 4 bits or of 1 behind two characters.
 bool scan_bits(const char *at, int bits_each) {
+    assert(digit_value(at[2]) < 1 << bits_each);
     const char *end = at + 2;
     uint64_t bits = 0;
     bool is_lost = false;
@@ -146,6 +150,7 @@ bool is_octave_escape(char c) { return Scan.language == LANGUAGE_OCTAVE && c == 
 // Behind the closing quote; null where the line ends before it. *plain: no quote is doubled and no
 // backslash escapes.
 const char *find_string_end(const char *at, bool *plain) {
+    assert(*at == '\'' || *at == '"');
     char quote = *at++;
     for (*plain = true;; at++) {
         if (*at == quote) {
@@ -196,6 +201,7 @@ void settle_quotes(char *text, size_t length, char quote) {
         }
         *to++ = c ? c : ' ';
     }
+    assert(to <= end && "what is undone is no longer than what stood there");
     *to = '\0';
 }
 

@@ -23,6 +23,7 @@ struct Bracket {
 Bracket Brackets[MOST_NESTED];
 
 void open_bracket(BracketContext context) {
+    assert(context != OUTSIDE_BRACKETS);
     if (Scan.depth == MOST_NESTED) return;  // the parser refuses it
     Brackets[Scan.depth++] = {Current.start, context};
     Scan.context = context;
@@ -34,6 +35,7 @@ void close_bracket() {
 }
 
 bool make_token(TokenKind kind, const char *end) {
+    assert(end >= Scan.text + Current.start && end <= Scan.end);
     Current.kind = kind;
     Current.end = offset_of(end);
     Scan.at = end;
@@ -322,9 +324,13 @@ void set_bad_token(const char *start, const char *end) {
     make_token(TOKEN_BAD, end);
 }
 
-uint32_t open_bracket_at(int32_t number) { return Brackets[number].offset; }
+uint32_t open_bracket_at(int32_t number) {
+    assert(number >= 0 && number < MOST_NESTED);
+    return Brackets[number].offset;
+}
 
 void continue_at(const char *at) {
+    assert(at >= Scan.text && at <= Scan.end);
     Scan.depth = 0;
     Scan.context = OUTSIDE_BRACKETS;
     Scan.line_flags = FIRST_ON_LINE;
@@ -334,6 +340,7 @@ void continue_at(const char *at) {
 }
 
 void begin_scan(const Source *source, SourceLanguage language) {
+    assert(source->text[source->length] == '\0' && "the scanner looks ahead up to there");
     const char *start = source->text;
     const char *end = start + source->length;
     if (source->length > 0 && end[-1] == '\x1a') end--;

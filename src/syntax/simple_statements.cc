@@ -1,4 +1,6 @@
 // Statements of one line: expressions, assignments, declarations.
+#include <assert.h>
+
 #include "syntax/expressions.h"
 #include "syntax/statements.h"
 
@@ -40,6 +42,7 @@ void append_targets(NodeList *targets, Node *element) {
 }
 
 Node *targets_of(Node *matrix) {
+    assert(matrix->kind == NODE_MATRIX);
     NodeList targets;
     Node *row = matrix->first_child;
     bool has_gap = row && has_flag(row, HAS_GAP);
@@ -61,6 +64,7 @@ Node *targets_of(Node *matrix) {
 }
 
 Node *new_assignment(NodeKind kind, Node *target, Node *value) {
+    assert(!value->next);
     Node *node = new_parent(kind, target);
     target->next = value;
     return finish(node);

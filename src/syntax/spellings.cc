@@ -1,6 +1,7 @@
 // The table of spellings: open addressing, by a hash of the first and last bytes.
 #include "syntax/spellings.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "support/allocation.h"
@@ -139,6 +140,7 @@ void begin_spellings() {
 }
 
 Spelling *spelling_of_bytes(const char *text, uint32_t length) {
+    assert(length > 0);
     Ends ends = ends_of(text, length);
     uint32_t i = hash_of(ends, length) & (TableSize - 1);
     for (; Spelling *spelling = Table[i]; i = (i + 1) & (TableSize - 1)) {

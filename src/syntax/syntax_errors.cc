@@ -1,6 +1,7 @@
 // Errors of the source, and the words for what was read.
 #include "syntax/syntax_errors.h"
 
+#include <assert.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -134,6 +135,7 @@ bool is_silent() { return Skipping || NotedCount == MOST_ERRORS; }
 
 void note_error(MessageId id, uint32_t start, uint32_t end,
                 std::initializer_list<const char *> operands) {
+    assert(start <= end && end <= NotedSource->length);
     if (is_silent()) return;
     Noted[NotedCount++] = {id, start, end, message_text(id, operands)};
 }
@@ -180,6 +182,7 @@ void unclosed_bracket(const char *closer, uint32_t opener) {
 }
 
 void move_error_to_line_end(uint32_t line_end, const char *closer, uint32_t opener) {
+    assert(opener <= line_end && line_end <= NotedSource->length);
     if (NotedCount == 0) return;
     const char *bracket = keep_bytes(Scan.text + opener, 1);
     Noted[NotedCount - 1] = {
@@ -208,6 +211,7 @@ bool forget_errors() {
 }
 
 const char *describe_bytes(const char *start, const char *end) {
+    assert(start <= end);
     size_t length = static_cast<size_t>(end - start);
     size_t shown = shown_length(start, length);
     return join({"'", keep_bytes(start, shown), shown < length ? "...'" : "'"});

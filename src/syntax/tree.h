@@ -6,6 +6,7 @@
  * flat lists, so that a long source makes a broad tree, not a deep one. */
 #pragma once
 
+#include <assert.h>
 #include <stdint.h>
 
 #include "syntax/operators.h"
@@ -216,5 +217,11 @@ inline bool is_colon(const Node *argument) {
     return argument->kind == NODE_STRING && argument->text[0] == ':' && argument->text[1] == '\0';
 }
 inline Node *first_child(const Node *node) { return is_named(node) ? nullptr : node->first_child; }
-inline Node *second_child(const Node *node) { return node->first_child->next; }
-inline Node *third_child(const Node *node) { return node->first_child->next->next; }
+inline Node *second_child(const Node *node) {
+    assert(first_child(node));
+    return node->first_child->next;
+}
+inline Node *third_child(const Node *node) {
+    assert(second_child(node));
+    return node->first_child->next->next;
+}

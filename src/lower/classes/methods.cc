@@ -122,6 +122,7 @@ bool has_one_column(const Node *matrix) {
 void begin_methods() { OperatorMethods = NOT_ASKED; }
 
 Dispatch dispatch_call(const Node *name, const Node *arguments) {
+    assert(name->kind == NODE_NAME);
     Dispatch dispatch = {};
     if (!find_method(nullptr, name->text) || is_private_function(name)) return dispatch;
     for (const Node *at = arguments->first_child; at; at = at->next) {

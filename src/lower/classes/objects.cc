@@ -1,6 +1,7 @@
 // Which expressions are objects.
 #include "lower/classes/objects.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lower/called_functions.h"
@@ -53,6 +54,7 @@ bool is_function(const Node *name) {
 
 // The call of a function, perhaps of one in a package, and nothing behind it.
 const char *class_of_reference(const Node *reference) {
+    assert(reference->kind == NODE_REFERENCE);
     const Node *name = reference->first_child;
     const Node *selector = name->next;
     if (!is_function(name)) return nullptr;

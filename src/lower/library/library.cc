@@ -1,6 +1,8 @@
 // MATLAB's library.
 #include "lower/library/library.h"
 
+#include <assert.h>
+
 #include "lower/called_functions.h"
 #include "lower/expressions.h"
 #include "lower/host_words.h"
@@ -32,6 +34,7 @@ bool is_offered(const Node *name, bool may_get_object) {
 }  // namespace
 
 mExpr *new_library_call(const OutsideCall *of, const vExpr *values) {
+    assert(of->name->kind == NODE_NAME);
     if (!is_offered(of->name, of->may_get_object)) return nullptr;
     const Node *first = of->arguments ? of->arguments->first_child : nullptr;
     OfferedCall call = {of->name, first, values, count_arguments(first), of->results};

@@ -1,4 +1,5 @@
 // Scopes and their symbols.
+#include <assert.h>
 #include <string.h>
 
 #include <algorithm>
@@ -59,6 +60,7 @@ Symbol *new_symbol(NameWalk *walk, Scope *scope, const char *name) {
 
 // A symbol of the innermost scope itself.
 Symbol *own_symbol(NameWalk *walk, Node *name) {
+    assert(name->kind == NODE_NAME);
     Symbol *symbol = bound_symbol(walk, name->text);
     if (!symbol || symbol->scope != walk->scope) symbol = new_symbol(walk, walk->scope, name->text);
     name->symbol = symbol;
@@ -66,6 +68,7 @@ Symbol *own_symbol(NameWalk *walk, Node *name) {
 }
 
 void capture(Scope *anonymous, Symbol *symbol) {
+    assert(symbol->scope != anonymous);
     if (symbol->mark == anonymous->number) return;
     Capture *cell = AllocRecord<Capture>();
     *cell = {symbol, nullptr, symbol->mark};
@@ -168,6 +171,7 @@ static Symbol *mention_text(NameWalk *walk, const char *name) {
 }
 
 Symbol *mention(NameWalk *walk, Node *name) {
+    assert(is_named(name));
     return name->symbol = mention_text(walk, name->text);
 }
 
@@ -261,6 +265,7 @@ void pass_captures(NameWalk *walk, Scope *anonymous) {
 }
 
 Scope *scope_of(const Node *node) {
+    assert(node->kind == NODE_FUNCTION || node->kind == NODE_ANONYMOUS || node->kind == NODE_FILE);
     const Node *holder = node->kind == NODE_FILE ? node : node->first_child;
     while (holder->kind != NODE_FILE && holder->kind != NODE_PARAMETERS) holder = holder->next;
     return holder->scope;

@@ -1,4 +1,5 @@
 // The values of variables through the statements of a function.
+#include <assert.h>
 #include <string.h>
 
 #include "syntax/values/effects.h"
@@ -329,6 +330,7 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     begin_flow();
     begin_values(scope);
     trace_owner(scope->owner);
+    assert(!is_in_region() && "all regions are left");
     finish_values(scope);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
         trace_function(scope_of(nested->node), has_function);
