@@ -16,6 +16,7 @@
 #include "lower/pieces.h"
 #include "lower/preludes.h"
 #include "lower/requested_results.h"
+#include "lower/shared_parts.h"
 #include "lower/text_list.h"
 #include "lower/value_lists.h"
 #include "run/run_state.h"
@@ -80,8 +81,9 @@ void leave_body(const Surroundings *outer) {
     end_packages(outer->packages);
 }
 
-mExpr *lower_body(const Node *body) {
-    return is_value_list(body, false) ? lower_value_list(body) : lower_expression(body);
+const char *lower_body(const Node *body) {
+    return is_value_list(body, false) ? lower_kept_list(body)->text
+                                      : handed_text(body, lower_expression(body)->text);
 }
 
 const char *locals_text() {
@@ -117,7 +119,7 @@ bool is_deal(const Node *body) {
 
 // What the body gives: of deal(a, b) its arguments, which are as many as the caller asks for.
 const char *lower_result(const Node *body) {
-    if (!is_deal(body)) return lower_body(body)->text;
+    if (!is_deal(body)) return lower_body(body);
     ExprList values = lower_values(second_child(body));
     const char *text = exprs_text(values.first);
     free_vExpr(values.first);
@@ -156,6 +158,7 @@ const char *lower_procedure(const Node *node) {
     const char *parameters = parameter_list(scope);
     put_prelude(scope);
     if (results > 1) request_results(body, HOST_RESULTS_VARY);
+    if (may_change_results(scope)) begin_holding(nullptr, body);
     const char *value = lower_result(body);
     if (results > 1) put_results(value, results < MOST_RESULTS ? results : MOST_RESULTS);
     const char *text = procedure_text(parameters, value);

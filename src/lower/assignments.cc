@@ -43,11 +43,6 @@ const Node *element_value(const Node *target, const Node *value) {
     return is_value_list(row->first_child, true) ? value : row->first_child;
 }
 
-// Whole variables are copied anyway.
-bool is_part(const Node *value) {
-    return value->kind == NODE_REFERENCE && last_selector(value)->kind != NODE_ARGUMENTS;
-}
-
 // x += e, with e as if in parentheses.
 const char *compound_value(const Target *target, const Node *node) {
     Operand left = {new_leaf(target_value(target)), HOST_ATOM};
@@ -99,13 +94,21 @@ const Symbol *single_struct(const Node *target) {
     return is_field ? target->first_child->symbol : nullptr;
 }
 
+// s.(e) = v, which a function sets.
+bool is_computed_field(const Node *target) {
+    return target->kind == NODE_REFERENCE && last_selector(target)->kind == NODE_DYNAMIC_FIELD;
+}
+
 const char *value_text(const Node *target, const Node *value) {
     Lowering.single = single_struct(target);
     int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
-    const char *text = lower_for_results(element_value(target, value), results);
+    value = element_value(target, value);
+    Holder outer = begin_holding(target, value);
+    const char *text = lower_for_results(value, results);
+    text = is_computed_field(target) ? handed_text(value, text) : held_text(value, text);
+    end_holding(outer);
     Lowering.single = nullptr;
-    value = without_parens(value);
-    return is_part(value) ? part_text(target, value, text) : text;
+    return text;
 }
 
 }  // namespace
@@ -260,6 +263,7 @@ void put_values(TargetTexts *targets, const Node *value) {
     const char *left =
         targets->count == 1 ? targets->texts.first->item->text : targets_text(&targets->texts);
     const char *right = values_text(value, targets->count);
+    if (targets->count == 1) right = held_text(value, right);
     const char *form =
         targets->count == 1 && is_identifier(right) ? "%s := copy(%s);" : "%s := %s;";
     put_line(form, {left, right});
@@ -269,17 +273,24 @@ void put_values(TargetTexts *targets, const Node *value) {
 
 }  // namespace
 
-void put_multi_assignment(const Node *node) {
+static void put_targets(const Node *node) {
     assert(node->kind == NODE_MULTI_ASSIGN);
     const Node *list = node->first_child;
-    if (!list->first_child) {
-        request_results(list->next, 0);
-        return put_line("%s;", {lower_expression(list->next)->text});
-    }
     bool is_open = any_unknown_number(list);
     if (is_open && is_dealt(node)) return put_dealt(node);
     if (is_open && is_counted(node)) return put_counted(node);
     TargetTexts targets = lower_targets(list);
     put_values(&targets, list->next);
     free_vExpr(targets.texts.first);
+}
+
+void put_multi_assignment(const Node *node) {
+    const Node *list = node->first_child;
+    if (!list->first_child) {
+        request_results(list->next, 0);
+        return put_line("%s;", {lower_expression(list->next)->text});
+    }
+    Holder outer = begin_holding(list, list->next);
+    put_targets(node);
+    end_holding(outer);
 }

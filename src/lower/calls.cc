@@ -11,10 +11,12 @@
 #include "lower/field_literals.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
+#include "lower/library/kept_arguments.h"
 #include "lower/library/library.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
 #include "lower/requested_results.h"
+#include "lower/shared_parts.h"
 #include "support/allocation.h"
 #include "syntax/new_nodes.h"
 #include "syntax/spellings.h"
@@ -118,7 +120,11 @@ mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_
     check_global(name, arguments);
     const char *answer = host_name(name);
     bool is_index = false;
+    Holder outer = Lowering.holder;
+    if (!keeps_arguments(name)) begin_holding(nullptr, nullptr);
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
+    hold_arguments(name, arguments, &values);
+    end_holding(outer);
     rename_fields(name->text, arguments, &values);
     OutsideCall outside = {name, arguments, answer, requested_results(arguments), may_get_object};
     mExpr *call = is_index ? finish_index(name, answer, values.first, may_get_object)
@@ -136,7 +142,9 @@ void spell_colons(ExprList *values) {
 }  // namespace
 
 mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
+    Holder outer = begin_holding(nullptr, nullptr);
     ExprList values = lower_values(arguments);
+    end_holding(outer);
     spell_colons(&values);
     mExpr *call = new_index_node(procedure, FUNCTION_INDEX, values.first);
     free_vExpr(values.first);

@@ -76,18 +76,25 @@ bool is_cell_element(const Node *assignment) {
     return is_part(value) || is_cell_value(target, value);
 }
 
-void put_cell_element(const Node *assignment) {
+static void put_element(const Node *assignment) {
     assert(is_cell_element(assignment));
     const Node *place = assignment->first_child;
     const Node *value = without_parens(place->next);
     Target target = lower_target(place, nullptr);
     if (is_part(value)) {
         const char *element = value_path(value, nullptr).text;
-        return put_value(&target, part_text(place, value, element));
+        return put_value(&target, held_text(value, element));
     }
     const char *name = named_value(value);
-    const char *element = part_text(place, value, form_text("%s(1)", {name}));
+    const char *element = joined_text(value, form_text("%s(1)", {name}));
     if (any_argument(last_selector(place), may_be_several))
         return put_branches(&target, name, element);
     put_value(&target, element);
+}
+
+void put_cell_element(const Node *assignment) {
+    const Node *place = assignment->first_child;
+    Holder outer = begin_holding(place, without_parens(place->next));
+    put_element(assignment);
+    end_holding(outer);
 }

@@ -48,6 +48,13 @@ struct ScriptContext {
     OpenRest rest;        /* of its outermost statements */
 };
 
+/* Where the value goes that is being lowered (shared_parts.h). */
+struct Holder {
+    const Node *target;
+    const Node *value;
+    int32_t reads; /* in the value, of the target's variable: at most 2; -1 when not counted */
+};
+
 struct LoweringContext {
     const Scope *scope;       /* of the function, anonymous function or script */
     Lines *lines;             /* where the current statement, and what it needs first, is put */
@@ -67,6 +74,7 @@ struct LoweringContext {
     int32_t inner_procedures; /* of several lines, that the texts of expressions hold so far */
     GeneratedName *started;   /* variables that begin there without elements */
     bool in_comment;          /* the lines become comments */
+    Holder holder;            /* of the value being lowered; {} for none */
     const Node *asked_call;   /* the call that is asked for asked_results; null for none */
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */

@@ -9,6 +9,7 @@
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/lines.h"
+#include "lower/shared_parts.h"
 #include "lower/targets.h"
 #include "lower/value_lists.h"
 #include "lower/value_runs.h"
@@ -80,5 +81,5 @@ void put_dealt(const Node *assignment) {
     ValueRun values = new_run(without_parens(value));
     if (!starts_at_one(&run) || !starts_at_one(&values))
         return report_gap(TARGET_VALUES_GAP, target);
-    put_loop(&run, number, element_of(&values, number));
+    put_loop(&run, number, held_text(targets->next, element_of(&values, number)));
 }

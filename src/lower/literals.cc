@@ -58,12 +58,20 @@ mExpr *lower_element(const Node *element, bool is_alone) {
     return lower_expression(element);
 }
 
+// What is in a cell is in the one that it is joined to, too.
+mExpr *lower_joined_element(const Node *element, bool is_alone) {
+    if (is_value_list(element, is_alone)) return lower_value_list(element);
+    mExpr *expr = lower_expression(element);
+    const char *text = joined_text(element, expr->text);
+    return text == expr->text ? expr : new_call_leaf(text);
+}
+
 // An array in a cell is not the variable, which may change.
 mExpr *lower_kept_element(const Node *element, bool is_alone) {
-    mExpr *expr = lower_element(element, is_alone);
-    bool is_list = is_value_list(element, is_alone);
-    bool needs_copy = !is_list && needs_kept_copy(without_parens(element));
-    return needs_copy ? new_call_leaf(form_text("copy(%s)", {expr->text})) : expr;
+    if (is_value_list(element, is_alone)) return lower_kept_list(element);
+    mExpr *expr = lower_expression(element);
+    const char *text = held_element_text(element, expr->text);
+    return text == expr->text ? expr : new_call_leaf(text);
 }
 
 ExprList lower_kept_elements(const Node *row, bool is_alone) {
@@ -103,7 +111,7 @@ mExpr *join_as_text(const Node *literal) {
 mVector *collect_row(const Node *row, bool is_alone) {
     mVector *items = alloc_mVector(0);
     for (const Node *element = row->first_child; element; element = element->next)
-        append_to_vector(items, lower_element(element, is_alone));
+        append_to_vector(items, lower_joined_element(element, is_alone));
     return items;
 }
 

@@ -8,6 +8,7 @@
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/lines.h"
+#include "lower/shared_parts.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "syntax/values/values.h"
@@ -48,7 +49,7 @@ bool are_cells(const Node *variable, const Node *values) {
 // one column of a cell is a cell, whatever its shape.
 void put_column_head(const char *counter, const Node *variable) {
     const Node *values = variable->next;
-    const char *value = lower_expression(values)->text;
+    const char *value = looped_text(variable, lower_expression(values)->text);
     const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
     const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
     declare_generated(columns);

@@ -59,10 +59,15 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     put_line("end if;", {});
 }
 
-void put_varargin(const Scope *scope, const char *name) {
+// What is changed in the arguments are copies of them.
+void put_varargin(const Scope *scope, Symbol *varargin) {
+    const char *name = written_name(varargin);
     int first = scope->parameters + 1;
+    bool changes = varargin->depth_changed > 1;
+    const char *form = changes ? "%s := copy(rtable([args[%s..]],subtype='Vector[row]'));"
+                               : "%s := rtable([args[%s..]],subtype='Vector[row]');";
     put_line("if %s then", {count_condition("nargs", OP_GE, first)});
-    put_inner_line("%s := rtable([args[%s..]],subtype='Vector[row]');", {name, number_text(first)});
+    put_inner_line(form, {name, number_text(first)});
     put_line("else", {});
     put_inner_line("%s := rtable([],subtype='Vector[row]');", {name});
     put_line("end if;", {});
@@ -79,7 +84,7 @@ void put_parameter(const Scope *scope, const Node *parameter) {
     if (parameter->kind == NODE_TILDE) return;
     if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
     Symbol *symbol = parameter->symbol;
-    if (symbol->position == 0) return put_varargin(scope, written_name(symbol));
+    if (symbol->position == 0) return put_varargin(scope, symbol);
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
     if (!is_copied_parameter(symbol)) return;
     put_copy(scope, symbol);

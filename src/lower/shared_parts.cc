@@ -1,35 +1,214 @@
-// Parts of variables.
+// Values that the host might share.
 #include "lower/shared_parts.h"
 
-#include "lower/context.h"
+#include <string.h>
+
+#include "lower/expressions.h"
+#include "syntax/names/names.h"
 #include "syntax/values/shapes.h"
+#include "syntax/values/value.h"
 #include "translate/text_forms.h"
 
-static const Symbol *base_symbol(const Node *node) {
+namespace {
+
+// Whoever else may see a variable: what it holds outlives the function, or changes elsewhere.
+constexpr uint32_t SEEN_ELSEWHERE =
+    SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+
+// The first argument of a call of a function; null for anything else.
+const Node *first_argument(const Node *value, const char *function) {
+    if (value->kind != NODE_REFERENCE) return nullptr;
+    const Node *base = value->first_child;
+    bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol) &&
+                   base->next->kind == NODE_ARGUMENTS && strcmp(base->text, function) == 0;
+    return is_call ? base->next->first_child : nullptr;
+}
+
+bool is_transpose(const Node *value) {
+    if (value->kind != NODE_CHAIN) return false;
+    const Node *second = second_child(value);
+    return second->kind == NODE_POSTFIX && !second->next;
+}
+
+const Symbol *variable_of(const Node *node) {
     const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     return base->kind == NODE_NAME && is_variable(base->symbol) ? base->symbol : nullptr;
 }
 
-bool needs_part_copy(const Node *target, const Node *value) {
-    const Symbol *from = base_symbol(value);
-    if (!from) return false;
-    uint32_t changes = target->kind == NODE_NAME ? SYMBOL_CHANGED : SYMBOL_CHANGED_DEEPLY;
-    return (base_symbol(target)->flags & changes) || (from->flags & SYMBOL_CHANGED_DEEPLY);
+bool has_parts(const Symbol *symbol) {
+    return symbol->fields || (symbol->flags & SYMBOL_HAS_BRACES);
 }
 
-const char *part_text(const Node *target, const Node *value, const char *text) {
-    return needs_part_copy(target, value) ? form_text("copy(%s)", {text}) : text;
+// Where the text does not tell, a variable that is used as a cell or a struct is one.
+bool may_hold_parts(const Node *value) {
+    Value kinds = kinds_of(value_of(value));
+    if (!may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD)) return false;
+    if (!may_be(kinds, ARITHMETIC | MAY_BE_TEXT)) return true;
+    const Node *target = Lowering.holder.target;
+    bool is_inside = value->kind == NODE_REFERENCE && second_child(value)->next;
+    const Symbol *from = is_inside ? nullptr : variable_of(value);
+    return (from && has_parts(from)) ||
+           (target && target->kind == NODE_NAME && has_parts(target->symbol));
 }
 
 // What is held plainly is never changed inside.
-static bool is_immutable(Value value) {
+bool is_immutable(const Node *node) {
     constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT | MAY_BE_FUNCTION;
+    Value value = value_of(node);
     return is_surely(value, PLAIN) && is_single(value);
 }
 
-bool needs_kept_copy(const Node *value) {
-    const Symbol *from = base_symbol(value);
-    if (!from || is_immutable(value_of(value))) return false;
-    uint32_t changes = value->kind == NODE_NAME ? SYMBOL_CHANGED : SYMBOL_CHANGED_DEEPLY;
-    return (from->flags & changes) || (Lowering.scope->flags & CHANGES_DEEPLY);
+bool changes_at(const Node *target, uint32_t depth) {
+    const Symbol *symbol = target->kind == NODE_TILDE ? nullptr : variable_of(target);
+    return symbol && symbol->depth_changed > depth_of(target) + depth;
+}
+
+bool is_seen_at(const Node *target) {
+    const Symbol *symbol = target->kind == NODE_TILDE ? nullptr : variable_of(target);
+    return symbol && (symbol->flags & (SEEN_ELSEWHERE | SYMBOL_OUTPUT));
+}
+
+// Whether what the holder, or one of several, holds so deep changes, or lives on. The result of an
+// anonymous function is anybody's.
+bool is_in_danger(uint32_t depth) {
+    const Node *target = Lowering.holder.target;
+    if (!target) return Lowering.holder.value != nullptr;
+    if (target->kind != NODE_TARGETS) return changes_at(target, depth) || is_seen_at(target);
+    for (const Node *child = target->first_child; child; child = child->next)
+        if (changes_at(child, depth) || is_seen_at(child)) return true;
+    return false;
+}
+
+int32_t count_reads(const Node *node, const Symbol *symbol) {
+    if (is_named(node)) return node->symbol == symbol;
+    int32_t count = 0;
+    for (const Node *child = first_child(node); child && count < 2; child = child->next)
+        count += count_reads(child, symbol);
+    return count;
+}
+
+bool is_read_once(const Symbol *symbol) {
+    Holder *holder = &Lowering.holder;
+    if (holder->reads < 0) holder->reads = count_reads(holder->value, symbol);
+    return holder->reads < 2;
+}
+
+// Whether the value is of what the target replaces, x = x(2:end) or s.f = [s.f, 1], so that nobody
+// else has it.
+bool is_replaced(const Node *value, const Symbol *from) {
+    const Node *target = Lowering.holder.target;
+    if (!target || target->kind == NODE_TARGETS || variable_of(target) != from) return false;
+    const Node *place = target->kind == NODE_REFERENCE ? second_child(target) : nullptr;
+    const Node *part = value->kind == NODE_REFERENCE ? second_child(value) : nullptr;
+    for (; place; place = place->next, part = part->next) {
+        bool is_same = part && place->kind == NODE_FIELD && part->kind == NODE_FIELD &&
+                       place->text == part->text;
+        if (!is_same) return false;
+    }
+    return is_read_once(from);
+}
+
+// Where what is shared lies: so much deeper than the value, and than the target.
+struct Depths {
+    uint32_t in_value;
+    uint32_t in_target;
+};
+
+bool needs_copy(const Node *value, Depths depths) {
+    const Symbol *from = variable_of(value);
+    if (!Lowering.holder.value || is_replaced(value, from)) return false;
+    return from->depth_changed > depth_of(value) + depths.in_value ||
+           (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
+}
+
+// An index in parentheses makes a new array, which shares what is in it.
+bool is_shared(const Node *value) {
+    const Symbol *from = variable_of(value);
+    if (!from || is_immutable(value) || holds_function(from)) return false;
+    if (value->kind == NODE_NAME) return true;
+    return last_selector(value)->kind != NODE_ARGUMENTS || may_hold_parts(value);
+}
+
+const char *copy_text(const char *text) { return form_text("copy(%s)", {text}); }
+
+// A cell is not what is in it; a struct is an element itself.
+uint32_t depth_of_elements(const Node *value) {
+    bool may_be_record = may_be(value_of(value), MAY_BE_RECORD);
+    const Symbol *from = variable_of(value);
+    return may_be_record && (from->fields || !(from->flags & SYMBOL_HAS_BRACES)) ? 0 : 1;
+}
+
+const char *shared_text(const Node *value, const char *text, uint32_t in_target) {
+    if (!is_shared(value)) return text;
+    bool is_name = value->kind == NODE_NAME;
+    bool is_selection = !is_name && last_selector(value)->kind == NODE_ARGUMENTS;
+    uint32_t depth = is_selection ? depth_of_elements(value) : 0;
+    return needs_copy(value, {depth, depth + in_target}) ? copy_text(text) : text;
+}
+
+// repmat(c, 1, 2) has each element of the cell twice.
+bool shares_itself(const Node *value) {
+    const Node *repeated = first_argument(value, "repmat");
+    const Node *target = Lowering.holder.target;
+    return repeated && target && target->kind != NODE_TARGETS && changes_at(target, 1) &&
+           may_hold_parts(without_parens(repeated));
+}
+
+// getfield(s, 'f') reads s.f.
+const char *field_text(const Node *record, const char *text) {
+    record = without_parens(record);
+    return is_shared(record) && needs_copy(record, {1, 0}) ? copy_text(text) : text;
+}
+
+}  // namespace
+
+Holder begin_holding(const Node *target, const Node *value) {
+    Holder outer = Lowering.holder;
+    Lowering.holder = {target, value, -1};
+    return outer;
+}
+
+void end_holding(const Holder &outer) { Lowering.holder = outer; }
+
+const char *held_text(const Node *value, const char *text) {
+    bool is_name = without_parens(value)->kind == NODE_NAME;  // copied when it is assigned
+    return is_name ? text : handed_text(value, text);
+}
+
+const char *handed_text(const Node *value, const char *text) {
+    value = without_parens(value);
+    if (is_transpose(value)) return joined_text(value->first_child, text);
+    if (shares_itself(value)) return copy_text(text);
+    if (const Node *record = first_argument(value, "getfield")) return field_text(record, text);
+    bool is_plus = value->kind == NODE_PREFIX && value->op == OPERATOR_PLUS;  // +x may be x itself
+    return shared_text(is_plus ? without_parens(value->first_child) : value, text, 0);
+}
+
+const char *held_element_text(const Node *value, const char *text) {
+    return shared_text(without_parens(value), text, 1);
+}
+
+const char *joined_text(const Node *value, const char *text) {
+    value = without_parens(value);
+    if (!is_shared(value) || !may_hold_parts(value)) return text;
+    uint32_t depth = depth_of_elements(value);
+    return needs_copy(value, {depth, depth}) ? copy_text(text) : text;
+}
+
+const char *looped_text(const Node *variable, const char *text) {
+    const Node *value = without_parens(variable->next);
+    const Symbol *from = variable_of(value);
+    if (!from || is_immutable(value)) return text;
+    Holder outer = begin_holding(variable, value);
+    bool changes = from->depth_changed > depth_of(value) || (from->flags & SEEN_ELSEWHERE) ||
+                   (may_hold_parts(value) && is_in_danger(0));
+    end_holding(outer);
+    return changes ? copy_text(text) : text;
+}
+
+bool needs_copies(const Node *value) { return !is_immutable(value) && is_in_danger(0); }
+
+bool may_change_results(const Scope *scope) {
+    while (scope->outer) scope = scope->outer;
+    return (scope->flags & CHANGES_PARTS) || scope->owner->kind == NODE_FUNCTION;
 }

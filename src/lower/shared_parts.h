@@ -1,13 +1,27 @@
-/* Parts of variables that the host might share where MATLAB copies. */
+/* Values that the host might share where MATLAB copies. What is held in a variable, an element or a
+ * field belongs to it alone, unless nothing that shares it ever changes. */
 #pragma once
 
+#include "lower/context.h"
 #include "syntax/names/names.h"
 
-/* Whether a part of the variable that value begins with must be copied for the target, as one of
- * the two changes inside. */
-bool needs_part_copy(const Node *target, const Node *value);
-/* Its text, as a copy where one is needed. */
-const char *part_text(const Node *target, const Node *value, const char *text);
-/* Whether a value that is put into a cell or a struct must be a copy: it is a variable, or a part
- * of one, that changes inside there or where it comes from. */
-bool needs_kept_copy(const Node *value);
+/* The value that is being lowered goes into target: NAME, REFERENCE or TARGETS; null for the result
+ * of an anonymous function. value null: nobody keeps it. Answers what it was before. */
+Holder begin_holding(const Node *target, const Node *value);
+void end_holding(const Holder &outer);
+
+/* The text of a value as it is held: a copy where it, or what is in it, might be shared. A name
+ * alone is left to the assignment, which copies it. */
+const char *held_text(const Node *value, const char *text);
+/* The same, a name copied. */
+const char *handed_text(const Node *value, const char *text);
+/* The same of an element or a field of what is held. */
+const char *held_element_text(const Node *value, const char *text);
+/* The same of a value whose elements become elements of what is held, as in [a, b]. */
+const char *joined_text(const Node *value, const char *text);
+/* The same of what a loop runs over. */
+const char *looped_text(const Node *variable, const char *text);
+/* Whether what an anonymous function of this scope gives may change, or be seen elsewhere. */
+bool may_change_results(const Scope *scope);
+/* Whether what is handed out to each of several targets must be a copy. */
+bool needs_copies(const Node *value);

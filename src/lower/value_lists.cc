@@ -9,6 +9,7 @@
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
+#include "lower/shared_parts.h"
 #include "lower/value_runs.h"
 #include "syntax/values/values.h"
 
@@ -74,8 +75,7 @@ void note_fields(const Node *node) {
 namespace {
 
 // Out of line: the frames of nested lists stay small.
-[[gnu::noinline]] mExpr *sequence(const ValueRun *run, const char *to) {
-    const char *element = element_of(run, "qxrp_i");
+[[gnu::noinline]] mExpr *sequence(const ValueRun *run, const char *to, const char *element) {
     return new_call_leaf(form_text("seq(%s,qxrp_i=%s..%s)", {element, run->from, to}));
 }
 
@@ -85,7 +85,14 @@ mExpr *lower_value_list(const Node *node) {
     node = without_parens(node);
     note_fields(node);
     ValueRun run = new_run(node);
-    return sequence(&run, run.to);
+    return sequence(&run, run.to, element_of(&run, "qxrp_i"));
+}
+
+mExpr *lower_kept_list(const Node *node) {
+    node = without_parens(node);
+    note_fields(node);
+    ValueRun run = new_run(node);
+    return sequence(&run, run.to, held_element_text(node, element_of(&run, "qxrp_i")));
 }
 
 mExpr *lower_first_value(const Node *node) {
@@ -109,5 +116,6 @@ mExpr *lower_values_for(const Node *node, int targets) {
     node = without_parens(node);
     note_fields(node);
     ValueRun run = new_run(node);
-    return sequence(&run, last_for(&run, targets));
+    const char *last = last_for(&run, targets);
+    return sequence(&run, last, held_text(node, element_of(&run, "qxrp_i")));
 }

@@ -21,6 +21,8 @@ bool may_be_several(const Node *argument);
 
 /* The list, wherever several values may stand. */
 mExpr *lower_value_list(const Node *node);
+/* The same, of values that are kept where they are put (shared_parts.h). */
+mExpr *lower_kept_list(const Node *node);
 /* Its first value, for a place of one. */
 mExpr *lower_first_value(const Node *node);
 /* As many values of it as there are targets. */

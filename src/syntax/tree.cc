@@ -10,6 +10,14 @@ Node *last_selector(const Node *reference) {
     return selector;
 }
 
+uint32_t depth_of(const Node *reference) {
+    if (reference->kind != NODE_REFERENCE) return 0;
+    uint32_t depth = 0;
+    for (const Node *selector = second_child(reference); selector; selector = selector->next)
+        depth += selector->kind != NODE_ARGUMENTS;
+    return depth;
+}
+
 Node *nth_child(const Node *node, int n) {
     Node *child = first_child(node);
     while (--n > 0) child = child->next;

@@ -205,6 +205,9 @@ inline bool is_named(const Node *node) {
 }
 /* The last selector of a REFERENCE. */
 Node *last_selector(const Node *reference);
+/* How deep in a variable the value of a REFERENCE or a NAME lies: its selectors but those in
+ * parentheses. */
+uint32_t depth_of(const Node *reference);
 /* Child number n, from 1; there are as many. */
 Node *nth_child(const Node *node, int n);
 /* The first child of a kind, which there is. */

@@ -12,6 +12,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/needs.h"
+#include "lower/shared_parts.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
 #include "syntax/spellings.h"
@@ -106,6 +107,7 @@ mExpr *deal_values(const OfferedCall *call) {
     const char *count = number_text(call->results);
     if (call->count == 1) {
         const char *value = shared_text(call->first, call->values->item->text);
+        if (needs_copies(call->first)) value = form_text("copy(%s)", {value});
         return new_call_leaf(form_text("seq(%s,qxrp_i=1..%s)", {value, count}));
     }
     if (call->count != call->results) return nullptr;

@@ -34,7 +34,6 @@ enum SymbolFlag : uint32_t {
     SYMBOL_IS_VALUE = 1 << 13,   /* it is read as a function would not be: alone in an expression,
                                     or with braces, a field, a colon or end behind it */
     SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
-    SYMBOL_CHANGED_DEEPLY = 1 << 15, /* an element or a field of one is assigned */
     SYMBOL_STARTS_AS_PART = 1 << 16, /* its first use in the text is a target of which a part is
                                         set */
     SYMBOL_SET_INSIDE = 1 << 17,     /* a nested function sets it */
@@ -51,16 +50,17 @@ struct Symbol {
     const char *name; /* interned */
     Scope *scope;     /* to which it belongs */
     uint32_t flags;
-    int32_t position;     /* of a parameter, from 1; else 0 */
-    Node *definition;     /* FUNCTION of a nested function, FILE of a called script; else null */
-    const char *written;  /* its host name; null until lowering asks for it */
-    const char *presence; /* a host variable that tells whether it has a value; null for none */
-    Symbol *next;         /* in its scope, or null */
-    Symbol *around;       /* what the name stands for around the scope, or null */
-    uint32_t last_change; /* moment of the last assignment in the text; 0 for none */
-    uint32_t last_read;   /* moment of the last reading outside of loops over it */
-    uint32_t mark;        /* number of the anonymous function that captured it last */
-    bool is_set;          /* where the walk over the names is (set_variables.h) */
+    uint32_t depth_changed; /* most selectors of a target of it, as depth_of counts them */
+    int32_t position;       /* of a parameter, from 1; else 0 */
+    Node *definition;       /* FUNCTION of a nested function, FILE of a called script; else null */
+    const char *written;    /* its host name; null until lowering asks for it */
+    const char *presence;   /* a host variable that tells whether it has a value; null for none */
+    Symbol *next;           /* in its scope, or null */
+    Symbol *around;         /* what the name stands for around the scope, or null */
+    uint32_t last_change;   /* moment of the last assignment in the text; 0 for none */
+    uint32_t last_read;     /* moment of the last reading outside of loops over it */
+    uint32_t mark;          /* number of the anonymous function that captured it last */
+    bool is_set;            /* where the walk over the names is (set_variables.h) */
     uint32_t unset_since;
     SetBranchCell *in_branches;
     uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
@@ -88,7 +88,7 @@ enum ScopeFlag : uint32_t {
     ASKS_EXIST = 1 << 2,
     HAS_VARARGIN = 1 << 3,    /* as last parameter */
     HAS_VARARGOUT = 1 << 4,   /* as last output */
-    CHANGES_DEEPLY = 1 << 5,  /* an element or a field of one of a variable is assigned */
+    CHANGES_PARTS = 1 << 5,   /* an element or a field of a variable is assigned */
     NAMES_VARIABLES = 1 << 6, /* clear has names of variables among its words */
     HAS_COLON_TEXT = 1 << 7   /* the text ":" stands somewhere */
 };

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
+
 #include "support/allocation.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
@@ -19,8 +21,9 @@ void note_element(Symbol *symbol, const Node *target) {
                               SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
-    if (selector->next) symbol->flags |= SYMBOL_CHANGED_DEEPLY;
-    if (selector->next) symbol->scope->flags |= CHANGES_DEEPLY;
+    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS;
+    symbol->depth_changed = std::max(symbol->depth_changed, depth_of(target) + is_element);
+    symbol->scope->flags |= CHANGES_PARTS;
     if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }
 

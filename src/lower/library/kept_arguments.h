@@ -1,0 +1,11 @@
+/* Functions whose results hold what they are given. */
+#pragma once
+
+#include "lower/keyword_calls.h"
+#include "syntax/tree.h"
+
+/* Whether name is such a function of MATLAB's library. */
+bool keeps_arguments(const Node *name);
+/* Makes copies of those arguments that the result must not share (shared_parts.h). values: the
+ * arguments' texts, one for each. */
+void hold_arguments(const Node *name, const Node *arguments, ExprList *values);
