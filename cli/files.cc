@@ -5,10 +5,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace mtranslate {
@@ -53,10 +54,10 @@ Descriptor::~Descriptor() {
 
 std::vector<std::string> names_of(const FilesRead &files) {
     std::vector<std::string> names;
+    std::unordered_set<std::string_view> known;
     for (const FileRead &file : files) {
         const bool has_name = file.path != "<stdin>" && !file.path.starts_with("/proc/self/fd/");
-        if (has_name && std::ranges::find(names, file.path) == names.end())
-            names.push_back(file.path);
+        if (has_name && known.insert(file.path).second) names.push_back(file.path);
     }
     return names;
 }

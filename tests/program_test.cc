@@ -121,6 +121,39 @@ TEST(MatlabPrograms, look_along_the_path_in_order) {
               "not: b/f.m\n");
 }
 
+/* A chain of files, each of which calls the next one and a namesake in the private folder, which
+ * the next one's folder reaches by another way. */
+TEST(MatlabPrograms, read_a_file_once_by_whatever_way) {
+    constexpr int FILES = 400;
+    const SourceFiles files;
+    for (int i = 0; i < FILES; i++) {
+        const std::string name = "f" + std::to_string(i);
+        const std::string next = "f" + std::to_string(i + 1);
+        const std::string folder = i % 2 == 0 ? "even/" : "odd/";
+        std::ostringstream source;
+        source << "function " << name << "\n" << next << "; g" << name << "; g" << next << ";\n";
+        files.write(folder + name + ".m", source.str());
+        files.write("even/private/g" + name + ".m", "function g" + name + "\n");
+    }
+    std::filesystem::create_directory_symlink(files.path("even/private"),
+                                              files.path("odd/private"));
+    files.write("main.m", "f0;\n");
+    StandInHost host;
+    ValueStore &values = host.values();
+    const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
+                                 values.list_of_strings({files.path("even"), files.path("odd")})};
+    const std::string text = translate(host, "file", files.path("main.m"), options);
+    for (int i = 1; i < FILES; i++) {
+        for (const std::string &name : {"f" + std::to_string(i), "gf" + std::to_string(i)}) {
+            const std::string head = "\n" + name + " := proc(";
+            const size_t at = text.find(head);
+            ASSERT_NE(at, text.npos) << name;
+            EXPECT_EQ(text.find(head, at + 1), text.npos) << name;
+        }
+    }
+    EXPECT_EQ(text.find("qxrp_"), text.npos);
+}
+
 TEST(MatlabPrograms, find_classes_along_the_path_in_order) {
     const SourceFiles files("main => x = c(1); f(x); g(x);   a/@c/c => function x = c(v)");
     files.write("a/@c/f.m", "function f(x, inA)\nh(x);");

@@ -31,7 +31,7 @@ SourceFile *CurrentFile;
 
 namespace {
 
-SourceFile *Files;       // newest first
+NameMap FilesByStem;     // SourceFile, the newest one first
 Folder *PrivateFolders;  // those that are there
 NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
 NameMap OnPath;          // names of which a file is there, or surely none
@@ -132,10 +132,9 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
     *file = {};
     file->path = path;
     file->source = new_source(path, text, length);
-    file->next = Files;
-    Files = file;
     if (!path) return file;
     file->stem = stem_of(path);
+    file->namesake = static_cast<SourceFile *>(enter_name(&FilesByStem, file->stem, file));
     file->place = class_place_of(path);
     file->private_folder = private_folder_of(path);
     return file;
@@ -157,9 +156,9 @@ bool is_same_file(const char *a, const char *b) {
 
 // A file that has been read already, by another way to it.
 SourceFile *find_loaded(const char *path, const char *stem) {
-    for (SourceFile *file = Files; file; file = file->next)
-        if (file->stem == stem && is_same_file(file->path, path)) return file;
-    return nullptr;
+    SourceFile *file = static_cast<SourceFile *>(find_name(&FilesByStem, stem));
+    while (file && !is_same_file(file->path, path)) file = file->namesake;
+    return file;
 }
 
 SourceFile *load_opened_file(const char *path, const Node *place) {
@@ -237,9 +236,9 @@ SourceFile *find_once(NameMap *known, const char *name, Search search) {
 
 void begin_files(SourceLanguage language) {
     Language = language;
-    CurrentFile = Files = nullptr;
+    CurrentFile = nullptr;
     PrivateFolders = nullptr;
-    PathFiles = MethodFiles = LibraryFiles = Procedures = OnPath = {};
+    FilesByStem = PathFiles = MethodFiles = LibraryFiles = Procedures = OnPath = {};
     begin_class_names();
     begin_class_folders();
 }

@@ -35,7 +35,7 @@ struct SourceFile {
     NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
     NameMap undecided;       /* methods about which a message has been given (methods.cc) */
-    SourceFile *next;        /* read before, or null */
+    SourceFile *namesake;    /* another file with this stem, read before, or null */
 };
 
 /* Where the file of a name that a file calls is, for who knows all files beforehand. */
