@@ -99,7 +99,29 @@ bool is_computed_field(const Node *target) {
     return target->kind == NODE_REFERENCE && last_selector(target)->kind == NODE_DYNAMIC_FIELD;
 }
 
+bool is_zero(const Node *node) {
+    return node->kind == NODE_NUMBER && node->text[0] == '0' && node->text[1] == '\0';
+}
+
+// {}, cell(0) and cell(0, n).
+bool is_empty_cell(const Node *value) {
+    if (value->kind == NODE_CELL) return !value->first_child;
+    const Node *name = value->kind == NODE_REFERENCE ? value->first_child : value;
+    if (name->kind != NODE_NAME || is_variable(name->symbol) || strcmp(name->text, "cell") != 0)
+        return false;
+    const Node *arguments = name->next;
+    return value->kind == NODE_REFERENCE && arguments->kind == NODE_ARGUMENTS &&
+           arguments->first_child && is_zero(arguments->first_child);
+}
+
+// A row without elements has a row: what grows by rows and columns begins without any.
+bool begins_without_rows(const Node *target, const Node *value) {
+    bool grows = target->kind == NODE_NAME && (target->symbol->flags & SYMBOL_GROWS_IN_PLANE);
+    return grows && is_empty_cell(value);
+}
+
 const char *value_text(const Node *target, const Node *value) {
+    if (begins_without_rows(target, without_parens(value))) return "Vector()";
     Lowering.single = single_struct(target);
     int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
     value = element_value(target, value);

@@ -26,55 +26,6 @@ const Node *counted_range(const Node *node) {
     }
 }
 
-void put_counted_head(const char *variable, const Node *node) {
-    const mRange *range = lower_range(node)->range;
-    const char *start = range->start->text;
-    const char *stop = range->stop->text;
-    if (has_unit_step(range)) {
-        put_line("for %s from %s to %s do", {variable, start, stop});
-    } else {
-        put_line("for %s from %s to %s by %s do", {variable, start, stop, range->step->text});
-    }
-}
-
-// Whether the columns are cells, as the values or the use of the variable show.
-bool are_cells(const Node *variable, const Node *values) {
-    const Node *value = without_parens(values);
-    if (value->kind == NODE_CELL) return true;
-    if (value->kind == NODE_NAME && is_cell_variable(value)) return true;
-    return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
-}
-
-// The loop runs over the columns of a value, which has a name of its own: loops nest. A range of
-// one column of a cell is a cell, whatever its shape.
-void put_column_head(const char *counter, const Node *variable) {
-    const Node *values = variable->next;
-    const char *value = looped_text(variable, lower_expression(values)->text);
-    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
-    const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
-    declare_generated(columns);
-    put_line("%s := %s;", {columns, value});
-    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..))) do",
-             {counter, columns, column, columns});
-}
-
-void put_head(const char *counter, const Node *variable) {
-    if (const Node *range = counted_range(variable->next)) {
-        put_counted_head(counter, range);
-    } else {
-        put_column_head(counter, variable);
-    }
-}
-
-// A variable that is used behind the loop, or changed in it, is not the one that the host counts.
-void put_variable(const Node *variable, const char *counter) {
-    Lowering.level++;
-    Target target = lower_target(variable, nullptr);
-    put_line("%s := %s;", {target_text(&target), counter});
-    finish_target(&target);
-    Lowering.level--;
-}
-
 bool reads(const Node *node, const Symbol *symbol) {
     if (is_named(node)) return node->symbol == symbol;
     for (const Node *child = first_child(node); child; child = child->next)
@@ -95,12 +46,83 @@ bool has_first_round(const Node *values) {
     return is_natural(start) && is_natural(stop) && atol(start->text) <= atol(stop->text);
 }
 
+// A loop as it is put: its node's variable, and what the host counts with.
+struct LoopHead {
+    const Node *variable;
+    const char *counter;
+    bool is_kept;  // the variable is not the counter
+};
+
 // Behind a loop without a round its variable is empty.
-void put_empty_variable(const Node *variable) {
-    const Node *values = variable->next;
-    if (variable->kind != NODE_NAME || has_first_round(values) || reads(values, variable->symbol))
-        return;
+void put_empty_variable(const LoopHead *head) {
+    const Node *variable = head->variable;
+    if (!head->is_kept || variable->kind != NODE_NAME || has_first_round(variable->next)) return;
     put_line("%s := Vector();", {written_name(variable->symbol)});
+}
+
+// What is read of the variable is read before that.
+const char *bound_text(const LoopHead *head, const mExpr *bound, const Node *part) {
+    const Node *variable = head->variable;
+    if (!head->is_kept || variable->kind != NODE_NAME || !reads(part, variable->symbol))
+        return bound->text;
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, bound->text});
+    return name;
+}
+
+void put_counted_head(const LoopHead *head, const Node *node) {
+    const mRange *range = lower_range(node)->range;
+    const Node *second = second_child(node);
+    bool is_unit = has_unit_step(range);
+    const char *start = bound_text(head, range->start, node->first_child);
+    const char *step = is_unit ? nullptr : bound_text(head, range->step, second);
+    const char *stop = bound_text(head, range->stop, second->next ? second->next : second);
+    put_empty_variable(head);
+    if (is_unit) {
+        put_line("for %s from %s to %s do", {head->counter, start, stop});
+    } else {
+        put_line("for %s from %s to %s by %s do", {head->counter, start, stop, step});
+    }
+}
+
+// Whether the columns are cells, as the values or the use of the variable show.
+bool are_cells(const Node *variable, const Node *values) {
+    const Node *value = without_parens(values);
+    if (value->kind == NODE_CELL) return true;
+    if (value->kind == NODE_NAME && is_cell_variable(value)) return true;
+    return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
+}
+
+// The loop runs over the columns of a value, which has a name of its own: loops nest. A range of
+// one column of a cell is a cell, whatever its shape.
+void put_column_head(const LoopHead *head) {
+    const Node *variable = head->variable;
+    const Node *values = variable->next;
+    const char *value = looped_text(variable, lower_expression(values)->text);
+    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
+    const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
+    declare_generated(columns);
+    put_line("%s := %s;", {columns, value});
+    put_empty_variable(head);
+    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..))) do",
+             {head->counter, columns, column, columns});
+}
+
+void put_head(const LoopHead *head) {
+    if (const Node *range = counted_range(head->variable->next)) {
+        put_counted_head(head, range);
+    } else {
+        put_column_head(head);
+    }
+}
+
+// A variable that is used behind the loop, or changed in it, is not the one that the host counts.
+void put_variable(const Node *variable, const char *counter) {
+    Lowering.level++;
+    Target target = lower_target(variable, nullptr);
+    put_line("%s := %s;", {target_text(&target), counter});
+    finish_target(&target);
+    Lowering.level--;
 }
 
 bool is_kept(const Node *node) {
@@ -113,9 +135,9 @@ void put_for(const Node *node) {
     const Node *variable = node->first_child;
     bool has_counter = is_kept(node);
     const char *counter = has_counter ? new_temporary() : lower_target(variable, nullptr).path.text;
-    if (has_counter) put_empty_variable(variable);
     put_presence(variable);
-    put_head(counter, variable);
+    LoopHead head = {variable, counter, has_counter};
+    put_head(&head);
     if (Lowering.gap != MESSAGE_COUNT) return;
     if (has_counter) put_variable(variable, counter);
     lower_block(third_child(node));

@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr const char *EMPTY_CELL = "rtable([],subtype='Vector[row]')";
+
 const char *field_name_text(const Node *selector) {
     assert(selector->kind == NODE_FIELD || selector->kind == NODE_DYNAMIC_FIELD);
     int32_t outer = open_bracket(IN_PARENTHESES);
@@ -33,7 +35,8 @@ const char *stable_name(const char *text) {
     return name;
 }
 
-void put_reading(const PendingField *field) {
+// The field, or what it begins as in front of selector.
+void put_reading(const PendingField *field, const Node *selector) {
     const mExpr *is_field = new_keyword_call("isfield", {field->source, field->name});
     put_line("if %s then", {value_condition(is_field->text)});
     Lowering.level++;
@@ -41,7 +44,8 @@ void put_reading(const PendingField *field) {
     put_line("%s := %s;", {field->value, value->text});
     Lowering.level--;
     put_line("else", {});
-    put_inner_line("%s := Vector();", {field->value});
+    bool is_cell = selector->kind == NODE_BRACES;
+    put_inner_line("%s := %s;", {field->value, is_cell ? EMPTY_CELL : "Vector()"});
     put_line("end if;", {});
 }
 
@@ -56,15 +60,15 @@ PendingField *new_pending(const Target *target, const char *name) {
 }
 
 // The field goes on: further selectors change what it holds.
-void read_field(Target *target) {
+void read_field(Target *target, const Node *selector) {
     if (!target->field) return;
     PendingField *field = new_pending(target, stable_name(target->field));
-    put_reading(field);
+    put_reading(field, selector);
     *target = {begin_path(field->value, false), nullptr, nullptr, field};
 }
 
 void add_target_selector(Target *target, const Node *selector) {
-    read_field(target);
+    read_field(target, selector);
     if (selector->kind == NODE_DYNAMIC_FIELD) {
         target->field = field_name_text(selector);
     } else {
@@ -110,10 +114,10 @@ void add_element(Target *target, const Node *selector) {
 }  // namespace
 
 const char *start_text(const Node *selector, bool is_cell) {
-    constexpr const char *EMPTY_CELL = "rtable([],subtype='Vector[row]')";
+    bool is_plane = grows_in_plane(selector);  // an empty row has a row
     switch (selector->kind) {
-        case NODE_BRACES: return EMPTY_CELL;
-        case NODE_ARGUMENTS: return is_cell ? EMPTY_CELL : "Vector()";
+        case NODE_BRACES: return is_plane ? "Vector()" : EMPTY_CELL;
+        case NODE_ARGUMENTS: return is_cell && !is_plane ? EMPTY_CELL : "Vector()";
         default: return new_keyword_call("struct", {})->text;
     }
 }
@@ -135,11 +139,22 @@ void put_fields(const PendingField *field) {
     }
 }
 
+// Whether one element is selected of which a field is set.
+bool is_element(const Node *selector) {
+    const Node *position = selector->kind == NODE_ARGUMENTS ? selector->first_child : nullptr;
+    return position && !position->next && position->kind == NODE_NUMBER && selector->next &&
+           selector->next->kind == NODE_FIELD;
+}
+
 // What is set in the field of a field of nothing: each is a struct of its own.
 void start_fields(const char *written, const Node *selector) {
     Path path = begin_path(written, false);
-    for (; selector->kind == NODE_FIELD && selector->next; selector = selector->next) {
-        if (selector->next->kind == NODE_DYNAMIC_FIELD) return;
+    for (; selector->next; selector = selector->next) {
+        if (is_element(selector)) {
+            add_index(&path, selector);
+            continue;
+        }
+        if (selector->kind != NODE_FIELD || selector->next->kind == NODE_DYNAMIC_FIELD) return;
         add_field(&path, selector);
         put_line("%s := %s;", {path.text, start_text(selector->next, false)});
     }

@@ -18,6 +18,12 @@ uint32_t depth_of(const Node *reference) {
     return depth;
 }
 
+bool grows_in_plane(const Node *selector) {
+    bool is_index = selector->kind == NODE_ARGUMENTS || selector->kind == NODE_BRACES;
+    const Node *row = is_index ? selector->first_child : nullptr;
+    return row && row->next && (is_colon(row) || has_end_inside(row));
+}
+
 Node *nth_child(const Node *node, int n) {
     Node *child = first_child(node);
     while (--n > 0) child = child->next;

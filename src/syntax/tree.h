@@ -44,7 +44,7 @@ struct Symbol;
  * NODE_ARGUMENTS        ( ), children: arguments
  * NODE_BRACES           { }, children: arguments
  * NODE_FIELD            .name, text: interned. Flag IS_FIRST_USE, set with the names: nothing has used
- *                       this field of the variable before, and a field of it is set
+ *                       this field of the variable before, and a field or element of it is set
  * NODE_DYNAMIC_FIELD    .(e), child
  * NODE_HANDLE         @name, text: interned, with the dots of packages; symbol
  * NODE_ANONYMOUS      children: PARAMETERS, expression
@@ -208,6 +208,9 @@ Node *last_selector(const Node *reference);
 /* How deep in a variable the value of a REFERENCE or a NAME lies: its selectors but those in
  * parentheses. */
 uint32_t depth_of(const Node *reference);
+/* Whether a selector of a target may add a row or fill a column: x(end+1, :), x(:, k), which an
+ * array without elements must have no row for. */
+bool grows_in_plane(const Node *selector);
 /* Child number n, from 1; there are as many. */
 Node *nth_child(const Node *node, int n);
 /* The first child of a kind, which there is. */

@@ -109,12 +109,11 @@ void note_field(const Node *base) {
         symbol->flags |= SYMBOL_MAY_BE_MISSING;
 }
 
-// x.f.g = v, where x.f has not been named before: perhaps it is not there.
+// x.f.g = v or x.f{k} = v, where x.f has not been named before: perhaps it is not there.
 void note_first_use(Node *target) {
     Node *field = second_child(target);
     const Symbol *symbol = target->first_child->symbol;
-    bool is_inner = field->kind == NODE_FIELD && field->next &&
-                    (field->next->kind == NODE_FIELD || field->next->kind == NODE_DYNAMIC_FIELD);
+    bool is_inner = field->kind == NODE_FIELD && field->next && field->next->kind != NODE_ARGUMENTS;
     if (is_inner && !uses_field(symbol, field->text)) field->flags |= IS_FIRST_USE;
     if (field->kind == NODE_FIELD) note_field_use(target->first_child->symbol, field->text);
 }

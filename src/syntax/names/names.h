@@ -34,6 +34,7 @@ enum SymbolFlag : uint32_t {
     SYMBOL_IS_VALUE = 1 << 13,   /* it is read as a function would not be: alone in an expression,
                                     or with braces, a field, a colon or end behind it */
     SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
+    SYMBOL_GROWS_IN_PLANE = 1 << 15, /* a target of it grows_in_plane */
     SYMBOL_STARTS_AS_PART = 1 << 16, /* its first use in the text is a target of which a part is
                                         set */
     SYMBOL_SET_INSIDE = 1 << 17,     /* a nested function sets it */

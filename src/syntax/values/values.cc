@@ -24,6 +24,7 @@ void note_element(Symbol *symbol, const Node *target) {
     bool is_element = last_selector(target)->kind == NODE_ARGUMENTS;
     symbol->depth_changed = std::max(symbol->depth_changed, depth_of(target) + is_element);
     symbol->scope->flags |= CHANGES_PARTS;
+    if (grows_in_plane(selector)) symbol->flags |= SYMBOL_GROWS_IN_PLANE;
     if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }
 
