@@ -143,14 +143,18 @@ end
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"zeros", 1, 2, 1, NEEDS_NO_TEXT, "0", Filled},
-    {"ones", 1, 2, 1, NEEDS_NO_TEXT, "1", Filled},
-    {"cell", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Cells},
-    {"eye", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Eye},
-    {"repmat", 2, 3, 1, NEEDS_JOINABLE, nullptr, Repmat},
-    {"reshape", 2, 3, 1, NEEDS_JOINABLE, nullptr, Reshape},
-    {"linspace", 2, 3, 1, NEEDS_NO_TEXT, nullptr, Linspace},
-    {"meshgrid", 1, 2, 2, NEEDS_NO_TEXT, nullptr, Meshgrid},
+    {"zeros", 1, 2, 1, NEEDS_NO_TEXT, "0", Filled, {}},
+    {"ones", 1, 2, 1, NEEDS_NO_TEXT, "1", Filled, {}},
+    {"Inf", 1, 2, 1, NEEDS_NO_TEXT, "(1./0)", Filled, {}},
+    {"inf", 1, 2, 1, NEEDS_NO_TEXT, "(1./0)", Filled, {}},
+    {"NaN", 1, 2, 1, NEEDS_NO_TEXT, "(0./0)", Filled, {}},
+    {"nan", 1, 2, 1, NEEDS_NO_TEXT, "(0./0)", Filled, {}},
+    {"cell", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Cells, {}},
+    {"eye", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Eye, {}},
+    {"repmat", 2, 3, 1, NEEDS_JOINABLE, nullptr, Repmat, {}},
+    {"reshape", 2, 3, 1, NEEDS_JOINABLE, nullptr, Reshape, {}},
+    {"linspace", 2, 3, 1, NEEDS_NO_TEXT, nullptr, Linspace, {}},
+    {"meshgrid", 1, 2, 2, NEEDS_NO_TEXT, nullptr, Meshgrid, {}},
 };
 // clang-format on
 

@@ -63,29 +63,15 @@ for k = 1:numel(x)
 end
 )";
 
-const char Apply[] = R"(function y = apply(f, x, other)
-% The values of f for the elements of x, or of x and other, in the shape of x.
-y = [];
+// Words: the function, no values, the form of some, what they are.
+const char Apply[] = R"(function y = $1(f, x, other)
+% $4 of f for the elements of x, or of x and other, in the shape of x.
+y = $2;
 if numel(x) > 0
     if nargin < 3
-        y = row_of(called(f, x));
+        y = $3(called(f, x));
     else
-        y = row_of(called(f, x, other));
-    end
-    if size(x, 1) ~= 1
-        y = reshape(y, size(x));
-    end
-end
-)";
-
-const char ApplyInCells[] = R"(function y = apply_in_cells(f, x, other)
-% Cells with the values of f for the elements of x, or of x and other, in the shape of x.
-y = {};
-if numel(x) > 0
-    if nargin < 3
-        y = cells_of(called(f, x));
-    else
-        y = cells_of(called(f, x, other));
+        y = $3(called(f, x, other));
     end
     if size(x, 1) ~= 1
         y = reshape(y, size(x));
@@ -120,16 +106,17 @@ end
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual},
-    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp},
-    {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp},
-    {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs},
-    {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan},
-    {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find},
-    {"find", 1, 1, 2, NEEDS_NO_TEXT, nullptr, FindPlaces},
-    {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz},
-    {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply},
-    {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, ApplyInCells},
+    {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
+    {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
+    {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs, {}},
+    {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan, {}},
+    {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find, {}},
+    {"find", 1, 1, 2, NEEDS_NO_TEXT, nullptr, FindPlaces, {}},
+    {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz, {}},
+    {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},
+    {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply,
+     {"apply_in_cells", "{}", "cells_of", "Cells with the values"}},
 };
 // clang-format on
 

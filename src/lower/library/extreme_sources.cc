@@ -34,8 +34,9 @@ end
 end
 )";
 
-const char Max[] = R"(function [y, place] = max(x, other, side)
-% The largest elements of columns, or along a side, and their places.
+// Words: the function, that of vectors, that of two values, what comes first.
+const char Extreme[] = R"(function [y, place] = $1(x, other, side)
+% The $2 elements of columns, or along a side, and their places.
 y = [];
 place = [];
 if nargin < 3
@@ -44,17 +45,17 @@ else
     along = side;
 end
 if ndims(x) > 2
-    [y, place] = given_to('max');
+    [y, place] = given_to('$1');
 elseif numel(x) > 0
-    y = folded(@largest, x, along);
+    y = folded(@$2, x, along);
     if nargout > 1
-        place = folded(@place_of_largest, x, along);
+        place = folded(@place_of_$2, x, along);
     end
 end
 )";
 
-const char MaxOfVector[] = R"(function [y, place] = largest(x)
-% The largest element of a row or a column, and its place. What is no number comes last.
+const char ExtremeOfVector[] = R"(function [y, place] = $2(x)
+% The $2 element of a row or a column, and its place. What is no number comes last.
 y = [];
 place = [];
 if numel(x) > 0
@@ -62,7 +63,7 @@ if numel(x) > 0
     place = 1;
     for k = 2:numel(x)
         element = x(k);
-        comes_first = element > y | y ~= y & element == element;
+        comes_first = element $4 y | y ~= y & element == element;
         if comes_first
             y = element;
             place = k;
@@ -71,125 +72,63 @@ if numel(x) > 0
 end
 )";
 
-const char MaxPlace[] = R"(function place = place_of_largest(x)
-% The place of the largest element of a row or a column.
-[y, place] = largest(x);
+const char ExtremePlace[] = R"(function place = place_of_$2(x)
+% The place of the $2 element of a row or a column.
+[y, place] = $2(x);
 )";
 
-const char MaxOfNumbers[] = R"(function y = larger(a, b)
-% The larger one of two numbers.
+const char ExtremeOfNumbers[] = R"(function y = $3(a, b)
+% The $3 one of two numbers.
 y = b;
-is_first = a > b | b ~= b;
+is_first = a $4 b | b ~= b;
 if is_first
     y = a;
 end
 )";
 
-const char MaxOfArrays[] = R"(function y = larger_ones(a, b)
-% Of each two elements the larger one.
-y = chosen(a > b | b ~= b, a, b);
+const char ExtremeOfArrays[] = R"(function y = $3_ones(a, b)
+% Of each two elements the $3 one.
+y = chosen(a $4 b | b ~= b, a, b);
 )";
 
-const char MaxAsValue[] = R"(function [y, place] = max_or_larger(x, other)
-% The largest elements of x, or of each two elements the larger one.
+const char ExtremeAsValue[] = R"(function [y, place] = $1_or_$3(x, other)
+% The $2 elements of x, or of each two elements the $3 one.
 if nargin > 1
-    y = larger_ones(x, other);
+    y = $3_ones(x, other);
 elseif nargout > 1
-    [y, place] = max(x);
+    [y, place] = $1(x);
 else
-    y = max(x);
+    y = $1(x);
 end
 )";
 
-const char Min[] = R"(function [y, place] = min(x, other, side)
-% The smallest elements of columns, or along a side, and their places.
-y = [];
-place = [];
-if nargin < 3
-    along = 0;
-else
-    along = side;
-end
-if ndims(x) > 2
-    [y, place] = given_to('min');
-elseif numel(x) > 0
-    y = folded(@smallest, x, along);
-    if nargout > 1
-        place = folded(@place_of_smallest, x, along);
-    end
-end
-)";
-
-const char MinOfVector[] = R"(function [y, place] = smallest(x)
-% The smallest element of a row or a column, and its place. What is no number comes last.
-y = [];
-place = [];
-if numel(x) > 0
-    y = x(1);
-    place = 1;
-    for k = 2:numel(x)
-        element = x(k);
-        comes_first = element < y | y ~= y & element == element;
-        if comes_first
-            y = element;
-            place = k;
-        end
-    end
-end
-)";
-
-const char MinPlace[] = R"(function place = place_of_smallest(x)
-% The place of the smallest element of a row or a column.
-[y, place] = smallest(x);
-)";
-
-const char MinOfNumbers[] = R"(function y = smaller(a, b)
-% The smaller one of two numbers.
-y = b;
-is_first = a < b | b ~= b;
-if is_first
-    y = a;
-end
-)";
-
-const char MinOfArrays[] = R"(function y = smaller_ones(a, b)
-% Of each two elements the smaller one.
-y = chosen(a < b | b ~= b, a, b);
-)";
-
-const char MinAsValue[] = R"(function [y, place] = min_or_smaller(x, other)
-% The smallest elements of x, or of each two elements the smaller one.
-if nargin > 1
-    y = smaller_ones(x, other);
-elseif nargout > 1
-    [y, place] = min(x);
-else
-    y = min(x);
-end
-)";
+#define LARGEST \
+    { "max", "largest", "larger", ">" }
+#define SMALLEST \
+    { "min", "smallest", "smaller", "<" }
 
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"chosen", 3, 3, 1, FOR_LIBRARY, nullptr, Chosen},
-    {"@max", 1, 2, 2, NEEDS_NOTHING, nullptr, MaxAsValue},
-    {"max", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, MaxOfVector},
-    {"largest", 1, 1, 2, FOR_LIBRARY, nullptr, MaxOfVector},
-    {"place_of_largest", 1, 1, 1, FOR_LIBRARY, nullptr, MaxPlace},
-    {"max", 1, 1, 2, NEEDS_NO_TEXT, nullptr, Max},
-    {"max", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Max},
-    {"max", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, MaxOfNumbers},
-    {"max", 2, 2, 1, NEEDS_NO_TEXT, nullptr, MaxOfArrays},
-    {"larger_ones", 2, 2, 1, FOR_LIBRARY, nullptr, MaxOfArrays},
-    {"@min", 1, 2, 2, NEEDS_NOTHING, nullptr, MinAsValue},
-    {"min", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, MinOfVector},
-    {"smallest", 1, 1, 2, FOR_LIBRARY, nullptr, MinOfVector},
-    {"place_of_smallest", 1, 1, 1, FOR_LIBRARY, nullptr, MinPlace},
-    {"min", 1, 1, 2, NEEDS_NO_TEXT, nullptr, Min},
-    {"min", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Min},
-    {"min", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, MinOfNumbers},
-    {"min", 2, 2, 1, NEEDS_NO_TEXT, nullptr, MinOfArrays},
-    {"smaller_ones", 2, 2, 1, FOR_LIBRARY, nullptr, MinOfArrays},
+    {"chosen", 3, 3, 1, FOR_LIBRARY, nullptr, Chosen, {}},
+    {"@max", 1, 2, 2, NEEDS_NOTHING, nullptr, ExtremeAsValue, LARGEST},
+    {"max", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, ExtremeOfVector, LARGEST},
+    {"largest", 1, 1, 2, FOR_LIBRARY, nullptr, ExtremeOfVector, LARGEST},
+    {"place_of_largest", 1, 1, 1, FOR_LIBRARY, nullptr, ExtremePlace, LARGEST},
+    {"max", 1, 1, 2, NEEDS_NO_TEXT, nullptr, Extreme, LARGEST},
+    {"max", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Extreme, LARGEST},
+    {"max", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, ExtremeOfNumbers, LARGEST},
+    {"max", 2, 2, 1, NEEDS_NO_TEXT, nullptr, ExtremeOfArrays, LARGEST},
+    {"larger_ones", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfArrays, LARGEST},
+    {"@min", 1, 2, 2, NEEDS_NOTHING, nullptr, ExtremeAsValue, SMALLEST},
+    {"min", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, ExtremeOfVector, SMALLEST},
+    {"smallest", 1, 1, 2, FOR_LIBRARY, nullptr, ExtremeOfVector, SMALLEST},
+    {"place_of_smallest", 1, 1, 1, FOR_LIBRARY, nullptr, ExtremePlace, SMALLEST},
+    {"min", 1, 1, 2, NEEDS_NO_TEXT, nullptr, Extreme, SMALLEST},
+    {"min", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Extreme, SMALLEST},
+    {"min", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, ExtremeOfNumbers, SMALLEST},
+    {"min", 2, 2, 1, NEEDS_NO_TEXT, nullptr, ExtremeOfArrays, SMALLEST},
+    {"smaller_ones", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfArrays, SMALLEST},
 };
 // clang-format on
 

@@ -34,124 +34,70 @@ else
 end
 )";
 
-const char Sum[] = R"(function y = sum(x, side)
-% Sums of columns, or along a side.
+// Words: the function, that of vectors, what follows its value, what the values are.
+const char Fold[] = R"(function y = $1(x, side)
+% $4: of columns, or along a side.
 if ndims(x) > 2
-    y = given_to('sum');
+    y = given_to('$1');
 elseif nargin < 2
-    y = folded(@total, x, 0);
+    y = folded(@$2, x, 0)$3;
 else
-    y = folded(@total, x, side);
+    y = folded(@$2, x, side)$3;
 end
 )";
 
-const char SumOfVector[] = R"(function y = total(x)
-% The sum of a row or a column.
-y = 0;
+// Words: the function, its value for no elements, that with one more element, what it is.
+const char FoldOfVector[] = R"(function y = $1(x)
+% The $4 of a row or a column.
+y = $2;
 for k = 1:numel(x)
-    y = y + x(k);
-end
-)";
-
-const char Prod[] = R"(function y = prod(x, side)
-% Products of columns, or along a side.
-if ndims(x) > 2
-    y = given_to('prod');
-elseif nargin < 2
-    y = folded(@product, x, 0);
-else
-    y = folded(@product, x, side);
-end
-)";
-
-const char ProdOfVector[] = R"(function y = product(x)
-% The product of a row or a column.
-y = 1;
-for k = 1:numel(x)
-    y = y.*x(k);
-end
-)";
-
-const char Mean[] = R"(function y = mean(x, side)
-% Means of columns, or along a side.
-if ndims(x) > 2
-    y = given_to('mean');
-elseif nargin < 2
-    y = folded(@middle, x, 0);
-else
-    y = folded(@middle, x, side);
+    y = $3;
 end
 )";
 
 const char MeanOfVector[] = R"(function y = middle(x)
 % The mean of a row or a column.
-y = 0;
-for k = 1:numel(x)
-    y = y + x(k);
-end
-y = y./numel(x);
+y = total(x)./numel(x);
 )";
 
-const char Any[] = R"(function y = any(x, side)
-% Whether an element is a number other than zero: of columns, or along a side.
-if ndims(x) > 2
-    y = given_to('any');
-elseif nargin < 2
-    y = folded(@some, x, 0) == 1;
-else
-    y = folded(@some, x, side) == 1;
-end
-)";
-
-const char AnyOfVector[] = R"(function y = some(x)
-% Whether an element is a number other than zero of a row or a column, as 1 or 0.
-y = 0;
+// Words: the function, what decides, the value then, the value else.
+const char Decision[] = R"(function y = $1(x)
+% $3 when $2 for an element of a row or a column, else $4.
+y = $4;
 for k = 1:numel(x)
-    is_found = x(k) ~= 0 & x(k) == x(k);
+    element = x(k);
+    is_found = $2;
     if is_found
-        y = 1;
+        y = $3;
     end
 end
 )";
 
-const char All[] = R"(function y = all(x, side)
-% Whether no element is zero: of columns, or along a side.
-if ndims(x) > 2
-    y = given_to('all');
-elseif nargin < 2
-    y = folded(@every, x, 0) == 1;
-else
-    y = folded(@every, x, side) == 1;
-end
-)";
-
-const char AllOfVector[] = R"(function y = every(x)
-% Whether no element is zero of a row or a column, as 1 or 0.
-y = 1;
-for k = 1:numel(x)
-    if x(k) == 0
-        y = 0;
-    end
-end
-)";
+#define TOTAL \
+    { "total", "0", "y + x(k)", "sum" }
+#define PRODUCT \
+    { "product", "1", "y.*x(k)", "product" }
 
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"folded", 3, 3, 1, FOR_LIBRARY, nullptr, Folded},
-    {"total", 1, 1, 1, FOR_LIBRARY, nullptr, SumOfVector},
-    {"sum", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, SumOfVector},
-    {"sum", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Sum},
-    {"product", 1, 1, 1, FOR_LIBRARY, nullptr, ProdOfVector},
-    {"prod", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, ProdOfVector},
-    {"prod", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Prod},
-    {"middle", 1, 1, 1, FOR_LIBRARY, nullptr, MeanOfVector},
-    {"mean", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, MeanOfVector},
-    {"mean", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Mean},
-    {"some", 1, 1, 1, FOR_LIBRARY, nullptr, AnyOfVector},
-    {"any", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Any},
-    {"every", 1, 1, 1, FOR_LIBRARY, nullptr, AllOfVector},
-    {"all", 1, 2, 1, NEEDS_NO_TEXT, nullptr, All},
+    {"folded", 3, 3, 1, FOR_LIBRARY, nullptr, Folded, {}},
+    {"total", 1, 1, 1, FOR_LIBRARY, nullptr, FoldOfVector, TOTAL},
+    {"sum", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, FoldOfVector, TOTAL},
+    {"sum", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold, {"sum", "total", "", "Sums"}},
+    {"product", 1, 1, 1, FOR_LIBRARY, nullptr, FoldOfVector, PRODUCT},
+    {"prod", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, FoldOfVector, PRODUCT},
+    {"prod", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold, {"prod", "product", "", "Products"}},
+    {"middle", 1, 1, 1, FOR_LIBRARY, nullptr, MeanOfVector, {}},
+    {"mean", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, MeanOfVector, {}},
+    {"mean", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold, {"mean", "middle", "", "Means"}},
+    {"some", 1, 1, 1, FOR_LIBRARY, nullptr, Decision,
+     {"some", "element ~= 0 & element == element", "1", "0"}},
+    {"any", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold,
+     {"any", "some", " == 1", "Whether an element is a number other than zero"}},
+    {"every", 1, 1, 1, FOR_LIBRARY, nullptr, Decision, {"every", "element == 0", "0", "1"}},
+    {"all", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold,
+     {"all", "every", " == 1", "Whether no element is zero"}},
 };
 // clang-format on
 

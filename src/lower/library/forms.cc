@@ -58,6 +58,11 @@ const Form Forms[] = {
     {"cell",     2, NEEDS_COUNTS | IN_PACKAGE,
      "ArrayTools:-Concatenate(1, "
      "seq(rtable([seq(Vector(),qxrp_j=1..{2})],subtype='Vector[row]'),qxrp_i=1..{1}))"},
+    {"pi",       0, NEEDS_NOTHING,   "3.141592653589793"},
+    {"Inf",      0, NEEDS_NOTHING,   "(1./0)"},
+    {"inf",      0, NEEDS_NOTHING,   "(1./0)"},
+    {"NaN",      0, NEEDS_NOTHING,   "(0./0)"},
+    {"nan",      0, NEEDS_NOTHING,   "(0./0)"},
     {"eps",      0, NEEDS_NOTHING,   "(2^(-52))"},
     {"logical",  1, NEEDS_NO_TEXT,   "evalhf(zip(`<>`,eval({1}),eval(0)))"},
     {"xor",      2, NEEDS_NO_TEXT,

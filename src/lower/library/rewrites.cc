@@ -16,11 +16,14 @@
 #include "support/allocation.h"
 #include "syntax/names/names.h"
 #include "syntax/spellings.h"
+#include "syntax/values/value.h"
 #include "translate/indices.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
 namespace {
+
+bool is_surely_text(const Node *argument) { return is_surely(value_of(argument), MAY_BE_TEXT); }
 
 // Concatenate takes numbers and cells, not texts.
 mExpr *join_along(const char *side, const vExpr *values) {
@@ -83,13 +86,41 @@ mExpr *call_with_all(const OfferedCall *call) {
 }
 
 // Of a variable, or of what it holds.
-mExpr *take_field(const OfferedCall *call) {
-    if (call->count != 2 || !is_identifier_text(call->first->next)) return nullptr;
+bool is_written_field(const OfferedCall *call) {
+    if (!is_identifier_text(call->first->next)) return false;
     const Node *base = call->first;
     if (base->kind == NODE_REFERENCE) base = base->first_child;
-    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return nullptr;
+    return base->kind == NODE_NAME && is_variable(base->symbol);
+}
+
+// The second argument is the name of a field, and not the cells of an index.
+bool has_field_name(const OfferedCall *call, int count) {
+    if (call->count != count) return false;
+    return !is_surely(value_of(call->first->next), MAY_BE_CELL | ARITHMETIC);
+}
+
+// s.name or s.(name).
+mExpr *take_field(const OfferedCall *call) {
+    if (!has_field_name(call, 2)) return nullptr;
+    if (!is_written_field(call)) return new_keyword_call("getfield", call->values);
     const char *field = written_field(intern(call->first->next->text));
     return new_leaf(form_text("%s:-%s", {call->values->item->text, field}));
+}
+
+// What s.(name) = value makes of s.
+mExpr *set_field(const OfferedCall *call) {
+    return has_field_name(call, 3) ? new_keyword_call("setfield", call->values) : nullptr;
+}
+
+mExpr *ask_field(const OfferedCall *call) {
+    bool is_known = call->count == 2 && is_surely_text(call->first->next);
+    return is_known ? new_keyword_call("isfield", call->values) : nullptr;
+}
+
+// The numbers of characters.
+mExpr *take_numbers(const OfferedCall *call) {
+    bool is_known = call->count == 1 && is_surely_text(call->first);
+    return is_known ? new_keyword_call("double", call->values) : nullptr;
 }
 
 // The value, or a variable that holds it, which may be written twice.
@@ -132,6 +163,9 @@ const Rewrite Rewrites[] = {
     {"builtin",  false, true,  call_builtin},
     {"given_to", false, true,  call_with_all},
     {"getfield", false, false, take_field},
+    {"setfield", false, false, set_field},
+    {"isfield",  false, false, ask_field},
+    {"double",   false, false, take_numbers},
     {"deal",     false, true,  deal_values},
 };
 // clang-format on

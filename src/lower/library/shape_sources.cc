@@ -64,14 +64,14 @@ answer = ndims(x) == 2 & size(x, 1) == size(x, 2);
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"length", 1, 1, 1, NEEDS_NOTHING, nullptr, Length},
-    {"size", 1, 2, 1, NEEDS_SECOND_SINGLE, nullptr, Size},
-    {"size", 1, 1, 3, NEEDS_NOTHING, nullptr, Size},
-    {"@size", 1, 2, 3, NEEDS_NOTHING, nullptr, Size},
-    {"isvector", 1, 1, 1, NEEDS_NOTHING, nullptr, IsVector},
-    {"isrow", 1, 1, 1, NEEDS_NOTHING, nullptr, IsRow},
-    {"iscolumn", 1, 1, 1, NEEDS_NOTHING, nullptr, IsColumn},
-    {"issquare", 1, 1, 1, NEEDS_NOTHING, nullptr, IsSquare},
+    {"length", 1, 1, 1, NEEDS_NOTHING, nullptr, Length, {}},
+    {"size", 1, 2, 1, NEEDS_SECOND_SINGLE, nullptr, Size, {}},
+    {"size", 1, 1, 3, NEEDS_NOTHING, nullptr, Size, {}},
+    {"@size", 1, 2, 3, NEEDS_NOTHING, nullptr, Size, {}},
+    {"isvector", 1, 1, 1, NEEDS_NOTHING, nullptr, IsVector, {}},
+    {"isrow", 1, 1, 1, NEEDS_NOTHING, nullptr, IsRow, {}},
+    {"iscolumn", 1, 1, 1, NEEDS_NOTHING, nullptr, IsColumn, {}},
+    {"issquare", 1, 1, 1, NEEDS_NOTHING, nullptr, IsSquare, {}},
 };
 // clang-format on
 

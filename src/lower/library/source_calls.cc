@@ -8,6 +8,7 @@
 #include "lower/library/needs.h"
 #include "lower/library/sources.h"
 #include "lower/operands.h"
+#include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"
@@ -17,8 +18,8 @@ namespace {
 // The first row that is wanted, or null.
 template <typename Test>
 const LibrarySource *find_source(Test is_wanted) {
-    for (const LibrarySources rows :
-         {shape_sources(), array_sources(), fold_sources(), extreme_sources(), element_sources()})
+    for (const LibrarySources rows : {shape_sources(), array_sources(), fold_sources(),
+                                      extreme_sources(), element_sources(), number_sources()})
         for (int k = 0; k < rows.count; k++)
             if (is_wanted(&rows.first[k])) return &rows.first[k];
     return nullptr;
@@ -54,12 +55,32 @@ const LibrarySource *find_called(const char *name, const OfferedCall *call) {
     });
 }
 
+bool is_word(const char *text) { return text[0] == '$' && text[1] >= '1' && text[1] <= '4'; }
+
+// The source with its words in their places: one text, as it is one function.
+const char *text_of(const LibrarySource *row) {
+    if (!*row->words) return row->text;
+    size_t size = strlen(row->text) + 1;
+    for (const char *at = row->text; *at; at++)
+        if (is_word(at)) size += strlen(row->words[at[1] - '1']);
+    Writer to = new_text(size);
+    const char *text = to.at;
+    for (const char *at = row->text; *at; at++) {
+        if (is_word(at)) {
+            write_text(&to, row->words[*++at - '1']);
+        } else {
+            write_character(&to, *at);
+        }
+    }
+    return intern(text);
+}
+
 }  // namespace
 
 mExpr *new_source_call(const char *name, const OfferedCall *call) {
     const LibrarySource *source = find_called(name, call);
     if (!source) return nullptr;
-    const char *procedure = supplied_function(source->text);
+    const char *procedure = supplied_function(text_of(source));
     if (!source->given) return new_index_node(procedure, FUNCTION_INDEX, call->values);
     ExprList values = {};
     append_expr(&values, new_leaf(source->given));
@@ -85,5 +106,5 @@ const char *source_value(const char *name) {
     if (!source)
         source = find_source(
             [=](const LibrarySource *row) { return is_named(row, name) && is_value_row(row); });
-    return source ? supplied_function(source->text) : nullptr;
+    return source ? supplied_function(text_of(source)) : nullptr;
 }

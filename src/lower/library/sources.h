@@ -11,7 +11,8 @@ struct LibrarySource {
     int8_t results;    /* at most */
     uint16_t needs;    /* flags of LibraryNeed */
     const char *given; /* the first argument, a host text; null for none */
-    const char *text;
+    const char *text;  /* $1 to $4 stand for the words */
+    const char *words[4];
 };
 
 struct LibrarySources {
@@ -24,3 +25,4 @@ LibrarySources array_sources();
 LibrarySources fold_sources();
 LibrarySources extreme_sources();
 LibrarySources element_sources();
+LibrarySources number_sources();

@@ -1,0 +1,142 @@
+// Whole numbers, remainders, and kinds of numbers.
+#include "lower/library/needs.h"
+#include "lower/library/sources.h"
+
+namespace {
+
+const char WholePart[] = R"(function y = whole_part(x)
+% The largest whole number that is not above a number. Beyond 2^52 all are whole.
+y = x;
+distance = x.*(1 - 2*(x < 0));
+if distance < 4503599627370496
+    step = 1;
+    while step <= distance
+        step = 2*step;
+    end
+    y = 0;
+    while step > 1
+        step = step./2;
+        if y + step <= distance
+            y = y + step;
+        end
+    end
+    if x < 0
+        if y < distance
+            y = y + 1;
+        end
+        y = -y;
+    end
+end
+)";
+
+// Words: the function, its value, what it is.
+const char Rounding[] = R"(function y = $1(x)
+% The elements, $3.
+y = x + 0;
+if numel(x) == 1
+    y = $1_of(x);
+else
+    for k = 1:numel(x)
+        y(k) = $1_of(x(k));
+    end
+end
+end
+
+function y = $1_of(x)
+whole = whole_part(x);
+part = x - whole;
+y = $2;
+end
+)";
+
+// Words: the function, how the quotient is rounded, what is left of a division by zero.
+const char Remainder[] = R"(function y = $1(a, b)
+% What is left of each two elements when they are divided.
+y = b + 0;
+if numel(b) == 1
+    y = a + 0;
+end
+if numel(y) == 1
+    y = $1_of(a, b);
+else
+    for k = 1:numel(y)
+        y(k) = $1_of(element_of(a, k), element_of(b, k));
+    end
+end
+end
+
+function y = $1_of(a, b)
+quotient = a./b;
+if b == 0
+    y = $3;
+elseif b ~= b
+    y = b;
+elseif b - b ~= 0
+    y = a;
+else
+    y = a - $2(quotient).*b;
+    nearest = whole_part(quotient + 0.5);
+    is_multiple = whole_part(b) ~= b & ((quotient - nearest)./nearest).^2 < eps.^2;
+    if is_multiple
+        y = 0;
+    end
+end
+end
+
+function y = element_of(x, k)
+y = x;
+if numel(x) > 1
+    y = x(k);
+end
+end
+)";
+
+const char Sign[] = R"(function y = sign(x)
+% 1, 0 or -1; what is no number stays.
+y = 0 + (x > 0) - (x < 0);
+if numel(x) == 1
+    if x ~= x
+        y = x;
+    end
+else
+    for k = 1:numel(x)
+        if x(k) ~= x(k)
+            y(k) = x(k);
+        end
+    end
+end
+)";
+
+const char IsInf[] = R"(function answer = isinf(x)
+% What is a number, but its distance from itself is none.
+answer = x == x & x - x ~= x - x;
+)";
+
+const char IsFinite[] = R"(function answer = isfinite(x)
+% What has no distance from itself.
+answer = x - x == 0;
+)";
+
+// clang-format off
+const LibrarySource Rows[] = {
+    // least, most arguments, results, what it needs, what it is given first
+    {"whole_part", 1, 1, 1, FOR_LIBRARY, nullptr, WholePart, {}},
+    {"floor", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, WholePart, {}},
+    {"floor", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Rounding, {"floor", "whole", "rounded down"}},
+    {"ceil", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Rounding,
+     {"ceil", "whole + (part > 0)", "rounded up"}},
+    {"fix", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Rounding,
+     {"fix", "whole + (part > 0 & x < 0)", "rounded towards zero"}},
+    {"round", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Rounding,
+     {"round", "whole + (part > 0.5 | part == 0.5 & x > 0)", "rounded; halves away from zero"}},
+    {"mod", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Remainder, {"mod", "whole_part", "a"}},
+    {"rem", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Remainder, {"rem", "fix", "0./b"}},
+    {"sign", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Sign, {}},
+    {"isinf", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsInf, {}},
+    {"isfinite", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsFinite, {}},
+};
+// clang-format on
+
+}  // namespace
+
+LibrarySources number_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
