@@ -191,8 +191,8 @@ g.kind = "text"
         {"mtranslate --rules r.toml -c '[s, t] = sq(1); x = check(1)'", 0,
          "(s, t) := sq(1);\nx := check(1);\n",
          unknown("2 functions are found nowhere and left to the host: sq, check")},
-        {"mtranslate --rules r.toml -c 'x = @sort'", 0, "x := copy(sort);\n",
-         unknown("1 function is found nowhere and left to the host: sort")},
+        {"mtranslate --rules r.toml -c 'x = @fft'", 0, "x := copy(fft);\n",
+         unknown("1 function is found nowhere and left to the host: fft")},
         {"mtranslate --rules r.toml --language classic -c '[s, t] = sq(1)'", 0,
          "(s, t) := (1^2);\n", ""},
     });

@@ -72,6 +72,17 @@ int host_comparison(OperatorId op) {
     }
 }
 
+// The function that is called for a condition, perhaps behind ~.
+const Node *tested_function(const Node *node) {
+    for (;;) {
+        node = without_parens(node);
+        if (node->kind != NODE_PREFIX || node->op != OPERATOR_NOT) break;
+        node = node->first_child;
+    }
+    bool is_call = node->kind == NODE_REFERENCE && !node->first_child->next->next;
+    return is_call ? node->first_child : nullptr;
+}
+
 const char *side_text(const Node *side) {
     int32_t outer = open_bracket(OUTSIDE);
     const char *text = lower_expression(side)->text;
@@ -91,6 +102,7 @@ Test lower_value(const Node *node) {
     if (is_literal(node, "true")) return constant_test(true);
     if (is_literal(node, "false")) return constant_test(false);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0) return constant_test(true);
+    Lowering.tested = tested_function(node);
     int32_t outer = open_bracket(OUTSIDE);
     const mExpr *value = lower_expression(node);
     close_bracket(outer);
@@ -300,6 +312,7 @@ static const char *decide_by_last(const Node *chain, const Node *last) {
     int level = Lowering.level;
     open_sides(chain, is_and(chain), last);
     Lowering.level++;
+    Lowering.tested = tested_function(last);
     const char *value = side_text(last);
     put_line("%s := %s;", {name, is_truth(last) ? value : value_condition(value)});
     Lowering.level--;

@@ -29,6 +29,11 @@ elseif width > 0
 end
 )";
 
+const char FilledSpare[] = R"(function x = filled_beforehand(value, height, width, room)
+% The same, with room for so many others, which arrays have in any case.
+x = zeros(height, width) + value;
+)";
+
 const char Cells[] = R"(function c = cells(height, width)
 % Empty cells. Without a width the height stands for both sides.
 c = {};
@@ -145,6 +150,9 @@ const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"zeros", 1, 2, 1, NEEDS_NO_TEXT, "0", Filled, {}},
     {"ones", 1, 2, 1, NEEDS_NO_TEXT, "1", Filled, {}},
+    {"sparse", 2, 2, 1, NEEDS_NO_TEXT, "0", Filled, {}},
+    {"spalloc", 2, 3, 1, NEEDS_NO_TEXT, "0", FilledSpare, {}},
+    {"speye", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Eye, {}},
     {"Inf", 1, 2, 1, NEEDS_NO_TEXT, "(1./0)", Filled, {}},
     {"inf", 1, 2, 1, NEEDS_NO_TEXT, "(1./0)", Filled, {}},
     {"NaN", 1, 2, 1, NEEDS_NO_TEXT, "(0./0)", Filled, {}},

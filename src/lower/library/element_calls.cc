@@ -64,8 +64,8 @@ mExpr *new_element_call(const OfferedCall *call) {
     Application application = application_of(call);
     if (!application.row || application.count < 2) return nullptr;
     ExprList values = arguments_of(call, application.count);
-    OfferedCall plain = {call->name, call->first->next, values.first, application.count,
-                         call->results};
+    OfferedCall plain = {call->name,        call->first->next, values.first,
+                         application.count, call->results,     false};
     mExpr *applied = new_source_call(application.row, &plain);
     free_vExpr(values.first);
     return applied;

@@ -36,13 +36,15 @@ if nargin > 1
 end
 )";
 
-const char FindPlaces[] = R"(function [row, col] = find_places(x)
-% The rows and columns in which x is not zero.
+const char FindPlaces[] = R"(function [row, col, values] = find_places(x)
+% The rows and columns in which x is not zero, and what stands there.
 row = find(x);
 col = row;
+values = row;
 height = size(x, 1);
 for k = 1:numel(row)
     place = row(k);
+    values(k) = x(place);
     width = 1;
     while place > height
         place = place - height;
@@ -94,25 +96,14 @@ if ndims(one) == ndims(other)
 end
 )";
 
-const char Strcmp[] = R"(function answer = strcmp(one, other)
-% Whether two texts are the same.
-answer = false;
-switch one
-    case {other}
-        answer = true;
-end
-)";
-
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual, {}},
-    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
-    {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
     {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs, {}},
     {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan, {}},
     {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find, {}},
-    {"find", 1, 1, 2, NEEDS_NO_TEXT, nullptr, FindPlaces, {}},
+    {"find", 1, 1, 3, NEEDS_NO_TEXT, nullptr, FindPlaces, {}},
     {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz, {}},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},
     {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply,

@@ -4,6 +4,14 @@
 
 namespace {
 
+const char ElementOf[] = R"(function y = element_of(x, k)
+% An element, or x itself where it is a single value.
+y = x;
+if numel(x) > 1
+    y = x(k);
+end
+)";
+
 const char Chosen[] = R"(function y = chosen(is_first, a, b)
 % Of each two elements that of a where is_first says so, else that of b.
 y = b;
@@ -23,14 +31,6 @@ else
             y(k) = element_of(b, k);
         end
     end
-end
-end
-
-function y = element_of(x, k)
-y = x;
-if numel(x) > 1
-    y = x(k);
-end
 end
 )";
 
@@ -110,6 +110,7 @@ end
 // clang-format off
 const LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
+    {"element_of", 2, 2, 1, FOR_LIBRARY, nullptr, ElementOf, {}},
     {"chosen", 3, 3, 1, FOR_LIBRARY, nullptr, Chosen, {}},
     {"@max", 1, 2, 2, NEEDS_NOTHING, nullptr, ExtremeAsValue, LARGEST},
     {"max", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, ExtremeOfVector, LARGEST},
@@ -119,6 +120,7 @@ const LibrarySource Rows[] = {
     {"max", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Extreme, LARGEST},
     {"max", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, ExtremeOfNumbers, LARGEST},
     {"max", 2, 2, 1, NEEDS_NO_TEXT, nullptr, ExtremeOfArrays, LARGEST},
+    {"larger", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfNumbers, LARGEST},
     {"larger_ones", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfArrays, LARGEST},
     {"@min", 1, 2, 2, NEEDS_NOTHING, nullptr, ExtremeAsValue, SMALLEST},
     {"min", 1, 1, 2, NEEDS_NO_TEXT | NEEDS_VECTOR, nullptr, ExtremeOfVector, SMALLEST},
@@ -128,6 +130,7 @@ const LibrarySource Rows[] = {
     {"min", 3, 3, 2, NEEDS_NO_TEXT | NEEDS_EMPTY_SECOND, nullptr, Extreme, SMALLEST},
     {"min", 2, 2, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, ExtremeOfNumbers, SMALLEST},
     {"min", 2, 2, 1, NEEDS_NO_TEXT, nullptr, ExtremeOfArrays, SMALLEST},
+    {"smaller", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfNumbers, SMALLEST},
     {"smaller_ones", 2, 2, 1, FOR_LIBRARY, nullptr, ExtremeOfArrays, SMALLEST},
 };
 // clang-format on

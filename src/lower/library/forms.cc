@@ -15,7 +15,7 @@ namespace {
 struct Form {
     const char *name;
     int8_t count; /* of the arguments */
-    uint16_t needs;
+    uint32_t needs;
     const char *text;      /* {1}, {2}, {3}: the arguments */
     int8_t comparison = 0; /* with right: OP_EQ ...; 0 for none */
     const char *right = nullptr;
@@ -69,6 +69,8 @@ const Form Forms[] = {
      "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
      "eval(evalhf(zip(`<>`,eval({2}),eval(0))))))"},
     {"isequal",  2, NEEDS_SINGLES | NEEDS_NUMBERS,   "{1}", OP_EQ, "{2}"},
+    {"full",     1, NEEDS_NO_TEXT,   "{1}"},
+    {"sparse",   1, NEEDS_NO_TEXT,   "{1}"},
     {"conj",     1, NEEDS_NO_TEXT | IN_PACKAGE,
      "LinearAlgebra:-Transpose(LinearAlgebra:-HermitianTranspose({1}))"},
     {"stacked",  2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(1, seq({1},qxrp_i=1..{2}))"},

@@ -4,6 +4,7 @@
 #include <assert.h>
 
 #include "lower/called_functions.h"
+#include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/host_words.h"
 #include "lower/library/element_calls.h"
@@ -37,7 +38,8 @@ mExpr *new_library_call(const OutsideCall *of, const vExpr *values) {
     assert(of->name->kind == NODE_NAME);
     if (!is_offered(of->name, of->may_get_object)) return nullptr;
     const Node *first = of->arguments ? of->arguments->first_child : nullptr;
-    OfferedCall call = {of->name, first, values, count_arguments(first), of->results};
+    bool is_tested = of->name == Lowering.tested;
+    OfferedCall call = {of->name, first, values, count_arguments(first), of->results, is_tested};
     if (mExpr *rewritten = new_rewritten_call(&call)) return rewritten;
     if (call.count < 0) return nullptr;
     if (mExpr *form = new_form_call(&call)) return form;

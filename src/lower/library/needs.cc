@@ -20,8 +20,10 @@ bool is_true_of_all(const OfferedCall *call, Test test) {
     return true;
 }
 
+bool is_text(const Node *argument) { return is_surely(value_of(argument), MAY_BE_TEXT); }
+
 bool is_no_text(const Node *argument) {
-    return argument->kind != NODE_STRING && !is_surely(value_of(argument), MAY_BE_TEXT);
+    return argument->kind != NODE_STRING && !is_text(argument);
 }
 
 bool is_number(const Node *argument) { return is_surely(value_of(argument), ARITHMETIC); }
@@ -53,6 +55,12 @@ bool is_second_single(const OfferedCall *call) {
 bool is_empty_literal(const Node *argument) {
     argument = without_parens(argument);
     return argument->kind == NODE_MATRIX && !argument->first_child;
+}
+
+bool descends(const OfferedCall *call) {
+    const Node *order = without_parens(call->first->next);
+    bool is_down = order->kind == NODE_STRING && strcmp(order->text, "descend") == 0;
+    return is_down && is_no_text(without_parens(call->first));
 }
 
 bool is_varargin(const Node *argument) {
@@ -89,8 +97,9 @@ bool are_texts(const OfferedCall *call) {
 
 }  // namespace
 
-bool meets_needs(const OfferedCall *call, uint16_t needs) {
+bool meets_needs(const OfferedCall *call, uint32_t needs) {
     if ((needs & FOR_LIBRARY) && !CurrentFile->is_library) return false;
+    if ((needs & NEEDS_TEST) && !call->is_tested) return false;
     if ((needs & NEEDS_NO_TEXT) && !is_true_of_all(call, is_no_text)) return false;
     if ((needs & NEEDS_JOINABLE) && !is_true_of_all(call, is_joinable)) return false;
     if ((needs & NEEDS_NUMBERS) && !is_true_of_all(call, is_number)) return false;
@@ -101,6 +110,10 @@ bool meets_needs(const OfferedCall *call, uint16_t needs) {
     if ((needs & NEEDS_ONE_FIRST) && count_of(without_parens(call->first)) != 1) return false;
     if ((needs & NEEDS_ONE_LAST) && count_of(last_argument(call)) != 1) return false;
     if ((needs & NEEDS_EMPTY_SECOND) && !is_empty_literal(call->first->next)) return false;
+    if ((needs & NEEDS_DESCEND) && !descends(call)) return false;
+    if ((needs & NEEDS_TWO_RESULTS) && call->results != 2) return false;
+    if ((needs & NEEDS_TEXT_FIRST) && !is_text(without_parens(call->first))) return false;
+    if ((needs & NEEDS_TEXT_LAST) && !is_text(last_argument(call))) return false;
     if ((needs & NEEDS_TEXTS) && !are_texts(call)) return false;
     if (!(needs & NEEDS_PLANE)) return true;
     long plane = count_of(last_argument(call));

@@ -5,7 +5,7 @@
 
 #include "lower/library/offered_call.h"
 
-enum LibraryNeed : uint16_t {
+enum LibraryNeed : uint32_t {
     NEEDS_NOTHING = 0,
     NEEDS_NO_TEXT = 1 << 0,       /* no argument is surely a text */
     NEEDS_JOINABLE = 1 << 1,      /* no argument is known to be a text: Concatenate takes none */
@@ -19,10 +19,15 @@ enum LibraryNeed : uint16_t {
     NEEDS_ONE_LAST = 1 << 9,      /* the last argument is 1 */
     NEEDS_PLANE = 1 << 10,        /* the last argument is 1 or 2 */
     NEEDS_EMPTY_SECOND = 1 << 11, /* the second argument is [] */
-    FOR_LIBRARY = 1 << 12,        /* a word of the library's own functions */
-    IN_PACKAGE = 1 << 13          /* no need: the form begins with the prefix of a package that the
+    NEEDS_TEXT_FIRST = 1 << 12,   /* the first argument is surely a text */
+    NEEDS_TEXT_LAST = 1 << 13,    /* the last one is */
+    NEEDS_DESCEND = 1 << 14,      /* the first argument is no text, the second the text 'descend' */
+    NEEDS_TWO_RESULTS = 1 << 15,  /* two are asked for */
+    NEEDS_TEST = 1 << 16,         /* of the value only matters whether it is true */
+    FOR_LIBRARY = 1 << 17,        /* a word of the library's own functions */
+    IN_PACKAGE = 1 << 18          /* no need: the form begins with the prefix of a package that the
                                      procedure is to declare */
 };
 
 /* Whether the call has all that the needs, flags of LibraryNeed, ask for. */
-bool meets_needs(const OfferedCall *call, uint16_t needs);
+bool meets_needs(const OfferedCall *call, uint32_t needs);

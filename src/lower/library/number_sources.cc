@@ -82,13 +82,6 @@ else
     end
 end
 end
-
-function y = element_of(x, k)
-y = x;
-if numel(x) > 1
-    y = x(k);
-end
-end
 )";
 
 const char Sign[] = R"(function y = sign(x)

@@ -18,8 +18,9 @@ namespace {
 // The first row that is wanted, or null.
 template <typename Test>
 const LibrarySource *find_source(Test is_wanted) {
-    for (const LibrarySources rows : {shape_sources(), array_sources(), fold_sources(),
-                                      extreme_sources(), element_sources(), number_sources()})
+    for (const LibrarySources rows :
+         {shape_sources(), array_sources(), fold_sources(), extreme_sources(), element_sources(),
+          number_sources(), text_sources(), order_sources(), matrix_sources()})
         for (int k = 0; k < rows.count; k++)
             if (is_wanted(&rows.first[k])) return &rows.first[k];
     return nullptr;
@@ -94,7 +95,7 @@ mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->n
 namespace {
 
 bool is_value_row(const LibrarySource *row) {
-    uint16_t known = NEEDS_NO_TEXT | (CurrentFile->is_library ? FOR_LIBRARY : 0);
+    uint32_t known = NEEDS_NO_TEXT | (CurrentFile->is_library ? FOR_LIBRARY : NEEDS_NOTHING);
     return !row->given && row->least == 1 && !(row->needs & ~known);
 }
 

@@ -8,11 +8,11 @@ struct LibrarySource {
     const char *name;
     int8_t least; /* arguments, without the first one that it is given here */
     int8_t most;
-    int8_t results;    /* at most */
-    uint16_t needs;    /* flags of LibraryNeed */
-    const char *given; /* the first argument, a host text; null for none */
-    const char *text;  /* $1 to $4 stand for the words */
-    const char *words[4];
+    int8_t results;       /* at most */
+    uint32_t needs;       /* flags of LibraryNeed */
+    const char *given;    /* the first argument, a host text; null for none */
+    const char *text;     /* $1 to $4 stand for the words */
+    const char *words[4]; /* all null: the text has none */
 };
 
 struct LibrarySources {
@@ -26,3 +26,6 @@ LibrarySources fold_sources();
 LibrarySources extreme_sources();
 LibrarySources element_sources();
 LibrarySources number_sources();
+LibrarySources text_sources();
+LibrarySources order_sources();
+LibrarySources matrix_sources();
