@@ -23,8 +23,6 @@ const uint8_t Opposites[] = {OP_NE, OP_EQ, OP_GE, OP_GT, OP_LE, OP_LT};
 constexpr char YES[] = "true";
 constexpr char NO[] = "false";
 
-bool is_comparison(int op) { return op >= OP_EQ && op <= OP_GE; }
-
 const char *relation_text(const Test *relation) {
     return form_text("%s %s %s", {relation->left, Signs[relation->op - OP_EQ], relation->right});
 }
@@ -45,7 +43,7 @@ const char *value_condition(const char *value) {
 }
 
 Test new_relation(const char *left, int op, const char *right, bool has_opposite) {
-    assert(is_comparison(op));
+    assert(op >= OP_EQ && op <= OP_GE);
     bool is_equality = op == OP_EQ || op == OP_NE;
     uint8_t sign = static_cast<uint8_t>(op);
     return {nullptr, TEST_ATOM, has_opposite || is_equality, sign, left, right};
