@@ -132,7 +132,7 @@ mExpr *new_form(const Form *form, const vExpr *values) {
 mExpr *new_form_call(const OfferedCall *call) {
     if (!has_one_result(call)) return nullptr;
     for (const Form &form : Forms)
-        if (form.count == call->count && strcmp(form.name, call->name->text) == 0 &&
+        if (form.count == call->count && is_row_of(form.name, call->name->text) &&
             meets_needs(call, form.needs))
             return new_form(&form, call->values);
     return nullptr;
@@ -141,7 +141,7 @@ mExpr *new_form_call(const OfferedCall *call) {
 const char *form_value(const char *name) {
     for (const Form &form : Forms) {
         bool is_plain = form.count == 1 && !(form.needs & ~(NEEDS_NO_TEXT | IN_PACKAGE));
-        if (!is_plain || strcmp(form.name, name) != 0) continue;
+        if (!is_plain || !is_row_of(form.name, name)) continue;
         vExpr *parameter = alloc_vExpr(new_leaf("qxrp_x"));
         const char *value = new_value(&form, parameter)->text;
         free_vExpr(parameter);

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/called_functions.h"
+#include "lower/library/offered_call.h"
 #include "lower/operands.h"
 #include "lower/shared_parts.h"
 
@@ -41,7 +42,7 @@ const KeepingFunction KeepingFunctions[] = {
 
 HeldForm form_of(const Node *name) {
     for (const KeepingFunction &row : KeepingFunctions)
-        if (strcmp(row.name, name->text) == 0)
+        if (is_row_of(row.name, name->text))
             return is_function_of_file(name) ? nullptr : row.form;
     return nullptr;
 }

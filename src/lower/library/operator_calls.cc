@@ -56,7 +56,7 @@ const UnaryWord Unary[] = {
 template <typename Row, size_t N>
 const Row *find_row(const Row (&rows)[N], const char *name) {
     for (const Row &row : rows)
-        if (strcmp(row.name, name) == 0) return &row;
+        if (is_row_of(row.name, name)) return &row;
     return nullptr;
 }
 

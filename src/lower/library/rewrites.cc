@@ -174,7 +174,7 @@ const Rewrite Rewrites[] = {
 
 mExpr *new_rewritten_call(const OfferedCall *call) {
     for (const Rewrite &row : Rewrites) {
-        if (strcmp(row.name, call->name->text) != 0) continue;
+        if (!is_row_of(row.name, call->name->text)) continue;
         bool fits =
             (call->count >= 0 || row.takes_lists) && (has_one_result(call) || row.takes_results);
         return fits ? row.rewrite(call) : nullptr;

@@ -30,7 +30,7 @@ bool takes_arguments(const LibrarySource *row, const OfferedCall *call) {
     return call->count >= row->least && call->count <= row->most && meets_needs(call, row->needs);
 }
 
-bool is_named(const LibrarySource *row, const char *name) { return strcmp(row->name, name) == 0; }
+bool is_named(const LibrarySource *row, const char *name) { return is_row_of(row->name, name); }
 
 // What is called in several ways has a row of its own for values, whose name begins with @.
 bool is_value_of(const LibrarySource *row, const char *name) {
