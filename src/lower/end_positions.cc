@@ -94,7 +94,7 @@ void check_colon_text(const Node *node) {
 
 mExpr *lower_plain_position(const Node *node) {
     check_colon_text(node);
-    if (is_value_list(node, false)) return lower_value_list(node);
+    if (is_value_list(node, false)) return lower_kept_list(node);
     node = without_parens(node);
     if (node->kind == NODE_END) return last_position();
     if (!Lowering.end_base->is_used && is_colon(node)) return new_node(EXPR_RANGE, nullptr);
@@ -114,7 +114,7 @@ BracketKind bracket_of(const Node *selector) {
 }
 
 mExpr *lower_argument(const Node *node) {
-    return is_value_list(node, false) ? lower_value_list(node) : lower_expression(node);
+    return is_value_list(node, false) ? lower_kept_list(node) : lower_expression(node);
 }
 
 }  // namespace

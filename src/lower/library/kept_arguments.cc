@@ -7,6 +7,7 @@
 #include "lower/library/offered_call.h"
 #include "lower/operands.h"
 #include "lower/shared_parts.h"
+#include "lower/value_lists.h"
 
 namespace {
 
@@ -56,6 +57,7 @@ void hold_arguments(const Node *name, const Node *arguments, ExprList *values) {
     if (!form) return;
     vExpr *cell = values->first;
     for (const Node *node = arguments->first_child; node; node = node->next, cell = cell->next) {
+        if (is_value_list(node, false)) continue;  // of each value by itself
         const char *text = form(node, cell->item->text);
         if (text != cell->item->text) cell->item = new_call_leaf(text);
     }
