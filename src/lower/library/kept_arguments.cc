@@ -43,8 +43,7 @@ const KeepingFunction KeepingFunctions[] = {
 
 HeldForm form_of(const Node *name) {
     for (const KeepingFunction &row : KeepingFunctions)
-        if (is_row_of(row.name, name->text))
-            return is_function_of_file(name) ? nullptr : row.form;
+        if (is_row_of(row.name, name->text)) return is_function_of_file(name) ? nullptr : row.form;
     return nullptr;
 }
 
