@@ -58,7 +58,8 @@ private:
     }
     std::string term(int depth) {
         std::string text = power(depth);
-        while (one_in(3)) text += pick({"*", ".*", "./", "\\"}) + power(depth);
+        while (one_in(3)) text += pick({"*", ".*", "./"}) + power(depth);
+        if (one_in(8)) text += "\\b'";
         return one_in(6) ? text + "/" + number() : text;
     }
     std::string power(int depth) {

@@ -1,4 +1,6 @@
 // if statements.
+#include "lower/branches.h"
+#include "lower/condition_sides.h"
 #include "lower/conditions.h"
 #include "lower/context.h"
 #include "lower/lines.h"

@@ -99,3 +99,10 @@ mExpr *lower_range(const Node *node) {
     if (!second->next) return new_seq_node(start, unit_step(), next, nullptr);
     return new_seq_node(start, next, lower_expression(second->next), nullptr);
 }
+
+mExpr *lower_outside(const Node *node) {
+    int32_t outer = open_bracket(OUTSIDE);
+    mExpr *value = lower_expression(node);
+    close_bracket(outer);
+    return value;
+}

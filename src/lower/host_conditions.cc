@@ -29,7 +29,7 @@ const char *relation_text(const Test *relation) {
 
 }  // namespace
 
-Test new_test(const char *text, TestLevel level) { return {text, level, false, 0, "", ""}; }
+Test new_test(const char *text, TestLevel level) { return {text, level, false, false, 0, "", ""}; }
 
 Test constant_test(bool is_true) { return new_test(is_true ? YES : NO); }
 
@@ -46,15 +46,22 @@ Test new_relation(const char *left, int op, const char *right, bool has_opposite
     assert(op >= OP_EQ && op <= OP_GE);
     bool is_equality = op == OP_EQ || op == OP_NE;
     uint8_t sign = static_cast<uint8_t>(op);
-    return {nullptr, TEST_ATOM, has_opposite || is_equality, sign, left, right};
+    return {nullptr, TEST_ATOM, has_opposite || is_equality, false, sign, left, right};
 }
 
 Test count_test(const char *count, int op, int number) {
     return new_relation(count, op, number_text(number), true);
 }
 
+Test flag_test(const char *name) {
+    Test test = count_test(name, OP_EQ, 1);
+    test.is_flag = true;
+    return test;
+}
+
 Test negate_test(const Test *test) {
     if (test->text == YES || test->text == NO) return constant_test(test->text == NO);
+    if (test->is_flag) return count_test(test->left, OP_EQ, 0);
     if (test->has_opposite) {
         Test opposite = *test;
         opposite.op = Opposites[test->op - OP_EQ];

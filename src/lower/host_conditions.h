@@ -13,6 +13,7 @@ struct Test {
     TestLevel level;   /* a relation counts as an atom */
     bool has_opposite; /* the opposite relation is true where this one is not: no side is undefined
                         */
+    bool is_flag;      /* left is a variable that holds 0 or 1, and right says which */
     uint8_t op;        /* OP_EQ to OP_GE */
     const char *left;
     const char *right;
@@ -30,6 +31,8 @@ const char *value_condition(const char *value);
 Test new_relation(const char *left, int op, const char *right, bool has_opposite);
 /* Of a count, which is a number always. */
 Test count_test(const char *count, int op, int number);
+/* Of a variable that holds 1, and else 0. */
+Test flag_test(const char *name);
 Test negate_test(const Test *test);
 /* As text, in parentheses where it stands inside of what binds tighter than it. */
 const char *test_text(const Test *test, TestLevel around = TEST_OR);

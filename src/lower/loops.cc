@@ -1,6 +1,8 @@
 // Loops.
 #include <stdlib.h>
 
+#include "lower/branches.h"
+#include "lower/condition_sides.h"
 #include "lower/conditions.h"
 #include "lower/context.h"
 #include "lower/exist.h"

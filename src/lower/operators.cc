@@ -6,10 +6,11 @@
 
 #include "diagnose/messages.h"
 #include "lexer/brackets.h"
+#include "lower/branches.h"
 #include "lower/characters.h"
 #include "lower/classes/methods.h"
 #include "lower/classes/objects.h"
-#include "lower/conditions.h"
+#include "lower/condition_sides.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/program_files.h"
@@ -70,28 +71,26 @@ struct PlainOperator {
     int builder;
     HostLevel level;
     const char *sign;
+    bool is_swapped;  // a\b is b/a
 };
 
 const PlainOperator PlainOperators[] = {
-    {OPERATOR_PLUS, OP_PLUS, HOST_SUM, " + "},
-    {OPERATOR_MINUS, OP_MINUS, HOST_SUM, " - "},
-    {OPERATOR_TIMES, OP_TIMES, HOST_PRODUCT, "*"},
-    {OPERATOR_DOT_TIMES, OP_DOT_TIMES, HOST_PRODUCT, "*"},
-    {OPERATOR_DIVIDE, OP_DIVIDE, HOST_PRODUCT, "/"},
-    {OPERATOR_DOT_DIVIDE, OP_DOT_DIVIDE, HOST_PRODUCT, "/"},
-    {OPERATOR_POWER, OP_POWER, HOST_POWER, "^"},
-    {OPERATOR_DOT_POWER, OP_DOT_POWER, HOST_POWER, "^"},
+    {OPERATOR_PLUS, OP_PLUS, HOST_SUM, " + ", false},
+    {OPERATOR_MINUS, OP_MINUS, HOST_SUM, " - ", false},
+    {OPERATOR_TIMES, OP_TIMES, HOST_PRODUCT, "*", false},
+    {OPERATOR_DOT_TIMES, OP_DOT_TIMES, HOST_PRODUCT, "*", false},
+    {OPERATOR_DIVIDE, OP_DIVIDE, HOST_PRODUCT, "/", false},
+    {OPERATOR_DOT_DIVIDE, OP_DOT_DIVIDE, HOST_PRODUCT, "/", false},
+    {OPERATOR_LEFT_DIVIDE, OP_DIVIDE, HOST_PRODUCT, "/", true},
+    {OPERATOR_DOT_LEFT_DIVIDE, OP_DIVIDE, HOST_PRODUCT, "/", true},
+    {OPERATOR_POWER, OP_POWER, HOST_POWER, "^", false},
+    {OPERATOR_DOT_POWER, OP_DOT_POWER, HOST_POWER, "^", false},
 };
 
 const PlainOperator *plain_operator(OperatorId id) {
     for (const PlainOperator &row : PlainOperators)
         if (row.id == id) return &row;
     return nullptr;
-}
-
-// A variable without a value fails either way.
-bool is_number(Value value) {
-    return is_within(value, MAY_BE_NUMBER | ONE | ANY_SIGN | MAY_BE_MISSING);
 }
 
 // Inside of parentheses the builders add a pair of their own.
@@ -160,8 +159,8 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
 
 Operand join_numbers(const PlainOperator *plain, const Operand *left, const Operand *right) {
     bool is_inside = BracketDelimiter == IN_PARENTHESES;
-    const mExpr *first = left_of(left, plain->level);
-    const mExpr *second = right_of(right, plain->level);
+    const mExpr *first = left_of(plain->is_swapped ? right : left, plain->level);
+    const mExpr *second = right_of(plain->is_swapped ? left : right, plain->level);
     mExpr *value = new_binary_expr(plain->builder, SCALAR, first, {is_inside ? "(" : ""},
                                    {plain->sign, second->text, is_inside ? ")" : ""});
     return {value, built_level(plain->level)};
@@ -170,7 +169,7 @@ Operand join_numbers(const PlainOperator *plain, const Operand *left, const Oper
 Operand join_next(Operand *left, Value left_value, const Node *next) {
     Operand right = lower_operand(next);
     const PlainOperator *plain = plain_operator(next->joint);
-    if (plain && is_number(left_value) && is_number(value_of(next)))
+    if (plain && is_one_number(left_value) && is_one_number(value_of(next)))
         return join_numbers(plain, left, &right);
     spell_characters(next->joint, left, left_value, &right, value_of(next));
     bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
@@ -237,7 +236,8 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
 
 // What is known of a number, or not, and the operand that joins it.
 static Value joined_value(const Node *next, Value left) {
-    bool are_numbers = plain_operator(next->joint) && is_number(left) && is_number(value_of(next));
+    bool are_numbers =
+        plain_operator(next->joint) && is_one_number(left) && is_one_number(value_of(next));
     return are_numbers ? MAY_BE_NUMBER | ONE | ANY_SIGN : ANY_VALUE & ~MAY_BE_TEXT;
 }
 
@@ -265,8 +265,7 @@ static Value joined_value(const Node *next, Value left) {
 }
 
 Operand lower_chain(const Node *node) {
-    bool is_lazy = node->op == OPERATOR_OR_ELSE || node->op == OPERATOR_AND_THEN;
-    return is_lazy && needs_branches(node) ? lower_branched_value(node) : join_operands(node);
+    return is_lazy(node) && needs_branches(node) ? lower_branched_value(node) : join_operands(node);
 }
 
 static Operand negate_value(const mExpr *value) {

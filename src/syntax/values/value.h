@@ -51,6 +51,8 @@ constexpr Value COLUMN = MAY_BE_ARRAY | MAY_HAVE_ROWS | MAY_BE_EMPTY | MAY_BE_FI
 /* A position or a number of elements, and any number. */
 constexpr Value COUNT = MAY_BE_NUMBER | ONE;
 constexpr Value ONE_TRUTH = MAY_BE_TRUTH | ONE;
+/* One number, held plainly. A variable that has no value fails where it is read. */
+constexpr Value ONE_NUMBER = MAY_BE_NUMBER | ONE | ANY_SIGN | MAY_BE_MISSING;
 /* A text of any length: held plainly. */
 constexpr Value ANY_TEXT =
     MAY_BE_TEXT | MAY_BE_SINGLE | MAY_HAVE_COLUMNS | MAY_BE_EMPTY | MAY_BE_FILLED;
@@ -58,6 +60,7 @@ constexpr Value ANY_TEXT =
 inline bool is_within(Value value, Value set) { return (value & ~set) == 0; }
 inline Value kinds_of(Value value) { return value & ANY_KIND; }
 inline bool is_surely(Value value, Value kinds) { return is_within(kinds_of(value), kinds); }
+inline bool is_one_number(Value value) { return is_within(value, ONE_NUMBER); }
 inline bool may_be(Value value, Value bits) { return (value & bits) != 0; }
 
 /* What is known of an expression's value; nothing is known where nobody has looked. Of a NAME also
