@@ -72,6 +72,7 @@ public:
         const Workers workers(options_.jobs, options_.limits);
         const int signal = workers.run(inputs_.size(), job, report);
         progress_.clear();
+        put_library();
         messages_.finish();
         if (options_.mode != Mode::Assess && !messages_.owns_standard_error())
             std::cerr << summary(signal == 0);
@@ -86,6 +87,12 @@ private:
         if (options_.output_folder.empty()) return "";
         fs::path path = fs::path(options_.output_folder) / input.relative;
         return path.replace_extension().string() + options_.suffix;
+    }
+
+    /* Empty where no translation has an output, or each holds what it calls. */
+    std::string library_output() const {
+        if (options_.output_folder.empty() || options_.is_closure) return "";
+        return (fs::path(options_.output_folder) / ("qxrp_library" + options_.suffix)).string();
     }
 
     /* In a worker. */
@@ -108,38 +115,54 @@ private:
         const std::size_t first = first_with_output_.at(output);
         if (!output.empty() && first != i)
             throw FileError("its output '" + output + "' is that of '" + inputs_[first].path + "'");
+        if (!output.empty() && output == library_output())
+            throw FileError("its output '" + output + "' is that of the library");
         Options options = options_;
         options.file = input.path;
+        options.is_library_apart = !options_.is_closure;
         configure_run(options, *configurations_[i]);
         const Source source = open_source(options);
         const Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
         result = result_of(translation);
-        if (translation.text) put_text(result, translation, output);
+        if (translation.text) put_text(result, *translation.text, translation.files_read, output);
     }
 
-    void put_text(FileResult &result, const Translation &translation,
+    void put_text(FileResult &result, const std::string &text, const FilesRead &sources,
                   const std::string &output) const {
         if (!options_.output_limit.empty() && !is_within(options_.output_limit, output))
             throw FileError("its output '" + output + "' leads out of the folder '" +
                             options_.output_limit + "' of the configuration");
         if (options_.mode == Mode::Translate) {
-            result.is_written = write(output, translation);
+            result.is_written = write(output, text, sources);
             result.has_output = true;
             return;
         }
-        if (options_.mode == Mode::Compare)
-            result.difference = difference(output, *translation.text);
-        if (shows_translations(options_.report)) result.translation = translation.text;
+        if (options_.mode == Mode::Compare) result.difference = difference(output, text);
+        if (shows_translations(options_.report)) result.translation = text;
     }
 
-    static bool write(const std::string &path, const Translation &translation) {
-        if (read_regular_file(path) == translation.text) return false;
+    static bool write(const std::string &path, const std::string &text, const FilesRead &sources) {
+        if (read_regular_file(path) == text) return false;
         make_folder(fs::path(path).parent_path());
         const Output output(path);
-        output.refuse_sources(translation.files_read);
-        output.write(*translation.text, Durability::Whole);
+        output.refuse_sources(sources);
+        output.write(text, Durability::Whole);
         return true;
+    }
+
+    /* Once for all of them, where one of them calls it. */
+    void put_library() {
+        const std::string output = library_output();
+        if (output.empty() || !calls_library_) return;
+        FileResult result;
+        try {
+            put_text(result, library_text(), {}, output);
+        } catch (const FileError &error) {
+            messages_.write({trouble_with(output, error.what())});
+            has_trouble_ = true;
+        }
+        show_output(result);
     }
 
     /* In this process, in the order of the inputs. */
@@ -157,7 +180,7 @@ private:
         progress_.clear();
         if (options_.mode != Mode::Assess || result.code == ExitCode::Trouble)
             messages_.write(result.diagnostics);
-        if (!result.difference.empty()) Output(std::nullopt).write(result.difference);
+        show_output(result);
         const bool has_error = count_severities(result.diagnostics)[SEVERITY_ERROR] > 0;
         ++finished_;
         progress_.add(inputs_[i].path, has_error);
@@ -173,8 +196,14 @@ private:
         const FileState state = has_failed ? FileState::Failed : state_of(result.diagnostics);
         ++tally_.states[static_cast<std::size_t>(state)];
         tally_.ignored += result.ignored;
+        if (result.calls_library) calls_library_ = true;
+    }
+
+    void show_output(const FileResult &result) {
         if (result.is_written) ++tally_.written;
-        if (!result.difference.empty()) differs_ = true;
+        if (result.difference.empty()) return;
+        differs_ = true;
+        Output(std::nullopt).write(result.difference);
     }
 
     std::string summary(bool is_whole) const {
@@ -193,7 +222,7 @@ private:
     }
 
     ExitCode exit_code() const {
-        if (files_in(FileState::Failed) > 0) return ExitCode::Trouble;
+        if (files_in(FileState::Failed) > 0 || has_trouble_) return ExitCode::Trouble;
         if (options_.mode == Mode::Assess) return ExitCode::Done;
         const bool has_failures = files_in(FileState::Errors) + files_in(FileState::Gaps) > 0;
         return has_failures || differs_ ? ExitCode::BadSource : ExitCode::Done;
@@ -208,6 +237,8 @@ private:
     std::vector<const Configuration *> configurations_; /* of the inputs */
     Tally tally_;
     std::vector<MadeFrom> made_;
+    bool calls_library_ = false; /* a translation does */
+    bool has_trouble_ = false;   /* with the library's output */
     bool differs_ = false;
     std::size_t finished_ = 0;
     Progress progress_;

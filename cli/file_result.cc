@@ -46,7 +46,7 @@ void serialize(Archive &archive, FileFacts &of) {
 template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
-            of.is_written, of.rules_used, of.facts, of.translation);
+            of.is_written, of.calls_library, of.rules_used, of.facts, of.translation);
 }
 
 FileResult result_of(const Translation &translation) {
@@ -54,6 +54,7 @@ FileResult result_of(const Translation &translation) {
     result.code = translation.code;
     result.diagnostics = translation.diagnostics;
     result.ignored = translation.ignored;
+    result.calls_library = translation.calls_library;
     result.files_read = names_of(translation.files_read);
     result.rules_used = translation.rules_used;
     result.facts = translation.facts;

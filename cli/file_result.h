@@ -26,6 +26,7 @@ struct FileResult {
     std::vector<std::string> files_read;
     bool has_output = false; /* the translation is in the output */
     bool is_written = false; /* which is new or has been replaced */
+    bool calls_library = false;
     /* How often each rule has answered, by its title (rules.h). */
     std::map<std::string, std::size_t> rules_used;
     /* For a report. */

@@ -66,6 +66,10 @@ void add_output_options(CLI::App &app, Options &options) {
         ->type_name("FILE");
     app.add_flag("--strict", options.is_strict,
                  "Write no translation of a source with an error or a gap");
+    app.add_flag(
+        "--no-library", options.is_library_apart,
+        "Leave the translator's own functions out\n\n"
+        "'mtranslate library' writes them, once for all translations. Those of a tree do without.");
     app.add_flag("--dump-tree", options.dumps_tree,
                  "Write the tree of the source, not its translation");
     app.add_flag("--dump-values", options.dumps_values,
@@ -247,6 +251,13 @@ void add_explain(CLI::App &app, std::optional<Explain> &explain) {
     command->callback([&explain, wanted] { explain = *wanted; });
 }
 
+void add_library(CLI::App &app, bool &library) {
+    app.add_subcommand("library",
+                       "Write the translator's own functions\n\n"
+                       "Those that translations with --no-library, and those of -O, call.")
+        ->callback([&library] { library = true; });
+}
+
 }  // namespace
 
 std::unique_ptr<CLI::App> make_option_table(Request &request) {
@@ -266,6 +277,7 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     add_rules(*app, request.options);
     add_explain(*app, request.explain);
     add_report(*app, request.report);
+    add_library(*app, request.library);
     return app;
 }
 

@@ -24,6 +24,7 @@ struct Request {
     Options options;
     std::optional<Explain> explain; /* where that is asked for */
     std::optional<ReportMerge> report;
+    bool library = false;
 };
 
 /* A parser whose parse fills the request, which must live as long. */

@@ -17,8 +17,11 @@
 #include "cli/output.h"
 #include "cli/report.h"
 #include "cli/suggestion.h"
+#include "cli/translation.h"
 
 namespace mtranslate {
+
+using namespace std::string_literals;
 
 namespace {
 
@@ -63,7 +66,8 @@ std::string answer(const CLI::App &table, const CLI::Success &wish) {
 
 /* Names the option that an unknown one is near to. */
 std::string suggested_option(const CLI::App &app) {
-    const std::string unknown = app.remaining().front();
+    const std::vector<std::string> left = app.remaining(true);
+    const std::string unknown = left.empty() ? "" : left.front();
     std::vector<std::string> known;
     for (const CLI::Option *option : app.get_options())
         for (const std::string &name : option->get_lnames()) known.push_back("--" + name);
@@ -138,6 +142,13 @@ std::variant<Options, ExitCode> completed(Options options) {
     return options;
 }
 
+/* The command that translates nothing, or null. */
+const char *command_of(const Request &request) {
+    if (request.library) return "library";
+    if (request.explain) return "explain";
+    return request.report ? "report" : nullptr;
+}
+
 }  // namespace
 
 std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) {
@@ -155,10 +166,10 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
         return refuse("-W: " + std::string(error.what()), "'mtranslate explain' lists all codes.");
     }
     request.options.given = given_options(*table);
-    if (!request.explain && !request.report) return completed(std::move(request.options));
+    if (!command_of(request)) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;
-    const char *command = request.explain ? "explain" : "report";
-    if (!is_alone) return refuse(std::string(command) + " and a source exclude each other");
+    if (!is_alone) return refuse(command_of(request) + " and a source exclude each other"s);
+    if (request.library) return show(library_text());
     return request.explain ? run(*request.explain) : run(*request.report);
 }
 

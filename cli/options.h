@@ -57,6 +57,9 @@ struct Options {
     Limits limits;
     /* Whether each translation of a batch holds those of the functions that it calls. */
     bool is_closure = false;
+    /* Whether translations hold the functions that the translator brings along, where they call
+     * them, or those stand in a file of their own. */
+    bool is_library_apart = false;
     /* Where called functions are looked for, first tried first; empty: the file's own directory. */
     std::vector<std::string> directories;
     /* Where to tell what the outputs are made from; empty: nowhere. */

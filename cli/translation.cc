@@ -101,6 +101,8 @@ public:
             observers.tree = Observer<&RunWatch::show_tree>::call;
         if (wanted_.wants_statistics()) observers.piece = Observer<&RunWatch::note_piece>::call;
         if (wanted_.wants_map()) observers.lines = Observer<&RunWatch::note_lines>::call;
+        if (wanted_.is_library_apart)
+            observers.library_call = Observer<&RunWatch::note_library>::call;
         if (index_) {
             observers.find_file = Observer<&RunWatch::find_file>::call;
             observers.find_method = Observer<&RunWatch::find_method>::call;
@@ -140,6 +142,8 @@ private:
     void note_lines(const Origin *origin, std::uint32_t first, std::uint32_t count) {
         lines_.note(origin, first, count);
     }
+
+    void note_library() { translation_.calls_library = true; }
 
     ResultKind kind_of_result(const char *name) { return answers_.kind(name); }
 
@@ -222,6 +226,16 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     translation.rules_used = answers.used();
     translation.unanswered = answers.unanswered();
     return translation;
+}
+
+std::string library_text() {
+    StandInHost host;
+    auto &values = host.values();
+    Observers observers{};
+    observers.holds_library = true;
+    observe_next_run(observers);
+    const std::vector language{values.equation(values.name("Language"), values.string("matlab"))};
+    return host.translate("command", "", language).value_or("");
 }
 
 }  // namespace mtranslate

@@ -30,7 +30,8 @@ struct Translation {
     std::map<std::string, std::size_t> rules_used{};
     /* The calls that no rule has answered, by the functions' names. */
     std::map<std::string, UnansweredCalls> unanswered{};
-    FileFacts facts{}; /* where the options ask for statistics */
+    bool calls_library = false; /* which stands apart (Options::is_library_apart) */
+    FileFacts facts{};          /* where the options ask for statistics */
 };
 
 /* Translates the source, as the options say, in a host that answers by their rules. With an index
@@ -38,5 +39,9 @@ struct Translation {
  * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);
+
+/* All functions that the translator brings along, in the host's language: the same for all sources.
+ * Throws std::bad_alloc. */
+std::string library_text();
 
 }  // namespace mtranslate

@@ -261,7 +261,7 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "statement 10:3-10:8 9-9\n"
          "end 11:1-11:4 10-10\n"},
         {"x = @(t) t && f(t);\n", "statement 1:1-1:19 1-8\n"},
-        {"x = isrow(f(1));\n", "statement 1:1-1:16 8-8\n"},
+        {"x = isrow(f(1));\n", "statement 1:1-1:16 1-1\n"},
         {"z(end+1) = 1;\nfunction r = f(a)\npersistent n\nr = a;\nend\n",
          "statement 3:1-3:13 1-1\n"
          "function 2:1-2:18 2-4\n"

@@ -207,6 +207,46 @@ TEST_F(Tool, translates_trees) {
     });
 }
 
+/* All that it calls is in it, and a tree has one for all of its files. */
+TEST_F(Tool, writes_its_own_functions_apart) {
+    write(directory / "t/a.m", "x = max(1, f(2));\n");
+    write(directory / "t/f.m", "function y = f(x)\ny = max(x, 3);\n");
+    write(directory / "u/b.m", "x = 1;\n");
+    write(directory / "v/qxrp_library.m", "x = max(1, 2);\n");
+    for (const std::string name : {"other", "larger"})
+        write(directory / "w" / (name + ".m"),
+              "function y = " + name + "(x)\ny = ones(x);\nfunction y = ones(x)\ny = x;\n");
+    write(directory / "w/d.m", "x = other(1) + larger(2) + max([], 3);\n");
+    const std::string names = "grep -o 'qxrp_[a-z_0-9]*[a-z0-9]";
+    check({
+        {"mtranslate library > l; " + names + "(' l | sort -u | tr -d '(' > calls; " + names +
+             " := proc' l | cut -d ' ' -f 1 | sort > procs; uniq -d procs; comm -23 calls procs",
+         0, "", ""},
+        {"mtranslate t -O o 2>&1 | tail -c 12; grep -c proc o/[af].txt; cmp o/qxrp_library.txt l",
+         0, "; 3 written\no/a.txt:0\no/f.txt:2\n", ""},
+        {"echo >> o/qxrp_library.txt; mtranslate diff t -O o 2> /dev/null | head -n 1", 0,
+         "--- o/qxrp_library.txt\n", ""},
+        {"mtranslate u -O p 2> /dev/null; mtranslate t -O q --closure 2> /dev/null; ls p q; "
+         "grep -c proc q/f.txt",
+         0, "p:\nb.txt\n\nq:\na.txt\nf.txt\n8\n", ""},
+        {"mtranslate t/f.m --no-library", 0,
+         "f := proc( x )\n    local y;\n    y := qxrp_larger_ones(x, 3);\n    return y;\nend "
+         "proc;\n\n",
+         ""},
+        {"mtranslate w/d.m --no-library | grep ' := proc(' | tail -n 2", 0,
+         "qxrp_larger_ones := proc( x )\nqxrp_larger_ones_2 := proc( a, b )\n", ""},
+        {"mtranslate v -O o 2>&1 | head -n 1", 0,
+         "v/qxrp_library.m: error: its output 'o/qxrp_library.txt' is that of the library\n", ""},
+        {"rm o/*; mkdir o/qxrp_library.txt; mtranslate t -O o", 3, "",
+         "o/qxrp_library.txt: error: cannot write 'o/qxrp_library.txt': Is a directory\n"
+         "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+         "failed; "
+         "2 written\n"},
+        {"mtranslate t library", 2, "",
+         "mtranslate: error: library and a source exclude each other\nTry 'mtranslate --help'.\n"},
+    });
+}
+
 TEST_F(Tool, knows_the_folders_of_a_tree) {
     write(directory / "t/@shape/shape.m", "function s = shape(x)\ns.x = x;\n");
     write(directory / "t/@shape/area.m", "function a = area(s)\na = half(side(s));\n");
@@ -373,6 +413,8 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: The following argument was not expected: --dmup-tree; did you mean "
          "'--dump-tree'?" +
              hint},
+        {"mtranslate explain a b", 2, "",
+         "mtranslate: error: The following argument was not expected: b" + hint},
         {"mtranslate a.m explain", 2, "",
          "mtranslate: error: explain and a source exclude each other" + hint},
         {"mtranslate --dump-tree --language classic a.m", 2, "",

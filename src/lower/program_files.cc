@@ -57,9 +57,11 @@ const char *free_name(const char *name) {
     return free;
 }
 
+const char *library_name(const char *name) { return form_text("qxrp_%s", {name}); }
+
 // The first function of a name keeps it, every other has its file's name in front.
 const char *choose_written(const SourceFile *file, const char *name) {
-    if (file->is_library) return free_name(form_text("qxrp_%s", {name}));
+    if (file->is_library) return free_name(library_name(name));
     const char *plain = free_of_host_words(name);
     if (!is_taken(plain)) return plain;
     const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
@@ -315,6 +317,11 @@ static SourceFile *read_library_file(const char *text) {
 
 SourceFile *library_file(const char *text) {
     return find_once(&LibraryFiles, text, [=] { return read_library_file(text); });
+}
+
+bool has_library_name(const SourceFile *file) {
+    const FileFunction *function = file->functions;
+    return strcmp(function->written, library_name(function->name)) == 0;
 }
 
 // Only what is surely not there is none.

@@ -75,6 +75,8 @@ bool is_method_file(const SourceFile *file);
 /* The file of functions that the front end brings along as this MATLAB text, a constant: the first
  * of them is called. Their procedures are named apart from all others. */
 SourceFile *library_file(const char *text);
+/* Whether the procedure of such a file is called as in every run: no other took the name. */
+bool has_library_name(const SourceFile *file);
 
 /* Whether there may be such a file, or a method of the name; none is read. */
 bool has_file(const Node *place);

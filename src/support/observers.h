@@ -35,6 +35,12 @@ struct Observers {
 
     /* What the first result of a call is. name: of the source, with the dots of packages. */
     ResultKind (*result_kind)(void *context, const char *name);
+    /* The translation calls a function that the front end brings along. Where this is not null,
+     * such functions are no part of translations: they stand in a text of their own. */
+    void (*library_call)(void *context);
+    /* The translation holds all functions that the front end brings along. */
+    bool holds_library;
+
     /* For programs that translate many files and know all of them beforehand. Where the file of a
      * name is that a file calls, in the place of the look-up described at find_file
      * (lower/program_files.h). The path stays valid until the run ends. */

@@ -15,14 +15,19 @@
 
 namespace {
 
+// In the order of their rows.
+LibrarySources (*const Tables[])() = {shape_sources,   array_sources,   fold_sources,
+                                      extreme_sources, element_sources, number_sources,
+                                      text_sources,    order_sources,   matrix_sources};
+
 // The first row that is wanted, or null.
 template <typename Test>
 const LibrarySource *find_source(Test is_wanted) {
-    for (const LibrarySources rows :
-         {shape_sources(), array_sources(), fold_sources(), extreme_sources(), element_sources(),
-          number_sources(), text_sources(), order_sources(), matrix_sources()})
+    for (const auto table : Tables) {
+        const LibrarySources rows = table();
         for (int k = 0; k < rows.count; k++)
             if (is_wanted(&rows.first[k])) return &rows.first[k];
+    }
     return nullptr;
 }
 
@@ -108,4 +113,11 @@ const char *source_value(const char *name) {
         source = find_source(
             [=](const LibrarySource *row) { return is_named(row, name) && is_value_row(row); });
     return source ? supplied_function(text_of(source)) : nullptr;
+}
+
+void call_all_sources() {
+    find_source([](const LibrarySource *row) {
+        supplied_function(text_of(row));
+        return false;
+    });
 }

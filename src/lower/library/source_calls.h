@@ -7,5 +7,7 @@
 mExpr *new_source_call(const OfferedCall *call);
 /* The same for the row of that name. */
 mExpr *new_source_call(const char *row, const OfferedCall *call);
+/* Calls all of them. */
+void call_all_sources();
 /* The procedure's name as a value; null for others. */
 const char *source_value(const char *name);
