@@ -94,8 +94,9 @@ private:
     std::mt19937 random_;
 };
 
-// Without pairs and blanks, and with one writing of each operator.
+// Without pairs, blanks and copies, and with one writing of each operator.
 std::string normalized(std::string text) {
+    text = std::regex_replace(text, std::regex(R"(:= copy\()"), ":=(");
     text = std::regex_replace(text, std::regex(R"( \. )"), "*");
     return std::regex_replace(text, std::regex(R"([() ~])"), "");
 }

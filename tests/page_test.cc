@@ -114,7 +114,7 @@ TEST_F(Page, shows_each_statement_beside_its_translation) {
               "8|  % four|3|    # four|\n"
               "9|  p = inner(p);|8|    p := inner(p);|\n"
               "10|  function inner|4|    inner := proc(  )|\n"
-              "11|  end|5|    end proc;|\n||6||\n||7|    p := copy(qxrp_p);|\n"
+              "11|  end|5|    end proc;|\n||6||\n||7|    p := qxrp_p;|\n"
               "12|  r = 1;|9|    r := 1;|\n||10|    return r;|\n"
               "13|end|11|end proc;|\n||12||\n");
 }

@@ -207,7 +207,7 @@ TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
     const std::string text =
         "f := proc( qxrp_x )\n    local y, x;\n    if "
         "nargs >= 1 "
-        "then\n        x := copy(qxrp_x);\n    end if;\n    # not translated (MT101 "
+        "then\n        x := qxrp_x;\n    end if;\n    # not translated (MT101 "
         "unexpected-token): y = x + ;\n    x := 1;\n    return y;\nend proc;\n\nx := f(1);\n# not "
         "translated (MT204 eval): eval y\n";
     for (const ErrorExit exit : EVERY_EXIT) {

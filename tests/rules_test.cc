@@ -191,7 +191,7 @@ g.kind = "text"
         {"mtranslate --rules r.toml -c '[s, t] = sq(1); x = check(1)'", 0,
          "(s, t) := sq(1);\nx := check(1);\n",
          unknown("2 functions are found nowhere and left to the host: sq, check")},
-        {"mtranslate --rules r.toml -c 'x = @fft'", 0, "x := copy(fft);\n",
+        {"mtranslate --rules r.toml -c 'x = @fft'", 0, "x := fft;\n",
          unknown("1 function is found nowhere and left to the host: fft")},
         {"mtranslate --rules r.toml --language classic -c '[s, t] = sq(1)'", 0,
          "(s, t) := (1^2);\n", ""},
@@ -238,11 +238,11 @@ pair.results.2 = "both()"
              "z := run_in(\"base\", s);"},
             {"x = 1, y(2) = x; [by, z.a] = pair\nx, x + 1\ny(2)\nfor k = 1:2, k, end, f = @sine; "
              "f(1)",
-             "x := 1;\nshow(\"x\", x);\ny := Vector();\ny(2) := copy(x);\nz := struct();\n(m_by, "
+             "x := 1;\nshow(\"x\", x);\ny := Vector();\ny(2) := x;\nz := struct();\n(m_by, "
              "z:-a) := both();\n"
              "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x + 1);\n"
              "show(\"ans\", y(2));\nfor k from 1 to 2 do\n    show(\"k\", k);\nend do;\n"
-             "f := copy(Sine);\nf(1);"},
+             "f := Sine;\nf(1);"},
             {"assignin('base', 'a', 2);", "set_in(\"base\", \"a\", 2);"},
             {"if exist('by', 'var'), end, by = 2; x = exist('other', 'var');",
              "if ArrayTools[AllNonZero](assigned(m_by)) then\nend if;\nm_by := 2;\n"
@@ -395,8 +395,8 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
         {"mtranslate --rules later.toml t/s/a.m", 0, "x := L(1) +~ R();\nk := 1;\n", ""},
         {"cd t/s; \"$tool\" a.m; \"$tool\" -I ../lib - < a.m; \"$tool\" -c 'x = f(1)'", 0,
          a + a + "x := T(1);\n", ""},
-        {"mtranslate t/u/c.m; mtranslate t/u/d.m", 1, "y := h();\nx := copy(y);\n", refused},
-        {"mtranslate -W MT401 t/u/c.m", 0, "y := h();\nx := copy(y);\n",
+        {"mtranslate t/u/c.m; mtranslate t/u/d.m", 1, "y := h();\nx := y;\n", refused},
+        {"mtranslate -W MT401 t/u/c.m", 0, "y := h();\nx := y;\n",
          "t/u/c.m: warning: 1 function is found nowhere and left to the host: h [MT401]\n"},
         {"mtranslate --language matlab t/u/c.m 2>&1 | head -n 1", 0,
          "t/u/c.m:1:7: error: a second '=' in one statement: assign to one target after the other "

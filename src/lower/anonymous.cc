@@ -83,7 +83,7 @@ void leave_body(const Surroundings *outer) {
 
 const char *lower_body(const Node *body) {
     return is_value_list(body, false) ? lower_kept_list(body)->text
-                                      : handed_text(body, lower_expression(body)->text);
+                                      : held_text(body, lower_expression(body)->text);
 }
 
 const char *locals_text() {

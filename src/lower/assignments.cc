@@ -94,11 +94,6 @@ const Symbol *single_struct(const Node *target) {
     return is_field ? target->first_child->symbol : nullptr;
 }
 
-// s.(e) = v, which a function sets.
-bool is_computed_field(const Node *target) {
-    return target->kind == NODE_REFERENCE && last_selector(target)->kind == NODE_DYNAMIC_FIELD;
-}
-
 bool is_zero(const Node *node) {
     return node->kind == NODE_NUMBER && node->text[0] == '0' && node->text[1] == '\0';
 }
@@ -127,7 +122,7 @@ const char *value_text(const Node *target, const Node *value) {
     value = element_value(target, value);
     Holder outer = begin_holding(target, value);
     const char *text = lower_for_results(value, results);
-    text = is_computed_field(target) ? handed_text(value, text) : held_text(value, text);
+    text = held_text(value, text);
     end_holding(outer);
     Lowering.single = nullptr;
     return text;
@@ -286,9 +281,7 @@ void put_values(TargetTexts *targets, const Node *value) {
         targets->count == 1 ? targets->texts.first->item->text : targets_text(&targets->texts);
     const char *right = values_text(value, targets->count);
     if (targets->count == 1) right = held_text(value, right);
-    const char *form =
-        targets->count == 1 && is_identifier(right) ? "%s := copy(%s);" : "%s := %s;";
-    put_line(form, {left, right});
+    put_line("%s := %s;", {left, right});
     for (const TargetCell *cell = targets->first; cell; cell = cell->next)
         finish_target(&cell->target);
 }

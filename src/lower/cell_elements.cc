@@ -55,12 +55,12 @@ void put_inside(const Target *target, const char *value) {
 }
 
 // How many elements there are shows at run time.
-void put_branches(const Target *target, const char *name, const char *element) {
+void put_branches(const Target *target, const char *name, const char *cell, const char *element) {
     const char *count = form_text("ArrayNumElems(%s,'All')", {name});
     put_line("if %s then", {count_condition(count, OP_EQ, 1)});
     put_inside(target, element);
     put_line("else", {});
-    put_inside(target, name);
+    put_inside(target, cell);
     put_line("end if;", {});
 }
 
@@ -88,7 +88,7 @@ static void put_element(const Node *assignment) {
     const char *name = named_value(value);
     const char *element = joined_text(value, form_text("%s(1)", {name}));
     if (any_argument(last_selector(place), may_be_several))
-        return put_branches(&target, name, element);
+        return put_branches(&target, name, held_text(value, name), element);
     put_value(&target, element);
 }
 

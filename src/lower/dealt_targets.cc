@@ -40,17 +40,17 @@ bool is_open_target(const Node *target) {
 // The value of each target, the number of which is a host text.
 const char *single_value(const Node *value) {
     const mExpr *expr = lower_expression(value);
-    if (expr->scalar || is_identifier(expr->text)) return expr->text;
+    if (without_parens(value)->kind == NODE_NAME) return held_text(value, expr->text);
+    if (expr->scalar) return expr->text;
     const char *name = new_temporary();
     put_line("%s := %s;", {name, expr->text});
-    return name;
+    return needs_copies(value) ? form_text("copy(%s)", {name}) : name;
 }
 
 void put_loop(const ValueRun *targets, const char *number, const char *value) {
     put_line("for %s from %s to %s do", {number, targets->from, targets->to});
     Lowering.level++;
-    const char *form = is_identifier(value) ? "%s := copy(%s);" : "%s := %s;";
-    put_line(form, {element_of(targets, number), value});
+    put_line("%s := %s;", {element_of(targets, number), value});
     Lowering.level--;
     put_line("end do;", {});
 }

@@ -10,6 +10,7 @@
 #include "lower/host_words.h"
 #include "lower/origins.h"
 #include "lower/program_files.h"
+#include "lower/shared_parts.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
@@ -49,9 +50,10 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     if (is_set_first(scope, parameter)) return;
     const char *name = written_name(parameter);
     const char *given = head_name(parameter);
-    if (!may_be_missing(scope, parameter)) return put_line("%s := copy(%s);", {name, given});
+    const char *form = must_own(parameter) ? "%s := copy(%s);" : "%s := %s;";
+    if (!may_be_missing(scope, parameter)) return put_line(form, {name, given});
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
-    put_inner_line("%s := copy(%s);", {name, given});
+    put_inner_line(form, {name, given});
     if (parameter->start && (parameter->flags & SYMBOL_MAY_BE_MISSING)) {
         put_line("else", {});
         put_inner_line("%s := %s;", {name, start_text(parameter->start, false)});

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/expressions.h"
+#include "run/run_state.h"
 #include "syntax/names/names.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/value.h"
@@ -114,9 +115,15 @@ struct Depths {
     uint32_t in_target;
 };
 
+// A later command may change the variables of this one.
+bool is_left_open(const Symbol *symbol) {
+    return !FileMode && symbol->scope->owner->kind == NODE_FILE;
+}
+
 bool needs_copy(const Node *value, Depths depths) {
     const Symbol *from = variable_of(value);
     if (!Lowering.holder.value || is_replaced(value, from)) return false;
+    if (value->kind == NODE_NAME && is_left_open(from)) return true;
     return from->depth_changed > depth_of(value) + depths.in_value ||
            (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
 }
@@ -171,11 +178,6 @@ Holder begin_holding(const Node *target, const Node *value) {
 void end_holding(const Holder &outer) { Lowering.holder = outer; }
 
 const char *held_text(const Node *value, const char *text) {
-    bool is_name = without_parens(value)->kind == NODE_NAME;  // copied when it is assigned
-    return is_name ? text : handed_text(value, text);
-}
-
-const char *handed_text(const Node *value, const char *text) {
     value = without_parens(value);
     if (is_transpose(value)) return joined_text(value->first_child, text);
     if (shares_itself(value)) return copy_text(text);
@@ -211,4 +213,8 @@ bool needs_copies(const Node *value) { return !is_immutable(value) && is_in_dang
 bool may_change_results(const Scope *scope) {
     while (scope->outer) scope = scope->outer;
     return (scope->flags & CHANGES_PARTS) || scope->owner->kind == NODE_FUNCTION;
+}
+
+bool must_own(const Symbol *parameter) {
+    return parameter->depth_changed > 0 || (parameter->flags & (SEEN_ELSEWHERE | SYMBOL_OUTPUT));
 }

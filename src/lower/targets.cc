@@ -242,8 +242,7 @@ void put_value(const Target *target, const char *value) {
             new_keyword_call("setfield", {structure_of(target), target->field, value});
         put_line("%s := %s;", {target->path.text, changed->text});
     } else {
-        const char *form = is_identifier(value) ? "%s := copy(%s);" : "%s := %s;";
-        put_line(form, {target->path.text, value});
+        put_line("%s := %s;", {target->path.text, value});
     }
     put_fields(target->pending);
 }

@@ -34,8 +34,7 @@ Target lower_target(const Node *node, const Node *end);
 const char *target_value(const Target *target);
 /* A text that can stand on the left of an assignment: of a field .(e), a temporary. */
 const char *target_text(Target *target);
-/* Puts the assignment, and what has been left to do when the target has its value. A value that is
- * a name is copied. */
+/* Puts the assignment, and what has been left to do when the target has its value. */
 void put_value(const Target *target, const char *value);
 /* What is left to do behind an assignment to target_text. */
 void finish_target(const Target *target);

@@ -20,7 +20,7 @@ struct KeepingFunction {
 
 // clang-format off
 const KeepingFunction KeepingFunctions[] = {
-    {"deal",       handed_text},
+    {"deal",       held_text},
     {"struct",     held_element_text},
     {"setfield",   held_element_text},
     {"horzcat",    joined_text},
