@@ -73,6 +73,13 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
          "[MT405]\nfunction g\n^~~~~~~~~~\n"
          "./behind.m:3:1: gap: a file whose function is called does not run its statements outside "
          "of functions [MT207]\nx = 1;\n^~~~~\n"},
+        {"printf '%% a \\t\\n%%  \\nx = 1; %% b \\n%%{ \\n c \\n%%}\\nx = (...  \\n \\n 2;\\n' > "
+         "blanks.m; "
+         "mtranslate blanks.m 2> /dev/null",
+         1,
+         "# a\n#\nx := 1; # b\n# c\n# not translated (MT102 unclosed-bracket): x = (...\n#\n#  "
+         "2;\n",
+         ""},
         {"mtranslate --language octave -c 'x = y = 1;'", 0, "y := 1;\nx := y;\n", ""},
     });
 }

@@ -16,7 +16,7 @@ static const char *mark_of(const Node *comment) {
 void put_comment(const Node *comment, Line *trailed) {
     assert(comment->kind == NODE_COMMENT);
     note_piece(comment, COMMENT_IS_PUT);
-    const char *text = form_text("%s%s", {mark_of(comment), comment->text});
+    const char *text = without_last_blanks(form_text("%s%s", {mark_of(comment), comment->text}));
     Origin *outer = begin_origin(COMMENT_LINES, comment);
     if (trailed && has_flag(comment, TRAILING)) {
         trailed->text = form_text("%s %s", {trailed->text, text});

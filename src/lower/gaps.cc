@@ -25,6 +25,8 @@ namespace {
 
 bool is_line_end(char c) { return c == '\n' || c == '\r'; }
 
+bool is_blank(char c) { return c == ' ' || c == '\t'; }
+
 // Lines of the source from the offset on, one after the other.
 struct SourceLines {
     const char *at;
@@ -38,6 +40,7 @@ const char *next_line(SourceLines *lines) {
     lines->at = end;
     if (lines->at < lines->end && *lines->at == '\r') lines->at++;
     if (lines->at < lines->end && *lines->at == '\n') lines->at++;
+    while (end > start && is_blank(end[-1])) end--;
     return KeepText(start, static_cast<size_t>(end - start));
 }
 
@@ -51,7 +54,10 @@ void put_gap(const Node *node, MessageId id) {
     const char *source = CurrentFile->source->text;
     SourceLines lines = {source + node->offset, source + end_of(node)};
     put_line("# not translated (%s %s): %s", {row->code, row->name, next_line(&lines)});
-    while (lines.at < lines.end) put_line("# %s", {next_line(&lines)});
+    while (lines.at < lines.end) {
+        const char *line = next_line(&lines);
+        put_line("%s%s", {*line ? "# " : "#", line});
+    }
     end_origin(outer);
 }
 

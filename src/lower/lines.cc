@@ -146,3 +146,10 @@ void comment_lines(Lines *lines, int level) {
         line->comment = level;
     }
 }
+
+const char *without_last_blanks(const char *text) {
+    size_t length = strlen(text);
+    size_t kept = length;
+    while (kept > 0 && (text[kept - 1] == ' ' || text[kept - 1] == '\t')) kept--;
+    return kept < length ? KeepText(text, kept) : text;
+}
