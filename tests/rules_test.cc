@@ -93,7 +93,7 @@ system = "run({1})"
              "g_value := 1;\nx := g_value + 1;\nput(x);\ndisplay_of;"},
             {"x = stats.mean(1)^2; if x, y = (stats.mean(2) + 1); end",
              "x := mean_of(1)^2;\nif ArrayTools[AllNonZero](x) then\n"
-             "    y := (mean_of(2) +~ 1);\nend if;"},
+             "    y := mean_of(2) +~ 1;\nend if;"},
             {"if 1, both(1), end", "if true then\n    first(1);\n    second(1);\nend if;"},
             {"x = __own__(1);", "x := own(1);"},
             {"hold on", "keep(\"on\");"},

@@ -43,12 +43,10 @@ const Node *element_value(const Node *target, const Node *value) {
     return is_value_list(row->first_child, true) ? value : row->first_child;
 }
 
-// x += e, with e as if in parentheses.
+// x += e.
 const char *compound_value(const Target *target, const Node *node) {
     Operand left = {new_leaf(target_value(target)), HOST_ATOM};
-    int32_t outer = open_bracket(IN_PARENTHESES);
     Operand right = lower_operand(second_child(node));
-    close_bracket(outer);
     return new_binary(node->op, &left, &right).expr->text;
 }
 

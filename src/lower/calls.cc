@@ -15,6 +15,7 @@
 #include "lower/library/library.h"
 #include "lower/operands.h"
 #include "lower/pieces.h"
+#include "lower/plain_calls.h"
 #include "lower/requested_results.h"
 #include "lower/shared_parts.h"
 #include "support/allocation.h"
@@ -102,18 +103,21 @@ mExpr *new_truth_call(const OutsideCall *of, const vExpr *values) {
 
 mExpr *finish_call(const OutsideCall *of, const vExpr *values) {
     if (mExpr *call = ask_call(of, values)) return call;
-    if (of->answer) return new_index_node(of->answer, FUNCTION_INDEX, values);
+    if (of->answer) return new_call_of(of->answer, values);
     if (is_truth_value(of->name->text)) return new_truth_call(of, values);
     if (mExpr *name = new_file_name(of->name, values)) return name;
     if (mExpr *call = new_library_call(of, values)) return call;
-    return new_index_node(unanswered_name(of), FUNCTION_INDEX, values);
+    return new_call_of(unanswered_name(of), values);
 }
 
 // An end among the arguments of an unknown name: it is indexed, and the host need not be asked.
 mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments,
                     bool may_get_object) {
     const char *written = answer ? answer : called_function(name, may_get_object);
-    return new_index_node(written, VARIABLE_INDEX, arguments);
+    vExpr *plain = plain_arguments(arguments);
+    mExpr *index = new_index_node(written, VARIABLE_INDEX, plain);
+    free_vExpr(plain);
+    return index;
 }
 
 mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_object) {
@@ -146,7 +150,7 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
     ExprList values = lower_values(arguments);
     end_holding(outer);
     spell_colons(&values);
-    mExpr *call = new_index_node(procedure, FUNCTION_INDEX, values.first);
+    mExpr *call = new_call_of(procedure, values.first);
     free_vExpr(values.first);
     return call;
 }
@@ -172,12 +176,11 @@ static const Node *as_arguments(const Node *name, Node *first) {
 }
 
 mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int32_t results) {
-    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, values);
+    if (const char *own = own_function(name)) return new_call_of(own, values);
     const Node *arguments = as_arguments(name, first);
     Dispatch dispatch = dispatch_call(name, arguments);
     if (dispatch.class_name)
-        return new_index_node(called_method(name, dispatch.class_name, name->text), FUNCTION_INDEX,
-                              values);
+        return new_call_of(called_method(name, dispatch.class_name, name->text), values);
     note_piece(name, CALL_OF_LANGUAGE);
     OutsideCall outside = {name, arguments, host_name(name), results, dispatch.may_get_object};
     return finish_call(&outside, values);
@@ -185,7 +188,7 @@ mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int3
 
 // A function without arguments: the host's name of it stands for its value.
 static mExpr *lower_bare_call(const Node *name) {
-    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
+    if (const char *own = own_function(name)) return new_call_of(own, nullptr);
     if (const char *answer = host_name(name)) return new_leaf(answer);
     if (is_truth_value(name->text)) return new_leaf(name->text);
     OutsideCall call = {name, nullptr, nullptr, requested_results(name), false};
@@ -207,7 +210,7 @@ mExpr *lower_name(const Node *name) {
 // Words stay texts: what a function of the library makes of them nobody can see.
 static mExpr *finish_command(const OutsideCall *of, const vExpr *words) {
     if (mExpr *call = ask_call(of, words)) return call;
-    return new_index_node(of->answer ? of->answer : unanswered_name(of), FUNCTION_INDEX, words);
+    return new_call_of(of->answer ? of->answer : unanswered_name(of), words);
 }
 
 mExpr *lower_command(const Node *command) {
@@ -219,14 +222,13 @@ mExpr *lower_command(const Node *command) {
     for (const Node *word = name->next; word; word = word->next)
         append_expr(&words, new_leaf(string_text(word->text), SCALAR));
     OutsideCall outside = {name, nullptr, answer, 0, false};
-    mExpr *call = own ? new_index_node(own, FUNCTION_INDEX, words.first)
-                      : finish_command(&outside, words.first);
+    mExpr *call = own ? new_call_of(own, words.first) : finish_command(&outside, words.first);
     free_vExpr(words.first);
     return call;
 }
 
 mExpr *lower_function_name(const Node *name) {
-    if (const char *own = own_function(name)) return new_index_node(own, FUNCTION_INDEX, nullptr);
+    if (const char *own = own_function(name)) return new_call_of(own, nullptr);
     note_piece(name, CALL_OF_LANGUAGE);
     const char *answer = host_name(name);
     return new_leaf(answer ? answer : called_function(name));

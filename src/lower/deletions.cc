@@ -57,9 +57,10 @@ mExpr *remaining_positions(const char *base, const Node *arguments, int selectin
     put_line("%s := Vector[row]([seq(1..%s)]);",
              {all, number_of_positions(base, selecting, count)});
     EndBase at = {base, selecting, count, nullptr};
-    int32_t outer = open_bracket(IN_PARENTHESES);
-    vExpr *position = alloc_vExpr(lower_position(nth_child(arguments, selecting), &at));
+    int32_t outer = open_bracket(OUTSIDE);
+    mExpr *selected = lower_position(nth_child(arguments, selecting), &at);
     close_bracket(outer);
+    vExpr *position = alloc_vExpr(without_parentheses(selected).expr);
     const mExpr *gone = new_element_node(all, VARIABLE_INDEX, position);
     free_vExpr(position);
     return new_keyword_call("setdiff", {all, gone->text});

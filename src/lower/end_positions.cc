@@ -109,12 +109,13 @@ void mark_used(const EndBase *at, const Node *node) {
     if (at->is_used && (node->kind == NODE_END || is_open_range(node))) *at->is_used = true;
 }
 
-BracketKind bracket_of(const Node *selector) {
-    return selector->kind == NODE_BRACES ? IN_BRACES : IN_PARENTHESES;
+mExpr *lower_separate(const Node *node) {
+    Operand value = lower_operand(node);
+    return in_parentheses(&value);
 }
 
 mExpr *lower_argument(const Node *node) {
-    return is_value_list(node, false) ? lower_kept_list(node) : lower_expression(node);
+    return is_value_list(node, false) ? lower_kept_list(node) : lower_separate(node);
 }
 
 }  // namespace
@@ -125,14 +126,14 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     Lowering.end_base = at;
     mark_used(at, node);
     mExpr *position = lower_plain_position(node);
-    if (!position) position = lower_expression(node);
+    if (!position) position = lower_separate(node);
     Lowering.end_base = outer;
     return position;
 }
 
 static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,
                                 bool may_be_call) {
-    int32_t outer = open_bracket(bracket_of(selector));
+    int32_t outer = open_bracket(OUTSIDE);
     ExprList positions = {};
     EndBase at = {base, 0, count_children(selector), is_used, may_be_call};
     for (const Node *child = selector->first_child; child; child = child->next) {
@@ -148,7 +149,7 @@ ExprList lower_index(const Node *selector, const char *base, bool may_be_call) {
 }
 
 ExprList lower_values(const Node *arguments) {
-    int32_t outer = open_bracket(IN_PARENTHESES);
+    int32_t outer = open_bracket(OUTSIDE);
     ExprList values = {};
     for (const Node *child = arguments->first_child; child; child = child->next)
         append_expr(&values, lower_argument(child));

@@ -13,6 +13,7 @@
 #include "lower/host_conditions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
+#include "lower/plain_calls.h"
 #include "lower/references.h"
 #include "translate/indices.h"
 #include "translate/ranges.h"
@@ -24,23 +25,16 @@ const Node *without_parens(const Node *node) {
 
 static mExpr *lower_range_value(const Node *node);
 
-static Operand lower_parens(const Node *node) {
-    int32_t outer = open_bracket(IN_PARENTHESES);
-    Operand inner = lower_operand(node->first_child);
-    close_bracket(outer);
-    return inner;
-}
-
 static Operand atom(mExpr *expr) { return {expr, HOST_ATOM}; }
 
 Operand lower_operand(const Node *node) {
     switch (node->kind) {
         case NODE_NUMBER: return lower_number(node);
         case NODE_STRING: return atom(lower_string(node));
-        case NODE_NAME: return atom(lower_name(node));
+        case NODE_NAME: return without_parentheses(lower_name(node));
         case NODE_END: return atom(lower_end(node));
         case NODE_COLON: return atom(new_node(EXPR_RANGE, nullptr));
-        case NODE_PARENS: return lower_parens(node);
+        case NODE_PARENS: return lower_operand(node->first_child);
         case NODE_PREFIX: return lower_prefix(node);
         case NODE_CHAIN: return lower_chain(node);
         case NODE_RANGE: return atom(lower_range_value(node));
@@ -48,7 +42,7 @@ Operand lower_operand(const Node *node) {
         case NODE_CELL: return atom(lower_cell(node));
         case NODE_HANDLE: return atom(lower_handle(node));
         case NODE_ANONYMOUS: return atom(lower_anonymous(node));
-        default: return atom(lower_reference(node));
+        default: return without_parentheses(lower_reference(node));
     }
 }
 
@@ -81,7 +75,7 @@ static mExpr *call_range(const char *method, const Node *range) {
     ExprList parts = {};
     for (const Node *part = range->first_child; part; part = part->next)
         append_expr(&parts, lower_expression(part));
-    mExpr *call = new_index_node(method, FUNCTION_INDEX, parts.first);
+    mExpr *call = new_call_of(method, parts.first);
     free_vExpr(parts.first);
     return call;
 }

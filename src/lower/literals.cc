@@ -9,6 +9,7 @@
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
+#include "lower/plain_calls.h"
 #include "lower/shared_parts.h"
 #include "lower/value_lists.h"
 #include "support/allocation.h"
@@ -211,7 +212,7 @@ static mExpr *call_joining(const char *method, const Node *literal) {
         (all.last ? all.last->next : all.first) = elements.first;
         all.last = elements.last;
     }
-    mExpr *call = new_index_node(method, FUNCTION_INDEX, all.first);
+    mExpr *call = new_call_of(method, all.first);
     free_vExpr(all.first);
     return call;
 }

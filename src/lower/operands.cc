@@ -2,6 +2,7 @@
 #include "lower/operands.h"
 
 #include "lower/lines.h"
+#include "support/allocation.h"
 
 mExpr *new_leaf(const char *text, int32_t scalar) {
     mExpr *expr = alloc_mExpr();
@@ -14,6 +15,17 @@ mExpr *new_call_leaf(const char *text) {
     *expr = {EXPR_CALL, text, NOT_SCALAR, nullptr};
     return expr;
 }
+
+namespace {
+
+constexpr int EXPR_PAIR = 42;  // no builder's
+
+struct PairedValue {
+    mExpr expr;
+    Operand inner;
+};
+
+}  // namespace
 
 static const mExpr *in_pair(const mExpr *expr) {
     return new_leaf(form_text("(%s)", {expr->text}), expr->scalar);
@@ -36,4 +48,18 @@ const mExpr *right_of(const Operand *operand, HostLevel form) {
 const mExpr *behind_sign(const Operand *operand) {
     bool is_safe = operand->level > HOST_SIGN || operand->expr->kind == EXPR_IMAGINARY;
     return is_safe ? operand->expr : in_pair(operand->expr);
+}
+
+mExpr *in_parentheses(const Operand *operand) {
+    if (operand->level == HOST_ATOM) return operand->expr;
+    PairedValue *value = AllocRecord<PairedValue>();
+    value->expr = *in_pair(operand->expr);
+    value->expr.kind = EXPR_PAIR;
+    value->inner = *operand;
+    return &value->expr;
+}
+
+Operand without_parentheses(mExpr *value) {
+    if (value->kind != EXPR_PAIR) return {value, HOST_ATOM};
+    return reinterpret_cast<PairedValue *>(value)->inner;
 }

@@ -30,3 +30,9 @@ mExpr *new_call_leaf(const char *text);
 const mExpr *left_of(const Operand *operand, HostLevel form);
 const mExpr *right_of(const Operand *operand, HostLevel form);
 const mExpr *behind_sign(const Operand *operand);
+
+/* The operand as a text that can stand anywhere, in parentheses where it has operators of its own;
+ * what it was is still known. */
+mExpr *in_parentheses(const Operand *operand);
+/* What it was: any other is an atom. */
+Operand without_parentheses(mExpr *value);

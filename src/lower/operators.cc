@@ -13,6 +13,7 @@
 #include "lower/condition_sides.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
+#include "lower/plain_calls.h"
 #include "lower/program_files.h"
 #include "translate/binary_text.h"
 #include "translate/indices.h"
@@ -204,7 +205,7 @@ Operand join_with_text(const Operand *left, const Node *next) {
     ExprList operands = {};
     append_expr(&operands, left);
     if (right) append_expr(&operands, lower_expression(right));
-    mExpr *call = new_index_node(method, FUNCTION_INDEX, operands.first);
+    mExpr *call = new_call_of(method, operands.first);
     free_vExpr(operands.first);
     return {call, HOST_ATOM};
 }

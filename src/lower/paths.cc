@@ -11,7 +11,9 @@
 #include "lower/expressions.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
+#include "lower/operands.h"
 #include "lower/pieces.h"
+#include "lower/plain_calls.h"
 #include "lower/requested_results.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
@@ -96,7 +98,8 @@ void add_field(Path *path, const Node *field) {
 
 namespace {
 
-void append_index_of(const char *base, Path *path, const vExpr *arguments) {
+void append_index_of(const char *base, Path *path, const vExpr *values) {
+    vExpr *arguments = plain_arguments(values);
     Index index = {base, VARIABLE_INDEX, count_vExpr(arguments)};
     size_t size = arguments_size(base, arguments) + strlen("()");
     char *start = reserve(path, size);
@@ -107,6 +110,7 @@ void append_index_of(const char *base, Path *path, const vExpr *arguments) {
     size_t written = static_cast<size_t>(to.at - start);
     path->length += written;
     path->room += size - written;
+    free_vExpr(arguments);
 }
 
 // The text stands for each end, so that it would double with each index that has one: where it is
@@ -139,9 +143,7 @@ void add_index(Path *path, const Node *selector, bool may_be_call) {
 void add_dynamic_field(Path *path, const Node *selector) {
     assert(selector->kind == NODE_DYNAMIC_FIELD);
     begin_selector(path, false);
-    int32_t outer = open_bracket(IN_PARENTHESES);
-    const mExpr *name = lower_expression(selector->first_child);
-    close_bracket(outer);
+    const mExpr *name = lower_outside(selector->first_child);
     const mExpr *call = new_keyword_call("getfield", {path->text, name->text});
     *path = begin_path(call->text, true);
 }

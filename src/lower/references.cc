@@ -62,7 +62,8 @@ mExpr *lower_reference(const Node *node) {
     const Node *base = node->first_child;
     if (is_plain_call(base)) {
         mExpr *call = lower_call(base, base->next);
-        return relation_of(call) ? call : new_call_leaf(call->text);
+        bool is_operator = relation_of(call) || without_parentheses(call).level != HOST_ATOM;
+        return is_operator ? call : new_call_leaf(call->text);
     }
     check_object_index(base, "subsref", shown_selector(base->next));
     return is_value_list(node, false) ? lower_first_value(node) : lower_selectors(node);

@@ -21,10 +21,7 @@ constexpr const char *EMPTY_CELL = "rtable([],subtype='Vector[row]')";
 
 const char *field_name_text(const Node *selector) {
     assert(selector->kind == NODE_FIELD || selector->kind == NODE_DYNAMIC_FIELD);
-    int32_t outer = open_bracket(IN_PARENTHESES);
-    const char *text = lower_expression(selector->first_child)->text;
-    close_bracket(outer);
-    return text;
+    return lower_outside(selector->first_child)->text;
 }
 
 // A name that is computed is computed once.
@@ -88,8 +85,8 @@ bool needs_element(const Node *base, const Node *selector, const Node *end) {
 // A number, or a name for a longer text.
 const char *stable_position(const Node *argument, const char *base) {
     EndBase at = {base, 1, 1, nullptr};
-    int32_t outer = open_bracket(IN_PARENTHESES);
-    const mExpr *position = lower_position(argument, &at);
+    int32_t outer = open_bracket(OUTSIDE);
+    const mExpr *position = without_parentheses(lower_position(argument, &at)).expr;
     close_bracket(outer);
     return position->kind == EXPR_INTEGER ? position->text : stable_name(position->text);
 }

@@ -19,6 +19,7 @@ struct Form {
     const char *text;      /* {1}, {2}, {3}: the arguments */
     int8_t comparison = 0; /* with right: OP_EQ ...; 0 for none */
     const char *right = nullptr;
+    HostLevel level = HOST_ATOM;
 };
 
 // clang-format off
@@ -59,11 +60,11 @@ const Form Forms[] = {
      "ArrayTools:-Concatenate(1, "
      "seq(rtable([seq(Vector(),qxrp_j=1..{2})],subtype='Vector[row]'),qxrp_i=1..{1}))"},
     {"pi",       0, NEEDS_NOTHING,   "3.141592653589793"},
-    {"Inf",      0, NEEDS_NOTHING,   "(1./0)"},
-    {"inf",      0, NEEDS_NOTHING,   "(1./0)"},
-    {"NaN",      0, NEEDS_NOTHING,   "(0./0)"},
-    {"nan",      0, NEEDS_NOTHING,   "(0./0)"},
-    {"eps",      0, NEEDS_NOTHING,   "(2^(-52))"},
+    {"Inf",      0, NEEDS_NOTHING,   "1./0", 0, nullptr, HOST_PRODUCT},
+    {"inf",      0, NEEDS_NOTHING,   "1./0", 0, nullptr, HOST_PRODUCT},
+    {"NaN",      0, NEEDS_NOTHING,   "0./0", 0, nullptr, HOST_PRODUCT},
+    {"nan",      0, NEEDS_NOTHING,   "0./0", 0, nullptr, HOST_PRODUCT},
+    {"eps",      0, NEEDS_NOTHING,   "2^(-52)", 0, nullptr, HOST_POWER},
     {"logical",  1, NEEDS_NO_TEXT,   "evalhf(zip(`<>`,eval({1}),eval(0)))"},
     {"xor",      2, NEEDS_NO_TEXT,
      "evalhf(zip(`<>`,eval(evalhf(zip(`<>`,eval({1}),eval(0)))),"
@@ -87,25 +88,32 @@ bool is_placeholder(const char *text) {
     return text[0] == '{' && text[1] >= '1' && text[1] <= '3' && text[2] == '}';
 }
 
-const char *argument_text(const vExpr *values, char number) {
-    for (; number > '1'; number--) values = values->next;
-    return values->item->text;
+// What stands alone between commas, brackets and the dots of a range is kept together by them.
+bool is_alone(const char *form, const char *placeholder) {
+    const char *next = placeholder + strlen("{1}");
+    return placeholder > form && strchr("([ .", placeholder[-1]) && *next && strchr(",)]", *next);
 }
 
-size_t expanded_size(const char *text, const vExpr *values) {
-    size_t size = strlen(text) + 1;
-    for (; *text; text++)
-        if (is_placeholder(text)) size += strlen(argument_text(values, text[1]));
+const char *argument_text(const char *form, const char *placeholder, const vExpr *values) {
+    for (char number = placeholder[1]; number > '1'; number--) values = values->next;
+    return is_alone(form, placeholder) ? without_parentheses(values->item).expr->text
+                                       : values->item->text;
+}
+
+size_t expanded_size(const char *form, const vExpr *values) {
+    size_t size = strlen(form) + 1;
+    for (const char *text = form; *text; text++)
+        if (is_placeholder(text)) size += strlen(argument_text(form, text, values));
     return size;
 }
 
 // The form with the values in the places of the arguments.
-const char *expand(const char *text, const vExpr *values) {
-    Writer to = new_text(expanded_size(text, values));
+const char *expand(const char *form, const vExpr *values) {
+    Writer to = new_text(expanded_size(form, values));
     const char *expanded = to.at;
-    for (; *text; text++) {
+    for (const char *text = form; *text; text++) {
         if (is_placeholder(text)) {
-            write_text(&to, argument_text(values, text[1]));
+            write_text(&to, argument_text(form, text, values));
             text += strlen("1}");
         } else {
             write_character(&to, *text);
@@ -122,9 +130,9 @@ mExpr *new_value(const Form *form, const vExpr *values) {
 }
 
 mExpr *new_form(const Form *form, const vExpr *values) {
-    mExpr *value = new_value(form, values);
-    if (form->needs & IN_PACKAGE) value->text = note_package(value->text);
-    return value;
+    Operand value = {new_value(form, values), form->level};
+    if (form->needs & IN_PACKAGE) value.expr->text = note_package(value.expr->text);
+    return in_parentheses(&value);
 }
 
 }  // namespace

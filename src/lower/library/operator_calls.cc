@@ -14,43 +14,42 @@ namespace {
 struct WordOperator {
     const char *name;
     OperatorId op;
-    bool is_infix;   /* the host's form is written between the operands, at least for some */
     bool takes_more; /* than two arguments, from the left */
 };
 
 const WordOperator Binary[] = {
-    {"and", OPERATOR_AND, false, true},
-    {"or", OPERATOR_OR, false, true},
-    {"eq", OPERATOR_EQUAL, false, false},
-    {"ne", OPERATOR_NOT_EQUAL, false, false},
-    {"lt", OPERATOR_LESS, false, false},
-    {"le", OPERATOR_LESS_EQUAL, false, false},
-    {"gt", OPERATOR_GREATER, false, false},
-    {"ge", OPERATOR_GREATER_EQUAL, false, false},
-    {"plus", OPERATOR_PLUS, true, true},
-    {"minus", OPERATOR_MINUS, true, false},
-    {"times", OPERATOR_DOT_TIMES, true, true},
-    {"mtimes", OPERATOR_TIMES, true, true},
-    {"rdivide", OPERATOR_DOT_DIVIDE, true, false},
-    {"ldivide", OPERATOR_DOT_LEFT_DIVIDE, true, false},
-    {"mrdivide", OPERATOR_DIVIDE, true, false},
-    {"mldivide", OPERATOR_LEFT_DIVIDE, false, false},
-    {"power", OPERATOR_DOT_POWER, true, false},
-    {"mpower", OPERATOR_POWER, true, false},
+    {"and", OPERATOR_AND, true},
+    {"or", OPERATOR_OR, true},
+    {"eq", OPERATOR_EQUAL, false},
+    {"ne", OPERATOR_NOT_EQUAL, false},
+    {"lt", OPERATOR_LESS, false},
+    {"le", OPERATOR_LESS_EQUAL, false},
+    {"gt", OPERATOR_GREATER, false},
+    {"ge", OPERATOR_GREATER_EQUAL, false},
+    {"plus", OPERATOR_PLUS, true},
+    {"minus", OPERATOR_MINUS, false},
+    {"times", OPERATOR_DOT_TIMES, true},
+    {"mtimes", OPERATOR_TIMES, true},
+    {"rdivide", OPERATOR_DOT_DIVIDE, false},
+    {"ldivide", OPERATOR_DOT_LEFT_DIVIDE, false},
+    {"mrdivide", OPERATOR_DIVIDE, false},
+    {"mldivide", OPERATOR_LEFT_DIVIDE, false},
+    {"power", OPERATOR_DOT_POWER, false},
+    {"mpower", OPERATOR_POWER, false},
 };
 
 struct UnaryWord {
     const char *name;
     int builder;
-    bool is_infix;
+    HostLevel level;
 };
 
 const UnaryWord Unary[] = {
-    {"not", OP_NOT, false},
-    {"uminus", OP_UNARY_MINUS, true},
-    {"uplus", OP_UNARY_PLUS, true},
-    {"transpose", OP_DOT_TRANSPOSE, false},
-    {"ctranspose", OP_TRANSPOSE, false},
+    {"not", OP_NOT, HOST_ATOM},
+    {"uminus", OP_UNARY_MINUS, HOST_SIGN},
+    {"uplus", OP_UNARY_PLUS, HOST_SIGN},
+    {"transpose", OP_DOT_TRANSPOSE, HOST_ATOM},
+    {"ctranspose", OP_TRANSPOSE, HOST_ATOM},
 };
 
 template <typename Row, size_t N>
@@ -60,32 +59,31 @@ const Row *find_row(const Row (&rows)[N], const char *name) {
     return nullptr;
 }
 
-mExpr *join_values(const WordOperator *row, const vExpr *values) {
-    Operand value = {values->item, HOST_ATOM};
+Operand join_values(const WordOperator *row, const vExpr *values) {
+    Operand value = without_parentheses(values->item);
     for (const vExpr *cell = values->next; cell; cell = cell->next) {
-        Operand right = {cell->item, HOST_ATOM};
-        value = {new_binary(row->op, &value, &right).expr, HOST_ATOM};
+        Operand right = without_parentheses(cell->item);
+        value = new_binary(row->op, &value, &right);
     }
-    return value.expr;
+    return value;
 }
-
-// Infix forms get a pair of their own.
-int32_t enter_form(bool is_infix) { return open_bracket(is_infix ? IN_PARENTHESES : OUTSIDE); }
 
 mExpr *new_binary_call(const WordOperator *row, const vExpr *values, int count) {
     if (count < 2 || (count > 2 && !row->takes_more)) return nullptr;
-    int32_t outer = enter_form(row->is_infix);
-    mExpr *value = join_values(row, values);
+    int32_t outer = open_bracket(OUTSIDE);
+    Operand value = join_values(row, values);
     close_bracket(outer);
-    return value;
+    return in_parentheses(&value);
 }
 
 mExpr *new_unary_call(const UnaryWord *row, const vExpr *values, int count) {
     if (count != 1) return nullptr;
-    int32_t outer = enter_form(row->is_infix);
-    mExpr *value = new_operator1(row->builder, values->item);
+    int32_t outer = open_bracket(OUTSIDE);
+    Operand operand = without_parentheses(values->item);
+    const mExpr *inner = row->level == HOST_ATOM ? operand.expr : behind_sign(&operand);
+    Operand value = {new_operator1(row->builder, inner), row->level};
     close_bracket(outer);
-    return value;
+    return in_parentheses(&value);
 }
 
 mExpr *new_range_call(const vExpr *values, int count) {
@@ -95,12 +93,12 @@ mExpr *new_range_call(const vExpr *values, int count) {
 }
 
 mExpr *new_root_call(mExpr *value) {
-    int32_t outer = enter_form(true);
-    Operand base = {value, HOST_ATOM};
+    int32_t outer = open_bracket(OUTSIDE);
+    Operand base = without_parentheses(value);
     Operand half = {new_node(EXPR_REAL, ".5"), HOST_ATOM};
-    mExpr *root = new_binary(OPERATOR_DOT_POWER, &base, &half).expr;
+    Operand root = new_binary(OPERATOR_DOT_POWER, &base, &half);
     close_bracket(outer);
-    return root;
+    return in_parentheses(&root);
 }
 
 mExpr *new_call(const char *name, const vExpr *values, int count) {

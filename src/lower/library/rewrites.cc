@@ -12,6 +12,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/needs.h"
+#include "lower/plain_calls.h"
 #include "lower/shared_parts.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
@@ -51,7 +52,7 @@ mExpr *join_by_side(const OfferedCall *call) {
 }
 
 mExpr *call_value(const char *function, const vExpr *values) {
-    return new_index_node(function, FUNCTION_INDEX, values);
+    return new_call_of(function, values);
 }
 
 mExpr *call_named(const OfferedCall *call, const Node *text) {

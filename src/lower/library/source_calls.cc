@@ -8,6 +8,7 @@
 #include "lower/library/needs.h"
 #include "lower/library/sources.h"
 #include "lower/operands.h"
+#include "lower/plain_calls.h"
 #include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
@@ -87,12 +88,12 @@ mExpr *new_source_call(const char *name, const OfferedCall *call) {
     const LibrarySource *source = find_called(name, call);
     if (!source) return nullptr;
     const char *procedure = supplied_function(text_of(source));
-    if (!source->given) return new_index_node(procedure, FUNCTION_INDEX, call->values);
+    if (!source->given) return new_call_of(procedure, call->values);
     ExprList values = {};
     append_expr(&values, new_leaf(source->given));
     for (const vExpr *cell = call->values; cell; cell = cell->next)
         append_expr(&values, cell->item);
-    return new_index_node(procedure, FUNCTION_INDEX, values.first);
+    return new_call_of(procedure, values.first);
 }
 
 mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->name->text, call); }

@@ -1,0 +1,20 @@
+// Lists of arguments.
+#include "lower/plain_calls.h"
+
+#include "lower/keyword_calls.h"
+#include "lower/operands.h"
+#include "translate/indices.h"
+
+vExpr *plain_arguments(const vExpr *arguments) {
+    ExprList plain = {};
+    for (; arguments; arguments = arguments->next)
+        append_expr(&plain, without_parentheses(arguments->item).expr);
+    return plain.first;
+}
+
+mExpr *new_call_of(const char *function, const vExpr *arguments) {
+    vExpr *plain = plain_arguments(arguments);
+    mExpr *call = new_index_node(function, FUNCTION_INDEX, plain);
+    free_vExpr(plain);
+    return call;
+}
