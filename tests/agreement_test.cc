@@ -98,7 +98,7 @@ private:
 std::string normalized(std::string text) {
     text = std::regex_replace(text, std::regex(R"(:= copy\()"), ":=(");
     text = std::regex_replace(text, std::regex(R"( \. )"), "*");
-    return std::regex_replace(text, std::regex(R"([() ~])"), "");
+    return std::regex_replace(text, std::regex(R"([() ~\n])"), "");
 }
 
 void expect_agreement(StandInHost &host, const std::string &source) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace mtranslate {
@@ -190,7 +191,45 @@ private:
 
 }  // namespace
 
-std::string form_error(std::string_view host_text) { return Checker().check(host_text); }
+static bool begins_with_operator(std::string_view line) {
+    static const std::set<std::string_view> operators = {
+        "+",  "-",  "*",  "/",  ".", "^", "+~", "-~",  "*~", "/~",
+        "^~", "<>", "<=", ">=", "<", ">", "=",  "and", "or"};
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+    return operators.contains(line.substr(0, line.find(' ')));
+}
+
+static bool goes_on(std::string_view line, std::string_view next) {
+    std::string_view last;
+    Tokens tokens(line);
+    for (std::string_view token = tokens.next(); !token.empty(); token = tokens.next()) {
+        if (token[0] == '#') return false;
+        last = token;
+    }
+    return last == "," || begins_with_operator(next);
+}
+
+std::string with_whole_lines(std::string_view host_text) {
+    std::string text;
+    std::string_view line;
+    while (!host_text.empty()) {
+        const std::string_view next = host_text.substr(0, host_text.find('\n'));
+        if (!text.empty() && goes_on(line, next)) {
+            text.back() = ' ';  // in the place of the line's end
+            text += next.substr(std::min(next.find_first_not_of(' '), next.size()));
+        } else {
+            text += next;
+        }
+        if (next.size() < host_text.size()) text += '\n';
+        host_text.remove_prefix(std::min(next.size() + 1, host_text.size()));
+        line = next;
+    }
+    return text;
+}
+
+std::string form_error(std::string_view host_text) {
+    return Checker().check(with_whole_lines(host_text));
+}
 
 static bool is_line_start(const std::string &text) { return text.empty() || text.ends_with('\n'); }
 

@@ -6,6 +6,10 @@
 
 namespace mtranslate {
 
+/* The translation with each long line, which goes on in others behind a comma or in front of an
+ * operator, as one line. */
+std::string with_whole_lines(std::string_view host_text);
+
 /* What is wrong with a translation, as "line N: ..."; empty when nothing is. Brackets and quotes
  * match, each block has its end, a line of code ends with its statement or its head, and each line
  * is indented by the blocks around it. */

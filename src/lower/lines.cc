@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "emit/output.h"
+#include "lower/long_lines.h"
 #include "lower/origins.h"
 #include "support/allocation.h"
 #include "translate/text_forms.h"
@@ -19,6 +20,12 @@ constexpr int DEEPEST_INDENT = 50;
 // A long chain of elif conditions that need lines in front nests deeply: it is not indented
 // further.
 int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
+
+// What is a comment is as wide as it is.
+const char *shown_text(const Line *line) {
+    if (line->comment != NO_COMMENT || *line->text == '#') return line->text;
+    return break_line(line->text, static_cast<uint32_t>(INDENT) * shown_level(line));
+}
 
 uint32_t count_lines(const char *text) {
     uint32_t count = 1;
@@ -56,9 +63,9 @@ void append_lines(Lines *lines, Lines *more) {
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         write_margin(line);
-        write_output({line->text, "\n"});
-        if (Observing.lines)
-            tell_lines(*line->text ? line->origin : nullptr, count_lines(line->text));
+        const char *text = shown_text(line);
+        write_output({text, "\n"});
+        if (Observing.lines) tell_lines(*text ? line->origin : nullptr, count_lines(text));
     }
 }
 
