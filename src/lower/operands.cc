@@ -38,9 +38,13 @@ const mExpr *left_of(const Operand *operand, HostLevel form) {
     return is_safe ? operand->expr : in_pair(operand->expr);
 }
 
-// Two operators never follow each other.
+static bool begins_with_sign(const mExpr *expr) {
+    return expr->text[0] == '-' || expr->text[0] == '+';
+}
+
+// Two operators never follow each other, as they would in a - -b*c.
 const mExpr *right_of(const Operand *operand, HostLevel form) {
-    bool is_safe = form == HOST_ATOM || (operand->level > form && operand->level != HOST_SIGN);
+    bool is_safe = form == HOST_ATOM || (operand->level > form && !begins_with_sign(operand->expr));
     return is_safe ? operand->expr : in_pair(operand->expr);
 }
 
