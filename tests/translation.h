@@ -73,6 +73,14 @@ inline std::vector<Row> short_rows(const std::string &table) {
     return rows;
 }
 
+/* The place of the bar between source and text: the first that is not doubled. */
+inline size_t bar_of(const std::string &line) {
+    size_t bar = line.find('|');
+    while (bar != std::string::npos && line.compare(bar, 2, "||") == 0)
+        bar = line.find('|', bar + 2);
+    return bar;
+}
+
 /* Rows of several lines, the source left and the expected text right of a bar, an empty line
  * between rows. Where the source is shorter, its lines stand in front of no text. */
 inline std::vector<Row> side_by_side(const std::string &table) {
@@ -83,7 +91,7 @@ inline std::vector<Row> side_by_side(const std::string &table) {
             rows.emplace_back();
             continue;
         }
-        const size_t bar = line.find('|');
+        const size_t bar = bar_of(line);
         const std::string left = line.substr(0, bar);
         const size_t length = left.find_last_not_of(' ') + 1;
         std::string &source = rows.back().source;
