@@ -171,6 +171,23 @@ TEST(MatlabPrograms, find_classes_along_the_path_in_order) {
               "c_private_h := proc( x )\nend proc;\n\nx := c(1);\nc_f(x);\nc_g(x);\n");
 }
 
+/* Along a path of the folders one, two, a class folder in three, and that of the main file. */
+TEST(MatlabPrograms, find_class_folders) {
+    for (const Row &row : side_by_side(table("matlab_class_folders"))) {
+        const SourceFiles files;
+        const std::string main = write_files(files, row.source);
+        const Texts folders = {files.path("one"), files.path("two"), files.path("three/@c"),
+                               files.path(".")};
+        for (const std::string &folder : folders) std::filesystem::create_directories(folder);
+        StandInHost host;
+        ValueStore &values = host.values();
+        const HostValue options[] = {
+            values.equation(values.name("Language"), values.string("matlab")),
+            values.list_of_strings({folders.rbegin(), folders.rend()})};
+        EXPECT_EQ(translate(host, "file", main, options), row.expected) << row.source;
+    }
+}
+
 TEST(MatlabPrograms, ask_the_host_in_order_of_the_source) {
     const SourceFiles files("main => h(1); own(2); s   h => function h(x)   s => q = r;");
     StandInHost host;

@@ -261,6 +261,23 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "statement 10:3-10:8 9-9\n"
          "end 11:1-11:4 10-10\n"},
         {"x = @(t) t && f(t);\n", "statement 1:1-1:19 1-8\n"},
+        {"k = 3;\nif k > 2\n  a = 1; return\nend\nb = 2; % c\n"
+         "for j = 1:3\n  if j == 2, return, end\n  c = j;\nend\nd = 4;\n",
+         "statement 1:1-1:6 1-1\n"
+         "head 2:1-2:9 2-2\n"
+         "statement 3:3-3:8 3-3\n"
+         "end 4:1-4:4 4-4\n"
+         "statement 5:1-5:6 5-5\n"
+         "comment 5:8-5:11 5-5\n"
+         "head 6:1-6:12 6-7\n"
+         "head 7:3-7:12 8-8\n"
+         "statement 7:14-7:20 9-10\n"
+         "end 7:22-7:25 11-11\n"
+         "statement 8:3-8:8 12-12\n"
+         "end 9:1-9:4 13-15\n"
+         "statement 10:1-10:6 16-16\n"
+         "end 9:1-9:4 17-17\n"
+         "end 4:1-4:4 18-18\n"},
         {"x = isrow(f(1));\n", "statement 1:1-1:16 1-1\n"},
         {"z(end+1) = 1;\nfunction r = f(a)\npersistent n\nr = a;\nend\n",
          "statement 3:1-3:13 1-1\n"

@@ -198,6 +198,48 @@ g.kind = "text"
     });
 }
 
+/* Patterns for the same calls: that with most literals, then one without a list. */
+TEST_F(Rules, take_the_closest_pattern) {
+    const std::string rules = R"toml([functions]
+take."{1}, {2..}" = "many({1}, [{2..}])"
+take."{1}, {2}" = "two({1}, {2})"
+take."{1}, [], {2}" = "along({1}, {2})"
+take."1, {1}" = "first({1})"
+take."-1, {1}" = "minus({1})"
+take."{1}, true" = "yes({1})"
+take."1, true" = "surely()"
+take."{1}, 'a, b'" = "comma({1})"
+take."{1}, 'it''s'" = "quote({1})"
+take."{1}, 'end', 'for'" = "words({1})"
+take.results.0."'x'" = "done()"
+take.results.2."{1}, 'x'" = "pair_of({1})"
+take.results.2.default = "pair({args})"
+take.results.default."{1}, 'x'" = "some_of({1}, {results})"
+)toml";
+    check_answers(rules,
+                  {
+                      {"x = take(2); x = take(2, 3); x = take(2, 3, 4);",
+                       "x := many(2, []);\nx := two(2, 3);\nx := many(2, [3, 4]);"},
+                      {"x = take(2, [], 3); x = take([], 2, 3); x = take(2, {}, 3);",
+                       "x := along(2, 3);\nx := many(Vector(), [2, 3]);\n"
+                       "x := many(2, [rtable([],subtype='Vector[row]'), 3]);"},
+                      {"x = take(1, 2); x = take(-1, 2); x = take(2, true); x = take(1, true);",
+                       "x := first(2);\nx := minus(2);\nx := yes(2);\nx := surely();"},
+                      {"x = take(2, 'a, b'); x = take(2, \"it's\"); x = take(2, 'end', 'for');",
+                       "x := comma(2);\nx := quote(2);\nx := words(2);"},
+                      {"x = take(2, 'end'); t = true; x = take(2, t);",
+                       "x := two(2, \"end\");\nt := true;\n"
+                       "x := two(2, t);"},
+                      {"take('x'); take x", "done();\ndone();"},
+                      {"x = take('x'); [x, y] = take(2, 'x'); [x, y] = take(2, 'y');",
+                       "x := many(\"x\", []);\n(x, y) := pair_of(2);\n(x, y) := pair(2, \"y\");"},
+                      {"[x, y, z] = take(2, 'x');", "(x, y, z) := some_of(2, 3);"},
+                  });
+    check(
+        {{"mtranslate --rules r.toml -c '[x, y, z] = take(2, 3);'", 0, "(x, y, z) := take(2, 3);\n",
+          "<command>: warning: 1 function is found nowhere and left to the host: take [MT401]\n"}});
+}
+
 TEST_F(Rules, have_forms_for_constructs) {
     const std::string rules = R"toml([forms]
 try.named = """
