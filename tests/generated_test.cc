@@ -277,7 +277,7 @@ bool is_or_is_within(const Mapped &line, const Mapped &part) {
 /* The line below a comment, without ends and tests that returns above it need. */
 Mapped below_comment(const MappedText &text, const Mapped &comment) {
     auto line = text.by_line.find(comment.last + 1);
-    static const std::regex of_return(R"( *(end if;|else|if qxrp_\d+ = 1 then))");
+    static const std::regex of_return(R"( *(end if;|else|if qxrp_\d+ = 0 then))");
     const auto is_of_return = [&] {
         return line->second.begin < comment.begin &&
                std::regex_match(text.lines[line->first], of_return);

@@ -274,10 +274,10 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "statement 7:14-7:20 9-10\n"
          "end 7:22-7:25 11-11\n"
          "statement 8:3-8:8 12-12\n"
-         "end 9:1-9:4 13-15\n"
-         "statement 10:1-10:6 16-16\n"
-         "end 9:1-9:4 17-17\n"
-         "end 4:1-4:4 18-18\n"},
+         "end 9:1-9:4 13-14\n"
+         "statement 10:1-10:6 15-15\n"
+         "end 9:1-9:4 16-16\n"
+         "end 4:1-4:4 17-17\n"},
         {"x = isrow(f(1));\n", "statement 1:1-1:16 1-1\n"},
         {"z(end+1) = 1;\nfunction r = f(a)\npersistent n\nr = a;\nend\n",
          "statement 3:1-3:13 1-1\n"

@@ -46,7 +46,22 @@ void put_next_branch(const Node *branch) {
 
 }  // namespace
 
+// The branch of a script's return that does nothing else has no lines: the rest stands in its
+// place.
+static bool guards_only(const Node *node) {
+    const Node *only = second_child(node->first_child)->first_child;
+    return node == Lowering.script.guard && only == Lowering.script.left_out && !only->next;
+}
+
+static void put_guard(const Node *node) {
+    Test test = lower_test(node->first_child->first_child);
+    Test opposite = negate_test(&test);
+    put_head("if", &opposite);
+    lower_block(second_child(node->first_child));
+}
+
 void put_if(const Node *node) {
+    if (guards_only(node)) return put_guard(node);
     int level = Lowering.level;
     bool stays_open = node == Lowering.script.guard;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {

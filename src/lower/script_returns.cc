@@ -53,8 +53,7 @@ void put_test(OpenRest *rest) {
     if (rest->is_tested) close_branch(rest);
     Origin *outer = CurrentOrigin;
     CurrentOrigin = rest->origin;
-    put_line("if %s then", {count_condition(Lowering.script.returned, OP_EQ, 1)});
-    put_line("else", {});
+    put_line("if %s then", {count_condition(Lowering.script.returned, OP_EQ, 0)});
     open_branch(rest);
     end_origin(outer);
     rest->is_tested = true;
