@@ -6,12 +6,17 @@
 
 void write_output(const char *text) { OutputText = AppendStringToString(OutputText, text); }
 
+void write_character(char character) { OutputText = AppendToString(OutputText, character); }
+
 void write_output(std::initializer_list<const char *> texts) {
     for (const char *text : texts) write_output(text);
 }
 
 void write_indent(int level) {
-    for (; level > 0; level--) write_output("    ");
+    static const char blanks[] = "                                                                ";
+    constexpr int longest = (sizeof blanks - 1) / 4;
+    for (; level > longest; level -= longest) write_output(blanks);
+    if (level > 0) write_output(blanks + 4 * (longest - level));
 }
 
 void write_list(const vExpr *list, const vExpr *end) {

@@ -5,8 +5,9 @@
 
 #include "translate/expressions.h"
 
-/* Appends one text, or several. */
+/* Appends one text or character, or several texts. */
 void write_output(const char *text);
+void write_character(char character);
 void write_output(std::initializer_list<const char *> texts);
 /* Appends four blanks a level; nothing for a level of 0 or less. */
 void write_indent(int level);

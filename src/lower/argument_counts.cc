@@ -14,14 +14,15 @@ struct Fewest {
     int count;
 };
 
-void note_call(SourceFile *file, const char *name, int count) {
-    Fewest *known = static_cast<Fewest *>(find_name(&file->fewest, name));
-    if (!known) {
-        known = AllocRecord<Fewest>();
-        *known = {count};
-        enter_name(&file->fewest, name, known);
+// The functions among the nodes, and those nested in them.
+void enter_functions(SourceFile *file, const Node *first) {
+    for (const Node *node = first; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        Fewest *fewest = AllocRecord<Fewest>();
+        *fewest = {INT_MAX};
+        enter_name(&file->fewest, node->text, fewest);
+        enter_functions(file, child_of_kind(node, NODE_BLOCK)->first_child);
     }
-    known->count = std::min(known->count, count);
 }
 
 bool may_be_several(const Node *argument) {
@@ -40,13 +41,15 @@ int count_arguments(const Node *first) {
 }
 
 // The arguments of a call are in the selector behind its name, or are the words of a command.
-void note_name(SourceFile *file, const Node *name, const Node *parent) {
+void note_name(const SourceFile *file, const Node *name, const Node *parent) {
+    Fewest *known = static_cast<Fewest *>(find_name(&file->fewest, name->text));
+    if (!known) return;
     const Node *next = name->next;
     int count = 0;
     if (parent->kind == NODE_REFERENCE)
         count = next->kind == NODE_ARGUMENTS ? count_arguments(next->first_child) : -1;
     if (parent->kind == NODE_COMMAND) count = count_arguments(next);
-    if (count >= 0) note_call(file, name->text, count);
+    if (count >= 0) known->count = std::min(known->count, count);
 }
 
 // Whether the name, a child of the node, is a target or declared.
@@ -64,7 +67,7 @@ bool is_target(const Node *name, const Node *node) {
     }
 }
 
-void note_calls(SourceFile *file, const Node *node) {
+void note_calls(const SourceFile *file, const Node *node) {
     for (const Node *child = first_child(node); child; child = child->next) {
         if (child->kind != NODE_NAME)
             note_calls(file, child);
@@ -76,8 +79,11 @@ void note_calls(SourceFile *file, const Node *node) {
 }  // namespace
 
 int fewest_arguments(SourceFile *file, const char *name) {
-    if (!file->has_fewest) note_calls(file, file->tree);
-    file->has_fewest = true;
+    if (!file->has_fewest) {
+        file->has_fewest = true;
+        enter_functions(file, file->tree->first_child);
+        note_calls(file, file->tree);
+    }
     const Fewest *known = static_cast<const Fewest *>(find_name(&file->fewest, name));
     return known ? known->count : INT_MAX;
 }

@@ -64,7 +64,8 @@ void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         write_margin(line);
         const char *text = shown_text(line);
-        write_output({text, "\n"});
+        write_output(text);
+        write_character('\n');
         if (Observing.lines) tell_lines(*text ? line->origin : nullptr, count_lines(text));
     }
 }

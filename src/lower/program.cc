@@ -11,6 +11,7 @@
 #include "lower/gaps.h"
 #include "lower/host_words.h"
 #include "lower/library/library.h"
+#include "lower/library/source_calls.h"
 #include "lower/origins.h"
 #include "lower/packages.h"
 #include "lower/procedures.h"
@@ -131,6 +132,7 @@ void begin_program(SourceLanguage language) {
     begin_files(language);
     begin_origins();
     begin_calls();
+    begin_source_calls();
     begin_methods();
     begin_procedures();
     ScriptCalls = ScriptDepth = 0;

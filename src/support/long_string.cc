@@ -36,15 +36,18 @@ void resize_data(Header *header) {
 
 char *text_of(const Header *header) { return reinterpret_cast<char *>(header->data) + TEXT_OFFSET; }
 
-// Makes room for more characters behind the text; the handle may move.
-void reserve(Header *header, size_t more) {
+void grow(Header *header, size_t more) {
     int64_t needed = static_cast<int64_t>(header->length) + static_cast<int64_t>(more);
-    if (needed < header->capacity) return;
     int64_t capacity = header->capacity;
     while (needed >= capacity) capacity = capacity * 3 / 2;
     if (capacity > INT32_MAX) end_run(TEXT_TOO_LONG);
     header->capacity = static_cast<int32_t>(capacity);
     resize_data(header);
+}
+
+// Makes room for more characters behind the text; the handle may move.
+inline void reserve(Header *header, size_t more) {
+    if (more >= static_cast<size_t>(header->capacity - header->length)) grow(header, more);
 }
 
 }  // namespace

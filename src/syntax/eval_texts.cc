@@ -4,8 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include <string_view>
-
 #include "syntax/new_nodes.h"
 #include "syntax/spellings.h"
 
@@ -202,9 +200,8 @@ bool is_defined(const Node *file) {
 
 }  // namespace
 
-void put_eval_texts(Node *file, const Source *source, SourceLanguage language) {
-    std::string_view text(source->text, source->length);
-    if (text.find(EVAL) == text.npos || is_defined(file)) return;
+void put_eval_texts(Node *file, SourceLanguage language) {
+    if (is_defined(file)) return;
     Language = language;
     Depth = 0;
     replace_calls(file);

@@ -9,4 +9,4 @@
 #include "syntax/parser.h"
 
 /* Replaces the calls in the tree of a source, a FILE that has been read. */
-void put_eval_texts(Node *file, const Source *source, SourceLanguage language);
+void put_eval_texts(Node *file, SourceLanguage language);

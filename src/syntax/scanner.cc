@@ -74,6 +74,7 @@ bool scan_name(const char *at) {
     Current.text = text_of(spelling);
     make_token(spelling->keyword, end);
     if (Current.kind != TOKEN_NAME) settle_keyword();
+    if (spelling->soft == SOFT_EVAL) Scan.names_eval = true;
     return true;
 }
 

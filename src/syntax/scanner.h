@@ -30,6 +30,7 @@ struct ScannerState {
     SourceLanguage language;
     BracketContext context; /* of the innermost open bracket */
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */
+    bool names_eval;        /* a name so far has been eval */
     int32_t depth;          /* open brackets, at most MOST_NESTED */
     int32_t block_comments; /* open block comments */
     int32_t comments_made;  /* nodes of comments that have not been taken back */

@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "support/row_index.h"
 #include "syntax/room.h"
 
 namespace {
@@ -15,44 +16,47 @@ uint32_t TableSize;
 uint32_t SpellingCount;
 
 struct Keyword {
-    const char *text;
+    const char *name;
     TokenKind token;
     SoftKeyword soft;
 };
 
-const Keyword Keywords[] = {{"arguments", TOKEN_NAME, SOFT_ARGUMENTS},
-                            {"break", TOKEN_BREAK, NOT_SOFT},
-                            {"case", TOKEN_CASE, NOT_SOFT},
-                            {"catch", TOKEN_CATCH, NOT_SOFT},
-                            {"classdef", TOKEN_CLASSDEF, NOT_SOFT},
-                            {"continue", TOKEN_CONTINUE, NOT_SOFT},
-                            {"do", TOKEN_NAME, SOFT_DO},
-                            {"else", TOKEN_ELSE, NOT_SOFT},
-                            {"elseif", TOKEN_ELSEIF, NOT_SOFT},
-                            {"end", TOKEN_END, NOT_SOFT},
-                            {"end_try_catch", TOKEN_END_TRY, NOT_SOFT},
-                            {"end_unwind_protect", TOKEN_END_UNWIND, NOT_SOFT},
-                            {"endfor", TOKEN_END_FOR, NOT_SOFT},
-                            {"endfunction", TOKEN_END_FUNCTION, NOT_SOFT},
-                            {"endif", TOKEN_END_IF, NOT_SOFT},
-                            {"endparfor", TOKEN_END_PARFOR, NOT_SOFT},
-                            {"endswitch", TOKEN_END_SWITCH, NOT_SOFT},
-                            {"endwhile", TOKEN_END_WHILE, NOT_SOFT},
-                            {"for", TOKEN_FOR, NOT_SOFT},
-                            {"function", TOKEN_FUNCTION, NOT_SOFT},
-                            {"global", TOKEN_GLOBAL, NOT_SOFT},
-                            {"if", TOKEN_IF, NOT_SOFT},
-                            {"otherwise", TOKEN_OTHERWISE, NOT_SOFT},
-                            {"parfor", TOKEN_PARFOR, NOT_SOFT},
-                            {"persistent", TOKEN_PERSISTENT, NOT_SOFT},
-                            {"return", TOKEN_RETURN, NOT_SOFT},
-                            {"spmd", TOKEN_SPMD, NOT_SOFT},
-                            {"switch", TOKEN_SWITCH, NOT_SOFT},
-                            {"try", TOKEN_TRY, NOT_SOFT},
-                            {"until", TOKEN_NAME, SOFT_UNTIL},
-                            {"unwind_protect", TOKEN_UNWIND, NOT_SOFT},
-                            {"unwind_protect_cleanup", TOKEN_CLEANUP, NOT_SOFT},
-                            {"while", TOKEN_WHILE, NOT_SOFT}};
+constexpr Keyword Keywords[] = {{"arguments", TOKEN_NAME, SOFT_ARGUMENTS},
+                                {"break", TOKEN_BREAK, NOT_SOFT},
+                                {"case", TOKEN_CASE, NOT_SOFT},
+                                {"catch", TOKEN_CATCH, NOT_SOFT},
+                                {"classdef", TOKEN_CLASSDEF, NOT_SOFT},
+                                {"continue", TOKEN_CONTINUE, NOT_SOFT},
+                                {"do", TOKEN_NAME, SOFT_DO},
+                                {"else", TOKEN_ELSE, NOT_SOFT},
+                                {"elseif", TOKEN_ELSEIF, NOT_SOFT},
+                                {"end", TOKEN_END, NOT_SOFT},
+                                {"end_try_catch", TOKEN_END_TRY, NOT_SOFT},
+                                {"end_unwind_protect", TOKEN_END_UNWIND, NOT_SOFT},
+                                {"endfor", TOKEN_END_FOR, NOT_SOFT},
+                                {"endfunction", TOKEN_END_FUNCTION, NOT_SOFT},
+                                {"endif", TOKEN_END_IF, NOT_SOFT},
+                                {"endparfor", TOKEN_END_PARFOR, NOT_SOFT},
+                                {"endswitch", TOKEN_END_SWITCH, NOT_SOFT},
+                                {"endwhile", TOKEN_END_WHILE, NOT_SOFT},
+                                {"eval", TOKEN_NAME, SOFT_EVAL},
+                                {"for", TOKEN_FOR, NOT_SOFT},
+                                {"function", TOKEN_FUNCTION, NOT_SOFT},
+                                {"global", TOKEN_GLOBAL, NOT_SOFT},
+                                {"if", TOKEN_IF, NOT_SOFT},
+                                {"otherwise", TOKEN_OTHERWISE, NOT_SOFT},
+                                {"parfor", TOKEN_PARFOR, NOT_SOFT},
+                                {"persistent", TOKEN_PERSISTENT, NOT_SOFT},
+                                {"return", TOKEN_RETURN, NOT_SOFT},
+                                {"spmd", TOKEN_SPMD, NOT_SOFT},
+                                {"switch", TOKEN_SWITCH, NOT_SOFT},
+                                {"try", TOKEN_TRY, NOT_SOFT},
+                                {"until", TOKEN_NAME, SOFT_UNTIL},
+                                {"unwind_protect", TOKEN_UNWIND, NOT_SOFT},
+                                {"unwind_protect_cleanup", TOKEN_CLEANUP, NOT_SOFT},
+                                {"while", TOKEN_WHILE, NOT_SOFT}};
+constexpr size_t LONGEST_KEYWORD = sizeof "unwind_protect_cleanup" - 1;
+constexpr auto KeywordIndex = index_rows(Keywords);
 
 template <typename Word>
 uint64_t load(const char *from) {
@@ -83,14 +87,11 @@ uint32_t hash_of(Ends ends, uint32_t length) {
 }
 
 void set_keyword(Spelling *spelling) {
-    spelling->keyword = TOKEN_NAME;
-    spelling->soft = NOT_SOFT;
-    const char *text = text_of(spelling);
-    for (const Keyword &keyword : Keywords) {
-        if (keyword.text[0] != text[0] || strcmp(keyword.text, text) != 0) continue;
-        spelling->keyword = keyword.token;
-        spelling->soft = keyword.soft;
-    }
+    if (spelling->length > LONGEST_KEYWORD) return;
+    const Keyword *keyword = find_row(Keywords, KeywordIndex, text_of(spelling));
+    if (!keyword) return;
+    spelling->keyword = keyword->token;
+    spelling->soft = keyword->soft;
 }
 
 Spelling *new_spelling(const char *text, uint32_t length, Ends ends) {

@@ -16,7 +16,13 @@ struct Spelling {
     uint8_t soft;      /* of SoftKeyword: a word that is a keyword at some places only */
 };
 
-enum SoftKeyword : uint8_t { NOT_SOFT, SOFT_DO, SOFT_UNTIL, SOFT_ARGUMENTS };
+enum SoftKeyword : uint8_t {
+    NOT_SOFT,
+    SOFT_DO,
+    SOFT_UNTIL,
+    SOFT_ARGUMENTS,
+    SOFT_EVAL /* no keyword, but the text behind it may be read */
+};
 
 /* Forgets the spellings of the run before, at the start of a run. */
 void begin_spellings();

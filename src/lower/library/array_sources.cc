@@ -146,7 +146,7 @@ end
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"zeros", 1, 2, 1, NEEDS_NO_TEXT, "0", Filled, {}},
     {"ones", 1, 2, 1, NEEDS_NO_TEXT, "1", Filled, {}},
@@ -166,6 +166,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources array_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources array_sources() { return named_rows(Rows, Index); }

@@ -97,7 +97,7 @@ end
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual, {}},
     {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs, {}},
@@ -111,6 +111,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources element_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources element_sources() { return named_rows(Rows, Index); }

@@ -108,7 +108,7 @@ end
     { "min", "smallest", "smaller", "<" }
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"element_of", 2, 2, 1, FOR_LIBRARY, nullptr, ElementOf, {}},
     {"chosen", 3, 3, 1, FOR_LIBRARY, nullptr, Chosen, {}},
@@ -135,6 +135,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources extreme_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources extreme_sources() { return named_rows(Rows, Index); }

@@ -79,7 +79,7 @@ end
     { "product", "1", "y.*x(k)", "product" }
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"folded", 3, 3, 1, FOR_LIBRARY, nullptr, Folded, {}},
     {"total", 1, 1, 1, FOR_LIBRARY, nullptr, FoldOfVector, TOTAL},
@@ -104,6 +104,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources fold_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources fold_sources() { return named_rows(Rows, Index); }

@@ -7,6 +7,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/library/needs.h"
 #include "lower/operands.h"
+#include "support/row_index.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -25,7 +26,7 @@ struct Form {
 // clang-format off
 /* The first row that fits counts. An argument that stands in a form twice, or in a seq, is a number
  * or, in the library's own functions, a variable: nothing is computed twice. */
-const Form Forms[] = {
+constexpr Form Forms[] = {
     {"numel",    1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')"},
     {"length",   1, NEEDS_VECTOR,    "ArrayNumElems({1},'All')"},
     {"isempty",  1, NEEDS_NOTHING,   "ArrayNumElems({1},'All')", OP_EQ, "0"},
@@ -84,6 +85,8 @@ const Form Forms[] = {
 };
 // clang-format on
 
+constexpr auto FormIndex = index_rows(Forms);
+
 bool is_placeholder(const char *text) {
     return text[0] == '{' && text[1] >= '1' && text[1] <= '3' && text[2] == '}';
 }
@@ -139,21 +142,19 @@ mExpr *new_form(const Form *form, const vExpr *values) {
 
 mExpr *new_form_call(const OfferedCall *call) {
     if (!has_one_result(call)) return nullptr;
-    for (const Form &form : Forms)
-        if (form.count == call->count && is_row_of(form.name, call->name->text) &&
-            meets_needs(call, form.needs))
-            return new_form(&form, call->values);
-    return nullptr;
+    const Form *form = find_row(Forms, FormIndex, call->name->text, [=](const Form *row) {
+        return row->count == call->count && meets_needs(call, row->needs);
+    });
+    return form ? new_form(form, call->values) : nullptr;
 }
 
 const char *form_value(const char *name) {
-    for (const Form &form : Forms) {
-        bool is_plain = form.count == 1 && !(form.needs & ~(NEEDS_NO_TEXT | IN_PACKAGE));
-        if (!is_plain || !is_row_of(form.name, name)) continue;
-        vExpr *parameter = alloc_vExpr(new_leaf("qxrp_x"));
-        const char *value = new_value(&form, parameter)->text;
-        free_vExpr(parameter);
-        return form_text("proc( qxrp_x ) return %s; end proc", {value});
-    }
-    return nullptr;
+    const Form *form = find_row(Forms, FormIndex, name, [](const Form *row) {
+        return row->count == 1 && !(row->needs & ~(NEEDS_NO_TEXT | IN_PACKAGE));
+    });
+    if (!form) return nullptr;
+    vExpr *parameter = alloc_vExpr(new_leaf("qxrp_x"));
+    const char *value = new_value(form, parameter)->text;
+    free_vExpr(parameter);
+    return form_text("proc( qxrp_x ) return %s; end proc", {value});
 }

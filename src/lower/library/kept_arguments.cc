@@ -1,13 +1,11 @@
 // Functions whose results hold what they are given.
 #include "lower/library/kept_arguments.h"
 
-#include <string.h>
-
 #include "lower/called_functions.h"
-#include "lower/library/offered_call.h"
 #include "lower/operands.h"
 #include "lower/shared_parts.h"
 #include "lower/value_lists.h"
+#include "support/row_index.h"
 
 namespace {
 
@@ -19,7 +17,7 @@ struct KeepingFunction {
 };
 
 // clang-format off
-const KeepingFunction KeepingFunctions[] = {
+constexpr KeepingFunction KeepingFunctions[] = {
     {"deal",       held_text},
     {"struct",     held_element_text},
     {"setfield",   held_element_text},
@@ -41,10 +39,11 @@ const KeepingFunction KeepingFunctions[] = {
 };
 // clang-format on
 
+constexpr auto KeepingIndex = index_rows(KeepingFunctions);
+
 HeldForm form_of(const Node *name) {
-    for (const KeepingFunction &row : KeepingFunctions)
-        if (is_row_of(row.name, name->text)) return is_function_of_file(name) ? nullptr : row.form;
-    return nullptr;
+    const KeepingFunction *row = find_row(KeepingFunctions, KeepingIndex, name->text);
+    return row && !is_function_of_file(name) ? row->form : nullptr;
 }
 
 }  // namespace

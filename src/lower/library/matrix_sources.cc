@@ -219,7 +219,7 @@ end
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"fliplr", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Flip, {"fliplr", ":", "size(x, 2):-1:1"}},
     {"flipud", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Flip, {"flipud", "size(x, 1):-1:1", ":"}},
@@ -243,6 +243,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources matrix_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources matrix_sources() { return named_rows(Rows, Index); }

@@ -111,7 +111,7 @@ answer = x - x == 0;
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"whole_part", 1, 1, 1, FOR_LIBRARY, nullptr, WholePart, {}},
     {"floor", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, WholePart, {}},
@@ -130,6 +130,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources number_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources number_sources() { return named_rows(Rows, Index); }

@@ -1,8 +1,6 @@
 /* A call of a function of MATLAB's library. */
 #pragma once
 
-#include <string.h>
-
 #include "syntax/tree.h"
 #include "translate/expressions.h"
 
@@ -15,10 +13,6 @@ struct OfferedCall {
     bool is_tested;      /* only whether its value is true matters */
 };
 
-/* Whether a table's row is of that name: most are told apart by their first letters. */
-inline bool is_row_of(const char *row, const char *name) {
-    return *row == *name && strcmp(row, name) == 0;
-}
 /* Whether one result is all that can be asked for; that of a statement is unused. */
 inline bool has_one_result(const OfferedCall *call) {
     return call->results == 0 || call->results == 1;

@@ -5,6 +5,7 @@
 
 #include "lexer/brackets.h"
 #include "lower/expressions.h"
+#include "support/row_index.h"
 #include "translate/operators.h"
 #include "translate/ranges.h"
 #include "translate/text_forms.h"
@@ -17,7 +18,7 @@ struct WordOperator {
     bool takes_more; /* than two arguments, from the left */
 };
 
-const WordOperator Binary[] = {
+constexpr WordOperator Binary[] = {
     {"and", OPERATOR_AND, true},
     {"or", OPERATOR_OR, true},
     {"eq", OPERATOR_EQUAL, false},
@@ -44,7 +45,7 @@ struct UnaryWord {
     HostLevel level;
 };
 
-const UnaryWord Unary[] = {
+constexpr UnaryWord Unary[] = {
     {"not", OP_NOT, HOST_ATOM},
     {"uminus", OP_UNARY_MINUS, HOST_SIGN},
     {"uplus", OP_UNARY_PLUS, HOST_SIGN},
@@ -52,12 +53,8 @@ const UnaryWord Unary[] = {
     {"ctranspose", OP_TRANSPOSE, HOST_ATOM},
 };
 
-template <typename Row, size_t N>
-const Row *find_row(const Row (&rows)[N], const char *name) {
-    for (const Row &row : rows)
-        if (is_row_of(row.name, name)) return &row;
-    return nullptr;
-}
+constexpr auto BinaryIndex = index_rows(Binary);
+constexpr auto UnaryIndex = index_rows(Unary);
 
 Operand join_values(const WordOperator *row, const vExpr *values) {
     Operand value = without_parentheses(values->item);
@@ -102,9 +99,10 @@ mExpr *new_root_call(mExpr *value) {
 }
 
 mExpr *new_call(const char *name, const vExpr *values, int count) {
-    if (const WordOperator *row = find_row(Binary, name))
+    if (const WordOperator *row = find_row(Binary, BinaryIndex, name))
         return new_binary_call(row, values, count);
-    if (const UnaryWord *row = find_row(Unary, name)) return new_unary_call(row, values, count);
+    if (const UnaryWord *row = find_row(Unary, UnaryIndex, name))
+        return new_unary_call(row, values, count);
     if (strcmp(name, "colon") == 0) return new_range_call(values, count);
     bool is_root = strcmp(name, "sqrt") == 0 && count == 1;
     return is_root ? new_root_call(values->item) : nullptr;

@@ -166,7 +166,7 @@ end
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"holds_texts", 1, 1, 1, FOR_LIBRARY, nullptr, HoldsTexts, {}},
     {"ordered", 1, 1, 1, FOR_LIBRARY, nullptr, Ordered,
@@ -182,6 +182,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources order_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources order_sources() { return named_rows(Rows, Index); }

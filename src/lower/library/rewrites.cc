@@ -15,6 +15,7 @@
 #include "lower/plain_calls.h"
 #include "lower/shared_parts.h"
 #include "support/allocation.h"
+#include "support/row_index.h"
 #include "syntax/names/names.h"
 #include "syntax/spellings.h"
 #include "syntax/values/value.h"
@@ -156,7 +157,7 @@ struct Rewrite {
 };
 
 // clang-format off
-const Rewrite Rewrites[] = {
+constexpr Rewrite Rewrites[] = {
     {"horzcat",  true,  false, join_horizontally},
     {"vertcat",  true,  false, join_vertically},
     {"cat",      true,  false, join_by_side},
@@ -171,14 +172,14 @@ const Rewrite Rewrites[] = {
 };
 // clang-format on
 
+constexpr auto RewriteIndex = index_rows(Rewrites);
+
 }  // namespace
 
 mExpr *new_rewritten_call(const OfferedCall *call) {
-    for (const Rewrite &row : Rewrites) {
-        if (!is_row_of(row.name, call->name->text)) continue;
-        bool fits =
-            (call->count >= 0 || row.takes_lists) && (has_one_result(call) || row.takes_results);
-        return fits ? row.rewrite(call) : nullptr;
-    }
-    return nullptr;
+    const Rewrite *row = find_row(Rewrites, RewriteIndex, call->name->text);
+    if (!row) return nullptr;
+    bool fits =
+        (call->count >= 0 || row->takes_lists) && (has_one_result(call) || row->takes_results);
+    return fits ? row->rewrite(call) : nullptr;
 }

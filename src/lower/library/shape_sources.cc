@@ -62,7 +62,7 @@ answer = ndims(x) == 2 & size(x, 1) == size(x, 2);
 )";
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"length", 1, 1, 1, NEEDS_NOTHING, nullptr, Length, {}},
     {"size", 1, 2, 1, NEEDS_SECOND_SINGLE, nullptr, Size, {}},
@@ -75,6 +75,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources shape_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources shape_sources() { return named_rows(Rows, Index); }

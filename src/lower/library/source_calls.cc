@@ -9,6 +9,7 @@
 #include "lower/library/sources.h"
 #include "lower/operands.h"
 #include "lower/plain_calls.h"
+#include "syntax/names/name_map.h"
 #include "syntax/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
@@ -21,14 +22,12 @@ LibrarySources (*const Tables[])() = {shape_sources,   array_sources,   fold_sou
                                       extreme_sources, element_sources, number_sources,
                                       text_sources,    order_sources,   matrix_sources};
 
-// The first row that is wanted, or null.
+// The first row of the name that is wanted, or null.
 template <typename Test>
-const LibrarySource *find_source(Test is_wanted) {
-    for (const auto table : Tables) {
-        const LibrarySources rows = table();
-        for (int k = 0; k < rows.count; k++)
-            if (is_wanted(&rows.first[k])) return &rows.first[k];
-    }
+const LibrarySource *find_source(const char *name, Test is_wanted) {
+    const size_t chain = row_chain(name);
+    for (const auto table : Tables)
+        if (const LibrarySource *row = find_row(table(), chain, name, is_wanted)) return row;
     return nullptr;
 }
 
@@ -36,37 +35,28 @@ bool takes_arguments(const LibrarySource *row, const OfferedCall *call) {
     return call->count >= row->least && call->count <= row->most && meets_needs(call, row->needs);
 }
 
-bool is_named(const LibrarySource *row, const char *name) { return is_row_of(row->name, name); }
-
 // What is called in several ways has a row of its own for values, whose name begins with @.
-bool is_value_of(const LibrarySource *row, const char *name) {
-    return *row->name == '@' && strcmp(row->name + 1, name) == 0;
-}
+const char *value_row(const char *name) { return form_text("@%s", {name}); }
 
 // One that gives one result or several, as it is asked for.
 const LibrarySource *find_varying(const char *name, const OfferedCall *call) {
-    const LibrarySource *source = find_source([=](const LibrarySource *row) {
-        return is_value_of(row, name) && takes_arguments(row, call);
-    });
-    if (!source)
-        source = find_source([=](const LibrarySource *row) {
-            return is_named(row, name) && takes_arguments(row, call);
-        });
+    auto takes = [=](const LibrarySource *row) { return takes_arguments(row, call); };
+    const LibrarySource *source = find_source(value_row(name), takes);
+    if (!source) source = find_source(name, takes);
     return source && source->results > 1 ? source : nullptr;
 }
 
 const LibrarySource *find_called(const char *name, const OfferedCall *call) {
     if (call->results == HOST_RESULTS_VARY) return find_varying(name, call);
-    return find_source([=](const LibrarySource *row) {
-        return is_named(row, name) && call->results <= row->results && takes_arguments(row, call);
+    return find_source(name, [=](const LibrarySource *row) {
+        return call->results <= row->results && takes_arguments(row, call);
     });
 }
 
 bool is_word(const char *text) { return text[0] == '$' && text[1] >= '1' && text[1] <= '4'; }
 
-// The source with its words in their places: one text, as it is one function.
-const char *text_of(const LibrarySource *row) {
-    if (!*row->words) return row->text;
+// The source with its words in their places.
+const char *new_source_text(const LibrarySource *row) {
     size_t size = strlen(row->text) + 1;
     for (const char *at = row->text; *at; at++)
         if (is_word(at)) size += strlen(row->words[at[1] - '1']);
@@ -79,10 +69,24 @@ const char *text_of(const LibrarySource *row) {
             write_character(&to, *at);
         }
     }
-    return intern(text);
+    return text;
+}
+
+NameMap Texts;  // of rows with words, by the rows' addresses
+
+// One text for all rows that have it, as it is one function.
+const char *text_of(const LibrarySource *row) {
+    if (!*row->words) return row->text;
+    const char *key = reinterpret_cast<const char *>(row);
+    if (const void *known = find_name(&Texts, key)) return static_cast<const char *>(known);
+    const char *text = intern(new_source_text(row));
+    enter_name(&Texts, key, const_cast<char *>(text));
+    return text;
 }
 
 }  // namespace
+
+void begin_source_calls() { Texts = {}; }
 
 mExpr *new_source_call(const char *name, const OfferedCall *call) {
     const LibrarySource *source = find_called(name, call);
@@ -109,16 +113,14 @@ bool is_value_row(const LibrarySource *row) {
 
 const char *source_value(const char *name) {
     const LibrarySource *source =
-        find_source([=](const LibrarySource *row) { return is_value_of(row, name); });
-    if (!source)
-        source = find_source(
-            [=](const LibrarySource *row) { return is_named(row, name) && is_value_row(row); });
+        find_source(value_row(name), [](const LibrarySource *) { return true; });
+    if (!source) source = find_source(name, is_value_row);
     return source ? supplied_function(text_of(source)) : nullptr;
 }
 
 void call_all_sources() {
-    find_source([](const LibrarySource *row) {
-        supplied_function(text_of(row));
-        return false;
-    });
+    for (const auto table : Tables) {
+        const LibrarySources rows = table();
+        for (size_t k = 0; k < rows.count; k++) supplied_function(text_of(&rows.rows[k]));
+    }
 }

@@ -3,6 +3,8 @@
 
 #include "lower/library/offered_call.h"
 
+/* At the start of a run. */
+void begin_source_calls();
 /* A call of the procedure for such a function, or null. */
 mExpr *new_source_call(const OfferedCall *call);
 /* The same for the row of that name. */

@@ -4,6 +4,8 @@
 
 #include <stdint.h>
 
+#include "support/row_index.h"
+
 struct LibrarySource {
     const char *name;
     int8_t least; /* arguments, without the first one that it is given here */
@@ -15,10 +17,7 @@ struct LibrarySource {
     const char *words[4]; /* all null: the text has none */
 };
 
-struct LibrarySources {
-    const LibrarySource *first;
-    int count;
-};
+typedef NamedRows<LibrarySource> LibrarySources;
 
 LibrarySources shape_sources();
 LibrarySources array_sources();

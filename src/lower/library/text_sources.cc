@@ -253,7 +253,7 @@ end
 #define SMALL "abcdefghijklmnopqrstuvwxyz"
 
 // clang-format off
-const LibrarySource Rows[] = {
+constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
     {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
@@ -284,6 +284,8 @@ const LibrarySource Rows[] = {
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Rows);
+
 }  // namespace
 
-LibrarySources text_sources() { return {Rows, sizeof Rows / sizeof *Rows}; }
+LibrarySources text_sources() { return named_rows(Rows, Index); }

@@ -1,6 +1,5 @@
 // MATLAB's own functions: a row each, sorted by name.
-#include <string.h>
-
+#include "support/row_index.h"
 #include "syntax/values/library_values.h"
 
 namespace {
@@ -20,7 +19,7 @@ constexpr Value REALS = NUMBERS | ANY_SIGN;
 constexpr Value TRUTHS = MAY_BE_TRUTH | ANY_SHAPE;
 
 // clang-format off
-const LibraryFunction Functions[] = { // ORDER by strcmp
+constexpr LibraryFunction Functions[] = {
     {"Inf", POSITIVE, 0, SHAPE_SIZES, 0},
     {"NaN", REAL, 0, SHAPE_SIZES, 0},
     {"abs", NUMBER, MAY_BE_BROKEN, SHAPE_ALL, 0},
@@ -287,16 +286,10 @@ const LibraryFunction Functions[] = { // ORDER by strcmp
 };
 // clang-format on
 
+constexpr auto Index = index_rows(Functions);
+
 }  // namespace
 
 const LibraryFunction *library_function(const char *name) {
-    size_t first = 0;
-    size_t end = sizeof Functions / sizeof *Functions;
-    while (first < end) {
-        size_t middle = (first + end) / 2;
-        int order = strcmp(name, Functions[middle].name);
-        if (order == 0) return &Functions[middle];
-        (order < 0 ? end : first) = order < 0 ? middle : middle + 1;
-    }
-    return nullptr;
+    return find_row(Functions, Index, name);
 }

@@ -1,0 +1,73 @@
+/* Tables of named rows, and the index by which a row is found. The compiler works the index out, so
+ * that rows stand in the order that a reader wants; rows of the same name are found in that order.
+ */
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+#include <string.h>
+
+/* Rows whose names have the same hash are a chain. Rows are counted from 1; 0 ends a chain. */
+constexpr size_t ROW_CHAINS = 128;
+
+template <size_t COUNT>
+struct RowIndex {
+    uint16_t first[ROW_CHAINS];
+    uint16_t next[COUNT];
+};
+
+constexpr size_t row_chain(const char *name) {
+    uint32_t hash = 0;
+    for (; *name; name++) hash = hash * 31 + static_cast<unsigned char>(*name);
+    return (hash ^ hash >> 7) % ROW_CHAINS;
+}
+
+/* Of rows that have a name each. */
+template <typename Row, size_t COUNT>
+constexpr RowIndex<COUNT> index_rows(const Row (&rows)[COUNT]) {
+    static_assert(COUNT < UINT16_MAX);
+    RowIndex<COUNT> index = {};
+    for (size_t number = COUNT; number > 0; number--) {
+        uint16_t *first = &index.first[row_chain(rows[number - 1].name)];
+        index.next[number - 1] = *first;
+        *first = static_cast<uint16_t>(number);
+    }
+    return index;
+}
+
+/* A table with its index. */
+template <typename Row>
+struct NamedRows {
+    const Row *rows;
+    size_t count;
+    const uint16_t *first;
+    const uint16_t *next;
+};
+
+template <typename Row, size_t COUNT>
+constexpr NamedRows<Row> named_rows(const Row (&rows)[COUNT], const RowIndex<COUNT> &index) {
+    return {rows, COUNT, index.first, index.next};
+}
+
+/* The first row of the name that is wanted, or null; is_wanted gets a row. chain: the name's. */
+template <typename Row, typename Test>
+const Row *find_row(const NamedRows<Row> &table, size_t chain, const char *name, Test is_wanted) {
+    for (size_t number = table.first[chain]; number; number = table.next[number - 1]) {
+        const Row *row = table.rows + number - 1;
+        if (strcmp(row->name, name) == 0 && is_wanted(row)) return row;
+    }
+    return nullptr;
+}
+
+/* The same in one table. */
+template <typename Row, size_t COUNT, typename Test>
+const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, const char *name,
+                    Test is_wanted) {
+    return find_row(named_rows(rows, index), row_chain(name), name, is_wanted);
+}
+
+/* The first row of the name, or null. */
+template <typename Row, size_t COUNT>
+const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, const char *name) {
+    return find_row(rows, index, name, [](const Row *) { return true; });
+}
