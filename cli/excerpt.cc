@@ -110,10 +110,25 @@ bool is_full(const Drawing &drawing, std::string_view rest) {
     return count_columns(rest, drawing.column, room) > room;
 }
 
+/* Whether every character is shown as it is, in one column. */
+bool is_plain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+/* A short line without tabs and escapes needs no steps. */
+std::string plain_excerpt(std::string_view line, std::size_t begin, std::size_t end) {
+    const std::size_t behind = std::max(std::min(end, line.size()), begin + 1);
+    std::string drawn;
+    drawn.reserve(line.size() + behind + 2);
+    drawn.append(line).append(1, '\n').append(begin, ' ').append(1, '^');
+    return drawn.append(behind - begin - 1, '~').append(1, '\n');
+}
+
 }  // namespace
 
 std::string excerpt(std::string_view line, std::size_t begin, std::size_t end) {
     assert(begin <= line.size());
+    if (line.size() < COLUMNS && is_plain(line)) return plain_excerpt(line, begin, end);
     std::size_t at = first_shown(line, begin);
     Drawing drawing;
     if (at > 0) drawing = {std::string(DOTS), std::string(DOTS.size(), ' '), DOTS.size()};
@@ -132,8 +147,7 @@ std::string excerpt(std::string_view line, std::size_t begin, std::size_t end) {
 }
 
 std::string printable(std::string_view text) {
-    const auto is_plain = [](char byte) { return byte >= ' ' && byte <= '~'; };
-    if (std::all_of(text.begin(), text.end(), is_plain)) return std::string(text);
+    if (is_plain(text)) return std::string(text);
     std::string shown;
     while (!text.empty()) {
         const std::size_t length = shown_length(text);

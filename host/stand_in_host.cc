@@ -34,10 +34,12 @@ std::string insert_value(std::string message, HostValue value) {
     return message;
 }
 
-std::vector<std::string> element_texts(HostValue sequence) {
+/* Those of the elements from first on, counted from 1. */
+std::vector<std::string> element_texts(HostValue sequence, int first) {
+    const int count = element_count(sequence);
     std::vector<std::string> texts;
-    for (int i = 1; i <= element_count(sequence); ++i)
-        texts.emplace_back(text_of(element_of(sequence, i)));
+    texts.reserve(static_cast<std::size_t>(count));
+    for (int i = first; i <= count; ++i) texts.emplace_back(text_of(element_of(sequence, i)));
     return texts;
 }
 
@@ -154,12 +156,11 @@ HostValue StandInHost::answer_name(HostValue name) {
 }
 
 HostValue StandInHost::answer_function(HostValue call) {
-    if (recording_) record("TranslateFunction", join(element_texts(call)));
+    if (recording_) record("TranslateFunction", join(element_texts(call, 1)));
     const std::string_view name = text_of(element_of(call, 1));
     const auto found = functions_.find(name);
     if (found == functions_.end() && !other_functions_) return no_translation_;
-    std::vector<std::string> arguments = element_texts(call);
-    arguments.erase(arguments.begin());
+    const std::vector<std::string> arguments = element_texts(call, 2);
     return answer(found == functions_.end() ? other_functions_(name, arguments)
                                             : found->second(arguments));
 }

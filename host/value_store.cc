@@ -46,11 +46,11 @@ std::string display_object(HostValue value) {
 
 }  // namespace
 
-HostValue *ValueStore::object(ValueType type, std::size_t count) {
+HostValue *ValueStore::object(ValueType type, std::size_t count, std::size_t more) {
     assert(count <= COUNT_MASK);
     const std::size_t words = count + 1;
-    auto *object =
-        static_cast<HostValue *>(memory_.allocate(words * sizeof(HostValue), alignof(HostValue)));
+    const std::size_t size = words * sizeof(HostValue) + more;
+    auto *object = static_cast<HostValue *>(memory_.allocate(size, alignof(HostValue)));
     std::fill_n(object, words, HostValue{0});
     const std::uint32_t header =
         static_cast<std::uint32_t>(type) << HOST_TYPE_SHIFT | static_cast<std::uint32_t>(count);
@@ -59,9 +59,9 @@ HostValue *ValueStore::object(ValueType type, std::size_t count) {
 }
 
 HostValue ValueStore::text_object(ValueType type, std::string_view text) {
-    auto *copy = static_cast<char *>(memory_.allocate(text.size() + 1, 1));
+    HostValue *words = object(type, 1, text.size() + 1);
+    auto *copy = reinterpret_cast<char *>(words + 2);
     *std::copy(text.begin(), text.end(), copy) = '\0';
-    HostValue *words = object(type, 1);
     words[1] = reinterpret_cast<HostValue>(copy);
     return reinterpret_cast<HostValue>(words);
 }

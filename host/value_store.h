@@ -57,7 +57,8 @@ public:
     void clear();
 
 private:
-    HostValue *object(ValueType type, std::size_t count);
+    /* An object of count words, with more bytes behind it. */
+    HostValue *object(ValueType type, std::size_t count, std::size_t more = 0);
     HostValue text_object(ValueType type, std::string_view text);
     HostValue collection(ValueType type, std::span<const HostValue> elements);
 
