@@ -77,7 +77,9 @@ bool is_scripts(const Scope *scope) { return scope->owner->kind == NODE_FILE; }
 
 // Globals are called alike in all functions: they do not make way for others.
 bool is_free(const Symbol *symbol, const char *name) {
-    return (symbol->flags & SYMBOL_GLOBAL) || !find_symbol(symbol->scope, intern(name));
+    if (symbol->flags & SYMBOL_GLOBAL) return true;
+    const char *known = interned(name);
+    return !known || !find_symbol(symbol->scope, known);
 }
 
 const char *own_name(const Symbol *symbol) {

@@ -38,6 +38,11 @@ NameMap OnPath;          // names of which a file is there, or surely none
 NameMap MethodFiles;     // by paths: SourceFile
 NameMap LibraryFiles;    // by the addresses of their texts: SourceFile
 NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
+NameMap LastNumbers;     // of names that several want: LastNumber
+
+struct LastNumber {
+    int number;
+};
 
 SourceLanguage Language;
 
@@ -50,10 +55,19 @@ const char *numbered_name(const char *name, int number) {
     return intern(form_text("%s_%s", {name, number_text(number)}));
 }
 
-// The name, with a number behind it when it is taken.
+// The name, with a number behind it when it is taken: numbers up to the last one are, too.
 const char *free_name(const char *name) {
-    const char *free = intern(name);
-    for (int number = 2; is_taken(free); number++) free = numbered_name(name, number);
+    const char *plain = intern(name);
+    if (!is_taken(plain)) return plain;
+    LastNumber *last = static_cast<LastNumber *>(find_name(&LastNumbers, plain));
+    if (!last) {
+        last = AllocRecord<LastNumber>();
+        *last = {1};
+        enter_name(&LastNumbers, plain, last);
+    }
+    const char *free;
+    do free = numbered_name(name, ++last->number);
+    while (is_taken(free));
     return free;
 }
 
@@ -240,7 +254,8 @@ void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = nullptr;
     PrivateFolders = nullptr;
-    FilesByStem = PathFiles = MethodFiles = LibraryFiles = Procedures = OnPath = {};
+    FilesByStem = PathFiles = MethodFiles = LibraryFiles = OnPath = {};
+    Procedures = LastNumbers = {};
     begin_class_names();
     begin_class_folders();
 }

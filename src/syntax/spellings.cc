@@ -131,6 +131,17 @@ Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {
     return spelling;
 }
 
+// The spelling of the bytes with those ends, or null.
+inline Spelling *find(const char *text, uint32_t length, Ends ends) {
+    uint32_t i = hash_of(ends, length) & (TableSize - 1);
+    for (; Spelling *spelling = Table[i]; i = (i + 1) & (TableSize - 1)) {
+        if (spelling->head != ends.head || spelling->tail != ends.tail) continue;
+        if (spelling->length != length) continue;
+        if (length <= 16 || memcmp(text_of(spelling), text, length) == 0) return spelling;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 void begin_spellings() {
@@ -143,11 +154,11 @@ void begin_spellings() {
 Spelling *spelling_of_bytes(const char *text, uint32_t length) {
     assert(length > 0);
     Ends ends = ends_of(text, length);
-    uint32_t i = hash_of(ends, length) & (TableSize - 1);
-    for (; Spelling *spelling = Table[i]; i = (i + 1) & (TableSize - 1)) {
-        if (spelling->head != ends.head || spelling->tail != ends.tail) continue;
-        if (spelling->length != length) continue;
-        if (length <= 16 || memcmp(text_of(spelling), text, length) == 0) return spelling;
-    }
-    return enter_spelling(text, length, ends);
+    Spelling *known = find(text, length, ends);
+    return known ? known : enter_spelling(text, length, ends);
+}
+
+const Spelling *find_spelling(const char *text, uint32_t length) {
+    assert(length > 0);
+    return find(text, length, ends_of(text, length));
 }

@@ -29,12 +29,20 @@ void begin_spellings();
 /* The spelling of length bytes, at least one. */
 Spelling *spelling_of_bytes(const char *text, uint32_t length);
 
+/* The same, or null: nothing has been spelled so. */
+const Spelling *find_spelling(const char *text, uint32_t length);
+
 inline const char *text_of(const Spelling *spelling) {
     return reinterpret_cast<const char *>(spelling + 1);
 }
 /* The interned text of a name. */
 inline const char *intern(const char *name) {
     return text_of(spelling_of_bytes(name, static_cast<uint32_t>(strlen(name))));
+}
+/* The interned text of a name that something has; null for others. */
+inline const char *interned(const char *name) {
+    const Spelling *spelling = find_spelling(name, static_cast<uint32_t>(strlen(name)));
+    return spelling ? text_of(spelling) : nullptr;
 }
 /* The record of an interned text. */
 inline Spelling *spelling_of(const char *interned) {
