@@ -1,6 +1,7 @@
 /* Counting calls. */
 #include "cli/rules/unanswered.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "cli/rules/pattern.h"
@@ -12,6 +13,8 @@ namespace {
 /* "{1}, {2}, 'UniformOutput', false": words, and truth values after them, that stand behind the
  * first argument are options. Empty where there is none. */
 std::string pattern_of(const std::vector<std::string> &arguments) {
+    const auto is_text = [](const std::string &argument) { return argument.starts_with('"'); };
+    if (std::none_of(arguments.begin(), arguments.end(), is_text)) return "";  // as for most
     std::string pattern;
     std::size_t places = 0;
     bool has_word = false;

@@ -3,6 +3,8 @@
 
 #include <string.h>
 
+#include <algorithm>
+
 #include "support/allocation.h"
 
 namespace {
@@ -13,8 +15,8 @@ uint32_t behind_line_end(const Source *source, uint32_t at) {
 }
 
 uint32_t find_line_end(const Source *source, uint32_t at) {
-    while (at < source->length && source->text[at] != '\n' && source->text[at] != '\r') at++;
-    return at;
+    const char *end = line_end(source->text + at, source->text + source->length);
+    return static_cast<uint32_t>(end - source->text);
 }
 
 // The same in a text without \r, as most are.
@@ -71,6 +73,20 @@ uint32_t end_of_line(const Source *source, uint32_t line) {
 }
 
 }  // namespace
+
+// In pieces: where every line ends in \r, no \n is looked for up to the end of the text.
+const char *line_end(const char *at, const char *end) {
+    constexpr size_t PIECE = 128;
+    while (at < end) {
+        size_t length = std::min(PIECE, static_cast<size_t>(end - at));
+        const void *feed = memchr(at, '\n', length);
+        if (feed) length = static_cast<size_t>(static_cast<const char *>(feed) - at);
+        const void *carriage = memchr(at, '\r', length);
+        if (carriage || feed) return static_cast<const char *>(carriage ? carriage : feed);
+        at += length;
+    }
+    return at;
+}
 
 Source *new_source(const char *name, const char *text, uint32_t length) {
     Source *source = AllocRecord<Source>();

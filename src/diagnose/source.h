@@ -23,6 +23,8 @@ struct Position {
 
 /* A kept record of a text that the caller keeps until the run ends; name may be null. */
 Source *new_source(const char *name, const char *text, uint32_t length);
+/* Where the line at a byte ends: the first \n or \r from there on, or the end of the text. */
+const char *line_end(const char *at, const char *end);
 /* Where the byte stands. An offset behind the end counts as the end. */
 Position position_of(Source *source, uint32_t offset);
 /* The bytes of a line, from 1, without its line end. */

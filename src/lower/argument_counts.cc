@@ -69,10 +69,11 @@ bool is_target(const Node *name, const Node *node) {
 
 void note_calls(const SourceFile *file, const Node *node) {
     for (const Node *child = first_child(node); child; child = child->next) {
-        if (child->kind != NODE_NAME)
-            note_calls(file, child);
-        else if (!is_target(child, node))
+        if (child->kind != NODE_NAME) {
+            if (first_child(child)) note_calls(file, child);
+        } else if (!is_target(child, node)) {
             note_name(file, child, node);
+        }
     }
 }
 

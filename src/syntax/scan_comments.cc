@@ -5,8 +5,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include <algorithm>
-
 #include "syntax/class_table.h"
 #include "syntax/scanner.h"
 #include "syntax/syntax_errors.h"
@@ -81,19 +79,7 @@ void close_block_comment() {
 
 }  // namespace
 
-// In pieces: where every line ends in \r, no \n is looked for up to the end of the text.
-const char *find_line_end(const char *at) {
-    constexpr size_t PIECE = 128;
-    while (at < Scan.end) {
-        size_t length = std::min(PIECE, static_cast<size_t>(Scan.end - at));
-        const void *feed = memchr(at, '\n', length);
-        if (feed) length = static_cast<size_t>(static_cast<const char *>(feed) - at);
-        const void *carriage = memchr(at, '\r', length);
-        if (carriage || feed) return static_cast<const char *>(carriage ? carriage : feed);
-        at += length;
-    }
-    return at;
-}
+const char *find_line_end(const char *at) { return line_end(at, Scan.end); }
 
 bool scan_comment(const char *at) {
     const char *end = find_line_end(at);

@@ -58,17 +58,18 @@ bool is_word(const char *text) { return text[0] == '$' && text[1] >= '1' && text
 // The source with its words in their places.
 const char *new_source_text(const LibrarySource *row) {
     size_t size = strlen(row->text) + 1;
-    for (const char *at = row->text; *at; at++)
+    for (const char *at = row->text; (at = strchr(at, '$')); at++)
         if (is_word(at)) size += strlen(row->words[at[1] - '1']);
     Writer to = new_text(size);
     const char *text = to.at;
-    for (const char *at = row->text; *at; at++) {
-        if (is_word(at)) {
-            write_text(&to, row->words[*++at - '1']);
-        } else {
-            write_character(&to, *at);
-        }
+    const char *from = row->text;
+    for (const char *at = from; (at = strchr(at, '$')); at++) {
+        if (!is_word(at)) continue;
+        write_bytes(&to, from, static_cast<size_t>(at - from));
+        write_text(&to, row->words[at[1] - '1']);
+        from = at + strlen("$1");
     }
+    write_text(&to, from);
     return text;
 }
 
