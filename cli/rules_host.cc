@@ -12,6 +12,7 @@ namespace {
 /* The name of a package's function as sources have it: the host is asked for "pk:-f", or "(pk:-f)"
  * inside of parentheses. */
 std::string source_name(std::string_view asked) {
+    if (asked.find_first_of(":(") == asked.npos) return std::string(asked);  // as most
     std::string name;
     for (const char c : asked) {
         if (c == ':') name += '.';

@@ -55,7 +55,6 @@ constexpr Keyword Keywords[] = {{"arguments", TOKEN_NAME, SOFT_ARGUMENTS},
                                 {"unwind_protect", TOKEN_UNWIND, NOT_SOFT},
                                 {"unwind_protect_cleanup", TOKEN_CLEANUP, NOT_SOFT},
                                 {"while", TOKEN_WHILE, NOT_SOFT}};
-constexpr size_t LONGEST_KEYWORD = sizeof "unwind_protect_cleanup" - 1;
 constexpr auto KeywordIndex = index_rows(Keywords);
 
 template <typename Word>
@@ -87,7 +86,6 @@ uint32_t hash_of(Ends ends, uint32_t length) {
 }
 
 void set_keyword(Spelling *spelling) {
-    if (spelling->length > LONGEST_KEYWORD) return;
     const Keyword *keyword = find_row(Keywords, KeywordIndex, text_of(spelling));
     if (!keyword) return;
     spelling->keyword = keyword->token;

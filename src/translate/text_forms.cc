@@ -5,11 +5,13 @@
 
 void write_form(Writer *to, const char *form, std::initializer_list<const char *> operands) {
     for (const char *operand : operands) {
+        char *at = to->at;  // the compiler keeps it apart from the characters that are written
         for (; *form != '%'; form++) {
-            assert(*form && free_bytes(to) > 0);
-            *to->at++ = *form;
+            assert(*form && at + 1 < to->end);
+            *at++ = *form;
         }
         assert(form[1] == 's');
+        to->at = at;
         write_text(to, operand);
         form += strlen("%s");
     }

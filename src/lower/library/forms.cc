@@ -105,8 +105,8 @@ const char *argument_text(const char *form, const char *placeholder, const vExpr
 
 size_t expanded_size(const char *form, const vExpr *values) {
     size_t size = strlen(form) + 1;
-    for (const char *text = form; *text; text++)
-        if (is_placeholder(text)) size += strlen(argument_text(form, text, values));
+    for (const char *at = form; (at = strchr(at, '{')); at++)
+        if (is_placeholder(at)) size += strlen(argument_text(form, at, values));
     return size;
 }
 
@@ -114,14 +114,14 @@ size_t expanded_size(const char *form, const vExpr *values) {
 const char *expand(const char *form, const vExpr *values) {
     Writer to = new_text(expanded_size(form, values));
     const char *expanded = to.at;
-    for (const char *text = form; *text; text++) {
-        if (is_placeholder(text)) {
-            write_text(&to, argument_text(form, text, values));
-            text += strlen("1}");
-        } else {
-            write_character(&to, *text);
-        }
+    const char *from = form;
+    for (const char *at = form; (at = strchr(at, '{')); at++) {
+        if (!is_placeholder(at)) continue;
+        write_bytes(&to, from, static_cast<size_t>(at - from));
+        write_text(&to, argument_text(form, at, values));
+        from = at + strlen("{1}");
     }
+    write_text(&to, from);
     return expanded;
 }
 

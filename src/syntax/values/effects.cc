@@ -20,7 +20,7 @@ constexpr int MOST_FORGOTTEN = 1000;
 
 bool is_one_of(const char *name, const char *const *names) {
     for (; *names; names++)
-        if (strcmp(name, *names) == 0) return true;
+        if (**names == *name && strcmp(name, *names) == 0) return true;
     return false;
 }
 

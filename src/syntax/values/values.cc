@@ -87,7 +87,7 @@ const Node *inside(const Node *node) {
 
 bool is_one_of(const char *name, const char *const *names) {
     for (; *names; names++)
-        if (strcmp(name, *names) == 0) return true;
+        if (**names == *name && strcmp(name, *names) == 0) return true;
     return false;
 }
 
