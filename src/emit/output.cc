@@ -14,9 +14,11 @@ void write_output(std::initializer_list<const char *> texts) {
 
 void write_indent(int level) {
     static const char blanks[] = "                                                                ";
-    constexpr int longest = (sizeof blanks - 1) / 4;
-    for (; level > longest; level -= longest) write_output(blanks);
-    if (level > 0) write_output(blanks + 4 * (longest - level));
+    constexpr size_t STEP = 4;
+    constexpr size_t LENGTH = sizeof blanks - 1;
+    constexpr int LONGEST = LENGTH / STEP;
+    for (; level > LONGEST; level -= LONGEST) write_output(blanks);
+    if (level > 0) write_output(blanks + LENGTH - STEP * static_cast<size_t>(level));
 }
 
 void write_list(const vExpr *list, const vExpr *end) {
