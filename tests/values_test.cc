@@ -9,6 +9,7 @@
 #include "syntax/print_tree.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/print_value.h"
+#include "syntax/values/summaries.h"
 #include "syntax/values/trace_function.h"
 #include "tests/generate.h"
 #include "tests/small_stack.h"
@@ -20,7 +21,7 @@ namespace {
 
 /* The program's own functions begin with my_, or are named deal and assert in a file of their own.
  */
-const Node *FirstOwn;
+Node *FirstOwn;
 
 bool has_own(const Node *name) {
     for (const Node *node = FirstOwn; node; node = node->next)
@@ -39,13 +40,21 @@ Node *parsed(const std::string &text) {
                         LANGUAGE_OCTAVE);
 }
 
+Node *own_definition(const Symbol *symbol) {
+    if (symbol->definition) return symbol->definition;
+    for (Node *node = FirstOwn; node; node = node->next)
+        if (node->kind == NODE_FUNCTION && std::string(node->text) == symbol->name) return node;
+    return nullptr;
+}
+
 void trace_file(Node *file) {
     FirstOwn = file->first_child;
-    if (file->first_child && file->first_child->kind != NODE_FUNCTION)
-        trace_function(settle_script(file, find_script), has_own);
+    begin_summaries();
     for (Node *node = file->first_child; node; node = node->next)
-        if (node->kind == NODE_FUNCTION)
-            trace_function(settle_function(node, find_script), has_own);
+        if (node->kind == NODE_FUNCTION) add_function(settle_function(node, nullptr));
+    trace_functions({has_own, own_definition});
+    if (file->first_child && file->first_child->kind != NODE_FUNCTION)
+        trace_function(settle_script(file, find_script), {has_own, own_definition});
 }
 
 /* The tree of a program whose values have been traced, until release_run. */

@@ -29,6 +29,7 @@ struct Callee {
     const char *path;  // of the file, if one is known; it may be translated for itself
     bool is_own;       // a function of the file itself
     bool is_method;    // methods of classes have the name, too, or they alone
+    Node *definition;  // FUNCTION of one of the file itself; else null
 };
 
 struct QueuedFile {
@@ -60,7 +61,7 @@ void enter_own_functions(SourceFile *file) {
     if (is_method_file(file)) own = own->next;
     for (; own; own = own->next)
         if (!find_name(&file->callees, own->name))
-            new_callee(file, own->name, {own->written, file, file->path, true, false});
+            new_callee(file, own->name, {own->written, file, file->path, true, false, own->node});
 }
 
 const char *name_of_unknown(const char *name) {
@@ -86,7 +87,7 @@ Callee found_callee(const char *name, const FoundFile *found) {
     const char *written = written_in(found);
     if (!written) written = name_of_unknown(name);
     bool is_method = !CurrentFile->is_library && find_method(nullptr, name);
-    return {written, found->file, found->path, false, is_method};
+    return {written, found->file, found->path, false, is_method, nullptr};
 }
 
 const Callee *callee_of(const Node *place) {
@@ -235,9 +236,16 @@ static const Node *function_of(const Node *name) {
     const Node *definition = name->symbol->definition;
     if (definition) return definition->kind == NODE_FUNCTION ? definition : nullptr;
     const Callee *callee = callee_of(name);
+    if (callee->is_own) return callee->definition;
     const FileFunction *function = callee->file ? callee->file->functions : nullptr;
-    while (callee->is_own && function && function->name != name->text) function = function->next;
     return function ? function->node : nullptr;
+}
+
+Node *own_definition(const Symbol *symbol) {
+    if (Node *definition = symbol->definition)
+        return definition->kind == NODE_FUNCTION ? definition : nullptr;
+    const Callee *callee = find_callee(symbol->name);
+    return callee && callee->is_own ? callee->definition : nullptr;
 }
 
 int count_outputs(const Node *name) {
@@ -251,7 +259,7 @@ int count_outputs(const Node *name) {
 }
 
 const char *host_function(const Node *name) {
-    Callee callee = {name_of_unknown(name->text), nullptr, nullptr, false, false};
+    Callee callee = {name_of_unknown(name->text), nullptr, nullptr, false, false, nullptr};
     call_file(name, &callee);
     note_unknown(name, &callee, false);
     return callee.written;

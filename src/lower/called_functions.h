@@ -13,6 +13,9 @@ void begin_calls();
  * which is a gap where it is found nowhere: none is offered to the host. Null for any other, also
  * for the method that a file of a class folder holds. name: NAME or HANDLE. */
 const char *own_function(const Node *name);
+/* FUNCTION of a name for which own_function answers a nested function or one of the current file;
+ * else null. */
+Node *own_definition(const Symbol *symbol);
 /* The host name of any other function that the host has no answer for. Its file enters the queue; a
  * name that is found nowhere is reported, once a run; so is one that methods of classes have, if
  * an argument may be an object. name: NAME or HANDLE. */

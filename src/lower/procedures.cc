@@ -10,11 +10,11 @@
 #include "lower/origins.h"
 #include "lower/packages.h"
 #include "lower/script_returns.h"
+#include "lower/settled_functions.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
 #include "syntax/spellings.h"
-#include "syntax/values/trace_function.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -237,7 +237,7 @@ void begin_procedures() {
 void lower_function(const FileFunction *function, const Node *comments, Lines *lines) {
     assert(!BeforeProcedure && "functions of a file are lowered one after the other");
     const Node *node = function->node;
-    trace_function(settle_function(function->node, find_script), has_function);
+    settle_late(function);
     Lines before = {};
     Lines procedure = {};
     BeforeProcedure = &before;

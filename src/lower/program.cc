@@ -15,11 +15,11 @@
 #include "lower/origins.h"
 #include "lower/packages.h"
 #include "lower/procedures.h"
+#include "lower/settled_functions.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "run/run_state.h"
 #include "support/observers.h"
-#include "syntax/values/trace_function.h"
 
 namespace {
 
@@ -49,6 +49,7 @@ void write_outside(const Node *first, const Node *behind) {
 // The functions of the current file. In a script the rest is left to it; else comments stay where
 // they are, and so does the source of what could not be read or is never run.
 void write_functions(bool is_script) {
+    settle_functions();
     const Node *start = CurrentFile->tree->first_child;
     for (const FileFunction *function = CurrentFile->functions; function;
          function = function->next) {
@@ -94,15 +95,9 @@ void write_script(const PackageFlags *used, const Lines *lines) {
     write_lines(lines);
 }
 
-Scope *settle_and_trace(SourceFile *file) {
-    Scope *scope = settle_script(file->tree, find_script);
-    trace_function(scope, has_function);
-    return scope;
-}
-
 // The statements are lowered before the files that they call and written behind them.
 void translate_script(SourceFile *file) {
-    Scope *scope = settle_and_trace(file);
+    Scope *scope = settle_statements();
     PackageFlags outer = begin_packages();
     Lines lines = {};
     lower_script(scope, &lines);
@@ -112,7 +107,7 @@ void translate_script(SourceFile *file) {
     if (must_rename(scope)) {
         lines = {};
         // anew: a procedure may have called the same scripts, with variables of its own
-        lower_script(settle_and_trace(file), &lines);
+        lower_script(settle_statements(), &lines);
         write_called_files();
     }
     write_script(&used, &lines);

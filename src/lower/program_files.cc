@@ -100,7 +100,7 @@ const char *choose_name(const SourceFile *file, const char *name) {
 
 FileFunction *new_function(SourceFile *file, Node *node, const char *name) {
     FileFunction *function = AllocRecord<FileFunction>();
-    *function = {name, choose_name(file, without_dots(name)), node, nullptr};
+    *function = {name, choose_name(file, without_dots(name)), node, false, nullptr};
     enter_name(&Procedures, function->written, file);
     return function;
 }

@@ -16,6 +16,7 @@ struct FileFunction {
     const char *name;    /* interned; of the first one of a called file: the file's name */
     const char *written; /* what its procedure is called; no other function of the run is */
     Node *node;          /* FUNCTION */
+    bool is_traced;      /* its names have been settled, and its values traced */
     FileFunction *next;  /* behind it in the file, or null */
 };
 

@@ -14,6 +14,7 @@ struct Findings;
 struct LibraryFunction;
 struct LoopUse;
 struct Outcome;
+struct Summary;
 
 enum SymbolFlag : uint32_t {
     SYMBOL_PARAMETER = 1 << 0,
@@ -76,10 +77,11 @@ struct Symbol {
     const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
     const Node *start; /* selector of a target before which it may have no value, so that it must
                           begin with one; null for none */
-    uint16_t now;     /* what its value may be where the values are being traced (values/value.h) */
-    uint16_t since;   /* what it has been since the outermost loop or try around began */
-    uint16_t ever;    /* what it may be anywhere in the function; 0 before its values are traced */
-    Outcome *outcome; /* in the branches or the loop that are being joined (values/flow.cc) */
+    uint16_t now;    /* what its value may be where the values are being traced (values/value.h) */
+    uint16_t since;  /* what it has been since the outermost loop or try around began */
+    uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
+    uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
+    Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */
     const char *class_name; /* what class_of_value has found of all its values; null for nothing */
 };
 
@@ -127,6 +129,7 @@ struct Scope {
     uint32_t last_clear; /* moment of the last clear of all variables; 0 for none */
     uint32_t moment;     /* of an anonymous function: it does not see changes behind it */
     uint32_t number;     /* of an anonymous function, within its function */
+    Summary *summary;    /* of a function whose calls are followed (values/summaries.h), or null */
 };
 
 /* The FILE of the script that a bare name calls, found and parsed; null when it is no script. */

@@ -109,6 +109,8 @@ void begin_effects() {
     Forgotten = OpenScripts = 0;
 }
 
+bool is_in_called_script() { return OpenScripts > 0; }
+
 bool runs_text(const char *name) {
     static const char *const runners[] = {"eval", "evalc", "evalin", nullptr};
     return is_one_of(name, runners);

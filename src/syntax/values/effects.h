@@ -10,6 +10,8 @@ void begin_effects();
 bool runs_text(const char *name);
 /* A call for its effects: of a script, of what sets variables, of what does not return. */
 void note_effects(Node *expression);
+/* Whether the flow is in the statements of a called script. */
+bool is_in_called_script();
 /* clear x y, as a COMMAND or EXPRESSION: they have no values. What a script clears is not kept
  * apart. */
 void trace_clear(const Node *statement);

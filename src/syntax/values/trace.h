@@ -3,9 +3,13 @@
 
 #include "syntax/values/flow.h"
 
-/* What the program itself has under a name that MATLAB's library has too. */
-typedef bool (*FunctionFinder)(const Node *name);
-extern FunctionFinder HasFunction;
+/* What the program itself has under the names of functions. */
+struct FunctionFinders {
+    bool (*has)(const Node *name);             /* whether it has a function, or may have one */
+    Node *(*definition)(const Symbol *symbol); /* FUNCTION of a name that means one of the same
+                                                  file, or null; null: none is looked for */
+};
+extern FunctionFinders Finders;
 /* The function or script whose values are being traced. */
 extern const Scope *TracedScope;
 /* The statement of its body in which the flow is. */
@@ -18,11 +22,12 @@ Value trace_expression(Node *node);
 void trace_all(Node *first);
 /* MATLAB's own function that a name means, or null. */
 const LibraryFunction *library_of(Node *name);
-/* The function that a reference or a name calls, and first of its arguments; null for another
+/* The function that a reference or a name calls, and first of its arguments; all null for another
  * expression. */
 struct LibraryCall {
-    const LibraryFunction *function;
-    Node *arguments; /* null for none */
+    const LibraryFunction *function; /* null where MATLAB's own library does not have it */
+    Node *arguments;                 /* null for none */
+    Node *name;                      /* that is called */
 };
 LibraryCall library_call(Node *node);
 

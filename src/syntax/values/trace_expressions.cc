@@ -3,9 +3,10 @@
 
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
+#include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
 
-FunctionFinder HasFunction;
+FunctionFinders Finders;
 
 namespace {
 
@@ -26,7 +27,7 @@ Value value_of_string(const Node *node) {
 Value value_of_name(Node *name) {
     if (is_variable(name->symbol)) return value_now(name->symbol);
     const LibraryFunction *function = library_of(name);
-    return function ? library_value(function, nullptr) : ANY_VALUE;
+    return function ? library_value(function, nullptr) : value_of_own(name, 0);
 }
 
 // Reading gives a value, or an error.
@@ -118,11 +119,14 @@ Value join_operands(OperatorId joint, Value left, Value right) {
 Value trace_lazy_chain(Node *chain) {
     Mark start = mark_flow();
     int forgotten = times_forgotten();
+    bool was_dead = is_dead();
     for (Node *node = chain->first_child; node; node = node->next) {
         trace_expression(node);
+        if (node == chain->first_child) was_dead = is_dead();
         if (node->next) assume(node, node->next->joint == OPERATOR_AND_THEN);
     }
     undo_flow(start);
+    set_dead(was_dead);
     if (times_forgotten() != forgotten) forget_all(0);
     return ONE_TRUTH;
 }
@@ -199,7 +203,7 @@ const LibraryFunction *library_of(Node *name) {
     Symbol *symbol = name->symbol;
     if (symbol->library) return symbol->library == &NotMatlab ? nullptr : symbol->library;
     const LibraryFunction *function = library_function(name->text);
-    if (function && HasFunction && HasFunction(name)) function = nullptr;
+    if (function && Finders.has(name)) function = nullptr;
     symbol->library = function ? function : &NotMatlab;
     return function;
 }

@@ -5,8 +5,11 @@
 #include "syntax/values/trace.h"
 
 /* Traces the values of a function or script whose names have been settled: enters them into its
- * nodes and symbols. The functions nested in it are traced, too. has_function null: the
- * program has no functions of its own. */
-void trace_function(Scope *scope, FunctionFinder has_function);
+ * nodes and symbols. The functions nested in it are traced, too. */
+void trace_function(Scope *scope, FunctionFinders finders);
+/* The same, without those nested in it, with the Finders as they are. */
+void trace_alone(Scope *scope);
+/* Forgets what trace_alone has entered. */
+void forget_trace(Scope *scope);
 /* The statements of a FILE, where the flow is now. */
 void trace_script(Node *file);

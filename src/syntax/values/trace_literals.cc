@@ -118,10 +118,12 @@ Value trace_cell(Node *cell) {
 Value trace_anonymous(Node *anonymous) {
     const Scope *scope = anonymous->first_child->scope;
     const Scope *outer = TracedScope;
+    bool was_dead = is_dead();
     TracedScope = scope;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         if (is_variable(symbol)) set_value(symbol, ANY_VALUE);
     trace_expression(second_child(anonymous));
     TracedScope = outer;
+    set_dead(was_dead);
     return MAY_BE_FUNCTION | ONE;
 }

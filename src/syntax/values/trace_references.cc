@@ -2,6 +2,7 @@
 #include "syntax/values/effects.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
+#include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/values.h"
 
@@ -106,7 +107,7 @@ Value value_of_selected(Node *base, Node *selector) {
         return ANY_VALUE;
     if (is_variable(base->symbol)) return value_of_index(base->symbol, selector->first_child);
     const LibraryFunction *function = library_of(base);
-    return function ? library_value(function, selector->first_child) : ANY_VALUE;
+    return function ? library_value(function, selector->first_child) : value_of_own(base, 0);
 }
 
 }  // namespace
@@ -140,7 +141,8 @@ Value trace_reference(Node *reference) {
 LibraryCall library_call(Node *node) {
     Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     if (base->kind != NODE_NAME || is_variable(base->symbol)) return {};
-    if (base == node) return {library_of(base), nullptr};
+    if (base == node) return {library_of(base), nullptr, base};
     bool is_call = base->next->kind == NODE_ARGUMENTS && !base->next->next;
-    return is_call ? LibraryCall{library_of(base), base->next->first_child} : LibraryCall{};
+    if (!is_call) return {};
+    return {library_of(base), base->next->first_child, base};
 }

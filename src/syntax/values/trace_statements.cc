@@ -4,6 +4,7 @@
 
 #include "syntax/values/effects.h"
 #include "syntax/values/library_values.h"
+#include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/trace_function.h"
 
@@ -164,12 +165,15 @@ void trace_unwind(Node *node) {
     end_region(region, true);
     set_dead(region->was_dead);
     trace_block(second_child(node));
+    note_function_end(TracedScope);
     if (!ends) end_here();
 }
 
-Value value_of_others(Node *expression) {
+// Of a result after the first.
+Value value_of_other(Node *expression, int index) {
     LibraryCall call = library_call(expression);
-    return call.function ? library_others(call.function, call.arguments) : ANY_VALUE;
+    if (call.function) return library_others(call.function, call.arguments);
+    return call.name ? value_of_own(call.name, index) : ANY_VALUE;
 }
 
 bool is_deal(Node *expression) {
@@ -180,19 +184,21 @@ bool is_deal(Node *expression) {
 // [r, c] = size(x) gives numbers, of which each is one.
 Value value_of_first(Node *expression) {
     LibraryCall call = library_call(expression);
-    if (call.function && call.function->shape == SHAPE_SIZE) return call.function->others;
-    return call.function && call.function->others ? value_of(expression) & ANY_VALUE : ANY_VALUE;
+    if (!call.name) return ANY_VALUE;
+    if (!call.function) return value_of(expression) & ANY_VALUE;
+    if (call.function->shape == SHAPE_SIZE) return call.function->others;
+    return call.function->others ? value_of(expression) & ANY_VALUE : ANY_VALUE;
 }
 
 void trace_results(Node *target, Node *expression) {
     const Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
     bool is_only = argument && !argument->next;
     Value value = value_of_first(expression);
-    Value others = value_of_others(expression);
+    int index = 0;
     for (; target; target = target->next) {
         if (argument) value = value_of(argument) & ANY_VALUE;
         trace_target(target, value, nullptr);
-        value = others;
+        value = value_of_other(expression, ++index);
         if (argument && !is_only) argument = argument->next;
     }
 }
@@ -253,7 +259,7 @@ void trace_statement(Node *node) {
         case NODE_CONTINUE:
             if (InnermostLoop) InnermostLoop->continues = true;
             return end_here();
-        case NODE_RETURN: return end_here();
+        case NODE_RETURN: note_function_end(TracedScope); return end_here();
         case NODE_ARGUMENT_BLOCK: return trace_arguments(node);
         default: return;
     }
@@ -317,12 +323,27 @@ void trace_owner(const Node *owner) {
     while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
     trace_defaults(parameters);
     trace_body(parameters->next->first_child);
+    note_function_end(TracedScope);
+}
+
+void forget_values(Node *first) {
+    for (Node *node = first; node; node = node->next) {
+        node->value = 0;
+        if (node->kind != NODE_FUNCTION) forget_values(first_child(node));
+    }
 }
 
 }  // namespace
 
-void trace_function(Scope *scope, FunctionFinder has_function) {
-    HasFunction = has_function;
+void forget_trace(Scope *scope) {
+    forget_values(scope->owner->first_child);
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        symbol->ever = 0;
+        symbol->start = symbol->starts_in = nullptr;
+    }
+}
+
+void trace_alone(Scope *scope) {
     TracedScope = scope;
     InnermostLoop = nullptr;
     LastAnswer = nullptr;
@@ -332,8 +353,13 @@ void trace_function(Scope *scope, FunctionFinder has_function) {
     trace_owner(scope->owner);
     assert(!is_in_region() && "all regions are left");
     finish_values(scope);
+}
+
+void trace_function(Scope *scope, FunctionFinders finders) {
+    Finders = finders;
+    trace_alone(scope);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
-        trace_function(scope_of(nested->node), has_function);
+        trace_function(scope_of(nested->node), finders);
 }
 
 void trace_script(Node *file) {

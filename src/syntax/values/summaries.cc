@@ -1,0 +1,202 @@
+// The results of the program's own functions.
+//
+// At first a call of a function that has not been traced is taken not to return, so that what a
+// function gives without calling itself is found first. Once a round has found nothing new, what it
+// took for the results is right for any number of calls inside each other.
+#include "syntax/values/summaries.h"
+
+#include <string.h>
+
+#include "support/allocation.h"
+#include "syntax/values/effects.h"
+#include "syntax/values/trace_function.h"
+
+struct CallCell {
+    Summary *callee;
+    CallCell *next;
+};
+
+struct Summary {
+    Scope *scope;
+    Summary *added;        // next one in the file
+    Summary *next;         // in the order in which they are traced
+    Summary *below;        // that waits for it, while they are brought into order
+    const Symbol *symbol;  // names up to it have been looked at for that
+    bool has_place;        // it is, or waits to be, in the order
+    CallCell *calls;       // in the last trace
+    uint32_t traced;       // moment of the last trace; 0 for none
+    uint32_t grown;        // moment at which more has been found of its results
+    uint32_t called;       // moment of the trace that has it in its calls
+};
+
+namespace {
+
+constexpr int MOST_ROUNDS = 5;
+
+struct Order {
+    Summary *first;
+    Summary *last;
+};
+
+Summary *FirstAdded;
+Summary *LastAdded;
+Summary *Traced;  // null: somebody else
+uint32_t Moment;
+
+void append(Order *order, Summary *summary) {
+    (order->last ? order->last->next : order->first) = summary;
+    order->last = summary;
+}
+
+const Node *outputs_of(const Scope *scope) {
+    return scope->owner->kind == NODE_FUNCTION ? scope->owner->first_child->first_child : nullptr;
+}
+
+Summary *summary_of(const Symbol *symbol) {
+    if (is_variable(symbol) || !Finders.definition) return nullptr;
+    const Node *definition = Finders.definition(symbol);
+    const Scope *scope = definition ? scope_of(definition) : nullptr;
+    return scope ? scope->summary : nullptr;
+}
+
+// The next function that it calls and that has no place in the order.
+Summary *next_callee(Summary *summary) {
+    while (summary->symbol) {
+        Summary *callee = summary_of(summary->symbol);
+        summary->symbol = summary->symbol->next;
+        if (callee && !callee->has_place) return callee;
+    }
+    return nullptr;
+}
+
+// Behind all that it calls.
+void place(Order *order, Summary *summary) {
+    while (summary) {
+        summary->has_place = true;
+        if (Summary *callee = next_callee(summary)) {
+            callee->below = summary;
+            summary = callee;
+        } else {
+            append(order, summary);
+            summary = summary->below;
+        }
+    }
+}
+
+Summary *in_order() {
+    Order order = {};
+    for (Summary *summary = FirstAdded; summary; summary = summary->added)
+        if (!summary->has_place) place(&order, summary);
+    return order.first;
+}
+
+// Whether more is known of what it calls than when it was traced.
+bool is_outdated(const Summary *summary) {
+    if (!summary->traced) return true;
+    for (const CallCell *call = summary->calls; call; call = call->next)
+        if (call->callee->grown > summary->traced) return true;
+    return false;
+}
+
+void trace(Summary *summary) {
+    if (summary->traced) forget_trace(summary->scope);
+    summary->traced = ++Moment;
+    summary->calls = nullptr;
+    Traced = summary;
+    trace_alone(summary->scope);
+    Traced = nullptr;
+}
+
+// Answers whether there were any.
+bool trace_outdated(Summary *first) {
+    bool is_any = false;
+    for (Summary *summary = first; summary; summary = summary->next) {
+        if (!is_outdated(summary)) continue;
+        trace(summary);
+        is_any = true;
+    }
+    return is_any;
+}
+
+// Whether nothing new comes within a few rounds.
+bool settles(Summary *first) {
+    for (int round = 0; round < MOST_ROUNDS; round++)
+        if (!trace_outdated(first)) return true;
+    return false;
+}
+
+void add_result(Summary *summary, Symbol *output, Value value) {
+    if ((output->result | value) == output->result) return;
+    output->result |= value;
+    summary->grown = ++Moment;
+}
+
+void give_up(Summary *summary) {
+    for (const Node *output = outputs_of(summary->scope); output; output = output->next)
+        add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING);
+}
+
+bool has_end(const Summary *summary) {
+    const Node *output = outputs_of(summary->scope);
+    return !output || output->symbol->result;
+}
+
+void note_call(Summary *callee) {
+    if (!Traced || callee->called == Traced->traced) return;
+    callee->called = Traced->traced;
+    CallCell *call = AllocRecord<CallCell>();
+    *call = {callee, Traced->calls};
+    Traced->calls = call;
+}
+
+Symbol *output_of(const Scope *scope, int index) {
+    const Node *output = outputs_of(scope);
+    while (output && index-- > 0) output = output->next;
+    bool is_list = output && !output->next && (scope->flags & HAS_VARARGOUT);
+    return output && !is_list ? output->symbol : nullptr;
+}
+
+}  // namespace
+
+void begin_summaries() { FirstAdded = LastAdded = nullptr; }
+
+void add_function(Scope *scope) {
+    Summary *summary = AllocRecord<Summary>();
+    *summary = {};
+    summary->scope = scope;
+    summary->symbol = scope->first_symbol;
+    scope->summary = summary;
+    (LastAdded ? LastAdded->added : FirstAdded) = summary;
+    LastAdded = summary;
+    for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
+        add_function(scope_of(nested->node));
+}
+
+void trace_functions(FunctionFinders finders) {
+    Finders = finders;
+    Summary *first = in_order();
+    bool is_settled = settles(first);
+    for (Summary *summary = first; summary; summary = summary->next)
+        if (!is_settled || !has_end(summary)) give_up(summary);
+    if (settles(first)) return;
+    for (Summary *summary = first; summary; summary = summary->next) give_up(summary);
+    trace_outdated(first);
+}
+
+void note_function_end(const Scope *scope) {
+    if (!scope->summary || is_dead()) return;
+    for (const Node *output = outputs_of(scope); output; output = output->next)
+        add_result(scope->summary, output->symbol, value_now(output->symbol));
+}
+
+Value value_of_own(const Node *name, int index) {
+    if (is_in_called_script()) return ANY_VALUE;
+    Summary *summary = summary_of(name->symbol);
+    if (!summary) return ANY_VALUE;
+    note_call(summary);
+    const Symbol *output = output_of(summary->scope, index);
+    if (!output) return ANY_VALUE;
+    if (!output->result) end_here();
+    Value result = output->result & ANY_VALUE;
+    return kinds_of(result) ? result : ANY_VALUE;
+}

@@ -1,0 +1,21 @@
+/* What calls of the program's own functions give. The functions of a file are traced together: what
+ * an output may be where its function ends is what a call of the function gives, whatever its
+ * arguments are. Functions that call each other are traced anew until nothing new comes. */
+#pragma once
+
+#include "syntax/values/trace.h"
+
+/* No function has been added. */
+void begin_summaries();
+/* A function of the file, whose names have been settled, and those nested in it. It calls no
+ * scripts: their nodes belong to one caller at a time. */
+void add_function(Scope *scope);
+/* Traces all that have been added. */
+void trace_functions(FunctionFinders finders);
+
+/* The function ends here, where the flow is: so its outputs may be what they are now. Without an
+ * effect for a script. */
+void note_function_end(const Scope *scope);
+/* A result, from 0, of a call of a name; ANY_VALUE where it means no function that has been
+ * added. */
+Value value_of_own(const Node *name, int index);
