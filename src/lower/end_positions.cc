@@ -84,8 +84,10 @@ bool is_plain_range(const Node *range) {
     return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;
 }
 
-// What is a text, or comes out of a cell, may be the text ':'.
+// What is a text, or comes out of a cell, may be the text ':'. To a function it may be.
 void check_colon_text(const Node *node) {
+    const bool *is_index = Lowering.end_base->is_used;
+    if (is_index && !*is_index) return;
     if (!(Lowering.scope->flags & HAS_COLON_TEXT)) return;
     bool is_from_cell = node->kind == NODE_REFERENCE && last_selector(node)->kind == NODE_BRACES;
     bool is_text = node->kind != NODE_STRING && is_known_text(value_of(node));
