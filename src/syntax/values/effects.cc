@@ -5,6 +5,7 @@
 
 #include "syntax/names/clear_words.h"
 #include "syntax/spellings.h"
+#include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace_function.h"
 
@@ -84,7 +85,7 @@ Symbol *variable_named(const char *name) {
 void clear_variable(Symbol *symbol) {
     if (!is_variable(symbol) || value_now(symbol) == MAY_BE_MISSING) return;
     Value kind = symbol->flags & SYMBOL_HAS_BRACES ? MAY_BE_CELL : MAY_BE_NUMBER;
-    set_value(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
+    assign(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
 }
 
 // Those that are assigned as a whole only are left alone.
@@ -92,7 +93,7 @@ void clear_all() {
     if (!is_worth_it()) return;
     for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
         bool is_left = is_variable(symbol) && !(symbol->flags & SYMBOL_CHANGED);
-        is_left ? set_value(symbol, MAY_BE_MISSING) : clear_variable(symbol);
+        is_left ? assign(symbol, MAY_BE_MISSING) : clear_variable(symbol);
     }
 }
 
@@ -122,7 +123,7 @@ void forget_all(Value missing) {
     if (!is_worth_it()) return;
     for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
         Value kept = value_now(symbol) & MAY_BE_MISSING;
-        if (is_variable(symbol)) set_value(symbol, ANY_VALUE | kept | missing);
+        if (is_variable(symbol)) assign(symbol, ANY_VALUE | kept | missing);
     }
 }
 

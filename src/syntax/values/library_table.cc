@@ -253,7 +253,7 @@ constexpr LibraryFunction Functions[] = {
     {"strsplit", CELL, 0, SHAPE_ROW, 0},
     {"strtok", TEXT, CELL, SHAPE_TEXT, MAY_BE_TEXT | MAY_BE_CELL | ANY_SHAPE},
     {"strtrim", TEXT, CELL, SHAPE_TEXTS, 0},
-    {"struct", RECORD, 0, SHAPE_ANY, 0},
+    {"struct", RECORD, 0, SHAPE_STRUCT, 0},
     {"struct2cell", CELL, 0, SHAPE_ARRAY, 0},
     {"strvcat", TEXT, 0, SHAPE_ANY, 0},
     {"sub2ind", NUMBER, 0, SHAPE_ANY, 0},

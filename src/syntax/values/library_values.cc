@@ -87,6 +87,15 @@ Value shape_of_first(const LibraryFunction *function, const Node *arguments) {
     return is_number ? numeric_shape(value) : value & ANY_SHAPE;
 }
 
+// Names and values; struct of anything else may give several.
+Value shape_of_struct(const Node *arguments) {
+    for (const Node *name = arguments; name; name = name->next->next) {
+        const Node *value = name->kind == NODE_STRING ? name->next : nullptr;
+        if (!value || may_be(value_of(value), MAY_BE_CELL)) return ANY_SHAPE;
+    }
+    return ONE;
+}
+
 Value shape_of(const LibraryFunction *function, const Node *arguments) {
     switch (function->shape) {
         case SHAPE_ONE: return ONE;
@@ -101,6 +110,7 @@ Value shape_of(const LibraryFunction *function, const Node *arguments) {
         case SHAPE_REDUCED: return shape_reduced(arguments);
         case SHAPE_EXTREME: return shape_of_extreme(arguments);
         case SHAPE_POSITIONS: return shape_of_positions(arguments);
+        case SHAPE_STRUCT: return shape_of_struct(arguments);
         case SHAPE_SIZE:
             return count_of(arguments) == 2 && is_single(value_of(arguments->next))
                        ? ONE

@@ -19,6 +19,7 @@ enum ResultShape : uint8_t {
     SHAPE_EXTREME,   /* the same of one argument, element by element of two */
     SHAPE_POSITIONS, /* find: one position where one is asked for, else any number */
     SHAPE_SIZE,      /* size: one number of two arguments, else a row */
+    SHAPE_STRUCT,    /* struct: one record, unless a value is a cell */
     SHAPE_JOINT,     /* any; it takes over from all arguments, where others do from the first */
     SHAPE_FILE,      /* fopen: one number, where a file is opened */
     SHAPE_NOTHING    /* it does not return */

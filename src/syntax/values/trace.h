@@ -51,7 +51,7 @@ void forget_all(Value missing);
 int times_forgotten();
 
 /* What a target holds after it has been set; value: of what it is set to. */
-void trace_target(Node *target, Value value, const Node *expression);
+void trace_target(Node *target, Value value, Node *expression);
 
 /* The flow goes on where the condition has been true, or false. */
 void assume(Node *condition, bool is_true);

@@ -1,4 +1,5 @@
 // The values of [ ], { } and functions without a name.
+#include "syntax/values/field_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
 
@@ -10,8 +11,11 @@ constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 bool may_be_list(const Node *element) {
     while (element->kind == NODE_PARENS) element = element->first_child;
     if (element->kind != NODE_REFERENCE) return false;
-    for (const Node *selector = second_child(element); selector; selector = selector->next)
-        if (selector->kind != NODE_ARGUMENTS) return true;
+    const Node *holder = element->first_child;
+    for (const Node *selector = holder->next; selector; holder = selector, selector = selector->next) {
+        bool is_field = selector->kind == NODE_FIELD && is_one_record(value_of(holder));
+        if (selector->kind != NODE_ARGUMENTS && !is_field) return true;
+    }
     return false;
 }
 
@@ -121,7 +125,7 @@ Value trace_anonymous(Node *anonymous) {
     bool was_dead = is_dead();
     TracedScope = scope;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol)) set_value(symbol, ANY_VALUE);
+        if (is_variable(symbol)) assign(symbol, ANY_VALUE);
     trace_expression(second_child(anonymous));
     TracedScope = outer;
     set_dead(was_dead);

@@ -1,5 +1,6 @@
 // The values of references: elements, fields, calls.
 #include "syntax/values/effects.h"
+#include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
@@ -91,23 +92,55 @@ bool is_surely_data(const Symbol *symbol, const Node *arguments) {
     return (symbol->flags & DATA) || is_surely_index(arguments);
 }
 
-Value value_of_index(const Symbol *symbol, const Node *arguments) {
-    Value base = value_now(symbol) & ANY_VALUE;
+Value value_of_index(Value base, bool is_data, const Node *arguments) {
+    base &= ANY_VALUE;
     if (!kinds_of(base)) return ANY_VALUE;
     if (may_be(base, MAY_BE_FUNCTION)) {
-        bool is_unknown = kinds_of(base) == ANY_KIND;
-        if (!is_unknown || !is_surely_data(symbol, arguments)) return ANY_VALUE;
+        if (kinds_of(base) != ANY_KIND || !is_data) return ANY_VALUE;
         base &= ~MAY_BE_FUNCTION;
     }
     return selected_value(base, arguments);
 }
 
-Value value_of_selected(Node *base, Node *selector) {
+Value value_of_call(Node *base) {
+    const Node *selector = base->next;
     if (base->kind != NODE_NAME || selector->kind != NODE_ARGUMENTS || selector->next)
         return ANY_VALUE;
-    if (is_variable(base->symbol)) return value_of_index(base->symbol, selector->first_child);
     const LibraryFunction *function = library_of(base);
     return function ? library_value(function, selector->first_child) : value_of_own(base, 0);
+}
+
+// What the selectors have selected so far.
+struct Part {
+    Value value;
+    Symbol *holder;  // that is this value; null for another one
+    bool is_data;    // it is surely no function
+};
+
+Part field_part(Part of, const char *name) {
+    bool is_one = of.holder && is_one_record(of.value & ANY_VALUE);
+    Symbol *field = is_one ? field_of(of.holder, name) : nullptr;
+    return {field ? value_now(field) : Value(ANY_VALUE), field, false};
+}
+
+Part selected_part(Part of, const Node *selector) {
+    const Node *arguments = selector->first_child;
+    if (selector->kind == NODE_FIELD) return field_part(of, selector->text);
+    if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false};
+    bool is_data = of.is_data || is_surely_index(arguments);
+    return {value_of_index(of.value, is_data, arguments), nullptr, false};
+}
+
+// A selector has the value of its part, for who asks what is behind it.
+Value value_of_part(Symbol *variable, Node *selector) {
+    constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
+    Part part = {value_now(variable), variable, (variable->flags & DATA) != 0};
+    for (; selector; selector = selector->next) {
+        part = selected_part(part, selector);
+        selector->value |= part.value;
+    }
+    Value value = part.value & ANY_VALUE;
+    return kinds_of(value) ? value : ANY_VALUE;
 }
 
 }  // namespace
@@ -117,7 +150,7 @@ bool may_be_called(const Node *base, const Node *selector) {
     if (base->next != selector) {
         const Node *before = base->next;
         while (before->next != selector) before = before->next;
-        return before->kind == NODE_FIELD;
+        return before->kind == NODE_FIELD && may_be(value_of(before), MAY_BE_FUNCTION);
     }
     if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
     bool may_be_function = may_be(value_of(base), MAY_BE_FUNCTION);
@@ -135,7 +168,8 @@ Value trace_reference(Node *reference) {
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
     if (is_call && runs_text(base->text)) forget_all(0);
-    return value_of_selected(base, base->next);
+    bool is_of_variable = base->kind == NODE_NAME && !is_call;
+    return is_of_variable ? value_of_part(base->symbol, base->next) : value_of_call(base);
 }
 
 LibraryCall library_call(Node *node) {

@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "syntax/values/effects.h"
+#include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
@@ -101,7 +102,7 @@ void keep_loop_variable(const Node *loop) {
     Value values = value_of(variable->next) & ANY_VALUE;
     Value none = (values & ~(MAY_BE_SINGLE | MAY_BE_FILLED | ANY_SIGN)) | MAY_BE_ARRAY;
     if (may_be(values, MAY_BE_EMPTY)) value |= MAY_BE_NUMBER | none;
-    if (value) set_value(variable->symbol, value);
+    if (value) assign(variable->symbol, value);
 }
 
 // One round of a loop.
@@ -239,7 +240,7 @@ void trace_statement(Node *node) {
         case NODE_EXPRESSION:
             trace_expression(node->first_child);
             trace_clear(node);
-            if (LastAnswer) set_value(LastAnswer, ANY_VALUE | MAY_BE_MISSING);
+            if (LastAnswer) assign(LastAnswer, ANY_VALUE | MAY_BE_MISSING);
             return note_effects(node->first_child);
         case NODE_ASSIGN: return trace_assignment(node);
         case NODE_MULTI_ASSIGN: return trace_multi_assignment(node);
@@ -290,6 +291,8 @@ void begin_values(const Scope *scope) {
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (!is_variable(symbol)) continue;
         symbol->now = symbol->since = value_at_start(scope, symbol);
+        symbol->parts = nullptr;
+        symbol->has_given_parts = symbol->now != MAY_BE_MISSING;
         symbol->ever |= symbol->now;
         if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
     }
@@ -306,7 +309,7 @@ void trace_defaults(const Node *parameters) {
     for (Node *parameter = parameters->first_child; parameter; parameter = parameter->next) {
         if (parameter->kind != NODE_DEFAULT) continue;
         Value value = trace_expression(second_child(parameter));
-        set_value(parameter->first_child->symbol, ANY_VALUE | value);
+        assign(parameter->first_child->symbol, ANY_VALUE | value);
     }
 }
 

@@ -1,4 +1,9 @@
 // What variables hold after an assignment.
+#include <string.h>
+
+#include "syntax/spellings.h"
+#include "syntax/values/field_values.h"
+#include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
 
@@ -71,8 +76,7 @@ Value after_part(Value before, const Node *next) {
     return kind | (before & MAY_BE_OTHER) | (ANY_SHAPE & ~MAY_BE_EMPTY);
 }
 
-Value after_change(Value before, const Node *target, Value value, const Node *expression) {
-    const Node *selector = second_child(target);
+Value after_change(Value before, const Node *selector, Value value, const Node *expression) {
     const Node *arguments = selector->first_child;
     switch (selector->kind) {
         case NODE_BRACES: return after_brace(before, arguments);
@@ -95,12 +99,40 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (kinds_of(before) && !is_same) symbol->start = selector;
 }
 
+// The part of the holder behind a selector is set. A selector has the value of its part before that.
+void set_part(Symbol *holder, Node *selector, Value value, const Node *expression) {
+    Value before = value_now(holder);
+    Value after = after_change(before, selector, value, expression);
+    Symbol *field = nullptr;
+    if (before == MAY_BE_MISSING) begin_fields(holder);
+    if (selector->kind == NODE_FIELD) field = field_of(holder, selector->text);
+    else forget_fields(holder);
+    set_value(holder, after);
+    if (!field) return;
+    selector->value |= value_now(field);
+    if (selector->next) return set_part(field, selector->next, value, expression);
+    assign(field, value & ANY_VALUE);
+}
+
+// struct('a', 1, 'b', 2) makes one record, where no value is a cell.
+void set_fields(Symbol *variable, Node *expression) {
+    LibraryCall call = expression ? library_call(expression) : LibraryCall{};
+    if (!call.function || strcmp(call.function->name, "struct") != 0) return;
+    if (!is_one_record(value_of(expression))) return;
+    begin_fields(variable);
+    for (const Node *name = call.arguments; name; name = name->next->next) {
+        Symbol *field = field_of(variable, intern(name->text));
+        if (field) assign(field, value_of(name->next) & ANY_VALUE);
+    }
+}
+
 }  // namespace
 
-void trace_target(Node *target, Value value, const Node *expression) {
+void trace_target(Node *target, Value value, Node *expression) {
     if (target->kind == NODE_NAME) {
         target->value |= value_now(target->symbol);
-        return set_value(target->symbol, value & ANY_VALUE);
+        assign(target->symbol, value & ANY_VALUE);
+        return set_fields(target->symbol, expression);
     }
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;
@@ -108,5 +140,5 @@ void trace_target(Node *target, Value value, const Node *expression) {
     Value before = value_now(base->symbol);
     base->value |= before;
     note_start(base->symbol, before, base->next);
-    set_value(base->symbol, after_change(before, target, value, expression));
+    set_part(base->symbol, base->next, value, expression);
 }

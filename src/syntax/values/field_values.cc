@@ -1,0 +1,65 @@
+// Fields whose values flow.
+#include "syntax/values/field_values.h"
+
+#include "support/allocation.h"
+
+namespace {
+
+// Each assignment of a variable goes over its fields.
+constexpr int MOST_FIELDS = 64;
+
+// Nothing is known of it, wherever the flow goes on or back to; but of what has got all its fields
+// one by one, it has not got this one.
+Symbol *new_part(Symbol *holder, const char *name) {
+    constexpr uint32_t INHERITED = SYMBOL_VARIABLE | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    Symbol *part = AllocRecord<Symbol>();
+    *part = {};
+    part->name = name;
+    part->scope = holder->scope;
+    part->flags = holder->flags & INHERITED;
+    part->has_given_parts = holder->has_given_parts;
+    part->now = part->since = holder->has_given_parts ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
+    return part;
+}
+
+// Of fields that have not been named so far: the first of all, without a name.
+Symbol *rest_of(Symbol *holder) {
+    if (!holder->parts) holder->parts = new_part(holder, nullptr);
+    return holder->parts;
+}
+
+}  // namespace
+
+Symbol *field_of(Symbol *holder, const char *name) {
+    Symbol *last = rest_of(holder);
+    int count = 0;
+    for (Symbol *part = last->next; part; last = part, part = part->next, count++)
+        if (part->name == name) return part;
+    if (count == MOST_FIELDS) return nullptr;
+    Symbol *part = last->next = new_part(holder, name);
+    if (value_now(holder->parts) == MAY_BE_MISSING) set_value(part, MAY_BE_MISSING);
+    return part;
+}
+
+const Symbol *known_field(const Symbol *holder, const char *name) {
+    const Symbol *part = holder->parts;
+    while (part && part->name != name) part = part->next;
+    return part;
+}
+
+void forget_fields(Symbol *holder) {
+    holder->has_given_parts = true;
+    for (Symbol *part = holder->parts; part; part = part->next)
+        if (part->now != UNKNOWN_FIELD) assign(part, UNKNOWN_FIELD);
+}
+
+void begin_fields(Symbol *holder) {
+    if (!holder->has_given_parts) return;  // they are missing
+    rest_of(holder);
+    for (Symbol *part = holder->parts; part; part = part->next) assign(part, MAY_BE_MISSING);
+}
+
+void assign(Symbol *holder, Value value) {
+    forget_fields(holder);
+    set_value(holder, value);
+}

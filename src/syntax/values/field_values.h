@@ -1,0 +1,26 @@
+/* The values of fields. Where a variable is one record, each of its fields flows as a variable does,
+ * and so do the fields of these. */
+#pragma once
+
+#include "syntax/values/flow.h"
+
+/* What is known of a field of which nothing is known. */
+constexpr Value UNKNOWN_FIELD = ANY_VALUE | MAY_BE_MISSING;
+
+/* Whether it is surely one record, so that a field of it is one value. */
+inline bool is_one_record(Value value) {
+    return is_surely(value, MAY_BE_RECORD) && kinds_of(value) &&
+           !may_be(value, MAY_BE_ARRAY | MAY_BE_EMPTY);
+}
+
+/* The field of what a variable, or another field, holds: its value is that of a variable; null
+ * where there are too many. name: interned. */
+Symbol *field_of(Symbol *holder, const char *name);
+/* The same where there is one; else null. Also when the values have been traced. */
+const Symbol *known_field(const Symbol *holder, const char *name);
+/* The variable or field has another value from here on, with fields of which nothing is known. */
+void assign(Symbol *holder, Value value);
+/* Nothing is known of its fields from here on. */
+void forget_fields(Symbol *holder);
+/* It has none, and has no value or one without fields from here on. */
+void begin_fields(Symbol *holder);
