@@ -5,7 +5,7 @@ namespace mtranslate {
 
 namespace {
 
-constexpr char VARIABLES[] = "x = f(0); y = f(0); k = 1; c = {}; s.a = 0; h = @(t) t;";
+constexpr char VARIABLES[] = "x = f(0); y = f(0); k = 1; c = {}; s.a = f(0); h = @(t) t;";
 
 // The translation, gaps included.
 std::string lowered(StandInHost &host, const std::string &source) {

@@ -34,8 +34,7 @@ bool is_literal(const Node *value) {
 bool is_cell_value(const Node *target, const Node *value) {
     if (is_literal(value) || is_value_list(value, false)) return false;
     if (is_cell_name(value)) return true;
-    bool has_cell = is_cell_name(target->first_child) && !second_child(target)->next;
-    return has_cell && may_be_cell(value);
+    return is_cell_base(target) && may_be_cell(value);
 }
 
 bool is_part(const Node *value) { return value->kind == NODE_REFERENCE && is_cell_part(value); }

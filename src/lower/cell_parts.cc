@@ -65,11 +65,9 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
 }  // namespace
 
 bool is_cell_part(const Node *reference) {
-    const Node *base = reference->first_child;
-    const Node *arguments = base->next;
-    if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS || arguments->next)
-        return false;
-    if (!arguments->first_child || !is_cell_variable(base)) return false;
+    const Node *arguments = last_selector(reference);
+    if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
+    if (!is_cell_base(reference)) return false;
     int several = count_several(arguments);
     bool is_unknown = several < 0 && !arguments->first_child->next;
     return several == 0 || is_unknown;
@@ -77,8 +75,9 @@ bool is_cell_part(const Node *reference) {
 
 mExpr *lower_cell_part(const Node *reference) {
     assert(is_cell_part(reference));
-    const Node *arguments = reference->first_child->next;
-    const char *base = written_name(reference->first_child->symbol);
-    if (count_several(arguments) == 0) return lower_known_part(base, arguments);
-    return lower_unknown_part(base, arguments);
+    const Node *arguments = last_selector(reference);
+    Path path = value_path(reference, arguments);
+    name_repeated_path(&path);
+    if (count_several(arguments) == 0) return lower_known_part(path.text, arguments);
+    return lower_unknown_part(path.text, arguments);
 }

@@ -9,6 +9,7 @@
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
 #include "lower/targets.h"
+#include "syntax/names/field_uses.h"
 #include "syntax/values/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
@@ -75,12 +76,19 @@ const char *selection(const char *base, mExpr *positions, int selecting, int cou
     return text;
 }
 
+// s.f(k) of a field that nobody knows, where s.f{k} stands somewhere. One that is no cell then
+// keeps an array of one element.
+bool is_used_as_cell(const Node *target) {
+    const Node *base = target->first_child;
+    const Node *field = base->next;
+    bool is_plain = field->kind == NODE_FIELD && field->next == last_selector(target);
+    return is_plain && is_cell_field(base->symbol, field->text) &&
+           may_be(value_of(field), MAY_BE_CELL);
+}
+
 // Whether what is left is a cell, as far as the text can tell. One position of it, selected, gives
 // the element in the host.
-bool leaves_cell(const Node *target) {
-    const Node *base = target->first_child;
-    return base->kind == NODE_NAME && base->next == last_selector(target) && is_cell_variable(base);
-}
+bool leaves_cell(const Node *target) { return is_cell_base(target) || is_used_as_cell(target); }
 
 // What a deletion of the first or the last element leaves; null for any other position, and where
 // that is surely no cell. A range leaves a cell also of one element.
@@ -93,14 +101,20 @@ const char *range_left(const Node *target, const Node *arguments) {
     return is_first ? "2.." : "1..-2";
 }
 
-void put_cell_left(const char *variable, const mExpr *positions) {
+void put_inside(const Target *target, const char *value) {
+    Lowering.level++;
+    put_value(target, value);
+    Lowering.level--;
+}
+
+void put_cell_left(const Target *target, const char *base, const mExpr *positions) {
     const char *left = new_temporary();
     put_line("%s := %s;", {left, positions->text});
     put_line("if %s then",
              {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    put_inner_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {variable, variable, left});
+    put_inside(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
     put_line("else", {});
-    put_inner_line("%s := %s(%s);", {variable, variable, left});
+    put_inside(target, form_text("%s(%s)", {base, left}));
     put_line("end if;", {});
 }
 
@@ -140,6 +154,6 @@ void put_deletion(const Node *assignment) {
         return put_value(&target, form_text("%s(%s)", {base, range}));
     mExpr *positions = remaining_positions(base, arguments, selecting);
     int count = count_children(arguments);
-    if (count == 1 && leaves_cell(node)) return put_cell_left(base, positions);
+    if (count == 1 && leaves_cell(node)) return put_cell_left(&target, base, positions);
     put_value(&target, selection(base, positions, selecting, count));
 }

@@ -13,6 +13,7 @@
 #include "lower/shared_parts.h"
 #include "lower/statements.h"
 #include "lower/targets.h"
+#include "syntax/values/value.h"
 #include "syntax/values/values.h"
 
 namespace {
@@ -92,6 +93,7 @@ bool are_cells(const Node *variable, const Node *values) {
     const Node *value = without_parens(values);
     if (value->kind == NODE_CELL) return true;
     if (value->kind == NODE_NAME && is_cell_variable(value)) return true;
+    if (kinds_of(value_of(value)) == MAY_BE_CELL) return true;
     return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
 }
 

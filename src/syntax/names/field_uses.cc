@@ -11,20 +11,32 @@ struct FieldUse {
 
 constexpr int32_t MOST_FIELDS = 64;
 
-static bool has_many(const Symbol *symbol) {
-    return symbol->fields && symbol->fields->count == MOST_FIELDS;
+static bool has_many(const FieldUse *uses) { return uses && uses->count == MOST_FIELDS; }
+
+static bool has_field(const FieldUse *uses, const char *field) {
+    while (uses && uses->field != field) uses = uses->next;
+    return uses;
+}
+
+static void add_field(FieldUse **uses, const char *field) {
+    FieldUse *use = AllocRecord<FieldUse>();
+    *use = {field, *uses, *uses ? (*uses)->count + 1 : 1};
+    *uses = use;
 }
 
 bool uses_field(const Symbol *symbol, const char *field) {
-    if (has_many(symbol)) return true;
-    for (const FieldUse *use = symbol->fields; use; use = use->next)
-        if (use->field == field) return true;
-    return false;
+    return has_many(symbol->fields) || has_field(symbol->fields, field);
 }
 
 void note_field_use(Symbol *symbol, const char *field) {
-    if (uses_field(symbol, field)) return;
-    FieldUse *use = AllocRecord<FieldUse>();
-    *use = {field, symbol->fields, symbol->fields ? symbol->fields->count + 1 : 1};
-    symbol->fields = use;
+    if (!uses_field(symbol, field)) add_field(&symbol->fields, field);
+}
+
+void note_cell_field(Symbol *symbol, const char *field) {
+    bool is_noted = has_many(symbol->cell_fields) || is_cell_field(symbol, field);
+    if (!is_noted) add_field(&symbol->cell_fields, field);
+}
+
+bool is_cell_field(const Symbol *symbol, const char *field) {
+    return has_field(symbol->cell_fields, field);
 }

@@ -72,6 +72,13 @@ void note_asking(NameWalk *walk, const Node *asked) {
         walk->loops.innermost ? UINT32_MAX : std::max(symbol->last_asked, asked->offset);
 }
 
+// s.f{k}
+void note_braces(const Node *base) {
+    const Node *field = base->next;
+    if (field->kind == NODE_FIELD && field->next && field->next->kind == NODE_BRACES)
+        note_cell_field(base->symbol, field->text);
+}
+
 // exist('x') of a parameter: it may not have been given.
 void walk_reference(NameWalk *walk, Node *reference) {
     Node *base = reference->first_child;
@@ -82,6 +89,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
         base->symbol->flags |= SYMBOL_IS_INDEXED;
     if (base->next->kind == NODE_BRACES) base->symbol->flags |= SYMBOL_HAS_BRACES;
     if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
+    note_braces(base);
     walk_nodes(walk, base->next);
     if (strcmp(base->text, "exist") != 0) return;
     const Node *asked = base->next->first_child;
@@ -128,6 +136,7 @@ void set_target(NameWalk *walk, Node *target, const Node *value) {
     Node *base = target->first_child;
     if (base->kind != NODE_NAME) return;
     note_field(base);
+    note_braces(base);
     note_element(mention(walk, base), target);
     note_first_use(target);
     change_name(walk, base);

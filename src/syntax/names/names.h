@@ -74,8 +74,9 @@ struct Symbol {
     Findings *findings;    /* what has been found of its values; null before anybody asks */
     const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
     FieldUse *fields;               /* of it that are named in the text; null for none */
-    Symbol *parts;        /* the values of its fields (values/field_values.h), or null */
-    bool has_given_parts; /* it may have had fields that the walk has not seen being set */
+    FieldUse *cell_fields;          /* behind which braces are used; null for none */
+    Symbol *parts;                  /* the values of its fields (values/field_values.h), or null */
+    bool has_given_parts;  /* it may have had fields that the walk has not seen being set */
     const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
     const Node *start; /* selector of a target before which it may have no value, so that it must
                           begin with one; null for none */

@@ -1,5 +1,5 @@
-/* The values of fields. Where a variable is one record, each of its fields flows as a variable does,
- * and so do the fields of these. */
+/* The values of fields. Where a variable is one record, each of its fields flows as a variable
+ * does, and so do the fields of these. */
 #pragma once
 
 #include "syntax/values/flow.h"

@@ -12,7 +12,8 @@ bool may_be_list(const Node *element) {
     while (element->kind == NODE_PARENS) element = element->first_child;
     if (element->kind != NODE_REFERENCE) return false;
     const Node *holder = element->first_child;
-    for (const Node *selector = holder->next; selector; holder = selector, selector = selector->next) {
+    for (const Node *selector = holder->next; selector;
+         holder = selector, selector = selector->next) {
         bool is_field = selector->kind == NODE_FIELD && is_one_record(value_of(holder));
         if (selector->kind != NODE_ARGUMENTS && !is_field) return true;
     }

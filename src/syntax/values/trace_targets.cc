@@ -99,31 +99,36 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (kinds_of(before) && !is_same) symbol->start = selector;
 }
 
-// The part of the holder behind a selector is set. A selector has the value of its part before that.
-void set_part(Symbol *holder, Node *selector, Value value, const Node *expression) {
+// struct('a', 1, 'b', 2) makes one record, where no value is a cell.
+void set_fields(Symbol *holder, Node *expression) {
+    LibraryCall call = expression ? library_call(expression) : LibraryCall{};
+    if (!call.function || strcmp(call.function->name, "struct") != 0) return;
+    if (!is_one_record(value_of(expression))) return;
+    begin_fields(holder);
+    for (const Node *name = call.arguments; name; name = name->next->next) {
+        Symbol *field = *name->text ? field_of(holder, intern(name->text)) : nullptr;
+        if (field) assign(field, value_of(name->next) & ANY_VALUE);
+    }
+}
+
+// The part of the holder behind a selector is set. A selector has the value of its part before
+// that.
+void set_part(Symbol *holder, Node *selector, Value value, Node *expression) {
     Value before = value_now(holder);
     Value after = after_change(before, selector, value, expression);
     Symbol *field = nullptr;
     if (before == MAY_BE_MISSING) begin_fields(holder);
-    if (selector->kind == NODE_FIELD) field = field_of(holder, selector->text);
-    else forget_fields(holder);
+    if (selector->kind == NODE_FIELD) {
+        field = field_of(holder, selector->text);
+    } else {
+        forget_fields(holder);
+    }
     set_value(holder, after);
     if (!field) return;
     selector->value |= value_now(field);
     if (selector->next) return set_part(field, selector->next, value, expression);
     assign(field, value & ANY_VALUE);
-}
-
-// struct('a', 1, 'b', 2) makes one record, where no value is a cell.
-void set_fields(Symbol *variable, Node *expression) {
-    LibraryCall call = expression ? library_call(expression) : LibraryCall{};
-    if (!call.function || strcmp(call.function->name, "struct") != 0) return;
-    if (!is_one_record(value_of(expression))) return;
-    begin_fields(variable);
-    for (const Node *name = call.arguments; name; name = name->next->next) {
-        Symbol *field = field_of(variable, intern(name->text));
-        if (field) assign(field, value_of(name->next) & ANY_VALUE);
-    }
+    set_fields(field, expression);
 }
 
 }  // namespace

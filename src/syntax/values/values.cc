@@ -398,6 +398,21 @@ bool is_cell_variable(const Node *name) {
     return kinds == MAY_BE_CELL || holds_cell(name->symbol);
 }
 
+static bool is_surely_cell(const Node *base, const Node *field) {
+    for (const Node *selector = base->next; selector != field->next; selector = selector->next)
+        if (selector->kind != NODE_FIELD) return false;
+    return (kinds_of(value_of(field)) & ~MAY_BE_OTHER) == MAY_BE_CELL;
+}
+
+bool is_cell_base(const Node *reference) {
+    const Node *base = reference->first_child;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
+    const Node *last = last_selector(reference);
+    const Node *before = base;
+    while (before->next != last) before = before->next;
+    return before == base ? is_cell_variable(base) : is_surely_cell(base, before);
+}
+
 bool is_always_cell(const Symbol *symbol) {
     return is_traced(symbol) && kinds_of(symbol->ever) == MAY_BE_CELL;
 }

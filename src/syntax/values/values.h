@@ -40,6 +40,9 @@ bool may_be_called(const Node *base, const Node *selector);
 /* Whether the variable, a NAME, holds a cell here. Where the ways to this place differ: braces are
  * used behind it somewhere or a cell is assigned to it, and nothing that is surely none. */
 bool is_cell_variable(const Node *name);
+/* The same of what the last selector of a reference or target is applied to, where that is the
+ * variable; a field of it, or of such a field, surely is a cell. */
+bool is_cell_base(const Node *reference);
 /* Whether the variable is a cell wherever it has a value. */
 bool is_always_cell(const Symbol *symbol);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
