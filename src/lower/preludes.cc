@@ -54,7 +54,8 @@ void put_copy(const Scope *scope, Symbol *parameter) {
     if (!may_be_missing(scope, parameter)) return put_line(form, {name, given});
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     put_inner_line(form, {name, given});
-    if (parameter->start && (parameter->flags & SYMBOL_MAY_BE_MISSING)) {
+    bool is_asked = scope->flags & READS_NARGIN;
+    if (parameter->start && (!is_asked || (parameter->flags & SYMBOL_MAY_BE_MISSING))) {
         put_line("else", {});
         put_inner_line("%s := %s;", {name, start_text(parameter->start, false)});
     }

@@ -49,7 +49,7 @@ void write_outside(const Node *first, const Node *behind) {
 // The functions of the current file. In a script the rest is left to it; else comments stay where
 // they are, and so does the source of what could not be read or is never run.
 void write_functions(bool is_script) {
-    settle_functions();
+    settle_functions(is_script);
     const Node *start = CurrentFile->tree->first_child;
     for (const FileFunction *function = CurrentFile->functions; function;
          function = function->next) {

@@ -19,15 +19,17 @@ Node *find_called_script(const Node *name) {
 
 }  // namespace
 
-void settle_functions() {
+void settle_functions(bool is_script) {
     begin_summaries();
+    bool may_know_calls = !is_script;
     for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
         HasScripts = false;
         Scope *scope = settle_function(function->node, find_called_script);
         function->is_traced = !HasScripts;
         if (function->is_traced) add_function(scope);
+        may_know_calls &= function->is_traced;
     }
-    trace_functions(FINDERS);
+    trace_functions(FINDERS, may_know_calls);
 }
 
 void settle_late(const FileFunction *function) {

@@ -5,8 +5,8 @@
 #include "lower/program_files.h"
 #include "syntax/names/names.h"
 
-/* Settles and traces the functions of the current file. */
-void settle_functions();
+/* Settles and traces the functions of the current file. is_script: its statements may call them. */
+void settle_functions(bool is_script);
 /* The same of one function directly before it is lowered, where that has to wait: the scripts that
  * it calls belong to one function at a time. */
 void settle_late(const FileFunction *function);

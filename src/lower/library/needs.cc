@@ -28,10 +28,12 @@ bool is_no_text(const Node *argument) {
 
 bool is_number(const Node *argument) { return is_surely(value_of(argument), ARITHMETIC); }
 
-// Whether it is a text on none of the ways to this place that are known.
+// Whether it is a text on none of the ways to this place that are known. What is indexed is no
+// function, and may be unknown otherwise.
 bool is_joinable(const Node *argument) {
+    constexpr Value UNKNOWN = ANY_KIND & ~MAY_BE_FUNCTION;
     Value value = value_of(argument);
-    return !may_be(value, MAY_BE_TEXT) || kinds_of(value) == ANY_KIND;
+    return !may_be(value, MAY_BE_TEXT) || (value & UNKNOWN) == UNKNOWN;
 }
 
 // A whole number of the source, or 0.

@@ -8,26 +8,10 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "syntax/values/calls_traced.h"
 #include "syntax/values/effects.h"
+#include "syntax/values/parameters.h"
 #include "syntax/values/trace_function.h"
-
-struct CallCell {
-    Summary *callee;
-    CallCell *next;
-};
-
-struct Summary {
-    Scope *scope;
-    Summary *added;        // next one in the file
-    Summary *next;         // in the order in which they are traced
-    Summary *below;        // that waits for it, while they are brought into order
-    const Symbol *symbol;  // names up to it have been looked at for that
-    bool has_place;        // it is, or waits to be, in the order
-    CallCell *calls;       // in the last trace
-    uint32_t traced;       // moment of the last trace; 0 for none
-    uint32_t grown;        // moment at which more has been found of its results
-    uint32_t called;       // moment of the trace that has it in its calls
-};
 
 namespace {
 
@@ -45,6 +29,7 @@ uint32_t Moment;
 
 void append(Order *order, Summary *summary) {
     (order->last ? order->last->next : order->first) = summary;
+    summary->before = order->last;
     order->last = summary;
 }
 
@@ -52,12 +37,25 @@ const Node *outputs_of(const Scope *scope) {
     return scope->owner->kind == NODE_FUNCTION ? scope->owner->first_child->first_child : nullptr;
 }
 
+}  // namespace
+
 Summary *summary_of(const Symbol *symbol) {
     if (is_variable(symbol) || !Finders.definition) return nullptr;
     const Node *definition = Finders.definition(symbol);
     const Scope *scope = definition ? scope_of(definition) : nullptr;
     return scope ? scope->summary : nullptr;
 }
+
+void trace_summary(Summary *summary) {
+    if (summary->traced) forget_trace(summary->scope);
+    summary->traced = ++Moment;
+    summary->calls = nullptr;
+    Traced = summary;
+    trace_alone(summary->scope);
+    Traced = nullptr;
+}
+
+namespace {
 
 // The next function that it calls and that has no place in the order.
 Summary *next_callee(Summary *summary) {
@@ -83,28 +81,19 @@ void place(Order *order, Summary *summary) {
     }
 }
 
-Summary *in_order() {
+Order in_order() {
     Order order = {};
     for (Summary *summary = FirstAdded; summary; summary = summary->added)
         if (!summary->has_place) place(&order, summary);
-    return order.first;
+    return order;
 }
 
 // Whether more is known of what it calls than when it was traced.
 bool is_outdated(const Summary *summary) {
     if (!summary->traced) return true;
-    for (const CallCell *call = summary->calls; call; call = call->next)
+    for (const TracedCalls *call = summary->calls; call; call = call->next)
         if (call->callee->grown > summary->traced) return true;
     return false;
-}
-
-void trace(Summary *summary) {
-    if (summary->traced) forget_trace(summary->scope);
-    summary->traced = ++Moment;
-    summary->calls = nullptr;
-    Traced = summary;
-    trace_alone(summary->scope);
-    Traced = nullptr;
 }
 
 // Answers whether there were any.
@@ -112,7 +101,7 @@ bool trace_outdated(Summary *first) {
     bool is_any = false;
     for (Summary *summary = first; summary; summary = summary->next) {
         if (!is_outdated(summary)) continue;
-        trace(summary);
+        trace_summary(summary);
         is_any = true;
     }
     return is_any;
@@ -141,12 +130,20 @@ bool has_end(const Summary *summary) {
     return !output || output->symbol->result;
 }
 
-void note_call(Summary *callee) {
-    if (!Traced || callee->called == Traced->traced) return;
-    callee->called = Traced->traced;
-    CallCell *call = AllocRecord<CallCell>();
-    *call = {callee, Traced->calls};
-    Traced->calls = call;
+void find_results(Summary *first) {
+    bool is_settled = settles(first);
+    for (Summary *summary = first; summary; summary = summary->next)
+        if (!is_settled || !has_end(summary)) give_up(summary);
+    if (settles(first)) return;
+    for (Summary *summary = first; summary; summary = summary->next) give_up(summary);
+    trace_outdated(first);
+}
+
+// The first function is everybody's.
+void follow_all_calls(bool may_know_calls) {
+    if (!may_know_calls || !FirstAdded || !FirstAdded->added) return;
+    FirstAdded->is_open = true;
+    for (Summary *summary = FirstAdded; summary; summary = summary->added) follow_calls(summary);
 }
 
 Symbol *output_of(const Scope *scope, int index) {
@@ -158,7 +155,10 @@ Symbol *output_of(const Scope *scope, int index) {
 
 }  // namespace
 
-void begin_summaries() { FirstAdded = LastAdded = nullptr; }
+void begin_summaries() {
+    FirstAdded = LastAdded = nullptr;
+    begin_parameters();
+}
 
 void add_function(Scope *scope) {
     Summary *summary = AllocRecord<Summary>();
@@ -172,15 +172,12 @@ void add_function(Scope *scope) {
         add_function(scope_of(nested->node));
 }
 
-void trace_functions(FunctionFinders finders) {
+void trace_functions(FunctionFinders finders, bool may_know_calls) {
     Finders = finders;
-    Summary *first = in_order();
-    bool is_settled = settles(first);
-    for (Summary *summary = first; summary; summary = summary->next)
-        if (!is_settled || !has_end(summary)) give_up(summary);
-    if (settles(first)) return;
-    for (Summary *summary = first; summary; summary = summary->next) give_up(summary);
-    trace_outdated(first);
+    follow_all_calls(may_know_calls);
+    Order order = in_order();
+    find_results(order.first);
+    trace_parameters(order.last);
 }
 
 void note_function_end(const Scope *scope) {
@@ -189,11 +186,11 @@ void note_function_end(const Scope *scope) {
         add_result(scope->summary, output->symbol, value_now(output->symbol));
 }
 
-Value value_of_own(const Node *name, int index) {
+Value value_of_own(const Node *name, const Node *arguments, int index) {
     if (is_in_called_script()) return ANY_VALUE;
     Summary *summary = summary_of(name->symbol);
     if (!summary) return ANY_VALUE;
-    note_call(summary);
+    if (Traced) note_call(Traced, summary, arguments);
     const Symbol *output = output_of(summary->scope, index);
     if (!output) return ANY_VALUE;
     if (!output->result) end_here();

@@ -10,12 +10,13 @@ void begin_summaries();
 /* A function of the file, whose names have been settled, and those nested in it. It calls no
  * scripts: their nodes belong to one caller at a time. */
 void add_function(Scope *scope);
-/* Traces all that have been added. */
-void trace_functions(FunctionFinders finders);
+/* Traces all that have been added. may_know_calls: nobody else calls those that are not nested, but
+ * for the first: then what all their calls give is what their parameters are. */
+void trace_functions(FunctionFinders finders, bool may_know_calls);
 
 /* The function ends here, where the flow is: so its outputs may be what they are now. Without an
  * effect for a script. */
 void note_function_end(const Scope *scope);
-/* A result, from 0, of a call of a name; ANY_VALUE where it means no function that has been
- * added. */
-Value value_of_own(const Node *name, int index);
+/* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
+ * been traced; null for none. ANY_VALUE where the name means no function that has been added. */
+Value value_of_own(const Node *name, const Node *arguments, int index);

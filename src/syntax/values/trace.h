@@ -42,6 +42,8 @@ void trace_selectors(Node *reference);
 Value trace_operator(OperatorId op, Node *target, Value value);
 /* Part of a value that an index selects. */
 Value selected_value(Value base, const Node *arguments);
+/* Whether it may stand for any number of values, as c{:} and s.f do. */
+bool may_be_list(const Node *element);
 /* Whether an index, the arguments of a reference, surely selects one element. */
 bool selects_one(const Node *arguments);
 /* Every variable of TracedScope may have been set, and to anything; missing: MAY_BE_MISSING where

@@ -2,6 +2,7 @@
 #include <string.h>
 
 #include "syntax/values/library_values.h"
+#include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
@@ -18,6 +19,7 @@ Value value_of_number(const Node *node) {
 }
 
 Value value_of_string(const Node *node) {
+    note_text(node->text);
     Value text = MAY_BE_TEXT | MAY_BE_SINGLE | (has_flag(node, DOUBLE_QUOTED) ? MAY_BE_OTHER : 0);
     size_t length = strlen(node->text);
     if (length == 0) return text | MAY_BE_EMPTY;
@@ -27,7 +29,7 @@ Value value_of_string(const Node *node) {
 Value value_of_name(Node *name) {
     if (is_variable(name->symbol)) return value_now(name->symbol);
     const LibraryFunction *function = library_of(name);
-    return function ? library_value(function, nullptr) : value_of_own(name, 0);
+    return function ? library_value(function, nullptr) : value_of_own(name, nullptr, 0);
 }
 
 // Reading gives a value, or an error.

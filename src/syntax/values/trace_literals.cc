@@ -7,19 +7,6 @@ namespace {
 
 constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 
-// Whether it may stand for any number of values, as c{:} and s.f do.
-bool may_be_list(const Node *element) {
-    while (element->kind == NODE_PARENS) element = element->first_child;
-    if (element->kind != NODE_REFERENCE) return false;
-    const Node *holder = element->first_child;
-    for (const Node *selector = holder->next; selector;
-         holder = selector, selector = selector->next) {
-        bool is_field = selector->kind == NODE_FIELD && is_one_record(value_of(holder));
-        if (selector->kind != NODE_ARGUMENTS && !is_field) return true;
-    }
-    return false;
-}
-
 // What is known of the elements of a literal.
 struct Elements {
     Value all;       // joined

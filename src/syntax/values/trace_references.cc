@@ -2,6 +2,7 @@
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
+#include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
@@ -104,10 +105,12 @@ Value value_of_index(Value base, bool is_data, const Node *arguments) {
 
 Value value_of_call(Node *base) {
     const Node *selector = base->next;
-    if (base->kind != NODE_NAME || selector->kind != NODE_ARGUMENTS || selector->next)
-        return ANY_VALUE;
+    bool has_arguments = selector->kind == NODE_ARGUMENTS;
+    const Node *arguments = has_arguments ? selector->first_child : nullptr;
     const LibraryFunction *function = library_of(base);
-    return function ? library_value(function, selector->first_child) : value_of_own(base, 0);
+    note_applied(base->text, arguments);
+    Value value = function ? library_value(function, arguments) : value_of_own(base, arguments, 0);
+    return has_arguments && !selector->next ? value : Value(ANY_VALUE);
 }
 
 // What the selectors have selected so far.
@@ -145,6 +148,18 @@ Value value_of_part(Symbol *variable, Node *selector) {
 
 }  // namespace
 
+bool may_be_list(const Node *element) {
+    while (element->kind == NODE_PARENS) element = element->first_child;
+    if (element->kind != NODE_REFERENCE) return false;
+    const Node *holder = element->first_child;
+    for (const Node *selector = holder->next; selector;
+         holder = selector, selector = selector->next) {
+        bool is_field = selector->kind == NODE_FIELD && is_one_record(value_of(holder));
+        if (selector->kind != NODE_ARGUMENTS && !is_field) return true;
+    }
+    return false;
+}
+
 bool may_be_called(const Node *base, const Node *selector) {
     if (selector->kind != NODE_ARGUMENTS || is_surely_index(selector->first_child)) return false;
     if (base->next != selector) {
@@ -168,8 +183,8 @@ Value trace_reference(Node *reference) {
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
     if (is_call && runs_text(base->text)) forget_all(0);
-    bool is_of_variable = base->kind == NODE_NAME && !is_call;
-    return is_of_variable ? value_of_part(base->symbol, base->next) : value_of_call(base);
+    if (is_call) return value_of_call(base);
+    return base->kind == NODE_NAME ? value_of_part(base->symbol, base->next) : Value(ANY_VALUE);
 }
 
 LibraryCall library_call(Node *node) {

@@ -5,6 +5,7 @@
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
+#include "syntax/values/parameters.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/trace_function.h"
@@ -90,6 +91,7 @@ Value value_of_column(const Node *values) {
 void set_loop_variable(Node *loop) {
     Node *variable = loop->first_child;
     Value value = value_of_column(variable->next);
+    if (variable->kind == NODE_REFERENCE) trace_selectors(variable);
     trace_target(variable, value, nullptr);
     if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
 }
@@ -174,7 +176,7 @@ void trace_unwind(Node *node) {
 Value value_of_other(Node *expression, int index) {
     LibraryCall call = library_call(expression);
     if (call.function) return library_others(call.function, call.arguments);
-    return call.name ? value_of_own(call.name, index) : ANY_VALUE;
+    return call.name ? value_of_own(call.name, call.arguments, index) : ANY_VALUE;
 }
 
 bool is_deal(Node *expression) {
@@ -282,6 +284,8 @@ Value value_at_start(const Scope *scope, const Symbol *symbol) {
             return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
         return scope->creator ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(MAY_BE_MISSING);
     }
+    Value given = value_given(scope, symbol);
+    if (given != (ANY_VALUE | MAY_BE_MISSING)) return given;
     bool may_be_missing =
         (scope->flags & (READS_NARGIN | ASKS_EXIST)) || (symbol->flags & SYMBOL_MAY_BE_MISSING);
     return may_be_missing ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(ANY_VALUE);

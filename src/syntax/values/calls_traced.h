@@ -1,0 +1,37 @@
+/* The functions of a file and the calls among them, as far as they have been traced. */
+#pragma once
+
+#include "syntax/values/trace.h"
+
+/* The calls of one function in another one, or in itself, together. */
+struct TracedCalls {
+    Summary *caller;
+    Summary *callee;
+    uint32_t trace;    /* moment of the caller's trace: the last one counts */
+    Value *given;      /* for each parameter what the calls give, joined; MAY_BE_MISSING where one
+                          gives nothing */
+    TracedCalls *next; /* of the caller */
+    TracedCalls *next_of_callee;
+};
+
+/* What is known of a function. */
+struct Summary {
+    Scope *scope;
+    Summary *added;       /* next one in the file */
+    Summary *next;        /* called before it, or traced behind it, in the order of tracing */
+    Summary *before;      /* the other way */
+    Summary *below;       /* that waits for it, while they are brought into order */
+    const Symbol *symbol; /* names up to it have been looked at for that */
+    bool has_place;       /* it is, or waits to be, in the order */
+    bool is_open;         /* others may call it, with anything */
+    TracedCalls *calls;   /* in the last trace */
+    TracedCalls *callers; /* calls of it, also of earlier traces */
+    const Value *given;   /* what its parameters may be at its start; null: nothing is known */
+    uint32_t traced;      /* moment of the last trace; 0 for none */
+    uint32_t grown;       /* moment at which more has been found of its results */
+};
+
+/* The function of the file that a name means; null for any other. */
+Summary *summary_of(const Symbol *symbol);
+/* Traces it, anew if it has been traced before. */
+void trace_summary(Summary *summary);

@@ -1,0 +1,148 @@
+// What parameters are given.
+#include "syntax/values/parameters.h"
+
+#include <string.h>
+
+#include "support/allocation.h"
+#include "syntax/spellings.h"
+#include "syntax/values/field_values.h"
+
+namespace {
+
+constexpr Value UNKNOWN = ANY_VALUE | MAY_BE_MISSING;
+// Those behind are unknown.
+constexpr int32_t MOST_PARAMETERS = 16;
+constexpr size_t LONGEST_NAME = 63;
+
+NameMap Named;     // functions of the file by their names, as texts may name them
+bool CallsByText;  // some function may be called by a text that nobody knows
+
+int32_t count_followed(const Summary *summary) {
+    int32_t count = summary->scope->parameters;
+    return count < MOST_PARAMETERS ? count : MOST_PARAMETERS;
+}
+
+// Those in one trace of the caller.
+TracedCalls *calls_of(Summary *caller, Summary *callee) {
+    TracedCalls *calls = callee->callers;
+    if (calls && calls->caller == caller && calls->trace == caller->traced) return calls;
+    calls = AllocRecord<TracedCalls>();
+    *calls = {caller, callee, caller->traced, nullptr, caller->calls, callee->callers};
+    caller->calls = callee->callers = calls;
+    size_t size = sizeof(Value) * MOST_PARAMETERS;
+    calls->given = static_cast<Value *>(AllocKept(size));
+    memset(calls->given, 0, size);
+    return calls;
+}
+
+Value value_of_argument(const Node *argument) {
+    Value value = value_of(argument) & ANY_VALUE;
+    return kinds_of(value) ? value : ANY_VALUE;
+}
+
+bool is_last_trace(const TracedCalls *calls) { return calls->trace == calls->caller->traced; }
+
+// Functions that find others at run time, or let texts run.
+bool finds_functions(const char *name) {
+    static const char *const finders[] = {"eval",   "evalc",    "evalin",         "assignin",
+                                          "feval",  "str2func", "localfunctions", "run",
+                                          "source", nullptr};
+    for (const char *const *finder = finders; *finder; finder++)
+        if (strcmp(name, *finder) == 0) return true;
+    return false;
+}
+
+bool applies_function(const char *name) {
+    return strcmp(name, "cellfun") == 0 || strcmp(name, "arrayfun") == 0 ||
+           strcmp(name, "structfun") == 0;
+}
+
+// What a function does with the others of its file.
+bool are_calls_known(const Scope *scope) {
+    for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (is_variable(symbol)) continue;
+        if (finds_functions(symbol->name)) return false;
+        Summary *summary = symbol->flags & SYMBOL_CALLED ? summary_of(symbol) : nullptr;
+        if (summary) summary->is_open = true;
+    }
+    return true;
+}
+
+// What is given may be changed by a block of arguments.
+bool has_argument_block(const Scope *scope) {
+    const Node *node = child_of_kind(scope->owner, NODE_BLOCK)->first_child;
+    while (node && node->kind != NODE_ARGUMENT_BLOCK) node = node->next;
+    return node != nullptr;
+}
+
+Value joined_value(const Summary *summary, int32_t parameter) {
+    Value value = 0;
+    for (const TracedCalls *calls = summary->callers; calls; calls = calls->next_of_callee)
+        if (is_last_trace(calls)) value |= calls->given[parameter];
+    return value;
+}
+
+// Whether anything is known. A function that is never called is given anything.
+bool join_calls(Summary *summary) {
+    int32_t count = count_followed(summary);
+    if (summary->is_open || count == 0 || has_argument_block(summary->scope)) return false;
+    Value *given = static_cast<Value *>(AllocKept(sizeof(Value) * MOST_PARAMETERS));
+    bool is_known = false;
+    for (int32_t k = 0; k < count; k++) {
+        Value value = joined_value(summary, k);
+        if (!value) return false;
+        given[k] = value;
+        is_known |= value != UNKNOWN && value != ANY_VALUE;
+    }
+    summary->given = given;
+    return is_known;
+}
+
+}  // namespace
+
+void begin_parameters() {
+    Named = {};
+    CallsByText = false;
+}
+
+void follow_calls(Summary *summary) {
+    void *other = enter_name(&Named, intern(summary->scope->owner->text), summary);
+    if (!other) return;
+    static_cast<Summary *>(other)->is_open = true;
+    summary->is_open = true;
+}
+
+void note_text(const char *text) {
+    if (!Named.used || !*text || strlen(text) > LONGEST_NAME) return;
+    Summary *summary = static_cast<Summary *>(find_name(&Named, intern(text)));
+    if (summary) summary->is_open = true;
+}
+
+void note_applied(const char *name, const Node *function) {
+    if (!function || !applies_function(name) || function->kind == NODE_STRING) return;
+    if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
+}
+
+void note_call(Summary *caller, Summary *callee, const Node *arguments) {
+    Value *given = calls_of(caller, callee)->given;
+    int32_t count = count_followed(callee);
+    int32_t k = 0;
+    for (; arguments && k < count && !may_be_list(arguments); arguments = arguments->next)
+        given[k++] |= value_of_argument(arguments);
+    Value rest = arguments ? UNKNOWN : Value(MAY_BE_MISSING);
+    while (k < count) given[k++] |= rest;
+}
+
+void trace_parameters(Summary *last) {
+    if (!Named.used || CallsByText) return;
+    for (const Summary *summary = last; summary; summary = summary->before)
+        if (!are_calls_known(summary->scope)) return;
+    for (Summary *summary = last; summary; summary = summary->before)
+        if (join_calls(summary)) trace_summary(summary);
+}
+
+Value value_given(const Scope *scope, const Symbol *parameter) {
+    const Value *given = scope->summary ? scope->summary->given : nullptr;
+    return given && parameter->position <= MOST_PARAMETERS ? given[parameter->position - 1]
+                                                           : UNKNOWN;
+}
