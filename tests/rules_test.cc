@@ -240,6 +240,40 @@ take.results.default."{1}, 'x'" = "some_of({1}, {results})"
           "<command>: warning: 1 function is found nowhere and left to the host: take [MT401]\n"}});
 }
 
+TEST_F(Rules, tell_what_results_are) {
+    const char *rules = R"toml([functions]
+f = "ff({args})"
+n = { default = "nn({args})", kind = "number" }
+t = { default = "tt({args})", kind = "truth" }
+w = { default = "ww({args})", kind = "text" }
+c = { default = "cc({args})", kind = "cell" }
+s = { default = "ss({args})", kind = "several" }
+"p.n" = { default = "pn({args})", kind = "number" }
+numel = { default = "sides({args})", kind = "several" }
+)toml";
+    check_answers(rules,
+                  {
+                      {"if n(1) < 2, a = 1; end", "if nn(1) < 2 then\n    a := 1;\nend if;"},
+                      {"if n < 2, a = 1; end", "if nn() < 2 then\n    a := 1;\nend if;"},
+                      {"if p.n(1) < 2, a = 1; end", "if pn(1) < 2 then\n    a := 1;\nend if;"},
+                      {"a = {1, 2}; b = a(t(1));",
+                       "a := rtable([1, 2],subtype='Vector[row]');\nb := a(tt(1));"},
+                      {"a = w(1); b = [a 2];", "a := ww(1);\nb := horzcat(a, 2);"},
+                      {"a = c(1); b = a(2);", "a := cc(1);\nb := a(2..2);"},
+                      {"a = {1, 2}; b = a(s(1));",
+                       "a := rtable([1, 2],subtype='Vector[row]');\nb := a(ss(1));"},
+                      {"x = f(1); a = numel(x) + 1;", "x := ff(1);\na := sides(x) +~ 1;"},
+                      {"x = f(1); f(numel(x));", "x := ff(1);\nff(sides(x));"},
+                  });
+    write(directory / "r.m", "function r\nif n(1) < 2, return, end\nfunction b = n(x)\nb = {x};\n");
+    check(
+        {{"mtranslate --rules r.toml r.m", 0,
+          "r := proc(  )\n    if ArrayTools[AllNonZero](evalhf(zip(`<`,eval(n(1)),eval(2)))) then\n"
+          "        return;\n    end if;\nend proc;\n\nn := proc( x )\n    local b;\n    b := "
+          "rtable([x],subtype='Vector[row]');\n    return b;\nend proc;\n\n",
+          ""}});
+}
+
 TEST_F(Rules, have_forms_for_constructs) {
     const std::string rules = R"toml([forms]
 try.named = """

@@ -33,7 +33,8 @@ struct Observers {
     /* The run's own file has been lowered, with all that it calls. Its names are settled. */
     void (*program)(void *context, const SourceFile *file);
 
-    /* What the first result of a call is. name: of the source, with the dots of packages. */
+    /* What the first result of a call is, where no function of the same file is meant. name: of the
+     * source, with the dots of packages. */
     ResultKind (*result_kind)(void *context, const char *name);
     /* The translation calls a function that the front end brings along. Where this is not null,
      * such functions are no part of translations: they stand in a text of their own. */

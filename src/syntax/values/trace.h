@@ -36,6 +36,9 @@ Value trace_matrix(Node *matrix);
 Value trace_cell(Node *cell);
 Value trace_reference(Node *reference);
 Value trace_anonymous(Node *anonymous);
+/* The value of a call of a name that is no variable, with these arguments, first and siblings; both
+ * null for a bare name. */
+Value value_of_call(Node *name, const Node *selectors, const Node *arguments);
 /* What stands in the selectors of a target. */
 void trace_selectors(Node *reference);
 /* The value of target op value. */

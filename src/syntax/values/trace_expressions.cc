@@ -5,6 +5,7 @@
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
+#include "syntax/values/told_results.h"
 #include "syntax/values/trace.h"
 
 FunctionFinders Finders;
@@ -28,8 +29,7 @@ Value value_of_string(const Node *node) {
 
 Value value_of_name(Node *name) {
     if (is_variable(name->symbol)) return value_now(name->symbol);
-    const LibraryFunction *function = library_of(name);
-    return function ? library_value(function, nullptr) : value_of_own(name, nullptr, 0);
+    return value_of_call(name, nullptr, nullptr);
 }
 
 // Reading gives a value, or an error.
@@ -192,6 +192,12 @@ Value trace_range(Node *range) {
 }
 
 }  // namespace
+
+Value value_of_call(Node *name, const Node *selectors, const Node *arguments) {
+    if (Value told = told_value(name, selectors)) return told;
+    const LibraryFunction *function = library_of(name);
+    return function ? library_value(function, arguments) : value_of_own(name, arguments, 0);
+}
 
 Value trace_operator(OperatorId op, Node *target, Value value) {
     return read(join_operands(op, read(trace_expression(target)), value));

@@ -5,6 +5,7 @@
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
+#include "syntax/values/told_results.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/values.h"
 
@@ -103,13 +104,23 @@ Value value_of_index(Value base, bool is_data, const Node *arguments) {
     return selected_value(base, arguments);
 }
 
-Value value_of_call(Node *base) {
+// A function of a package, p.f(x): others that fields stand behind are called without arguments.
+Value value_of_member(Node *base) {
     const Node *selector = base->next;
+    while (selector && selector->kind == NODE_FIELD) selector = selector->next;
+    bool is_call = !selector || (selector->kind == NODE_ARGUMENTS && !selector->next);
+    Value told = is_call ? told_value(base, base->next) : Value(0);
+    if (!told) value_of_call(base, nullptr, nullptr);
+    return told ? told : ANY_VALUE;
+}
+
+Value value_behind_call(Node *base) {
+    const Node *selector = base->next;
+    if (selector->kind == NODE_FIELD) return value_of_member(base);
     bool has_arguments = selector->kind == NODE_ARGUMENTS;
     const Node *arguments = has_arguments ? selector->first_child : nullptr;
-    const LibraryFunction *function = library_of(base);
     note_applied(base->text, arguments);
-    Value value = function ? library_value(function, arguments) : value_of_own(base, arguments, 0);
+    Value value = value_of_call(base, selector, arguments);
     return has_arguments && !selector->next ? value : Value(ANY_VALUE);
 }
 
@@ -183,7 +194,7 @@ Value trace_reference(Node *reference) {
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
     if (is_call && runs_text(base->text)) forget_all(0);
-    if (is_call) return value_of_call(base);
+    if (is_call) return value_behind_call(base);
     return base->kind == NODE_NAME ? value_of_part(base->symbol, base->next) : Value(ANY_VALUE);
 }
 
