@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include "syntax/spellings.h"
+#include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace.h"
 
@@ -31,28 +32,73 @@ const KindTest KindTests[] = {
     {"isinteger", MAY_BE_NUMBER, false}, {"is_function_handle", MAY_BE_FUNCTION, true},
 };
 
-Symbol *tested_variable(const Node *arguments) {
-    if (!arguments || arguments->kind != NODE_NAME) return nullptr;
-    return is_variable(arguments->symbol) ? arguments->symbol : nullptr;
+// s.f, where s is one record.
+Symbol *tested_field(const Node *reference) {
+    const Node *holder = reference->first_child;
+    if (holder->kind != NODE_NAME || !is_variable(holder->symbol)) return nullptr;
+    Symbol *symbol = holder->symbol;
+    for (const Node *part = holder->next; part && symbol; holder = part, part = part->next) {
+        bool is_field = part->kind == NODE_FIELD && is_one_record(value_now(symbol) & ANY_VALUE);
+        symbol = is_field ? field_of(symbol, part->text) : nullptr;
+    }
+    return symbol;
 }
 
-void assume_kind(Symbol *symbol, const char *name, bool is_true) {
+// The variable or the field that is asked about; null for anything else.
+Symbol *tested_variable(const Node *argument) {
+    if (!argument) return nullptr;
+    if (argument->kind == NODE_REFERENCE) return tested_field(argument);
+    bool is_name = argument->kind == NODE_NAME && is_variable(argument->symbol);
+    return is_name ? argument->symbol : nullptr;
+}
+
+void assume_test(Symbol *symbol, const KindTest &test, bool is_true) {
     constexpr Value OTHERS = ANY_VALUE & ~ANY_KIND;
-    for (const KindTest &test : KindTests) {
-        if (strcmp(test.name, name) != 0) continue;
-        if (is_true) {
-            keep_only(symbol, OTHERS | test.kinds);
-        } else if (test.is_exact) {
-            keep_only(symbol, ANY_VALUE & ~test.kinds);
-        }
+    if (is_true) {
+        keep_only(symbol, OTHERS | test.kinds);
+    } else if (test.is_exact) {
+        keep_only(symbol, ANY_VALUE & ~test.kinds);
     }
 }
 
-// isa(x, 'function_handle')
+void assume_kind(Symbol *symbol, const char *name, bool is_true) {
+    for (const KindTest &test : KindTests)
+        if (strcmp(test.name, name) == 0) assume_test(symbol, test, is_true);
+}
+
+// isa(x, 'class'): a number that is not of one class is of another.
+const KindTest Classes[] = {
+    {"function_handle", MAY_BE_FUNCTION, true},
+    {"char", MAY_BE_TEXT, true},
+    {"cell", MAY_BE_CELL, true},
+    {"struct", MAY_BE_RECORD, true},
+    {"logical", MAY_BE_TRUTH, true},
+    {"numeric", MAY_BE_NUMBER, true},
+    {"double", MAY_BE_NUMBER, false},
+    {"single", MAY_BE_NUMBER, false},
+    {"float", MAY_BE_NUMBER, false},
+    {"integer", MAY_BE_NUMBER, false},
+};
+
 void assume_class(Symbol *symbol, const Node *name, bool is_true) {
-    if (!name || name->kind != NODE_STRING || strcmp(name->text, "function_handle") != 0) return;
-    Value kinds = is_true ? MAY_BE_FUNCTION : ANY_KIND & ~MAY_BE_FUNCTION;
-    keep_only(symbol, (ANY_VALUE & ~ANY_KIND) | kinds);
+    if (!name || name->kind != NODE_STRING) return;
+    for (const KindTest &test : Classes)
+        if (strcmp(test.name, name->text) == 0) assume_test(symbol, test, is_true);
+}
+
+// isscalar(x), isrow(x), iscolumn(x): how one element is held they do not tell.
+bool assume_shape(Symbol *symbol, const char *name, bool is_true) {
+    constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
+    if (strcmp(name, "isscalar") == 0) {
+        if (is_true) keep_only(symbol, ANY_VALUE & ~(SIZED | MAY_BE_EMPTY));
+    } else if (strcmp(name, "isrow") == 0) {
+        if (is_true) keep_only(symbol, ANY_VALUE & ~MAY_HAVE_ROWS);
+    } else if (strcmp(name, "iscolumn") == 0) {
+        if (is_true) keep_only(symbol, ANY_VALUE & ~MAY_HAVE_COLUMNS);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 // Whether nothing has set the parameter on any way to here.
@@ -88,7 +134,7 @@ void assume_call(Node *node, bool is_true) {
     if (strcmp(name, "isempty") == 0)
         return keep_only(symbol, is_true ? ANY_VALUE & ~MAY_BE_FILLED : ANY_VALUE & ~MAY_BE_EMPTY);
     if (strcmp(name, "isa") == 0) return assume_class(symbol, call.arguments->next, is_true);
-    assume_kind(symbol, name, is_true);
+    if (!assume_shape(symbol, name, is_true)) assume_kind(symbol, name, is_true);
 }
 
 const Node *inside(const Node *node) {
