@@ -18,7 +18,7 @@ struct TracedCalls {
 struct Summary {
     Scope *scope;
     Summary *added;       /* next one in the file */
-    Summary *next;        /* called before it, or traced behind it, in the order of tracing */
+    Summary *next;        /* in the order of the first traces: after what it calls */
     Summary *before;      /* the other way */
     Summary *below;       /* that waits for it, while they are brought into order */
     const Symbol *symbol; /* names up to it have been looked at for that */

@@ -7,6 +7,8 @@ namespace {
 
 // Each assignment of a variable goes over its fields.
 constexpr int MOST_FIELDS = 64;
+constexpr int MOST_INNER_FIELDS = 8;
+constexpr int DEEPEST_HOLDER = 3;
 
 // Nothing is known of it, wherever the flow goes on or back to; but of what has got all its fields
 // one by one, it has not got this one.
@@ -30,27 +32,22 @@ Symbol *rest_of(Symbol *holder) {
 
 }  // namespace
 
-Symbol *field_of(Symbol *holder, const char *name) {
+Symbol *field_of(Symbol *holder, const char *name, int depth) {
+    if (depth == DEEPEST_HOLDER) return nullptr;
     Symbol *last = rest_of(holder);
     int count = 0;
     for (Symbol *part = last->next; part; last = part, part = part->next, count++)
         if (part->name == name) return part;
-    if (count == MOST_FIELDS) return nullptr;
+    if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return nullptr;
     Symbol *part = last->next = new_part(holder, name);
     if (value_now(holder->parts) == MAY_BE_MISSING) set_value(part, MAY_BE_MISSING);
-    return part;
-}
-
-const Symbol *known_field(const Symbol *holder, const char *name) {
-    const Symbol *part = holder->parts;
-    while (part && part->name != name) part = part->next;
     return part;
 }
 
 void forget_fields(Symbol *holder) {
     holder->has_given_parts = true;
     for (Symbol *part = holder->parts; part; part = part->next)
-        if (part->now != UNKNOWN_FIELD) assign(part, UNKNOWN_FIELD);
+        if (part->now != UNKNOWN_FIELD || part->parts) assign(part, UNKNOWN_FIELD);
 }
 
 void begin_fields(Symbol *holder) {

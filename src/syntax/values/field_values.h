@@ -13,11 +13,10 @@ inline bool is_one_record(Value value) {
            !may_be(value, MAY_BE_ARRAY | MAY_BE_EMPTY);
 }
 
-/* The field of what a variable, or another field, holds: its value is that of a variable; null
- * where there are too many. name: interned. */
-Symbol *field_of(Symbol *holder, const char *name);
-/* The same where there is one; else null. Also when the values have been traced. */
-const Symbol *known_field(const Symbol *holder, const char *name);
+/* The field of what a variable, or another field, holds: its value flows as that of a variable.
+ * Null where there are too many, or it lies too deep: nothing is known of that one. name: interned;
+ * depth: of fields around the holder, 0 for a variable. */
+Symbol *field_of(Symbol *holder, const char *name, int depth);
 /* The variable or field has another value from here on, with fields of which nothing is known. */
 void assign(Symbol *holder, Value value);
 /* Nothing is known of its fields from here on. */

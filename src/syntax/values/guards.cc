@@ -37,9 +37,10 @@ Symbol *tested_field(const Node *reference) {
     const Node *holder = reference->first_child;
     if (holder->kind != NODE_NAME || !is_variable(holder->symbol)) return nullptr;
     Symbol *symbol = holder->symbol;
-    for (const Node *part = holder->next; part && symbol; holder = part, part = part->next) {
+    int depth = 0;
+    for (const Node *part = holder->next; part && symbol; part = part->next) {
         bool is_field = part->kind == NODE_FIELD && is_one_record(value_now(symbol) & ANY_VALUE);
-        symbol = is_field ? field_of(symbol, part->text) : nullptr;
+        symbol = is_field ? field_of(symbol, part->text, depth++) : nullptr;
     }
     return symbol;
 }

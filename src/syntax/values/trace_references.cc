@@ -129,26 +129,27 @@ struct Part {
     Value value;
     Symbol *holder;  // that is this value; null for another one
     bool is_data;    // it is surely no function
+    int depth;       // of fields
 };
 
 Part field_part(Part of, const char *name) {
     bool is_one = of.holder && is_one_record(of.value & ANY_VALUE);
-    Symbol *field = is_one ? field_of(of.holder, name) : nullptr;
-    return {field ? value_now(field) : Value(ANY_VALUE), field, false};
+    Symbol *field = is_one ? field_of(of.holder, name, of.depth) : nullptr;
+    return {field ? value_now(field) : Value(ANY_VALUE), field, false, of.depth + 1};
 }
 
 Part selected_part(Part of, const Node *selector) {
     const Node *arguments = selector->first_child;
     if (selector->kind == NODE_FIELD) return field_part(of, selector->text);
-    if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false};
+    if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false, 0};
     bool is_data = of.is_data || is_surely_index(arguments);
-    return {value_of_index(of.value, is_data, arguments), nullptr, false};
+    return {value_of_index(of.value, is_data, arguments), nullptr, false, 0};
 }
 
 // A selector has the value of its part, for who asks what is behind it.
 Value value_of_part(Symbol *variable, Node *selector) {
     constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
-    Part part = {value_now(variable), variable, (variable->flags & DATA) != 0};
+    Part part = {value_now(variable), variable, (variable->flags & DATA) != 0, 0};
     for (; selector; selector = selector->next) {
         part = selected_part(part, selector);
         selector->value |= part.value;

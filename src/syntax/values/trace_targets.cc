@@ -100,35 +100,35 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
 }
 
 // struct('a', 1, 'b', 2) makes one record, where no value is a cell.
-void set_fields(Symbol *holder, Node *expression) {
+void set_fields(Symbol *holder, int depth, Node *expression) {
     LibraryCall call = expression ? library_call(expression) : LibraryCall{};
     if (!call.function || strcmp(call.function->name, "struct") != 0) return;
     if (!is_one_record(value_of(expression))) return;
     begin_fields(holder);
     for (const Node *name = call.arguments; name; name = name->next->next) {
-        Symbol *field = *name->text ? field_of(holder, intern(name->text)) : nullptr;
+        Symbol *field = *name->text ? field_of(holder, intern(name->text), depth) : nullptr;
         if (field) assign(field, value_of(name->next) & ANY_VALUE);
     }
 }
 
 // The part of the holder behind a selector is set. A selector has the value of its part before
 // that.
-void set_part(Symbol *holder, Node *selector, Value value, Node *expression) {
+void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expression) {
     Value before = value_now(holder);
     Value after = after_change(before, selector, value, expression);
     Symbol *field = nullptr;
     if (before == MAY_BE_MISSING) begin_fields(holder);
     if (selector->kind == NODE_FIELD) {
-        field = field_of(holder, selector->text);
+        field = field_of(holder, selector->text, depth);
     } else {
         forget_fields(holder);
     }
     set_value(holder, after);
     if (!field) return;
     selector->value |= value_now(field);
-    if (selector->next) return set_part(field, selector->next, value, expression);
+    if (selector->next) return set_part(field, depth + 1, selector->next, value, expression);
     assign(field, value & ANY_VALUE);
-    set_fields(field, expression);
+    set_fields(field, depth + 1, expression);
 }
 
 }  // namespace
@@ -137,7 +137,7 @@ void trace_target(Node *target, Value value, Node *expression) {
     if (target->kind == NODE_NAME) {
         target->value |= value_now(target->symbol);
         assign(target->symbol, value & ANY_VALUE);
-        return set_fields(target->symbol, expression);
+        return set_fields(target->symbol, 0, expression);
     }
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;
@@ -145,5 +145,5 @@ void trace_target(Node *target, Value value, Node *expression) {
     Value before = value_now(base->symbol);
     base->value |= before;
     note_start(base->symbol, before, base->next);
-    set_part(base->symbol, base->next, value, expression);
+    set_part(base->symbol, 0, base->next, value, expression);
 }
