@@ -5,8 +5,6 @@
 // took for the results is right for any number of calls inside each other.
 #include "syntax/values/summaries.h"
 
-#include <string.h>
-
 #include "support/allocation.h"
 #include "syntax/values/calls_traced.h"
 #include "syntax/values/effects.h"
