@@ -20,6 +20,7 @@ bool is_constant(const char *name) {
 
 // A longer expression is not looked through for every name.
 constexpr uint32_t LONGEST_LOOK = 256;
+constexpr int MOST_SIDES = 8;
 
 // Whether the evaluation of the expression surely reads the variable.
 bool surely_reads(const Node *node, const Symbol *symbol) {
@@ -31,14 +32,38 @@ bool surely_reads(const Node *node, const Symbol *symbol) {
     return false;
 }
 
-// A parameter may be missing where the function asks how many are given. Globals, and variables
-// that other functions or scripts may set, are taken to have a value.
+bool asks_for_arguments(const Node *node) {
+    if (node->kind == NODE_NAME)
+        return strcmp(node->text, "nargin") == 0 || strcmp(node->text, "exist") == 0;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (asks_for_arguments(child)) return true;
+    return false;
+}
+
+// Whether a side of the chain, of which first is the first one, may tell that a parameter has a
+// value: what is known of it then holds behind that side only.
+bool may_tell(const Node *first) {
+    if (!first) return true;
+    int sides = 0;
+    for (const Node *side = first; side; side = side->next)
+        if (++sides > MOST_SIDES || side->length > LONGEST_LOOK || asks_for_arguments(side))
+            return true;
+    return false;
+}
+
+// It may be where the function asks how many are given.
+bool may_parameter_be_missing(const Node *name, const Node *evaluated) {
+    if (!(Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST))) return false;
+    return may_be(value_of(name), MAY_BE_MISSING) || may_tell(evaluated);
+}
+
+// Globals, and variables that other functions or scripts may set, are taken to have a value.
 bool can_name_fail(const Node *name, const Node *evaluated) {
     constexpr uint32_t SET_ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     const Symbol *symbol = name->symbol;
     if (!is_variable(symbol)) return !is_constant(name->text);
-    bool may_be_missing = symbol->position > 0 ? Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST)
+    bool may_be_missing = symbol->position > 0 ? may_parameter_be_missing(name, evaluated)
                                                : may_be(value_of(name), MAY_BE_MISSING) &&
                                                      !(symbol->flags & SET_ELSEWHERE);
     return may_be_missing &&
