@@ -6,6 +6,7 @@
 
 #include "lexer/brackets.h"
 #include "lower/context.h"
+#include "lower/earlier_calls.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
@@ -133,6 +134,15 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     return position;
 }
 
+// Arguments that have been lowered and may act; ranges and lists stay what they are.
+static void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
+    for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next) {
+        bool is_value = argument->kind != NODE_RANGE && !is_value_list(argument, false);
+        if (is_value && may_act(argument))
+            cell->item = new_leaf(name_earlier(end, without_parentheses(cell->item).expr->text));
+    }
+}
+
 static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,
                                 bool may_be_call) {
     int32_t outer = open_bracket(OUTSIDE);
@@ -140,7 +150,10 @@ static ExprList lower_positions(const Node *selector, const char *base, bool *is
     EndBase at = {base, 0, count_children(selector), is_used, may_be_call};
     for (const Node *child = selector->first_child; child; child = child->next) {
         at.argument++;
-        append_expr(&positions, lower_position(child, &at));
+        LinesEnd end = end_of_lines();
+        mExpr *position = lower_position(child, &at);
+        if (has_more_lines(&end)) name_calls(&end, selector->first_child, positions.first);
+        append_expr(&positions, position);
     }
     close_bracket(outer);
     return positions;
@@ -153,8 +166,12 @@ ExprList lower_index(const Node *selector, const char *base, bool may_be_call) {
 ExprList lower_values(const Node *arguments) {
     int32_t outer = open_bracket(OUTSIDE);
     ExprList values = {};
-    for (const Node *child = arguments->first_child; child; child = child->next)
-        append_expr(&values, lower_argument(child));
+    for (const Node *child = arguments->first_child; child; child = child->next) {
+        LinesEnd end = end_of_lines();
+        mExpr *value = lower_argument(child);
+        if (has_more_lines(&end)) name_calls(&end, arguments->first_child, values.first);
+        append_expr(&values, value);
+    }
     close_bracket(outer);
     return values;
 }

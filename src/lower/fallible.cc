@@ -92,6 +92,8 @@ bool can_reference_fail(const Node *reference, const Node *evaluated) {
 
 }  // namespace
 
+bool is_unknown_function(const Node *name) { return !is_constant(name->text) && !is_total(name); }
+
 bool can_fail(const Node *node, const Node *evaluated) {
     switch (node->kind) {
         case NODE_NAME: return can_name_fail(node, evaluated);

@@ -11,6 +11,7 @@
 #include "lower/classes/methods.h"
 #include "lower/classes/objects.h"
 #include "lower/condition_sides.h"
+#include "lower/earlier_calls.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/plain_calls.h"
@@ -167,8 +168,17 @@ Operand join_numbers(const PlainOperator *plain, const Operand *left, const Oper
     return {value, built_level(plain->level)};
 }
 
-Operand join_next(Operand *left, Value left_value, const Node *next) {
+// acts: something in front may. Lines that the operand needs come after it.
+Operand lower_after(Operand *left, bool acts, const Node *next) {
+    LinesEnd end = end_of_lines();
     Operand right = lower_operand(next);
+    if (acts && has_more_lines(&end))
+        *left = {new_leaf(name_earlier(&end, left->expr->text)), HOST_ATOM};
+    return right;
+}
+
+Operand join_next(Operand *left, Value left_value, bool acts, const Node *next) {
+    Operand right = lower_after(left, acts, next);
     const PlainOperator *plain = plain_operator(next->joint);
     if (plain && is_one_number(left_value) && is_one_number(value_of(next)))
         return join_numbers(plain, left, &right);
@@ -248,8 +258,10 @@ static Value joined_value(const Node *next, Value left) {
     Operand value = lower_operand(last);
     Value known = value_of(last);
     bool is_text = is_string_object(last);
+    bool acts = may_act(last);
     const char *left_class = class_in_front(last);
     for (const Node *next = last->next; next; last = next, next = next->next) {
+        if (last != node->first_child) acts = acts || may_act(last);
         check_comparison(node, last, next);
         is_text = next->joint == OPERATOR_PLUS && (is_text || is_string_object(next));
         if (const char *method = joining_method(node, next, &left_class)) {
@@ -258,7 +270,7 @@ static Value joined_value(const Node *next, Value left) {
         } else if (next->kind == NODE_POSTFIX) {
             value = join_postfixes(&value, &next);
         } else {
-            value = is_text ? join_with_text(&value, next) : join_next(&value, known, next);
+            value = is_text ? join_with_text(&value, next) : join_next(&value, known, acts, next);
             known = is_text ? ANY_VALUE : joined_value(next, known);
         }
     }

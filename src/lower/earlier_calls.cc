@@ -1,0 +1,31 @@
+// Calls in the order of the source.
+#include "lower/earlier_calls.h"
+
+#include "lower/context.h"
+#include "lower/fallible.h"
+#include "syntax/names/names.h"
+
+bool may_act(const Node *node) {
+    if (node->kind == NODE_ANONYMOUS || node->kind == NODE_HANDLE) return false;
+    if (node->kind == NODE_NAME) return !is_variable(node->symbol) && is_unknown_function(node);
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (may_act(child)) return true;
+    return false;
+}
+
+LinesEnd end_of_lines() { return {Lowering.lines, Lowering.lines->last}; }
+
+bool has_more_lines(const LinesEnd *end) { return end->lines->last != end->last; }
+
+const char *name_earlier(LinesEnd *end, const char *text) {
+    if (is_identifier(text)) return text;
+    const char *name = new_temporary();
+    Line *first = end->last ? end->last->next : end->lines->first;
+    Lines one = {};
+    add_line(&one, Lowering.level, form_text("%s := %s;", {name, text}));
+    one.first->next = first;
+    (end->last ? end->last->next : end->lines->first) = one.first;
+    if (!first) end->lines->last = one.first;
+    end->last = one.first;
+    return name;
+}
