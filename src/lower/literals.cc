@@ -132,6 +132,8 @@ Operand lower_filled_matrix(const Node *literal) {
     // A single element stands for itself, at its level, unless it may denote several values.
     Operand element = lower_operand(alone);
     if (element.expr->kind == EXPR_STRING) return element;
+    if (without_parens(alone)->kind == NODE_RANGE)
+        return {new_call_leaf(element.expr->text), HOST_ATOM};
     mVector *items = append_to_vector(alloc_mVector(1), element.expr);
     mMatrix *rows = append_to_matrix(alloc_mMatrix(1), items);
     mExpr *expr = new_matrix_node(rows, MATRIX_LITERAL);
