@@ -62,8 +62,10 @@ struct Surroundings {
     PackageFlags packages;
 };
 
-Surroundings enter_body(const Scope *scope, Lines *lines) {
-    Surroundings outer = {Lowering, open_bracket(OUTSIDE), FileMode, begin_packages()};
+// They are kept apart from the stack: the frames of nested functions stay small.
+[[gnu::noinline]] const Surroundings *enter_body(const Scope *scope, Lines *lines) {
+    Surroundings *outer = AllocRecord<Surroundings>();
+    *outer = {Lowering, open_bracket(OUTSIDE), FileMode, begin_packages()};
     FileMode = 0;
     begin_lowering(scope, lines, Lowering.level + 1);
     return outer;
@@ -154,7 +156,7 @@ const char *lower_procedure(const Node *node) {
     int32_t results =
         node == Lowering.asked && is_call(body) && !is_deal(body) ? Lowering.results : 0;
     Lines lines = {};
-    Surroundings outer = enter_body(scope, &lines);
+    const Surroundings *outer = enter_body(scope, &lines);
     const char *parameters = parameter_list(scope);
     put_prelude(scope);
     if (results > 1) request_results(body, HOST_RESULTS_VARY);
@@ -162,7 +164,7 @@ const char *lower_procedure(const Node *node) {
     const char *value = lower_result(body);
     if (results > 1) put_results(value, results < MOST_RESULTS ? results : MOST_RESULTS);
     const char *text = procedure_text(parameters, value);
-    leave_body(&outer);
+    leave_body(outer);
     return text;
 }
 

@@ -135,7 +135,7 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
 }
 
 // Arguments that have been lowered and may act; ranges and lists stay what they are.
-static void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
+[[gnu::noinline]] static void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
     for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next) {
         bool is_value = argument->kind != NODE_RANGE && !is_value_list(argument, false);
         if (is_value && may_act(argument))
