@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/called_functions.h"
 #include "lower/context.h"
 #include "lower/end_positions.h"
@@ -53,11 +52,10 @@ const char *handle_text(const Node *node) {
     return strchr(written, '.') ? member_text(written) : written;
 }
 
-// Settings around a body: no bracket is open in it, and it names packages itself, as no uses line
-// of the procedure around it need hold in it.
+// Settings around a body: it names packages itself, as no uses line of the procedure around it need
+// hold in it.
 struct Surroundings {
     LoweringContext context;
-    int32_t bracket;
     int32_t file_mode;
     PackageFlags packages;
 };
@@ -65,7 +63,7 @@ struct Surroundings {
 // They are kept apart from the stack: the frames of nested functions stay small.
 [[gnu::noinline]] const Surroundings *enter_body(const Scope *scope, Lines *lines) {
     Surroundings *outer = AllocRecord<Surroundings>();
-    *outer = {Lowering, open_bracket(OUTSIDE), FileMode, begin_packages()};
+    *outer = {Lowering, FileMode, begin_packages()};
     FileMode = 0;
     begin_lowering(scope, lines, Lowering.level + 1);
     return outer;
@@ -78,7 +76,6 @@ void leave_body(const Surroundings *outer) {
     Lowering = outer->context;
     Lowering.inner_procedures += inner_procedures;
     if (gap != MESSAGE_COUNT) Lowering.gap = gap;
-    close_bracket(outer->bracket);
     FileMode = outer->file_mode;
     end_packages(outer->packages);
 }

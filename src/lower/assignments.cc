@@ -5,7 +5,6 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/calls.h"
 #include "lower/cell_elements.h"
 #include "lower/context.h"
@@ -252,7 +251,6 @@ void add_numbered_targets(TargetTexts *targets, const Node *node) {
 
 TargetTexts lower_targets(const Node *list) {
     TargetTexts targets = {};
-    int32_t outer = open_bracket(IN_TARGETS);
     for (const Node *node = list->first_child; node; node = node->next) {
         if (is_value_list(node, false)) {
             add_numbered_targets(&targets, node);
@@ -260,7 +258,6 @@ TargetTexts lower_targets(const Node *list) {
             add_target(&targets, node);
         }
     }
-    close_bracket(outer);
     return targets;
 }
 

@@ -47,19 +47,13 @@ const char *named_value(const Node *value) {
     return name;
 }
 
-void put_inside(const Target *target, const char *value) {
-    Lowering.level++;
-    put_value(target, value);
-    Lowering.level--;
-}
-
 // How many elements there are shows at run time.
 void put_branches(const Target *target, const char *name, const char *cell, const char *element) {
     const char *count = form_text("ArrayNumElems(%s,'All')", {name});
     put_line("if %s then", {count_condition(count, OP_EQ, 1)});
-    put_inside(target, element);
+    put_inner_value(target, element);
     put_line("else", {});
-    put_inside(target, cell);
+    put_inner_value(target, cell);
     put_line("end if;", {});
 }
 

@@ -31,7 +31,7 @@ int count_several(const Node *arguments) {
 // k..k is one position, and no single one.
 void make_ranges(ExprList *arguments) {
     for (vExpr *cell = arguments->first; cell; cell = cell->next) {
-        const char *text = without_parentheses(cell->item).expr->text;
+        const char *text = plain_value(cell->item)->text;
         cell->item = new_leaf(form_text("%s..%s", {text, text}));
     }
 }

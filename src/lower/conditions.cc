@@ -3,7 +3,6 @@
 
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/branches.h"
 #include "lower/called_functions.h"
 #include "lower/condition_sides.h"
@@ -57,8 +56,8 @@ Test lower_comparison(const Node *node) {
     const Node *left = node->first_child;
     const Node *right = left->next;
     bool is_defined = !may_be(value_of(left) | value_of(right), MAY_BE_BROKEN);
-    const char *first = lower_outside(left)->text;
-    return new_relation(first, host_comparison(right->joint), lower_outside(right)->text,
+    const char *first = lower_expression(left)->text;
+    return new_relation(first, host_comparison(right->joint), lower_expression(right)->text,
                         is_defined);
 }
 
@@ -93,7 +92,7 @@ Test lower_value(const Node *node) {
 mExpr *lower_tested(const Node *node) {
     const Node *outer = Lowering.tested;
     Lowering.tested = tested_function(node);
-    mExpr *value = lower_outside(node);
+    mExpr *value = lower_expression(node);
     Lowering.tested = outer;
     return value;
 }

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 
-#include "lexer/brackets.h"
 #include "lower/assignments.h"
 #include "lower/called_functions.h"
 #include "lower/context.h"
@@ -205,9 +204,7 @@ void put_counted(const Node *assignment) {
     counted.run = new_run(counted.list);
     begin_at_one(&counted.run);
     counted.length = length_of(&counted.run);
-    int32_t outer = open_bracket(IN_TARGETS);
     lower_others(&counted, targets);
-    close_bracket(outer);
     request_results(counted.call, HOST_RESULTS_VARY);
     counted.value = lower_for_results(counted.call, std::max(counted.most, 2));
     put_branches(&counted);

@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/context.h"
 #include "lower/expressions.h"
 #include "lower/gaps.h"

@@ -3,7 +3,6 @@
 
 #include <assert.h>
 
-#include "lexer/brackets.h"
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_conditions.h"
@@ -58,10 +57,8 @@ mExpr *remaining_positions(const char *base, const Node *arguments, int selectin
     put_line("%s := Vector[row]([seq(1..%s)]);",
              {all, number_of_positions(base, selecting, count)});
     EndBase at = {base, selecting, count, nullptr};
-    int32_t outer = open_bracket(OUTSIDE);
     mExpr *selected = lower_position(nth_child(arguments, selecting), &at);
-    close_bracket(outer);
-    vExpr *position = alloc_vExpr(without_parentheses(selected).expr);
+    vExpr *position = alloc_vExpr(plain_value(selected));
     const mExpr *gone = new_element_node(all, VARIABLE_INDEX, position);
     free_vExpr(position);
     return new_keyword_call("setdiff", {all, gone->text});
@@ -101,20 +98,14 @@ const char *range_left(const Node *target, const Node *arguments) {
     return is_first ? "2.." : "1..-2";
 }
 
-void put_inside(const Target *target, const char *value) {
-    Lowering.level++;
-    put_value(target, value);
-    Lowering.level--;
-}
-
 void put_cell_left(const Target *target, const char *base, const mExpr *positions) {
     const char *left = new_temporary();
     put_line("%s := %s;", {left, positions->text});
     put_line("if %s then",
              {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    put_inside(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
+    put_inner_value(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
     put_line("else", {});
-    put_inside(target, form_text("%s(%s)", {base, left}));
+    put_inner_value(target, form_text("%s(%s)", {base, left}));
     put_line("end if;", {});
 }
 

@@ -12,7 +12,7 @@ static bool is_put(const Node *side) { return is_elementwise(side) && any_side_c
 
 static const char *side_text(const Node *side) {
     const Node *inner = without_parens(side);
-    return is_put(inner) ? put_elementwise(inner) : lower_outside(side)->text;
+    return is_put(inner) ? put_elementwise(inner) : lower_expression(side)->text;
 }
 
 // Out of line: the frames of nested conditions stay small.
@@ -20,7 +20,7 @@ static const char *side_text(const Node *side) {
     const Node *first = without_parens(chain->first_child);
     bool is_nested = is_put(first);
     const char *name = is_nested ? put_elementwise(first) : new_temporary();
-    if (!is_nested) put_line("%s := %s;", {name, lower_outside(chain->first_child)->text});
+    if (!is_nested) put_line("%s := %s;", {name, lower_expression(chain->first_child)->text});
     Test test = test_of_value(name);
     Test is_open = is_and(chain) ? test : negate_test(&test);
     for (const Node *side = second_child(chain); side; side = side->next) {

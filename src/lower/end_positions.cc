@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <stdlib.h>
 
-#include "lexer/brackets.h"
 #include "lower/context.h"
 #include "lower/earlier_calls.h"
 #include "lower/gaps.h"
@@ -139,13 +138,12 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next) {
         bool is_value = argument->kind != NODE_RANGE && !is_value_list(argument, false);
         if (is_value && may_act(argument))
-            cell->item = new_leaf(name_earlier(end, without_parentheses(cell->item).expr->text));
+            cell->item = new_leaf(name_earlier(end, plain_value(cell->item)->text));
     }
 }
 
 static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,
                                 bool may_be_call) {
-    int32_t outer = open_bracket(OUTSIDE);
     ExprList positions = {};
     EndBase at = {base, 0, count_children(selector), is_used, may_be_call};
     for (const Node *child = selector->first_child; child; child = child->next) {
@@ -155,7 +153,6 @@ static ExprList lower_positions(const Node *selector, const char *base, bool *is
         if (has_more_lines(&end)) name_calls(&end, selector->first_child, positions.first);
         append_expr(&positions, position);
     }
-    close_bracket(outer);
     return positions;
 }
 
@@ -164,7 +161,6 @@ ExprList lower_index(const Node *selector, const char *base, bool may_be_call) {
 }
 
 ExprList lower_values(const Node *arguments) {
-    int32_t outer = open_bracket(OUTSIDE);
     ExprList values = {};
     for (const Node *child = arguments->first_child; child; child = child->next) {
         LinesEnd end = end_of_lines();
@@ -172,7 +168,6 @@ ExprList lower_values(const Node *arguments) {
         if (has_more_lines(&end)) name_calls(&end, arguments->first_child, values.first);
         append_expr(&values, value);
     }
-    close_bracket(outer);
     return values;
 }
 

@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/anonymous.h"
 #include "lower/calls.h"
 #include "lower/characters.h"
@@ -92,11 +91,4 @@ mExpr *lower_range(const Node *node) {
     mExpr *next = lower_expression(second);
     if (!second->next) return new_seq_node(start, unit_step(), next, nullptr);
     return new_seq_node(start, next, lower_expression(second->next), nullptr);
-}
-
-mExpr *lower_outside(const Node *node) {
-    int32_t outer = open_bracket(OUTSIDE);
-    mExpr *value = lower_expression(node);
-    close_bracket(outer);
-    return value;
 }

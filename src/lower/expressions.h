@@ -8,8 +8,6 @@
 /* One value. A list of values, c{:}, stands for its first one. */
 Operand lower_operand(const Node *node);
 inline mExpr *lower_expression(const Node *node) { return lower_operand(node).expr; }
-/* The same where it stands in no brackets. */
-mExpr *lower_outside(const Node *node);
 
 /* The expression inside of all parentheses around it. */
 const Node *without_parens(const Node *node);

@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <stdio.h>
 
-#include "lexer/brackets.h"
 #include "lower/lines.h"
 #include "support/allocation.h"
 
@@ -90,14 +89,12 @@ Test join_tests(const JoinedTests *joined) {
 
 mExpr *new_truth_value(const Test *relation) {
     assert(!relation->text);
-    int32_t outer = open_bracket(OUTSIDE);
     mExpr left = {EXPR_NAME, relation->left, NOT_SCALAR, nullptr};
     mExpr right = {EXPR_NAME, relation->right, NOT_SCALAR, nullptr};
     TruthValue *value = AllocRecord<TruthValue>();
     value->expr = *new_operator2(relation->op, &left, &right);
     value->expr.kind = EXPR_TRUTH;
     value->relation = *relation;
-    close_bracket(outer);
     return &value->expr;
 }
 

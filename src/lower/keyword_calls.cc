@@ -19,18 +19,15 @@ void append_expr(ExprList *list, mExpr *expr) {
     list->last = cell;
 }
 
-static const char *plain_text(const vExpr *cell) {
-    return without_parentheses(cell->item).expr->text;
-}
-
 const char *exprs_text(const vExpr *list) {
     size_t size = 1;
-    for (const vExpr *cell = list; cell; cell = cell->next) size += strlen(plain_text(cell)) + 2;
+    for (const vExpr *cell = list; cell; cell = cell->next)
+        size += strlen(plain_value(cell->item)->text) + 2;
     Writer to = new_text(size);
     const char *text = to.at;
     for (const vExpr *cell = list; cell; cell = cell->next) {
         if (cell != list) write_text(&to, ", ");
-        write_text(&to, plain_text(cell));
+        write_text(&to, plain_value(cell->item)->text);
     }
     return text;
 }

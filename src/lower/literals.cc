@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/classes/methods.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
@@ -173,13 +172,6 @@ mExpr *cell_matrix(const Node *literal) {
                           {array_tools_prefix(), elements});
 }
 
-mExpr *lower_cell_rows(const Node *literal) {
-    const Node *row = literal->first_child;
-    if (!row) return new_call_leaf("rtable([],subtype='Vector[row]')");
-    if (!row->next) return new_call_leaf(cell_row(row, single_element(literal)));
-    return is_column(literal) ? cell_column(literal) : cell_matrix(literal);
-}
-
 }  // namespace
 
 Operand lower_number(const Node *node) {
@@ -219,24 +211,17 @@ static mExpr *call_joining(const char *method, const Node *literal) {
     return call;
 }
 
-static Operand lower_elements_of(const Node *literal) {
+Operand lower_matrix(const Node *literal) {
+    assert(literal->kind == NODE_MATRIX);
     if (!literal->first_child) return {construct(literal, false), HOST_ATOM};
     if (const char *method = matrix_method(literal))
         return {call_joining(method, literal), HOST_ATOM};
     return lower_filled_matrix(literal);
 }
 
-Operand lower_matrix(const Node *node) {
-    assert(node->kind == NODE_MATRIX);
-    int32_t outer = open_bracket(IN_LITERAL);
-    Operand value = lower_elements_of(node);
-    close_bracket(outer);
-    return value;
-}
-
-mExpr *lower_cell(const Node *node) {
-    int32_t outer = open_bracket(IN_LITERAL);
-    mExpr *value = lower_cell_rows(node);
-    close_bracket(outer);
-    return value;
+mExpr *lower_cell(const Node *literal) {
+    const Node *row = literal->first_child;
+    if (!row) return new_call_leaf("rtable([],subtype='Vector[row]')");
+    if (!row->next) return new_call_leaf(cell_row(row, single_element(literal)));
+    return is_column(literal) ? cell_column(literal) : cell_matrix(literal);
 }

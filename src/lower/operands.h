@@ -36,3 +36,4 @@ const mExpr *behind_sign(const Operand *operand);
 mExpr *in_parentheses(const Operand *operand);
 /* What it was: any other is an atom. */
 Operand without_parentheses(mExpr *value);
+inline mExpr *plain_value(mExpr *value) { return without_parentheses(value).expr; }

@@ -95,11 +95,6 @@ const PlainOperator *plain_operator(OperatorId id) {
     return nullptr;
 }
 
-// Inside of parentheses the builders add a pair of their own.
-HostLevel built_level(HostLevel form) {
-    return BracketDelimiter == IN_PARENTHESES ? HOST_ATOM : form;
-}
-
 bool is_long_text(const Node *node) {
     node = without_parens(node);
     return node->kind == NODE_STRING && strlen(node->text) > 1;
@@ -122,9 +117,9 @@ bool is_infix_power(const Node *next) {
 [[gnu::noinline]] Operand new_inner_power(const Node *next, const Operand *left,
                                           const Operand *right) {
     int32_t outer = open_bracket(IN_PARENTHESES);
-    Operand power = new_binary(next->joint, left, right);
+    mExpr *power = new_binary(next->joint, left, right).expr;
     close_bracket(outer);
-    return power;
+    return {power, HOST_ATOM};
 }
 
 // Transposes of a transpose: as often what one of them puts around its operand, which stands in
@@ -146,7 +141,6 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
 // next: the first of some, at the end the last of them.
 [[gnu::noinline]] Operand join_postfixes(const Operand *left, const Node **next) {
     int builder = host_operator((*next)->joint)->builder;
-    int32_t outer = open_bracket(OUTSIDE);
     mExpr *value = new_operator1(builder, left->expr);
     size_t times = 1;
     for (; is_same_postfix(*next, (*next)->next); *next = (*next)->next) times++;
@@ -155,17 +149,14 @@ bool is_same_postfix(const Node *postfix, const Node *next) {
         const char *around = new_operator1(builder, &nothing)->text;
         value->text = repeat_around(left->expr->text, around, times);
     }
-    close_bracket(outer);
     return {value, HOST_ATOM};
 }
 
 Operand join_numbers(const PlainOperator *plain, const Operand *left, const Operand *right) {
-    bool is_inside = BracketDelimiter == IN_PARENTHESES;
     const mExpr *first = left_of(plain->is_swapped ? right : left, plain->level);
     const mExpr *second = right_of(plain->is_swapped ? left : right, plain->level);
-    mExpr *value = new_binary_expr(plain->builder, SCALAR, first, {is_inside ? "(" : ""},
-                                   {plain->sign, second->text, is_inside ? ")" : ""});
-    return {value, built_level(plain->level)};
+    mExpr *value = new_binary_expr(plain->builder, SCALAR, first, {}, {plain->sign, second->text});
+    return {value, plain->level};
 }
 
 // acts: something in front may. Lines that the operand needs come after it.
@@ -224,15 +215,6 @@ const char *class_in_front(const Node *first) {
     return has_operator_methods() ? class_of_value(first) : nullptr;
 }
 
-// A form that is no infix keeps itself together.
-mExpr *build_binary(int builder, HostLevel form, const mExpr *left, const mExpr *right) {
-    if (form != HOST_ATOM) return new_operator2(builder, left, right);
-    int32_t outer = open_bracket(OUTSIDE);
-    mExpr *value = new_operator2(builder, left, right);
-    close_bracket(outer);
-    return value;
-}
-
 }  // namespace
 
 Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
@@ -242,7 +224,7 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
     bool is_swapped = op == OPERATOR_DOT_LEFT_DIVIDE;
     const mExpr *first = is_swapped ? right_of(left, form) : left_of(left, form);
     const mExpr *second = is_swapped ? left_of(right, form) : right_of(right, form);
-    return {build_binary(row->builder, form, first, second), built_level(form)};
+    return {new_operator2(row->builder, first, second), form};
 }
 
 // What is known of a number, or not, and the operand that joins it.
@@ -282,10 +264,7 @@ Operand lower_chain(const Node *node) {
 }
 
 static Operand negate_value(const mExpr *value) {
-    int32_t outer = open_bracket(OUTSIDE);
-    mExpr *negated = new_operator1(OP_NOT, value);
-    close_bracket(outer);
-    return {negated, HOST_ATOM};
+    return {new_operator1(OP_NOT, value), HOST_ATOM};
 }
 
 Operand lower_prefix(const Node *node) {
@@ -295,5 +274,5 @@ Operand lower_prefix(const Node *node) {
     spell_prefixed(&operand, value_of(node->first_child));
     if (node->op == OPERATOR_NOT) return negate_value(operand.expr);
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
-    return {new_operator1(sign, behind_sign(&operand)), built_level(HOST_SIGN)};
+    return {new_operator1(sign, behind_sign(&operand)), HOST_SIGN};
 }

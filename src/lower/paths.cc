@@ -4,7 +4,6 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/called_functions.h"
 #include "lower/calls.h"
 #include "lower/context.h"
@@ -143,7 +142,7 @@ void add_index(Path *path, const Node *selector, bool may_be_call) {
 void add_dynamic_field(Path *path, const Node *selector) {
     assert(selector->kind == NODE_DYNAMIC_FIELD);
     begin_selector(path, false);
-    const mExpr *name = lower_outside(selector->first_child);
+    const mExpr *name = lower_expression(selector->first_child);
     const mExpr *call = new_keyword_call("getfield", {path->text, name->text});
     *path = begin_path(call->text, true);
 }

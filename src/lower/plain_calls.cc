@@ -8,7 +8,7 @@
 vExpr *plain_arguments(const vExpr *arguments) {
     ExprList plain = {};
     for (; arguments; arguments = arguments->next)
-        append_expr(&plain, without_parentheses(arguments->item).expr);
+        append_expr(&plain, plain_value(arguments->item));
     return plain.first;
 }
 

@@ -10,7 +10,6 @@
 #include "lower/context.h"
 #include "lower/gaps.h"
 #include "lower/host_words.h"
-#include "lower/library/library.h"
 #include "lower/library/source_calls.h"
 #include "lower/origins.h"
 #include "lower/packages.h"
@@ -138,7 +137,7 @@ void lower_program(const char *path, const char *text, uint32_t length) {
     SourceFile *file = read_main_file(path, text, length);
     if (Observing.tree) Observing.tree(Observing.context, file->tree);
     file->is_open = true;
-    if (Observing.holds_library) call_whole_library();
+    if (Observing.holds_library) call_all_sources();
     bool is_script = has_statements(file->tree) || !file->functions;
     write_functions(is_script);
     if (is_script)

@@ -3,7 +3,6 @@
 
 #include <assert.h>
 
-#include "lexer/brackets.h"
 #include "lower/classes/methods.h"
 #include "lower/context.h"
 #include "lower/host_conditions.h"
@@ -21,7 +20,7 @@ constexpr const char *EMPTY_CELL = "rtable([],subtype='Vector[row]')";
 
 const char *field_name_text(const Node *selector) {
     assert(selector->kind == NODE_FIELD || selector->kind == NODE_DYNAMIC_FIELD);
-    return lower_outside(selector->first_child)->text;
+    return lower_expression(selector->first_child)->text;
 }
 
 // A name that is computed is computed once.
@@ -85,9 +84,7 @@ bool needs_element(const Node *base, const Node *selector, const Node *end) {
 // A number, or a name for a longer text.
 const char *stable_position(const Node *argument, const char *base) {
     EndBase at = {base, 1, 1, nullptr};
-    int32_t outer = open_bracket(OUTSIDE);
-    const mExpr *position = without_parentheses(lower_position(argument, &at)).expr;
-    close_bracket(outer);
+    const mExpr *position = plain_value(lower_position(argument, &at));
     return position->kind == EXPR_INTEGER ? position->text : stable_name(position->text);
 }
 
@@ -242,6 +239,12 @@ void put_value(const Target *target, const char *value) {
         put_line("%s := %s;", {target->path.text, value});
     }
     put_fields(target->pending);
+}
+
+void put_inner_value(const Target *target, const char *value) {
+    Lowering.level++;
+    put_value(target, value);
+    Lowering.level--;
 }
 
 void finish_target(const Target *target) { put_fields(target->pending); }

@@ -36,5 +36,7 @@ const char *target_value(const Target *target);
 const char *target_text(Target *target);
 /* Puts the assignment, and what has been left to do when the target has its value. */
 void put_value(const Target *target, const char *value);
+/* The same, deeper by a level. */
+void put_inner_value(const Target *target, const char *value);
 /* What is left to do behind an assignment to target_text. */
 void finish_target(const Target *target);

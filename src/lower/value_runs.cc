@@ -1,7 +1,6 @@
 // What lists of values run over.
 #include "lower/value_runs.h"
 
-#include "lexer/brackets.h"
 #include "lower/context.h"
 #include "lower/lines.h"
 #include "lower/paths.h"
@@ -89,9 +88,7 @@ ValueRun run_over_selection(Path *path, const Node *index) {
     run.index = index;
     run.argument = list_argument(index);
     run.count = count_children(index);
-    int32_t outer = open_bracket(IN_BRACES);
     set_bounds(&run, nth_child(index, run.argument));
-    close_bracket(outer);
     return run;
 }
 
@@ -124,12 +121,10 @@ const char *element_of(const ValueRun *run, const char *number) {
     if (!run->index) return form_text("%s(%s)%s", {run->base, position, run->field});
     ExprList arguments = {};
     EndBase at = {run->base, 0, run->count, nullptr};
-    int32_t outer = open_bracket(IN_BRACES);
     for (const Node *child = run->index->first_child; child; child = child->next) {
         bool is_list = ++at.argument == run->argument;
         append_expr(&arguments, is_list ? new_leaf(position) : lower_position(child, &at));
     }
-    close_bracket(outer);
     Path path = begin_path(run->base, false);
     append_index(&path, arguments.first);
     free_vExpr(arguments.first);

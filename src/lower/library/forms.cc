@@ -99,8 +99,7 @@ bool is_alone(const char *form, const char *placeholder) {
 
 const char *argument_text(const char *form, const char *placeholder, const vExpr *values) {
     for (char number = placeholder[1]; number > '1'; number--) values = values->next;
-    return is_alone(form, placeholder) ? without_parentheses(values->item).expr->text
-                                       : values->item->text;
+    return is_alone(form, placeholder) ? plain_value(values->item)->text : values->item->text;
 }
 
 size_t expanded_size(const char *form, const vExpr *values) {

@@ -48,8 +48,6 @@ mExpr *new_library_call(const OutsideCall *of, const vExpr *values) {
     return new_source_call(&call);
 }
 
-void call_whole_library() { call_all_sources(); }
-
 const char *library_handle(const Node *handle) {
     if (!is_offered(handle, true)) return nullptr;
     if (const char *source = source_value(handle->text)) return source;

@@ -9,7 +9,5 @@
 /* The call; null where the function has no form, or none for these arguments or results. values:
  * the arguments' texts, in the same order. */
 mExpr *new_library_call(const OutsideCall *of, const vExpr *values);
-/* Calls every function that the front end brings along. */
-void call_whole_library();
 /* The function of a HANDLE as a value, a kept text; null for none. */
 const char *library_handle(const Node *handle);

@@ -3,7 +3,6 @@
 
 #include <string.h>
 
-#include "lexer/brackets.h"
 #include "lower/expressions.h"
 #include "support/row_index.h"
 #include "translate/operators.h"
@@ -67,19 +66,15 @@ Operand join_values(const WordOperator *row, const vExpr *values) {
 
 mExpr *new_binary_call(const WordOperator *row, const vExpr *values, int count) {
     if (count < 2 || (count > 2 && !row->takes_more)) return nullptr;
-    int32_t outer = open_bracket(OUTSIDE);
     Operand value = join_values(row, values);
-    close_bracket(outer);
     return in_parentheses(&value);
 }
 
 mExpr *new_unary_call(const UnaryWord *row, const vExpr *values, int count) {
     if (count != 1) return nullptr;
-    int32_t outer = open_bracket(OUTSIDE);
     Operand operand = without_parentheses(values->item);
     const mExpr *inner = row->level == HOST_ATOM ? operand.expr : behind_sign(&operand);
     Operand value = {new_operator1(row->builder, inner), row->level};
-    close_bracket(outer);
     return in_parentheses(&value);
 }
 
@@ -90,11 +85,9 @@ mExpr *new_range_call(const vExpr *values, int count) {
 }
 
 mExpr *new_root_call(mExpr *value) {
-    int32_t outer = open_bracket(OUTSIDE);
     Operand base = without_parentheses(value);
     Operand half = {new_node(EXPR_REAL, ".5"), HOST_ATOM};
     Operand root = new_binary(OPERATOR_DOT_POWER, &base, &half);
-    close_bracket(outer);
     return in_parentheses(&root);
 }
 
