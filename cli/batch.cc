@@ -22,7 +22,7 @@
 #include "cli/output.h"
 #include "cli/progress.h"
 #include "cli/report_output.h"
-#include "cli/source.h"
+#include "cli/open_source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

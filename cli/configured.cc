@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "cli/configuration_search.h"
-#include "cli/workers.h"
+#include "cli/processors.h"
 
 namespace mtranslate {
 

@@ -7,7 +7,6 @@
 #include <cereal/types/vector.hpp>
 
 #include "cli/bytes.h"
-#include "cli/translation.h"
 
 namespace mtranslate {
 
@@ -47,18 +46,6 @@ template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
             of.is_written, of.calls_library, of.rules_used, of.facts, of.translation);
-}
-
-FileResult result_of(const Translation &translation) {
-    FileResult result;
-    result.code = translation.code;
-    result.diagnostics = translation.diagnostics;
-    result.ignored = translation.ignored;
-    result.calls_library = translation.calls_library;
-    result.files_read = names_of(translation.files_read);
-    result.rules_used = translation.rules_used;
-    result.facts = translation.facts;
-    return result;
 }
 
 std::string to_text(const FileResult &result) { return to_bytes(result); }

@@ -13,8 +13,6 @@
 
 namespace mtranslate {
 
-struct Translation;
-
 struct FileResult {
     ExitCode code = ExitCode::Done;
     /* What went wrong, with the source or with files, and what else is worth a look. */
@@ -33,9 +31,6 @@ struct FileResult {
     FileFacts facts;
     std::optional<std::string> translation; /* where it is in no file */
 };
-
-/* What the translation tells; where its text goes is left open. */
-FileResult result_of(const Translation &translation);
 
 /* One text that another process can read back. */
 std::string to_text(const FileResult &result);

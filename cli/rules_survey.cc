@@ -14,7 +14,7 @@
 #include "cli/file_index.h"
 #include "cli/files.h"
 #include "cli/inputs.h"
-#include "cli/source.h"
+#include "cli/open_source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

@@ -8,7 +8,7 @@
 #include "cli/message_output.h"
 #include "cli/output.h"
 #include "cli/report_output.h"
-#include "cli/source.h"
+#include "cli/open_source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

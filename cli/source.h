@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "cli/files.h"
-#include "cli/options.h"
 
 namespace mtranslate {
 
@@ -23,8 +22,5 @@ struct Source {
     /* The copy that argument names when the user's own can be read only once. */
     Descriptor copy;
 };
-
-/* The source that the options name. Throws FileError where it, or a directory, cannot be read. */
-Source open_source(const Options &options);
 
 }  // namespace mtranslate

@@ -238,4 +238,16 @@ std::string library_text() {
     return host.translate("command", "", language).value_or("");
 }
 
+FileResult result_of(const Translation &translation) {
+    FileResult result;
+    result.code = translation.code;
+    result.diagnostics = translation.diagnostics;
+    result.ignored = translation.ignored;
+    result.calls_library = translation.calls_library;
+    result.files_read = names_of(translation.files_read);
+    result.rules_used = translation.rules_used;
+    result.facts = translation.facts;
+    return result;
+}
+
 }  // namespace mtranslate

@@ -8,6 +8,7 @@
 
 #include "cli/diagnostic.h"
 #include "cli/exit_code.h"
+#include "cli/file_result.h"
 #include "cli/options.h"
 #include "cli/rules_host.h"
 #include "cli/source.h"
@@ -39,6 +40,9 @@ struct Translation {
  * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);
+
+/* What the translation tells; where its text goes is left open. */
+FileResult result_of(const Translation &translation);
 
 /* All functions that the translator brings along, in the host's language: the same for all sources.
  * Throws std::bad_alloc. */

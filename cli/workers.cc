@@ -19,11 +19,11 @@
 #include <new>
 #include <optional>
 #include <sstream>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "cli/files.h"
+#include "cli/processors.h"
 #include "cli/signals.h"
 
 namespace mtranslate {
@@ -275,8 +275,6 @@ private:
 };
 
 }  // namespace
-
-std::size_t processors() { return std::max(1U, std::thread::hardware_concurrency()); }
 
 Workers::Workers(std::size_t count, Limits limits)
     : count_(count > 0 ? count : processors()), limits_(limits) {}

@@ -17,9 +17,6 @@ struct JobEnd {
     std::string trouble; /* why one is not: how its worker ended */
 };
 
-/* Of this machine; 1 where that is not known. */
-std::size_t processors();
-
 class Workers {
 public:
     /* job runs in a worker and answers a result. It may throw std::bad_alloc, and nothing else. */

@@ -1,5 +1,5 @@
-/* Finding out what the source is. */
-#include "cli/source.h"
+/* A command, a file, or what can be read only once. */
+#include "cli/open_source.h"
 
 #include <unistd.h>
 
