@@ -19,10 +19,10 @@
 #include "cli/files.h"
 #include "cli/inputs.h"
 #include "cli/message_output.h"
+#include "cli/open_source.h"
 #include "cli/output.h"
 #include "cli/progress.h"
 #include "cli/report_output.h"
-#include "cli/open_source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

@@ -10,7 +10,7 @@
 #include "cli/batch.h"
 #include "cli/configuration.h"
 #include "cli/excerpt.h"
-#include "cli/options.h"
+#include "cli/read_options.h"
 #include "cli/rules_command.h"
 #include "cli/single_run.h"
 

@@ -1,4 +1,4 @@
-/* The tool's arguments. */
+/* What the tool is asked for. */
 #pragma once
 
 #include <cstddef>
@@ -6,10 +6,8 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <variant>
 #include <vector>
 
-#include "cli/exit_code.h"
 #include "cli/files.h"
 #include "cli/limits.h"
 #include "cli/message_policy.h"
@@ -104,9 +102,5 @@ struct Options {
         return !report.empty() || !graph.empty() || !map.empty() || mode == Mode::Assess;
     }
 };
-
-/* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for
- * the user has been written and the answer is the exit code. */
-std::variant<Options, ExitCode> read_options(int argc, const char *const *argv);
 
 }  // namespace mtranslate

@@ -6,9 +6,9 @@
 
 #include "cli/depfile.h"
 #include "cli/message_output.h"
+#include "cli/open_source.h"
 #include "cli/output.h"
 #include "cli/report_output.h"
-#include "cli/open_source.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

@@ -1,5 +1,5 @@
 /* What becomes of the arguments. */
-#include "cli/options.h"
+#include "cli/read_options.h"
 
 #include <sys/stat.h>
 

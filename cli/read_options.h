@@ -1,0 +1,15 @@
+/* From the arguments to what they ask for. */
+#pragma once
+
+#include <variant>
+
+#include "cli/exit_code.h"
+#include "cli/options.h"
+
+namespace mtranslate {
+
+/* Reads the arguments. Where nothing is to be translated (help, version, wrong usage) the text for
+ * the user has been written and the answer is the exit code. */
+std::variant<Options, ExitCode> read_options(int argc, const char *const *argv);
+
+}  // namespace mtranslate
