@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/exit_code.h"
 #include "cli/options.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "cli/characters.h"
 #include "cli/configuration.h"
 #include "cli/excerpt.h"
-#include "cli/suggestion.h"
+#include "cli/support/characters.h"
+#include "cli/support/suggestion.h"
 
 namespace mtranslate {
 

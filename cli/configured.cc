@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "cli/configuration_search.h"
-#include "cli/processors.h"
+#include "cli/support/processors.h"
 
 namespace mtranslate {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cassert>
 
-#include "cli/characters.h"
+#include "cli/support/characters.h"
 
 namespace mtranslate {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "cli/suggestion.h"
-#include "cli/wrapped.h"
+#include "cli/support/suggestion.h"
+#include "cli/support/wrapped.h"
 #include "diagnose/message_table.h"
 
 namespace mtranslate {

@@ -6,7 +6,7 @@
 #include <cereal/types/string.hpp>
 #include <cereal/types/vector.hpp>
 
-#include "cli/bytes.h"
+#include "cli/support/bytes.h"
 
 namespace mtranslate {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "cli/diagnostic.h"
-#include "cli/exit_code.h"
 #include "cli/statistics.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

@@ -2,7 +2,7 @@
 #include "cli/help.h"
 
 #include "cli/manual.h"
-#include "cli/wrapped.h"
+#include "cli/support/wrapped.h"
 
 namespace mtranslate {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "cli/suggestion.h"
+#include "cli/support/suggestion.h"
 
 namespace mtranslate {
 

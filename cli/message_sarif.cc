@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "cli/message_writer.h"
-#include "cli/version.h"
+#include "cli/support/version.h"
 
 namespace mtranslate {
 

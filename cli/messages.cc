@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "cli/characters.h"
 #include "cli/excerpt.h"
 #include "cli/ignore_comments.h"
+#include "cli/support/characters.h"
 
 namespace mtranslate {
 

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <map>
 
-#include "cli/version.h"
+#include "cli/support/version.h"
 
 namespace mtranslate {
 

@@ -11,7 +11,7 @@
 #include <filesystem>
 
 #include "cli/partial_file.h"
-#include "cli/signals.h"
+#include "cli/support/signals.h"
 
 namespace mtranslate {
 

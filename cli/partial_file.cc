@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "cli/signals.h"
+#include "cli/support/signals.h"
 
 namespace mtranslate {
 

@@ -16,7 +16,7 @@
 #include "cli/option_table.h"
 #include "cli/output.h"
 #include "cli/report.h"
-#include "cli/suggestion.h"
+#include "cli/support/suggestion.h"
 #include "cli/translation.h"
 
 namespace mtranslate {

@@ -3,8 +3,8 @@
 
 #include <variant>
 
-#include "cli/exit_code.h"
 #include "cli/options.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

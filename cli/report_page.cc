@@ -2,10 +2,10 @@
  * elements of their own, which the page reads when they are wanted. */
 #include <nlohmann/json.hpp>
 
-#include "cli/characters.h"
 #include "cli/files.h"
 #include "cli/report.h"
 #include "cli/statistics_json.h"
+#include "cli/support/characters.h"
 #include "report_page_texts.h"
 
 namespace mtranslate {

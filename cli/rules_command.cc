@@ -12,7 +12,7 @@
 #include "cli/rules.h"
 #include "cli/rules/template_file.h"
 #include "cli/rules_survey.h"
-#include "cli/suggestion.h"
+#include "cli/support/suggestion.h"
 
 namespace mtranslate {
 

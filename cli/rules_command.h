@@ -1,8 +1,8 @@
 /* The subcommand "rules". */
 #pragma once
 
-#include "cli/exit_code.h"
 #include "cli/options.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "cli/bytes.h"
 #include "cli/configuration_search.h"
 #include "cli/configured.h"
 #include "cli/excerpt.h"
@@ -15,6 +14,7 @@
 #include "cli/files.h"
 #include "cli/inputs.h"
 #include "cli/open_source.h"
+#include "cli/support/bytes.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

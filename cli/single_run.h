@@ -1,8 +1,8 @@
 /* One source, one translation. */
 #pragma once
 
-#include "cli/exit_code.h"
 #include "cli/options.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

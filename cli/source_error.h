@@ -11,8 +11,8 @@
 #include <string_view>
 
 #include "cli/diagnostic.h"
-#include "cli/exit_code.h"
 #include "cli/source.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

@@ -7,12 +7,12 @@
 #include <string>
 
 #include "cli/diagnostic.h"
-#include "cli/exit_code.h"
 #include "cli/file_result.h"
 #include "cli/options.h"
 #include "cli/rules_host.h"
 #include "cli/source.h"
 #include "cli/statistics.h"
+#include "cli/support/exit_code.h"
 
 namespace mtranslate {
 

@@ -23,8 +23,8 @@
 #include <vector>
 
 #include "cli/files.h"
-#include "cli/processors.h"
-#include "cli/signals.h"
+#include "cli/support/processors.h"
+#include "cli/support/signals.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Holding and handling the signals that end the process. */
-#include "cli/signals.h"
+#include "cli/support/signals.h"
 
 #include <array>
 #include <cerrno>

@@ -1,5 +1,5 @@
 /* Counting processors. */
-#include "cli/processors.h"
+#include "cli/support/processors.h"
 
 #include <algorithm>
 #include <thread>

@@ -1,5 +1,5 @@
 /* Breaking lines between words. */
-#include "cli/wrapped.h"
+#include "cli/support/wrapped.h"
 
 #include <sstream>
 

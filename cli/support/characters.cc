@@ -1,4 +1,4 @@
-#include "cli/characters.h"
+#include "cli/support/characters.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Distances between words. */
-#include "cli/suggestion.h"
+#include "cli/support/suggestion.h"
 
 #include <algorithm>
 #include <cctype>
