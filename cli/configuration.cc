@@ -11,7 +11,7 @@
 #include "cli/configuration_rules.h"
 #include "cli/configuration_text.h"
 #include "cli/excerpt.h"
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

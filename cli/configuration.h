@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 #include "cli/message_policy.h"
 #include "cli/rules.h"
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "cli/files.h"
-#include "cli/output.h"
+#include "cli/files/files.h"
+#include "cli/files/output.h"
 
 namespace mtranslate {
 

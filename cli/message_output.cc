@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "cli/diagnostic.h"
+#include "cli/files/source.h"
 #include "cli/message_policy.h"
-#include "cli/source.h"
 #include "diagnose/messages.h"
 
 namespace mtranslate {

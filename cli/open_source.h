@@ -1,8 +1,8 @@
 /* Finding out what the source is. */
 #pragma once
 
+#include "cli/files/source.h"
 #include "cli/options.h"
-#include "cli/source.h"
 
 namespace mtranslate {
 

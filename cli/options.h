@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 #include "cli/limits.h"
 #include "cli/message_policy.h"
 #include "cli/message_writer.h"

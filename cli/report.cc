@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "cli/file_index.h"
-#include "cli/files.h"
-#include "cli/output.h"
+#include "cli/files/file_index.h"
+#include "cli/files/files.h"
+#include "cli/files/output.h"
 #include "cli/report_summary.h"
 
 namespace mtranslate {

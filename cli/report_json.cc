@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 #include "cli/report.h"
 #include "cli/report_summary.h"
 #include "cli/statistics_json.h"

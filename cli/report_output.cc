@@ -4,7 +4,7 @@
 
 #include "cli/assess.h"
 #include "cli/call_graph.h"
-#include "cli/output.h"
+#include "cli/files/output.h"
 #include "cli/rules.h"
 
 namespace mtranslate {

@@ -2,7 +2,7 @@
  * elements of their own, which the page reads when they are wanted. */
 #include <nlohmann/json.hpp>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 #include "cli/report.h"
 #include "cli/statistics_json.h"
 #include "cli/support/characters.h"

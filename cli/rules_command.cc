@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/configured.h"
-#include "cli/output.h"
+#include "cli/files/output.h"
 #include "cli/rules.h"
 #include "cli/rules/template_file.h"
 #include "cli/rules_survey.h"

@@ -4,10 +4,10 @@
 #include <csignal>
 #include <exception>
 
-#include "cli/depfile.h"
+#include "cli/files/depfile.h"
+#include "cli/files/output.h"
 #include "cli/message_output.h"
 #include "cli/open_source.h"
-#include "cli/output.h"
 #include "cli/report_output.h"
 #include "cli/translation.h"
 #include "cli/workers.h"

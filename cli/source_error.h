@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "cli/diagnostic.h"
-#include "cli/source.h"
+#include "cli/files/source.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

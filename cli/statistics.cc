@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "cli/excerpt.h"
-#include "cli/file_index.h"
+#include "cli/files/file_index.h"
 #include "cli/messages.h"
 #include "cli/places.h"
 #include "cli/unread_statements.h"

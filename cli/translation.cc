@@ -9,8 +9,8 @@
 #include <new>
 #include <vector>
 
-#include "cli/file_index.h"
-#include "cli/files.h"
+#include "cli/files/file_index.h"
+#include "cli/files/files.h"
 #include "cli/messages.h"
 #include "cli/rules_host.h"
 #include "cli/source_error.h"

@@ -8,9 +8,9 @@
 
 #include "cli/diagnostic.h"
 #include "cli/file_result.h"
+#include "cli/files/source.h"
 #include "cli/options.h"
 #include "cli/rules_host.h"
-#include "cli/source.h"
 #include "cli/statistics.h"
 #include "cli/support/exit_code.h"
 

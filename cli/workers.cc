@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 #include "cli/support/processors.h"
 #include "cli/support/signals.h"
 

@@ -1,5 +1,5 @@
 /* Files by the system's own calls, whose errno tells why something failed. */
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

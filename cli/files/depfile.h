@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

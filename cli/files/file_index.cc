@@ -1,5 +1,5 @@
 /* Names and files. */
-#include "cli/file_index.h"
+#include "cli/files/file_index.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,5 +1,5 @@
 /* Partial files, and the signals that must not leave one behind. */
-#include "cli/partial_file.h"
+#include "cli/files/partial_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,9 +1,9 @@
 /* The form of depfiles. */
-#include "cli/depfile.h"
+#include "cli/files/depfile.h"
 
 #include <set>
 
-#include "cli/output.h"
+#include "cli/files/output.h"
 
 namespace mtranslate {
 

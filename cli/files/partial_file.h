@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

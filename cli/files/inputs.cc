@@ -1,5 +1,5 @@
 /* Walking through folders. */
-#include "cli/inputs.h"
+#include "cli/files/inputs.h"
 
 #include <fnmatch.h>
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 #include <set>
 #include <utility>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Running diff. */
-#include "cli/difference.h"
+#include "cli/files/difference.h"
 
 #include <spawn.h>
 #include <sys/mman.h>
@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "cli/files.h"
+#include "cli/files/files.h"
 
 extern char **environ;
 

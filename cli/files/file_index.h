@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/inputs.h"
+#include "cli/files/inputs.h"
 
 namespace mtranslate {
 

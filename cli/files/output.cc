@@ -1,5 +1,5 @@
 /* Writing translations so that no file is lost. */
-#include "cli/output.h"
+#include "cli/files/output.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include <charconv>
 #include <filesystem>
 
-#include "cli/partial_file.h"
+#include "cli/files/partial_file.h"
 #include "cli/support/signals.h"
 
 namespace mtranslate {
