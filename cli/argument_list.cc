@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <sstream>
 
-#include "cli/explain.h"
+#include "cli/messages/explain.h"
 
 namespace mtranslate {
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <sstream>
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 
 namespace mtranslate {
 

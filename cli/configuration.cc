@@ -10,8 +10,8 @@
 #include "cli/configuration_options.h"
 #include "cli/configuration_rules.h"
 #include "cli/configuration_text.h"
-#include "cli/excerpt.h"
 #include "cli/files/files.h"
+#include "cli/messages/excerpt.h"
 
 namespace mtranslate {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/files/files.h"
-#include "cli/message_policy.h"
+#include "cli/messages/message_policy.h"
 #include "cli/rules.h"
 
 namespace mtranslate {

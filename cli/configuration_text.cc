@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "cli/configuration.h"
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 #include "cli/support/characters.h"
 #include "cli/support/suggestion.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/diagnostic.h"
+#include "cli/messages/diagnostic.h"
 #include "cli/statistics.h"
 #include "cli/support/exit_code.h"
 

@@ -9,7 +9,7 @@
 
 #include "cli/batch.h"
 #include "cli/configuration.h"
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 #include "cli/read_options.h"
 #include "cli/rules_command.h"
 #include "cli/single_run.h"

@@ -5,8 +5,8 @@
 #include <memory>
 #include <sstream>
 
-#include "cli/diagnostic.h"
-#include "cli/message_writer.h"
+#include "cli/messages/diagnostic.h"
+#include "cli/messages/message_writer.h"
 #include "cli/options.h"
 
 namespace mtranslate {

@@ -10,8 +10,8 @@
 
 #include "cli/files/files.h"
 #include "cli/limits.h"
-#include "cli/message_policy.h"
-#include "cli/message_writer.h"
+#include "cli/messages/message_policy.h"
+#include "cli/messages/message_writer.h"
 
 namespace mtranslate {
 

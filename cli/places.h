@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "cli/messages.h"
+#include "cli/messages/messages.h"
 #include "diagnose/source.h"
 
 namespace mtranslate {

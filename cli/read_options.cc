@@ -10,10 +10,10 @@
 
 #include "cli/argument_list.h"
 #include "cli/configured.h"
-#include "cli/excerpt.h"
-#include "cli/explain.h"
 #include "cli/files/output.h"
 #include "cli/help.h"
+#include "cli/messages/excerpt.h"
+#include "cli/messages/explain.h"
 #include "cli/option_table.h"
 #include "cli/report.h"
 #include "cli/support/suggestion.h"

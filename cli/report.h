@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/diagnostic.h"
+#include "cli/messages/diagnostic.h"
 #include "cli/statistics.h"
 
 namespace mtranslate {

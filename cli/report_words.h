@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 #include "cli/report.h"
 
 namespace mtranslate {

@@ -9,10 +9,10 @@
 
 #include "cli/configuration_search.h"
 #include "cli/configured.h"
-#include "cli/excerpt.h"
 #include "cli/files/file_index.h"
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"
+#include "cli/messages/excerpt.h"
 #include "cli/open_source.h"
 #include "cli/support/bytes.h"
 #include "cli/translation.h"

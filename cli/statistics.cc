@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <tuple>
 
-#include "cli/excerpt.h"
 #include "cli/files/file_index.h"
-#include "cli/messages.h"
+#include "cli/messages/excerpt.h"
+#include "cli/messages/messages.h"
 #include "cli/places.h"
 #include "cli/unread_statements.h"
 #include "diagnose/messages.h"

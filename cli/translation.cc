@@ -11,9 +11,9 @@
 
 #include "cli/files/file_index.h"
 #include "cli/files/files.h"
-#include "cli/messages.h"
+#include "cli/messages/messages.h"
+#include "cli/messages/source_error.h"
 #include "cli/rules_host.h"
-#include "cli/source_error.h"
 #include "host/stand_in_host.h"
 #include "lower/program_files.h"
 #include "run/last_error.h"

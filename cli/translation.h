@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "cli/diagnostic.h"
 #include "cli/file_result.h"
 #include "cli/files/source.h"
+#include "cli/messages/diagnostic.h"
 #include "cli/options.h"
 #include "cli/rules_host.h"
 #include "cli/statistics.h"

@@ -1,7 +1,7 @@
 /* The command-line tool: what it writes, says and answers. */
 #include "tests/tool.h"
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 #include "diagnose/message_table.h"
 
 namespace mtranslate {

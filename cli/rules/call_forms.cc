@@ -5,7 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 
 namespace mtranslate {
 

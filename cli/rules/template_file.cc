@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Comments that leave messages out. */
-#include "cli/ignore_comments.h"
+#include "cli/messages/ignore_comments.h"
 
 #include <algorithm>
 #include <string>

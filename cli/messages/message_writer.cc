@@ -1,4 +1,4 @@
-#include "cli/message_writer.h"
+#include "cli/messages/message_writer.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* The user's wishes about messages. */
-#include "cli/message_policy.h"
+#include "cli/messages/message_policy.h"
 
 #include <vector>
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/diagnostic.h"
 #include "cli/files/source.h"
-#include "cli/message_policy.h"
+#include "cli/messages/diagnostic.h"
+#include "cli/messages/message_policy.h"
 #include "diagnose/messages.h"
 
 namespace mtranslate {

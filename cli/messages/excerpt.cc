@@ -1,5 +1,5 @@
 /* From bytes to columns: characters, tabs and escapes. */
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 
 #include <algorithm>
 #include <cassert>

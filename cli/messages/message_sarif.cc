@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/message_writer.h"
+#include "cli/messages/message_writer.h"
 #include "cli/support/version.h"
 
 namespace mtranslate {

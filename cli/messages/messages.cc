@@ -1,10 +1,10 @@
 /* From a message's bytes to what people count in: lines and characters of the user's file. */
-#include "cli/messages.h"
+#include "cli/messages/messages.h"
 
 #include <algorithm>
 
-#include "cli/excerpt.h"
-#include "cli/ignore_comments.h"
+#include "cli/messages/excerpt.h"
+#include "cli/messages/ignore_comments.h"
 #include "cli/support/characters.h"
 
 namespace mtranslate {

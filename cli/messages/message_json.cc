@@ -2,7 +2,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "cli/message_writer.h"
+#include "cli/messages/message_writer.h"
 
 namespace mtranslate {
 

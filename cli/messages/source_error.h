@@ -10,8 +10,8 @@
 #include <string>
 #include <string_view>
 
-#include "cli/diagnostic.h"
 #include "cli/files/source.h"
+#include "cli/messages/diagnostic.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

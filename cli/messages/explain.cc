@@ -1,5 +1,5 @@
 /* The table of messages, written out. */
-#include "cli/explain.h"
+#include "cli/messages/explain.h"
 
 #include <sstream>
 #include <utility>

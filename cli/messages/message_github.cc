@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "cli/excerpt.h"
-#include "cli/message_writer.h"
+#include "cli/messages/excerpt.h"
+#include "cli/messages/message_writer.h"
 
 namespace mtranslate {
 

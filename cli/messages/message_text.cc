@@ -4,8 +4,8 @@
 #include <string>
 #include <utility>
 
-#include "cli/excerpt.h"
-#include "cli/message_writer.h"
+#include "cli/messages/excerpt.h"
+#include "cli/messages/message_writer.h"
 
 namespace mtranslate {
 

@@ -1,10 +1,10 @@
 /* From the library's record of an error to a compiler's message. */
-#include "cli/source_error.h"
+#include "cli/messages/source_error.h"
 
 #include <algorithm>
 #include <array>
 
-#include "cli/excerpt.h"
+#include "cli/messages/excerpt.h"
 
 namespace mtranslate {
 

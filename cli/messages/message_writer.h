@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <memory>
 
-#include "cli/diagnostic.h"
+#include "cli/messages/diagnostic.h"
 
 namespace mtranslate {
 

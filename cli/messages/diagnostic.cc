@@ -1,4 +1,4 @@
-#include "cli/diagnostic.h"
+#include "cli/messages/diagnostic.h"
 
 namespace mtranslate {
 
