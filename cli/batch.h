@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/options.h"
+#include "cli/request/options.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cli/configuration.h"
-#include "cli/options.h"
+#include "cli/request/options.h"
 
 namespace mtranslate {
 

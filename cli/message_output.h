@@ -7,7 +7,7 @@
 
 #include "cli/messages/diagnostic.h"
 #include "cli/messages/message_writer.h"
-#include "cli/options.h"
+#include "cli/request/options.h"
 
 namespace mtranslate {
 

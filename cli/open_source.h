@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/files/source.h"
-#include "cli/options.h"
+#include "cli/request/options.h"
 
 namespace mtranslate {
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "cli/options.h"
 #include "cli/report_output.h"
+#include "cli/request/options.h"
 
 namespace CLI {
 class App;

@@ -3,7 +3,7 @@
 
 #include <variant>
 
-#include "cli/options.h"
+#include "cli/request/options.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "cli/file_result.h"
-#include "cli/options.h"
 #include "cli/report.h"
+#include "cli/request/options.h"
 
 namespace mtranslate {
 

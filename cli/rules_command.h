@@ -1,7 +1,7 @@
 /* The subcommand "rules". */
 #pragma once
 
-#include "cli/options.h"
+#include "cli/request/options.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

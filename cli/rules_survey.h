@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "cli/options.h"
+#include "cli/request/options.h"
 #include "cli/rules_host.h"
 
 namespace mtranslate {

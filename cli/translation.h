@@ -9,7 +9,7 @@
 #include "cli/file_result.h"
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
-#include "cli/options.h"
+#include "cli/request/options.h"
 #include "cli/rules_host.h"
 #include "cli/statistics.h"
 #include "cli/support/exit_code.h"

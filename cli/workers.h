@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "cli/limits.h"
+#include "cli/request/limits.h"
 
 namespace mtranslate {
 

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "cli/files/files.h"
-#include "cli/limits.h"
 #include "cli/messages/message_policy.h"
 #include "cli/messages/message_writer.h"
+#include "cli/request/limits.h"
 
 namespace mtranslate {
 
