@@ -9,7 +9,7 @@
 
 #include "cli/files/files.h"
 #include "cli/messages/message_policy.h"
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 
 namespace mtranslate {
 

@@ -9,7 +9,7 @@
 
 #include "cli/rules/construct_reader.h"
 #include "cli/rules/function_reader.h"
-#include "cli/rules_text.h"
+#include "cli/rules/rules_text.h"
 
 namespace mtranslate {
 

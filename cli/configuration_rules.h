@@ -4,7 +4,7 @@
 #include <toml++/toml.h>
 
 #include "cli/configuration_text.h"
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 
 namespace mtranslate {
 

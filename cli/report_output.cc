@@ -5,7 +5,7 @@
 #include "cli/assess.h"
 #include "cli/call_graph.h"
 #include "cli/files/output.h"
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 
 namespace mtranslate {
 

@@ -9,7 +9,7 @@
 
 #include "cli/configured.h"
 #include "cli/files/output.h"
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 #include "cli/rules/template_file.h"
 #include "cli/rules_survey.h"
 #include "cli/support/suggestion.h"

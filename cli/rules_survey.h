@@ -7,7 +7,7 @@
 #include <string>
 
 #include "cli/request/options.h"
-#include "cli/rules_host.h"
+#include "cli/rules/rules_host.h"
 
 namespace mtranslate {
 

@@ -13,7 +13,7 @@
 #include "cli/files/files.h"
 #include "cli/messages/messages.h"
 #include "cli/messages/source_error.h"
-#include "cli/rules_host.h"
+#include "cli/rules/rules_host.h"
 #include "host/stand_in_host.h"
 #include "lower/program_files.h"
 #include "run/last_error.h"

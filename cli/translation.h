@@ -10,7 +10,7 @@
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
 #include "cli/request/options.h"
-#include "cli/rules_host.h"
+#include "cli/rules/rules_host.h"
 #include "cli/statistics.h"
 #include "cli/support/exit_code.h"
 

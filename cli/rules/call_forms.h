@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/rules/pattern.h"
-#include "cli/rules_template.h"
+#include "cli/rules/rules_template.h"
 
 namespace mtranslate {
 

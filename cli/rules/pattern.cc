@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "cli/rules_template.h"
+#include "cli/rules/rules_template.h"
 
 namespace mtranslate {
 

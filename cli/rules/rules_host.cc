@@ -1,5 +1,5 @@
 /* Answering by rules, and counting it. */
-#include "cli/rules_host.h"
+#include "cli/rules/rules_host.h"
 
 #include "cli/rules/constructs.h"
 #include "cli/rules/result_kinds.h"

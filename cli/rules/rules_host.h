@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 #include "cli/rules/unanswered.h"
 #include "syntax/result_kinds.h"
 

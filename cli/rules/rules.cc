@@ -1,5 +1,5 @@
 /* Keeping rules. */
-#include "cli/rules.h"
+#include "cli/rules/rules.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Quotes, brackets and operators of host texts. */
-#include "cli/rules_text.h"
+#include "cli/rules/rules_text.h"
 
 #include <algorithm>
 #include <cctype>

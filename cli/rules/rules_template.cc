@@ -1,11 +1,11 @@
 /* Reading templates, and filling them. */
-#include "cli/rules_template.h"
+#include "cli/rules/rules_template.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string_view>
 
-#include "cli/rules_text.h"
+#include "cli/rules/rules_text.h"
 
 namespace mtranslate {
 
