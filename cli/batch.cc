@@ -10,8 +10,8 @@
 #include <set>
 #include <sstream>
 
-#include "cli/configuration_search.h"
-#include "cli/configured.h"
+#include "cli/config/configuration_search.h"
+#include "cli/config/configured.h"
 #include "cli/file_result.h"
 #include "cli/files/depfile.h"
 #include "cli/files/difference.h"

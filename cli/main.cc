@@ -8,7 +8,7 @@
 #include <new>
 
 #include "cli/batch.h"
-#include "cli/configuration.h"
+#include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
 #include "cli/read_options.h"
 #include "cli/rules_command.h"

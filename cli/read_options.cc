@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "cli/argument_list.h"
-#include "cli/configured.h"
+#include "cli/config/configured.h"
 #include "cli/files/output.h"
 #include "cli/help.h"
 #include "cli/messages/excerpt.h"

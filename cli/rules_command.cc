@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/configured.h"
+#include "cli/config/configured.h"
 #include "cli/files/output.h"
 #include "cli/rules/rules.h"
 #include "cli/rules/template_file.h"

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "cli/configuration_search.h"
-#include "cli/configured.h"
+#include "cli/config/configuration_search.h"
+#include "cli/config/configured.h"
 #include "cli/files/file_index.h"
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"

@@ -1,11 +1,11 @@
 /* Reading the forms of constructs. */
-#include "cli/rules/construct_reader.h"
+#include "cli/config/construct_reader.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/rules/form_text.h"
+#include "cli/config/form_text.h"
 
 namespace mtranslate {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/configuration.h"
-#include "cli/configuration_text.h"
+#include "cli/config/configuration.h"
+#include "cli/config/configuration_text.h"
 
 namespace mtranslate {
 

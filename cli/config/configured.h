@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "cli/configuration.h"
+#include "cli/config/configuration.h"
 #include "cli/request/options.h"
 
 namespace mtranslate {

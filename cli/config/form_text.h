@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/configuration_text.h"
+#include "cli/config/configuration_text.h"
 #include "cli/rules/call_forms.h"
 
 namespace mtranslate {

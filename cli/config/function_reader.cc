@@ -1,12 +1,12 @@
 /* Reading the entries of a function. */
-#include "cli/rules/function_reader.h"
+#include "cli/config/function_reader.h"
 
 #include <algorithm>
 #include <charconv>
 #include <optional>
 #include <string_view>
 
-#include "cli/rules/form_text.h"
+#include "cli/config/form_text.h"
 #include "cli/rules/result_kinds.h"
 
 namespace mtranslate {

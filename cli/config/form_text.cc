@@ -1,5 +1,5 @@
 /* Reading forms. */
-#include "cli/rules/form_text.h"
+#include "cli/config/form_text.h"
 
 namespace mtranslate {
 

@@ -4,7 +4,7 @@
 #include <toml++/toml.h>
 #include <string>
 
-#include "cli/configuration_text.h"
+#include "cli/config/configuration_text.h"
 #include "cli/rules/call_forms.h"
 
 namespace mtranslate {

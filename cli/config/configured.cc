@@ -1,10 +1,10 @@
 /* From settings to options. */
-#include "cli/configured.h"
+#include "cli/config/configured.h"
 
 #include <algorithm>
 #include <filesystem>
 
-#include "cli/configuration_search.h"
+#include "cli/config/configuration_search.h"
 #include "cli/support/processors.h"
 
 namespace mtranslate {

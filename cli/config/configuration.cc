@@ -1,15 +1,15 @@
 /* Whole files of rules and options. */
 #define TOML_IMPLEMENTATION
-#include "cli/configuration.h"
+#include "cli/config/configuration.h"
 
 #include <toml++/toml.h>
 #include <set>
 #include <string_view>
 #include <utility>
 
-#include "cli/configuration_options.h"
-#include "cli/configuration_rules.h"
-#include "cli/configuration_text.h"
+#include "cli/config/configuration_options.h"
+#include "cli/config/configuration_rules.h"
+#include "cli/config/configuration_text.h"
 #include "cli/files/files.h"
 #include "cli/messages/excerpt.h"
 

@@ -1,5 +1,5 @@
 /* From folders upwards. */
-#include "cli/configuration_search.h"
+#include "cli/config/configuration_search.h"
 
 #include <sys/stat.h>
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/configuration.h"
+#include "cli/config/configuration.h"
 
 namespace mtranslate {
 

@@ -3,7 +3,7 @@
 
 #include <toml++/toml.h>
 
-#include "cli/configuration_text.h"
+#include "cli/config/configuration_text.h"
 #include "cli/rules/rules.h"
 
 namespace mtranslate {

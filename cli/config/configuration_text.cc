@@ -1,9 +1,9 @@
 /* Places, and messages about them. */
-#include "cli/configuration_text.h"
+#include "cli/config/configuration_text.h"
 
 #include <algorithm>
 
-#include "cli/configuration.h"
+#include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
 #include "cli/support/characters.h"
 #include "cli/support/suggestion.h"

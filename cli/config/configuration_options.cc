@@ -1,5 +1,5 @@
 /* From TOML to options. */
-#include "cli/configuration_options.h"
+#include "cli/config/configuration_options.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,5 +1,5 @@
 /* From TOML to rules. */
-#include "cli/configuration_rules.h"
+#include "cli/config/configuration_rules.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/rules/construct_reader.h"
-#include "cli/rules/function_reader.h"
+#include "cli/config/construct_reader.h"
+#include "cli/config/function_reader.h"
 #include "cli/rules/rules_text.h"
 
 namespace mtranslate {
