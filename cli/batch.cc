@@ -12,7 +12,6 @@
 
 #include "cli/config/configuration_search.h"
 #include "cli/config/configured.h"
-#include "cli/file_result.h"
 #include "cli/files/depfile.h"
 #include "cli/files/difference.h"
 #include "cli/files/file_index.h"
@@ -22,7 +21,8 @@
 #include "cli/message_output.h"
 #include "cli/open_source.h"
 #include "cli/progress.h"
-#include "cli/report_output.h"
+#include "cli/report/file_result.h"
+#include "cli/report/report_output.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

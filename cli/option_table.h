@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "cli/report_output.h"
+#include "cli/report/report_output.h"
 #include "cli/request/options.h"
 
 namespace CLI {

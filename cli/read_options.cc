@@ -15,7 +15,7 @@
 #include "cli/messages/excerpt.h"
 #include "cli/messages/explain.h"
 #include "cli/option_table.h"
-#include "cli/report.h"
+#include "cli/report/report.h"
 #include "cli/support/suggestion.h"
 #include "cli/translation.h"
 

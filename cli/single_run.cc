@@ -8,7 +8,7 @@
 #include "cli/files/output.h"
 #include "cli/message_output.h"
 #include "cli/open_source.h"
-#include "cli/report_output.h"
+#include "cli/report/report_output.h"
 #include "cli/translation.h"
 #include "cli/workers.h"
 

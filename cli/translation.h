@@ -6,12 +6,12 @@
 #include <optional>
 #include <string>
 
-#include "cli/file_result.h"
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
+#include "cli/report/file_result.h"
+#include "cli/report/statistics.h"
 #include "cli/request/options.h"
 #include "cli/rules/rules_host.h"
-#include "cli/statistics.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

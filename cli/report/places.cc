@@ -1,4 +1,4 @@
-#include "cli/places.h"
+#include "cli/report/places.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 /* What a report says about all its files together. */
 #pragma once
 
-#include "cli/report.h"
+#include "cli/report/report.h"
 
 namespace mtranslate {
 

@@ -1,13 +1,13 @@
 /* The page of an assessment. */
-#include "cli/assess.h"
+#include "cli/report/assess.h"
 
 #include <algorithm>
 #include <iomanip>
 #include <set>
 #include <sstream>
 
-#include "cli/report_summary.h"
-#include "cli/report_words.h"
+#include "cli/report/report_summary.h"
+#include "cli/report/report_words.h"
 
 namespace mtranslate {
 

@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/files/files.h"
-#include "cli/report.h"
-#include "cli/statistics_json.h"
+#include "cli/report/report.h"
+#include "cli/report/statistics_json.h"
 #include "cli/support/characters.h"
 #include "report_page_texts.h"
 

@@ -1,12 +1,12 @@
 /* Reports of several runs as one. */
-#include "cli/report.h"
+#include "cli/report/report.h"
 
 #include <algorithm>
 
 #include "cli/files/file_index.h"
 #include "cli/files/files.h"
 #include "cli/files/output.h"
-#include "cli/report_summary.h"
+#include "cli/report/report_summary.h"
 
 namespace mtranslate {
 

@@ -3,9 +3,9 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/files/files.h"
-#include "cli/report.h"
-#include "cli/report_summary.h"
-#include "cli/statistics_json.h"
+#include "cli/report/report.h"
+#include "cli/report/report_summary.h"
+#include "cli/report/statistics_json.h"
 
 namespace mtranslate {
 

@@ -1,10 +1,10 @@
-#include "cli/report_output.h"
+#include "cli/report/report_output.h"
 
 #include <iostream>
 
-#include "cli/assess.h"
-#include "cli/call_graph.h"
 #include "cli/files/output.h"
+#include "cli/report/assess.h"
+#include "cli/report/call_graph.h"
 #include "cli/rules/rules.h"
 
 namespace mtranslate {

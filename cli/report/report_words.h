@@ -6,7 +6,7 @@
 #include <string>
 
 #include "cli/messages/excerpt.h"
-#include "cli/report.h"
+#include "cli/report/report.h"
 
 namespace mtranslate {
 

@@ -3,7 +3,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "cli/statistics.h"
+#include "cli/report/statistics.h"
 
 namespace mtranslate {
 

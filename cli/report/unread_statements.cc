@@ -1,5 +1,5 @@
 /* Statements counted over bytes. */
-#include "cli/unread_statements.h"
+#include "cli/report/unread_statements.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 /* Members in the words of the report. */
-#include "cli/statistics_json.h"
+#include "cli/report/statistics_json.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

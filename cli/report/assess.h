@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/report.h"
+#include "cli/report/report.h"
 
 namespace mtranslate {
 

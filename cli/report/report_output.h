@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "cli/file_result.h"
-#include "cli/report.h"
+#include "cli/report/file_result.h"
+#include "cli/report/report.h"
 #include "cli/request/options.h"
 
 namespace mtranslate {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/line_map.h"
+#include "cli/report/line_map.h"
 #include "lower/pieces.h"
 
 namespace mtranslate {

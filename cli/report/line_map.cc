@@ -1,11 +1,11 @@
 /* From origins, which the library tells, to places. */
-#include "cli/line_map.h"
+#include "cli/report/line_map.h"
 
 #include <algorithm>
 #include <map>
 #include <tuple>
 
-#include "cli/places.h"
+#include "cli/report/places.h"
 
 namespace mtranslate {
 

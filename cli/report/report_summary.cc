@@ -1,5 +1,5 @@
 /* Sums over the files of a report. */
-#include "cli/report_summary.h"
+#include "cli/report/report_summary.h"
 
 #include <algorithm>
 #include <array>

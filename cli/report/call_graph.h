@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/report.h"
+#include "cli/report/report.h"
 
 namespace mtranslate {
 

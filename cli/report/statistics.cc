@@ -1,5 +1,5 @@
 /* From notes about pieces of the source, by their offsets, to what is told about it. */
-#include "cli/statistics.h"
+#include "cli/report/statistics.h"
 
 #include <algorithm>
 #include <tuple>
@@ -7,8 +7,8 @@
 #include "cli/files/file_index.h"
 #include "cli/messages/excerpt.h"
 #include "cli/messages/messages.h"
-#include "cli/places.h"
-#include "cli/unread_statements.h"
+#include "cli/report/places.h"
+#include "cli/report/unread_statements.h"
 #include "diagnose/messages.h"
 
 namespace mtranslate {
