@@ -7,12 +7,12 @@
 #include <iostream>
 #include <new>
 
-#include "cli/batch.h"
 #include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
 #include "cli/read_options.h"
 #include "cli/rules_command.h"
-#include "cli/single_run.h"
+#include "cli/run/batch.h"
+#include "cli/run/single_run.h"
 
 namespace mtranslate {
 

@@ -16,8 +16,8 @@
 #include "cli/messages/explain.h"
 #include "cli/option_table.h"
 #include "cli/report/report.h"
+#include "cli/run/translation.h"
 #include "cli/support/suggestion.h"
-#include "cli/translation.h"
 
 namespace mtranslate {
 

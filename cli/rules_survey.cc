@@ -13,10 +13,10 @@
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"
 #include "cli/messages/excerpt.h"
-#include "cli/open_source.h"
+#include "cli/run/open_source.h"
+#include "cli/run/translation.h"
+#include "cli/run/workers.h"
 #include "cli/support/bytes.h"
-#include "cli/translation.h"
-#include "cli/workers.h"
 
 namespace mtranslate {
 

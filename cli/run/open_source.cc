@@ -1,5 +1,5 @@
 /* A command, a file, or what can be read only once. */
-#include "cli/open_source.h"
+#include "cli/run/open_source.h"
 
 #include <unistd.h>
 

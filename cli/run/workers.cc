@@ -1,6 +1,6 @@
 /* Processes, and the sockets over which they get jobs and give results: a number there, a length
  * and as many bytes back. */
-#include "cli/workers.h"
+#include "cli/run/workers.h"
 
 #include <poll.h>
 #include <sys/prctl.h>

@@ -1,16 +1,16 @@
 /* From the source to the output; in a process of its own where there are limits. */
-#include "cli/single_run.h"
+#include "cli/run/single_run.h"
 
 #include <csignal>
 #include <exception>
 
 #include "cli/files/depfile.h"
 #include "cli/files/output.h"
-#include "cli/message_output.h"
-#include "cli/open_source.h"
 #include "cli/report/report_output.h"
-#include "cli/translation.h"
-#include "cli/workers.h"
+#include "cli/run/message_output.h"
+#include "cli/run/open_source.h"
+#include "cli/run/translation.h"
+#include "cli/run/workers.h"
 
 namespace mtranslate {
 

@@ -1,6 +1,6 @@
 /* Running the library and watching for its errors. The only place where the tool looks inside the
  * library: at its record of an error, and at the files that it opens. */
-#include "cli/translation.h"
+#include "cli/run/translation.h"
 
 #include <sys/stat.h>
 

@@ -1,4 +1,4 @@
-#include "cli/message_output.h"
+#include "cli/run/message_output.h"
 
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
 /* From inputs to outputs, by way of the workers. */
-#include "cli/batch.h"
+#include "cli/run/batch.h"
 
 #include <algorithm>
 #include <array>
@@ -18,13 +18,13 @@
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"
 #include "cli/files/output.h"
-#include "cli/message_output.h"
-#include "cli/open_source.h"
-#include "cli/progress.h"
 #include "cli/report/file_result.h"
 #include "cli/report/report_output.h"
-#include "cli/translation.h"
-#include "cli/workers.h"
+#include "cli/run/message_output.h"
+#include "cli/run/open_source.h"
+#include "cli/run/progress.h"
+#include "cli/run/translation.h"
+#include "cli/run/workers.h"
 
 namespace mtranslate {
 
