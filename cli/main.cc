@@ -9,7 +9,7 @@
 
 #include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
-#include "cli/read_options.h"
+#include "cli/options/read_options.h"
 #include "cli/rules_command.h"
 #include "cli/run/batch.h"
 #include "cli/run/single_run.h"

@@ -1,5 +1,5 @@
 /* Reading CLI11's table. */
-#include "cli/argument_list.h"
+#include "cli/options/argument_list.h"
 
 #include <CLI/CLI.hpp>
 #include <sstream>

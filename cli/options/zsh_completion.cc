@@ -1,6 +1,6 @@
 /* Completion for zsh, in the entries of its function _arguments. */
-#include "cli/completion_words.h"
-#include "cli/completions.h"
+#include "cli/options/completion_words.h"
+#include "cli/options/completions.h"
 
 namespace mtranslate {
 

@@ -1,7 +1,7 @@
 /* The table. A description is a line for every help, and, behind an empty line, more for the long
  * help and the manual page. What stands for a value decides what shells complete
  * (argument_list.h). */
-#include "cli/option_table.h"
+#include "cli/options/option_table.h"
 
 #include <CLI/CLI.hpp>
 #include <chrono>

@@ -1,12 +1,12 @@
 /* The arguments and the manual in the language of roff. */
-#include "cli/man_page.h"
+#include "cli/options/man_page.h"
 
 #include <algorithm>
 #include <cctype>
 #include <sstream>
 
-#include "cli/help.h"
-#include "cli/manual.h"
+#include "cli/options/help.h"
+#include "cli/options/manual.h"
 
 namespace mtranslate {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/argument_list.h"
+#include "cli/options/argument_list.h"
 
 namespace mtranslate {
 

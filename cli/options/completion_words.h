@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/argument_list.h"
+#include "cli/options/argument_list.h"
 
 namespace mtranslate {
 

@@ -5,10 +5,10 @@
 #include <fstream>
 #include <iostream>
 
-#include "cli/argument_list.h"
-#include "cli/completions.h"
-#include "cli/man_page.h"
-#include "cli/option_table.h"
+#include "cli/options/argument_list.h"
+#include "cli/options/completions.h"
+#include "cli/options/man_page.h"
+#include "cli/options/option_table.h"
 
 namespace {
 

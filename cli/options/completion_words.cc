@@ -1,5 +1,5 @@
 /* Choosing from the list of arguments. */
-#include "cli/completion_words.h"
+#include "cli/options/completion_words.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 /* The sections of the manual. */
-#include "cli/manual.h"
+#include "cli/options/manual.h"
 
 namespace mtranslate {
 

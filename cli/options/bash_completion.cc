@@ -1,6 +1,6 @@
 /* Completion for bash: a function that looks at the words typed so far. */
-#include "cli/completion_words.h"
-#include "cli/completions.h"
+#include "cli/options/completion_words.h"
+#include "cli/options/completions.h"
 
 namespace mtranslate {
 

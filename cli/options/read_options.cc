@@ -1,5 +1,5 @@
 /* What becomes of the arguments. */
-#include "cli/read_options.h"
+#include "cli/options/read_options.h"
 
 #include <sys/stat.h>
 
@@ -8,13 +8,13 @@
 #include <iostream>
 #include <utility>
 
-#include "cli/argument_list.h"
 #include "cli/config/configured.h"
 #include "cli/files/output.h"
-#include "cli/help.h"
 #include "cli/messages/excerpt.h"
 #include "cli/messages/explain.h"
-#include "cli/option_table.h"
+#include "cli/options/argument_list.h"
+#include "cli/options/help.h"
+#include "cli/options/option_table.h"
 #include "cli/report/report.h"
 #include "cli/run/translation.h"
 #include "cli/support/suggestion.h"

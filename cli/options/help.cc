@@ -1,7 +1,7 @@
 /* The help, in columns of a terminal. */
-#include "cli/help.h"
+#include "cli/options/help.h"
 
-#include "cli/manual.h"
+#include "cli/options/manual.h"
 #include "cli/support/wrapped.h"
 
 namespace mtranslate {

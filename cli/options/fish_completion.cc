@@ -1,6 +1,6 @@
 /* Completion for fish: a command for each argument. */
-#include "cli/completion_words.h"
-#include "cli/completions.h"
+#include "cli/options/completion_words.h"
+#include "cli/options/completions.h"
 
 namespace mtranslate {
 
