@@ -7,10 +7,10 @@
 #include <iostream>
 #include <new>
 
+#include "cli/commands/rules_command.h"
 #include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
 #include "cli/options/read_options.h"
-#include "cli/rules_command.h"
 #include "cli/run/batch.h"
 #include "cli/run/single_run.h"
 

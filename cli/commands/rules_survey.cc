@@ -1,5 +1,5 @@
 /* Translating for the sake of the messages. */
-#include "cli/rules_survey.h"
+#include "cli/commands/rules_survey.h"
 
 #include <cereal/types/map.hpp>
 #include <cereal/types/string.hpp>

@@ -1,5 +1,5 @@
 /* Rules, those that are missing, and those that nothing uses. */
-#include "cli/rules_command.h"
+#include "cli/commands/rules_command.h"
 
 #include <csignal>
 #include <iostream>
@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "cli/commands/rules_survey.h"
+#include "cli/commands/template_file.h"
 #include "cli/config/configured.h"
 #include "cli/files/output.h"
 #include "cli/rules/rules.h"
-#include "cli/rules/template_file.h"
-#include "cli/rules_survey.h"
 #include "cli/support/suggestion.h"
 
 namespace mtranslate {

@@ -1,5 +1,5 @@
 /* The lines of a rules file. */
-#include "cli/rules/template_file.h"
+#include "cli/commands/template_file.h"
 
 #include <algorithm>
 #include <utility>

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/rules_survey.h"
+#include "cli/commands/rules_survey.h"
 
 namespace mtranslate {
 
