@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "cli/support/library.h"
 #include "cli/support/suggestion.h"
 #include "cli/support/wrapped.h"
-#include "diagnose/message_table.h"
 
 namespace mtranslate {
 

@@ -6,7 +6,7 @@
  * the file. */
 #pragma once
 
-#include "diagnose/messages.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "diagnose/message_table.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

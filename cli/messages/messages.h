@@ -10,7 +10,7 @@
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
 #include "cli/messages/message_policy.h"
-#include "diagnose/messages.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "lower/origins.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

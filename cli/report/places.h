@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "cli/messages/messages.h"
-#include "diagnose/source.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

@@ -9,7 +9,7 @@
 #include "cli/messages/messages.h"
 #include "cli/report/places.h"
 #include "cli/report/unread_statements.h"
-#include "diagnose/messages.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

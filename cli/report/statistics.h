@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cli/report/line_map.h"
-#include "lower/pieces.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

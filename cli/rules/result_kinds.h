@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "syntax/result_kinds.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

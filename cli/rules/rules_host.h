@@ -10,7 +10,7 @@
 
 #include "cli/rules/rules.h"
 #include "cli/rules/unanswered.h"
-#include "syntax/result_kinds.h"
+#include "cli/support/library.h"
 
 namespace mtranslate {
 

@@ -14,13 +14,8 @@
 #include "cli/messages/messages.h"
 #include "cli/messages/source_error.h"
 #include "cli/rules/rules_host.h"
+#include "cli/support/library.h"
 #include "host/stand_in_host.h"
-#include "lower/program_files.h"
-#include "run/last_error.h"
-#include "run/run_end.h"
-#include "support/long_string.h"
-#include "support/observers.h"
-#include "syntax/print_tree.h"
 
 namespace mtranslate {
 
