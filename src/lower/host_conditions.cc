@@ -58,6 +58,8 @@ Test flag_test(const char *name) {
     return test;
 }
 
+constexpr char NOT[] = "not ";
+
 Test negate_test(const Test *test) {
     if (test->text == YES || test->text == NO) return constant_test(test->text == NO);
     if (test->is_flag) return count_test(test->left, OP_EQ, 0);
@@ -66,7 +68,9 @@ Test negate_test(const Test *test) {
         opposite.op = Opposites[test->op - OP_EQ];
         return opposite;
     }
-    return new_test(form_text("not %s", {test_text(test, TEST_NOT)}), TEST_NOT);
+    bool is_negated_atom = test->level == TEST_NOT && test->text[sizeof NOT - 1] != '(';
+    if (is_negated_atom) return new_test(test->text + sizeof NOT - 1);
+    return new_test(form_text("%s%s", {NOT, test_text(test, TEST_NOT)}), TEST_NOT);
 }
 
 const char *test_text(const Test *test, TestLevel around) {

@@ -140,7 +140,7 @@ bool is_element(const Node *selector) {
            selector->next->kind == NODE_FIELD;
 }
 
-// What is set in the field of a field of nothing: each is a struct of its own.
+// What is set in the field of a field of nothing: each begins like a variable.
 void start_fields(const char *written, const Node *selector) {
     Path path = begin_path(written, false);
     for (; selector->next; selector = selector->next) {
@@ -154,15 +154,18 @@ void start_fields(const char *written, const Node *selector) {
     }
 }
 
-// A field of which a field is set is a struct, if it is not there yet.
-void put_field_start(const char *written, const Node *field) {
-    const char *name = string_text(field->text);
-    mExpr *is_there = new_keyword_call("isfield", {written, name});
-    Path path = begin_path(written, false);
+// A field of which a part is set begins like a variable, if it is not there yet.
+void start_field(const char *holder, const Node *field) {
+    bool is_known = field->value != 0;
+    if (is_known && !may_be(field->value, MAY_BE_MISSING)) return;
+    Path path = begin_path(holder, false);
     path.has_field = true;
     add_field(&path, field);
-    put_line("if %s then", {value_condition(new_operator1(OP_NOT, is_there)->text)});
-    put_inner_line("%s := %s;", {path.text, start_text(field->next, false)});
+    const char *start = start_text(field->next, false);
+    if (field->value == MAY_BE_MISSING) return put_line("%s := %s;", {path.text, start});
+    mExpr *is_there = new_keyword_call("isfield", {holder, string_text(field->text)});
+    put_line("if not %s then", {value_condition(is_there->text)});
+    put_inner_line("%s := %s;", {path.text, start});
     put_line("end if;", {});
 }
 
@@ -184,15 +187,18 @@ void start_in_front(const Symbol *symbol, const char *written, const Node *selec
     add_line(Lowering.in_front, Lowering.front_level, line);
 }
 
-// A variable that has no value when a part of it is set begins without any.
-void start_target(const Node *base, const char *written) {
+// A variable that has no value when a part of it is set begins without any; whether its fields
+// begin with it.
+bool start_target(const Node *base, const char *written) {
     const Symbol *symbol = base->symbol;
-    if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
+    if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return false;
     if (base->value == MAY_BE_MISSING) {
         put_line("%s := %s;", {written, start_text(base->next, is_always_cell(symbol))});
-        return start_fields(written, base->next);
+        start_fields(written, base->next);
+        return true;
     }
     if (symbol->starts_in) start_in_front(symbol, written, base->next);
+    return false;
 }
 
 }  // namespace
@@ -204,13 +210,13 @@ Target lower_target(const Node *node, const Node *end) {
     Target target = {begin_path(name, false), nullptr, nullptr, nullptr};
     if (node->kind == NODE_NAME) return target;
     check_object_index(base, "subsasgn", "(...) =");
-    start_target(base, name);
+    bool are_fields_there = start_target(base, name);
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
+        if (selector->kind != NODE_FIELD) are_fields_there = true;  // behind it nothing is known
         if (needs_element(base, selector, end)) {
             add_element(&target, selector);
         } else {
-            bool may_be_new = has_flag(selector, IS_FIRST_USE) && base->value != MAY_BE_MISSING;
-            if (selector->kind == NODE_FIELD && may_be_new) put_field_start(name, selector);
+            if (!are_fields_there && selector->next) start_field(target.path.text, selector);
             add_target_selector(&target, selector);
         }
     }

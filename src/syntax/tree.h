@@ -43,8 +43,7 @@ struct Symbol;
  * NODE_REFERENCE      children: the base (no REFERENCE), then one selector or more:
  * NODE_ARGUMENTS        ( ), children: arguments
  * NODE_BRACES           { }, children: arguments
- * NODE_FIELD            .name, text: interned. Flag IS_FIRST_USE, set with the names: nothing has used
- *                       this field of the variable before, and a field or element of it is set
+ * NODE_FIELD            .name, text: interned
  * NODE_DYNAMIC_FIELD    .(e), child
  * NODE_HANDLE         @name, text: interned, with the dots of packages; symbol
  * NODE_ANONYMOUS      children: PARAMETERS, expression
@@ -170,7 +169,6 @@ enum NodeFlag : uint16_t {
     REPEATING = 1 << 12,
     FOR_OUTPUTS = 1 << 13,
     KEEPS_VARIABLE = 1 << 14,
-    IS_FIRST_USE = 1 << 14, /* of a FIELD */
     HAS_GAP = 1 << 15 /* nothing stands between two commas of the ROW, or in front of the first */
 };
 

@@ -256,7 +256,7 @@ ValuePointer &field_of(Value &value, const std::string &name) {
     if (value.kind != ValueKind::RECORD) throw ExecutionError("a field of " + kind_of(value));
     for (auto &field : value.fields)
         if (field.first == name) return field.second;
-    value.fields.emplace_back(name, std::make_shared<Value>());
+    value.fields.emplace_back(name, nullptr);  // it does not begin by a part
     return value.fields.back().second;
 }
 

@@ -33,7 +33,9 @@ void complete_records(Value &records) {
         for (const auto &field : element->fields)
             if (!contains(names, field.first)) names.push_back(field.first);
     for (const ValuePointer &element : records.elements)
-        for (const std::string &name : names) field_of(*element, name);
+        for (const std::string &name : names)
+            if (ValuePointer &field = field_of(*element, name); !field)
+                field = std::make_shared<Value>();
 }
 
 }  // namespace
@@ -161,7 +163,7 @@ ValuePointer &Machine::place_of(const Expression &target) {
 
 // The value in a place, which may be changed there without a change elsewhere that is not meant.
 Value &Machine::changeable(ValuePointer &place) const {
-    if (!place) throw ExecutionError("a part of a variable without a value");
+    if (!place) throw ExecutionError("a part of what has no value");
     const bool is_shared = sharing_ == Sharing::REFERENCES &&
                            place->kind != ValueKind::CHARACTERS &&
                            !(is_array(*place) && place->numbers.size() == 1);

@@ -24,12 +24,9 @@ static void add_field(FieldUse **uses, const char *field) {
     *uses = use;
 }
 
-bool uses_field(const Symbol *symbol, const char *field) {
-    return has_many(symbol->fields) || has_field(symbol->fields, field);
-}
-
 void note_field_use(Symbol *symbol, const char *field) {
-    if (!uses_field(symbol, field)) add_field(&symbol->fields, field);
+    bool is_noted = has_many(symbol->fields) || has_field(symbol->fields, field);
+    if (!is_noted) add_field(&symbol->fields, field);
 }
 
 void note_cell_field(Symbol *symbol, const char *field) {

@@ -5,8 +5,6 @@
 
 /* A field of the variable, with an interned name, is read or set. */
 void note_field_use(Symbol *symbol, const char *field);
-/* Whether it has been; of very many fields each one counts as named. */
-bool uses_field(const Symbol *symbol, const char *field);
 /* Braces are used behind a field of the variable; whether they are somewhere, of the first few such
  * fields. */
 void note_cell_field(Symbol *symbol, const char *field);

@@ -117,15 +117,6 @@ void note_field(const Node *base) {
         symbol->flags |= SYMBOL_MAY_BE_MISSING;
 }
 
-// x.f.g = v or x.f{k} = v, where x.f has not been named before: perhaps it is not there.
-void note_first_use(Node *target) {
-    Node *field = second_child(target);
-    const Symbol *symbol = target->first_child->symbol;
-    bool is_inner = field->kind == NODE_FIELD && field->next && field->next->kind != NODE_ARGUMENTS;
-    if (is_inner && !uses_field(symbol, field->text)) field->flags |= IS_FIRST_USE;
-    if (field->kind == NODE_FIELD) note_field_use(target->first_child->symbol, field->text);
-}
-
 void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (target->kind == NODE_NAME) {
         set_name(walk, target, value);
@@ -138,7 +129,7 @@ void set_target(NameWalk *walk, Node *target, const Node *value) {
     note_field(base);
     note_braces(base);
     note_element(mention(walk, base), target);
-    note_first_use(target);
+    if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     change_name(walk, base);
 }
 

@@ -44,6 +44,11 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
     return part;
 }
 
+void note_presence(Symbol *field) {
+    Value value = value_now(field);
+    if (may_be(value, MAY_BE_MISSING) && kinds_of(value)) set_value(field, value & ANY_VALUE);
+}
+
 void forget_fields(Symbol *holder) {
     holder->has_given_parts = true;
     for (Symbol *part = holder->parts; part; part = part->next)

@@ -127,9 +127,26 @@ void assume_given(Given given, uint32_t offset) {
     }
 }
 
+// isfield(s, 'f'), isfield(s.a, 'f').
+void assume_field(const Node *arguments, bool is_true) {
+    const Node *name = arguments->next;
+    if (!name || name->kind != NODE_STRING || !*name->text) return;
+    Symbol *holder = tested_variable(arguments);
+    if (!holder || !is_traced(holder)) return;
+    int depth = 0;
+    if (arguments->kind == NODE_REFERENCE)
+        for (const Node *part = second_child(arguments); part; part = part->next) depth++;
+    Symbol *field = field_of(holder, intern(name->text), depth);
+    if (!field) return;
+    if (is_true) return note_presence(field);
+    assign(field, MAY_BE_MISSING);
+}
+
 void assume_call(Node *node, bool is_true) {
     LibraryCall call = library_call(node);
-    Symbol *symbol = call.function ? tested_variable(call.arguments) : nullptr;
+    if (!call.function || !call.arguments) return;
+    if (strcmp(call.function->name, "isfield") == 0) return assume_field(call.arguments, is_true);
+    Symbol *symbol = tested_variable(call.arguments);
     if (!symbol) return;
     const char *name = call.function->name;
     if (strcmp(name, "isempty") == 0)

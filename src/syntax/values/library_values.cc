@@ -87,6 +87,10 @@ Value shape_of_first(const LibraryFunction *function, const Node *arguments) {
     return is_number ? numeric_shape(value) : value & ANY_SHAPE;
 }
 
+Value shape_of_test(const Node *arguments) {
+    return may_be(joined(arguments), MAY_BE_CELL) ? ANY_SHAPE : ONE;
+}
+
 // Names and values; struct of anything else may give several.
 Value shape_of_struct(const Node *arguments) {
     for (const Node *name = arguments; name; name = name->next->next) {
@@ -99,6 +103,8 @@ Value shape_of_struct(const Node *arguments) {
 Value shape_of(const LibraryFunction *function, const Node *arguments) {
     switch (function->shape) {
         case SHAPE_ONE: return ONE;
+        case SHAPE_TEST: return shape_of_test(arguments);
+        case SHAPE_NAMED: return shape_of_test(arguments ? arguments->next : nullptr);
         case SHAPE_ALL: return shape_of_all(arguments);
         case SHAPE_FIRST: return shape_of_first(function, arguments);
         case SHAPE_TEXT: return shape_of_text(arguments);

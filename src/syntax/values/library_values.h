@@ -5,6 +5,8 @@
 
 enum ResultShape : uint8_t {
     SHAPE_ONE,   /* a single value */
+    SHAPE_TEST,  /* one; of a cell, any */
+    SHAPE_NAMED, /* one; where an argument after the first is a cell, any */
     SHAPE_ALL,   /* element by element, of all arguments */
     SHAPE_FIRST, /* as the first argument */
     SHAPE_TEXT,  /* a text; of a cell a cell */

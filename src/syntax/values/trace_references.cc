@@ -133,9 +133,12 @@ struct Part {
 };
 
 Part field_part(Part of, const char *name) {
-    bool is_one = of.holder && is_one_record(of.value & ANY_VALUE);
-    Symbol *field = is_one ? field_of(of.holder, name, of.depth) : nullptr;
-    return {field ? value_now(field) : Value(ANY_VALUE), field, false, of.depth + 1};
+    Symbol *field = of.holder ? field_of(of.holder, name, of.depth) : nullptr;
+    if (!field) return {ANY_VALUE, nullptr, false, of.depth + 1};
+    bool is_one = is_one_record(of.value & ANY_VALUE);
+    Value value = is_one ? value_now(field) : Value(ANY_VALUE);
+    note_presence(field);
+    return {value, field, false, of.depth + 1};
 }
 
 Part selected_part(Part of, const Node *selector) {

@@ -125,6 +125,8 @@ void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expr
     }
     set_value(holder, after);
     if (!field) return;
+    bool is_read = selector->next && is_deletion(selector->next, expression);
+    if (is_read) note_presence(field);
     selector->value |= value_now(field);
     if (selector->next) return set_part(field, depth + 1, selector->next, value, expression);
     assign(field, value & ANY_VALUE);
