@@ -448,6 +448,21 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
             "mtranslate: error: cannot read 'none.toml': No such file or directory\n"}});
 }
 
+/* Places far into long lines and texts; of many mistakes the first hundred. */
+TEST_F(Rules, have_places_however_long_their_text_is) {
+    write(directory / "long.toml", repeated("\n", 700) + "[names]\n'" + repeated("\u00e9", 600) +
+                                       "' = 'f'\ng =" + std::string(999, ' ') + "1\n");
+    EXPECT_EQ(run("mtranslate --rules long.toml -c x"), 2);
+    EXPECT_NE(read(directory / "err").find("\nlong.toml:703:1003: error: "), std::string::npos);
+    std::string many = "[names]\n";
+    for (int i = 100; i < 250; i++) many += 'n' + std::to_string(i) + " = 1\n";
+    write(directory / "many.toml", many);
+    EXPECT_EQ(run("mtranslate --rules many.toml -c x"), 2);
+    const std::string shown = read(directory / "err");
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), '^'), 100);
+    EXPECT_TRUE(shown.ends_with("many.toml: error: mistakes in all: 150\n")) << shown;
+}
+
 TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
     const std::pair<const char *, const char *> files[] = {
         {"t/mtranslate.toml",

@@ -12,6 +12,8 @@ namespace mtranslate {
 
 namespace {
 
+constexpr std::size_t MOST_SHOWN = 100; /* mistakes */
+
 std::string one_of(const std::vector<std::string> &names) {
     std::string list;
     for (const std::string &name : names)
@@ -21,23 +23,6 @@ std::string one_of(const std::vector<std::string> &names) {
 
 }  // namespace
 
-/* Columns count characters. */
-std::size_t ConfigurationText::offset_of(const toml::source_position &place) const {
-    std::size_t at = 0;
-    for (auto line = place.line; line > 1 && at < text_.size(); --line)
-        at = std::min(text_.find('\n', at), text_.size() - 1) + 1;
-    const auto continues = [this](std::size_t byte) {
-        return byte < text_.size() && (text_[byte] & 0xC0) == 0x80;
-    };
-    for (auto column = place.column; column > 1 && at < text_.size(); --column)
-        for (++at; continues(at);) ++at;
-    return at;
-}
-
-std::size_t ConfigurationText::begin_of_line(std::size_t offset) const {
-    return offset == 0 ? 0 : text_.rfind('\n', offset - 1) + 1;  // npos + 1 is 0
-}
-
 /* Without its end. */
 std::string_view ConfigurationText::line_from(std::size_t begin) const {
     const std::string_view rest = std::string_view(text_).substr(begin);
@@ -46,10 +31,8 @@ std::string_view ConfigurationText::line_from(std::size_t begin) const {
 }
 
 RulePlace ConfigurationText::place_of(std::size_t offset) const {
-    const std::size_t begin = begin_of_line(offset);
-    const auto before = std::string_view(text_).substr(0, begin);
-    const auto lines = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
-    return {name_, lines + 1, count_characters(line_from(begin).substr(0, offset - begin)) + 1};
+    const TextPlace place = places_.place_of(offset);
+    return {name_, place.line, place.column};
 }
 
 RulePlace ConfigurationText::place_of(const toml::key &key) const {
@@ -57,12 +40,7 @@ RulePlace ConfigurationText::place_of(const toml::key &key) const {
 }
 
 void ConfigurationText::report(std::size_t offset, const std::string &message) {
-    const RulePlace place = place_of(offset);
-    const std::size_t begin = begin_of_line(offset);
-    const std::string_view line = line_from(begin);
-    const std::size_t mark = std::min(offset - begin, line.size());
-    mistakes_.emplace(offset, text_of(place) + ": error: " + printable(message) + '\n' +
-                                  excerpt(line, mark, mark));
+    mistakes_.emplace(offset, message);
 }
 
 void ConfigurationText::report(const toml::source_position &place, const std::string &message) {
@@ -97,10 +75,27 @@ void ConfigurationText::report_unknown(const toml::key &key,
                     (nearest.empty() ? "; expected " + one_of(known) : nearest));
 }
 
+std::string ConfigurationText::text_of_mistake(std::size_t offset,
+                                               const std::string &message) const {
+    const std::size_t begin = places_.begin_of_line(offset);
+    const std::string_view line = line_from(begin);
+    const std::size_t mark = std::min(offset - begin, line.size());
+    return text_of(place_of(offset)) + ": error: " + printable(message) + '\n' +
+           excerpt(line, mark, mark);
+}
+
 void ConfigurationText::throw_mistakes() const {
+    if (mistakes_.empty()) return;
     std::string lines;
-    for (const auto &[offset, line] : mistakes_) lines += line;
-    if (!lines.empty()) throw ConfigurationError(lines);
+    std::size_t count = 0;
+    for (const auto &[offset, message] : mistakes_) {
+        if (++count > MOST_SHOWN) break;
+        lines += text_of_mistake(offset, message);
+    }
+    if (mistakes_.size() > MOST_SHOWN)
+        lines += printable(name_) +
+                 ": error: mistakes in all: " + std::to_string(mistakes_.size()) + '\n';
+    throw ConfigurationError(lines);
 }
 
 }  // namespace mtranslate

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "cli/rules/call_forms.h"
+#include "cli/support/text_places.h"
 
 namespace mtranslate {
 
@@ -16,7 +17,9 @@ class ConfigurationText {
 public:
     /* name: what messages call the file. */
     ConfigurationText(std::string name, std::string text)
-        : name_(std::move(name)), text_(std::move(text)) {}
+        : name_(std::move(name)), text_(std::move(text)), places_(text_) {}
+    ConfigurationText(const ConfigurationText &) = delete;
+    ConfigurationText &operator=(const ConfigurationText &) = delete;
 
     const std::string &text() const { return text_; }
     RulePlace place_of(const toml::key &key) const;
@@ -29,20 +32,23 @@ public:
     void report_in(const toml::node &string, std::size_t byte, const std::string &message);
     /* A key that is none of the known ones. */
     void report_unknown(const toml::key &key, const std::vector<std::string> &known);
-    /* Throws ConfigurationError with all mistakes, in the order of their places, if there are any.
-     */
+    /* Throws ConfigurationError with the mistakes in the order of their places, if there are any:
+     * the first 100, and how many more there are. */
     void throw_mistakes() const;
 
 private:
-    std::size_t offset_of(const toml::source_position &place) const;
-    std::size_t begin_of_line(std::size_t offset) const;
+    std::size_t offset_of(const toml::source_position &place) const {
+        return places_.offset_of({place.line, place.column});
+    }
     std::string_view line_from(std::size_t begin) const;
     RulePlace place_of(std::size_t offset) const;
     void report(std::size_t offset, const std::string &message);
+    std::string text_of_mistake(std::size_t offset, const std::string &message) const;
 
     std::string name_;
     std::string text_;
-    std::multimap<std::size_t, std::string> mistakes_; /* lines for the user, by their bytes */
+    TextPlaces places_;
+    std::multimap<std::size_t, std::string> mistakes_; /* messages, by their bytes */
 };
 
 }  // namespace mtranslate
