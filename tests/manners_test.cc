@@ -117,6 +117,8 @@ TEST_F(Tool, completes_arguments_in_shells) {
         {"check s", "src\nsum.m\n", "src/\nsum.m\n"},
         {"-o 'src/one f'", "src/one file.m\n", "src/one file.m\n"},
         {"ex", "explain\n", "explain\n"},
+        {"-W no-unknown-f", "no-unknown-function\n", "no-unknown-function\n"},
+        {"-W error = global", "global-start\n", nullptr},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.words);

@@ -58,7 +58,7 @@ TEST_F(Messages, count_lines_and_characters) {
     }
 }
 
-TEST_F(Messages, are_left_out_or_made_errors_as_wished) {
+TEST_F(Messages, are_left_out_or_made_errors_by_patterns) {
     write(directory / "w.m",
           "x = eval('(');\nif x == 'abc'  % mtranslate: ignore text-comparison\n    y = 2;\nend\n"
           "if x == 'abd'\n    y = 3;\nend\n");

@@ -96,7 +96,7 @@ std::vector<std::string> paths_of(const Entry &entry) {
 std::optional<MessagePolicy> policy_of(const Entry &entry) {
     MessagePolicy policy;
     try {
-        for (const std::string &wish : texts_of(entry)) policy.add(wish);
+        for (const std::string &pattern : texts_of(entry)) policy.add(pattern);
     } catch (const PolicyError &error) {
         entry.file.report(entry.value, error.what());
     }

@@ -1,7 +1,5 @@
-/* The user's wishes about messages. */
+/* Patterns of the user, one after the other. */
 #include "cli/messages/message_policy.h"
-
-#include <vector>
 
 #include "cli/support/suggestion.h"
 
@@ -26,27 +24,37 @@ bool skip(std::string_view &text, std::string_view prefix) {
 }  // namespace
 
 MessagePolicy::MessagePolicy() {
-    for (const MessageRow &row : MessageTable) wishes_[row.id] = {false, row.severity};
+    for (const MessageRow &row : MessageTable) treatments_[row.id] = {false, row.severity};
 }
 
-void MessagePolicy::add(std::string_view wish) {
-    if (wish == "error") {
-        for (Wish &of : wishes_)
+void MessagePolicy::add(std::string_view pattern) {
+    if (pattern == "error") {
+        for (Treatment &of : treatments_)
             if (of.severity == SEVERITY_WARNING) of.severity = SEVERITY_ERROR;
         return;
     }
-    const bool is_error = skip(wish, "error=");
-    const bool is_out = !is_error && skip(wish, "no-");
-    const MessageRow &row = row_of(std::string(wish));
+    const bool is_error = skip(pattern, "error=");
+    const bool is_out = !is_error && skip(pattern, "no-");
+    const MessageRow &row = row_of(std::string(pattern));
     if (is_out && row.severity == SEVERITY_ERROR)
         throw PolicyError(std::string(row.code) + " is an error: it cannot be left out");
-    wishes_[row.id] = {is_out, is_error ? SEVERITY_ERROR : row.severity};
+    treatments_[row.id] = {is_out, is_error ? SEVERITY_ERROR : row.severity};
 }
 
 std::optional<MessageSeverity> MessagePolicy::severity_of(MessageId id) const {
-    const Wish &wish = wishes_[id];
-    if (wish.is_out) return std::nullopt;
-    return wish.severity;
+    const Treatment &treatment = treatments_[id];
+    if (treatment.is_out) return std::nullopt;
+    return treatment.severity;
+}
+
+std::vector<std::string> all_patterns() {
+    std::vector<std::string> patterns{"error"};
+    for (const MessageRow &row : MessageTable) {
+        const std::string name = row.name;
+        if (row.severity != SEVERITY_ERROR)
+            patterns.insert(patterns.end(), {"no-" + name, "error=" + name});
+    }
+    return patterns;
 }
 
 }  // namespace mtranslate

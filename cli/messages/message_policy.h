@@ -6,12 +6,13 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/support/library.h"
 
 namespace mtranslate {
 
-/* A wish that cannot be met; what() says why. */
+/* A pattern that has no meaning; what() says why. */
 class PolicyError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -20,19 +21,22 @@ public:
 class MessagePolicy {
 public:
     MessagePolicy();
-    /* wish: "no-CODE" leaves a message out, "CODE" takes it back in, "error=CODE" makes it an
-     * error, "error" all warnings; a code or a short name. The last wish about a message holds.
+    /* pattern: "no-CODE" leaves a message out, "CODE" takes it back in, "error=CODE" makes it an
+     * error, "error" all warnings; a code or a short name. The last one about a message holds.
      * Throws PolicyError. */
-    void add(std::string_view wish);
+    void add(std::string_view pattern);
     /* None for a message that is left out. */
     std::optional<MessageSeverity> severity_of(MessageId id) const;
 
 private:
-    struct Wish {
+    struct Treatment {
         bool is_out;
         MessageSeverity severity;
     };
-    std::array<Wish, MESSAGE_COUNT> wishes_;
+    std::array<Treatment, MESSAGE_COUNT> treatments_; /* by the ids of messages */
 };
+
+/* What users may give as a pattern, by short names. */
+std::vector<std::string> all_patterns();
 
 }  // namespace mtranslate

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "cli/messages/explain.h"
+#include "cli/messages/message_policy.h"
 
 namespace mtranslate {
 
@@ -17,8 +18,8 @@ void describe(std::string &summary, std::string &details, const std::string &des
     if (end < description.size()) details = description.substr(end + 2);
 }
 
-/* CLI11 has a list of choices only in words: "TYPE:{one,two}". */
-std::vector<std::string> choices_in(const std::string &type) {
+/* CLI11 has a list of written choices only in words: "TYPE:{one,two}". */
+std::vector<std::string> written_choices(const std::string &type) {
     const std::size_t open = type.find('{');
     const std::size_t close = type.find('}', std::min(open, type.size()));
     if (close == type.npos) return {};
@@ -36,6 +37,12 @@ std::string value_of(const CLI::Option &option) {
                                             : option.get_option_text();
 }
 
+std::vector<std::string> choices_of(const std::string &value, const CLI::Option &option) {
+    if (value == "CODE") return all_codes();
+    if (value == "PATTERN") return all_patterns();
+    return written_choices(option.get_type_name());
+}
+
 ArgumentInfo info_on(const CLI::Option &option) {
     ArgumentInfo info;
     for (const std::string &name : option.get_snames()) info.names.push_back('-' + name);
@@ -43,7 +50,7 @@ ArgumentInfo info_on(const CLI::Option &option) {
     info.value = value_of(option);
     describe(info.summary, info.details, option.get_description());
     info.group = option.get_group();
-    info.choices = info.value == "CODE" ? all_codes() : choices_in(option.get_type_name());
+    info.choices = choices_of(info.value, option);
     info.is_repeatable = option.get_items_expected_max() > 1;
     return info;
 }

@@ -15,7 +15,8 @@ struct ArgumentInfo {
     /* With their dashes, short ones first; none for a positional argument. */
     std::vector<std::string> names;
     /* What stands for the value. It says what a shell offers: DIR a folder, PATH or FILE a file,
-     * CODE the codes of messages, or one of the choices. Empty for a flag. */
+     * CODE the codes of messages, PATTERN what -W takes, or one of the choices. Empty for a flag.
+     */
     std::string value;
     std::string summary; /* one line */
     std::string details; /* more sentences, or none */
@@ -36,7 +37,7 @@ struct CommandInfo {
     std::vector<CommandInfo> commands;
 };
 
-/* The description of an argument or command is its summary, or, behind an empty line, more. */
+/* The description of an argument or command is its summary, or, after an empty line, more. */
 CommandInfo list_arguments(const CLI::App &app);
 
 }  // namespace mtranslate

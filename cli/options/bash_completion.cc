@@ -1,4 +1,6 @@
 /* Completion for bash: a function that looks at the words typed so far. */
+#include <map>
+
 #include "cli/options/completion_words.h"
 #include "cli/options/completions.h"
 
@@ -18,11 +20,11 @@ _mtranslate_names() {
 _mtranslate() {
     local cur=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= word
     COMPREPLY=()
-    # a '=' is a word of its own
-    if [[ $cur == = ]]; then
-        cur=
-    elif [[ $before == = ]]; then
-        before=${COMP_WORDS[COMP_CWORD - 2]}
+    # a '=' is a word of its own, behind an option or within a value
+    if [[ $cur == = || $before == = ]]; then
+        [[ $cur == = ]] || before=${COMP_WORDS[COMP_CWORD - 2]}
+        [[ $cur == = ]] && cur=
+        [[ $before == -* ]] || before+==
     fi
 )";
 
@@ -37,13 +39,31 @@ std::string offer(const ArgumentInfo &argument) {
     return ":";
 }
 
+std::string branch_of_value(const std::string &pattern, const std::string &offered) {
+    return "    " + pattern + ")\n        " + offered + "\n        return\n        ;;\n";
+}
+
+/* For choices such as "error=NAME": what follows the '='. */
+std::string branches_within(const Words &choices) {
+    std::map<std::string, Words> ends;
+    for (const std::string &choice : choices) {
+        const std::size_t equals = choice.find('=');
+        if (equals != choice.npos)
+            ends[choice.substr(0, equals + 1)].push_back(choice.substr(equals + 1));
+    }
+    std::string text;
+    for (const auto &[begin, words] : ends)
+        text += branch_of_value(begin, "_mtranslate_words \"" + joined(words) + '"');
+    return text;
+}
+
 /* A branch for each option that a value must follow. */
 std::string branches_of_values(const CommandInfo &command) {
     std::string text;
     for (const ArgumentInfo &argument : command.arguments)
         if (!argument.is_positional() && !argument.value.empty())
-            text += "    " + joined(argument.names, " | ") + ")\n        " + offer(argument) +
-                    "\n        return\n        ;;\n";
+            text += branch_of_value(joined(argument.names, " | "), offer(argument)) +
+                    branches_within(argument.choices);
     return text;
 }
 

@@ -1,4 +1,4 @@
-/* The table. A description is a line for every help, and, behind an empty line, more for the long
+/* The table. A description is a line for every help, and, after an empty line, more for the long
  * help and the manual page. What stands for a value decides what shells complete
  * (argument_list.h). */
 #include "cli/options/option_table.h"
@@ -107,16 +107,16 @@ void add_message_options(CLI::App &app, Options &options) {
          {"github", MessageFormat::Github}});
     app.add_option_function<std::vector<std::string>>(
            "-W",
-           [&](const std::vector<std::string> &wishes) {
-               for (const std::string &wish : wishes) options.message_policy.add(wish);
+           [&](const std::vector<std::string> &patterns) {
+               for (const std::string &pattern : patterns) options.message_policy.add(pattern);
            },
            "Leave out a message (no-CODE), or make it an error (error=CODE)\n\n"
            "CODE is a code or a short name; -W error makes errors of all warnings. Repeatable: "
-           "the last wish about a message holds.")
-        ->type_name("WISH")
+           "the last one about a message holds.")
+        ->type_name("PATTERN")
         ->allow_extra_args(false);
     app.add_option("--max-errors", options.most_errors,
-                   "Show no messages behind the N-th error or gap")
+                   "Show no messages after the N-th error or gap")
         ->type_name("N");
     add_choice<ColourUse>(
         app, "--color", options.colours, "Colour messages: auto (on a terminal), always or never",
