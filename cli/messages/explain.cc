@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "cli/support/library.h"
 #include "cli/support/suggestion.h"
 #include "cli/support/wrapped.h"
 
@@ -18,15 +17,6 @@ std::string indented(const std::string &text) {
     std::string result;
     for (std::string line; std::getline(lines, line);) result += "    " + line + '\n';
     return result;
-}
-
-/* The form of the text, with "..." for what differs from case to case. */
-std::string general_text(const MessageRow &row) {
-    std::string text = row.form;
-    for (const auto &[from, to] : {std::pair("%s.%s", "..."), {"%s...", "..."}, {"%s", "..."}})
-        for (std::size_t at = 0; (at = text.find(from, at)) != text.npos;)
-            text.replace(at, std::string_view(from).size(), to);
-    return text;
 }
 
 std::string explanation_of(const MessageRow &row) {
@@ -64,6 +54,14 @@ std::string section_of(const MessageRow &row) {
 }
 
 }  // namespace
+
+std::string general_text(const MessageRow &row) {
+    std::string text = row.form;
+    for (const auto &[from, to] : {std::pair("%s.%s", "..."), {"%s...", "..."}, {"%s", "..."}})
+        for (std::size_t at = 0; (at = text.find(from, at)) != text.npos;)
+            text.replace(at, std::string_view(from).size(), to);
+    return text;
+}
 
 std::optional<std::string> explanation(const std::string &code) {
     if (code.empty()) return list_of_messages();

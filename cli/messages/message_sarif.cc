@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "cli/messages/explain.h"
 #include "cli/messages/message_writer.h"
+#include "cli/messages/pages.h"
 #include "cli/support/version.h"
 
 namespace mtranslate {
@@ -36,15 +38,20 @@ std::string uri_of(std::string_view path) {
 Json rule_of(const MessageRow &row) {
     return {{"id", row.code},
             {"name", row.name},
+            {"shortDescription", {{"text", general_text(row)}}},
             {"fullDescription", {{"text", row.explanation}}},
             {"help", {{"text", row.advice}}},
+            {"helpUri", uri_of_explanation(row)},
             {"defaultConfiguration", {{"level", level_of(row.severity)}}}};
 }
 
 Json driver() {
     Json rules = Json::array();
     for (const MessageRow &row : MessageTable) rules.push_back(rule_of(row));
-    return {{"name", "mtranslate"}, {"version", VERSION}, {"rules", std::move(rules)}};
+    return {{"name", "mtranslate"},
+            {"version", VERSION},
+            {"informationUri", pages_uri()},
+            {"rules", std::move(rules)}};
 }
 
 Json location(const std::string &file, Json region) {

@@ -6,6 +6,7 @@
 
 #include "cli/messages/excerpt.h"
 #include "cli/messages/message_writer.h"
+#include "cli/messages/pages.h"
 
 namespace mtranslate {
 
@@ -16,14 +17,9 @@ constexpr const char *SEVERITY_COLOURS[] = {"\x1b[1;31m", "\x1b[1;35m", "\x1b[1;
 constexpr const char *MARK_COLOUR = "\x1b[1;32m";
 constexpr const char *PLAIN = "\x1b[m";
 
-/* The text, after it the code where there is one. */
-std::string with_code(const std::string &text, const std::string &code) {
-    return code.empty() ? text : text + " [" + code + "]";
-}
-
 class TextWriter : public MessageWriter {
 public:
-    TextWriter(std::ostream &to, bool has_colours) : to_(to), has_colours_(has_colours) {}
+    TextWriter(std::ostream &to, TextStyle style) : to_(to), style_(style) {}
 
     void write(const Diagnostics &diagnostics) override {
         const Diagnostic *before = nullptr;
@@ -47,7 +43,19 @@ private:
         return place;
     }
 
-    const char *in(const char *colour) const { return has_colours_ ? colour : ""; }
+    const char *in(const char *colour) const { return style_.has_colours ? colour : ""; }
+
+    /* The text, after it the code where there is one. */
+    std::string with_code(const std::string &text, const std::string &code) const {
+        return code.empty() ? text : text + " [" + linked(code) + "]";
+    }
+
+    /* By the sequence that terminals take for a link, or leave out. */
+    std::string linked(const std::string &code) const {
+        if (!style_.has_links) return code;
+        const std::string uri = uri_of_explanation(*find_message(code.c_str()));
+        return "\x1b]8;;" + uri + "\x1b\\" + code + "\x1b]8;;\x1b\\";
+    }
 
     void write_line(const std::string &place, MessageSeverity severity, const std::string &text) {
         to_ << in(BOLD) << place << ": " << in(SEVERITY_COLOURS[severity])
@@ -82,7 +90,7 @@ private:
             write_line(printable(*file), SEVERITY_WARNING, unknown_text(of_file));
     }
 
-    static std::string unknown_text(const std::vector<std::string> &names) {
+    std::string unknown_text(const std::vector<std::string> &names) const {
         std::string text = std::to_string(names.size()) +
                            (names.size() == 1 ? " function is" : " functions are") +
                            " found nowhere and left to the host: ";
@@ -91,13 +99,13 @@ private:
     }
 
     std::ostream &to_;
-    const bool has_colours_;
+    const TextStyle style_;
 };
 
 }  // namespace
 
-std::unique_ptr<MessageWriter> make_text_writer(std::ostream &to, bool has_colours) {
-    return std::make_unique<TextWriter>(to, has_colours);
+std::unique_ptr<MessageWriter> make_text_writer(std::ostream &to, TextStyle style) {
+    return std::make_unique<TextWriter>(to, style);
 }
 
 }  // namespace mtranslate

@@ -25,12 +25,18 @@ public:
     virtual void finish() {}
 };
 
-/* A writer to the stream, which lives as long as it; colours are for the text alone. */
+/* What a terminal shows besides text. */
+struct TextStyle {
+    bool has_colours = false;
+    bool has_links = false; /* from codes to their explanations */
+};
+
+/* A writer to the stream, which lives as long as it; the style is for the text alone. */
 std::unique_ptr<MessageWriter> make_message_writer(MessageFormat format, std::ostream &to,
-                                                   bool has_colours);
+                                                   TextStyle style);
 
 /* The parts: one for each format. */
-std::unique_ptr<MessageWriter> make_text_writer(std::ostream &to, bool has_colours);
+std::unique_ptr<MessageWriter> make_text_writer(std::ostream &to, TextStyle style);
 std::unique_ptr<MessageWriter> make_json_writer(std::ostream &to);
 std::unique_ptr<MessageWriter> make_sarif_writer(std::ostream &to);
 std::unique_ptr<MessageWriter> make_github_writer(std::ostream &to);

@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "cli/files/files.h"
+#include "cli/messages/pages.h"
 
 namespace mtranslate {
 
@@ -34,6 +35,20 @@ bool has_colours(ColourUse use) {
     return isatty(STDERR_FILENO) == 1 && !is_dumb;
 }
 
+/* Of terminals that would show the sequence of a link, the console and old libraries are known. */
+bool has_links() {
+    if (isatty(STDERR_FILENO) != 1) return false;
+    const char *terminal = std::getenv("TERM");
+    if (!terminal || std::string_view(terminal) == "linux") return false;
+    const char *library = std::getenv("VTE_VERSION");
+    return (!library || std::atoi(library) >= 5000) && has_explanations();
+}
+
+TextStyle style_of(ColourUse use) {
+    const bool is_colourful = has_colours(use);
+    return {is_colourful, is_colourful && has_links()};
+}
+
 bool is_failure(const Diagnostic &diagnostic) { return diagnostic.severity <= SEVERITY_GAP; }
 
 }  // namespace
@@ -42,7 +57,7 @@ MessageOutput::MessageOutput(const Options &options)
     : is_for_people_(options.message_format == MessageFormat::Text),
       is_standard_output_(!is_for_people_ && !has_output(options)),
       most_errors_(options.most_errors),
-      writer_(make_message_writer(options.message_format, text_, has_colours(options.colours))) {}
+      writer_(make_message_writer(options.message_format, text_, style_of(options.colours))) {}
 
 void MessageOutput::write(const Diagnostics &diagnostics) {
     writer_->write(most_errors_ > 0 ? up_to_most_errors(diagnostics) : diagnostics);

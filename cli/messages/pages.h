@@ -1,0 +1,18 @@
+/* Where the pages about messages are. */
+#pragma once
+
+#include <string>
+
+#include "cli/support/library.h"
+
+namespace mtranslate {
+
+/* The folder of the installed pages, or what the build named in its place; a URI without a slash
+ * at its end. */
+std::string pages_uri();
+/* The URI of the message's section. */
+std::string uri_of_explanation(const MessageRow &row);
+/* Whether a reader of this machine finds it: always, unless it is a file that is not there. */
+bool has_explanations();
+
+}  // namespace mtranslate
