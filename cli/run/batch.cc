@@ -1,6 +1,8 @@
 /* From inputs to outputs, by way of the workers. */
 #include "cli/run/batch.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -44,6 +46,8 @@ void make_folder(const fs::path &folder) {
     fs::create_directories(folder, error);
     if (error)
         throw FileError("cannot make the folder '" + folder.string() + "': " + error.message());
+    if (access(folder.c_str(), W_OK | X_OK) != 0)
+        fail("cannot write into the folder '" + folder.string() + '\'');
 }
 
 class Batch {
@@ -64,6 +68,7 @@ public:
         for (const Configuration *configuration :
              std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
             report_.add(configuration->rules);
+        if (options.mode == Mode::Translate) make_folder(options.output_folder);
     }
 
     ExitCode run() {
