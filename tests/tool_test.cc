@@ -318,6 +318,20 @@ TEST_F(Tool, raises_each_message_by_its_example) {
     }
 }
 
+TEST_F(Tool, names_the_command_that_was_meant) {
+    write(directory / "diff", "x = 1;\n");
+    check({
+        {"mtranslate chek src", 2, "",
+         "mtranslate: error: there is no file or command 'chek'; did you mean 'check'?\n"
+         "Try 'mtranslate --help'.\n"},
+        {"mtranslate nothing-near.m", 3, "",
+         "mtranslate: error: cannot read 'nothing-near.m': No such file or directory\n"},
+        {"mv diff dif; mtranslate dif", 0, "x := 1;\n", ""},
+        {"mtranslate dif dif -O dif/out", 3, "",
+         "mtranslate: error: cannot make the folder 'dif/out': Not a directory\n"},
+    });
+}
+
 TEST_F(ClassicTool, shows_the_place_of_an_error) {
     write(directory / "bad.m", "a = 1\n\tx = '\xC3\xA4' = 2\nb = 3\n");
     write(directory / "eol.m", "a = 1 % one\r\nx = \r\ny = 2\r\n");

@@ -55,7 +55,8 @@ std::string rows_of_commands(const CommandInfo &tool, bool is_long) {
 std::string sections() {
     std::string text;
     for (const ManualSection &section : manual_sections())
-        text += std::string("\n") + section.title + ":\n" + section.text + '\n';
+        if (section.is_in_help)
+            text += std::string("\n") + section.title + ":\n" + section.text + '\n';
     return text;
 }
 

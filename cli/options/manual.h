@@ -10,6 +10,7 @@ struct ManualSection {
     const char *title;
     /* Paragraphs between empty lines; lines that begin with a blank stay as they are. */
     const char *text;
+    bool is_in_help = true; /* or in the manual page alone */
 };
 
 std::span<const ManualSection> manual_sections();

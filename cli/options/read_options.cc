@@ -1,10 +1,9 @@
 /* What becomes of the arguments. */
 #include "cli/options/read_options.h"
 
-#include <sys/stat.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <utility>
 
@@ -22,6 +21,8 @@
 namespace mtranslate {
 
 using namespace std::string_literals;
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -42,7 +43,7 @@ ExitCode run(const Explain &wanted) {
     return refuse(no_explanation(wanted.code), "'mtranslate explain' lists all codes.");
 }
 
-/* Behind a path whose ending is none of these. */
+/* After a path whose ending is none of these. */
 constexpr const char *REPORT_FORMS = " is no .html, .md or .json";
 
 ExitCode run(const ReportMerge &merge) {
@@ -74,6 +75,18 @@ std::string suggested_option(const CLI::App &app) {
     return unknown.starts_with("-") ? suggestion(unknown, known) : "";
 }
 
+/* Names the command that a word is near to, where no file has its name. */
+std::string suggested_command(const CLI::App &app, const Options &options) {
+    std::error_code none;
+    if (options.paths.empty() || fs::exists(options.paths.front(), none)) return "";
+    std::vector<std::string> known;
+    for (const CLI::App *command : app.get_subcommands({})) known.push_back(command->get_name());
+    const std::string command = suggestion(options.paths.front(), known);
+    return command.empty()
+               ? ""
+               : "there is no file or command '" + options.paths.front() + '\'' + command;
+}
+
 /* The names of the options that have been given, without dashes. */
 std::set<std::string> given_options(const CLI::App &table) {
     std::set<std::string> given;
@@ -85,8 +98,8 @@ std::set<std::string> given_options(const CLI::App &table) {
 }
 
 bool is_folder(const std::string &path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    std::error_code none;
+    return fs::is_directory(path, none);
 }
 
 /* The same of what is asked for besides translations. */
@@ -166,6 +179,8 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
         return refuse("-W: " + std::string(error.what()), "'mtranslate explain' lists all codes.");
     }
     request.options.given = given_options(*table);
+    const std::string unknown = suggested_command(*table, request.options);
+    if (!unknown.empty()) return refuse(unknown);
     if (!command_of(request)) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;
     if (!is_alone) return refuse(command_of(request) + " and a source exclude each other"s);
