@@ -110,6 +110,28 @@ TEST_F(Messages, are_left_out_or_made_errors_by_patterns) {
     });
 }
 
+TEST_F(Messages, that_are_known_are_left_out) {
+    write(directory / "t/a.m", "x = eval('(');\nif x == 'abc', y = 1; end\nx = 3 $ 4;\n");
+    write(directory / "t/b.m", "z = 1;\n");
+    const std::string ended = " without errors or gaps, 0 with gaps, ";
+    check({
+        {"mtranslate check t --format json > known 2> err1", 1, "", ""},
+        {"mtranslate check t --baseline known", 0, "",
+         "mtranslate: 2 of 2 files: 2" + ended + "0 with errors, 0 failed; 3 messages left out\n"},
+        // as often as they were known, on other lines
+        {"echo 'p = 1;' | cat - t/a.m > c; echo 'q = 5 $ 6;' >> c; mv c t/a.m; "
+         "mtranslate check t --baseline known",
+         1, "",
+         "t/a.m:5:7: error: invalid character '$' [MT112]\nq = 5 $ 6;\n      ^\n"
+         "mtranslate: 2 of 2 files: 1" +
+             ended + "1 with errors, 0 failed; 3 messages left out\n"},
+        {"mtranslate t/a.m --baseline known", 2, "",
+         "mtranslate: error: --baseline goes with -O, check and diff\nTry 'mtranslate --help'.\n"},
+        {"sed '$s/[{]//' known > bad; mtranslate check t --baseline bad", 3, "",
+         "mtranslate: error: bad:3: this is no message of --format json\n"},
+    });
+}
+
 TEST_F(Messages, end_at_the_most_errors_wished) {
     write(directory / "a.m", "x = 3 $ 4;\nif x == 'abc', y = 1; end\nx = eval('(');\n");
     write(directory / "b.m", "z = );\n");

@@ -10,7 +10,7 @@ namespace mtranslate {
 
 namespace {
 
-/* What would end the command, or the property. */
+/* What would end the property, and what begins an escape. */
 std::string escaped(std::string_view text, std::string_view special) {
     constexpr const char *DIGITS = "0123456789ABCDEF";
     std::string result;
@@ -23,8 +23,8 @@ std::string escaped(std::string_view text, std::string_view special) {
     return result;
 }
 
-std::string value(std::string_view text) { return escaped(text, "%\r\n"); }
-std::string property(std::string_view text) { return escaped(text, "%\r\n:,"); }
+std::string value(std::string_view text) { return escaped(printable(text), "%"); }
+std::string property(std::string_view text) { return escaped(printable(text), "%:,"); }
 
 const char *command_of(MessageSeverity severity) {
     if (severity == SEVERITY_NOTE) return "notice";

@@ -115,6 +115,12 @@ void add_message_options(CLI::App &app, Options &options) {
            "the last one about a message holds.")
         ->type_name("PATTERN")
         ->allow_extra_args(false);
+    app.add_option("--baseline", options.baseline,
+                   "Leave out the messages of many files that FILE has\n\n"
+                   "'mtranslate check PATH... --format json > FILE' writes what there is today; "
+                   "with the option only what is new is given, and counts. A message is the same "
+                   "where file, code and text are, whatever its line.")
+        ->type_name("FILE");
     app.add_option("--max-errors", options.most_errors,
                    "Show no messages after the N-th error or gap")
         ->type_name("N");

@@ -73,6 +73,8 @@ struct Options {
     MessagePolicy message_policy;
     MessageFormat message_format = MessageFormat::Text;
     std::size_t most_errors = 0;
+    /* The file with messages of a batch that are known already; empty for none. */
+    std::string baseline;
     ColourUse colours = ColourUse::Auto;
     /* Whether the tree of the source is written instead of its translation. */
     bool dumps_tree = false;

@@ -20,6 +20,7 @@
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"
 #include "cli/files/output.h"
+#include "cli/messages/baseline.h"
 #include "cli/report/file_result.h"
 #include "cli/report/report_output.h"
 #include "cli/run/message_output.h"
@@ -56,6 +57,7 @@ public:
         : options_(options),
           inputs_(find_inputs(options.paths, options.excludes)),
           index_(options.root.empty() ? inputs_ : find_inputs({options.root}, options.excludes)),
+          baseline_(options.baseline.empty() ? Baseline() : Baseline(options.baseline)),
           messages_(options),
           report_(options),
           progress_(inputs_.size()) {
@@ -179,6 +181,7 @@ private:
             result.code = ExitCode::Trouble;
             result.diagnostics = {trouble_with(inputs_[i].path, end.trouble)};
         }
+        result.ignored += baseline_.leave_out(result.diagnostics);
         count(result);
         if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
         report_.add(inputs_[i].path, result.has_output ? output_of(inputs_[i]) : "", result);
@@ -236,6 +239,7 @@ private:
     const Options &options_;
     std::vector<InputFile> inputs_;
     FileIndex index_;
+    Baseline baseline_;
     MessageOutput messages_;
     ReportOutput report_;
     std::map<std::string, std::size_t> first_with_output_;
