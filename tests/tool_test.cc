@@ -318,6 +318,57 @@ TEST_F(Tool, raises_each_message_by_its_example) {
     }
 }
 
+/* The files of a work tree that git would add are those that are found. */
+TEST_F(Tool, leaves_out_what_gitignore_does) {
+    const char *const files[] = {"a.m",        "b.m",        "out/a.m",      "x/out/b.m",
+                                 "x/a.m",      "x/y/a.m",    "x/y/z/c.m",    "x/y/z/a.m",
+                                 "lib/old1.m", "lib/old2.m", "lib/x/old3.m", "deep/p/q/r/s.m",
+                                 "#one.m",     "!two.m",     "blank .m",     "x/y/out.m"};
+    const char *const ignore_files[] = {"out\n",
+                                        "out/\n!x/out/\n",
+                                        "/a.m\n",
+                                        "a.m\n!/x/a.m\n",
+                                        "x/y\n",
+                                        "x/**/a.m\n",
+                                        "**/z\n",
+                                        "x/**\n!x/a.m\n",
+                                        "deep/**/s.m\n*.m \n!*.m\nb.m\\ \n",
+                                        "lib/old[12].m\r\n\r\n# c.m\n",
+                                        "lib/*.m\n",
+                                        "old?.m\n!old2.m\n",
+                                        "\\#one.m\n\\!two.m\n",
+                                        "#one.m\n!two.m\n",
+                                        "blank\\ .m\n",
+                                        "deep/*/r\n",
+                                        "deep/**/r/\n",
+                                        "/**\n!/a.m\n!/x/\n",
+                                        "x/*\n!x/y\nx/y/*\n!x/y/z/\n",
+                                        "/**/a.m\n"};
+    for (const char *file : files) write(directory / "t" / file, "x = 1;\n");
+    write(directory / "t/x/.gitignore", "!b.m\ny/z/a.m\n");
+    run("git init -q t");
+    for (const char *text : ignore_files) {
+        SCOPED_TRACE(text);
+        write(directory / "t/.gitignore", text);
+        for (const std::string folder : {"t", "t/x"}) {
+            run("cd " + folder +
+                " && git -c core.excludesFile= ls-files -oz --exclude-standard . | "
+                "tr '\\0' '\\n' | sed -n 's/[.]m$//p' | sort");
+            const std::string expected = read(directory / "out");
+            run("rm -rf o; mtranslate " + folder +
+                " -O o --suffix '' 2> /dev/null; "
+                "cd o && find * -type f ! -name qxrp_library | sort");
+            EXPECT_EQ(read(directory / "out"), expected);
+        }
+    }
+    write(directory / "t/.gitignore", "lib\na.m\n");
+    run("mkfifo t/lib/.gitignore");
+    EXPECT_EQ(run("mtranslate check t/lib t/x --no-gitignore"), 0);
+    EXPECT_EQ(run("mtranslate check t"), 0);
+    EXPECT_TRUE(read(directory / "err").ends_with("; 6 left out by .gitignore\n"))
+        << read(directory / "err");
+}
+
 TEST_F(Tool, names_the_command_that_was_meant) {
     write(directory / "diff", "x = 1;\n");
     check({

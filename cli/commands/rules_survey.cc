@@ -72,7 +72,7 @@ class Surveyor {
 public:
     explicit Surveyor(const Options &options)
         : options_(options),
-          inputs_(find_inputs(options.paths, options.excludes)),
+          inputs_(find_inputs(search_in(options.paths, options)).files),
           index_(inputs_) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         options_.message_policy = {};

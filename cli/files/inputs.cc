@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "cli/files/files.h"
+#include "cli/files/ignore_file.h"
 
 namespace mtranslate {
 
@@ -21,17 +22,21 @@ namespace fs = std::filesystem;
 
 class Walk {
 public:
-    explicit Walk(const std::vector<std::string> &excludes) : excludes_(excludes) {}
+    explicit Walk(const InputSearch &search) : search_(search) {}
 
     void add(const std::string &path) {
         const struct stat status = status_of(path);
-        if (S_ISDIR(status.st_mode))
-            enter(path, status, "");
-        else
-            inputs.push_back({path, fs::path(path).filename()});
+        if (!S_ISDIR(status.st_mode)) {
+            inputs.files.push_back({path, fs::path(path).filename()});
+            return;
+        }
+        root_ = fs::absolute(path + '/').lexically_normal().parent_path();
+        ignore_files_ = {};
+        if (search_.reads_ignore_files) ignore_files_.enter_root(root_);
+        enter(path, status, "");
     }
 
-    std::vector<InputFile> inputs;
+    Inputs inputs;
 
 private:
     static struct stat status_of(const fs::path &path) {
@@ -42,7 +47,7 @@ private:
 
     bool is_excluded(const fs::path &relative) const {
         const std::string name = relative.filename();
-        return std::any_of(excludes_.begin(), excludes_.end(), [&](const std::string &pattern) {
+        return std::ranges::any_of(search_.excludes, [&](const std::string &pattern) {
             const bool is_path = pattern.find('/') != std::string::npos;
             return fnmatch(pattern.c_str(), (is_path ? relative.string() : name).c_str(), 0) == 0;
         });
@@ -57,7 +62,20 @@ private:
             names.push_back(at->path().filename());
         if (error) return refuse(folder, relative, error.message());
         std::sort(names.begin(), names.end());
+        if (search_.reads_ignore_files) ignore_files_.enter(below_root(relative));
         for (const std::string &name : names) visit(folder / name, relative / name);
+        if (search_.reads_ignore_files) ignore_files_.leave();
+    }
+
+    fs::path below_root(const fs::path &relative) const {
+        return relative.empty() ? root_ : root_ / relative;
+    }
+
+    bool is_ignored(const fs::path &relative, bool is_folder) {
+        if (!search_.reads_ignore_files) return false;
+        const bool is_out = ignore_files_.leave_out(below_root(relative), is_folder);
+        if (is_out) ++inputs.ignored;
+        return is_out;
     }
 
     void visit(const fs::path &path, const fs::path &relative) {
@@ -65,8 +83,11 @@ private:
         struct stat status;
         if (name.starts_with('.') || is_excluded(relative)) return;
         if (stat(path.c_str(), &status) != 0) return visit_unknown(path, relative);
-        if (S_ISDIR(status.st_mode)) return enter(path, status, relative);
-        if (S_ISREG(status.st_mode) && path.extension() == ".m") inputs.push_back({path, relative});
+        const bool is_folder = S_ISDIR(status.st_mode);
+        const bool is_source = S_ISREG(status.st_mode) && path.extension() == ".m";
+        if ((!is_folder && !is_source) || is_ignored(relative, is_folder)) return;
+        if (is_folder) return enter(path, status, relative);
+        inputs.files.push_back({path, relative});
     }
 
     /* Nothing is missed where a link leads nowhere. Else it may be a folder, and nothing in the one
@@ -78,21 +99,22 @@ private:
 
     /* Once a folder. */
     void refuse(const fs::path &folder, const fs::path &relative, const std::string &reason) {
-        if (inputs.empty() || inputs.back().path != folder)
-            inputs.push_back(
+        if (inputs.files.empty() || inputs.files.back().path != folder)
+            inputs.files.push_back(
                 {folder, relative, "cannot read '" + folder.string() + "': " + reason});
     }
 
-    const std::vector<std::string> &excludes_;
+    const InputSearch &search_;
+    fs::path root_; /* of the walk, absolute */
+    IgnoreFiles ignore_files_;
     std::set<std::pair<dev_t, ino_t>> entered_;
 };
 
 }  // namespace
 
-std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
-                                   const std::vector<std::string> &excludes) {
-    Walk walk(excludes);
-    for (const std::string &path : paths) walk.add(path);
+Inputs find_inputs(const InputSearch &search) {
+    Walk walk(search);
+    for (const std::string &path : search.paths) walk.add(path);
     return std::move(walk.inputs);
 }
 

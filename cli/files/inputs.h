@@ -1,6 +1,7 @@
 /* The files of a batch: what the paths that the user names stand for. */
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,12 +16,23 @@ struct InputFile {
 /* Makes the files relative to the folder root. Throws FileError where one is not in it. */
 void place_below(const std::string &root, std::vector<InputFile> &inputs);
 
+struct InputSearch {
+    std::vector<std::string> paths;
+    /* Patterns as of a shell; without a slash, of a name alone. */
+    std::vector<std::string> excludes;
+    bool reads_ignore_files = false; /* .gitignore */
+};
+
+struct Inputs {
+    std::vector<InputFile> files;
+    std::size_t ignored = 0; /* files and folders that a file .gitignore leaves out */
+};
+
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
  * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
- * and devices are left out, and so is what an exclude pattern (as of a shell; without a slash, of a
- * name alone) matches. A folder is entered once, whatever links lead to it; one that cannot be
- * read, or looked into, is given with its trouble. Throws FileError where a path is not there. */
-std::vector<InputFile> find_inputs(const std::vector<std::string> &paths,
-                                   const std::vector<std::string> &excludes);
+ * and devices are left out, and so is what an exclude pattern or a file .gitignore matches. A
+ * folder is entered once, whatever links lead to it; one that cannot be read, or looked into, is
+ * given with its trouble. Throws FileError where a path is not there. */
+Inputs find_inputs(const InputSearch &search);
 
 }  // namespace mtranslate

@@ -151,6 +151,8 @@ void add_batch_options(CLI::App &app, Options &options) {
                    "other with the name alone.")
         ->type_name("GLOB")
         ->allow_extra_args(false);
+    app.add_flag("--no-gitignore", options.without_ignore_files,
+                 "Translate what files .gitignore leave out of folders, too");
     app.add_flag("--closure", options.is_closure,
                  "Put the functions that a file calls into its translation");
     app.add_option("-j,--jobs", options.jobs, "Run N worker processes (one for each processor)")

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/files/files.h"
+#include "cli/files/inputs.h"
 #include "cli/messages/message_policy.h"
 #include "cli/messages/message_writer.h"
 #include "cli/request/limits.h"
@@ -45,6 +46,8 @@ struct Options {
     std::string root;
     /* Patterns of what is left out of folders. */
     std::vector<std::string> excludes;
+    /* Whether files .gitignore leave nothing out of folders. */
+    bool without_ignore_files = false;
     /* The folder for the translations of a batch, which have this ending; empty without one. */
     std::string output_folder;
     std::string suffix = ".txt";
@@ -104,5 +107,10 @@ struct Options {
         return !report.empty() || !graph.empty() || !map.empty() || mode == Mode::Assess;
     }
 };
+
+/* The search for sources in the paths. */
+inline InputSearch search_in(const std::vector<std::string> &paths, const Options &options) {
+    return {paths, options.excludes, !options.without_ignore_files};
+}
 
 }  // namespace mtranslate

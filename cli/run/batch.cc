@@ -55,8 +55,10 @@ class Batch {
 public:
     explicit Batch(const Options &options)
         : options_(options),
-          inputs_(find_inputs(options.paths, options.excludes)),
-          index_(options.root.empty() ? inputs_ : find_inputs({options.root}, options.excludes)),
+          found_(find_inputs(search_in(options.paths, options))),
+          inputs_(found_.files),
+          index_(options.root.empty() ? inputs_
+                                      : find_inputs(search_in({options.root}, options)).files),
           baseline_(options.baseline.empty() ? Baseline() : Baseline(options.baseline)),
           messages_(options),
           report_(options),
@@ -225,6 +227,7 @@ private:
         if (tally_.ignored > 0)
             text << "; " << tally_.ignored
                  << (tally_.ignored == 1 ? " message left out" : " messages left out");
+        if (found_.ignored > 0) text << "; " << found_.ignored << " left out by .gitignore";
         text << (is_whole ? "\n" : "; interrupted\n");
         return text.str();
     }
@@ -237,7 +240,8 @@ private:
     }
 
     const Options &options_;
-    std::vector<InputFile> inputs_;
+    Inputs found_;
+    std::vector<InputFile> &inputs_;
     FileIndex index_;
     Baseline baseline_;
     MessageOutput messages_;
