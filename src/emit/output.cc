@@ -12,13 +12,19 @@ void write_output(std::initializer_list<const char *> texts) {
     for (const char *text : texts) write_output(text);
 }
 
-void write_indent(int level) {
+void write_output(const char *start, const char *end) {
+    OutputText = AppendBytesToString(OutputText, start, static_cast<size_t>(end - start));
+}
+
+void write_blanks(size_t count) {
     static const char blanks[] = "                                                                ";
-    constexpr size_t STEP = 4;
     constexpr size_t LENGTH = sizeof blanks - 1;
-    constexpr int LONGEST = LENGTH / STEP;
-    for (; level > LONGEST; level -= LONGEST) write_output(blanks);
-    if (level > 0) write_output(blanks + LENGTH - STEP * static_cast<size_t>(level));
+    for (; count > LENGTH; count -= LENGTH) write_output(blanks);
+    if (count > 0) write_output(blanks + LENGTH - count);
+}
+
+void write_indent(int level) {
+    if (level > 0) write_blanks(4 * static_cast<size_t>(level));
 }
 
 void write_list(const vExpr *list, const vExpr *end) {

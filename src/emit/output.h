@@ -1,6 +1,8 @@
 /* Writing into the run's OutputText. */
 #pragma once
 
+#include <stddef.h>
+
 #include <initializer_list>
 
 #include "translate/expressions.h"
@@ -8,6 +10,9 @@
 /* Appends one text or character, or several texts. */
 void write_output(const char *text);
 void write_character(char character);
+/* Appends the bytes from start up to end, none of them NUL. */
+void write_output(const char *start, const char *end);
+void write_blanks(size_t count);
 void write_output(std::initializer_list<const char *> texts);
 /* Appends four blanks a level; nothing for a level of 0 or less. */
 void write_indent(int level);

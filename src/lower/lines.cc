@@ -9,12 +9,13 @@
 #include "emit/output.h"
 #include "lower/long_lines.h"
 #include "lower/origins.h"
+#include "run/run_state.h"
 #include "support/allocation.h"
+#include "support/long_string.h"
 #include "translate/text_forms.h"
 
 namespace {
 
-constexpr size_t INDENT = 4;
 constexpr int DEEPEST_INDENT = 50;
 
 // A long chain of elif conditions that need lines in front nests deeply: it is not indented
@@ -22,15 +23,11 @@ constexpr int DEEPEST_INDENT = 50;
 int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
 
 // What is a comment is as wide as it is.
-const char *shown_text(const Line *line) {
-    if (line->comment != NO_COMMENT || *line->text == '#') return line->text;
-    return break_line(line->text, static_cast<uint32_t>(INDENT) * shown_level(line));
-}
-
-uint32_t count_lines(const char *text) {
-    uint32_t count = 1;
-    while ((text = strchr(text, '\n'))) count++, text++;
-    return count;
+void write_line_text(const Line *line) {
+    if (line->comment == NO_COMMENT && *line->text != '#')
+        write_broken(line->text, INDENT * static_cast<uint32_t>(shown_level(line)));
+    else
+        write_output(line->text);
 }
 
 void write_margin(const Line *line) {
@@ -63,10 +60,12 @@ void append_lines(Lines *lines, Lines *more) {
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         write_margin(line);
-        const char *text = shown_text(line);
-        write_output(text);
+        int32_t begin = LengthString(OutputText);
+        write_line_text(line);
         write_character('\n');
-        if (Observing.lines) tell_lines(*text ? line->origin : nullptr, count_lines(text));
+        if (!Observing.lines) continue;
+        int64_t count = std::count(OutputText + begin, OutputText + LengthString(OutputText), '\n');
+        tell_lines(*line->text ? line->origin : nullptr, static_cast<uint32_t>(count));
     }
 }
 

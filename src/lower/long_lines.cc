@@ -3,11 +3,9 @@
 
 #include <string.h>
 
-#include "translate/text_forms.h"
+#include "emit/output.h"
 
 namespace {
-
-constexpr uint32_t INDENT = 4;
 
 // A line that is being read: what has been opened in front of at.
 struct Reader {
@@ -16,17 +14,24 @@ struct Reader {
     char quote;  // of the string or name around; 0 for none
 };
 
-void read_character(Reader *from) {
+inline void read_character(Reader *from) {
     char c = *from->at++;
     if (from->quote) {
         if (c == '\\' && from->quote == '"' && *from->at) from->at++;
         if (c == from->quote) from->quote = 0;
-    } else if (c == '"' || c == '`' || c == '\'') {
-        from->quote = c;
-    } else if (c == '(' || c == '[' || c == '{') {
-        from->depth++;
-    } else if (c == ')' || c == ']' || c == '}') {
-        from->depth--;
+        return;
+    }
+    switch (c) {
+        case '"':
+        case '`':
+        case '\'': from->quote = c; break;
+        case '(':
+        case '[':
+        case '{': from->depth++; break;
+        case ')':
+        case ']':
+        case '}': from->depth--; break;
+        default: break;
     }
 }
 
@@ -40,10 +45,10 @@ bool is_operator(const char *word, size_t length) {
 }
 
 // Whether a line may end in front of what is read next: after a comma, before an operator.
-bool may_break(const Reader *from, const char *start) {
-    if (from->quote || from->at == start) return false;
+inline bool may_break(const Reader *from, const char *start) {
+    bool is_blank = *from->at == ' ';
+    if ((!is_blank && from->at[-1] != ',') || from->quote || from->at == start) return false;
     if (from->at[-1] == ',') return true;
-    if (*from->at != ' ') return false;
     size_t length = strcspn(from->at + 1, " \n");
     return from->at[1 + length] == ' ' && is_operator(from->at + 1, length);
 }
@@ -62,12 +67,20 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     return best;
 }
 
+// The end of the string or name that begins at a quote.
+const char *end_of_quoted(const char *at) {
+    Reader from = {at, 0, 0};
+    do read_character(&from);
+    while (from.quote && *from.at);
+    return from.at;
+}
+
 // Where the code of a line ends, in front of a comment and the blank before it.
 const char *end_of_code(const char *line) {
-    Reader from = {line, 0, 0};
-    while (*from.at && (from.quote || (*from.at != '\n' && *from.at != '#'))) read_character(&from);
-    bool has_blank = *from.at == '#' && from.at > line && from.at[-1] == ' ';
-    return has_blank ? from.at - 1 : from.at;
+    const char *at = line;
+    while (*(at += strcspn(at, "\n#\"`'")) && *at != '\n' && *at != '#') at = end_of_quoted(at);
+    bool has_blank = *at == '#' && at > line && at[-1] == ' ';
+    return has_blank ? at - 1 : at;
 }
 
 const char *end_of_line(const char *code) {
@@ -75,26 +88,12 @@ const char *end_of_line(const char *code) {
     return end ? end : code + strlen(code);
 }
 
-// Counts what it is given, and writes it where to is not null.
-struct Sink {
-    Writer *to;
-    size_t size;
-};
-
-void put(Sink *sink, const char *start, const char *end) {
-    size_t length = static_cast<size_t>(end - start);
-    if (sink->to) write_bytes(sink->to, start, length);
-    sink->size += length;
+void write_line_end(uint32_t margin) {
+    write_character('\n');
+    write_blanks(margin);
 }
 
-void put_line_end(Sink *sink, uint32_t margin) {
-    sink->size += 1 + margin;
-    if (!sink->to) return;
-    write_character(sink->to, '\n');
-    for (; margin > 0; margin--) write_character(sink->to, ' ');
-}
-
-void put_code(Sink *sink, const char *line, const char *end, uint32_t margin) {
+void write_code(const char *line, const char *end, uint32_t margin) {
     Reader from = {line, 0, 0};
     uint32_t deeper = margin + INDENT;
     while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
@@ -102,38 +101,25 @@ void put_code(Sink *sink, const char *line, const char *end, uint32_t margin) {
         if (!next.at || next.at >= end) break;
         const char *last = next.at;
         while (last[-1] == ' ') last--;
-        put(sink, from.at, last);
+        write_output(from.at, last);
         margin = deeper;
-        put_line_end(sink, margin);
+        write_line_end(margin);
         from = next;
     }
-    put(sink, from.at, end);
-}
-
-void put_broken(Sink *sink, const char *text, uint32_t margin) {
-    for (;;) {
-        const char *code = end_of_code(text);
-        const char *end = *code == '\n' ? code : end_of_line(code);
-        put_code(sink, text, code, margin);
-        put(sink, code, end);
-        if (!*end) break;
-        margin = static_cast<uint32_t>(strspn(end + 1, " "));
-        put_line_end(sink, margin);
-        text = end + 1 + margin;
-    }
+    write_output(from.at, end);
 }
 
 }  // namespace
 
-const char *break_line(const char *text, uint32_t margin) {
-    size_t length = strlen(text);
-    if (length + margin <= LONGEST_LINE) return text;
-    Sink count = {nullptr, 0};
-    put_broken(&count, text, margin);
-    if (count.size == length) return text;
-    Writer to = new_text(count.size + 1);
-    const char *broken = to.at;
-    Sink sink = {&to, 0};
-    put_broken(&sink, text, margin);
-    return broken;
+void write_broken(const char *text, uint32_t margin) {
+    for (;;) {
+        const char *code = end_of_code(text);
+        const char *end = *code == '\n' ? code : end_of_line(code);
+        write_code(text, code, margin);
+        write_output(code, end);
+        if (!*end) return;
+        margin = static_cast<uint32_t>(strspn(end + 1, " "));
+        write_line_end(margin);
+        text = end + 1 + margin;
+    }
 }

@@ -323,20 +323,32 @@ bool is_method_file(const SourceFile *file) {
     return file->place.name && !file->place.is_private && !file->is_script;
 }
 
+bool has_library_name(const SourceFile *file) {
+    const FileFunction *function = file->functions;
+    return strcmp(function->written, library_name(function->name)) == 0;
+}
+
+// Reads it again from a text with the same function.
+static void reread_file(SourceFile *file, const char *text) {
+    file->source = new_source(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    file->tree = parse_source(file->source, Language);
+    assert(file->tree->first_child && file->tree->first_child->kind == NODE_FUNCTION);
+    file->functions->node = file->tree->first_child;
+}
+
+// Of a procedure that stands elsewhere the head is enough, as long as it has its own name.
 static SourceFile *read_library_file(const char *text) {
-    SourceFile *file = new_file(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    bool may_be_head = Observing.library_call;
+    const char *head = may_be_head ? KeepText(text, strcspn(text, "\n")) : text;
+    SourceFile *file = new_file(nullptr, head, static_cast<uint32_t>(strlen(head)));
     file->is_library = true;
     parse_file(file, false);
+    if (may_be_head && !has_library_name(file)) reread_file(file, text);
     return file;
 }
 
 SourceFile *library_file(const char *text) {
     return find_once(&LibraryFiles, text, [=] { return read_library_file(text); });
-}
-
-bool has_library_name(const SourceFile *file) {
-    const FileFunction *function = file->functions;
-    return strcmp(function->written, library_name(function->name)) == 0;
 }
 
 // Only what is surely not there is none.

@@ -71,13 +71,18 @@ LongString AppendToString(LongString handle, char character) {
     return text_of(header);
 }
 
-LongString AppendStringToString(LongString handle, const char *text) {
+LongString AppendBytesToString(LongString handle, const char *bytes, size_t length) {
     Header *header = header_of(handle);
-    size_t length = strlen(text);
     reserve(header, length);
-    memcpy(text_of(header) + header->length, text, length + 1);
+    char *end = text_of(header) + header->length;
+    memcpy(end, bytes, length);
+    end[length] = '\0';
     header->length += static_cast<int32_t>(length);
     return text_of(header);
+}
+
+LongString AppendStringToString(LongString handle, const char *text) {
+    return AppendBytesToString(handle, text, strlen(text));
 }
 
 int32_t LengthString(LongString handle) { return header_of(handle)->length; }

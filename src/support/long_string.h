@@ -7,6 +7,7 @@
  * text of 2 GB or more, end the run. */
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 typedef char *LongString;
@@ -15,6 +16,7 @@ typedef char *LongString;
 LongString NewLongString();
 [[nodiscard]] LongString AppendToString(LongString handle, char character);
 [[nodiscard]] LongString AppendStringToString(LongString handle, const char *text);
+[[nodiscard]] LongString AppendBytesToString(LongString handle, const char *bytes, size_t length);
 /* Number of characters, the terminator not counted. */
 int32_t LengthString(LongString handle);
 /* Empties the text and keeps its storage. */
