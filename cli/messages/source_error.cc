@@ -69,23 +69,15 @@ Diagnostic without_place(const RaisedError &error, const Source &source) {
     return diagnostic;
 }
 
-Diagnostic with_place(const RaisedError &error, const Source &source) {
-    Diagnostic diagnostic;
-    diagnostic.file = name_of_file(error, source);
-    diagnostic.line = error.line;
-    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
-    if (!text) return diagnostic;
-    const Place place = find_place(*text, error.offset);
-    diagnostic.line = place.line;
-    diagnostic.column = diagnostic.end_column = place.column;
-    diagnostic.offset = error.offset;
-    diagnostic.excerpt = excerpt(place.line_text, place.column - 1, place.column - 1);
-    return diagnostic;
-}
+struct ErrorPlace {
+    std::size_t line;           /* from 1 */
+    std::size_t column;         /* in bytes, from 1 */
+    std::string_view line_text; /* without its line end */
+};
 
-}  // namespace
-
-Place find_place(std::string_view text, std::size_t offset) {
+/* An offset behind the last line with characters is taken back to its end: where the input ended
+ * too early, that is what the user has to complete. */
+ErrorPlace find_place(std::string_view text, std::size_t offset) {
     text = text.substr(0, text.find_last_not_of(LINE_ENDS) + 1);
     offset = std::min(offset, text.size());
     std::size_t line = 1;
@@ -98,6 +90,22 @@ Place find_place(std::string_view text, std::size_t offset) {
     const std::string_view line_text = text.substr(0, text.find_first_of(LINE_ENDS));
     return {line, std::min(offset - start, line_text.size()) + 1, line_text};
 }
+
+Diagnostic with_place(const RaisedError &error, const Source &source) {
+    Diagnostic diagnostic;
+    diagnostic.file = name_of_file(error, source);
+    diagnostic.line = error.line;
+    const auto text = error.file ? read_regular_file(*error.file) : source.argument;
+    if (!text) return diagnostic;
+    const ErrorPlace place = find_place(*text, error.offset);
+    diagnostic.line = place.line;
+    diagnostic.column = diagnostic.end_column = place.column;
+    diagnostic.offset = error.offset;
+    diagnostic.excerpt = excerpt(place.line_text, place.column - 1, place.column - 1);
+    return diagnostic;
+}
+
+}  // namespace
 
 Diagnostics diagnostics_of(const RaisedError &error, const Source &source) {
     return with_note(error.line > 0 ? with_place(error, source) : without_place(error, source),

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
@@ -27,17 +26,6 @@ struct RaisedError {
     /* Offset in the source being read, in bytes from 0, of the token scanned last. */
     std::size_t offset = 0;
 };
-
-/* A place in a text. */
-struct Place {
-    std::size_t line;           /* from 1 */
-    std::size_t column;         /* in bytes, from 1 */
-    std::string_view line_text; /* without its line end */
-};
-
-/* The place of an offset in text. An offset behind the last line with characters is taken back to
- * its end: where the input ended too early, that is what the user has to complete. */
-Place find_place(std::string_view text, std::size_t offset);
 
 /* The error for the user with its place, and a note where its message alone does not say what to
  * do. source is the one that the run was started with. */

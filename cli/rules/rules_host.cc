@@ -54,7 +54,7 @@ std::optional<std::string> RuleAnswers::handle(std::string_view name) {
     auto renamed = this->name(name);
     const FunctionRule *rule = rules_.find_function(renamed ? *renamed : name);
     auto text = rule ? rule->handle_text() : std::nullopt;
-    if (!text && !renamed) ++unanswered_[std::string(name)].handles;
+    if (!text && !renamed && counts_unanswered_) ++unanswered_[std::string(name)].handles;
     if (!text) return renamed;
     ++used_[rule->handle ? &rule->handle->rule : rule->all().front()];
     return text;
@@ -69,7 +69,7 @@ std::optional<std::string> RuleAnswers::call(std::string_view name,
     const FunctionRule *rule = rules_.find_function(called);
     const auto found = rule ? rule->find(arguments, RequestedResults) : std::nullopt;
     if (!found) {
-        unanswered_[called].add(arguments, RequestedResults);
+        if (counts_unanswered_) unanswered_[called].add(arguments, RequestedResults);
         return std::nullopt;
     }
     ++used_[&found->form->rule];

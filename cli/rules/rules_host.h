@@ -20,7 +20,8 @@ class StandInHost;
 class RuleAnswers {
 public:
     /* The rules live as long as this. */
-    explicit RuleAnswers(const Rules &rules) : rules_(rules) {}
+    RuleAnswers(const Rules &rules, bool counts_unanswered)
+        : rules_(rules), counts_unanswered_(counts_unanswered) {}
     RuleAnswers(const RuleAnswers &) = delete;
     RuleAnswers &operator=(const RuleAnswers &) = delete;
 
@@ -31,7 +32,7 @@ public:
 
     /* How often each rule has answered, by its title. */
     std::map<std::string, std::size_t> used() const;
-    /* The calls that no rule has answered, by the functions' names. */
+    /* The calls that no rule has answered, by the functions' names, if they are counted. */
     const std::map<std::string, UnansweredCalls> &unanswered() const { return unanswered_; }
 
 private:
@@ -43,6 +44,7 @@ private:
                                     const std::vector<std::string> &arguments);
 
     const Rules &rules_;
+    const bool counts_unanswered_;
     std::map<const Rule *, std::size_t> used_;
     std::map<std::string, UnansweredCalls> unanswered_;
 };

@@ -209,7 +209,7 @@ void run(StandInHost &host, const Source &source, const Options &wanted,
 
 Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
     StandInHost host;
-    RuleAnswers answers(*wanted.rules);
+    RuleAnswers answers(*wanted.rules, wanted.mode == Mode::RuleTemplate);
     answers.answer_in(host);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
