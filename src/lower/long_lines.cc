@@ -35,33 +35,55 @@ inline void read_character(Reader *from) {
     }
 }
 
-bool is_operator(const char *word, size_t length) {
-    static const char *const operators[] = {"+",  "-",  "*",  "/",   ".",  "^",  "+~",
-                                            "-~", "*~", "/~", "^~",  "<>", "<=", ">",
-                                            "<",  ">=", "=",  "and", "or"};
-    for (const char *one : operators)
-        if (strlen(one) == length && memcmp(one, word, length) == 0) return true;
-    return false;
+// How tight an operator binds, from 1; 0 for what is none.
+int tightness_of(const char *word, size_t length) {
+    bool is_elementwise = length == 2 && word[1] == '~';
+    bool is_relation = length == 2 && (word[1] == '=' || word[1] == '>');
+    if (length > 1 && !is_elementwise && !is_relation)
+        return strncmp(word, "or ", 3) == 0 ? 1 : strncmp(word, "and ", 4) == 0 ? 2 : 0;
+    switch (*word) {
+        case '<':
+        case '>':
+        case '=': return 3;
+        case '+':
+        case '-': return 4;
+        case '*':
+        case '/':
+        case '.': return 5;
+        case '^': return 6;
+        default: return 0;
+    }
 }
 
-// Whether a line may end in front of what is read next: after a comma, before an operator.
-inline bool may_break(const Reader *from, const char *start) {
+// A place where a line may end: the smaller, the better.
+constexpr int TIGHTEST = 8;
+constexpr int NO_PLACE = -1;
+
+// That in front of what is read next: after a comma, before an operator.
+inline int place_at(const Reader *from, const char *start) {
     bool is_blank = *from->at == ' ';
-    if ((!is_blank && from->at[-1] != ',') || from->quote || from->at == start) return false;
-    if (from->at[-1] == ',') return true;
+    bool is_after_comma = from->at[-1] == ',';
+    if ((!is_blank && !is_after_comma) || from->quote || from->at == start) return NO_PLACE;
+    if (is_after_comma) return from->depth * TIGHTEST;
     size_t length = strcspn(from->at + 1, " \n");
-    return from->at[1 + length] == ' ' && is_operator(from->at + 1, length);
+    if (from->at[1 + length] != ' ') return NO_PLACE;
+    int tightness = tightness_of(from->at + 1, length);
+    return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
-// Where the next line begins, which is read from there; at null: nowhere. The outermost place
-// counts that leaves no short line, else the last one, or the first behind the limit.
+// Where the next line begins, which is read from there; at null: nowhere. The outermost place at
+// the loosest operator counts that leaves no short line, else the last one, or the first behind the
+// limit.
 Reader find_break(Reader from, const char *end, const char *limit) {
     const char *start = from.at;
     const char *early = start + (limit - start) * 2 / 5;
     Reader best = {nullptr, 0, 0};
+    int best_place = NO_PLACE;
     for (; from.at < end && !(from.at > limit && best.at); read_character(&from)) {
-        if (!may_break(&from, start)) continue;
-        if (!best.at || best.at < early || from.depth <= best.depth) best = from;
+        int place = place_at(&from, start);
+        if (place == NO_PLACE || (best.at >= early && best.at && place > best_place)) continue;
+        best = from;
+        best_place = place;
     }
     while (best.at && *best.at == ' ') best.at++;
     return best;
