@@ -4,6 +4,7 @@
 #include <assert.h>
 
 #include "lower/context.h"
+#include "lower/earlier_calls.h"
 #include "lower/expressions.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
@@ -28,6 +29,17 @@ int count_several(const Node *arguments) {
     return count;
 }
 
+// The positions will be repeated: a call among them gets a name.
+void name_calls(ExprList *positions, const Node *arguments) {
+    const Node *argument = arguments->first_child;
+    for (vExpr *cell = positions->first; cell; cell = cell->next, argument = argument->next) {
+        if (!may_act(argument)) continue;
+        const char *name = new_temporary();
+        put_line("%s := %s;", {name, plain_value(cell->item)->text});
+        cell->item = new_leaf(name);
+    }
+}
+
 // k..k is one position, and no single one.
 void make_ranges(ExprList *arguments) {
     for (vExpr *cell = arguments->first; cell; cell = cell->next) {
@@ -38,6 +50,7 @@ void make_ranges(ExprList *arguments) {
 
 mExpr *lower_known_part(const char *base, const Node *arguments) {
     ExprList positions = lower_index(arguments, base);
+    name_calls(&positions, arguments);
     make_ranges(&positions);
     mExpr *part = new_element_node(base, VARIABLE_INDEX, positions.first);
     free_vExpr(positions.first);
@@ -49,6 +62,7 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
     const char *positions = new_temporary();
     const char *part = new_temporary();
     ExprList index = lower_index(arguments, base);
+    name_calls(&index, arguments);
     const char *count = form_text("ArrayNumElems(%s,'All')", {positions});
     put_line("%s := Vector[row]([seq(1..%s)]);", {positions, last_position_text(base, 1, 1)});
     put_line("%s := %s;",

@@ -2,7 +2,9 @@
 #include "lower/earlier_calls.h"
 
 #include "lower/context.h"
+#include "lower/expressions.h"
 #include "lower/fallible.h"
+#include "lower/value_lists.h"
 #include "syntax/names/names.h"
 
 bool may_act(const Node *node) {
@@ -28,4 +30,9 @@ const char *name_earlier(LinesEnd *end, const char *text) {
     if (!first) end->lines->last = one.first;
     end->last = one.first;
     return name;
+}
+
+void name_call(LinesEnd *end, const Node *node, vExpr *value) {
+    if (!is_value_list(node, false) && may_act(node))
+        value->item = new_leaf(name_earlier(end, plain_value(value->item)->text));
 }

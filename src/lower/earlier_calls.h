@@ -5,6 +5,7 @@
 
 #include "lower/lines.h"
 #include "syntax/tree.h"
+#include "translate/expressions.h"
 
 /* Whether the evaluation may do more than give a value: it calls a function that is not known. */
 bool may_act(const Node *node);
@@ -19,3 +20,5 @@ bool has_more_lines(const LinesEnd *end);
 /* Puts name := text at that end, in front of the lines put since, and moves the end behind it.
  * Answers the name; a text that is a name stays. */
 const char *name_earlier(LinesEnd *end, const char *text);
+/* The same of an element or argument, if it may act; a list of values stays what it is. */
+void name_call(LinesEnd *end, const Node *node, vExpr *value);

@@ -133,13 +133,10 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     return position;
 }
 
-// Arguments that have been lowered and may act; ranges and lists stay what they are.
+// Arguments that have been lowered and may act; ranges stay what they are.
 [[gnu::noinline]] static void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
-    for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next) {
-        bool is_value = argument->kind != NODE_RANGE && !is_value_list(argument, false);
-        if (is_value && may_act(argument))
-            cell->item = new_leaf(name_earlier(end, plain_value(cell->item)->text));
-    }
+    for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next)
+        if (argument->kind != NODE_RANGE) name_call(end, argument, cell);
 }
 
 static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,

@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "lower/classes/methods.h"
+#include "lower/earlier_calls.h"
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 #include "lower/lines.h"
@@ -74,23 +75,64 @@ mExpr *lower_kept_element(const Node *element, bool is_alone) {
     return text == expr->text ? expr : new_call_leaf(text);
 }
 
-ExprList lower_kept_elements(const Node *row, bool is_alone) {
+// Goes through the elements of all rows.
+struct ElementWalk {
+    const Node *row;
+    const Node *element;  // null behind the last one
+};
+
+void find_element(ElementWalk *walk) {
+    while (!walk->element && walk->row->next) {
+        walk->row = walk->row->next;
+        walk->element = walk->row->first_child;
+    }
+}
+
+ElementWalk begin_elements(const Node *literal) {
+    ElementWalk walk = {literal->first_child, literal->first_child->first_child};
+    find_element(&walk);
+    return walk;
+}
+
+void next_element(ElementWalk *walk) {
+    walk->element = walk->element->next;
+    find_element(walk);
+}
+
+// Elements that have been lowered and may act.
+void name_elements(LinesEnd *end, const Node *literal, vExpr *values) {
+    ElementWalk walk = begin_elements(literal);
+    for (vExpr *cell = values; cell; cell = cell->next, next_element(&walk))
+        name_call(end, walk.element, cell);
+}
+
+using LowerElement = mExpr *(*)(const Node *element, bool is_alone);
+
+// Those of all rows, one after the other.
+ExprList lower_elements(const Node *literal, LowerElement lower, bool is_alone) {
     ExprList elements = {};
-    for (const Node *element = row->first_child; element; element = element->next)
-        append_expr(&elements, lower_kept_element(element, is_alone));
+    for (ElementWalk walk = begin_elements(literal); walk.element; next_element(&walk)) {
+        LinesEnd end = end_of_lines();
+        mExpr *expr = lower(walk.element, is_alone);
+        if (has_more_lines(&end)) name_elements(&end, literal, elements.first);
+        append_expr(&elements, expr);
+    }
     return elements;
 }
 
-ExprList lower_elements(const Node *row) {
+// Takes those of a row from the front of what is left.
+ExprList take_row(const Node *row, vExpr **left) {
     ExprList elements = {};
-    for (const Node *element = row->first_child; element; element = element->next)
-        append_expr(&elements, lower_element(element, false));
+    for (const Node *element = row->first_child; element; element = element->next) {
+        append_expr(&elements, (*left)->item);
+        *left = (*left)->next;
+    }
     return elements;
 }
 
-mExpr *join_row(const Node *row) {
+mExpr *join_row(const Node *row, vExpr **left) {
+    ExprList elements = take_row(row, left);
     if (is_only_texts(row)) return join_literals(row);
-    ExprList elements = lower_elements(row);
     bool is_single = elements.first == elements.last;
     mExpr *joined = is_single ? elements.first->item : new_keyword_call("horzcat", elements.first);
     free_vExpr(elements.first);
@@ -99,26 +141,35 @@ mExpr *join_row(const Node *row) {
 
 // Texts are joined as MATLAB joins arrays, which the constructors do not do.
 mExpr *join_as_text(const Node *literal) {
-    const Node *row = literal->first_child;
-    if (!row->next) return join_row(row);
+    ExprList elements = lower_elements(literal, lower_element, false);
+    vExpr *left = elements.first;
     ExprList rows = {};
-    for (; row; row = row->next) append_expr(&rows, join_row(row));
-    mExpr *joined = new_keyword_call("vertcat", rows.first);
+    for (const Node *row = literal->first_child; row; row = row->next)
+        append_expr(&rows, join_row(row, &left));
+    bool is_single = rows.first == rows.last;
+    mExpr *joined = is_single ? rows.first->item : new_keyword_call("vertcat", rows.first);
     free_vExpr(rows.first);
+    free_vExpr(elements.first);
     return joined;
 }
 
-mVector *collect_row(const Node *row, bool is_alone) {
+mVector *collect_row(const Node *row, vExpr **left) {
     mVector *items = alloc_mVector(0);
-    for (const Node *element = row->first_child; element; element = element->next)
-        append_to_vector(items, lower_joined_element(element, is_alone));
+    for (const Node *element = row->first_child; element; element = element->next) {
+        append_to_vector(items, (*left)->item);
+        *left = (*left)->next;
+    }
     return items;
 }
 
 mExpr *construct(const Node *literal, bool is_alone) {
+    ExprList elements = {};
+    if (literal->first_child) elements = lower_elements(literal, lower_joined_element, is_alone);
+    vExpr *left = elements.first;
     mMatrix *rows = alloc_mMatrix(0);
     for (const Node *row = literal->first_child; row; row = row->next)
-        append_to_matrix(rows, collect_row(row, is_alone));
+        append_to_matrix(rows, collect_row(row, &left));
+    free_vExpr(elements.first);
     return new_matrix_node(rows, MATRIX_LITERAL);
 }
 
@@ -139,11 +190,17 @@ Operand lower_filled_matrix(const Node *literal) {
     return {expr, strcmp(expr->text, element.expr->text) == 0 ? element.level : HOST_ATOM};
 }
 
-const char *cell_row(const Node *row, bool is_alone) {
-    ExprList elements = lower_kept_elements(row, is_alone);
-    const char *text = exprs_text(elements.first);
+const char *cell_text(const vExpr *elements, const char *shape) {
+    return form_text("rtable([%s],subtype='Vector[%s]')", {exprs_text(elements), shape});
+}
+
+// A row, or a column of rows of one element.
+mExpr *cell_vector(const Node *literal, const char *shape) {
+    bool is_alone = single_element(literal);
+    ExprList elements = lower_elements(literal, lower_kept_element, is_alone);
+    mExpr *cell = new_call_leaf(cell_text(elements.first, shape));
     free_vExpr(elements.first);
-    return form_text("rtable([%s],subtype='Vector[row]')", {text});
+    return cell;
 }
 
 bool is_column(const Node *literal) {
@@ -152,24 +209,21 @@ bool is_column(const Node *literal) {
     return true;
 }
 
-mExpr *cell_column(const Node *literal) {
-    ExprList elements = {};
-    for (const Node *row = literal->first_child; row; row = row->next)
-        append_expr(&elements, lower_kept_element(row->first_child, false));
-    const char *text = exprs_text(elements.first);
-    free_vExpr(elements.first);
-    return new_call_leaf(form_text("rtable([%s],subtype='Vector[column]')", {text}));
-}
-
 // Rows one below the other: a constructor of all rows would join what their elements hold.
 mExpr *cell_matrix(const Node *literal) {
+    ExprList elements = lower_elements(literal, lower_kept_element, false);
+    vExpr *left = elements.first;
     ExprList rows = {};
-    for (const Node *row = literal->first_child; row; row = row->next)
-        append_expr(&rows, new_leaf(cell_row(row, false)));
-    const char *elements = exprs_text(rows.first);
+    for (const Node *row = literal->first_child; row; row = row->next) {
+        ExprList of_row = take_row(row, &left);
+        append_expr(&rows, new_leaf(cell_text(of_row.first, "row")));
+        free_vExpr(of_row.first);
+    }
+    const char *joined = exprs_text(rows.first);
     free_vExpr(rows.first);
+    free_vExpr(elements.first);
     return new_form_mExpr(EXPR_CALL, NOT_SCALAR, "%sConcatenate(1, %s)",
-                          {array_tools_prefix(), elements});
+                          {array_tools_prefix(), joined});
 }
 
 }  // namespace
@@ -200,12 +254,7 @@ mExpr *lower_string(const Node *node) {
 
 // Objects are joined by a method of their class.
 static mExpr *call_joining(const char *method, const Node *literal) {
-    ExprList all = {};
-    for (const Node *row = literal->first_child; row; row = row->next) {
-        ExprList elements = lower_elements(row);
-        (all.last ? all.last->next : all.first) = elements.first;
-        all.last = elements.last;
-    }
+    ExprList all = lower_elements(literal, lower_element, false);
     mExpr *call = new_call_of(method, all.first);
     free_vExpr(all.first);
     return call;
@@ -222,6 +271,6 @@ Operand lower_matrix(const Node *literal) {
 mExpr *lower_cell(const Node *literal) {
     const Node *row = literal->first_child;
     if (!row) return new_call_leaf("rtable([],subtype='Vector[row]')");
-    if (!row->next) return new_call_leaf(cell_row(row, single_element(literal)));
-    return is_column(literal) ? cell_column(literal) : cell_matrix(literal);
+    if (!row->next) return cell_vector(literal, "row");
+    return is_column(literal) ? cell_vector(literal, "column") : cell_matrix(literal);
 }
