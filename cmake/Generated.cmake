@@ -1,8 +1,5 @@
 # The scanner and the parser, generated into the build tree.
 
-find_package(FLEX 2.6 REQUIRED)
-find_package(BISON 3.8 REQUIRED)
-
 # Outside of any folder named src, so that no tool takes what is generated for a source.
 set(MTRANSLATE_GENERATED_DIR "${PROJECT_BINARY_DIR}/generated")
 file(MAKE_DIRECTORY "${MTRANSLATE_GENERATED_DIR}")

@@ -8,13 +8,14 @@ install(FILES "${PROJECT_SOURCE_DIR}/include/mtranslate.h"
 install(TARGETS mtranslate EXPORT mtranslate-targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         COMPONENT library NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development
     INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
 if(MTRANSLATE_TOOL)
     set(pages "${PROJECT_BINARY_DIR}/pages")
     install(TARGETS mtranslate_tool
         RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
-    install(FILES "${pages}/mtranslate.1"
+    install(FILES "${pages}/mtranslate.1.gz"
         DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
     install(FILES "${pages}/mtranslate.bash" RENAME mtranslate
         DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tool)
@@ -26,6 +27,12 @@ if(MTRANSLATE_TOOL)
     install(FILES "${pages}/_mtranslate"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions"
         COMPONENT zsh-debian EXCLUDE_FROM_ALL)
+
+    # What the tool's messages link to, and what its pages name.
+    file(GLOB documents docs/*.md docs/*.schema.json docs/*.png README.md CHANGELOG.md)
+    install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT tool)
+    install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT license)
+    install(DIRECTORY examples/rules DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT tool)
 
     # The host's headers name each other as host/NAME.h.
     install(TARGETS mtranslate_host EXPORT mtranslate-targets
@@ -49,6 +56,10 @@ install(FILES "${PROJECT_BINARY_DIR}/mtranslateConfigVersion.cmake"
 set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pkgconfig_to_prefix "/prefix/${pkgconfig_dir}" "/prefix")
 set(pkgconfig_names mtranslate)
+set(pkgconfig_needs "")
+if(NOT BUILD_SHARED_LIBS) # an archive brings nothing along
+    set(pkgconfig_needs " -lstdc++ -lm")
+endif()
 if(MTRANSLATE_TOOL)
     list(APPEND pkgconfig_names mtranslate-host)
 endif()

@@ -15,6 +15,7 @@ set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME mtranslate)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION math)
@@ -22,18 +23,29 @@ set(CPACK_DEBIAN_TOOL_DESCRIPTION "translates MATLAB source for a host computer-
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME "${library_package}")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "translator of MATLAB source, a library for hosts")
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libmtranslate-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "header and stand-in host of ${library_package}")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 
-# Every package tells its licence.
+set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/LdconfigTrigger.cmake")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+# What Debian's packages have in their own form: licence, changes, the manual page.
+set(debian_pages "${PROJECT_BINARY_DIR}/debian")
+# mtranslate_gzip(SOURCE NAME): compresses a file, with the same bytes each time.
+function(mtranslate_gzip source name)
+    execute_process(COMMAND "${GZIP}" -9nc "${source}" OUTPUT_FILE "${debian_pages}/${name}"
+        COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+configure_file(cmake/debian-changelog.in "${debian_pages}/changelog" @ONLY)
+configure_file(cmake/debian-copyright "${debian_pages}/copyright" COPYONLY)
+mtranslate_gzip("${debian_pages}/changelog" changelog.gz)
 foreach(pair tool:mtranslate library:${library_package} development:libmtranslate-dev)
     string(REPLACE ":" ";" pair "${pair}")
     list(GET pair 0 component)
     list(GET pair 1 package)
-    install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" RENAME copyright
+    install(FILES "${debian_pages}/copyright" "${debian_pages}/changelog.gz"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}"
         COMPONENT ${component}-doc EXCLUDE_FROM_ALL)
 endforeach()

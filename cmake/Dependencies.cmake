@@ -1,0 +1,36 @@
+# What the parts that are built need from elsewhere. All that is missing is named at once, with the
+# Debian packages that have it.
+
+set(missing_packages "")
+
+# mtranslate_need(PACKAGE DEBIAN_PACKAGE [VERSION])
+macro(mtranslate_need package debian_package)
+    find_package(${package} ${ARGN} QUIET)
+    if(NOT ${package}_FOUND)
+        string(JOIN " " wanted ${package} ${ARGN})
+        string(APPEND missing_text "\n  ${wanted} (Debian's ${debian_package})")
+        list(APPEND missing_packages ${debian_package})
+    endif()
+endmacro()
+
+mtranslate_need(FLEX flex 2.6)
+mtranslate_need(BISON bison 3.8)
+if(MTRANSLATE_TOOL)
+    mtranslate_need(CLI11 libcli11-dev)
+    mtranslate_need(cereal libcereal-dev)
+    mtranslate_need(tomlplusplus libtomlplusplus-dev)
+    mtranslate_need(nlohmann_json nlohmann-json3-dev)
+endif()
+if(MTRANSLATE_TESTS)
+    mtranslate_need(GTest libgtest-dev)
+endif()
+if(MTRANSLATE_BENCH)
+    mtranslate_need(benchmark libbenchmark-dev)
+endif()
+
+if(missing_packages)
+    list(JOIN missing_packages " " missing_packages)
+    message(FATAL_ERROR "mtranslate needs what is not here:${missing_text}\n"
+        "On Debian:  apt-get install ${missing_packages}\n"
+        "Or leave parts out: -DMTRANSLATE_TESTS=OFF, -DMTRANSLATE_BENCH=OFF, -DMTRANSLATE_TOOL=OFF")
+endif()
