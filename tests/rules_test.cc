@@ -504,7 +504,7 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
          "--- t/o/lib/k.x\n+++ t/o/lib/k.x\n@@ -1 +1 @@\n-x := 2;\n+k := 1;\n"
          "--- /dev/null\n+++ t/o/s/b.x\n@@ -0,0 +1 @@\n+x := 1;\n",
          "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
-         "failed\n"},
+         "failed; 1 would change, 1 would be new\n"},
     });
     run("cd t/u; ln -s ../../later.toml link.toml; ln -s .. up; mkfifo pipe");
     check_mistakes(

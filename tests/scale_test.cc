@@ -121,9 +121,10 @@ TEST_F(Scale, works_in_shards) {
         "/^mtranslate/d' blocks > task; "
         "tail -n 1 blocks > merge");
     check({
-        {"sh ./parallel 2> /dev/null; " + SAME, 0, "same\n", ""},
+        {"sh ./parallel 2> /dev/null && " + SAME, 0, "same\n", ""},
         {"rm -r out; "
-         "for task in $(seq 0 9); do SLURM_ARRAY_TASK_ID=$task sh ./task 2> /dev/null; done; " +
+         "for task in $(seq 0 9); do SLURM_ARRAY_TASK_ID=$task sh ./task 2> /dev/null || exit; "
+         "done; " +
              SAME,
          0, "same\n", ""},
         {"sh ./merge && grep -c '<html' report.html; mtranslate src -O out --report whole.json 2> "

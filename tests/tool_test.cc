@@ -205,7 +205,11 @@ TEST_F(Tool, translates_trees) {
         {"echo 'b = 2;' >> t/settings.m; mtranslate diff t/settings.m t/f.m -O o", 1,
          "--- o/settings.txt\n+++ o/settings.txt\n@@ -1 +1,2 @@\n a := 1;\n+b := 2;\n",
          "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\n" +
-             good("2 of 2 files: 2", "")},
+             good("2 of 2 files: 2", "; 1 would change, 0 would be new")},
+        {"mtranslate diff t/settings.m -O o --color=always 2> /dev/null | tr '\\033' '^'", 0,
+         "^[1m--- o/settings.txt^[m\n^[1m+++ o/settings.txt^[m\n^[36m@@ -1 +1,2 @@^[m\n a := 1;\n"
+         "^[32m+b := 2;^[m\n",
+         ""},
         {"chmod a-w o4; rm -f o4/f.txt; mkdir o4/f.txt; mtranslate t/f.m t/settings.m -O o4", 3, "",
          "t/f.m: error: cannot write 'o4/f.txt': Is a directory\n"
          "t/f.m: warning: 1 function is found nowhere and left to the host: r [MT401]\nmtranslate: "

@@ -43,17 +43,22 @@ int run_diff(std::vector<std::string> words, int output) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 2;
 }
 
+constexpr const char *NO_FILE = "/dev/null";
+
 }  // namespace
+
+bool is_of_new_file(std::string_view difference) {
+    return difference.starts_with(std::string("--- ") + NO_FILE + '\n');
+}
 
 std::string difference(const std::string &path, std::string_view text) {
     const auto old = read_regular_file(path);
     if (old == text) return "";
     const Descriptor next = file_in_memory(text);
     const Descriptor result = file_in_memory("");
-    const int code =
-        run_diff({"diff", "-u", "--label", old ? path : "/dev/null", "--label", path,
-                  old ? path : "/dev/null", "/proc/self/fd/" + std::to_string(next.get())},
-                 result.get());
+    const int code = run_diff({"diff", "-u", "--label", old ? path : NO_FILE, "--label", path,
+                               old ? path : NO_FILE, "/proc/self/fd/" + std::to_string(next.get())},
+                              result.get());
     if (code > 1) throw FileError("diff cannot compare '" + path + "' with its translation");
     return read_regular_file("/proc/self/fd/" + std::to_string(result.get())).value_or("");
 }

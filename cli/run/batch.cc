@@ -26,6 +26,7 @@
 #include "cli/run/message_output.h"
 #include "cli/run/open_source.h"
 #include "cli/run/progress.h"
+#include "cli/run/shown_difference.h"
 #include "cli/run/translation.h"
 #include "cli/run/workers.h"
 
@@ -39,7 +40,9 @@ namespace fs = std::filesystem;
 struct Tally {
     std::array<std::size_t, 4> states{}; /* by FileState */
     std::size_t written = 0;
-    std::size_t ignored = 0; /* messages that were left out */
+    std::size_t different = 0; /* outputs that are there */
+    std::size_t missing = 0;   /* those that are not */
+    std::size_t ignored = 0;   /* messages that were left out */
 };
 
 void make_folder(const fs::path &folder) {
@@ -212,8 +215,11 @@ private:
     void show_output(const FileResult &result) {
         if (result.is_written) ++tally_.written;
         if (result.difference.empty()) return;
-        differs_ = true;
-        Output(std::nullopt).write(result.difference);
+        ++(is_of_new_file(result.difference) ? tally_.missing : tally_.different);
+        const bool is_coloured = has_colours(options_.colours, STDOUT_FILENO);
+        const bool is_shown = is_coloured || isatty(STDOUT_FILENO) == 1;
+        Output(std::nullopt)
+            .write(is_shown ? shown_difference(result.difference, is_coloured) : result.difference);
     }
 
     std::string summary(bool is_whole) const {
@@ -224,6 +230,9 @@ private:
              << files_in(FileState::Errors) << " with errors, " << files_in(FileState::Failed)
              << " failed";
         if (options_.mode == Mode::Translate) text << "; " << tally_.written << " written";
+        if (options_.mode == Mode::Compare)
+            text << "; " << tally_.different << " would change, " << tally_.missing
+                 << " would be new";
         if (tally_.ignored > 0)
             text << "; " << tally_.ignored
                  << (tally_.ignored == 1 ? " message left out" : " messages left out");
@@ -236,7 +245,8 @@ private:
         if (files_in(FileState::Failed) > 0 || has_trouble_) return ExitCode::Trouble;
         if (options_.mode == Mode::Assess) return ExitCode::Done;
         const bool has_failures = files_in(FileState::Errors) + files_in(FileState::Gaps) > 0;
-        return has_failures || differs_ ? ExitCode::BadSource : ExitCode::Done;
+        const bool differs = tally_.different + tally_.missing > 0;
+        return has_failures || differs ? ExitCode::BadSource : ExitCode::Done;
     }
 
     const Options &options_;
@@ -252,7 +262,6 @@ private:
     std::vector<MadeFrom> made_;
     bool calls_library_ = false; /* a translation does */
     bool has_trouble_ = false;   /* with the library's output */
-    bool differs_ = false;
     std::size_t finished_ = 0;
     Progress progress_;
 };

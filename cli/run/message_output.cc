@@ -19,22 +19,6 @@ bool has_output(const Options &options) {
     return options.paths.empty() && options.output.value_or("-") == "-";
 }
 
-/* As the conventions for programs at a terminal have it: NO_COLOR wins, set to anything but
- * nothing. */
-bool has_colours(ColourUse use) {
-    const auto is_set = [](const char *name) {
-        const char *value = std::getenv(name);
-        return value && *value;
-    };
-    if (use != ColourUse::Auto) return use == ColourUse::Always;
-    if (is_set("NO_COLOR")) return false;
-    const char *forced = std::getenv("CLICOLOR_FORCE");
-    if (forced && *forced && std::string_view(forced) != "0") return true;
-    const char *terminal = std::getenv("TERM");
-    const bool is_dumb = terminal && std::string_view(terminal) == "dumb";
-    return isatty(STDERR_FILENO) == 1 && !is_dumb;
-}
-
 /* Of terminals that would show the sequence of a link, the console and old libraries are known. */
 bool has_links() {
     if (isatty(STDERR_FILENO) != 1) return false;
@@ -45,13 +29,29 @@ bool has_links() {
 }
 
 TextStyle style_of(ColourUse use) {
-    const bool is_colourful = has_colours(use);
+    const bool is_colourful = has_colours(use, STDERR_FILENO);
     return {is_colourful, is_colourful && has_links()};
 }
 
 bool is_failure(const Diagnostic &diagnostic) { return diagnostic.severity <= SEVERITY_GAP; }
 
 }  // namespace
+
+/* As the conventions for programs at a terminal have it: NO_COLOR wins, set to anything but
+ * nothing. */
+bool has_colours(ColourUse use, int stream) {
+    const auto is_set = [](const char *name) {
+        const char *value = std::getenv(name);
+        return value && *value;
+    };
+    if (use != ColourUse::Auto) return use == ColourUse::Always;
+    if (is_set("NO_COLOR")) return false;
+    const char *forced = std::getenv("CLICOLOR_FORCE");
+    if (forced && *forced && std::string_view(forced) != "0") return true;
+    const char *terminal = std::getenv("TERM");
+    const bool is_dumb = terminal && std::string_view(terminal) == "dumb";
+    return isatty(stream) == 1 && !is_dumb;
+}
 
 MessageOutput::MessageOutput(const Options &options)
     : is_for_people_(options.message_format == MessageFormat::Text),

@@ -13,6 +13,9 @@ namespace mtranslate {
 
 /* People read messages on standard error; other programs on standard output, unless a translation
  * or a difference goes there. */
+/* Whether what goes to the stream, a descriptor, has colours. */
+bool has_colours(ColourUse use, int stream);
+
 class MessageOutput {
 public:
     explicit MessageOutput(const Options &options);
