@@ -3,6 +3,7 @@
 #include "lower/condition_sides.h"
 #include "lower/conditions.h"
 #include "lower/context.h"
+#include "lower/defaults.h"
 #include "lower/lines.h"
 #include "lower/statements.h"
 
@@ -75,6 +76,7 @@ void put_if(const Node *node) {
         if (Lowering.gap != MESSAGE_COUNT) break;
         lower_block(branch->kind == NODE_ELSE ? branch->first_child : second_child(branch));
     }
+    if (is_alone(node) && Lowering.level == level) put_given_values(node);
     for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
     put_line(stays_open ? "else" : "end if;", {});
 }

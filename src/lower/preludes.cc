@@ -6,6 +6,7 @@
 #include "diagnose/messages.h"
 #include "lower/argument_counts.h"
 #include "lower/context.h"
+#include "lower/defaults.h"
 #include "lower/host_conditions.h"
 #include "lower/host_words.h"
 #include "lower/origins.h"
@@ -48,16 +49,16 @@ bool is_set_first(const Scope *scope, const Symbol *parameter) {
 
 void put_copy(const Scope *scope, Symbol *parameter) {
     if (is_set_first(scope, parameter)) return;
-    const char *name = written_name(parameter);
-    const char *given = head_name(parameter);
-    const char *form = must_own(parameter) ? "%s := copy(%s);" : "%s := %s;";
-    if (!may_be_missing(scope, parameter)) return put_line(form, {name, given});
+    if (!may_be_missing(scope, parameter)) return put_given_value(parameter);
+    if (find_default(scope, parameter)) return;
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
-    put_inner_line(form, {name, given});
+    Lowering.level++;
+    put_given_value(parameter);
+    Lowering.level--;
     bool is_asked = scope->flags & READS_NARGIN;
     if (parameter->start && (!is_asked || (parameter->flags & SYMBOL_MAY_BE_MISSING))) {
         put_line("else", {});
-        put_inner_line("%s := %s;", {name, start_text(parameter->start, false)});
+        put_inner_line("%s := %s;", {written_name(parameter), start_text(parameter->start, false)});
     }
     put_line("end if;", {});
 }
@@ -147,6 +148,11 @@ void put_argument_block(const Node *block) {
 }
 
 }  // namespace
+
+void put_given_value(Symbol *parameter) {
+    put_line(must_own(parameter) ? "%s := copy(%s);" : "%s := %s;",
+             {written_name(parameter), head_name(parameter)});
+}
 
 const char *parameter_list(const Scope *scope) {
     TextList names = {};
