@@ -171,6 +171,24 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
     });
 }
 
+/* A watched tree: a changed file alone, all when a configuration changes, and a broken one. */
+TEST_F(Trouble, with_a_configuration_does_not_end_a_watch) {
+    write(directory / "s/a.m", "x = 1;\nif x == 'abc', end\n");
+    write(directory / "s/b.m", "y = 1;\nif y == 'abc', end\n");
+    write(directory / "watch", R"(
+until_line() { for i in $(seq 200); do grep -q "$1" "$2" 2> /dev/null && return; sleep 0.05; done; }
+$tool s -O o --watch 2> log &
+until_line waiting log; : > log
+echo 'x = 2;' >> s/a.m; until_line waiting log; grep -c warning log; tail -n 1 o/a.txt; : > log
+echo '[names' > s/mtranslate.toml; until_line waiting log; grep -c error: log; : > log
+printf '[names]
+y = "z"
+' > s/mtranslate.toml; until_line waiting log; grep -c warning log
+kill $!; wait $!; echo $?
+)");
+    check({{". ./watch 2> /dev/null", 0, "1\nx := 2;\n1\n2\n143\n", ""}});
+}
+
 }  // namespace
 
 }  // namespace mtranslate

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "cli/commands/rules_command.h"
+#include "cli/commands/watch.h"
 #include "cli/config/configuration.h"
 #include "cli/messages/excerpt.h"
 #include "cli/options/read_options.h"
@@ -30,11 +31,11 @@ ExitCode fail_with(const char *reason) {
     return ExitCode::Trouble;
 }
 
-ExitCode run_safely(int argc, char **argv) {
+/* The code of what work does, or of why it cannot. */
+template <typename Work>
+ExitCode run_safely(const Work &work) {
     try {
-        const auto arguments = read_options(argc, argv);
-        if (const auto *code = std::get_if<ExitCode>(&arguments)) return *code;
-        return run(std::get<Options>(arguments));
+        return work();
     } catch (const std::bad_alloc &) {
         return fail_with("system memory exhausted");
     } catch (const ConfigurationError &error) {
@@ -43,6 +44,22 @@ ExitCode run_safely(int argc, char **argv) {
     } catch (const std::exception &error) {
         return fail_with(error.what());
     }
+}
+
+ExitCode run_arguments(int argc, char **argv) {
+    const auto arguments = read_options(argc, argv);
+    if (const auto *code = std::get_if<ExitCode>(&arguments)) return *code;
+    const Options &options = std::get<Options>(arguments);
+    if (!options.watches) return run(options);
+    watch(
+        options, [](const Options &next) { run_safely([&] { return run(next); }); },
+        [&](Options &next) {
+            run_safely([&] {
+                const auto again = read_options(argc, argv);
+                if (const auto *read = std::get_if<Options>(&again)) next = *read;
+                return ExitCode::Done;
+            });
+        });
 }
 
 /* What goes wrong with a stream is seen where it is read or written. */
@@ -61,5 +78,6 @@ void prepare_streams() {
 
 int main(int argc, char **argv) {
     mtranslate::prepare_streams();
-    return static_cast<int>(mtranslate::run_safely(argc, argv));
+    return static_cast<int>(
+        mtranslate::run_safely([&] { return mtranslate::run_arguments(argc, argv); }));
 }

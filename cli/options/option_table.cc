@@ -155,6 +155,11 @@ void add_batch_options(CLI::App &app, Options &options) {
                  "Translate what files .gitignore leave out of folders, too");
     app.add_flag("--closure", options.is_closure,
                  "Put the functions that a file calls into its translation");
+    app.add_flag(
+        "--watch", options.watches,
+        "Go on, and translate again what changes\n\n"
+        "Until it is interrupted. A change of a configuration, of rules or of the names of "
+        "files has all of them translated.");
     app.add_option("-j,--jobs", options.jobs, "Run N worker processes (one for each processor)")
         ->type_name("N");
 }

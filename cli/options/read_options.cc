@@ -131,6 +131,8 @@ std::string conflict(const Options &options, bool is_batch) {
     if (!options.depfile.empty() && (!has_output || options.mode != Mode::Translate))
         return "--depfile is about the outputs of -o and -O";
     if (!options.baseline.empty() && !is_batch) return "--baseline goes with -O, check and diff";
+    if (options.watches && (!is_batch || options.mode == Mode::Assess))
+        return "--watch goes with -O, check and diff";
     if (!options.root.empty() && !is_batch) return "--root goes with -O, check and diff";
     const std::string bad_suffix = refusal_of_suffix(options.suffix);
     if (!bad_suffix.empty()) return "--suffix: " + bad_suffix;

@@ -58,6 +58,8 @@ struct Options {
     Limits limits;
     /* Whether each translation of a batch holds those of the functions that it calls. */
     bool is_closure = false;
+    /* Whether a batch is run again when its sources change. */
+    bool watches = false;
     /* Whether translations hold the functions that the translator brings along, where they call
      * them, or those stand in a file of their own. */
     bool is_library_apart = false;
