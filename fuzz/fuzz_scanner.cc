@@ -1,4 +1,4 @@
-/* The scanner alone, with the fixer called behind operands in one bracket context, which the first
+/* The scanner alone, with the fixer called after operands in one bracket context, which the first
  * byte of the input chooses. Positions stay within the source and reach its end, and what is kept
  * of a line is what stands in the source. */
 #include <sys/mman.h>

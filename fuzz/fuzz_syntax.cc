@@ -45,7 +45,7 @@ void check_messages(std::string_view source) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     if (size == 0) return 0;
     const std::string_view source(reinterpret_cast<const char *>(data) + 1, size - 1);
-    char *text = new char[size];  // with nothing behind its NUL
+    char *text = new char[size];  // with nothing after its NUL
     std::memcpy(text, source.data(), source.size());
     text[source.size()] = '\0';
     begin_run();

@@ -40,7 +40,7 @@ enum class ValueType : std::uint32_t {
  * of the store. */
 class ValueStore {
 public:
-    /* Texts are copied; what stands behind a NUL in them is not seen again. */
+    /* Texts are copied; what stands after a NUL in them is not seen again. */
     HostValue string(std::string_view text);
     HostValue name(std::string_view text);
     HostValue boolean(bool value);
@@ -57,7 +57,7 @@ public:
     void clear();
 
 private:
-    /* An object of count words, with more bytes behind it. */
+    /* An object of count words, with more bytes after it. */
     HostValue *object(ValueType type, std::size_t count, std::size_t more = 0);
     HostValue text_object(ValueType type, std::string_view text);
     HostValue collection(ValueType type, std::span<const HostValue> elements);

@@ -124,7 +124,7 @@ extern MTRANSLATE_VARIABLE int yynerrs;
 extern MTRANSLATE_VARIABLE unsigned int SourceLine;
 /* Characters consumed on the current line. */
 extern MTRANSLATE_VARIABLE int SourcePos;
-/* The current line's text behind the line ends before it, and the same for the line before. */
+/* The current line's text after the line ends before it, and the same for the line before. */
 extern MTRANSLATE_VARIABLE const char *SourceText;
 extern MTRANSLATE_VARIABLE const char *PrevLine;
 /* While the host is asked for a call in matlab or octave: how many results the call is to give, 0

@@ -116,7 +116,7 @@ after => a\nh(1))\n   h => function y = h(x)\n\n\n'z';\n)");
                 {"caller.m", "2 of f.m", "y = )\n     ^\n"},
                 // text and column carry over from the caller
                 {"carry.m", "1 of g.m", "g(1)\n         ^\n"},
-                // behind a complete script, when the functions that it calls have been translated
+                // after a complete script, when the functions that it calls have been translated
                 {"after.m", "2 of after.m", "h(1))\n     ^\n"}};
     for (const auto &row : rows) {
         std::string where = row.header_end;
@@ -260,7 +260,7 @@ inside => function a\nh(1);\nend\nx = (   h => function h\ny = z;)");
     // an error of a called file is not counted as the caller's
     EXPECT_EQ(run("file", files.path("outer.m")), "g(1);\n2");
     EXPECT_EQ(yynerrs, 1);
-    // the bracket that was open is still open for the files behind
+    // the bracket that was open is still open for the files after
     EXPECT_EQ(run("file", files.path("inside.m")),
               "a := proc(  )\n;\n    h(1);\n    end proc;\n\n"
               "h := proc(  )\n;\n    (y := copy(z));\n    end proc;\n\n1");
@@ -290,7 +290,7 @@ TEST(Errors, in_arguments) {
     const HostValue keep_going = values.equation(values.name("KeepGoing"), values.boolean(true));
     const struct {
         std::vector<HostValue> arguments;
-        const char *outcome;  // the result, and the errors behind it
+        const char *outcome;  // the result, and the errors after it
     } rows[] = {
         {{}, "null invalid input: at least two arguments expected"},
         {{command}, "null invalid input: at least two arguments expected"},

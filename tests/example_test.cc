@@ -165,7 +165,7 @@ std::string output_of(const std::string &command) {
     return text;
 }
 
-/* Checks every command of the sh blocks, a line with "$ ", against the lines behind it; answers how
+/* Checks every command of the sh blocks, a line with "$ ", against the lines after it; answers how
  * many there were. */
 int check_commands(const std::string &page) {
     std::istringstream lines(page);

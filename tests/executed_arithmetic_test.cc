@@ -179,7 +179,7 @@ std::vector<Equation> equations(Maker &maker, const Texts &operators, size_t ele
 
 std::string name_of(size_t at) { return "y" + std::to_string(at); }
 
-/* The statements; in a function, where nothing is known of the parameters, or behind values. */
+/* The statements; in a function, where nothing is known of the parameters, or after values. */
 std::string program_of(const std::vector<Equation> &equations, const char *values,
                        bool is_in_function) {
     std::string statements, names;

@@ -155,7 +155,7 @@ private:
     }
 
     Condition comparison(int depth) {
-        // Calls in front of a side that becomes branches are behind it in the translation.
+        // Calls in front of a side that becomes branches are after it in the translation.
         if (depth > 1 && number(4) == 0)
             return {Kind::COMPARISON,
                     number(2) == 0 ? "==" : "~=",
@@ -301,7 +301,7 @@ struct Written {
     std::string source, expected;
 };
 
-/* Cases behind each other; those in functions get the variables as parameters, of which less is
+/* Cases after each other; those in functions get the variables as parameters, of which less is
  * known. */
 Written program_of(const Surroundings &variables, const std::vector<Case> &cases,
                    const std::vector<double> &trace) {

@@ -141,7 +141,7 @@ private:
         }
     }
 
-    /* A quote directly behind one would be part of the string. */
+    /* A quote directly after one would be part of the string. */
     bool ends_with_quote() const {
         size_t last = program_.pieces.size() - 1;
         while (program_.pieces[last].kind != Piece::TEXT) last--;

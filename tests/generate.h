@@ -28,9 +28,9 @@ struct Piece {
         CLOSE,       /* their ) */
         ELEMENT_END, /* between elements */
         ROW_END,     /* between rows */
-        HEAD_END,    /* behind the head of a block */
+        HEAD_END,    /* after the head of a block */
         STATEMENT_END,
-        LINE_END /* behind what only a line end ends */
+        LINE_END /* after what only a line end ends */
     };
     Kind kind;
     std::string text; /* of TEXT */
@@ -45,7 +45,7 @@ struct Program {
 };
 
 enum class ProgramKind {
-    SCRIPT,    /* statements, with functions behind them now and then */
+    SCRIPT,    /* statements, with functions after them now and then */
     FUNCTIONS, /* a file of functions */
     WITH_GAPS  /* a script, with what has no form in the host's language among its statements */
 };

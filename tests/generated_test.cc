@@ -286,7 +286,7 @@ Mapped below_comment(const MappedText &text, const Mapped &comment) {
     return line == text.by_line.end() ? Mapped{} : line->second;
 }
 
-/* Which of the parts are comments that stand above a function, or behind its head as help text. */
+/* Which of the parts are comments that stand above a function, or after its head as help text. */
 std::vector<bool> comments_of_functions(const MappedText &text, const std::string &source) {
     std::vector<bool> are_of_functions(text.parts.size());
     for (size_t i = 1; i < text.parts.size(); i++) {

@@ -89,7 +89,7 @@ void expect_needed_pairs(const std::string &host_text, std::vector<Exception> &e
     }
 }
 
-/* Without the messages behind a translation. */
+/* Without the messages after a translation. */
 std::string host_text_of(const Row &row) {
     static const std::regex message(R"((^|\n)[^\n#]*:\d+ MT[^]*)");
     return std::regex_replace(row.expected, message, "\n");

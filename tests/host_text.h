@@ -6,7 +6,7 @@
 
 namespace mtranslate {
 
-/* The translation with each long line, which goes on in others behind a comma or in front of an
+/* The translation with each long line, which goes on in others after a comma or in front of an
  * operator, as one line. */
 std::string with_whole_lines(std::string_view host_text);
 

@@ -20,11 +20,11 @@ std::string lowered(const std::string &source) {
     return lowered(host, source);
 }
 
-// What a statement becomes behind assignments that make variables of the names in it.
+// What a statement becomes after assignments that make variables of the names in it.
 std::string lowered_behind_variables(const std::string &source) {
     const std::string variables = lowered(VARIABLES);
     const std::string all = lowered(VARIABLES + source);
-    const std::size_t at = all.find(variables);  // behind the procedures
+    const std::size_t at = all.find(variables);  // after the procedures
     return at == all.npos ? all : all.substr(at + variables.size());
 }
 

@@ -199,7 +199,7 @@ TEST_F(Messages, speak_to_programs) {
         "unknown-function::the function 'f' is found nowhere\n";
     const std::string called =
         "{\"severity\":\"error\",\"code\":\"MT101\",\"name\":\"unexpected-token\",\"message\":"
-        "\"expected a value behind '+', found ';'\",\"operands\":[\"a value behind "
+        "\"expected a value after '+', found ';'\",\"operands\":[\"a value after "
         "'+'\",\"';'\"],\"file\":\"./g.m\",\"line\":2,\"column\":9,"
         "\"endColumn\":10,\"offset\":26,\"length\":1,\"calledFrom\":{\"file\":\"main.m\",\"line\":"
         "1}}\n";

@@ -37,7 +37,7 @@ std::string shown(const Scope *scope) {
     return variables + (variables.empty() ? "| " : " | ") + functions;
 }
 
-/* "(x)", and behind it what is captured; a copy of its own in brackets. */
+/* "(x)", and after it what is captured; a copy of its own in brackets. */
 std::string shown_anonymous(const Scope *scope) {
     std::string text = "@(" + shown(scope) + ")";
     for (const Capture *at = next_captured(scope, nullptr); at; at = next_captured(scope, at)) {

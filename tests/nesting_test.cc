@@ -45,7 +45,7 @@ const std::vector<Form> Blocks = {
     {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
 };
 
-/* The translation, and behind it the codes of errors. */
+/* The translation, and after it the codes of errors. */
 std::string outcome(const std::string &source) {
     const MatlabRun run = run_matlab(source);
     std::string text = run.text.value_or("null");

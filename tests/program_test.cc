@@ -43,7 +43,7 @@ std::string translated_by(StandInHost &host, const std::string &path) {
     return translate(host, "file", path, options);
 }
 
-/* The translation and behind it the messages, with folder left out of both. */
+/* The translation and after it the messages, with folder left out of both. */
 std::string translated(const std::string &mode, const std::string &source,
                        const std::string &folder = "") {
     StandInHost host;
@@ -83,7 +83,7 @@ TEST(MatlabProcedures, share_a_long_return) {
     EXPECT_LT(translated("command", returns(400)).size(), 5 * text.size() / 2);
 }
 
-/* The files of a row, each behind a line "@name", and main, the first of them. */
+/* The files of a row, each after a line "@name", and main, the first of them. */
 std::string write_files(const SourceFiles &files, const std::string &row) {
     static const std::regex heading("@(\\S+)\n");
     for (std::sregex_iterator at(row.begin(), row.end(), heading), end; at != end; ++at) {
@@ -219,7 +219,7 @@ TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
         R"(main => \tx = f(1);\neval y   f => function y = f(x)\n  y = x + ;\nx = 1;)");
     const std::string folder = files.path("");
     const std::string error = "on line 2 of " + folder +
-                              "f.m, expected a value behind '+', found ';' " + "(called from " +
+                              "f.m, expected a value after '+', found ';' " + "(called from " +
                               folder + "main.m:1)\n  y = x + ;\n          ^\n";
     const std::string text =
         "f := proc( qxrp_x )\n    local y, x;\n    if "

@@ -387,7 +387,8 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
              "2:15: error: there is no argument 2 in a call with 1\nf.1 = 'F({1}, {2})'\n"
              "              ^\n"},
             {"[functions]\nf = '\xC3\xA4{0}'\n",
-             "2:7: error: '{0}' is no place: there are {1}, {2}, ..., {2..}, {args}, {count} and "
+             "2:7: error: '{0}' is not allowed here: there are {1}, {2}, ..., {2..}, {args}, "
+             "{count} and "
              "{results}; a brace of the text is written '{{'\nf = '\xC3\xA4{0}'\n      ^\n"},
             {"[functions]\nf = '{1'\n",
              "2:6: error: this '{' is not closed; a brace of the text is written '{{'\nf = '{1'\n"
@@ -395,9 +396,9 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
             {"[functions]\nf = '''\na\n}'''\n",
              "4:1: error: this '}' closes nothing; a brace of the text is written '}}'\n}'''\n^\n"},
             {"[functions]\nf = 'g(h[1)]'\n",
-             "2:11: error: this ')' has no other half\nf = 'g(h[1)]'\n          ^\n"},
+             "2:11: error: this ')' is unmatched\nf = 'g(h[1)]'\n          ^\n"},
             {"[functions]\nf = 'g(\"a)'\n",
-             "2:8: error: this '\"' has no other half\nf = 'g(\"a)'\n       ^\n"},
+             "2:8: error: this '\"' is unmatched\nf = 'g(\"a)'\n       ^\n"},
             {"[functions]\nf = 'g();'\n",
              "2:9: error: a statement's last semicolon is written by the translator\n"
              "f = 'g();'\n        ^\n"},
@@ -431,14 +432,16 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
             {"[forms]\ntyr = 'a'\n",
              "2:1: error: unknown key 'tyr'; did you mean 'try'?\ntyr = 'a'\n^\n"},
             {"[forms]\neval = '{1}'\n",
-             "2:9: error: '{1}' is no place: there is {text}; a brace of the text is written "
+             "2:9: error: '{1}' is not allowed here: there is {text}; a brace of the text is "
+             "written "
              "'{{'\neval = '{1}'\n        ^\n"},
             {"[forms]\ntry = '''\na {body}\nb {body}\n'''\n",
              "3:1: error: the form has no place for {handler}\na {body}\n^\n"
              "bad.toml:4:3: error: {body} stands for lines, which have one place\n"
              "b {body}\n  ^\n"},
             {"[forms]\ntry.unnamed = '{body} {handler} {name}'\n",
-             "2:33: error: '{name}' is no place: there are {body} and {handler}; a brace of the "
+             "2:33: error: '{name}' is not allowed here: there are {body} and {handler}; a brace "
+             "of the "
              "text is written '{{'\ntry.unnamed = '{body} {handler} {name}'\n"
              "                                ^\n"},
             {"[names]\nf = 'F'\n[functions]\nf = 'g()'\n",
@@ -480,7 +483,7 @@ TEST_F(Rules, and_options_come_from_the_nearest_configuration) {
     for (const auto &[path, text] : files) write(directory / path, text);
     const std::string a = "x := T(1) +~ R();\nk := 1;\n";
     const std::string refused =
-        "t/u/d.m:1:6: error: expected a value behind '(', found ';' [MT101]\nx = (;\n     ^\n";
+        "t/u/d.m:1:6: error: expected a value after '(', found ';' [MT101]\nx = (;\n     ^\n";
     check({
         {"mtranslate t/s/a.m", 0, a, ""},
         {"mtranslate --rules later.toml t/s/a.m", 0, "x := L(1) +~ R();\nk := 1;\n", ""},

@@ -27,7 +27,7 @@ namespace {
 struct Heap {
     long live = 0;         /* blocks given out and not taken back */
     long next_fail = 0;    /* allocations up to the one that fails; 0 for none */
-    bool for_good = false; /* whether those behind it fail too */
+    bool for_good = false; /* whether those after it fail too */
     bool has_failed = false;
     int regions = 0; /* mapped and not unmapped */
     bool has_no_regions = false;
@@ -267,7 +267,7 @@ void run_failing(ErrorExit exit, const std::string &main, const char *language, 
     ASSERT_EQ(errors.empty(), !heap.has_failed) << n;
     if (errors.empty()) return;
     // only the first: a parse given up inside brackets, after an error that returned, shows in the
-    // files behind it
+    // files after it
     const std::string &error = errors.front();
     static const std::regex texts(
         "system memory exhausted|on line .*, memory exhausted\n[\\s\\S]*|"

@@ -23,7 +23,7 @@ protected:
         run("mtranslate src -O expected");
     }
 
-    /* Writes the blocks of the page in that language, one behind the other, into the file. */
+    /* Writes the blocks of the page in that language, one after the other, into the file. */
     void extract(const std::string &language, const char *file) const {
         std::istringstream page(read(MTRANSLATE_SOURCE_DIR "/docs/scale.md"));
         std::string blocks;

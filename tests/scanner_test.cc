@@ -1,5 +1,5 @@
 /* The scanner alone: sources as compact token streams. A token with a value shows it in
- * parentheses; where positions matter, "@line:column" stands behind each token, as the position
+ * parentheses; where positions matter, "@line:column" stands after each token, as the position
  * variables are when it is returned. */
 #include <gtest/gtest.h>
 
@@ -150,7 +150,7 @@ TEST(Scanner, never_splits_a_token_between_refills) {
               "LHS[ STRING(" + name + ") , NEWLINE ID(" + name + ") ]LHS = ID(" + name + ")");
 }
 
-/* SourceText and PrevLine at each token behind a line end, "|" between them. */
+/* SourceText and PrevLine at each token after a line end, "|" between them. */
 std::string line_texts(const std::string &text, int delimiter) {
     return with_file(text, delimiter, [] {
         std::string seen;

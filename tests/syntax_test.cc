@@ -47,7 +47,7 @@ std::string shown_number() {
 }
 
 /* A token as its text, with signs for what has none: | and / for line ends, ? for a bad token.
- * Keywords are in capitals, comments in < >, those from inside a statement behind all in << >>. */
+ * Keywords are in capitals, comments in < >, those from inside a statement after all in << >>. */
 std::string shown_token() {
     switch (Current.kind) {
         case TOKEN_BAD: return "?";

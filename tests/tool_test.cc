@@ -48,7 +48,7 @@ TEST_F(Tool, says_what_it_leaves_untranslated) {
         "y = [s.f] + (2;\n              ^\n";
     const std::string called =
         "main.m:1: note: './g.m' is called here\n"
-        "./g.m:2:8: error: expected a value behind '+', found ';' [MT101]\ny = x +;\n       ^\n"
+        "./g.m:2:8: error: expected a value after '+', found ';' [MT101]\ny = x +;\n       ^\n"
         "main.m: warning: 2 functions are found nowhere and left to the host: sin, cos [MT401]\n";
     check({
         {"mtranslate gap.m", 1, gap, messages},
@@ -120,7 +120,7 @@ TEST_F(Tool, shows_where_a_message_belongs) {
     write(directory / "bytes.m", "x = '\xB0\xE2\x80\xA8\xC3\xA4' + (1; y = {2;");
     const std::string called =
         ":1: note: './g.m' is called here\n"
-        "./g.m:2:8: error: expected a value behind '+', found ';' [MT101]\ny = x +;\n       ^\n"
+        "./g.m:2:8: error: expected a value after '+', found ';' [MT101]\ny = x +;\n       ^\n"
         "./g.m:3:5: warning: 'ans' is not set by the translated statements [MT303]\n"
         "z = ans + cos(x) + sin(x);\n    ^~~\n";
     const std::string sine =
@@ -137,10 +137,10 @@ TEST_F(Tool, shows_where_a_message_belongs) {
         {"mtranslate mark.m > /dev/null", 1, "",
          "mark.m:1:7: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
          "x = (1;\n      ^\n"
-         "mark.m:3:7: error: expected a value behind '(', found end of file [MT101]\n"
+         "mark.m:3:7: error: expected a value after '(', found end of file [MT101]\n"
          "\tz = (\n\t     ^\n"},
         {"printf 'x = 1;\\r%% c\\ry = (;\\rz = 2;' | mtranslate - > /dev/null", 1, "",
-         "<stdin>:3:6: error: expected a value behind '(', found ';' [MT101]\ny = (;\n     ^\n"},
+         "<stdin>:3:6: error: expected a value after '(', found ';' [MT101]\ny = (;\n     ^\n"},
         {"mtranslate bytes.m > /dev/null", 1, "",
          "bytes.m:1:15: error: expected ')' to close '(' of line 1, found ';' [MT102]\n"
          R"(x = '\xb0\xe2\x80\xa8)"

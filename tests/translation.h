@@ -220,7 +220,7 @@ inline std::string as_file_text(const std::string &text) {
 }
 
 /* Checks every row, its text as a command gives it, as a command and as a file. before stands in
- * front of each source and its text, end behind each text. */
+ * front of each source and its text, end after each text. */
 inline void expect_translations(const std::vector<Row> &rows, const Row &before = {"", ""},
                                 const char *end = "") {
     for (const Row &row : rows) {

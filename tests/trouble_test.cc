@@ -60,7 +60,7 @@ TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
     }
 }
 
-/* Files behind one that takes long are done before it, and counted. */
+/* Files after one that takes long are done before it, and counted. */
 TEST_F(Trouble, of_an_interrupt_hides_nothing_that_is_done) {
     for (int i = 0; i < 50; ++i)
         write(directory / ("t/" + std::to_string(100 + i) + ".m"), repeated("x = 1;\n", 3000));

@@ -160,7 +160,7 @@ TEST(Turns, end_when_a_run_is_left) {
 
 bool lingers;
 
-/* Run behind the library's own destructor. */
+/* Run after the library's own destructor. */
 __attribute__((destructor)) void linger() {
     if (lingers) std::this_thread::sleep_for(std::chrono::milliseconds(20));
 }

@@ -20,7 +20,7 @@ struct Diagnostic {
     std::vector<std::string> operands; /* of the library's message: the names in its text, mostly */
     std::string file; /* as the user named it, or as it was found; empty: the tool itself */
     /* Lines from 1, 0 for no place; columns from 1, 0 for no column, in characters, those of
-     * classic's errors in bytes. The range is what of it is on its first line; end_column is behind
+     * classic's errors in bytes. The range is what of it is on its first line; end_column is after
      * it. */
     std::size_t line = 0;
     std::size_t column = 0;

@@ -67,7 +67,7 @@ std::size_t step_back(std::string_view line, std::size_t at) {
 }
 
 /* Where the part of the line to be shown begins, so that the caret at place is inside: half of the
- * columns lie before it, more where less is behind it. */
+ * columns lie before it, more where less is after it. */
 std::size_t first_shown(std::string_view line, std::size_t place) {
     const std::size_t behind =
         std::max<std::size_t>(1, count_columns(line.substr(place), 0, COLUMNS / 2));

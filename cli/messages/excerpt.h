@@ -12,7 +12,7 @@ namespace mtranslate {
  *     x = [1, 2
  *         ^~~~~
  *
- * A caret stands under the first byte also where the range is empty, or begins behind the text. Of
+ * A caret stands under the first byte also where the range is empty, or begins after the text. Of
  * a long line the 120 columns around the caret are shown, "..." for the rest. A character takes one
  * column, a tab stays a tab in both lines, and what would not show, or would steer the terminal, is
  * written byte by byte as \xNN. */

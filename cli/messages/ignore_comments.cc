@@ -13,7 +13,7 @@ constexpr std::string_view NAME = "mtranslate:";
 constexpr std::string_view BLANKS = " \t\r";
 constexpr std::string_view LINE_ENDS = "\r\n";
 
-/* Takes the prefix, and blanks behind it, off the text if it is there. */
+/* Takes the prefix, and blanks after it, off the text if it is there. */
 bool skip(std::string_view &text, std::string_view prefix) {
     if (!text.starts_with(prefix)) return false;
     text.remove_prefix(prefix.size());
@@ -32,7 +32,7 @@ bool names_message(std::string_view list, MessageId id) {
     return false;
 }
 
-/* Whether a comment behind one of the line's % or # has the message left out. */
+/* Whether a comment after one of the line's % or # has the message left out. */
 bool ignores(std::string_view line, MessageId id) {
     for (std::size_t at = 0; (at = line.find_first_of("%#", at)) != line.npos; ++at) {
         std::string_view text = line.substr(at);

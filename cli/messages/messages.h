@@ -18,7 +18,7 @@ namespace mtranslate {
  * may be the whole file. */
 class ColumnCounter {
 public:
-    /* The column, from 1, of the byte behind the text before it on the line. */
+    /* The column, from 1, of the byte after the text before it on the line. */
     std::size_t column(std::size_t line, std::string_view before);
 
 private:

@@ -26,7 +26,7 @@ constexpr std::array NOTES = {
     Note{"out of dynamic memory in ", false, "the system gives no more memory"},
     Note{"fatal error - scanner input buffer overflow", false, "the system gives no more memory"},
     Note{"scripts are nested too deeply", true, "500 scripts, each called by the one before"},
-    Note{"input in flex scanner failed", true, "the file cannot be read behind this place"},
+    Note{"input in flex scanner failed", true, "the file cannot be read after this place"},
 };
 
 std::string_view note_on(const RaisedError &error) {
@@ -36,7 +36,7 @@ std::string_view note_on(const RaisedError &error) {
     return "";
 }
 
-/* Where the line behind the one around offset begins; npos behind the last line. A carriage return
+/* Where the line after the one around offset begins; npos after the last line. A carriage return
  * and the line feed after it are one line end. */
 std::size_t next_line(std::string_view text, std::size_t offset) {
     const std::size_t end = text.find_first_of(LINE_ENDS, offset);
@@ -44,7 +44,7 @@ std::size_t next_line(std::string_view text, std::size_t offset) {
     return end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
 }
 
-/* The error, and behind it what its message leaves open. */
+/* The error, and after it what its message leaves open. */
 Diagnostics with_note(Diagnostic diagnostic, const RaisedError &error) {
     diagnostic.text = error.message;
     const std::string_view note_text = note_on(error);
@@ -75,7 +75,7 @@ struct ErrorPlace {
     std::string_view line_text; /* without its line end */
 };
 
-/* An offset behind the last line with characters is taken back to its end: where the input ended
+/* An offset after the last line with characters is taken back to its end: where the input ended
  * too early, that is what the user has to complete. */
 ErrorPlace find_place(std::string_view text, std::size_t offset) {
     text = text.substr(0, text.find_last_not_of(LINE_ENDS) + 1);

@@ -1,6 +1,6 @@
 /* Errors that the library raised, shown in the form of a compiler.
  *
- * The host's text says "on line N of FILE, MESSAGE" and shows an excerpt, where N may lie behind
+ * The host's text says "on line N of FILE, MESSAGE" and shows an excerpt, where N may lie after
  * the place of the error, as it counts the line ends already read. The tool takes the record of the
  * error instead, and finds the place by the offset of the token that the parser refused. */
 #pragma once

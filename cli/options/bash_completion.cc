@@ -67,7 +67,7 @@ std::string branches_of_values(const CommandInfo &command) {
     return text;
 }
 
-/* The branches for an option and for another word behind a command. */
+/* The branches for an option and for another word after a command. */
 std::string branches(const std::vector<ArgumentInfo> &arguments, const std::string &name,
                      const std::string &last) {
     std::string text = "    " + name + ":-*) _mtranslate_words \"" +

@@ -15,7 +15,7 @@ enum class Offer { Nothing, Files, Folders, Choices };
 /* What the value of an argument may be. */
 Offer offer_of(const ArgumentInfo &argument);
 
-/* The arguments that may stand behind the name of a command, its own first; command may be the
+/* The arguments that may stand after the name of a command, its own first; command may be the
  * tool itself. */
 std::vector<ArgumentInfo> arguments_behind(const CommandInfo &tool, const CommandInfo &command);
 

@@ -54,9 +54,9 @@ ExitCode run(const ReportMerge &merge) {
 }
 
 /* The help, of a subcommand where one is given, or the version. */
-std::string answer(const CLI::App &table, const CLI::Success &wish) {
-    if (wish.get_name() == "CallForVersion") return std::string(wish.what()) + '\n';
-    const bool is_long = wish.get_name() == "CallForAllHelp";
+std::string answer(const CLI::App &table, const CLI::Success &success) {
+    if (success.get_name() == "CallForVersion") return std::string(success.what()) + '\n';
+    const bool is_long = success.get_name() == "CallForAllHelp";
     const CommandInfo tool = list_arguments(table);
     const auto chosen = std::ranges::find_if(tool.commands, [&](const CommandInfo &command) {
         return table.got_subcommand(command.name);
@@ -172,8 +172,8 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     const auto table = make_option_table(request);
     try {
         table->parse(argc, argv);
-    } catch (const CLI::Success &wish) {
-        return show(answer(*table, wish));
+    } catch (const CLI::Success &success) {
+        return show(answer(*table, success));
     } catch (const CLI::ExtrasError &error) {
         return refuse(error.what() + suggested_option(*table));
     } catch (const CLI::ParseError &error) {

@@ -96,7 +96,7 @@ private:
         if (at_ < text_.size()) ++at_;
     }
 
-    /* A quote behind what has a value transposes it; in brackets no blank may stand between. */
+    /* A quote after what has a value transposes it; in brackets no blank may stand between. */
     bool follows_operand() const {
         const bool is_next = at_ > 0 && last_at_ == at_ - 1;
         const bool is_operand =

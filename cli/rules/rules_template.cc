@@ -76,7 +76,7 @@ Template::Template(const std::string &text, const std::vector<std::string> &name
     }
     const std::size_t lone = find_lone_half(text);
     if (lone != text.npos)
-        throw TemplateError(std::string("this '") + text[lone] + "' has no other half", lone);
+        throw TemplateError(std::string("this '") + text[lone] + "' is unmatched", lone);
     is_statements_ = mtranslate::is_statements(outline);
     const std::string_view all = outline;
     for (Piece &piece : pieces_)
@@ -99,7 +99,7 @@ std::size_t Template::read_place(const std::string &text, std::size_t at,
         throw TemplateError("this '{' is not closed; a brace of the text is written '{{'", at);
     const std::string word = text.substr(at + 1, end - at - 1);
     if (!(names.empty() ? append_numbered(word) : append_named(word, names)))
-        throw TemplateError("'{" + word + "}' is no place: there " +
+        throw TemplateError("'{" + word + "}' is not allowed here: there " +
                                 (names.size() == 1 ? "is " : "are ") + places_of(names) +
                                 "; a brace of the text is written '{{'",
                             at);

@@ -17,7 +17,7 @@ bool is_one_of(std::string_view set, char c) { return set.find(c) != set.npos; }
 
 bool is_word(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
 
-/* Behind the quoted text that begins at the place; at its end where it is not closed. */
+/* After the quoted text that begins at the place; at its end where it is not closed. */
 std::size_t behind_quotes(std::string_view text, std::size_t at) {
     const char quote = text[at];
     for (++at; at < text.size() && text[at] != quote; ++at)
@@ -25,7 +25,7 @@ std::size_t behind_quotes(std::string_view text, std::size_t at) {
     return std::min(at + 1, text.size());
 }
 
-/* Behind the pair of brackets that begins at the place; at the end where it is not closed. */
+/* After the pair of brackets that begins at the place; at the end where it is not closed. */
 std::size_t behind_brackets(std::string_view text, std::size_t at) {
     std::size_t depth = 0;
     while (at < text.size()) {
@@ -37,7 +37,7 @@ std::size_t behind_brackets(std::string_view text, std::size_t at) {
     return at;
 }
 
-/* Behind what belongs together at the place: quotes, brackets, or one byte. */
+/* After what belongs together at the place: quotes, brackets, or one byte. */
 std::size_t behind_part(std::string_view text, std::size_t at) {
     if (is_one_of(QUOTES, text[at])) return behind_quotes(text, at);
     return is_one_of(OPENING, text[at]) ? behind_brackets(text, at) : at + 1;

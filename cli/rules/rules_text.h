@@ -16,7 +16,7 @@ std::string as_operand(const std::string &text);
  * an assignment outside brackets. A procedure is a value, whatever its body holds. */
 bool is_statements(std::string_view text);
 
-/* Where a bracket or a quote stands that has no other half; npos for none. */
+/* Where a bracket or a quote stands that is unmatched; npos for none. */
 std::size_t find_lone_half(std::string_view text);
 
 /* Whether the text is a name of the host's, alone or with the modules that it is a member of. */

@@ -10,7 +10,7 @@ namespace mtranslate {
 
 namespace {
 
-/* "{1}, {2}, 'UniformOutput', false": words, and truth values after them, that stand behind the
+/* "{1}, {2}, 'UniformOutput', false": words, and truth values after them, that stand after the
  * first argument are options. Empty where there is none. */
 std::string pattern_of(const std::vector<std::string> &arguments) {
     const auto is_text = [](const std::string &argument) { return argument.starts_with('"'); };

@@ -206,7 +206,7 @@ private:
         }
     }
 
-    /* Reports what is done, also behind a job that is not. */
+    /* Reports what is done, also after a job that is not. */
     int stop(int signal) {
         end_workers();
         report_ready();

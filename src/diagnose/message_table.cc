@@ -22,8 +22,8 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "this string is not closed: expected %s in front of the line's end",
      "A string starts with a quote and must end with the same quote on its line.",
      "x = 'it is here;\n",
-     "Write the quote. One that belongs to the text is written twice: 'it''s here'. Behind a blank "
-     "inside [ ] or { } a quote opens a string: write a transpose directly behind its operand."},
+     "Write the quote. One that belongs to the text is written twice: 'it''s here'. After a blank "
+     "inside [ ] or { } a quote opens a string: write a transpose directly after its operand."},
     {UNCLOSED_BLOCK, "MT104", "unclosed-block", SEVERITY_ERROR,
      "'%s' is not closed: expected '%s', found %s",
      "The marked keyword opens a block whose end is missing. Where the indentation shows another "
@@ -121,7 +121,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
     {TRY_GAP, "MT201", "try", SEVERITY_GAP,
      "errors are not caught in the host's language",
      "The known forms of the host's language cannot catch an error, and the host gave no form of "
-     "its own for try. The statements are translated as if none failed; the handler stands behind "
+     "its own for try. The statements are translated as if none failed; the handler stands after "
      "them as a comment.",
      "try\n    x = 1;\ncatch\n    x = 2;\nend\n",
      "Give the host a form for try, or test in front for what can fail."},
@@ -204,7 +204,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "load data.mat\n",
      "Write s = load('data.mat'), and s.name for each variable."},
     {UNWIND_PROTECT, "MT308", "unwind-protect", SEVERITY_NOTE,
-     "the cleanup runs behind the body, but not after an error",
+     "the cleanup runs after the body, but not after an error",
      "The host's language has no known form for statements that run in any case.",
      "unwind_protect\n    x = 1;\nunwind_protect_cleanup\n    x = 2;\nend_unwind_protect\n",
      "Nothing, if the body cannot fail."},
@@ -215,7 +215,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "Rename the field where other programs read it, too."},
     {FOREIGN_FUNCTION, "MT310", "foreign-function", SEVERITY_WARNING,
      "'%s' is found nowhere, and in the translation calls the function of that name in %s",
-     "In MATLAB a function behind the first one of a file is known in that file alone. In the "
+     "In MATLAB a function after the first one of a file is known in that file alone. In the "
      "host's language all procedures of a run share their names.",
      nullptr,
      "Rename the function in the other file."},
@@ -241,7 +241,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "Assign it once before the first call: total = [];"},
     {PACKAGE_MEMBER, "MT314", "package-member", SEVERITY_WARNING,
      "nothing assigns '%s': '%s.%s' is taken for a member of a package or class",
-     "A name with a field behind it that is no variable of the function means a package, a class or "
+     "A name with a field after it that is no variable of the function means a package, a class or "
      "a Java object in MATLAB. The host is asked for it by the whole name.",
      "m = containers.Map();\n",
      "If it is a variable, assign it or pass it as an argument. Otherwise give the host a form for "

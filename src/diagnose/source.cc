@@ -9,7 +9,7 @@
 
 namespace {
 
-// Behind the line end at text[at], which may be \n, \r\n or \r.
+// After the line end at text[at], which may be \n, \r\n or \r.
 uint32_t behind_line_end(const Source *source, uint32_t at) {
     return source->text[at] == '\r' && source->text[at + 1] == '\n' ? at + 2 : at + 1;
 }

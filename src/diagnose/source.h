@@ -25,7 +25,7 @@ struct Position {
 Source *new_source(const char *name, const char *text, uint32_t length);
 /* Where the line at a byte ends: the first \n or \r from there on, or the end of the text. */
 const char *line_end(const char *at, const char *end);
-/* Where the byte stands. An offset behind the end counts as the end. */
+/* Where the byte stands. An offset after the end counts as the end. */
 Position position_of(Source *source, uint32_t offset);
 /* The bytes of a line, from 1, without its line end. */
 const char *line_text(Source *source, uint32_t line, uint32_t *length);

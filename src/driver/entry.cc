@@ -101,7 +101,7 @@ __attribute__((constructor)) static void prepare_unload() {
     atexit([] { ProcessEnds = true; });
 }
 
-// A host that unloads the library behind an abandoned run need not release it itself. At the end of
+// A host that unloads the library after an abandoned run need not release it itself. At the end of
 // the process, which sets the flag before, other threads may still translate: nothing is touched.
 __attribute__((destructor)) static void release_at_unload() {
     if (!ProcessEnds) mTranslateRelease();

@@ -5,7 +5,7 @@
 /* Every operation works on the run state (run/run_state.h) and reports errors by RaiseError; it may
  * not return. */
 struct FrontEnd {
-    /* Start of a run, behind its arguments: nothing is left of the run before. */
+    /* Start of a run, after its arguments: nothing is left of the run before. */
     void (*begin)();
     /* Translates the text of a command, which the caller keeps. */
     void (*parse_command)(const char *text);
@@ -16,7 +16,7 @@ struct FrontEnd {
     /* Puts the parse under way aside, calls work, which may parse files, and takes the parse up
      * again as if nothing else had been parsed. */
     void (*parse_aside)(void (*work)());
-    /* Translates the files of the functions that the source has called. Behind the source's parse;
+    /* Translates the files of the functions that the source has called. After the source's parse;
      * the order of the files is the front end's. */
     void (*translate_called)();
 };

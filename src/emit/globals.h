@@ -8,7 +8,7 @@ extern HashTable *GlobalNames;
 
 /* Records names as globals of the function being parsed, and as known variables. */
 void register_global(const char *const *names, int count);
-/* Visitor of GlobalNames: writes the name behind "global", or behind the names before it. first is
+/* Visitor of GlobalNames: writes the name after "global", or after the names before it. first is
  * a flag (int), set until the first name is written. 1. */
 int write_global_name(const char *name, HashValue value, void *first);
 /* Writes the global line of a procedure, if there are globals. */

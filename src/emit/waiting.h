@@ -5,7 +5,7 @@
 
 #include "emit/statements.h"
 
-/* A line, and statements behind it. */
+/* A line, and statements after it. */
 struct Waiting {
     const char *line; /* with its line end; null for none, or when it is written */
     mStat *list;      /* null for none */

@@ -22,7 +22,7 @@ constexpr size_t CARET_LINE_COLUMNS = 900;
 struct Excerpt {
     const char *text;
     size_t length;       // characters shown of the text
-    const char *ending;  // what is written behind them
+    const char *ending;  // what is written after them
     long caret;          // its column from 0, or NO_CARET
 };
 constexpr long NO_CARET = -1;

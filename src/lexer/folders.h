@@ -4,7 +4,7 @@
 
 /* Opens the folder; false where there is none that can be read. */
 bool open_folder(const char *path);
-/* The name of the next thing in it, valid until the next call, in no certain order. Null behind the
+/* The name of the next thing in it, valid until the next call, in no certain order. Null after the
  * last one: the folder is closed then. */
 const char *next_in_folder();
 /* Closes what is still open. */

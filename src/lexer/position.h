@@ -37,7 +37,7 @@ inline void advance_position(int length) {
 }
 /* Lines ended: the column starts afresh. */
 void count_lines(unsigned int lines);
-/* A run of line ends was read; text is the whole run and the line behind it. */
+/* A run of line ends was read; text is the whole run and the line after it. */
 void start_line(unsigned int lines, const char *text);
 /* Number of lines that a run of line-end characters closes; \r\n is one. */
 unsigned int lines_in_run(const char *run, int length);

@@ -17,7 +17,7 @@ int yylex();
 
 /* Makes a blank between two elements of a matrix or cell literal act as a comma. Called when an
  * operand has ended, with the number of its last token and before the next token is read: discards
- * the blanks behind the operand and, where another element follows, puts a comma in their place.
+ * the blanks after the operand and, where another element follows, puts a comma in their place.
  * Nothing happens outside literals and target lists. */
 void fixinput(int token);
 

@@ -23,7 +23,7 @@ struct WordList {
     vExpr *first;
     vExpr *last;
     uint32_t length; /* of the joined word's text */
-    uint32_t room;   /* free bytes behind it and its NUL; 0 for any other word */
+    uint32_t room;   /* free bytes after it and its NUL; 0 for any other word */
 };
 
 /* A range under way; no stop: it ends with end, or its last operand is still to come. */

@@ -20,10 +20,10 @@ namespace {
 constexpr off_t LARGEST_WHOLE_FILE = 65536;
 constexpr int CLOSED = -1;
 
-// The text of a file that was read at once lies behind its record, with a byte to spare.
+// The text of a file that was read at once lies after its record, with a byte to spare.
 struct OpenSource {
     int descriptor;     // or CLOSED
-    bool has_failed;    // a read did, behind the characters given out
+    bool has_failed;    // a read did, after the characters given out
     size_t given;       // characters of the text that the scanner has
     size_t length;      // of the text
     OpenSource *outer;  // opened before this one and still open

@@ -8,6 +8,6 @@ char *shared_value(const char *text, int length);
 void forget_values();
 
 /* The characters between the outer quotes of a string literal of length bytes, as a tracked text.
- * Doubled quotes stay doubled. A backslash stands for itself and the character behind it, and is
+ * Doubled quotes stay doubled. A backslash stands for itself and the character after it, and is
  * all that is kept of the two; right before the closing quote it stands alone. */
 char *string_value(const char *literal, int length);

@@ -65,7 +65,7 @@ const char *count_text(const Node *count) {
     return name;
 }
 
-// error(nargchk(least, most, count)), perhaps with 'struct' behind
+// error(nargchk(least, most, count)), perhaps with 'struct' after
 bool read_given_count(const Node *call, Check *check) {
     if (!is_call_of(call, "error")) return false;
     const Node *value = arguments_of(call);

@@ -40,7 +40,7 @@ int count_arguments(const Node *first) {
     return count;
 }
 
-// The arguments of a call are in the selector behind its name, or are the words of a command.
+// The arguments of a call are in the selector after its name, or are the words of a command.
 void note_name(const SourceFile *file, const Node *name, const Node *parent) {
     Fewest *known = static_cast<Fewest *>(find_name(&file->fewest, name->text));
     if (!known) return;

@@ -140,7 +140,7 @@ void put_assignment(const Node *node) {
 
 namespace {
 
-// Targets of one statement: their host texts, and what is left to do behind it.
+// Targets of one statement: their host texts, and what is left to do after it.
 struct TargetCell {
     Target target;
     TargetCell *next;

@@ -43,7 +43,7 @@ struct FileQueue {
 };
 
 FileQueue CalledFiles;
-FileQueue LibraryFiles;  // behind those
+FileQueue LibraryFiles;  // after those
 NameMap UsedByProcedures;
 NameMap Unknown;  // names that have been reported
 

@@ -37,7 +37,7 @@ const char *host_function(const Node *name);
  * argument, which may be an object, has. */
 bool is_found_nowhere(const Node *name, bool may_get_object);
 /* The host name of a function that the front end brings along (library_file); it enters the queue,
- * behind all files. */
+ * after all files. */
 const char *supplied_function(const char *text);
 /* Whether the name of such a function means one of a file. */
 bool is_function_of_file(const Node *name);

@@ -24,7 +24,7 @@ struct Clearing {
     const Node *statement;
     const Node *first;   // name or pattern; null for all variables
     const Node *except;  // first of those that stay; null for none
-    const Node *end;     // behind the last of first
+    const Node *end;     // after the last of first
     bool is_global;
 };
 
@@ -60,7 +60,7 @@ bool can_be_emptied(const Symbol *symbol, const Clearing *clearing) {
     return is_kept || may_be_set(symbol, clearing->statement);
 }
 
-// As a variable is in front of the first selector behind it.
+// As a variable is in front of the first selector after it.
 const char *empty_text(const Symbol *symbol) {
     if (symbol->start) return start_text(symbol->start, is_always_cell(symbol));
     return symbol->flags & SYMBOL_HAS_BRACES ? "rtable([],subtype='Vector[row]')" : "Vector()";
@@ -112,7 +112,7 @@ bool has_pattern(const Clearing *clearing) {
     return false;
 }
 
-// Sets what behind the options is meant. False for options that are not known.
+// Sets what after the options is meant. False for options that are not known.
 bool read_words(const Node *first, Clearing *clearing) {
     if (means_all(first)) return !first || !first->next;
     if (first && is_one_of(first->text, {"global", "-global", "-g"})) {

@@ -4,6 +4,6 @@
 #include "lower/lines.h"
 #include "syntax/tree.h"
 
-/* Puts a COMMENT: behind the line that it trails, or on a line of its own when that is null or when
+/* Puts a COMMENT: after the line that it trails, or on a line of its own when that is null or when
  * it trails nothing. */
 void put_comment(const Node *comment, Line *trailed);

@@ -27,7 +27,7 @@ struct OpenBranch {
     OpenBranch *outer;
 };
 
-/* Branches that stay open behind statements of a list which may have returned from a script: what
+/* Branches that stay open after statements of a list which may have returned from a script: what
  * follows belongs into them. */
 struct OpenRest {
     OpenBranch *innermost;
@@ -43,7 +43,7 @@ struct ScriptContext {
     int loops;            /* of it around the current statement */
     int32_t returns;      /* met so far */
     const char *returned; /* host variable: whether one was met; null when none needs it */
-    const Node *guard;    /* an IF, behind the branch of which the rest of the script goes */
+    const Node *guard;    /* an IF, after the branch of which the rest of the script goes */
     const Node *left_out; /* a RETURN that needs no line */
     OpenRest rest;        /* of its outermost statements */
 };
@@ -95,7 +95,7 @@ LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level);
 void declare_generated(const char *name);
 /* A new name qxrp_N, declared. */
 const char *new_temporary();
-/* Puts a line (form_text) behind those of the current statement. */
+/* Puts a line (form_text) after those of the current statement. */
 void put_line(const char *form, std::initializer_list<const char *> operands);
 /* The same inside of what the lines before have begun. */
 void put_inner_line(const char *form, std::initializer_list<const char *> operands);

@@ -17,7 +17,7 @@ struct LinesEnd {
 };
 LinesEnd end_of_lines();
 bool has_more_lines(const LinesEnd *end);
-/* Puts name := text at that end, in front of the lines put since, and moves the end behind it.
+/* Puts name := text at that end, in front of the lines put since, and moves the end after it.
  * Answers the name; a text that is a name stays. */
 const char *name_earlier(LinesEnd *end, const char *text);
 /* The same of an element or argument, if it may act; a list of values stays what it is. */

@@ -71,8 +71,8 @@ double behind_end(const Node *stop) {
     return is_distance ? strtod(second->text, nullptr) : -1;
 }
 
-// Whether a..b selects what a:b does. A bound below 0 counts from behind in the host. Where end - j
-// is one, no position from j on is selected either way.
+// Whether a..b selects what a:b does. A bound below 0 counts from the end in the host. Where end -
+// j is one, no position from j on is selected either way.
 bool is_plain_range(const Node *range) {
     assert(range->kind == NODE_RANGE);
     const Node *stop = second_child(range);

@@ -4,7 +4,7 @@
 #include "lower/expressions.h"
 #include "lower/keyword_calls.h"
 
-/* The index that end belongs to: argument number (from 1) of count behind base, a host text. */
+/* The index that end belongs to: argument number (from 1) of count after base, a host text. */
 struct EndBase {
     const char *base;
     int argument;
@@ -13,17 +13,17 @@ struct EndBase {
     bool may_be_call = false; /* a function may get the arguments: ranges are values */
 };
 
-/* Last position of an argument, from 1, of count behind base. */
+/* Last position of an argument, from 1, of count after base. */
 const char *last_position_text(const char *base, int argument, int count);
 /* An END as a value. */
 mExpr *lower_end(const Node *node);
 
-/* The arguments of an index behind base: ARGUMENTS or BRACES. Ranges keep their parts, colons and
+/* The arguments of an index after base: ARGUMENTS or BRACES. Ranges keep their parts, colons and
  * end stand for themselves (indices.h). The cells are the caller's. */
 ExprList lower_index(const Node *selector, const char *base, bool may_be_call = false);
 /* The arguments of a call, as values; an end among them belongs to the index around the call. */
 ExprList lower_values(const Node *arguments);
-/* The arguments of what may be a call or an index, as nobody knows the name: behind a variable's
+/* The arguments of what may be a call or an index, as nobody knows the name: after a variable's
  * index the same as lower_values; else *is_index is set when an end is among them, which makes it
  * an index of name. */
 ExprList lower_arguments(const Node *arguments, const char *name, bool *is_index);

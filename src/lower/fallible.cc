@@ -41,7 +41,7 @@ bool asks_for_arguments(const Node *node) {
 }
 
 // Whether a side of the chain, of which first is the first one, may tell that a parameter has a
-// value: what is known of it then holds behind that side only.
+// value: what is known of it then holds after that side only.
 bool may_tell(const Node *first) {
     if (!first) return true;
     int sides = 0;

@@ -61,7 +61,7 @@ void put_gap(const Node *node, MessageId id) {
     end_origin(outer);
 }
 
-// The error stands within the node, or right behind it where something is missing.
+// The error stands within the node, or right after it where something is missing.
 static MessageId error_in(const Node *node) {
     for (const Message *message = FirstMessage; message; message = message->next) {
         bool is_here = message->source == CurrentFile->source && message->offset >= node->offset &&

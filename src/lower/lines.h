@@ -25,10 +25,10 @@ struct Lines {
     Line *last;
 };
 
-/* Puts a line of the current origin behind the others; the text is kept by the caller until the run
+/* Puts a line of the current origin after the others; the text is kept by the caller until the run
  * ends. */
 void add_line(Lines *lines, int level, const char *text);
-/* Moves the lines of more behind the others, and empties it. */
+/* Moves the lines of more after the others, and empties it. */
 void append_lines(Lines *lines, Lines *more);
 /* Writes the lines, with their indentation and ends, into the output text, and tells of them
  * (origins.h). */
@@ -43,5 +43,5 @@ void comment_lines(Lines *lines, int level);
 /* The lines, none of which is a comment, as one kept text, with line ends between them but none
  * after the last. */
 const char *lines_text(const Lines *lines);
-/* The text with what is behind its line ends, those in strings left out, deeper by levels. */
+/* The text with what is after its line ends, those in strings left out, deeper by levels. */
 const char *indent_inner_lines(const char *text, int levels);

@@ -78,7 +78,7 @@ mExpr *lower_kept_element(const Node *element, bool is_alone) {
 // Goes through the elements of all rows.
 struct ElementWalk {
     const Node *row;
-    const Node *element;  // null behind the last one
+    const Node *element;  // null after the last one
 };
 
 void find_element(ElementWalk *walk) {

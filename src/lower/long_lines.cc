@@ -72,7 +72,7 @@ inline int place_at(const Reader *from, const char *start) {
 }
 
 // Where the next line begins, which is read from there; at null: nowhere. The outermost place at
-// the loosest operator counts that leaves no short line, else the last one, or the first behind the
+// the loosest operator counts that leaves no short line, else the last one, or the first after the
 // limit.
 Reader find_break(Reader from, const char *end, const char *limit) {
     const char *start = from.at;

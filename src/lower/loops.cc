@@ -56,7 +56,7 @@ struct LoopHead {
     bool is_kept;  // the variable is not the counter
 };
 
-// Behind a loop without a round its variable is empty.
+// After a loop without a round its variable is empty.
 void put_empty_variable(const LoopHead *head) {
     const Node *variable = head->variable;
     if (!head->is_kept || variable->kind != NODE_NAME || has_first_round(variable->next)) return;
@@ -120,7 +120,7 @@ void put_head(const LoopHead *head) {
     }
 }
 
-// A variable that is used behind the loop, or changed in it, is not the one that the host counts.
+// A variable that is used after the loop, or changed in it, is not the one that the host counts.
 void put_variable(const Node *variable, const char *counter) {
     Lowering.level++;
     Target target = lower_target(variable, nullptr);

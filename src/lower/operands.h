@@ -25,7 +25,7 @@ mExpr *new_leaf(const char *text, int32_t scalar = NOT_SCALAR);
 /* The same of a call or an index: a literal of this element alone keeps its brackets. */
 mExpr *new_call_leaf(const char *text);
 
-/* The operand as the left or right one, or the one behind the sign, of a form: in parentheses where
+/* The operand as the left or right one, or the one after the sign, of a form: in parentheses where
  * the host would group otherwise. Functional forms, HOST_ATOM, never need them. */
 const mExpr *left_of(const Operand *operand, HostLevel form);
 const mExpr *right_of(const Operand *operand, HostLevel form);

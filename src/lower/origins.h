@@ -10,7 +10,7 @@ enum LineKind : uint8_t {
     STATEMENT_LINES, /* of a statement, with what it needs in front */
     HEAD_LINES,      /* of a part of a statement that holds others: if, elseif, case ... */
     END_LINES,       /* of its end, or of a function's */
-    COMMENT_LINES,   /* of a comment, alone or behind a statement */
+    COMMENT_LINES,   /* of a comment, alone or after a statement */
     FUNCTION_LINES,  /* of a function's head, with declarations */
     PRELUDE_LINES,   /* of what parameters need in front of the statements */
     RESULT_LINES,    /* of the return that a function ends with */
@@ -24,8 +24,8 @@ struct Origin {
     uint32_t begin; /* bytes, from 0 */
     uint32_t end;   /* not included; where nothing stands in the source, begin */
     uint32_t limit; /* end of the statement that it is a part of */
-    Origin *also; /* another one that the same line comes from, or null: the statement behind which
-                     a comment stands, or that calls the script */
+    Origin *also;   /* another one that the same line comes from, or null: the statement after which
+                       a comment stands, or that calls the script */
 };
 
 /* Of the lines that are being put; null when nobody observes them. */

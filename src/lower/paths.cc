@@ -204,7 +204,7 @@ bool call_members(Selectors selectors) {
 constexpr int DEEPEST_PACKAGE = 16;
 
 // The name with its fields, if that is a function of a package that has a file; the selectors
-// behind it are left. Else null.
+// after it are left. Else null.
 const Node *take_package_function(const Node *name, Selectors *selectors) {
     Selectors rest = *selectors;
     for (int depth = 0; depth < DEEPEST_PACKAGE && is_next(&rest, NODE_FIELD); depth++) {

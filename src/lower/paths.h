@@ -8,7 +8,7 @@
 struct Path {
     const char *text;
     size_t length;
-    size_t room;    /* bytes behind the text that may be written */
+    size_t room;    /* bytes after the text that may be written */
     bool is_own;    /* the text is no one else's */
     bool is_call;   /* of a call or an expression: it needs a name before it is indexed */
     bool has_index; /* the last selector is an index */
@@ -16,7 +16,7 @@ struct Path {
 };
 
 Path begin_path(const char *text, bool is_call);
-/* A new selector: a field; ( ) or { } with the arguments; each behind a temporary where the path is
+/* A new selector: a field; ( ) or { } with the arguments; each after a temporary where the path is
  * a call. The field .(e) makes the path a call. */
 void add_field(Path *path, const Node *field);
 void add_index(Path *path, const Node *selector, bool may_be_call = false);

@@ -95,7 +95,7 @@ void put_parameter(const Scope *scope, const Node *parameter) {
     if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
 }
 
-// An assignment of the value behind the target, when the parameter has not been given.
+// An assignment of the value after the target, when the parameter has not been given.
 void put_default(Node *target, const Symbol *parameter) {
     assert(target->next && !target->next->next && "a target and its value");
     Node *assignment = new_parent(NODE_ASSIGN, target);

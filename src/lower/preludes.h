@@ -11,5 +11,5 @@ void put_prelude(const Scope *scope);
 /* The variable of a parameter becomes the value that was given. */
 void put_given_value(Symbol *parameter);
 /* Puts the default values and the comments of the arguments blocks that the statements from first
- * on begin with; answers the first statement behind them. */
+ * on begin with; answers the first statement after them. */
 const Node *put_argument_blocks(const Node *first);

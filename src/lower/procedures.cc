@@ -117,7 +117,7 @@ const Node *behind_comments(const Node *first) {
     return first;
 }
 
-// Behind the help text: in front of the comments inside of the first statement, and of those right
+// After the help text: in front of the comments inside of the first statement, and of those right
 // above it when an empty line stands above them.
 const Node *behind_help(const Node *first) {
     const Node *statement = behind_comments(first);

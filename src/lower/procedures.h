@@ -17,7 +17,7 @@ void lower_persistent(const Node *declaration);
  * gives the results, for all returns. */
 void put_results_procedure();
 /* Puts the return of the results of the function that is being lowered. is_written: the source has
- * it, so that nothing behind it runs; else it is the end of the body. */
+ * it, so that nothing after it runs; else it is the end of the body. */
 void put_return(bool is_written);
 
 /* The return that a body or a script ends with; null when there is none. */

@@ -94,7 +94,7 @@ void write_script(const PackageFlags *used, const Lines *lines) {
     write_lines(lines);
 }
 
-// The statements are lowered before the files that they call and written behind them.
+// The statements are lowered before the files that they call and written after them.
 void translate_script(SourceFile *file) {
     Scope *scope = settle_statements();
     PackageFlags outer = begin_packages();

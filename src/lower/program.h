@@ -1,4 +1,4 @@
-/* A whole program: its own source, the files that it calls, and its statements behind them. */
+/* A whole program: its own source, the files that it calls, and its statements after them. */
 #pragma once
 
 #include "lower/program_files.h"

@@ -55,7 +55,7 @@ const char *numbered_name(const char *name, int number) {
     return intern(form_text("%s_%s", {name, number_text(number)}));
 }
 
-// The name, with a number behind it when it is taken: numbers up to the last one are, too.
+// The name, with a number after it when it is taken: numbers up to the last one are, too.
 const char *free_name(const char *name) {
     const char *plain = intern(name);
     if (!is_taken(plain)) return plain;
@@ -205,7 +205,7 @@ const char *file_name_of(const char *name) {
     return form_text("%s%s", {file, name});
 }
 
-// Folders behind the one in which a file was found are not looked into for a translation, only for
+// Folders after the one in which a file was found are not looked into for a translation, only for
 // the message.
 void report_shadowed(const SearchDirectory *at, const char *name, const SourceFile *found,
                      const Node *place) {

@@ -17,7 +17,7 @@ struct FileFunction {
     const char *written; /* what its procedure is called; no other function of the run is */
     Node *node;          /* FUNCTION */
     bool is_traced;      /* its names have been settled, and its values traced */
-    FileFunction *next;  /* behind it in the file, or null */
+    FileFunction *next;  /* after it in the file, or null */
 };
 
 struct SourceFile {
@@ -90,7 +90,7 @@ bool is_script_text(const char *path, const char *text, uint32_t length);
 
 /* Lets nobody else be called by the interned host name; for what is not in the run's files. */
 void reserve_name(const char *written);
-/* The host name, or if that is taken with a number behind it; from now on it is taken. */
+/* The host name, or if that is taken with a number after it; from now on it is taken. */
 const char *claim_name(const char *written);
 /* The file with a function of that host name; null when there is none. */
 const SourceFile *file_with_procedure(const char *written);

@@ -1,4 +1,4 @@
-/* References: a base and the selectors behind it. */
+/* References: a base and the selectors after it. */
 #pragma once
 
 #include "lower/operands.h"

@@ -1,5 +1,5 @@
 /* The return of a script. The host's language ends procedures only: what follows a statement that
- * may have returned goes into a branch. Behind "if c, return, end" that is its else; elsewhere a
+ * may have returned goes into a branch. After "if c, return, end" that is its else; elsewhere a
  * variable keeps whether a return was met, and loops are left. */
 #pragma once
 
@@ -8,7 +8,7 @@
 
 /* A RETURN in a script. */
 void put_script_return(const Node *node);
-/* Behind a loop with such a return, what leaves the loop around it. */
+/* After a loop with such a return, what leaves the loop around it. */
 void put_exit_behind_loop();
 
 /* In front of each statement of a list: opens the branch that it belongs into. Answers what the

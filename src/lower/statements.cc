@@ -191,7 +191,7 @@ void put_one_comment(Siblings *siblings, const Node *comment) {
         siblings->has_any = true;
     } else {
         put_blank(siblings);
-        siblings->trailed = nullptr;  // a trailing one behind it follows it
+        siblings->trailed = nullptr;  // a trailing one after it follows it
     }
     note_inside(siblings, comment);
     put_comment(comment, siblings->trailed);

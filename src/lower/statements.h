@@ -10,8 +10,8 @@ void lower_block_at(const Node *block, int level);
 /* Puts statements and comments from the node first on, up to the node end (not included; null for
  * all), at the level. Functions among them are left out: they are not statements. */
 void lower_siblings(const Node *first, const Node *end, int level);
-/* The same at the current level behind what has been put: empty lines in front of the first one are
- * not those at the head of a block. The level rises by the branches that stay open behind them
+/* The same at the current level after what has been put: empty lines in front of the first one are
+ * not those at the head of a block. The level rises by the branches that stay open after them
  * (close_rest in script_returns.h). */
 void lower_more_siblings(const Node *first, const Node *end);
 

@@ -212,7 +212,7 @@ Target lower_target(const Node *node, const Node *end) {
     check_object_index(base, "subsasgn", "(...) =");
     bool are_fields_there = start_target(base, name);
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
-        if (selector->kind != NODE_FIELD) are_fields_there = true;  // behind it nothing is known
+        if (selector->kind != NODE_FIELD) are_fields_there = true;  // after it nothing is known
         if (needs_element(base, selector, end)) {
             add_element(&target, selector);
         } else {

@@ -38,5 +38,5 @@ const char *target_text(Target *target);
 void put_value(const Target *target, const char *value);
 /* The same, deeper by a level. */
 void put_inner_value(const Target *target, const char *value);
-/* What is left to do behind an assignment to target_text. */
+/* What is left to do after an assignment to target_text. */
 void finish_target(const Target *target);

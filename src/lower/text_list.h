@@ -12,7 +12,7 @@ struct TextList {
     TextCell *last;
 };
 
-/* Puts a text behind the others; it is kept by the caller until the run ends. */
+/* Puts a text after the others; it is kept by the caller until the run ends. */
 void append_text(TextList *list, const char *text);
 /* A kept text: the texts with a separator between them. */
 const char *separated_texts(const TextList *list, const char *separator);

@@ -12,7 +12,7 @@ struct ValueRun {
     const char *from;
     const char *to;
     const char *positions; /* variable with the positions; null: they are from..to themselves */
-    const char *field;     /* behind the element: ":-f", or nothing */
+    const char *field;     /* after the element: ":-f", or nothing */
 };
 
 /* What a list of values (value_lists.h) runs over; may put lines. */

@@ -77,7 +77,7 @@ mExpr *new_brace_index(mExpr *callee, vExpr *arguments) {
     return index;
 }
 
-// A range without a stop is placed where the parser stands behind it.
+// A range without a stop is placed where the parser stands after it.
 mExpr *new_range(RangeTriple range) {
     SourcePosition *open_at = nullptr;
     if (!range.stop) {

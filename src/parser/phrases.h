@@ -33,6 +33,6 @@ NameList add_global(NameList names, const char *name);
 
 /* Writes the procedure of a complete function; answers the body. */
 mStat *define_function(mProc *proc, mStat *body);
-/* Writes a complete script, null for one without statements, behind the functions that it calls;
+/* Writes a complete script, null for one without statements, after the functions that it calls;
  * answers it. */
 mStat *define_script(mStat *first);

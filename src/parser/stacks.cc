@@ -1,4 +1,4 @@
-// The parser's stacks: values first in their block, states behind them.
+// The parser's stacks: values first in their block, states after them.
 #include "parser/stacks.h"
 
 #include <string.h>

@@ -12,7 +12,7 @@ struct ErrorRecord {
 };
 
 /* Set right before RaiseError is called; cleared at the start of a run and when it is released, so
- * that it can be read in RaiseError and, behind a run that RaiseError left, until the next. */
+ * that it can be read in RaiseError and, after a run that RaiseError left, until the next. */
 extern ErrorRecord LastError;
 
 /* Raises an error without a place in a source, "%1" in its message standing for value (else 0).

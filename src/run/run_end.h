@@ -9,5 +9,5 @@
  * only sources that double their texts on purpose become. */
 constexpr char OUT_OF_MEMORY[] = "system memory exhausted";
 constexpr char TEXT_TOO_LONG[] = "text of 2 GB or more";
-/* Gives the run up in the same way behind an error that has been raised. */
+/* Gives the run up in the same way after an error that has been raised. */
 [[noreturn]] void abandon_run();

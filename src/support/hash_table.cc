@@ -103,7 +103,7 @@ void HashFree(const HashTable *table, void *storage) {
     if (!is_own) HeapFree(storage);
 }
 
-// The table's arrays lie behind it in one block.
+// The table's arrays lie after it in one block.
 HashTable *HashCreate(int32_t bucket_count) {
     size_t count = bucket_count > 0 ? static_cast<size_t>(bucket_count) : 0;
     size_t bits = words_of(bucket_count) * sizeof(uint64_t);

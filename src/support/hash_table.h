@@ -18,7 +18,7 @@ struct HashEntry {
 };
 
 struct HashBucket {
-    HashEntry *entries; /* growable array, behind the record in the same block */
+    HashEntry *entries; /* growable array, after the record in the same block */
     int32_t capacity;   /* entries that the array can hold: 256, then doubled */
     int32_t count;      /* entries in use */
     int32_t room;       /* entries that there is memory for as yet */
@@ -26,7 +26,7 @@ struct HashBucket {
 
 /* Making, visiting and releasing a table costs what it holds, not how many buckets it has: an array
  * of bits tells which buckets have been inserted into, and only those are looked at. The first
- * buckets and key copies lie behind the table in its own block. */
+ * buckets and key copies lie after the table in its own block. */
 struct HashTable {
     HashBucket **buckets; /* not set where a bucket has no bit */
     uint64_t *used;       /* bit b % 64 of word b / 64 for bucket b */

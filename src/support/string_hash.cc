@@ -8,7 +8,7 @@
 namespace {
 
 struct StringPair {
-    char *text;  // private copy of the key, behind the record in the same block
+    char *text;  // private copy of the key, after the record in the same block
     HashValue value;
 };
 

@@ -44,7 +44,7 @@ void add_all(Compound *compound, NodeList *list) {
     }
 }
 
-// Behind a head or a branch without one: its block.
+// After a head or a branch without one: its block.
 void add_block(Compound *compound) { add(compound, parse_block()); }
 
 Node *finish_compound(const Compound *compound, bool has_end) {
@@ -112,7 +112,7 @@ void parse_loop_range(NodeList *head) {
     Node *variable = parse_reference();
     settle_target(variable);
     append(head, variable);
-    if (Current.kind != TOKEN_ASSIGN) return unexpected_token("'=' behind the loop's variable");
+    if (Current.kind != TOKEN_ASSIGN) return unexpected_token("'=' after the loop's variable");
     advance();
     append(head, parse_expression());
 }
@@ -135,13 +135,13 @@ void add_comments_before_cases(Compound *compound) {
     for (const Node *node = list.first; node; node = node->next) {
         if (node->kind == NODE_COMMENT || compound->is_bad) continue;
         note_error(UNEXPECTED_TOKEN, node->offset, end_of(node),
-                   {"'case' behind the head of 'switch'", "a statement"});
+                   {"'case' after the head of 'switch'", "a statement"});
         compound->is_bad = true;
     }
     add_all(compound, &list);
 }
 
-// A name on the line of catch with nothing behind it is that of the error.
+// A name on the line of catch with nothing after it is that of the error.
 bool is_catch_identifier() {
     if (Current.kind != TOKEN_NAME || (Current.flags & FIRST_ON_LINE)) return false;
     const char *at = skip_blanks(Scan.at);
@@ -202,7 +202,7 @@ Node *parse_while(Statement *statement) {
     return end_compound(&compound, TOKEN_END_WHILE);
 }
 
-// Comments in the condition behind a block stand at the end of the block.
+// Comments in the condition after a block stand at the end of the block.
 void put_inside_comments_last(Node *block) {
     NodeList list = {block->first_child, block->first_child};
     while (list.last && list.last->next) list.last = list.last->next;

@@ -40,7 +40,7 @@ inline bool is_word(char byte) {
     return class_of(byte) == BYTE_LETTER || class_of(byte) == BYTE_DIGIT;
 }
 inline bool is_continuation(const char *at) { return at[0] == '.' && at[1] == '.' && at[2] == '.'; }
-/* The end of the word at a byte: behind the last of the bytes that a name may have. */
+/* The end of the word at a byte: after the last of the bytes that a name may have. */
 inline const char *word_end(const char *at) {
     while (is_word(*at)) at++;
     return at;

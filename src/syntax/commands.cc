@@ -10,7 +10,7 @@
 
 namespace {
 
-// Behind the operator at a byte; the byte itself when there is none.
+// After the operator at a byte; the byte itself when there is none.
 const char *operator_end(const char *at) {
     bool is_operator = class_of(*at) == BYTE_OPERATOR || class_of(*at) == BYTE_NOT;
     if (at[0] == '.' && (class_of(at[1]) == BYTE_OPERATOR || at[1] == '\'')) return at + 2;
@@ -59,7 +59,7 @@ bool ends_word(const char *at) {
     }
 }
 
-// Behind the closing quote; null when there is none on the line.
+// After the closing quote; null when there is none on the line.
 const char *quoted_end(const char *at) {
     char quote = *at++;
     for (; !is_line_end(*at) && at < Scan.end; at++) {
@@ -76,7 +76,7 @@ const char *refuse_quote(const char *quote) {
     return nullptr;
 }
 
-// Behind the bracket that closes the one at a byte, or behind that one when none does on its line.
+// After the bracket that closes the one at a byte, or after that one when none does on its line.
 const char *bracket_end(const char *at) {
     int depth = 0;
     for (const char *end = at; !is_line_end(*end) && end < Scan.end; end++) {

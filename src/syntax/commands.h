@@ -4,7 +4,7 @@
 #include "syntax/tree.h"
 
 /* Whether the name that is the current token, at the start of a statement, begins a command: by
- * what stands behind it. The caller knows that it is no variable. */
+ * what stands after it. The caller knows that it is no variable. */
 bool is_command();
 /* The command, up to what ends its statement. */
 Node *parse_command();

@@ -165,7 +165,7 @@ Node *parse_powers(Node *base) {
     return end_at_child(chain, operands.last);
 }
 
-// An index behind a transpose is one of all that stands before it.
+// An index after a transpose is one of all that stands before it.
 [[gnu::noinline]] Node *parse_index_of_powers(Node *base) {
     int outer_depth = Parsing.depth;
     while (is_selector()) {
@@ -376,7 +376,7 @@ Node *parse_selector() {
     return parse_arguments();
 }
 
-// One selector or more behind a base.
+// One selector or more after a base.
 Node *parse_selectors(Node *base) {
     Node *reference = new_parent(NODE_REFERENCE, base);
     NodeList parts;
@@ -391,7 +391,7 @@ bool is_superclass_call() {
            class_of(*Scan.at) == BYTE_LETTER;
 }
 
-// .name without blanks, directly behind the token before it.
+// .name without blanks, directly after the token before it.
 bool is_plain_field() {
     return Current.kind == TOKEN_FIELD && Current.start == Previous.end &&
            Current.end - Current.start == strlen(Current.text) + 1;
@@ -400,7 +400,7 @@ bool is_plain_field() {
 // With the class, perhaps of a package, the name is one that only functions have.
 void take_superclass(Node *name) {
     advance();
-    if (Current.kind != TOKEN_NAME) return unexpected_token("the name of a superclass behind '@'");
+    if (Current.kind != TOKEN_NAME) return unexpected_token("the name of a superclass after '@'");
     advance();
     while (is_plain_field()) advance();
     finish(name);

@@ -9,7 +9,7 @@
 Node *parse_expression();
 /* A name or another operand with its selectors. */
 Node *parse_reference();
-/* The contents of ( ) or { } behind an opening bracket that is the current token, with the closing
+/* The contents of ( ) or { } after an opening bracket that is the current token, with the closing
  * one, as NODE_ARGUMENTS or NODE_BRACES. */
 Node *parse_arguments();
 /* [ ] or { } as NODE_MATRIX or NODE_CELL. */

@@ -38,7 +38,7 @@ bool take(TokenKind kind) {
     return true;
 }
 
-// From behind the word function to the end of its header. One that is not as plain as most is none
+// From after the word function to the end of its header. One that is not as plain as most is none
 // of the name, nor is a broken one.
 bool is_plain_header_of(const char *name) {
     if (take(TOKEN_OPEN_BRACKET)) {

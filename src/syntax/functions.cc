@@ -113,7 +113,7 @@ Node *expect_name() {
 Node *parse_outputs(Node **name) {
     if (Current.kind == TOKEN_OPEN_BRACKET) {
         Node *outputs = parse_output_list();
-        if (Current.kind != TOKEN_ASSIGN) unexpected_token("'=' behind the outputs");
+        if (Current.kind != TOKEN_ASSIGN) unexpected_token("'=' after the outputs");
         return outputs;
     }
     *name = expect_name();
@@ -138,7 +138,7 @@ void parse_header(NodeList *header) {
 }
 
 // The first of the comments that stand between a body without an end and the next function, and
-// that belong to that function: those behind an empty line; all, when there is no empty line
+// that belong to that function: those after an empty line; all, when there is no empty line
 // between them and the function.
 Node **find_comments_of_next(Node *block, bool blank_before_next) {
     Node **behind_code = &block->first_child;

@@ -18,7 +18,7 @@ inline void append(NodeList *list, Node *node) {
     }
     list->last = node;
 }
-/* Moves all of more behind the list. */
+/* Moves all of more after the list. */
 inline void append_all(NodeList *list, NodeList *more) {
     if (!more->first) return;
     assert(!more->last->next && "the list ends there");

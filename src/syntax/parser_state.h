@@ -31,7 +31,7 @@ struct ParserState {
     int32_t open_do;      /* blocks that an until ends */
     int32_t target_depth; /* depth at which a lone ~ may be a target, or -1 */
     uint32_t lone_tilde;  /* offset of such a ~, or NO_TILDE */
-    uint32_t read_again;  /* bytes that have been read again behind an error */
+    uint32_t read_again;  /* bytes that have been read again after an error */
     FunctionEnds ends;
     bool may_be_target; /* the statement has only begun: = may follow what is read */
     bool is_script;     /* a statement stands in front of all functions */

@@ -1,4 +1,4 @@
-// Going on behind an error, so that one reading finds all independent errors.
+// Going on after an error, so that one reading finds all independent errors.
 #include "syntax/recovery.h"
 
 #include <assert.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Behind the bracket that closes the one at a byte, on its line; null when there is none. Quotes
+// After the bracket that closes the one at a byte, on its line; null when there is none. Quotes
 // are not looked at: this is a guess.
 const char *matching_end(const char *at) {
     int depth = 0;
@@ -22,7 +22,7 @@ const char *matching_end(const char *at) {
     return nullptr;
 }
 
-// Behind a name and its selectors.
+// After a name and its selectors.
 const char *target_end(const char *at) {
     at = word_end(at);
     for (;;) {
@@ -72,7 +72,7 @@ bool is_continued(const char *at) {
     return false;
 }
 
-// The first line behind that of the outermost open bracket, up to the failed token, that begins a
+// The first line after that of the outermost open bracket, up to the failed token, that begins a
 // statement; null when there is none.
 const char *find_earlier_line() {
     const char *at = Scan.text + open_bracket_at(0);
@@ -136,7 +136,7 @@ bool go_on_at_earlier_line() {
     return true;
 }
 
-// Whether statements can go on at the current token, which a block's keyword behind the failed
+// Whether statements can go on at the current token, which a block's keyword after the failed
 // statement's start is one of.
 bool is_resumable() {
     switch (Current.kind) {
@@ -205,7 +205,7 @@ Node *recover_statement(uint32_t start) {
     recover();
     NodeList comments;
     append_all(&comments, &Scan.comments);
-    // behind a comma a continued line may begin
+    // after a comma a continued line may begin
     if (comments.first && comments.first->offset < start) start = comments.first->offset;
     return bad_node(start, &comments);
 }

@@ -1,4 +1,4 @@
-/* Going on behind an error. */
+/* Going on after an error. */
 #pragma once
 
 #include "syntax/tree.h"
@@ -10,10 +10,10 @@ void recover();
 /* The same, with a NODE_BAD of what stands from start on. Comments that have been collected become
  * its children. */
 Node *recover_statement(uint32_t start);
-/* Ends the place of a NODE_BAD in front of the current token, so that all comments behind its start
+/* Ends the place of a NODE_BAD in front of the current token, so that all comments after its start
  * are in it; without line ends. */
 Node *finish_bad(Node *node);
-/* Skips a block from its opening keyword, the current token, to behind its end, as a NODE_BAD. */
+/* Skips a block from its opening keyword, the current token, to after its end, as a NODE_BAD. */
 Node *skip_block();
 /* Skips the rest of the source. */
 Node *skip_source();

@@ -71,7 +71,7 @@ bool take_block_line(const char *at, const char *line_end) {
     return make_comment_token(line_end);
 }
 
-// The line that closes a block comment, and the line end behind it.
+// The line that closes a block comment, and the line end after it.
 void close_block_comment() {
     assert(Scan.block_comments > 0);
     if (--Scan.block_comments == 0) Scan.line_flags = FIRST_ON_LINE;
@@ -115,7 +115,7 @@ bool scan_block_line() {
     return false;
 }
 
-// The text behind the dots is a comment, with or without a sign of its own.
+// The text after the dots is a comment, with or without a sign of its own.
 const char *skip_continuation(const char *at) {
     assert(is_continuation(at));
     const char *text = at + 3;

@@ -33,14 +33,14 @@ const char *skip_digits(const char *at) {
     return at;
 }
 
-// Whether the dot behind digits is theirs: not that of an operator, and not the first of three.
+// Whether the dot after digits is theirs: not that of an operator, and not the first of three.
 bool is_decimal_point(const char *at) {
     return *at == '.' && !strchr("*/\\^'", at[1] ? at[1] : 'x') && !is_continuation(at);
 }
 
 bool is_exponent_letter(char c) { return c == 'e' || c == 'E' || c == 'd' || c == 'D'; }
 
-// Behind the exponent at a byte, which is the byte itself when there is none.
+// After the exponent at a byte, which is the byte itself when there is none.
 const char *skip_exponent(const char *at) {
     if (!is_exponent_letter(*at)) return at;
     const char *digits = at[1] == '+' || at[1] == '-' ? at + 2 : at + 1;
@@ -125,7 +125,7 @@ bool refuse_number(const char *at, const char *end, const char *reason) {
     return make_bad(INVALID_NUMBER, at, end, {describe_bytes(at, end), reason});
 }
 
-// 0x1F or 0b101: digits of 4 bits or of 1 behind two characters.
+// 0x1F or 0b101: digits of 4 bits or of 1 after two characters.
 bool scan_bits(const char *at, int bits_each) {
     assert(digit_value(at[2]) < 1 << bits_each);
     const char *end = at + 2;
@@ -147,7 +147,7 @@ bool scan_bits(const char *at, int bits_each) {
 
 bool is_octave_escape(char c) { return Scan.language == LANGUAGE_OCTAVE && c == '\\'; }
 
-// Behind the closing quote; null where the line ends before it. *plain: no quote is doubled and no
+// After the closing quote; null where the line ends before it. *plain: no quote is doubled and no
 // backslash escapes.
 const char *find_string_end(const char *at, bool *plain) {
     assert(*at == '\'' || *at == '"');
@@ -173,7 +173,7 @@ int escape_value(char letter) {
     return found && *found ? values[found - letters] : letter;
 }
 
-// The character of an escape at a letter or digit behind a backslash; *at moves to its last byte.
+// The character of an escape at a letter or digit after a backslash; *at moves to its last byte.
 char read_escape(const char **at) {
     bool is_hexadecimal = **at == 'x';
     int base = is_hexadecimal ? 16 : 8;

@@ -57,7 +57,7 @@ bool make_transpose(OperatorId op, const char *end) {
     return make_token(TOKEN_TRANSPOSE, end);
 }
 
-// Keywords behind a dot and in brackets are none, but for the end of an index.
+// Keywords after a dot and in brackets are none, but for the end of an index.
 void settle_keyword() {
     if (Scan.depth > 0) {
         if (Current.kind == TOKEN_END) Current.kind = TOKEN_END_INDEX;
@@ -87,7 +87,7 @@ bool scan_lone_dot(const char *at, bool after_operand) {
                                                        : describe_character(next, &next);
     set_bad_token(at, at + 1);
     syntax_error(UNEXPECTED_TOKEN, Current.start, Current.end,
-                 {after_operand ? "the name of a field behind '.'" : "a value", found});
+                 {after_operand ? "the name of a field after '.'" : "a value", found});
     return true;
 }
 
@@ -112,7 +112,7 @@ bool scan_field(const char *at) {
     return make_token(TOKEN_FIELD, end);
 }
 
-// A dot behind an operand that is followed by blanks and a name.
+// A dot after an operand that is followed by blanks and a name.
 bool begins_field(const char *at) { return class_of(*skip_blanks(at)) == BYTE_LETTER; }
 
 bool scan_dot(const char *at, bool after_operand) {
@@ -213,7 +213,7 @@ bool scan_operator(const char *at) {
     }
 }
 
-// Goes over a run of line ends and blanks; the token behind it gets to know.
+// Goes over a run of line ends and blanks; the token after it gets to know.
 const char *skip_lines(const char *at) {
     int lines = 0;
     for (; is_blank(*at) || is_line_end(*at); at++) {
@@ -235,12 +235,12 @@ bool scan_line_end(const char *at) {
     return true;
 }
 
-// Whether + or - behind an operand and a blank is the sign of a new element.
+// Whether + or - after an operand and a blank is the sign of a new element.
 bool is_sign(const char *at) {
     return !is_blank(at[1]) && !is_line_end(at[1]) && !is_continuation(at + 1);
 }
 
-// Whether what stands behind an operand and a blank, directly in [ ] or { }, is a new element.
+// Whether what stands after an operand and a blank, directly in [ ] or { }, is a new element.
 bool begins_element(const char *at) {
     switch (class_of(*at)) {
         case BYTE_LETTER:
@@ -294,7 +294,7 @@ const char *skip_gap(const char *at) {
     return at;
 }
 
-// The comma that a blank stands for lies directly behind the operand.
+// The comma that a blank stands for lies directly after the operand.
 void make_separator() {
     Current.start = Current.end;
     Current.kind = TOKEN_COMMA;

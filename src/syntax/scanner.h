@@ -3,7 +3,7 @@
  *
  * What depends on brackets is settled here, by a stack of those that are open: whether a blank
  * separates two elements, what a line end means, whether end is a position. Comments inside
- * brackets, and behind three dots, are no tokens; they are collected as nodes. */
+ * brackets, and after three dots, are no tokens; they are collected as nodes. */
 #pragma once
 
 #include <stddef.h>
@@ -26,7 +26,7 @@ enum BracketContext : uint8_t {
 struct ScannerState {
     const char *text; /* of the source */
     const char *end;  /* of the text; a NUL stands there */
-    const char *at;   /* first byte behind the current token */
+    const char *at;   /* first byte after the current token */
     SourceLanguage language;
     BracketContext context; /* of the innermost open bracket */
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */

@@ -21,7 +21,7 @@ const char *description_of(const Node *node) {
     }
 }
 
-// ~ and what stands behind it and a blank are two targets.
+// ~ and what stands after it and a blank are two targets.
 bool is_tilde_and_target(const Node *element) {
     return element->kind == NODE_PREFIX && element->op == OPERATOR_NOT &&
            element->first_child->offset > element->offset + 1;
@@ -158,7 +158,7 @@ Node *parse_first_expression() {
 void refuse_lone_tilde() {
     if (Parsing.lone_tilde == NO_TILDE) return;
     uint32_t at = Parsing.lone_tilde;
-    syntax_error(UNEXPECTED_TOKEN, at, at + 1, {"'=' behind targets with '~'", describe_token()});
+    syntax_error(UNEXPECTED_TOKEN, at, at + 1, {"'=' after targets with '~'", describe_token()});
     Parsing.lone_tilde = NO_TILDE;
 }
 

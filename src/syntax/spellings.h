@@ -6,7 +6,7 @@
 
 #include "syntax/tokens.h"
 
-/* What is known of a spelling. Its text, with a NUL, stands behind the record. */
+/* What is known of a spelling. Its text, with a NUL, stands after the record. */
 struct Spelling {
     uint64_t head; /* the first and the last bytes: all of them up to 16 */
     uint64_t tail;
@@ -21,7 +21,7 @@ enum SoftKeyword : uint8_t {
     SOFT_DO,
     SOFT_UNTIL,
     SOFT_ARGUMENTS,
-    SOFT_EVAL /* no keyword, but the text behind it may be read */
+    SOFT_EVAL /* no keyword, but the text after it may be read */
 };
 
 /* Forgets the spellings of the run before, at the start of a run. */

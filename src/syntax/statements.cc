@@ -93,7 +93,7 @@ Node *parse_opened_block(Statement *statement) {
     }
 }
 
-// What stands behind a statement's last token must end it.
+// What stands after a statement's last token must end it.
 void end_statement(Node *node) {
     switch (Current.kind) {
         case TOKEN_SEMICOLON:

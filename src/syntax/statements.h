@@ -9,7 +9,7 @@ struct Statement {
     NodeList *list; /* what it will be appended to */
     uint32_t start;
     uint16_t flags;  /* BLANK_BEFORE or 0 */
-    NodeList behind; /* comments to append behind it */
+    NodeList behind; /* comments to append after it */
 };
 
 /* Reads statements and comments into the list, up to a token that ends them: one that the innermost

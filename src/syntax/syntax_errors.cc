@@ -47,10 +47,10 @@ bool is_at_line_end(TokenKind kind) {
     return kind == TOKEN_NEWLINE || kind == TOKEN_ROW_END || kind == TOKEN_COMMENT;
 }
 
-// What stands behind a line end within parentheses shows that the line should have ended them.
+// What stands after a line end within parentheses shows that the line should have ended them.
 bool is_behind_line_end() { return (Current.flags & BEHIND_LINE_END) && Current.kind != TOKEN_BAD; }
 
-// What stands directly behind a closing quote is mostly text that the quote should not close.
+// What stands directly after a closing quote is mostly text that the quote should not close.
 bool is_behind_quote() {
     char last = Previous.end > 0 ? Scan.text[Previous.end - 1] : ' ';
     bool is_word = Current.kind == TOKEN_NAME || Current.kind == TOKEN_NUMBER;
@@ -61,10 +61,10 @@ const char *found_text() {
     if (is_behind_line_end() && Current.kind != TOKEN_END_OF_FILE) return "end of line";
     const char *token = describe_token();
     if (!is_behind_quote()) return token;
-    return join({token, " behind a quote (inside a string a quote is written twice)"});
+    return join({token, " after a quote (inside a string a quote is written twice)"});
 }
 
-// Line ends, and the end of the file, are marked behind what stands before them.
+// Line ends, and the end of the file, are marked after what stands before them.
 Place found_place() {
     bool is_end = is_at_line_end(Current.kind) || Current.kind == TOKEN_END_OF_FILE;
     if (is_end || is_behind_line_end()) return {Previous.end, Previous.end};
@@ -153,13 +153,13 @@ void unexpected_token(const char *expected) {
     syntax_error(UNEXPECTED_TOKEN, place.start, place.end, {expected, found_text()});
 }
 
-// What a value is missing behind. Two signs look like a ++ that is used as a value.
+// What a value is missing after. Two signs look like a ++ that is used as a value.
 static const char *value_behind(const char *start, const char *end) {
     if (start == end) return "a value";
     bool is_sign = end - start == 1 && (*start == '+' || *start == '-');
     bool is_double = is_sign && start > Scan.text && start[-1] == *start;
     const char *shown = describe_bytes(is_double ? start - 1 : start, end);
-    return join({"a value behind ", shown, is_double ? " (as x++ it is a statement only)" : ""});
+    return join({"a value after ", shown, is_double ? " (as x++ it is a statement only)" : ""});
 }
 
 void expected_value() {

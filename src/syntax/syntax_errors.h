@@ -51,9 +51,9 @@ bool forget_errors();
 const char *describe_bytes(const char *start, const char *end);
 /* The current token: "'+'", "name 'x'", "end of line". */
 const char *describe_token();
-/* The character at a byte that has no meaning; *end moves behind it. */
+/* The character at a byte that has no meaning; *end moves after it. */
 const char *describe_character(const char *at, const char **end);
-/* The texts one behind the other. */
+/* The texts one after the other. */
 const char *join(std::initializer_list<const char *> parts);
 /* The number of the line of an offset, as a kept text. */
 const char *line_number_text(uint32_t offset);

@@ -13,7 +13,7 @@ enum TokenKind : uint8_t {
     TOKEN_COMMENT, /* outside of brackets: from % or # to the line's end, or the line of a block */
     TOKEN_SEMICOLON,
     TOKEN_COMMA, /* also of no length: the blank between two elements */
-    /* what may end an operand: a quote directly behind it transposes */
+    /* what may end an operand: a quote directly after it transposes */
     TOKEN_NAME,      /* text: interned */
     TOKEN_NUMBER,    /* text: as in NODE_NUMBER */
     TOKEN_STRING,    /* text: as in NODE_STRING */
@@ -74,7 +74,7 @@ enum TokenKind : uint8_t {
 
 enum TokenFlag : uint8_t {
     FIRST_ON_LINE = 1,    /* only blanks stand in front of it on its line, which no ... continues */
-    AFTER_BLANK_LINE = 2, /* first on its line, behind one or more empty lines */
+    AFTER_BLANK_LINE = 2, /* first on its line, after one or more empty lines */
     OF_BLOCK_COMMENT = 4, /* COMMENT: a line between %{ and %} */
     IS_INTEGER = 8,       /* NUMBER: digits only */
     IS_IMAGINARY = 16,    /* NUMBER */
@@ -89,7 +89,7 @@ struct Token {
     OperatorId op;       /* OPERATOR, TRANSPOSE; else OPERATOR_NONE */
     OperatorId assigned; /* OP_ASSIGN, INCREMENT */
     uint32_t start;      /* offset in the source */
-    uint32_t end;        /* behind its last byte */
+    uint32_t end;        /* after its last byte */
     const char *text;    /* set for the kinds that say so */
     const char *type;    /* NUMBER: name of the integer type that its suffix gives, or null */
 };

@@ -56,12 +56,12 @@ struct Symbol;
  * NODE_TARGETS        children: none, or NAME, REFERENCE, TILDE
  * NODE_COMMAND        hold on. Children: NAME, WORD ...
  * NODE_WORD           text
- * NODE_SYSTEM         !text. text: behind the !
+ * NODE_SYSTEM         !text. text: after the !
  * NODE_IF             children: BRANCH ..., [ELSE]
  * NODE_BRANCH           children: condition, BLOCK
  * NODE_ELSE             child: BLOCK
  * NODE_FOR            children: variable (NAME or REFERENCE), range, BLOCK. Flag PARALLEL: parfor;
- *                     KEEPS_VARIABLE, set with the names: its variable is read behind the loop or
+ *                     KEEPS_VARIABLE, set with the names: its variable is read after the loop or
  *                     assigned in it
  * NODE_WHILE          children: condition, BLOCK
  * NODE_DO_UNTIL       children: BLOCK, condition
@@ -83,7 +83,7 @@ struct Symbol;
  * NODE_ARGUMENT_BLOCK arguments ... end, children: ARGUMENT, COMMENT. Flags REPEATING, FOR_OUTPUTS
  * NODE_ARGUMENT         children: NAME or REFERENCE (options.Size), [default]. Flag HAS_CHECKS: a
  *                       size, a class or validators, which are not in the tree
- * NODE_COMMENT        text: behind the % or #, or behind ..., or a line of a block comment; without
+ * NODE_COMMENT        text: after the % or #, or after ..., or a line of a block comment; without
  *                     the line end. Flags TRAILING, INSIDE, IN_BLOCK_COMMENT
  * NODE_BAD            what could not be read, its error reported; place: its whole source text.
  *                     Children: what of it could be read: comments, blocks, their heads. They are
@@ -153,8 +153,8 @@ enum NodeKind : uint8_t {
 enum NodeFlag : uint16_t {
     BLANK_BEFORE = 1 << 0,     /* empty lines stand in front of the statement or comment */
     PRINTS = 1 << 1,           /* no semicolon ends the statement: its value is displayed */
-    TRAILING = 1 << 2,         /* the comment stands behind code on its line: on the last line of
-                                  the statement before it here; as first child of a block (behind
+    TRAILING = 1 << 2,         /* the comment stands after code on its line: on the last line of
+                                  the statement before it here; as first child of a block (after
                                   INSIDE ones), on the line of the block's head */
     INSIDE = 1 << 3,           /* the comment stands inside the statement that follows it; at the
                                   head of a block, inside the block's head */

@@ -7,7 +7,7 @@
 #include "support/string_hash.h"
 #include "translate/text_forms.h"
 
-// Enters each text between commas; the texts are put back together behind it.
+// Enters each text between commas; the texts are put back together after it.
 static void note_targets(char *targets) {
     for (char *target = targets;;) {
         char *comma = strchr(target, ',');
@@ -16,12 +16,12 @@ static void note_targets(char *targets) {
         if (!comma) return;
         *comma = ',';
         if (!comma[1]) return;
-        target = comma + 2;  // behind the comma and its blank
+        target = comma + 2;  // after the comma and its blank
     }
 }
 
 // The arguments of the concatenation that a matrix literal makes of several targets, with their
-// blank in front and the parenthesis behind them; null for any other text, such as an answer of the
+// blank in front and the parenthesis after them; null for any other text, such as an answer of the
 // host that only begins like one.
 static const char *concatenated(const char *target) {
     const char *prefix = FileMode ? "Concatenate(2," : "ArrayTools:-Concatenate(2,";

@@ -73,7 +73,7 @@ struct vExpr {
 /* A new record, not cleared. */
 mExpr *alloc_mExpr();
 /* A new record without a range, whose text of at most size bytes, the NUL among them, the writer
- * writes. It starts out empty and lies behind the record in the same block. */
+ * writes. It starts out empty and lies after the record in the same block. */
 mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to);
 /* The same with the text of a form (text_forms.h). */
 mExpr *new_form_mExpr(int kind, int scalar, const char *form,

@@ -1,4 +1,4 @@
-/* Indices: argument lists behind the text of whatever is indexed or called. */
+/* Indices: argument lists after the text of whatever is indexed or called. */
 #pragma once
 
 #include "translate/expressions.h"

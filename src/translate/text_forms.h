@@ -11,13 +11,13 @@
  * not fit, its NUL included, fails an assertion. */
 struct Writer {
     char *at;        /* of the NUL */
-    const char *end; /* behind the buffer */
+    const char *end; /* after the buffer */
 };
 
-/* The bytes that are free behind the text and its NUL. */
+/* The bytes that are free after the text and its NUL. */
 inline size_t free_bytes(const Writer *to) { return static_cast<size_t>(to->end - to->at) - 1; }
 
-/* Put the text, or length bytes of it, or one character behind what is written. */
+/* Put the text, or length bytes of it, or one character after what is written. */
 inline void write_text(Writer *to, const char *text) {
     assert(to->at < to->end && strlen(text) <= free_bytes(to));
     to->at = stpcpy(to->at, text);

@@ -18,7 +18,7 @@ struct Positions {
 
 enum class Growth { REFUSED, ALLOWED };
 
-// A position below 0 counts from behind.
+// A position below 0 counts from the end.
 size_t position(double number, size_t length, Growth growth) {
     const double counted = number < 0 ? static_cast<double>(length) + 1 + number : number;
     if (counted != std::floor(counted)) throw ExecutionError("an index that is not whole");
@@ -145,7 +145,7 @@ Positions stored_positions(const Index &index, size_t length, size_t stored) {
     return positions;
 }
 
-// The places that an assignment fills, behind growth.
+// The places that an assignment fills, after growth.
 std::vector<size_t> grown_places(Value &value, const Indices &indices, const Value &stored) {
     if (indices.size() == 1) {
         std::vector<size_t> at = stored_positions(indices[0], count_of(value), count_of(stored)).at;

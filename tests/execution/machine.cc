@@ -107,7 +107,7 @@ std::vector<ValuePointer> Machine::counted(const Statement &statement) {
     return values;
 }
 
-// The variable has no value behind a loop that ends by itself: what it holds then is left open.
+// The variable has no value after a loop that ends by itself: what it holds then is left open.
 Machine::Flow Machine::run_loop(const Statement &statement,
                                 const std::vector<ValuePointer> &values) {
     for (const ValuePointer &value : values) {

@@ -20,7 +20,7 @@ enum class Sharing {
 /* The variables that a program leaves, as written() shows them, but for functions and the names
  * that begin with the made-up prefix. Whatever is not known to have a meaning throws
  * ExecutionError: an unknown name, a variable without a value, one that a procedure does not
- * declare, the counter of a loop behind the loop, a comparison of other than single numbers or
+ * declare, the counter of a loop after the loop, a comparison of other than single numbers or
  * texts, a condition that is no truth value, an index out of bounds. So does a program that does
  * not end. */
 std::map<std::string, std::string> variables_left_by(const HostProgram &program, Sharing sharing);

@@ -125,7 +125,7 @@ private:
         return left;
     }
 
-    // What a sign directly behind an operator groups is known of no form: it needs parentheses.
+    // What a sign directly after an operator groups is known of no form: it needs parentheses.
     std::string operator_text() {
         std::string text = program_.tokens[at_++].text;
         if (holds(SIGNS_OF_NUMBERS, token())) fail("an operand without a sign");

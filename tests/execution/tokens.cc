@@ -47,7 +47,7 @@ struct Scanner {
         }
     }
 
-    // Two points behind digits are a range.
+    // Two points after digits are a range.
     Token number() {
         const size_t start = at;
         while (is_digit(byte())) at++;

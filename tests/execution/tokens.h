@@ -21,7 +21,7 @@ enum class TokenKind {
     NAME,
     WORD, /* a word of the language, which is no name */
     SIGN, /* an operator, a bracket or a separator */
-    END   /* behind the last token */
+    END   /* after the last token */
 };
 
 struct Token {
@@ -31,7 +31,7 @@ struct Token {
     int line = 1; /* from 1 */
 };
 
-/* The tokens of a text without its comments, END behind them. Throws ExecutionError. */
+/* The tokens of a text without its comments, END after them. Throws ExecutionError. */
 std::vector<Token> host_tokens(std::string_view text);
 
 }  // namespace mtranslate::execution

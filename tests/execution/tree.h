@@ -74,7 +74,7 @@ struct Procedure {
 /* A pair of parentheses around one expression that is no list of arguments. */
 struct Grouping {
     size_t open, close; /* places among the tokens */
-    size_t first, end;  /* tokens of the whole expression that the pair stands in; end is behind */
+    size_t first, end;  /* tokens of the whole expression that the pair stands in; end is after */
 };
 
 struct HostProgram {

@@ -44,7 +44,7 @@ const char *current_folder() {
     return CurrentFolder = folder ? KeepText(folder, strlen(folder)) : "/";
 }
 
-// Puts the parts of the folder behind those of text, without "." and "..".
+// Puts the parts of the folder after those of text, without "." and "..".
 void append_parts(char *text, const char *folder) {
     while (*folder) {
         size_t length = strcspn(folder, "/");

@@ -13,11 +13,11 @@ void begin_class_names();
 ClassPlace class_place_of(const char *path);
 /* The folder itself, or if it is one of a class the one around it, and around its packages. */
 const char *around_class_folder(const char *folder);
-/* The interned name behind the packages. */
+/* The interned name after the packages. */
 const char *name_in_package(const char *class_name);
 /* The folder of the file, a kept text: "." where the path has none. */
 const char *folder_of(const char *path);
-/* What stands behind the last slash. */
+/* What stands after the last slash. */
 const char *base_name(const char *path);
 /* Its name without folder and ending, interned. */
 const char *stem_of(const char *path);

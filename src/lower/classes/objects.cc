@@ -52,7 +52,7 @@ bool is_function(const Node *name) {
     return name->kind == NODE_NAME && !is_variable(name->symbol) && !name->symbol->definition;
 }
 
-// The call of a function, perhaps of one in a package, and nothing behind it.
+// The call of a function, perhaps of one in a package, and nothing after it.
 const char *class_of_reference(const Node *reference) {
     assert(reference->kind == NODE_REFERENCE);
     const Node *name = reference->first_child;

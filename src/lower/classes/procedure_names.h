@@ -8,7 +8,7 @@
  * methods keep to themselves. Where a file or method of another class has this name, a second "_"
  * is in front of NAME. */
 const char *procedure_name(const char *path);
-/* The same of a function behind the first in a file of a class. */
+/* The same of a function after the first in a file of a class. */
 const char *inner_procedure_name(const char *path, const char *name);
 /* The name, changed where it is a word of the host. */
 const char *free_of_host_words(const char *name);

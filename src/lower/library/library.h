@@ -1,4 +1,4 @@
-/* MATLAB's library, as far as the host's known forms say what a function does. Asked behind the
+/* MATLAB's library, as far as the host's known forms say what a function does. Asked after the
  * program's own functions, the host and the files: of a function that is found nowhere else. */
 #pragma once
 

@@ -1,5 +1,5 @@
 /* Functions that the front end brings along, in MATLAB. They use what is a form of the host, and
- * each other; a call of one puts its translation behind the files of the run. */
+ * each other; a call of one puts its translation after the files of the run. */
 #pragma once
 
 #include <stdint.h>

@@ -43,7 +43,7 @@ void begin_use(LoopWalk *walk, OpenLoop *open, Symbol *symbol) {
     walk->entries = entry;
 }
 
-// Whether an earlier reading in a loop around may come behind the loop in the next round.
+// Whether an earlier reading in a loop around may come after the loop in the next round.
 bool is_read_again(const LoopWalk *walk, const OpenLoop *open) {
     if (open->outer_same) return open->read_before > open->outer_same->start;
     return walk->loop_start > 0 && open->symbol->last_read > walk->loop_start;

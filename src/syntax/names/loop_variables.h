@@ -1,5 +1,5 @@
-/* Loops whose variable lives on: it is read behind the loop, or assigned in it. The host's loop
- * variable has no value behind the loop and must not be changed in it, so such a loop counts with a
+/* Loops whose variable lives on: it is read after the loop, or assigned in it. The host's loop
+ * variable has no value after the loop and must not be changed in it, so such a loop counts with a
  * name of its own.
  *
  * The walk over the statements tells what it meets; time is counted in moments, one for each

@@ -48,7 +48,7 @@ bool raises_error(const Node *statement) {
            (strcmp(node->text, "error") == 0 || strcmp(node->text, "rethrow") == 0);
 }
 
-// Whether what follows the statement of the block is run behind it.
+// Whether what follows the statement of the block is run after it.
 bool goes_on(const Node *block) {
     const Node *last = nullptr;
     for (const Node *node = block->first_child; node; node = node->next)

@@ -18,7 +18,7 @@ struct SetWalk {
 /* SetBranches of a statement under way; at first {}. */
 struct SetBranches {
     SetBranchCell *sets; /* set in one of them */
-    int32_t count;       /* that go on behind the statement */
+    int32_t count;       /* that go on after the statement */
     bool is_whole;       /* one of them runs surely */
 };
 
@@ -37,7 +37,7 @@ SetCell *begin_set_block(SetWalk *walk);
 void end_set_block(SetWalk *walk, SetCell *outer);
 /* The same of a branch. */
 void end_set_branch(SetWalk *walk, SetCell *outer, SetBranches *branches, const Node *block);
-/* Behind all branches: what all of them set is set. */
+/* After all branches: what all of them set is set. */
 void end_set_branches(SetWalk *walk, const SetBranches *branches);
 /* The function ends. */
 void finish_sets(SetWalk *walk, const Scope *scope);

@@ -69,7 +69,7 @@ Region *begin_region(Node *node);
 void note_end(Region *region, bool anywhere);
 /* Notes which variables the region has changed, where it is not begun again. */
 void note_changes(Region *region);
-/* Behind note_end: the start of another round, with the values of its start. Answers whether it is
+/* After note_end: the start of another round, with the values of its start. Answers whether it is
  * to be traced, as they may be more than before. */
 bool begins_again(Region *region);
 /* The flow goes on from any place of the region, whose changes have been noted. */

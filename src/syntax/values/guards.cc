@@ -1,4 +1,4 @@
-// What a condition says of the values behind it.
+// What a condition says of the values after it.
 #include <stdlib.h>
 #include <string.h>
 

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr Value UNKNOWN = ANY_VALUE | MAY_BE_MISSING;
-// Those behind are unknown.
+// Those after are unknown.
 constexpr int32_t MOST_PARAMETERS = 16;
 constexpr size_t LONGEST_NAME = 63;
 

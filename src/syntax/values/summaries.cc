@@ -65,7 +65,7 @@ Summary *next_callee(Summary *summary) {
     return nullptr;
 }
 
-// Behind all that it calls.
+// After all that it calls.
 void place(Order *order, Summary *summary) {
     while (summary) {
         summary->has_place = true;

@@ -104,7 +104,7 @@ Value value_of_index(Value base, bool is_data, const Node *arguments) {
     return selected_value(base, arguments);
 }
 
-// A function of a package, p.f(x): others that fields stand behind are called without arguments.
+// A function of a package, p.f(x): others that fields stand after are called without arguments.
 Value value_of_member(Node *base) {
     const Node *selector = base->next;
     while (selector && selector->kind == NODE_FIELD) selector = selector->next;
@@ -149,7 +149,7 @@ Part selected_part(Part of, const Node *selector) {
     return {value_of_index(of.value, is_data, arguments), nullptr, false, 0};
 }
 
-// A selector has the value of its part, for who asks what is behind it.
+// A selector has the value of its part, for who asks what is after it.
 Value value_of_part(Symbol *variable, Node *selector) {
     constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
     Part part = {value_now(variable), variable, (variable->flags & DATA) != 0, 0};

@@ -111,7 +111,7 @@ void set_fields(Symbol *holder, int depth, Node *expression) {
     }
 }
 
-// The part of the holder behind a selector is set. A selector has the value of its part before
+// The part of the holder after a selector is set. A selector has the value of its part before
 // that.
 void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expression) {
     Value before = value_now(holder);

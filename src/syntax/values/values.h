@@ -33,12 +33,12 @@ bool is_surely_single(const Node *expression);
  * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
 bool is_surely_several(const Node *expression);
 
-/* Whether the selector, one behind the base of a reference, may call a function that a variable or
+/* Whether the selector, one after the base of a reference, may call a function that a variable or
  * a field holds. */
 bool may_be_called(const Node *base, const Node *selector);
 
 /* Whether the variable, a NAME, holds a cell here. Where the ways to this place differ: braces are
- * used behind it somewhere or a cell is assigned to it, and nothing that is surely none. */
+ * used after it somewhere or a cell is assigned to it, and nothing that is surely none. */
 bool is_cell_variable(const Node *name);
 /* The same of what the last selector of a reference or target is applied to, where that is the
  * variable; a field of it, or of such a field, surely is a cell. */
