@@ -1,6 +1,10 @@
 # What the parts that are built need from elsewhere. All that is missing is named at once, with the
 # Debian packages that have it.
 
+if(MTRANSLATE_TESTS AND NOT MTRANSLATE_TOOL)
+    message(FATAL_ERROR "The tests run the tool: give -DMTRANSLATE_TESTS=OFF with -DMTRANSLATE_TOOL=OFF")
+endif()
+
 set(missing_packages "")
 
 # mtranslate_need(PACKAGE DEBIAN_PACKAGE [VERSION])
@@ -15,6 +19,14 @@ endmacro()
 
 mtranslate_need(FLEX flex 2.6)
 mtranslate_need(BISON bison 3.8)
+# The manual page and what Debian's packages have of their own are compressed.
+if(MTRANSLATE_TOOL OR (MTRANSLATE_INSTALL AND PROJECT_IS_TOP_LEVEL))
+    find_program(GZIP gzip)
+    if(NOT GZIP)
+        string(APPEND missing_text "\n  gzip (Debian's gzip)")
+        list(APPEND missing_packages gzip)
+    endif()
+endif()
 if(MTRANSLATE_TOOL)
     mtranslate_need(CLI11 libcli11-dev)
     mtranslate_need(cereal libcereal-dev)
