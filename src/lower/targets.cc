@@ -133,11 +133,21 @@ void put_fields(const PendingField *field) {
     }
 }
 
+bool is_at_number(const Node *selector) {
+    const Node *position = selector->first_child;
+    return position && !position->next && position->kind == NODE_NUMBER;
+}
+
 // Whether one element is selected of which a field is set.
 bool is_element(const Node *selector) {
-    const Node *position = selector->kind == NODE_ARGUMENTS ? selector->first_child : nullptr;
-    return position && !position->next && position->kind == NODE_NUMBER && selector->next &&
+    return selector->kind == NODE_ARGUMENTS && is_at_number(selector) && selector->next &&
            selector->next->kind == NODE_FIELD;
+}
+
+// Whether an element of a cell is selected that is itself a cell or a struct.
+bool is_holder_in_cell(const Node *selector) {
+    return selector->kind == NODE_BRACES && is_at_number(selector) &&
+           (selector->next->kind == NODE_BRACES || selector->next->kind == NODE_FIELD);
 }
 
 // What is set in the field of a field of nothing: each begins like a variable.
@@ -148,8 +158,10 @@ void start_fields(const char *written, const Node *selector) {
             add_index(&path, selector);
             continue;
         }
-        if (selector->kind != NODE_FIELD || selector->next->kind == NODE_DYNAMIC_FIELD) return;
-        add_field(&path, selector);
+        bool is_element_held = is_holder_in_cell(selector);
+        bool is_field = selector->kind == NODE_FIELD && selector->next->kind != NODE_DYNAMIC_FIELD;
+        if (!is_element_held && !is_field) return;
+        add_selector(&path, selector);
         put_line("%s := %s;", {path.text, start_text(selector->next, false)});
     }
 }
@@ -162,7 +174,11 @@ void start_field(const char *holder, const Node *field) {
     path.has_field = true;
     add_field(&path, field);
     const char *start = start_text(field->next, false);
-    if (field->value == MAY_BE_MISSING) return put_line("%s := %s;", {path.text, start});
+    if (field->value == MAY_BE_MISSING) {
+        put_line("%s := %s;", {path.text, start});
+        if (field->next->kind != NODE_FIELD) start_fields(path.text, field->next);
+        return;
+    }
     mExpr *is_there = new_keyword_call("isfield", {holder, string_text(field->text)});
     put_line("if not %s then", {value_condition(is_there->text)});
     put_inner_line("%s := %s;", {path.text, start});
