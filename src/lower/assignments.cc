@@ -106,14 +106,17 @@ bool is_empty_cell(const Node *value) {
            arguments->first_child && is_zero(arguments->first_child);
 }
 
-// A row without elements has a row: what grows by rows and columns begins without any.
-bool begins_without_rows(const Node *target, const Node *value) {
-    bool grows = target->kind == NODE_NAME && (target->symbol->flags & SYMBOL_GROWS_IN_PLANE);
-    return grows && is_empty_cell(value);
+// A row without elements has a row: what grows by rows and columns, or is asked for them, begins
+// without any. What {} begins as; null for other values.
+const char *cell_without_rows(const Node *target, const Node *value) {
+    if (target->kind != NODE_NAME || !is_empty_cell(value)) return nullptr;
+    if (target->symbol->flags & SYMBOL_GROWS_IN_PLANE) return "Vector()";
+    bool is_square = value->kind == NODE_CELL && (target->symbol->flags & SYMBOL_SIDES_ASKED);
+    return is_square ? "rtable([],subtype='Vector[row]')(1..0, ..)" : nullptr;
 }
 
 const char *value_text(const Node *target, const Node *value) {
-    if (begins_without_rows(target, without_parens(value))) return "Vector()";
+    if (const char *start = cell_without_rows(target, without_parens(value))) return start;
     Lowering.single = single_struct(target);
     int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
     value = element_value(target, value);

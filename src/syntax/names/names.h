@@ -43,8 +43,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_READ_FIRST = 1 << 19,     /* it is read before it is set, in the order of the text */
     SYMBOL_CLASS_ASKED = 1 << 20,    /* its class_name is being looked for */
     SYMBOL_CLASS_KNOWN = 1 << 21,    /* it has been found */
-    SYMBOL_GIVEN_COUNTS = 1 << 22    /* a parameter whose given value may be used: not all ways set
+    SYMBOL_GIVEN_COUNTS = 1 << 22,   /* a parameter whose given value may be used: not all ways set
                                          it as a whole before */
+    SYMBOL_SIDES_ASKED = 1 << 23     /* size, rows or columns is asked of it */
 };
 
 /* A name in the functions that share it. */

@@ -1,4 +1,6 @@
 // The values of references: elements, fields, calls.
+#include <string.h>
+
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
@@ -192,9 +194,19 @@ void trace_selectors(Node *reference) {
         if (selector->kind != NODE_FIELD) trace_all(selector->first_child);
 }
 
+// A row without elements has a row: who is asked for its sides begins without any.
+static void note_sides(const Node *base) {
+    const Node *variable = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
+    if (!variable || variable->kind != NODE_NAME || !is_variable(variable->symbol)) return;
+    bool asks_for_sides = strcmp(base->text, "size") == 0 || strcmp(base->text, "rows") == 0 ||
+                          strcmp(base->text, "columns") == 0;
+    if (asks_for_sides) variable->symbol->flags |= SYMBOL_SIDES_ASKED;
+}
+
 Value trace_reference(Node *reference) {
     Node *base = reference->first_child;
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
+    if (is_call) note_sides(base);
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
     if (is_call && runs_text(base->text)) forget_all(0);
