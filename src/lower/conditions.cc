@@ -61,12 +61,18 @@ Test lower_comparison(const Node *node) {
                         is_defined);
 }
 
+// What a call comes to whose answer is known.
+bool is_truth_word(const char *text) {
+    return strcmp(text, "true") == 0 || strcmp(text, "false") == 0;
+}
+
 Test lower_value(const Node *node) {
     if (is_literal(node, "true")) return constant_test(true);
     if (is_literal(node, "false")) return constant_test(false);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0) return constant_test(true);
     const mExpr *value = lower_tested(node);
     if (const Test *relation = relation_of(value)) return *relation;
+    if (is_truth_word(value->text)) return constant_test(*value->text == 't');
     if (is_one_number(value_of(node))) return new_relation(value->text, OP_NE, "0", true);
     return test_of_value(value->text);
 }

@@ -2,6 +2,7 @@
 #include "lower/library/element_calls.h"
 
 #include <string.h>
+#include <strings.h>
 
 #include "lower/anonymous.h"
 #include "lower/expressions.h"
@@ -11,8 +12,9 @@
 
 namespace {
 
+// Names of options are spelled in letters of either kind.
 bool is_option(const Node *node) {
-    return node->kind == NODE_STRING && strcmp(node->text, "UniformOutput") == 0;
+    return node->kind == NODE_STRING && strcasecmp(node->text, "UniformOutput") == 0;
 }
 
 bool is_one_of(const Node *node, const char *word, const char *digit) {

@@ -9,6 +9,7 @@
 #include "lower/host_words.h"
 #include "lower/library/element_calls.h"
 #include "lower/library/forms.h"
+#include "lower/library/kind_questions.h"
 #include "lower/library/operator_calls.h"
 #include "lower/library/rewrites.h"
 #include "lower/library/source_calls.h"
@@ -42,6 +43,7 @@ mExpr *new_library_call(const OutsideCall *of, const vExpr *values) {
     OfferedCall call = {of->name, first, values, count_arguments(first), of->results, is_tested};
     if (mExpr *rewritten = new_rewritten_call(&call)) return rewritten;
     if (call.count < 0) return nullptr;
+    if (mExpr *answer = new_kind_answer(&call)) return answer;
     if (mExpr *form = new_form_call(&call)) return form;
     if (mExpr *operators = new_operator_call(&call)) return operators;
     if (mExpr *applied = new_element_call(&call)) return applied;

@@ -65,6 +65,10 @@ bool descends(const OfferedCall *call) {
     return is_down && is_no_text(without_parens(call->first));
 }
 
+bool is_exact(const Node *argument) {
+    return argument->kind == NODE_STRING && strcmp(argument->text, "exact") == 0;
+}
+
 bool is_varargin(const Node *argument) {
     const Symbol *symbol = argument->kind == NODE_NAME ? argument->symbol : nullptr;
     if (!symbol || strcmp(argument->text, "varargin") != 0 || !symbol->scope) return false;
@@ -87,6 +91,10 @@ bool is_surely_vector(const Node *argument) {
     Value value = value_of(argument);
     bool has_one_side = !may_be(value, MAY_HAVE_ROWS) || !may_be(value, MAY_HAVE_COLUMNS);
     return has_one_side || is_varargin(argument) || is_column(argument);
+}
+
+bool is_cell(const Node *argument) {
+    return is_surely(value_of(argument), MAY_BE_CELL) || is_varargin(argument);
 }
 
 // Whether one of both is a text, and the other no cell, whose elements would be compared.
@@ -116,6 +124,8 @@ bool meets_needs(const OfferedCall *call, uint32_t needs) {
     if ((needs & NEEDS_TWO_RESULTS) && call->results != 2) return false;
     if ((needs & NEEDS_TEXT_FIRST) && !is_text(without_parens(call->first))) return false;
     if ((needs & NEEDS_TEXT_LAST) && !is_text(last_argument(call))) return false;
+    if ((needs & NEEDS_CELL_SECOND) && !is_cell(without_parens(call->first->next))) return false;
+    if ((needs & NEEDS_EXACT) && !is_exact(last_argument(call))) return false;
     if ((needs & NEEDS_TEXTS) && !are_texts(call)) return false;
     if (!(needs & NEEDS_PLANE)) return true;
     long plane = count_of(last_argument(call));

@@ -25,6 +25,8 @@ enum LibraryNeed : uint32_t {
     NEEDS_TWO_RESULTS = 1 << 15,  /* two are asked for */
     NEEDS_TEST = 1 << 16,         /* of the value only matters whether it is true */
     FOR_LIBRARY = 1 << 17,        /* a word of the library's own functions */
+    NEEDS_CELL_SECOND = 1 << 19,  /* the second argument is surely a cell */
+    NEEDS_EXACT = 1 << 20,        /* the last one is the text 'exact' */
     IN_PACKAGE = 1 << 18          /* no need: the form begins with the prefix of a package that the
                                      procedure is to declare */
 };

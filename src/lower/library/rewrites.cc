@@ -12,6 +12,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/needs.h"
+#include "lower/library/text_formats.h"
 #include "lower/plain_calls.h"
 #include "lower/shared_parts.h"
 #include "support/allocation.h"
@@ -119,10 +120,12 @@ mExpr *ask_field(const OfferedCall *call) {
     return is_known ? new_keyword_call("isfield", call->values) : nullptr;
 }
 
-// The numbers of characters.
+// The numbers of characters, or of truth values.
 mExpr *take_numbers(const OfferedCall *call) {
-    bool is_known = call->count == 1 && is_surely_text(call->first);
-    return is_known ? new_keyword_call("double", call->values) : nullptr;
+    if (call->count != 1) return nullptr;
+    if (is_surely_text(call->first)) return new_keyword_call("double", call->values);
+    if (!is_surely(value_of(call->first), MAY_BE_TRUTH)) return nullptr;
+    return new_call_leaf(form_text("(%s +~ 0)", {call->values->item->text}));
 }
 
 // The value, or a variable that holds it, which may be written twice.
@@ -169,6 +172,7 @@ constexpr Rewrite Rewrites[] = {
     {"isfield",  false, false, ask_field},
     {"double",   false, false, take_numbers},
     {"deal",     false, true,  deal_values},
+    {"sprintf",  false, false, new_formatted_text},
 };
 // clang-format on
 

@@ -13,6 +13,22 @@ switch one
 end
 )";
 
+// Numbers are equal to the characters that have them as codes: the host's.
+const char IsEqualText[] = R"(function answer = is_equal_text(one, other)
+% Whether two values are the same, of which one is a text.
+answer = same_text(one, other);
+if ~answer
+    if numel(one) == numel(other)
+        answer = holds_texts(one) & holds_texts(other);
+        if answer
+            answer = false;
+        else
+            answer = given_to('isequal');
+        end
+    end
+end
+)";
+
 // Words: the function, the argument that may be anything, the text.
 const char StrcmpInTest[] = R"(function answer = $1(one, other)
 % Whether $2 is the text; of cells, which of them are, and false if none is.
@@ -37,6 +53,24 @@ switch $2
                 end
             end
         end
+end
+)";
+
+// Words: the function, how long an element is, its characters that count, what they do.
+const char StrMatch[] = R"(function places = $1(text, cells, option)
+% Which elements are texts that $4 the text.
+if numel(text) == 0
+    places = given_to('strmatch');
+else
+    chosen = 0*(1:numel(cells));
+    for k = 1:numel(cells)
+        part = cells{k};
+        if numel(part) $2 numel(text)
+            chosen(k) = same_text($3, text);
+        end
+    end
+    places = find(chosen);
+    places = places(:);
 end
 )";
 
@@ -256,7 +290,7 @@ end
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
-    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, IsEqualText, {}},
     {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST, nullptr, StrcmpInTest,
      {"is_same_text", "one", "other"}},
     {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpInTest,
@@ -271,11 +305,16 @@ constexpr LibrarySource Rows[] = {
      {"is_alike_text", "is_same_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpiOf,
      {"has_alike_text", "has_same_text"}},
+    {"strmatch", 2, 2, 1, NEEDS_CELL_SECOND, nullptr, StrMatch,
+     {"strmatch", ">=", "part(1:numel(text))", "begin with"}},
+    {"strmatch", 3, 3, 1, NEEDS_CELL_SECOND | NEEDS_EXACT, nullptr, StrMatch,
+     {"strmatch_exactly", "==", "part", "are"}},
     {"is_text", 2, 2, 1, FOR_LIBRARY, nullptr, IsText, {}},
     {"lower", 1, 1, 1, NEEDS_NOTHING, nullptr, Letters, {"lower", CAPITALS, SMALL}},
     {"upper", 1, 1, 1, NEEDS_NOTHING, nullptr, Letters, {"upper", SMALL, CAPITALS}},
     {"digits", 2, 2, 1, FOR_LIBRARY, nullptr, Digits, {}},
     {"int2str", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Int2Str, {}},
+    {"%d", 1, 1, 1, NEEDS_NOTHING, nullptr, Int2Str, {}},
     {"num2str", 1, 1, 1, NEEDS_NUMBERS, nullptr, Num2Str, {}},
     {"number_text", 1, 1, 1, FOR_LIBRARY, nullptr, Num2Str, {}},
     {"num2str", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Num2StrOfAny, {}},

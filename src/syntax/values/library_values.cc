@@ -151,6 +151,8 @@ bool opens_file(const Node *arguments) {
 Value value_of_options(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_SIZES && is_like_another(arguments)) return ANY_KIND | ANY_SIGN;
     if (arguments && strcmp(function->name, "eps") == 0) return ANY_SHAPE;
+    bool makes_object = arguments && arguments->next && strcmp(function->name, "class") == 0;
+    if (makes_object) return ANY_VALUE;
     if (function->shape == SHAPE_FILE) return opens_file(arguments) ? ONE : ANY_VALUE;
     bool has_digits = arguments && arguments->next && strcmp(function->name, "round") == 0;
     return has_digits ? joined(arguments) & MAY_BE_BROKEN : 0;
