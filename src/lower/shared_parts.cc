@@ -15,6 +15,7 @@ namespace {
 // Whoever else may see a variable: what it holds outlives the function, or changes elsewhere.
 constexpr uint32_t SEEN_ELSEWHERE =
     SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+constexpr uint32_t LIVES_ON = SEEN_ELSEWHERE | SYMBOL_OUTPUT | SYMBOL_LIVES_ON;
 
 // The first argument of a call of a function; null for anything else.
 const Node *first_argument(const Node *value, const char *function) {
@@ -40,12 +41,20 @@ bool has_parts(const Symbol *symbol) {
     return symbol->fields || (symbol->flags & SYMBOL_HAS_BRACES);
 }
 
+// What is given away is given whole, and not copied there.
+bool is_given_on(const Node *target) {
+    bool is_one = target && target->kind != NODE_TARGETS && target->kind != NODE_TILDE;
+    const Symbol *symbol = is_one ? variable_of(target) : nullptr;
+    return symbol && (symbol->flags & SYMBOL_GIVEN_AWAY);
+}
+
 // Where the text does not tell, a variable that is used as a cell or a struct is one.
 bool may_hold_parts(const Node *value) {
     Value kinds = kinds_of(value_of(value));
     if (!may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD)) return false;
     if (!may_be(kinds, ARITHMETIC | MAY_BE_TEXT)) return true;
     const Node *target = Lowering.holder.target;
+    if (is_given_on(target)) return true;
     bool is_inside = value->kind == NODE_REFERENCE && second_child(value)->next;
     const Symbol *from = is_inside ? nullptr : variable_of(value);
     return (from && has_parts(from)) ||
@@ -66,7 +75,7 @@ bool changes_at(const Node *target, uint32_t depth) {
 
 bool is_seen_at(const Node *target) {
     const Symbol *symbol = target->kind == NODE_TILDE ? nullptr : variable_of(target);
-    return symbol && (symbol->flags & (SEEN_ELSEWHERE | SYMBOL_OUTPUT));
+    return symbol && (symbol->flags & LIVES_ON);
 }
 
 // Whether what the holder, or one of several, holds so deep changes, or lives on. The result of an
@@ -120,9 +129,22 @@ bool is_left_open(const Symbol *symbol) {
     return !FileMode && symbol->scope->owner->kind == NODE_FILE;
 }
 
+// Whether the target takes the elements of an array, x(:, k) = y, and none of them is shared.
+bool takes_elements(const Node *value) {
+    const Node *target = Lowering.holder.target;
+    if (!target || target->kind != NODE_REFERENCE) return false;
+    if (may_be(kinds_of(value_of(value)), MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_OTHER)) return false;
+    const Node *last = last_selector(target);
+    if (last->kind != NODE_ARGUMENTS) return false;
+    for (const Node *index = last->first_child; index; index = index->next)
+        if (index->kind == NODE_RANGE || is_colon(index)) return true;
+    return false;
+}
+
 bool needs_copy(const Node *value, Depths depths) {
     const Symbol *from = variable_of(value);
     if (!Lowering.holder.value || is_replaced(value, from)) return false;
+    if (value->is_given_away || takes_elements(value)) return false;
     if (value->kind == NODE_NAME && is_left_open(from)) return true;
     return from->depth_changed > depth_of(value) + depths.in_value ||
            (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
@@ -216,5 +238,5 @@ bool may_change_results(const Scope *scope) {
 }
 
 bool must_own(const Symbol *parameter) {
-    return parameter->depth_changed > 0 || (parameter->flags & (SEEN_ELSEWHERE | SYMBOL_OUTPUT));
+    return parameter->depth_changed > 0 || (parameter->flags & LIVES_ON);
 }

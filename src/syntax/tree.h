@@ -175,11 +175,12 @@ enum NodeFlag : uint16_t {
 struct Node {
     NodeKind kind;
     OperatorId op;
-    OperatorId joint; /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
-    uint8_t spare;
-    uint16_t flags;  /* of NodeFlag */
-    uint16_t value;  /* what its value may be (values/value.h); 0: nothing is known */
-    uint32_t offset; /* place in the source: first byte, from 0, and number of bytes */
+    OperatorId joint;   /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
+    bool is_given_away; /* NAME as the value of an assignment, behind which what the variable held
+                           is the target's alone (names/givings.h) */
+    uint16_t flags;     /* of NodeFlag */
+    uint16_t value;     /* what its value may be (values/value.h); 0: nothing is known */
+    uint32_t offset;    /* place in the source: first byte, from 0, and number of bytes */
     uint32_t length;
     union {
         const char *text; /* null where the kind has none */

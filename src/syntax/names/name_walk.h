@@ -1,6 +1,7 @@
 /* The walk over a function that settles its names: its state, and what it does with a name. */
 #pragma once
 
+#include "syntax/names/givings.h"
 #include "syntax/names/loop_variables.h"
 #include "syntax/names/name_map.h"
 #include "syntax/names/names.h"
@@ -18,6 +19,8 @@ struct NameWalk {
     Scope *function; /* innermost that is no anonymous function's */
     LoopWalk loops;
     SetWalk sets;
+    const Node *block;    /* innermost */
+    Givings givings;      /* of the function */
     BareName *bare_names; /* of the function, in source order */
     BareName *last_bare;
     uint32_t anonymous_count;

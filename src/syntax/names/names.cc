@@ -141,12 +141,20 @@ void set_result(NameWalk *walk, Node *target, const Node *value) {
     target->symbol->values->kind = VALUE_RESULT;
 }
 
+void note_assigned_name(NameWalk *walk, const Node *assignment) {
+    const OpenLoop *open = walk->loops.innermost;
+    const Node *loop = open ? open->loop : nullptr;
+    while (open && open->outer) open = open->outer;
+    note_giving(&walk->givings, assignment, loop, open ? open->loop : nullptr);
+}
+
 void walk_assignment(NameWalk *walk, Node *assignment) {
     Node *target = assignment->first_child;
     bool is_plain = assignment->op == OPERATOR_NONE;
     name_target(walk, target);
     if (!is_plain && target->kind == NODE_NAME) read_name(walk, target);
     walk_node(walk, target->next);
+    if (is_plain) note_assigned_name(walk, assignment);
     set_target(walk, target, is_plain ? target->next : nullptr);
 }
 
@@ -186,9 +194,12 @@ void walk_multi_assignment(NameWalk *walk, Node *assignment) {
 
 void walk_statements(NameWalk *walk, Node *block) {
     uint32_t outer = walk->loops.block_start;
+    const Node *outer_block = walk->block;
     walk->loops.block_start = walk->loops.clock;
+    walk->block = block;
     walk_nodes(walk, block->first_child);
     walk->loops.block_start = outer;
+    walk->block = outer_block;
 }
 
 void walk_block(NameWalk *walk, Node *block) {
@@ -202,13 +213,16 @@ void walk_branch(NameWalk *walk, Node *branch, SetBranches *branches) {
     Node *block = branch->first_child;
     for (; block->next; block = block->next) walk_node(walk, block);
     SetCell *outer = begin_set_block(&walk->sets);
+    const Giving *before = walk->givings.last;
     walk_statements(walk, block);
+    end_giving_branch(&walk->givings, before);
     end_set_branch(&walk->sets, outer, branches, block);
 }
 
 // if and switch
 void walk_branches(NameWalk *walk, Node *statement) {
     SetBranches branches = {};
+    const Giving *before = walk->givings.last;
     for (Node *child = statement->first_child; child; child = child->next) {
         bool is_rest = child->kind == NODE_ELSE || child->kind == NODE_OTHERWISE;
         if (is_rest) branches.is_whole = true;
@@ -217,6 +231,7 @@ void walk_branches(NameWalk *walk, Node *statement) {
         else
             walk_node(walk, child);
     }
+    end_giving_branches(&walk->givings, before);
     end_set_branches(&walk->sets, &branches);
 }
 
@@ -273,6 +288,7 @@ void walk_try(NameWalk *walk, Node *statement) {
     Node *handler = body->next;
     if (has_flag(statement, HAS_IDENTIFIER)) {
         set_name(walk, handler, nullptr);
+        handler->symbol->set_in = nullptr;  // only after an error
         handler = handler->next;
     }
     walk_statements(walk, handler);
@@ -426,6 +442,7 @@ void finish_function(NameWalk *walk) {
     walk_nested_functions(walk);
     finish_sets(&walk->sets, walk->function);
     finish_loops(&walk->loops);
+    finish_givings(&walk->givings, walk->function);
     index_names(walk->function);
     leave_scope(walk, walk->function);
 }
@@ -435,6 +452,8 @@ void walk_function(NameWalk *walk, Node *function) {
     enter_function(walk, function);
     walk->sets = {};
     walk->loops = {};
+    walk->block = nullptr;
+    walk->givings = {};
     walk->loops.clock = walk->loops.block_start = outer.loops.clock;
     walk_body(walk, function);
     finish_function(walk);

@@ -45,7 +45,10 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CLASS_KNOWN = 1 << 21,    /* it has been found */
     SYMBOL_GIVEN_COUNTS = 1 << 22,   /* a parameter whose given value may be used: not all ways set
                                          it as a whole before */
-    SYMBOL_SIDES_ASKED = 1 << 23     /* size, rows or columns is asked of it */
+    SYMBOL_SIDES_ASKED = 1 << 23,    /* size, rows or columns is asked of it */
+    SYMBOL_CAPTURED = 1 << 24,       /* an anonymous function names it */
+    SYMBOL_GIVEN_AWAY = 1 << 25,     /* an assignment gives away what it holds (names/givings.h) */
+    SYMBOL_LIVES_ON = 1 << 26        /* and to what outlives the function */
 };
 
 /* A name in the functions that share it. */
@@ -68,7 +71,10 @@ struct Symbol {
     bool is_set;            /* where the walk over the names is (set_variables.h) */
     uint32_t unset_since;
     SetBranchCell *in_branches;
-    uint32_t first_set;    /* end of the first target that sets it or a part of it; 0 for none */
+    const Node *last_named; /* NAME or HANDLE that stands last in the text; null in a clear */
+    const Node *set_in;     /* block in which it is set as a whole before anything else is done with
+                               it; null for none */
+    uint32_t first_set;     /* end of the first target that sets it or a part of it; 0 for none */
     uint32_t last_asked;   /* of a parameter, where exist is last asked for it when it may have been
                               set; UINT32_MAX within a loop, 0 for nowhere */
     LoopUse *loops;        /* loops over it; null for none */

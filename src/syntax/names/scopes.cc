@@ -164,7 +164,10 @@ static Symbol *mention_text(NameWalk *walk, const char *name) {
     Symbol *symbol = bound_symbol(walk, name);
     if (!symbol) symbol = new_symbol(walk, walk->function, name);
     const Scope *owner = symbol->scope;
-    if (owner != walk->scope && is_anonymous(walk->scope)) capture(walk->scope, symbol);
+    if (owner != walk->scope && is_anonymous(walk->scope)) {
+        capture(walk->scope, symbol);
+        symbol->flags |= SYMBOL_CAPTURED;
+    }
     if (owner != walk->function && !is_anonymous(owner)) note_sharing(walk->function, symbol);
     if (walk->in_script) symbol->flags |= SYMBOL_IN_SCRIPT;
     return symbol;
@@ -172,7 +175,9 @@ static Symbol *mention_text(NameWalk *walk, const char *name) {
 
 Symbol *mention(NameWalk *walk, Node *name) {
     assert(is_named(name));
-    return name->symbol = mention_text(walk, name->text);
+    name->symbol = mention_text(walk, name->text);
+    name->symbol->last_named = name;
+    return name->symbol;
 }
 
 void read_name(NameWalk *walk, Node *name) {
@@ -180,6 +185,7 @@ void read_name(NameWalk *walk, Node *name) {
     Symbol *symbol = mention(walk, name);
     symbol->flags |= symbol->flags & SET ? SYMBOL_READ : SYMBOL_READ | SYMBOL_READ_FIRST;
     walk->scope->flags |= special_flags(name->text);
+    note_unseen_uses(&walk->givings, name);
     note_reading(&walk->loops, symbol);
     note_set_reading(symbol);
 }
@@ -213,6 +219,7 @@ void set_name(NameWalk *walk, Node *name, const Node *value) {
     constexpr uint32_t USED = SYMBOL_READ | SYMBOL_ASSIGNED | SYMBOL_CHANGED;
     Symbol *symbol = set_symbol(walk, name);
     if (symbol->position > 0 && !(symbol->flags & USED)) symbol->flags |= SYMBOL_MAY_BE_MISSING;
+    if (!(symbol->flags & USED)) symbol->set_in = walk->block;
     symbol->flags |= SYMBOL_ASSIGNED;
     if (!is_function_expression(value)) symbol->flags |= SYMBOL_OTHER_VALUE;
     note_value(symbol, value ? VALUE_WHOLE : VALUE_UNKNOWN, value);
@@ -229,6 +236,7 @@ void change_name(NameWalk *walk, Node *name) {
 
 static void clear_name(NameWalk *walk, const Node *word) {
     Symbol *symbol = mention_text(walk, intern(word->text));
+    symbol->last_named = nullptr;
     note_setting(&walk->loops, symbol);
     note_unset(&walk->sets, symbol);
     walk->function->flags |= NAMES_VARIABLES;
