@@ -111,7 +111,10 @@ const char *start_text(const Node *selector, bool is_cell) {
     bool is_plane = grows_in_plane(selector);  // an empty row has a row
     switch (selector->kind) {
         case NODE_BRACES: return is_plane ? "Vector()" : EMPTY_CELL;
-        case NODE_ARGUMENTS: return is_cell && !is_plane ? EMPTY_CELL : "Vector()";
+        case NODE_ARGUMENTS: {
+            bool is_struct = selector->next && selector->next->kind == NODE_FIELD;
+            return is_cell && !is_plane && !is_struct ? EMPTY_CELL : "Vector()";
+        }
         default: return new_keyword_call("struct", {})->text;
     }
 }
