@@ -128,6 +128,25 @@ const char *value_text(const Node *target, const Node *value) {
     return text;
 }
 
+// Whether a number is put among characters: it becomes one.
+bool becomes_character(const Node *target, const Node *value) {
+    if (target->kind != NODE_REFERENCE) return false;
+    const Node *last = last_selector(target);
+    const Node *holder = target->first_child;
+    while (holder->next != last) holder = holder->next;
+    bool is_text = kinds_of(value_of(holder)) == MAY_BE_TEXT && holder->kind != NODE_BRACES;
+    return last->kind == NODE_ARGUMENTS && is_text && is_surely(value_of(value), ARITHMETIC);
+}
+
+// "A" for 65, char(k) for what is not known, or cannot be read as it is.
+const char *character_text(const char *number) {
+    int code = strspn(number, "0123456789") == strlen(number) ? atoi(number) : 0;
+    bool is_plain = code >= ' ' && code <= '~' && code != '"' && code != '\\';
+    if (!is_plain) return new_keyword_call("char", {number})->text;
+    const char text[] = {static_cast<char>(code), '\0'};
+    return string_text(text);
+}
+
 }  // namespace
 
 void put_assignment(const Node *node) {
@@ -138,7 +157,8 @@ void put_assignment(const Node *node) {
     Target target = lower_target(place, nullptr);
     const char *value =
         node->op == OPERATOR_NONE ? value_text(place, place->next) : compound_value(&target, node);
-    put_value(&target, value);
+    bool is_number = becomes_character(place, place->next);
+    put_value(&target, is_number ? character_text(value) : value);
 }
 
 namespace {

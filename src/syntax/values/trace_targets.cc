@@ -38,11 +38,13 @@ Value size_after(Value before, const Node *arguments) {
 }
 
 // What has no elements takes the kind of what comes, unless it is a text or has a kind otherwise.
+// A number among characters becomes one.
 Value kinds_after(Value before, const Node *arguments, Value value) {
     constexpr Value KEPT = MAY_BE_CELL | MAY_BE_TEXT | MAY_BE_TRUTH | MAY_BE_OTHER;
     bool is_plain = is_empty(before) && !may_be(before, SIZED) && selects_one(arguments);
     Value had = kinds_of(is_plain ? Value(before & KEPT) : before);
     if (had == MAY_BE_CELL) return MAY_BE_CELL;
+    if (had == MAY_BE_TEXT && is_surely(value, ARITHMETIC)) return MAY_BE_TEXT;
     return had | kinds_of(value);
 }
 
