@@ -61,16 +61,36 @@ bool may_hold_parts(const Node *value) {
            (target && target->kind == NODE_NAME && has_parts(target->symbol));
 }
 
-// What is held plainly is never changed inside.
-bool is_immutable(const Node *node) {
-    constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT | MAY_BE_FUNCTION;
-    Value value = value_of(node);
-    return is_surely(value, PLAIN) && is_single(value);
-}
-
 bool changes_at(const Node *target, uint32_t depth) {
     const Symbol *symbol = target->kind == NODE_TILDE ? nullptr : variable_of(target);
     return symbol && symbol->depth_changed > depth_of(target) + depth;
+}
+
+// x(k) of what is used as no cell takes over the characters that are put there.
+bool takes_elements(const Node *target) {
+    if (target->kind != NODE_REFERENCE || second_child(target)->kind != NODE_ARGUMENTS)
+        return false;
+    const Node *base = target->first_child;
+    return !second_child(target)->next && base->kind == NODE_NAME && !has_parts(base->symbol) &&
+           kinds_of(value_of(base)) != MAY_BE_CELL;
+}
+
+// Whether characters of the value may be changed, in the variable that it is read from or in the
+// one that holds it.
+bool changes_characters(const Node *value) {
+    const Node *target = Lowering.holder.target;
+    const Symbol *from = variable_of(value);
+    if (target && takes_elements(target)) return false;
+    if (from && from->depth_changed > depth_of(value)) return true;
+    return target && target->kind != NODE_TARGETS && changes_at(target, 0);
+}
+
+// What is held plainly is never changed inside, but for the characters of a text.
+bool is_immutable(const Node *node) {
+    constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT | MAY_BE_FUNCTION;
+    Value value = value_of(node);
+    if (!is_surely(value, PLAIN) || !is_single(value)) return false;
+    return !may_be(value, MAY_BE_TEXT) || !changes_characters(node);
 }
 
 bool is_seen_at(const Node *target) {
@@ -130,7 +150,7 @@ bool is_left_open(const Symbol *symbol) {
 }
 
 // Whether the target takes the elements of an array, x(:, k) = y, and none of them is shared.
-bool takes_elements(const Node *value) {
+bool is_spread(const Node *value) {
     const Node *target = Lowering.holder.target;
     if (!target || target->kind != NODE_REFERENCE) return false;
     if (may_be(kinds_of(value_of(value)), MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_OTHER)) return false;
@@ -144,7 +164,7 @@ bool takes_elements(const Node *value) {
 bool needs_copy(const Node *value, Depths depths) {
     const Symbol *from = variable_of(value);
     if (!Lowering.holder.value || is_replaced(value, from)) return false;
-    if (value->is_given_away || takes_elements(value)) return false;
+    if (value->is_given_away || is_spread(value)) return false;
     if (value->kind == NODE_NAME && is_left_open(from)) return true;
     return from->depth_changed > depth_of(value) + depths.in_value ||
            (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
