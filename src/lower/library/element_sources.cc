@@ -36,6 +36,11 @@ if nargin > 1
 end
 )";
 
+const char FindFirst[] = R"(function places = find_first(x, count, order)
+% The first places where x is not zero.
+places = find(x, count);
+)";
+
 const char FindPlaces[] = R"(function [row, col, values] = find_places(x)
 % The rows and columns in which x is not zero, and what stands there.
 row = find(x);
@@ -103,6 +108,7 @@ constexpr LibrarySource Rows[] = {
     {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs, {}},
     {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan, {}},
     {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find, {}},
+    {"find", 3, 3, 1, NEEDS_FIRST, nullptr, FindFirst, {}},
     {"find", 1, 1, 3, NEEDS_NO_TEXT, nullptr, FindPlaces, {}},
     {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz, {}},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},

@@ -46,6 +46,16 @@ else
 end
 )";
 
+// Words: the function, that of vectors, MATLAB's, what the values are.
+const char WeightedFold[] = R"(function y = $1(x, weight, side)
+% $4 along a side, with the usual weight.
+if ndims(x) > 2
+    y = given_to('$3');
+else
+    y = folded(@$2, x, side);
+end
+)";
+
 // Words: the function, its value for no elements, that with one more element, what it is.
 const char FoldOfVector[] = R"(function y = $1(x)
 % The $4 of a row or a column.
@@ -93,6 +103,10 @@ constexpr LibrarySource Rows[] = {
     {"mean", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold, {"mean", "middle", "", "Means"}},
     {"var", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Fold, {"var", "variance", "", "Variances"}},
     {"std", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Fold, {"std", "deviation", "", "Deviations"}},
+    {"var", 3, 3, 1, NEEDS_NO_TEXT | NEEDS_USUAL_WEIGHT | NEEDS_PLANE, nullptr, WeightedFold,
+     {"var_along", "variance", "var", "Variances"}},
+    {"std", 3, 3, 1, NEEDS_NO_TEXT | NEEDS_USUAL_WEIGHT | NEEDS_PLANE, nullptr, WeightedFold,
+     {"std_along", "deviation", "std", "Deviations"}},
     {"median", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Fold, {"median", "median_of", "", "Medians"}},
     {"some", 1, 1, 1, FOR_LIBRARY, nullptr, Decision,
      {"some", "element ~= 0 & element == element", "1", "0"}},

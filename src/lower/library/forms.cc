@@ -34,6 +34,7 @@ constexpr Form Forms[] = {
     {"size",     1, NEEDS_NOTHING,   "ArrayTools:-Size({1})"},
     {"size",     2, NEEDS_PLANE,     "ArrayTools:-Size({1})({2})"},
     {"ndims",    1, NEEDS_NOTHING,   "ArrayNumElems(ArrayTools:-Size({1}),'All')"},
+    {"ismatrix", 1, NEEDS_NOTHING,   "ArrayNumElems(ArrayTools:-Size({1}),'All')", OP_EQ, "2"},
     {"rows",     1, NEEDS_NOTHING,   "ArrayTools:-Size({1})(1)"},
     {"columns",  1, NEEDS_NOTHING,   "ArrayTools:-Size({1})(2)"},
     {"zeros",    0, NEEDS_NOTHING,   "0"},

@@ -65,8 +65,18 @@ bool descends(const OfferedCall *call) {
     return is_down && is_no_text(without_parens(call->first));
 }
 
-bool is_exact(const Node *argument) {
-    return argument->kind == NODE_STRING && strcmp(argument->text, "exact") == 0;
+bool is_word(const Node *argument, const char *word) {
+    return argument->kind == NODE_STRING && strcmp(argument->text, word) == 0;
+}
+
+bool counts_from_first(const OfferedCall *call) {
+    return is_word(last_argument(call), "first") && is_no_text(without_parens(call->first));
+}
+
+bool has_usual_weight(const OfferedCall *call) {
+    const Node *weight = without_parens(call->first->next);
+    bool is_zero = weight->kind == NODE_NUMBER && strcmp(weight->text, "0") == 0;
+    return is_zero || is_empty_literal(weight);
 }
 
 bool is_varargin(const Node *argument) {
@@ -125,7 +135,9 @@ bool meets_needs(const OfferedCall *call, uint32_t needs) {
     if ((needs & NEEDS_TEXT_FIRST) && !is_text(without_parens(call->first))) return false;
     if ((needs & NEEDS_TEXT_LAST) && !is_text(last_argument(call))) return false;
     if ((needs & NEEDS_CELL_SECOND) && !is_cell(without_parens(call->first->next))) return false;
-    if ((needs & NEEDS_EXACT) && !is_exact(last_argument(call))) return false;
+    if ((needs & NEEDS_EXACT) && !is_word(last_argument(call), "exact")) return false;
+    if ((needs & NEEDS_FIRST) && !counts_from_first(call)) return false;
+    if ((needs & NEEDS_USUAL_WEIGHT) && !has_usual_weight(call)) return false;
     if ((needs & NEEDS_TEXTS) && !are_texts(call)) return false;
     if (!(needs & NEEDS_PLANE)) return true;
     long plane = count_of(last_argument(call));

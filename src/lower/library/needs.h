@@ -27,6 +27,8 @@ enum LibraryNeed : uint32_t {
     FOR_LIBRARY = 1 << 17,        /* a word of the library's own functions */
     NEEDS_CELL_SECOND = 1 << 19,  /* the second argument is surely a cell */
     NEEDS_EXACT = 1 << 20,        /* the last one is the text 'exact' */
+    NEEDS_FIRST = 1 << 21,        /* the first one is no text, the last one the text 'first' */
+    NEEDS_USUAL_WEIGHT = 1 << 22, /* the second one is 0 or [] */
     IN_PACKAGE = 1 << 18          /* no need: the form begins with the prefix of a package that the
                                      procedure is to declare */
 };

@@ -118,6 +118,20 @@ elseif numel(x) > 0
 end
 )";
 
+const char Union[] = R"(function y = union(one, other)
+% The different elements of both in order, in a row if both are one.
+if numel(one) == 0 | numel(other) == 0
+    y = given_to('union');
+elseif holds_texts(one) | holds_texts(other)
+    y = given_to('union');
+else
+    y = unique(vertcat(one(:), other(:)));
+    if size(one, 1) == 1 & size(other, 1) == 1
+        y = y(:).';
+    end
+end
+)";
+
 const char IsMember[] = R"(function answer = ismember(x, set)
 % Which elements are in a set.
 if holds_texts(x)
@@ -176,6 +190,7 @@ constexpr LibrarySource Rows[] = {
     {"sort", 1, 1, 2, NEEDS_NO_TEXT, nullptr, Sort, {"sort", "ordered"}},
     {"sort", 2, 2, 2, NEEDS_DESCEND, nullptr, Sort, {"sort_down", "ordered_down"}},
     {"unique", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Unique, {}},
+    {"union", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Union, {}},
     {"has_element", 2, 2, 1, FOR_LIBRARY, nullptr, HasElement, {}},
     {"ismember", 2, 2, 1, NEEDS_NO_TEXT, nullptr, IsMember, {}},
     {"setdiff", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Selection, {"setdiff", "0"}},

@@ -141,6 +141,7 @@ constexpr LibraryFunction Functions[] = {
     {"isinf", TRUTH, 0, SHAPE_ALL, 0},
     {"isinteger", TRUTH, 0, SHAPE_ONE, 0, true},
     {"islogical", TRUTH, 0, SHAPE_ONE, 0, true},
+    {"ismatrix", TRUTH, 0, SHAPE_ONE, 0, true},
     {"ismember", TRUTH, 0, SHAPE_ANY, NUMBERS},
     {"isnan", TRUTH, 0, SHAPE_ALL, 0},
     {"isnumeric", TRUTH, 0, SHAPE_ONE, 0, true},
