@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "lower/context.h"
+#include "lower/long_lines.h"
 #include "lower/statements.h"
 #include "support/allocation.h"
 
@@ -51,7 +52,6 @@ bool has_word_twice(const char *answer, std::initializer_list<BlockPlace> places
 }
 
 int level_of(const char *line) {
-    constexpr size_t INDENT = 4;
     return static_cast<int>((strspn(line, " ") + INDENT - 1) / INDENT);
 }
 

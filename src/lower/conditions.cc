@@ -70,6 +70,7 @@ Test lower_value(const Node *node) {
     if (is_literal(node, "true")) return constant_test(true);
     if (is_literal(node, "false")) return constant_test(false);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0) return constant_test(true);
+    if (node->kind == NODE_NUMBER && strcmp(node->text, "0") == 0) return constant_test(false);
     const mExpr *value = lower_tested(node);
     if (const Test *relation = relation_of(value)) return *relation;
     if (is_truth_word(value->text)) return constant_test(*value->text == 't');
