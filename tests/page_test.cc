@@ -20,7 +20,7 @@ protected:
     std::string elements(const std::string &address) const {
         run("HOME=. chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
             "--disable-background-networking --disable-component-update --disable-sync "
-            "--user-data-dir=./browser --enable-logging=stderr --dump-dom 'file://" +
+            "--virtual-time-budget=20000 --user-data-dir=./browser --enable-logging=stderr --dump-dom 'file://" +
             (directory / "r.html").string() + address + "'");
         const std::string said = read(directory / "err");
         const std::size_t uncaught = said.find("Uncaught");

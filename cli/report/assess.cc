@@ -6,7 +6,6 @@
 #include <set>
 #include <sstream>
 
-#include "cli/report/report_summary.h"
 #include "cli/report/report_words.h"
 
 namespace mtranslate {
@@ -15,12 +14,6 @@ namespace {
 
 constexpr std::size_t MOST_FUNCTIONS = 10;
 constexpr std::size_t MOST_MESSAGES = 15;
-
-/* A function to write a rule for. */
-struct Candidate {
-    const UnresolvedFunction *function;
-    std::size_t completed; /* statements that translate then, with the rules of those before it */
-};
 
 /* Chooses, one after the other, the function that completes most statements. */
 class Choice {
@@ -133,16 +126,20 @@ void write_candidates(std::ostream &to, const std::vector<Candidate> &candidates
 
 }  // namespace
 
+std::vector<Candidate> candidates(const Report &report, const ReportSummary &summary) {
+    return Choice(report, summary.unresolved).candidates();
+}
+
 std::string assessment(const Report &report) {
     const ReportSummary summary = summarise(report);
     std::ostringstream text;
     write_size(text, summary.totals);
     write_today(text, summary.totals);
     write_obstacles(text, summary.messages);
-    const auto candidates = Choice(report, summary.unresolved).candidates();
-    if (candidates.empty()) return text.str();
-    write_candidates(text, candidates, summary.totals);
-    const std::size_t rest = summary.unresolved.size() - candidates.size();
+    const std::vector<Candidate> chosen = candidates(report, summary);
+    if (chosen.empty()) return text.str();
+    write_candidates(text, chosen, summary.totals);
+    const std::size_t rest = summary.unresolved.size() - chosen.size();
     if (rest > 0)
         text << counted(rest, "more function is", "more functions are") << " left to the host.\n";
     return text.str();

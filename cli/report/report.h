@@ -34,6 +34,7 @@ struct ReportFile {
 struct Report {
     std::vector<ReportFile> files; /* by path */
     std::set<std::string> rules;   /* titles of those in force */
+    bool shows_sources = true;     /* as a page */
     bool is_interrupted = false;   /* files are missing that the run was asked for */
 };
 

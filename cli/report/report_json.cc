@@ -1,10 +1,9 @@
 /* Reports as JSON: docs/report.schema.json. */
+#include "cli/report/report_json.h"
+
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "cli/files/files.h"
-#include "cli/report/report.h"
-#include "cli/report/report_summary.h"
 #include "cli/report/statistics_json.h"
 
 namespace mtranslate {
@@ -65,20 +64,6 @@ Json json_of(const Diagnostic &diagnostic, const std::string &path) {
     if (diagnostic.column == 0) return json;
     json["column"] = diagnostic.column;
     json["endColumn"] = diagnostic.end_column;
-    return json;
-}
-
-Json json_of(const ReportFile &file) {
-    Json json = {{"path", file.path}};
-    if (!file.output.empty()) json["output"] = file.output;
-    json["state"] = STATES[static_cast<std::size_t>(file.state)];
-    json.update(Json(file.facts));
-    json["messageCounts"] = by_severity(count_severities(file.diagnostics));
-    json["messages"] = Json::array();
-    for (const Diagnostic &diagnostic : file.diagnostics)
-        json["messages"].push_back(json_of(diagnostic, file.path));
-    json["rules"] = Json::object();
-    for (const auto &[title, count] : file.rules_used) json["rules"][title] = count;
     return json;
 }
 
@@ -164,19 +149,47 @@ Report report_from(const Json &json) {
 
 }  // namespace
 
+Json file_json(const ReportFile &file) {
+    Json json = {{"path", file.path}};
+    if (!file.output.empty()) json["output"] = file.output;
+    json["state"] = STATES[static_cast<std::size_t>(file.state)];
+    json.update(Json(file.facts));
+    json["messageCounts"] = by_severity(count_severities(file.diagnostics));
+    json["messages"] = Json::array();
+    for (const Diagnostic &diagnostic : file.diagnostics)
+        json["messages"].push_back(json_of(diagnostic, file.path));
+    json["rules"] = Json::object();
+    for (const auto &[title, count] : file.rules_used) json["rules"][title] = count;
+    return json;
+}
+
+Json head_json(const Report &report, const ReportSummary &summary) {
+    return {{"format", FORMAT},
+            {"version", VERSION_OF_FORMAT},
+            {"interrupted", report.is_interrupted},
+            {"totals", json_of(summary.totals)},
+            {"unresolved", summary.unresolved},
+            {"messages", summary.messages},
+            {"unassigned", summary.unassigned},
+            {"rules", summary.rules}};
+}
+
+std::string text_of(const Json &json, int indent) {
+    return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 std::string report_json(const Report &report) {
-    const ReportSummary summary = summarise(report);
-    Json json = {{"format", FORMAT},
-                 {"version", VERSION_OF_FORMAT},
-                 {"interrupted", report.is_interrupted},
-                 {"totals", json_of(summary.totals)},
-                 {"unresolved", summary.unresolved},
-                 {"messages", summary.messages},
-                 {"unassigned", summary.unassigned},
-                 {"rules", summary.rules},
-                 {"files", Json::array()}};
-    for (const ReportFile &file : report.files) json["files"].push_back(json_of(file));
-    return json.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';  // paths are any bytes
+    std::string text = text_of(head_json(report, summarise(report)), 1);
+    text.resize(text.size() - 2);  // the end of the line and the object
+    text += ",\n \"files\": [";
+    for (const ReportFile &file : report.files) {
+        text += &file == report.files.data() ? "\n  " : ",\n  ";
+        for (const char c : text_of(file_json(file), 1)) {
+            text += c;
+            if (c == '\n') text += "  ";
+        }
+    }
+    return text + (report.files.empty() ? "]\n}\n" : "\n ]\n}\n");
 }
 
 Report read_report(const std::string &path) {

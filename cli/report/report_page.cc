@@ -1,9 +1,10 @@
-/* Reports as a page: the files of report_page/ with the report's JSON, and the texts of files, in
- * elements of their own, which the page reads when they are wanted. */
-#include <nlohmann/json.hpp>
-
+/* Reports as a page: the files of page/ with the report's JSON, and the texts of files in packs of
+ * their own, which the page opens when they are wanted. */
 #include "cli/files/files.h"
-#include "cli/report/report.h"
+#include "cli/messages/explain.h"
+#include "cli/report/assess.h"
+#include "cli/report/page/packed.h"
+#include "cli/report/report_json.h"
 #include "cli/report/statistics_json.h"
 #include "cli/support/characters.h"
 #include "report_page_texts.h"
@@ -14,8 +15,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/* Of sources and translations; a page with more would hardly open. */
+/* Of packed sources and translations; a page with more would hardly open. */
 constexpr std::size_t MOST_BYTES_OF_TEXTS = 64 << 20;
+/* Of the texts in a pack: more are packed better, fewer are opened sooner. */
+constexpr std::size_t BYTES_OF_PACK = 1 << 19;
 
 /* Bytes that are no UTF-8 are taken for Latin-1. */
 std::string readable(std::string_view bytes) {
@@ -36,18 +39,6 @@ std::string readable(std::string_view bytes) {
     return text;
 }
 
-/* In a script element nothing may look like markup. */
-std::string in_element(const Json &json) {
-    std::string text;
-    for (const char c : json.dump(-1, ' ', false, Json::error_handler_t::replace)) {
-        if (c == '<')
-            text += "\\u003c";
-        else
-            text += c;
-    }
-    return text;
-}
-
 /* What the page needs of it: lines alone, of the file itself. */
 Json map_of(const ReportFile &file) {
     Json map = Json::array();
@@ -56,13 +47,6 @@ Json map_of(const ReportFile &file) {
             map.push_back(
                 {lines.line, lines.end_line, lines.first, lines.last, name_of_kind(lines.kind)});
     return map;
-}
-
-/* The report without what the texts have. */
-Json report_of(const Report &report) {
-    Json json = Json::parse(report_json(report));
-    for (Json &file : json["files"]) file.erase("map");
-    return json;
 }
 
 /* Null where the source cannot be read again. */
@@ -78,17 +62,79 @@ Json texts_of(const ReportFile &file) {
     return texts;
 }
 
-std::string text_elements(const Report &report) {
-    std::string elements;
-    for (std::size_t i = 0; i < report.files.size(); ++i) {
-        const Json texts = texts_of(report.files[i]);
-        if (texts.is_null()) continue;
-        const std::string text = in_element(texts);
-        if (elements.size() + text.size() > MOST_BYTES_OF_TEXTS) continue;
-        elements += "<script type=\"application/json\" id=\"text-" + std::to_string(i) + "\">" +
-                    text + "</script>\n";
+/* The packs of texts, each an array in an element, and where each file is in them. */
+class Packs {
+public:
+    explicit Packs(const Report &report) : places_(report.files.size()) {
+        if (!report.shows_sources) return;
+        for (std::size_t i = 0; i < report.files.size(); ++i) add(i, texts_of(report.files[i]));
+        if (count_ > 0) close();
     }
-    return elements;
+
+    const std::string &elements() const { return elements_; }
+    /* The numbers of the pack and of the text in it; null where there is none. */
+    const Json &place(std::size_t file) const { return places_[file]; }
+
+private:
+    void add(std::size_t file, const Json &texts) {
+        if (texts.is_null() || elements_.size() > MOST_BYTES_OF_TEXTS) return;
+        places_[file] = {pack_, count_};
+        text_.add(count_ == 0 ? "[" : ",");
+        text_.add(text_of(texts));
+        ++count_;
+        if (text_.size() > BYTES_OF_PACK) close();
+    }
+
+    void close() {
+        text_.add("]");
+        elements_ += "<script type=\"text/plain\" id=\"pack-" + std::to_string(pack_) + "\">" +
+                     text_.take() + "</script>\n";
+        ++pack_;
+        count_ = 0;
+    }
+
+    std::vector<Json> places_;
+    std::string elements_;
+    PackedText text_;
+    std::size_t pack_ = 0;
+    std::size_t count_ = 0; /* of the texts in the pack */
+};
+
+Json advice_of(const Report &report, const ReportSummary &summary) {
+    Json advice = Json::array();
+    for (const Candidate &candidate : candidates(report, summary))
+        advice.push_back({{"name", candidate.function->name}, {"completed", candidate.completed}});
+    return advice;
+}
+
+/* What the codes mean that occur, by code. */
+Json explanations_of(const ReportSummary &summary) {
+    Json explanations = Json::object();
+    for (const MessageKind &kind : summary.messages)
+        if (const auto text = explanation(kind.code); !kind.code.empty() && text)
+            explanations[kind.code] = *text;
+    return explanations;
+}
+
+/* The report as the page reads it: without maps, which go with the texts. */
+std::string packed_report(const Report &report, const Packs &packs) {
+    const ReportSummary summary = summarise(report);
+    Json head = head_json(report, summary);
+    head["advice"] = advice_of(report, summary);
+    head["explanations"] = explanations_of(summary);
+    head["sources"] = report.shows_sources;
+    PackedText packed;
+    std::string text = text_of(head);
+    text.pop_back();
+    packed.add(text + ",\"files\":[");
+    for (std::size_t i = 0; i < report.files.size(); ++i) {
+        Json file = file_json(report.files[i]);
+        file.erase("map");
+        if (!packs.place(i).is_null()) file["texts"] = packs.place(i);
+        packed.add((i == 0 ? "" : ",") + text_of(file));
+    }
+    packed.add("]}");
+    return packed.take();
 }
 
 /* The page with each of its marks replaced by a text; marks in these texts stay. */
@@ -109,13 +155,15 @@ std::string filled(std::string_view page, const std::map<std::string_view, std::
 }  // namespace
 
 std::string report_page(const Report &report) {
+    const Packs packs(report);
     std::string scripts;
     for (const std::string_view script :
          {elements_js, tables_js, call_graph_js, source_view_js, views_js})
         scripts.append(script) += '\n';
     return filled(page_html, {{"STYLE", std::string(page_css)},
-                              {"REPORT", in_element(report_of(report))},
-                              {"TEXTS", text_elements(report)},
+                              {"REPORT", packed_report(report, packs)},
+                              {"TEXTS", packs.elements()},
+                              {"UNPACK", std::string(unpack_js)},
                               {"SCRIPTS", scripts}});
 }
 

@@ -1,7 +1,5 @@
 // Making elements: texts are only ever set as texts.
 
-const report = JSON.parse(document.getElementById("report").textContent);
-
 function add(node, children) {
   for (const child of children.flat(Infinity))
     if (child !== null && child !== undefined && child !== false) node.append(child);

@@ -103,21 +103,25 @@ function sourceTable(source, target, map, messages) {
     body);
 }
 
-// Texts are parsed when they are wanted.
-function textsOf(number) {
-  const node = document.getElementById(`text-${number}`);
-  return node ? JSON.parse(node.textContent) : null;
+// Texts are unpacked when they are wanted; the last pack is kept, as its files lie side by side.
+let lastPack = { number: -1, texts: null };
+async function textsOf({ texts: place }) {
+  if (!place) return null;
+  const [number, index] = place;
+  if (lastPack.number !== number) lastPack = { number, texts: await unpacked(`pack-${number}`) };
+  return lastPack.texts[index];
 }
 
 const messageList = messages => element("ul", {}, messages.map(message =>
   element("li", {}, message.line ? `Line ${message.line}: ` : "", messageText(message))));
 
-function sourceSection(number, file) {
-  const texts = textsOf(number);
+function sourceSection(file, texts) {
   const own = file.messages.filter(message => !message.file);
   if (!texts)
     return element("section", {}, element("p", { class: "hint" },
-      "The text of this file is not in the page: it could not be read, or the page would have become too large."),
+      report.sources
+        ? "The text of this file is not in the page: it could not be read, or the page would have become too large."
+        : "The page was made without sources (--report-sources=no)."),
       messageList(own));
   const placed = own.filter(message => message.line);
   const target = texts.translation === undefined ? null : linesOf(texts.translation);
@@ -134,15 +138,16 @@ function elsewhere(file) {
       message.file ? [fileLink(message.file, message.line), ": "] : null, messageText(message)))));
 }
 
-function fileView(number, line) {
+async function fileView(number, line) {
   const file = report.files[number];
+  const texts = await textsOf(file);
   const facts = `${counted(file.lines, "line", "lines")}, ` +
     `${counted(file.functions.length, "function", "functions")}, ` +
     `${percent(file.statements.withoutMessage, file.statements.all)} of the statements without a message`;
   const view = element("div", {},
     element("div", { class: "crumbs" }, element("h2", {}, file.path), stateBadge(file.state),
             element("span", { class: "hint" }, facts)),
-    sourceSection(number, file), elsewhere(file), neighbourhoodSection(number));
+    sourceSection(file, texts), elsewhere(file), neighbourhoodSection(number));
   const row = line && view.querySelector(`#line-${line}`);
   if (row) {
     row.classList.add("target");

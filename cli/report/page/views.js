@@ -105,7 +105,9 @@ function showLinks(current) {
                                      : element("span", { class: "count" }, grouped(view.count)))));
 }
 
-function show() {
+let shows = 0;  // which call of show() is the last one
+async function show() {
+  const turn = ++shows;
   const address = wanted();
   const number = Number(address.get("file")) - 1;
   const search = address.get("search") ?? "";
@@ -114,7 +116,8 @@ function show() {
   if (document.activeElement !== searchField) searchField.value = search;
   showLinks(isFile ? "" : name);
   document.body.classList.toggle("wide", isFile || Boolean(views[name].isWide));
-  const shown = isFile ? fileView(number, Number(address.get("line"))) : views[name].show(search);
+  const shown = isFile ? await fileView(number, Number(address.get("line"))) : views[name].show(search);
+  if (turn !== shows) return;
   main.replaceChildren();
   add(main, [shown]);
   document.title = isFile ? `${report.files[number].path} – Translation report` : "Translation report";

@@ -1,0 +1,17 @@
+/* The parts of a report's JSON, one at a time: those of a large tree are never there all at once. */
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "cli/report/report_summary.h"
+
+namespace mtranslate {
+
+/* The report but for its files. */
+nlohmann::ordered_json head_json(const Report &report, const ReportSummary &summary);
+/* One of its files. */
+nlohmann::ordered_json file_json(const ReportFile &file);
+/* As text, indented by indent or in one line (-1); paths may be any bytes. */
+std::string text_of(const nlohmann::ordered_json &json, int indent = -1);
+
+}  // namespace mtranslate
