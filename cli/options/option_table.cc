@@ -189,6 +189,10 @@ void add_report_options(CLI::App &app, Options &options) {
                    "are found nowhere, messages, and each file. The page in HTML shows sources and "
                    "translations side by side, and the call graph.")
         ->type_name("FILE");
+    add_choice<bool>(app, "--report-sources", options.report_sources,
+                     "Show sources and translations in a page: yes (as without it) or no\n\n"
+                     "Without them the page is small, and holds no text of the sources.",
+                     "WHEN", {{"yes", true}, {"no", false}});
     app.add_option("--graph", options.graph, "Write the call graph to FILE.dot, for Graphviz")
         ->type_name("FILE");
     app.add_option("--map", options.map,

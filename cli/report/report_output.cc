@@ -41,6 +41,7 @@ void ReportOutput::add(const std::string &path, const std::string &output,
 void ReportOutput::finish(bool is_interrupted) {
     if (!options_.wants_statistics()) return;
     report_.is_interrupted = is_interrupted;
+    report_.shows_sources = options_.report_sources;
     sort_report(report_);
     write(report_, options_.report, options_.graph);
     if (!options_.map.empty()) Output(options_.map).write(map_json(report_));

@@ -98,12 +98,14 @@ struct Options {
     FilesRead configuration_files;
     /* The files for the report and the call graph; empty for none. */
     std::string report;
+    bool report_sources = true; /* a page shows sources and translations */
     std::string graph;
     /* The file for what lines come from; empty for none. */
     std::string map;
 
     bool wants_map() const {
-        return !map.empty() || report.ends_with(".json") || report.ends_with(".html");
+        return !map.empty() || report.ends_with(".json") ||
+               (report.ends_with(".html") && report_sources);
     }
     bool wants_statistics() const {
         return !report.empty() || !graph.empty() || !map.empty() || mode == Mode::Assess;

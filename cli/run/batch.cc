@@ -151,7 +151,8 @@ private:
             return;
         }
         if (options_.mode == Mode::Compare) result.difference = difference(output, text);
-        if (shows_translations(options_.report)) result.translation = text;
+        if (options_.report_sources && shows_translations(options_.report))
+            result.translation = text;
     }
 
     static bool write(const std::string &path, const std::string &text, const FilesRead &sources) {
