@@ -20,7 +20,8 @@ protected:
     std::string elements(const std::string &address) const {
         run("HOME=. chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run "
             "--disable-background-networking --disable-component-update --disable-sync "
-            "--virtual-time-budget=20000 --user-data-dir=./browser --enable-logging=stderr --dump-dom 'file://" +
+            "--virtual-time-budget=20000 --user-data-dir=./browser --enable-logging=stderr "
+            "--dump-dom 'file://" +
             (directory / "r.html").string() + address + "'");
         const std::string said = read(directory / "err");
         const std::size_t uncaught = said.find("Uncaught");
@@ -148,6 +149,58 @@ TEST_F(Page, shows_a_part_of_a_large_tree) {
     const std::string graph = elements("#view=graph");
     EXPECT_EQ(count(graph, "of 300 files the 40"), 1);
     EXPECT_EQ(count(graph, "<a [^>]*class=\"node card-node "), 40);
+}
+
+/* Where a message is and what it means, who calls a function, and what a folder holds. */
+TEST_F(Page, leads_to_places_and_reasons) {
+    write(directory / "src/w.m", "w_one(1);\nw_two(2);\n");
+    run("mtranslate src -O o --report r.html");
+    const std::string message = elements("#message=MT201");
+    EXPECT_EQ(count(message, "What to do: "), 1);
+    EXPECT_EQ(count(message, "href=\"#file=6&amp;line=4\""), 1) << message;
+    EXPECT_EQ(count(rows_of(elements("#search=unknown-function"), "places"), "\n"), 9);
+    EXPECT_EQ(rows_of(elements("#function=count_points"), "callers"),
+              "fit_line|src/fit_line.m:5|1|src/private/count_points.m|\n");
+    EXPECT_EQ(count(elements("#file=6&line=7"), "<tr id=\"line-7\" class=\"[^\"]*target"), 1);
+    const std::string files = elements("#view=files");
+    EXPECT_EQ(rows_of(files, "folders"),
+              "+tools/|1|1|0|0|1|100.0 %|\nprivate/|1|1|0|0|3|66.7 %|\n");
+    EXPECT_EQ(count(rows_of(files, "files"), "w.m.△ Warnings"), 1);
+    EXPECT_EQ(count(rows_of(elements("#view=files&folder=src/private/"), "files"), "\n"), 1);
+    EXPECT_EQ(count(rows_of(elements("#view=files&state=gaps&code=MT201"), "files"), "\n"), 1);
+    EXPECT_EQ(count(rows_of(elements("#view=files&state=errors&code=MT201"), "files"), "\n"), 0);
+}
+
+/* What a reader does, as a script behind the page's own. */
+TEST_F(Page, steps_through_messages_and_keeps_its_order_after_back) {
+    run("mtranslate src -O o --report r.html");
+    const std::string page = read(directory / "r.html");
+    const auto after = [&](const std::string &steps) {
+        write(directory / "r.html",
+              page +
+                  "<script>const rest = () => new Promise(end => setTimeout(end, 300));"
+                  "(async () => { await rest(); " +
+                  steps + " })();</script>");
+    };
+    const std::string next =
+        "document.body.dispatchEvent(new KeyboardEvent('keydown', "
+        "{ key: 'n', bubbles: true })); await rest();";
+    after(next + next);
+    EXPECT_EQ(count(elements("#file=4"), "<tr id=\"line-11\" class=\"[^\"]*target"), 1);
+    after(next + next + next);
+    EXPECT_EQ(count(elements("#file=4"), "<h2>src/private/count_points.m</h2>"), 1);
+    after(
+        "document.querySelectorAll('#files th button')[4].click(); location.hash = '#file=1'; "
+        "await rest(); history.back(); await rest();");
+    EXPECT_EQ(rows_of(elements("#view=files"), "files").substr(0, 10), "src/main.m");
+}
+
+TEST_F(Page, is_made_without_sources) {
+    run("mtranslate src -O o --report r.html --report-sources=no");
+    EXPECT_EQ(count(read(directory / "r.html"), "id=\"pack-"), 0);
+    const std::string file = elements("#file=5");
+    EXPECT_EQ(count(file, "made without sources"), 1);
+    EXPECT_EQ(count(file, "MT401"), 2);
 }
 
 }  // namespace mtranslate

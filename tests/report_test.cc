@@ -359,7 +359,7 @@ TEST_F(Reports, of_very_large_sources_leave_out_their_texts) {
     run("mtranslate check t --report r.json");
     write(directory / "t/a.m", repeated("<", (64 << 20) / 6));
     check({
-        {"mtranslate report r.json -o r.html; grep -o 'id=\"text-.\"' r.html", 0, "id=\"text-1\"\n",
+        {"mtranslate report r.json -o r.html; grep -o 'id=\"pack-.\"' r.html", 0, "id=\"pack-0\"\n",
          ""},
     });
 }

@@ -158,7 +158,7 @@ std::string report_page(const Report &report) {
     const Packs packs(report);
     std::string scripts;
     for (const std::string_view script :
-         {elements_js, tables_js, call_graph_js, source_view_js, views_js})
+         {elements_js, tables_js, places_js, call_graph_js, source_view_js, files_js, views_js})
         scripts.append(script) += '\n';
     return filled(page_html, {{"STYLE", std::string(page_css)},
                               {"REPORT", packed_report(report, packs)},

@@ -231,7 +231,7 @@ function cardRows(node) {
 function drawnNode(node) {
   const isCard = node.number !== undefined;
   const link = drawn("a", { href: isCard ? `#file=${node.number + 1}`
-                                         : `#search=${encodeURIComponent(node.name)}`,
+                                         : `#function=${encodeURIComponent(node.name)}`,
                             class: `node ${node.look} ${node.chosen ? "chosen" : ""}` });
   link.dataset.key = node.key;
   return add(link, [

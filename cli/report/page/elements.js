@@ -29,8 +29,11 @@ function percent(part, all) {
   return `${(tenths / 10).toFixed(1)} %`;
 }
 
-const stateNames = { translated: "Translated", gaps: "Gaps", errors: "Errors", failed: "Failed" };
-const stateSigns = { translated: "✓", gaps: "◐", errors: "▲", failed: "✕" };
+// A file without errors or gaps of which no statement is free of messages is not called translated.
+const shownState = file => (file.state === "translated" && file.statements.all > 0 &&
+  file.statements.withoutMessage === 0 ? "warned" : file.state);
+const stateNames = { translated: "Translated", warned: "Warnings", gaps: "Gaps", errors: "Errors", failed: "Failed" };
+const stateSigns = { translated: "✓", warned: "△", gaps: "◐", errors: "▲", failed: "✕" };
 const stateBadge = state =>
   element("span", { class: `badge ${state}` }, `${stateSigns[state]} ${stateNames[state]}`);
 const severityBadge = severity => element("span", { class: `badge ${severity}` }, severity);

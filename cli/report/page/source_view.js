@@ -57,7 +57,7 @@ function markedLine(line, messages) {
 
 const messageText = message => [
   severityBadge(message.severity), " ", message.message, " ",
-  message.code ? element("span", { class: "code" }, message.code) : null,
+  message.code ? messageLink(message.code) : null,
 ];
 
 function lookOfTarget(line) {
@@ -138,6 +138,35 @@ function elsewhere(file) {
       message.file ? [fileLink(message.file, message.line), ": "] : null, messageText(message)))));
 }
 
+// From message to message, at the last one to the next file that has some; the address goes along.
+function stepMessage(number, by) {
+  const lines = [...main.querySelectorAll(".source tr.marked[id]")];
+  const current = main.querySelector(".source tr.target");
+  const at = lines.findIndex(row => row === current);
+  const before = current && at < 0
+    ? lines.filter(row => row.compareDocumentPosition(current) & Node.DOCUMENT_POSITION_FOLLOWING).length - (by > 0 ? 1 : 0)
+    : at < 0 ? (by > 0 ? -1 : 0) : at;
+  const row = lines[before + by];
+  if (row) {
+    current?.classList.remove("target");
+    row.classList.add("target");
+    row.scrollIntoView({ block: "center" });
+    history.replaceState(history.state, "", `#file=${number + 1}&line=${row.id.slice("line-".length)}`);
+    return;
+  }
+  for (let other = number + by; report.files[other]; other += by) {
+    const placed = report.files[other].messages.filter(message => !message.file && message.line)
+      .map(message => message.line).sort((a, b) => a - b);
+    if (placed.length === 0) continue;
+    location.hash = `#file=${other + 1}&line=${placed.at(by > 0 ? 0 : -1)}`;
+    return;
+  }
+}
+
+const messageSteps = number => element("span", { class: "tools" },
+  element("button", { type: "button", "aria-keyshortcuts": "p", click: () => stepMessage(number, -1) }, "Previous message (p)"), " ",
+  element("button", { type: "button", "aria-keyshortcuts": "n", click: () => stepMessage(number, 1) }, "Next message (n)"));
+
 async function fileView(number, line) {
   const file = report.files[number];
   const texts = await textsOf(file);
@@ -145,8 +174,10 @@ async function fileView(number, line) {
     `${counted(file.functions.length, "function", "functions")}, ` +
     `${percent(file.statements.withoutMessage, file.statements.all)} of the statements without a message`;
   const view = element("div", {},
-    element("div", { class: "crumbs" }, element("h2", {}, file.path), stateBadge(file.state),
-            element("span", { class: "hint" }, facts)),
+    element("div", { class: "crumbs" }, element("h2", {}, file.path), stateBadge(shownState(file)),
+            element("span", { class: "hint" }, facts), messageSteps(number)),
+    file.functions.length ? element("p", { class: "hint" }, "Callers of ",
+      file.functions.map(({ name }, at) => [at ? ", " : "", functionLink(name)])) : null,
     sourceSection(file, texts), elsewhere(file), neighbourhoodSection(number));
   const row = line && view.querySelector(`#line-${line}`);
   if (row) {

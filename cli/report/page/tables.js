@@ -2,6 +2,10 @@
 
 const ROWS_AT_ONCE = 200;
 
+function keepInHistory(key, value) {
+  history.replaceState({ ...history.state, [key]: value }, "");
+}
+
 // A column: title, the value to sort by, and how it is shown if not as the value itself.
 const textColumn = (title, value, show) => ({ title, value, show });
 const numberColumn = (title, value, show) => ({ title, value, show, isNumber: true });
@@ -19,26 +23,42 @@ function cellOf(column, item) {
 }
 
 // spec: id, columns, items, text (what is searched in an item), empty (what is said of no items).
+// How it is sorted, and how many rows are shown, is kept with the entry of the browser's history.
 class SearchedTable {
   constructor(spec, search) {
     this.spec = spec;
-    this.sorted = spec.sort ?? null;
-    this.limit = ROWS_AT_ONCE;
+    const kept = history.state?.[`table ${spec.id}`];
+    const column = spec.columns.find(({ title }) => title === kept?.title);
+    this.sorted = column ? { column, descending: kept.descending } : null;
+    this.limit = kept?.limit ?? ROWS_AT_ONCE;
     const words = search.toLowerCase().split(/\s+/).filter(Boolean);
     this.items = spec.items.filter(item => {
       const text = spec.text(item).toLowerCase();
       return words.every(word => text.includes(word));
     });
     this.node = element("div");
+    this.sort();
     this.render();
+  }
+
+  keep() {
+    const { column, descending } = this.sorted ?? {};
+    keepInHistory(`table ${this.spec.id}`, { title: column?.title, descending, limit: this.limit });
+  }
+
+  sort() {
+    if (!this.sorted) return;
+    const { column, descending } = this.sorted;
+    const sign = descending ? -1 : 1;
+    this.items.sort((a, b) => sign * compare(column.value(a), column.value(b)));
   }
 
   sortBy(column) {
     const again = this.sorted?.column === column;
     const descending = again ? !this.sorted.descending : Boolean(column.isNumber);
     this.sorted = { column, descending };
-    const sign = descending ? -1 : 1;
-    this.items.sort((a, b) => sign * compare(column.value(a), column.value(b)));
+    this.sort();
+    this.keep();
     this.render();
     this.node.querySelector("th[aria-sort] button").focus();
   }
@@ -57,6 +77,7 @@ class SearchedTable {
     if (left <= 0) return null;
     const show = element("button", { type: "button", click: () => {
       this.limit += 5 * ROWS_AT_ONCE;
+      this.keep();
       this.render();
     } }, "Show more");
     return element("p", { class: "more" }, `${grouped(left)} more rows `, show);
@@ -89,7 +110,7 @@ const unresolvedTable = items => ({
   text: item => item.name,
   empty: "None: every function that is called is found, or the host answers it.",
   columns: [
-    textColumn("Function", item => item.name, item => [element("span", { class: "code" }, item.name), item.classOnly ? " (in classes)" : null]),
+    textColumn("Function", item => item.name, item => [functionLink(item.name), item.classOnly ? " (in classes)" : null]),
     numberColumn("Calls", item => item.count),
     numberColumn("Files", item => item.files.length),
     numberColumn("Statements waiting for it alone", item => item.alone),
@@ -105,7 +126,7 @@ const messageTable = items => ({
   empty: "None.",
   columns: [
     textColumn("Message", item => item.code ?? "",
-               item => [element("span", { class: "code" }, item.code ?? "–"), " ", item.name ?? ""]),
+               item => [messageLink(item.code, item.code ?? "–"), " ", item.name ?? ""]),
     textColumn("Severity", item => item.severity, item => severityBadge(item.severity)),
     numberColumn("Number", item => item.count),
     numberColumn("Files", item => item.files),
@@ -135,6 +156,7 @@ const ruleTable = items => ({
   ],
 });
 
+const shareValue = ({ statements: { all, withoutMessage } }) => (all ? withoutMessage / all : -1);
 function shareOf(file) {
   const { all, withoutMessage } = file.statements;
   const bar = element("i");
@@ -145,11 +167,11 @@ function shareOf(file) {
 const fileTable = items => ({
   id: "files",
   items,
-  text: file => `${file.path} ${stateNames[file.state]}`,
+  text: file => `${file.path} ${stateNames[shownState(file)]}`,
   empty: "None.",
   columns: [
     textColumn("File", file => file.path, file => fileLink(file.path)),
-    textColumn("State", file => file.state, file => stateBadge(file.state)),
+    textColumn("State", file => shownState(file), file => stateBadge(shownState(file))),
     numberColumn("Functions", file => file.functions.length),
     numberColumn("Lines", file => file.lines),
     numberColumn("Bytes", file => file.bytes),
@@ -158,7 +180,6 @@ const fileTable = items => ({
     numberColumn("Warnings", file => file.messageCounts.warning),
     numberColumn("Notes", file => file.messageCounts.note),
     numberColumn("Without a message",
-                 file => (file.statements.all ? file.statements.withoutMessage / file.statements.all : -1),
-                 shareOf),
+                 shareValue, shareOf),
   ],
 });

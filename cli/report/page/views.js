@@ -65,7 +65,7 @@ function overview() {
   return [
     report.interrupted
       ? element("p", { class: "notice" }, "The run was interrupted: files are missing here.") : null,
-    statementSection(), fileSection(), figureSection(),
+    statementSection(), fileSection(), figureSection(), adviceSections(),
     section("Unresolved functions, most used first", tableOf(unresolvedTable(first)),
             all > first.length ? linkTo("functions", `All ${grouped(all)}`) : null),
     section("Messages by kind", tableOf(messageTable(report.messages))),
@@ -78,16 +78,17 @@ const functionViews = search => [
   section("Rules", tableOf(ruleTable(report.rules), search)),
 ];
 
-const filesSection = search => section("Files", tableOf(fileTable(report.files), search));
-
 const results = search => [
-  filesSection(search), ...functionViews(search),
+  section("Files", tableOf(fileTable(report.files), search)),
   section("Messages by kind", tableOf(messageTable(report.messages), search)),
+  section("Messages by place", tableOf(messagePlaces(allMessages()), search)),
+  section("Functions of the files", tableOf(definitionTable(definitions()), search)),
+  ...functionViews(search),
 ];
 
 const views = {
   overview: { title: "Overview", show: search => (search ? results(search) : overview()) },
-  files: { title: "Files", count: report.files.length, show: search => filesSection(search) },
+  files: { title: "Files", count: report.files.length, show: search => filesView(search) },
   functions: { title: "Functions and rules", count: report.unresolved.length, show: functionViews },
   graph: { title: "Call graph", show: () => graphView(), isWide: true },
 };
@@ -95,6 +96,19 @@ const views = {
 const main = document.getElementById("main");
 const searchField = document.getElementById("search");
 const wanted = () => new URLSearchParams(location.hash.slice(1));
+
+// The address with some of its parts changed, and those that become empty left out.
+function withAddress(changes) {
+  const address = wanted();
+  for (const [key, value] of Object.entries(changes))
+    if (value) address.set(key, value);
+    else address.delete(key);
+  return address;
+}
+function changeAddress(changes) {
+  history.replaceState(history.state, "", `#${withAddress(changes)}`);
+  show();
+}
 
 function showLinks(current) {
   document.getElementById("views").replaceChildren(...Object.entries(views).map(([name, view]) =>
@@ -114,9 +128,14 @@ async function show() {
   const name = views[address.get("view")] ? address.get("view") : "overview";
   const isFile = report.files[number] !== undefined;
   if (document.activeElement !== searchField) searchField.value = search;
-  showLinks(isFile ? "" : name);
   document.body.classList.toggle("wide", isFile || Boolean(views[name].isWide));
-  const shown = isFile ? await fileView(number, Number(address.get("line"))) : views[name].show(search);
+  const message = address.get("message");
+  const called = address.get("function");
+  showLinks(isFile || message || called ? "" : name);
+  const shown = isFile ? await fileView(number, Number(address.get("line")))
+    : report.explanations[message] ? messageView(message, search)
+    : called !== null ? functionView(called, search)
+    : views[name].show(search);
   if (turn !== shows) return;
   main.replaceChildren();
   add(main, [shown]);
@@ -124,23 +143,38 @@ async function show() {
 }
 
 // The address says what is searched, so that it can be passed on.
-function search() {
-  const address = wanted();
-  address.delete("file");
-  address.delete("line");
-  if (address.get("view") === "graph") address.delete("view");
-  if (searchField.value) address.set("search", searchField.value);
-  else address.delete("search");
-  history.replaceState(null, "", `#${address}`);
-  show();
+const search = () => changeAddress({
+  file: "", line: "", message: "", function: "", search: searchField.value,
+  view: wanted().get("view") === "graph" ? "" : wanted().get("view"),
+});
+
+const step = { n: 1, p: -1 };
+function onKey(event) {
+  const number = Number(wanted().get("file")) - 1;
+  const isTyped = event.target.matches("input, select, textarea");
+  if (isTyped || event.ctrlKey || event.altKey || event.metaKey || !step[event.key]) return;
+  if (report.files[number]) stepMessage(number, step[event.key]);
 }
+
+// Where a view was left it is again after Back.
+let scrolled;
+window.addEventListener("scroll", () => {
+  clearTimeout(scrolled);
+  const address = location.hash;
+  scrolled = setTimeout(() => {
+    if (address === location.hash) keepInHistory("scroll", scrollY);
+  }, 100);
+});
+history.scrollRestoration = "manual";
+document.addEventListener("keydown", onKey);
 
 document.getElementById("subtitle").textContent =
   `${counted(totals.files, "file", "files")}, ${counted(totals.lines, "line", "lines")} of MATLAB`;
 set(document.querySelector("form"), { submit: event => event.preventDefault() });
 searchField.addEventListener("input", search);
-window.addEventListener("hashchange", () => {
-  show();
-  if (!wanted().get("line")) window.scrollTo(0, 0);
+window.addEventListener("hashchange", async () => {
+  const { scroll } = history.state ?? {};
+  await show();
+  if (scroll !== undefined || !wanted().get("line")) window.scrollTo(0, scroll ?? 0);
 });
 show();
