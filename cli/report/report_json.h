@@ -1,4 +1,5 @@
-/* The parts of a report's JSON, one at a time: those of a large tree are never there all at once. */
+/* The parts of a report's JSON, one at a time: those of a large tree are never there all at once.
+ */
 #pragma once
 
 #include <nlohmann/json.hpp>
