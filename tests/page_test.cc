@@ -171,7 +171,7 @@ TEST_F(Page, leads_to_places_and_reasons) {
     EXPECT_EQ(count(rows_of(elements("#view=files&state=errors&code=MT201"), "files"), "\n"), 0);
 }
 
-/* What a reader does, as a script behind the page's own. */
+/* What a reader does, as a script after the page's own. */
 TEST_F(Page, steps_through_messages_and_keeps_its_order_after_back) {
     run("mtranslate src -O o --report r.html");
     const std::string page = read(directory / "r.html");

@@ -19,7 +19,7 @@ void note_giving(Givings *givings, const Node *assignment, const Node *loop, con
 /* A function is named: whether it uses variables that the text does not name is known by that. */
 void note_unseen_uses(Givings *givings, const Node *name);
 /* A branch of an if or switch ends before which the last giving was another one: what the variable
- * is used for in the branches behind it does not count. */
+ * is used for in the branches after it does not count. */
 void end_giving_branch(const Givings *givings, const Giving *before);
 /* The same of the whole statement. */
 void end_giving_branches(const Givings *givings, const Giving *before);

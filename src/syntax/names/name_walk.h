@@ -28,7 +28,7 @@ struct NameWalk {
     ScriptFinder find_script;
 };
 
-/* Puts a node behind those of a list. */
+/* Puts a node after those of a list. */
 void append_cell(NodeCell **first, NodeCell **last, Node *node);
 /* A new scope inside outer (null for none); all else empty. */
 Scope *new_scope(Scope *outer, Node *owner);

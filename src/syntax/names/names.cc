@@ -1,8 +1,8 @@
 // The walk that settles names: what each statement and expression does with the names in it.
 //
-// It goes once over the function, in source order, nested functions behind the one around them:
+// It goes once over the function, in source order, nested functions after the one around them:
 // only when that has been walked is it known which names they share. Scripts that bare names call
-// are walked behind the statements of their caller, as its statements tell which names are
+// are walked after the statements of their caller, as its statements tell which names are
 // variables and call nothing.
 #include "syntax/names/names.h"
 
@@ -97,7 +97,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (*asked->text) note_asking(walk, asked);
 }
 
-// A target is named before its value, so that it counts as the first to appear, and set behind it.
+// A target is named before its value, so that it counts as the first to appear, and set after it.
 void name_target(NameWalk *walk, Node *target) {
     Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
     if (base->kind == NODE_NAME) {

@@ -19,7 +19,7 @@ struct Summary;
 enum SymbolFlag : uint32_t {
     SYMBOL_PARAMETER = 1 << 0,
     SYMBOL_OUTPUT = 1 << 1,
-    SYMBOL_ASSIGNED = 1 << 2, /* as a whole: a target, a loop variable, the name behind catch */
+    SYMBOL_ASSIGNED = 1 << 2, /* as a whole: a target, a loop variable, the name after catch */
     SYMBOL_CHANGED = 1 << 3,  /* an element or a field is assigned */
     SYMBOL_GLOBAL = 1 << 4,
     SYMBOL_PERSISTENT = 1 << 5,
@@ -33,8 +33,8 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CALLED = 1 << 11,        /* a handle or a command names the function of that name */
     SYMBOL_OPTIONS = 1 << 12,       /* a parameter that collects arguments Name=value */
     SYMBOL_IS_VALUE = 1 << 13,   /* it is read as a function would not be: alone in an expression,
-                                    or with braces, a field, a colon or end behind it */
-    SYMBOL_HAS_BRACES = 1 << 14, /* braces are used behind it */
+                                    or with braces, a field, a colon or end after it */
+    SYMBOL_HAS_BRACES = 1 << 14, /* braces are used after it */
     SYMBOL_GROWS_IN_PLANE = 1 << 15, /* a target of it grows_in_plane */
     SYMBOL_STARTS_AS_PART = 1 << 16, /* its first use in the text is a target of which a part is
                                         set */
@@ -83,7 +83,7 @@ struct Symbol {
     Findings *findings;    /* what has been found of its values; null before anybody asks */
     const LibraryFunction *library; /* of a function: MATLAB's own, unless the program has it */
     FieldUse *fields;               /* of it that are named in the text; null for none */
-    FieldUse *cell_fields;          /* behind which braces are used; null for none */
+    FieldUse *cell_fields;          /* after which braces are used; null for none */
     Symbol *parts;                  /* the values of its fields (values/field_values.h), or null */
     bool has_given_parts;  /* it may have had fields that the walk has not seen being set */
     const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
@@ -139,7 +139,7 @@ struct Scope {
     Capture *captures; /* of an anonymous function: see first_captured */
     Capture *last_capture;
     uint32_t last_clear; /* moment of the last clear of all variables; 0 for none */
-    uint32_t moment;     /* of an anonymous function: it does not see changes behind it */
+    uint32_t moment;     /* of an anonymous function: it does not see changes after it */
     uint32_t number;     /* of an anonymous function, within its function */
     Summary *summary;    /* of a function whose calls are followed (values/summaries.h), or null */
 };
@@ -174,7 +174,7 @@ Symbol *find_symbol(const Scope *scope, const char *name);
  * holds later: then it needs a copy of its own. */
 bool needs_binding(const Scope *anonymous, const Symbol *symbol);
 /* The next variable, in the order of first appearance, that an anonymous function takes from around
- * it: of capture null, the first. Null behind the last. */
+ * it: of capture null, the first. Null after the last. */
 const Capture *next_captured(const Scope *anonymous, const Capture *capture);
 Symbol *symbol_of(const Capture *capture);
 
