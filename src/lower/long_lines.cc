@@ -61,9 +61,9 @@ constexpr int NO_PLACE = -1;
 
 // That in front of what is read next: after a comma, before an operator.
 inline int place_at(const Reader *from, const char *start) {
-    bool is_blank = *from->at == ' ';
+    if (from->at == start || from->quote) return NO_PLACE;
     bool is_after_comma = from->at[-1] == ',';
-    if ((!is_blank && !is_after_comma) || from->quote || from->at == start) return NO_PLACE;
+    if (!is_after_comma && *from->at != ' ') return NO_PLACE;
     if (is_after_comma) return from->depth * TIGHTEST;
     size_t length = strcspn(from->at + 1, " \n");
     if (from->at[1 + length] != ' ') return NO_PLACE;
