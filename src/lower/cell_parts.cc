@@ -29,15 +29,12 @@ int count_several(const Node *arguments) {
     return count;
 }
 
-// The positions will be repeated: a call among them gets a name.
-void name_calls(ExprList *positions, const Node *arguments) {
-    const Node *argument = arguments->first_child;
-    for (vExpr *cell = positions->first; cell; cell = cell->next, argument = argument->next) {
-        if (!may_act(argument)) continue;
-        const char *name = new_temporary();
-        put_line("%s := %s;", {name, plain_value(cell->item)->text});
-        cell->item = new_leaf(name);
-    }
+// The index, whose positions will be repeated: a call among them gets a name.
+ExprList lower_repeated_index(const Node *arguments, const char *base) {
+    ExprList positions = lower_index(arguments, base);
+    LinesEnd end = end_of_lines();
+    name_calls(&end, arguments->first_child, positions.first);
+    return positions;
 }
 
 // k..k is one position, and no single one.
@@ -49,8 +46,7 @@ void make_ranges(ExprList *arguments) {
 }
 
 mExpr *lower_known_part(const char *base, const Node *arguments) {
-    ExprList positions = lower_index(arguments, base);
-    name_calls(&positions, arguments);
+    ExprList positions = lower_repeated_index(arguments, base);
     make_ranges(&positions);
     mExpr *part = new_element_node(base, VARIABLE_INDEX, positions.first);
     free_vExpr(positions.first);
@@ -61,8 +57,7 @@ mExpr *lower_known_part(const char *base, const Node *arguments) {
 mExpr *lower_unknown_part(const char *base, const Node *arguments) {
     const char *positions = new_temporary();
     const char *part = new_temporary();
-    ExprList index = lower_index(arguments, base);
-    name_calls(&index, arguments);
+    ExprList index = lower_repeated_index(arguments, base);
     const char *count = form_text("ArrayNumElems(%s,'All')", {positions});
     put_line("%s := Vector[row]([seq(1..%s)]);", {positions, last_position_text(base, 1, 1)});
     put_line("%s := %s;",

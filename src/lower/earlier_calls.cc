@@ -36,3 +36,8 @@ void name_call(LinesEnd *end, const Node *node, vExpr *value) {
     if (!is_value_list(node, false) && may_act(node))
         value->item = new_leaf(name_earlier(end, plain_value(value->item)->text));
 }
+
+void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
+    for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next)
+        if (argument->kind != NODE_RANGE) name_call(end, argument, cell);
+}

@@ -22,3 +22,5 @@ bool has_more_lines(const LinesEnd *end);
 const char *name_earlier(LinesEnd *end, const char *text);
 /* The same of an element or argument, if it may act; a list of values stays what it is. */
 void name_call(LinesEnd *end, const Node *node, vExpr *value);
+/* The same of arguments from one on, those that have values; ranges stay what they are. */
+void name_calls(LinesEnd *end, const Node *argument, vExpr *values);

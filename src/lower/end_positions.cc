@@ -133,12 +133,6 @@ mExpr *lower_position(const Node *node, const EndBase *at) {
     return position;
 }
 
-// Arguments that have been lowered and may act; ranges stay what they are.
-[[gnu::noinline]] static void name_calls(LinesEnd *end, const Node *argument, vExpr *values) {
-    for (vExpr *cell = values; cell; cell = cell->next, argument = argument->next)
-        if (argument->kind != NODE_RANGE) name_call(end, argument, cell);
-}
-
 static ExprList lower_positions(const Node *selector, const char *base, bool *is_used,
                                 bool may_be_call) {
     ExprList positions = {};
