@@ -5,8 +5,8 @@
 #include "diagnose/messages.h"
 #include "driver/run.h"
 #include "sources.h"
-#include "syntax/parser.h"
-#include "syntax/room.h"
+#include "syntax/parse/parser.h"
+#include "syntax/tree/room.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "diagnose/messages.h"
 #include "lower/program_files.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"
 #include "tests/matlab_run.h"

@@ -7,7 +7,7 @@
 #include "diagnose/messages.h"
 #include "driver/run.h"
 #include "lower/origins.h"
-#include "syntax/parser.h"
+#include "syntax/parse/parser.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"
 #include "tests/matlab_run.h"

@@ -6,7 +6,7 @@
 #include "diagnose/messages.h"
 #include "driver/run.h"
 #include "syntax/names/names.h"
-#include "syntax/parser.h"
+#include "syntax/parse/parser.h"
 #include "tests/translation.h"
 
 namespace mtranslate {

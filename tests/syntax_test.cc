@@ -7,12 +7,12 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
-#include "syntax/file_kinds.h"
-#include "syntax/parser.h"
-#include "syntax/print_tree.h"
-#include "syntax/scanner.h"
-#include "syntax/spellings.h"
-#include "syntax/syntax_errors.h"
+#include "syntax/parse/file_kinds.h"
+#include "syntax/parse/parser.h"
+#include "syntax/parse/syntax_errors.h"
+#include "syntax/scan/scanner.h"
+#include "syntax/scan/spellings.h"
+#include "syntax/tree/print_tree.h"
 #include "tests/translation.h"
 
 namespace mtranslate {

@@ -5,8 +5,8 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
-#include "syntax/parser.h"
-#include "syntax/print_tree.h"
+#include "syntax/parse/parser.h"
+#include "syntax/tree/print_tree.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/print_value.h"
 #include "syntax/values/summaries.h"

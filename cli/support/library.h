@@ -11,5 +11,5 @@
 #include "run/run_end.h"
 #include "support/long_string.h"
 #include "support/observers.h"
-#include "syntax/print_tree.h"
-#include "syntax/result_kinds.h"
+#include "syntax/tree/print_tree.h"
+#include "syntax/tree/result_kinds.h"

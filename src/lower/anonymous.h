@@ -1,7 +1,7 @@
 /* Functions as values. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
 /* A HANDLE, @name. */

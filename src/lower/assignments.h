@@ -1,7 +1,7 @@
 /* Assignments. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts an ASSIGN or MULTI_ASSIGN. */
 void put_assignment(const Node *node);

@@ -6,7 +6,7 @@
 #include <initializer_list>
 
 #include "lower/lines.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* A block and the word that stands for it. */
 struct BlockPlace {

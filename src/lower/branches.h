@@ -3,7 +3,7 @@
 
 #include "lower/host_conditions.h"
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Opens ifs, one inside of the other, in which the condition is true. The level is that of the
  * innermost afterwards; the caller closes them. */

@@ -16,7 +16,7 @@
 #include "lower/pieces.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 
 bool CallsFromProcedure;
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/keyword_calls.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* A NAME as a value: a variable, or a call without arguments. */
 mExpr *lower_name(const Node *name);

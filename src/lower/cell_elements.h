@@ -2,7 +2,7 @@
  * element for each place; into a single place the host takes the element itself. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether an ASSIGN sets one element, or perhaps one, of a cell to what is in another. */
 bool is_cell_element(const Node *assignment);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether the reference is an index in parentheses, and nothing more, of a variable that holds a
  * cell, where that makes a difference. */

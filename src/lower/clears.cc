@@ -14,7 +14,7 @@
 #include "lower/pieces.h"
 #include "lower/targets.h"
 #include "syntax/names/clear_words.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/lines.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts a COMMENT: after the line that it trails, or on a line of its own when that is null or when
  * it trails nothing. */

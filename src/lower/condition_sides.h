@@ -1,7 +1,7 @@
 /* Conditions in the tree: of which sides they consist, and what is known of each. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether a chain asks for all of its sides, not for any of them. */
 bool is_and(const Node *chain);

@@ -4,7 +4,7 @@
 
 #include "lower/host_conditions.h"
 #include "lower/lines.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* The test of a condition. What it needs in front, with branches a helper variable, is put into the
  * lines of the statement. */

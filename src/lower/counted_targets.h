@@ -2,7 +2,7 @@
  * which get the results of a call: a branch for each number. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether the MULTI_ASSIGN has one such target, and a call as its value. */
 bool is_counted(const Node *assignment);

@@ -1,7 +1,7 @@
 /* Deletions of elements, x(k) = []. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether an ASSIGN deletes: an index in parentheses gets a literal without elements. */
 bool is_deletion(const Node *assignment);

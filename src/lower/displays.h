@@ -2,7 +2,7 @@
  * option says so (Displays in run/run_state.h); without one nothing is displayed. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts the displaying of what an ASSIGN or MULTI_ASSIGN has set, whole variables. */
 void put_displayed_targets(const Node *assignment);

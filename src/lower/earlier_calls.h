@@ -4,7 +4,7 @@
 #pragma once
 
 #include "lower/lines.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
 /* Whether the evaluation may do more than give a value: it calls a function that is not known. */

@@ -2,7 +2,7 @@
  * of it decide for all elements. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts the lines that evaluate the chain. Answers the variable that holds its value. */
 const char *put_elementwise(const Node *chain);

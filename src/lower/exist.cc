@@ -10,7 +10,7 @@
 #include "lower/keyword_calls.h"
 #include "lower/operands.h"
 #include "syntax/names/names.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 // The name between the quotes, or null.

@@ -1,7 +1,7 @@
 /* Whether a variable exists. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
 /* exist('x') and exist('x', 'var') of a parameter: whether the caller has given it. Null for

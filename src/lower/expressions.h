@@ -3,7 +3,7 @@
 #pragma once
 
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* One value. A list of values, c{:}, stands for its first one. */
 Operand lower_operand(const Node *node);

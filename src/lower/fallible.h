@@ -1,7 +1,7 @@
 /* Expressions that may be evaluated although their value is not asked for. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether nothing is known of the function that the NAME, no variable, calls: it may do anything.
  */

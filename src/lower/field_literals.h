@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/keyword_calls.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Renames fields among the arguments of a function that takes their names. values: the arguments'
  * texts, one for each. */

@@ -5,7 +5,7 @@
 #include <initializer_list>
 
 #include "diagnose/messages.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Reports a message about the node, in the file that is being lowered. */
 void report_at(MessageId id, const Node *node, std::initializer_list<const char *> operands = {});

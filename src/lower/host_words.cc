@@ -9,7 +9,7 @@
 #include "lower/called_functions.h"
 #include "lower/lines.h"
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/text_forms.h"
 

@@ -1,7 +1,7 @@
 /* A call of a function that is not the program's own. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 struct OutsideCall {
     const Node *name;

@@ -15,7 +15,7 @@
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
-#include "syntax/new_nodes.h"
+#include "syntax/tree/new_nodes.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include "lower/statements.h"
 #include "lower/targets.h"
 #include "lower/text_list.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 namespace {

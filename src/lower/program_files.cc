@@ -17,7 +17,7 @@
 #include "lower/lines.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 /* A folder of private functions. */

@@ -5,8 +5,8 @@
 #include "diagnose/source.h"
 #include "lower/classes/class_names.h"
 #include "support/observers.h"
-#include "syntax/file_kinds.h"
 #include "syntax/names/name_map.h"
+#include "syntax/parse/file_kinds.h"
 
 struct Folder;
 struct SourceFile;

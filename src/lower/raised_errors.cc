@@ -5,8 +5,8 @@
 #include "lower/context.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
-#include "syntax/new_nodes.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
+#include "syntax/tree/new_nodes.h"
 
 void put_raised_error(const Node *place, const char *message) {
     Symbol *function = AllocRecord<Symbol>();

@@ -1,7 +1,7 @@
 /* Errors that the translation raises at run time. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts a call of error with the message, one level deeper. place: a NAME in its source. */
 void put_raised_error(const Node *place, const char *message);

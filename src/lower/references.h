@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* The value of a REFERENCE. */
 mExpr *lower_reference(const Node *node);

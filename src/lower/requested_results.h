@@ -1,7 +1,7 @@
 /* How many results a call is asked for, which the host may read when it is asked for the call. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* The value, if it is a call, is asked for so many results (RequestedResults in mtranslate.h says
  * which others there are). All other calls are asked for one. */

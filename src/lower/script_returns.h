@@ -4,7 +4,7 @@
 #pragma once
 
 #include "lower/context.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* A RETURN in a script. */
 void put_script_return(const Node *node);

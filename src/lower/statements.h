@@ -1,7 +1,7 @@
 /* Statements: from nodes of the tree to lines of host text. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Puts the statements and comments of a BLOCK, deeper by one level than the current one. */
 void lower_block(const Node *block);

@@ -2,7 +2,7 @@
  * missing, which the host can be asked. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* The fields, a REFERENCE, that are all that can fail in the TRY; null for any other. */
 const Node *tried_fields(const Node *node);

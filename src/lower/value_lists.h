@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* The selectors that make a list of a reference. */
 struct ListEnd {

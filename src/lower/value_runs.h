@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/operands.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 struct ValueRun {
     const char *base;

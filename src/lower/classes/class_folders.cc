@@ -9,7 +9,7 @@
 #include "lower/program_files.h"
 #include "support/allocation.h"
 #include "syntax/names/name_map.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 namespace {

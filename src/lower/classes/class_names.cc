@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 const char *base_name(const char *path) {

@@ -9,7 +9,7 @@
 #include "lower/classes/objects.h"
 #include "lower/context.h"
 #include "lower/gaps.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 
 namespace {
 

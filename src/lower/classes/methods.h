@@ -3,7 +3,7 @@
  * says so, once for each name in a file, and the call stays one by name. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Forgets the run before. */
 void begin_methods();

@@ -8,7 +8,7 @@
 #include "lower/classes/class_folders.h"
 #include "lower/expressions.h"
 #include "lower/program_files.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 
 const char *const NO_OBJECT = "";

@@ -1,7 +1,7 @@
 /* Which expressions are objects of a class, as far as the text tells surely. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Of a value that is surely no object: a number, a text, an array, a function. */
 extern const char *const NO_OBJECT;

@@ -8,7 +8,7 @@
 #include "lower/host_words.h"
 #include "lower/program_files.h"
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 namespace {

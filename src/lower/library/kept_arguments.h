@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/keyword_calls.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether name is such a function of MATLAB's library. */
 bool keeps_arguments(const Node *name);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "lower/outside_call.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
 /* The call; null where the function has no form, or none for these arguments or results. values:

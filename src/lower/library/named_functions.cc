@@ -3,7 +3,7 @@
 
 #include "support/allocation.h"
 #include "syntax/names/names.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
 bool is_identifier_text(const Node *node) {

@@ -1,7 +1,7 @@
 /* Functions that the source names by a text. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Whether the node is a text that can name a function. */
 bool is_identifier_text(const Node *node);

@@ -1,7 +1,7 @@
 /* A call of a function of MATLAB's library. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
 struct OfferedCall {

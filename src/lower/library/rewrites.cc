@@ -18,7 +18,7 @@
 #include "support/allocation.h"
 #include "support/row_index.h"
 #include "syntax/names/names.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/value.h"
 #include "translate/indices.h"
 #include "translate/package_prefix.h"

@@ -10,7 +10,7 @@
 #include "lower/operands.h"
 #include "lower/plain_calls.h"
 #include "syntax/names/name_map.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
 #include "translate/text_forms.h"

@@ -1,7 +1,7 @@
 /* The words of clear and clearvars. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* What a statement clears. */
 struct ClearWords {

@@ -13,7 +13,7 @@
 #include "support/allocation.h"
 #include "syntax/names/field_uses.h"
 #include "syntax/names/name_walk.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "syntax/names/name_map.h"
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 struct AssignedValue;
 struct SetBranchCell;

@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "support/allocation.h"
-#include "syntax/class_table.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/names/name_walk.h"
-#include "syntax/spellings.h"
+#include "syntax/parse/class_table.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 
 /* A variable or function around an anonymous function that is named in it. */

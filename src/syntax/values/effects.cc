@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "syntax/names/clear_words.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace_function.h"

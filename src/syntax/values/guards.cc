@@ -2,7 +2,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace.h"

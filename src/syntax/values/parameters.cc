@@ -4,7 +4,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "support/long_string.h"
 #include "support/observers.h"
-#include "syntax/result_kinds.h"
+#include "syntax/tree/result_kinds.h"
 #include "syntax/values/trace.h"
 
 namespace {

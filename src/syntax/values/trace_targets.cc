@@ -1,7 +1,7 @@
 // What variables hold after an assignment.
 #include <string.h>
 
-#include "syntax/spellings.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"

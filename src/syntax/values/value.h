@@ -11,7 +11,7 @@
  * position or count either. A complex number is broken and counts as negative. */
 #pragma once
 
-#include "syntax/tree.h"
+#include "syntax/tree/tree.h"
 
 /* Of ValueBit. 0: nobody has looked, as in a tree whose values have not been traced. */
 typedef uint16_t Value;

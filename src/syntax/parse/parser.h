@@ -1,0 +1,23 @@
+/* The parser: the text of a source in, its tree and messages out. It knows neither host nor files,
+ * and keeps nothing but what one run may share: the spellings of names. */
+#pragma once
+
+#include "diagnose/source.h"
+#include "syntax/tree/tree.h"
+
+/* matlab reads what Octave adds too, where MATLAB has an error there. octave differs in this: a
+ * double-quoted string has escapes, a ! at the start of a statement negates, and x = y = 1 is
+ * read. */
+enum SourceLanguage : uint8_t { LANGUAGE_MATLAB, LANGUAGE_OCTAVE };
+
+/* Forgets trees and names of the run before, at the start of a run. */
+void begin_syntax();
+/* The tree of the source, a NODE_FILE, with its errors reported; never null. Exhausted memory ends
+ * the run. */
+Node *parse_source(Source *source, SourceLanguage language);
+/* The tree alone, and whether the source has errors; texts of eval stay texts. No other source is
+ * being read. */
+Node *parse_unreported(Source *source, SourceLanguage language, bool *has_errors);
+/* The tree of a text that is kept until the run ends; null, and nothing is reported, where it has
+ * an error or a comment. No other source is being read. */
+Node *parse_text(const char *text, SourceLanguage language);

@@ -1,0 +1,45 @@
+// What is inside of nodes.
+#include "syntax/tree/tree.h"
+
+#include <assert.h>
+
+Node *last_selector(const Node *reference) {
+    assert(reference->kind == NODE_REFERENCE);
+    Node *selector = second_child(reference);
+    while (selector->next) selector = selector->next;
+    return selector;
+}
+
+uint32_t depth_of(const Node *reference) {
+    if (reference->kind != NODE_REFERENCE) return 0;
+    uint32_t depth = 0;
+    for (const Node *selector = second_child(reference); selector; selector = selector->next)
+        depth += selector->kind != NODE_ARGUMENTS;
+    return depth;
+}
+
+bool grows_in_plane(const Node *selector) {
+    bool is_index = selector->kind == NODE_ARGUMENTS || selector->kind == NODE_BRACES;
+    const Node *row = is_index ? selector->first_child : nullptr;
+    return row && row->next && (is_colon(row) || has_end_inside(row));
+}
+
+Node *nth_child(const Node *node, int n) {
+    Node *child = first_child(node);
+    while (--n > 0) child = child->next;
+    assert(child);
+    return child;
+}
+
+Node *child_of_kind(const Node *node, NodeKind kind) {
+    Node *child = first_child(node);
+    while (child->kind != kind) child = child->next;
+    return child;
+}
+
+bool has_end_inside(const Node *node) {
+    if (node->kind == NODE_END) return true;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (has_end_inside(child)) return true;
+    return false;
+}
