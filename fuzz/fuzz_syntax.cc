@@ -9,8 +9,8 @@
 #include "diagnose/messages.h"
 #include "driver/run.h"
 #include "syntax/parse/parser.h"
+#include "syntax/print_tree.h"
 #include "syntax/scan/scanner.h"
-#include "syntax/tree/print_tree.h"
 
 namespace {
 

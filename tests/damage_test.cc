@@ -7,7 +7,7 @@
 #include <random>
 
 #include "diagnose/messages.h"
-#include "lower/program_files.h"
+#include "lower/program/program_files.h"
 #include "syntax/scan/spellings.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"

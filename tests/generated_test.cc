@@ -6,7 +6,7 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
-#include "lower/origins.h"
+#include "lower/lines/origins.h"
 #include "syntax/parse/parser.h"
 #include "tests/generate.h"
 #include "tests/host_text.h"

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "diagnose/messages.h"
-#include "lower/pieces.h"
+#include "lower/lines/pieces.h"
 #include "lower/program.h"
 #include "support/observers.h"
 #include "tests/translation.h"

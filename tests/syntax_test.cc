@@ -9,10 +9,10 @@
 #include "driver/run.h"
 #include "syntax/parse/file_kinds.h"
 #include "syntax/parse/parser.h"
-#include "syntax/parse/syntax_errors.h"
+#include "syntax/print_tree.h"
 #include "syntax/scan/scanner.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/tree/print_tree.h"
+#include "syntax/scan/syntax_errors.h"
 #include "tests/translation.h"
 
 namespace mtranslate {

@@ -6,7 +6,7 @@
 #include "diagnose/messages.h"
 #include "driver/run.h"
 #include "syntax/parse/parser.h"
-#include "syntax/tree/print_tree.h"
+#include "syntax/print_tree.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/print_value.h"
 #include "syntax/values/summaries.h"

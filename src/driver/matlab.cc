@@ -7,7 +7,7 @@
 #include "driver/front_end.h"
 #include "lexer/error_reporter.h"
 #include "lexer/whole_source.h"
-#include "lower/lines.h"
+#include "lower/lines/lines.h"
 #include "lower/program.h"
 #include "run/run_end.h"
 #include "run/run_state.h"

@@ -1,7 +1,7 @@
 /* A whole program: its own source, the files that it calls, and its statements after them. */
 #pragma once
 
-#include "lower/program_files.h"
+#include "lower/program/program_files.h"
 
 /* Start of a run in a language: nothing is left of the run before. */
 void begin_program(SourceLanguage language);

@@ -44,7 +44,7 @@ struct Observers {
 
     /* For programs that translate many files and know all of them beforehand. Where the file of a
      * name is that a file calls, in the place of the look-up described at find_file
-     * (lower/program_files.h). The path stays valid until the run ends. */
+     * (lower/program/program_files.h). The path stays valid until the run ends. */
     FileFinding (*find_file)(void *context, const char *caller, const char *name,
                              const char **path);
     /* With find_file, in the place of class folders: the path of the file of a class's method, of

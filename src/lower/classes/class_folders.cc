@@ -5,8 +5,8 @@
 
 #include "lexer/folders.h"
 #include "lower/classes/class_names.h"
-#include "lower/lines.h"
-#include "lower/program_files.h"
+#include "lower/lines/lines.h"
+#include "lower/program/program_files.h"
 #include "support/allocation.h"
 #include "syntax/names/name_map.h"
 #include "syntax/scan/spellings.h"

@@ -4,11 +4,11 @@
 #include <assert.h>
 
 #include "diagnose/messages.h"
-#include "lower/called_functions.h"
 #include "lower/classes/class_folders.h"
 #include "lower/classes/objects.h"
-#include "lower/context.h"
-#include "lower/gaps.h"
+#include "lower/lines/gaps.h"
+#include "lower/program/called_functions.h"
+#include "lower/program/context.h"
 #include "syntax/scan/spellings.h"
 
 namespace {

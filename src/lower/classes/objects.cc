@@ -4,10 +4,10 @@
 #include <assert.h>
 #include <string.h>
 
-#include "lower/called_functions.h"
 #include "lower/classes/class_folders.h"
-#include "lower/expressions.h"
-#include "lower/program_files.h"
+#include "lower/expressions/expressions.h"
+#include "lower/program/called_functions.h"
+#include "lower/program/program_files.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 

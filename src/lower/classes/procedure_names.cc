@@ -5,8 +5,8 @@
 
 #include "lower/classes/class_folders.h"
 #include "lower/classes/class_names.h"
-#include "lower/host_words.h"
-#include "lower/program_files.h"
+#include "lower/program/host_words.h"
+#include "lower/program/program_files.h"
 #include "support/allocation.h"
 #include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"

@@ -4,9 +4,9 @@
 #include <string.h>
 #include <strings.h>
 
-#include "lower/anonymous.h"
-#include "lower/expressions.h"
-#include "lower/keyword_calls.h"
+#include "lower/calls/keyword_calls.h"
+#include "lower/expressions/anonymous.h"
+#include "lower/expressions/expressions.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/source_calls.h"
 

@@ -3,10 +3,10 @@
 
 #include <string.h>
 
-#include "lower/host_conditions.h"
-#include "lower/keyword_calls.h"
+#include "lower/calls/keyword_calls.h"
+#include "lower/conditions/host_conditions.h"
+#include "lower/expressions/operands.h"
 #include "lower/library/needs.h"
-#include "lower/operands.h"
 #include "support/row_index.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"

@@ -1,10 +1,10 @@
 // Functions whose results hold what they are given.
 #include "lower/library/kept_arguments.h"
 
-#include "lower/called_functions.h"
-#include "lower/operands.h"
-#include "lower/shared_parts.h"
-#include "lower/value_lists.h"
+#include "lower/expressions/operands.h"
+#include "lower/expressions/value_lists.h"
+#include "lower/program/called_functions.h"
+#include "lower/targets/shared_parts.h"
 #include "support/row_index.h"
 
 namespace {

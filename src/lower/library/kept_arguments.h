@@ -1,7 +1,7 @@
 /* Functions whose results hold what they are given. */
 #pragma once
 
-#include "lower/keyword_calls.h"
+#include "lower/calls/keyword_calls.h"
 #include "syntax/tree/tree.h"
 
 /* Whether name is such a function of MATLAB's library. */

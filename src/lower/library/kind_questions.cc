@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "lower/expressions.h"
+#include "lower/expressions/expressions.h"
 #include "support/row_index.h"
 #include "syntax/names/names.h"
 #include "syntax/values/value.h"

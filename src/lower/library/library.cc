@@ -3,17 +3,17 @@
 
 #include <assert.h>
 
-#include "lower/called_functions.h"
-#include "lower/context.h"
-#include "lower/expressions.h"
-#include "lower/host_words.h"
+#include "lower/expressions/expressions.h"
+#include "lower/expressions/value_lists.h"
 #include "lower/library/element_calls.h"
 #include "lower/library/forms.h"
 #include "lower/library/kind_questions.h"
 #include "lower/library/operator_calls.h"
 #include "lower/library/rewrites.h"
 #include "lower/library/source_calls.h"
-#include "lower/value_lists.h"
+#include "lower/program/called_functions.h"
+#include "lower/program/context.h"
+#include "lower/program/host_words.h"
 #include "run/run_state.h"
 
 namespace {

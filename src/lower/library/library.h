@@ -2,7 +2,7 @@
  * program's own functions, the host and the files: of a function that is found nowhere else. */
 #pragma once
 
-#include "lower/outside_call.h"
+#include "lower/calls/outside_call.h"
 #include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 

@@ -4,8 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "lower/expressions.h"
-#include "lower/program_files.h"
+#include "lower/expressions/expressions.h"
+#include "lower/program/program_files.h"
 #include "syntax/names/names.h"
 #include "syntax/values/value.h"
 #include "syntax/values/values.h"

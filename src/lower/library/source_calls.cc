@@ -3,12 +3,12 @@
 
 #include <string.h>
 
-#include "lower/called_functions.h"
-#include "lower/keyword_calls.h"
+#include "lower/calls/keyword_calls.h"
+#include "lower/calls/plain_calls.h"
+#include "lower/expressions/operands.h"
 #include "lower/library/needs.h"
 #include "lower/library/sources.h"
-#include "lower/operands.h"
-#include "lower/plain_calls.h"
+#include "lower/program/called_functions.h"
 #include "syntax/names/name_map.h"
 #include "syntax/scan/spellings.h"
 #include "translate/host_queries.h"

@@ -3,8 +3,8 @@
 
 #include <string.h>
 
-#include "lower/expressions.h"
-#include "lower/keyword_calls.h"
+#include "lower/calls/keyword_calls.h"
+#include "lower/expressions/expressions.h"
 #include "lower/library/source_calls.h"
 #include "syntax/values/value.h"
 #include "translate/text_forms.h"

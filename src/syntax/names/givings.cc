@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "support/allocation.h"
-#include "syntax/values/values.h"
+#include "syntax/names/assigned_values.h"
 
 /* An assignment of a variable as a whole. */
 struct Giving {

@@ -11,10 +11,10 @@
 #include <algorithm>
 
 #include "support/allocation.h"
+#include "syntax/names/assigned_values.h"
 #include "syntax/names/field_uses.h"
 #include "syntax/names/name_walk.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/values.h"
 
 namespace {
 

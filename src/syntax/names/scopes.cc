@@ -5,11 +5,11 @@
 #include <algorithm>
 
 #include "support/allocation.h"
+#include "syntax/names/assigned_values.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/names/name_walk.h"
-#include "syntax/parse/class_table.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/values.h"
 
 /* A variable or function around an anonymous function that is named in it. */
 struct Capture {

@@ -1,11 +1,11 @@
 // Blocks of arguments at the head of a function's body. Of their checks only a flag is kept.
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
 #include "syntax/parse/expressions.h"
+#include "syntax/parse/open_blocks.h"
 #include "syntax/parse/recovery.h"
 #include "syntax/parse/statements.h"
-#include "syntax/scan/open_blocks.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 
 namespace {

@@ -2,11 +2,11 @@
 // NODE_BAD with what could be read as its children.
 #include <assert.h>
 
-#include "syntax/parse/class_table.h"
 #include "syntax/parse/expressions.h"
+#include "syntax/parse/open_blocks.h"
 #include "syntax/parse/recovery.h"
 #include "syntax/parse/statements.h"
-#include "syntax/scan/open_blocks.h"
+#include "syntax/scan/class_table.h"
 
 namespace {
 

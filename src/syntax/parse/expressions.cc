@@ -4,8 +4,8 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
 #include "syntax/parse/parser_state.h"
+#include "syntax/scan/class_table.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Scripts and files of functions.
 #include "syntax/parse/file_kinds.h"
 
-#include "syntax/parse/syntax_errors.h"
 #include "syntax/scan/scanner.h"
+#include "syntax/scan/syntax_errors.h"
 
 namespace {
 

@@ -2,11 +2,11 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
 #include "syntax/parse/expressions.h"
+#include "syntax/parse/open_blocks.h"
 #include "syntax/parse/recovery.h"
 #include "syntax/parse/statements.h"
-#include "syntax/scan/open_blocks.h"
+#include "syntax/scan/class_table.h"
 
 namespace {
 

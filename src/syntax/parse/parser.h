@@ -3,12 +3,8 @@
 #pragma once
 
 #include "diagnose/source.h"
+#include "syntax/scan/source_language.h"
 #include "syntax/tree/tree.h"
-
-/* matlab reads what Octave adds too, where MATLAB has an error there. octave differs in this: a
- * double-quoted string has escapes, a ! at the start of a statement negates, and x = y = 1 is
- * read. */
-enum SourceLanguage : uint8_t { LANGUAGE_MATLAB, LANGUAGE_OCTAVE };
 
 /* Forgets trees and names of the run before, at the start of a run. */
 void begin_syntax();

@@ -3,9 +3,9 @@
 
 #include <stdint.h>
 
-#include "syntax/parse/syntax_errors.h"
 #include "syntax/scan/scanner.h"
 #include "syntax/scan/spellings.h"
+#include "syntax/scan/syntax_errors.h"
 
 /* Whether the functions of the source are closed by an end. */
 enum FunctionEnds : uint8_t { ENDS_UNKNOWN, WITH_ENDS, WITHOUT_ENDS };

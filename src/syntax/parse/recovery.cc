@@ -4,9 +4,9 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
+#include "syntax/parse/open_blocks.h"
 #include "syntax/parse/parser_state.h"
-#include "syntax/scan/open_blocks.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 
 namespace {

@@ -1,11 +1,11 @@
 // Lists of statements: which rule reads a statement, what ends it, where comments go.
 #include "syntax/parse/statements.h"
 
-#include "syntax/parse/class_table.h"
+#include "syntax/parse/commands.h"
 #include "syntax/parse/expressions.h"
+#include "syntax/parse/open_blocks.h"
 #include "syntax/parse/recovery.h"
-#include "syntax/scan/commands.h"
-#include "syntax/scan/open_blocks.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 
 namespace {

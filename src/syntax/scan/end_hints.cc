@@ -1,7 +1,7 @@
 // Which block may have lost its end, by indentation.
 #include "syntax/scan/end_hints.h"
 
-#include "syntax/parse/class_table.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scanner.h"
 
 namespace {

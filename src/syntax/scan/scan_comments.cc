@@ -5,9 +5,9 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
-#include "syntax/parse/syntax_errors.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scanner.h"
+#include "syntax/scan/syntax_errors.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
-#include "syntax/parse/syntax_errors.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 #include "syntax/scan/scanner.h"
+#include "syntax/scan/syntax_errors.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <assert.h>
 #include <string.h>
 
-#include "syntax/parse/class_table.h"
-#include "syntax/parse/syntax_errors.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 #include "syntax/scan/scan_literals.h"
 #include "syntax/scan/spellings.h"
+#include "syntax/scan/syntax_errors.h"
 
 ScannerState Scan;
 Token Current;

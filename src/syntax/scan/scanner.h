@@ -9,7 +9,7 @@
 #include <stddef.h>
 
 #include "diagnose/source.h"
-#include "syntax/parse/parser.h"
+#include "syntax/scan/source_language.h"
 #include "syntax/scan/tokens.h"
 #include "syntax/tree/new_nodes.h"
 

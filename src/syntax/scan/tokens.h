@@ -3,7 +3,7 @@
 
 #include <stdint.h>
 
-#include "syntax/parse/operators.h"
+#include "syntax/tree/operators.h"
 
 enum TokenKind : uint8_t {
     TOKEN_END_OF_FILE,

@@ -9,7 +9,7 @@
 #include <assert.h>
 #include <stdint.h>
 
-#include "syntax/parse/operators.h"
+#include "syntax/tree/operators.h"
 
 struct Node;
 struct Region;

@@ -10,24 +10,6 @@
 #include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
 
-void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
-    AssignedValue *value = AllocRecord<AssignedValue>();
-    *value = {node, kind, symbol->values};
-    symbol->values = value;
-}
-
-void note_element(Symbol *symbol, const Node *target) {
-    constexpr uint32_t USED = SYMBOL_PARAMETER | SYMBOL_GLOBAL | SYMBOL_PERSISTENT |
-                              SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
-    const Node *selector = second_child(target);
-    if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
-    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS;
-    symbol->depth_changed = std::max(symbol->depth_changed, depth_of(target) + is_element);
-    symbol->scope->flags |= CHANGES_PARTS;
-    if (grows_in_plane(selector)) symbol->flags |= SYMBOL_GROWS_IN_PLANE;
-    if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
-}
-
 namespace {
 
 // What is asked of variables.

@@ -1,0 +1,235 @@
+// Names alone, and calls of functions.
+#include "lower/calls/calls.h"
+
+#include <assert.h>
+#include <string.h>
+
+#include "lower/calls/exist.h"
+#include "lower/calls/plain_calls.h"
+#include "lower/calls/requested_results.h"
+#include "lower/classes/methods.h"
+#include "lower/expressions/end_positions.h"
+#include "lower/expressions/field_literals.h"
+#include "lower/expressions/operands.h"
+#include "lower/library/kept_arguments.h"
+#include "lower/library/library.h"
+#include "lower/lines/gaps.h"
+#include "lower/lines/pieces.h"
+#include "lower/program/called_functions.h"
+#include "lower/program/host_words.h"
+#include "lower/targets/shared_parts.h"
+#include "support/allocation.h"
+#include "syntax/scan/spellings.h"
+#include "syntax/tree/new_nodes.h"
+#include "translate/host_queries.h"
+#include "translate/indices.h"
+#include "translate/operators.h"
+
+const char *host_name(const Node *name) {
+    const char *answer = translate_name(name->text);
+    if (!answer) return nullptr;
+    note_piece(name, CALL_OF_HOST);
+    return KeepText(answer, strlen(answer));
+}
+
+namespace {
+
+// Names with a form of their own when they are neither variables nor called with arguments.
+struct NameForm {
+    const char *name;
+    const char *form;
+};
+const NameForm NameForms[] = {
+    {"i", "I"}, {"j", "I"}, {"nargin", "nargs"}, {"nargout", "_nresults"}};
+
+const char *fixed_form(const char *name) {
+    for (const NameForm &row : NameForms)
+        if (strcmp(row.name, name) == 0) return row.form;
+    return nullptr;
+}
+
+bool is_truth_value(const char *name) {
+    return strcmp(name, "true") == 0 || strcmp(name, "false") == 0;
+}
+
+const char *const EvalNames[] = {"eval", "evalin", "evalc", "assignin"};
+
+void check_eval(const Node *name) {
+    for (const char *eval : EvalNames)
+        if (strcmp(eval, name->text) == 0) report_gap(EVAL_GAP, name, {name->text});
+}
+
+// A global that is asked for before it is set is empty in MATLAB, and has no value here.
+void check_global(const Node *name, const Node *arguments) {
+    const Node *argument = arguments ? arguments->first_child : nullptr;
+    if (strcmp(name->text, "isempty") != 0 || !argument || argument->kind != NODE_NAME) return;
+    if (argument->symbol->flags & SYMBOL_GLOBAL)
+        report_at(GLOBAL_START, argument, {argument->text});
+}
+
+mExpr *ask_call(const OutsideCall *of, const vExpr *values) {
+    const Node *name = of->name;
+    mExpr *call = ask_host(of->answer ? of->answer : name->text, values, of->results);
+    if (call) note_piece(name, CALL_OF_HOST);
+    return call;
+}
+
+// A call that the host has not answered.
+const char *unanswered_name(const OutsideCall *of) {
+    check_eval(of->name);
+    return called_function(of->name, of->may_get_object);
+}
+
+mExpr *finish_call(const OutsideCall *of, const vExpr *values);
+
+// The name of the file under way is known, and none at the prompt. Its folder is not: a translation
+// is the same wherever the sources lie.
+mExpr *new_file_name(const Node *name, const vExpr *arguments) {
+    if (arguments || strcmp(name->text, "mfilename") != 0) return nullptr;
+    if (is_function_of_file(name)) return nullptr;
+    return new_leaf(string_text(CurrentFile->stem ? CurrentFile->stem : ""), SCALAR);
+}
+
+// true and false are values of the host: an array of them is one of numbers, negated.
+mExpr *new_truth_call(const OutsideCall *of, const vExpr *values) {
+    const Node *name = of->name;
+    if (!values) return new_leaf(name->text);
+    Node *numbers = AllocRecord<Node>();
+    *numbers = *name;
+    numbers->text = intern(name->text[0] == 't' ? "zeros" : "ones");
+    OutsideCall call = {numbers, of->arguments, host_name(numbers), 1, of->may_get_object};
+    return new_operator1(OP_NOT, finish_call(&call, values));
+}
+
+mExpr *finish_call(const OutsideCall *of, const vExpr *values) {
+    if (mExpr *call = ask_call(of, values)) return call;
+    if (of->answer) return new_call_of(of->answer, values);
+    if (is_truth_value(of->name->text)) return new_truth_call(of, values);
+    if (mExpr *name = new_file_name(of->name, values)) return name;
+    if (mExpr *call = new_library_call(of, values)) return call;
+    return new_call_of(unanswered_name(of), values);
+}
+
+// An end among the arguments of an unknown name: it is indexed, and the host need not be asked.
+mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments,
+                    bool may_get_object) {
+    const char *written = answer ? answer : called_function(name, may_get_object);
+    vExpr *plain = plain_arguments(arguments);
+    mExpr *index = new_index_node(written, VARIABLE_INDEX, plain);
+    free_vExpr(plain);
+    return index;
+}
+
+mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_object) {
+    check_global(name, arguments);
+    const char *answer = host_name(name);
+    bool is_index = false;
+    Holder outer = Lowering.holder;
+    if (!keeps_arguments(name)) begin_holding(nullptr, nullptr);
+    ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
+    hold_arguments(name, arguments, &values);
+    end_holding(outer);
+    rename_fields(name->text, arguments, &values);
+    OutsideCall outside = {name, arguments, answer, requested_results(arguments), may_get_object};
+    mExpr *call = is_index ? finish_index(name, answer, values.first, may_get_object)
+                           : finish_call(&outside, values.first);
+    free_vExpr(values.first);
+    return call;
+}
+
+// A colon is the text ":" to a function.
+void spell_colons(ExprList *values) {
+    for (vExpr *cell = values->first; cell; cell = cell->next)
+        if (is_colon(cell->item)) cell->item = new_leaf("\":\"", SCALAR);
+}
+
+}  // namespace
+
+mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
+    Holder outer = begin_holding(nullptr, nullptr);
+    ExprList values = lower_values(arguments);
+    end_holding(outer);
+    spell_colons(&values);
+    mExpr *call = new_call_of(procedure, values.first);
+    free_vExpr(values.first);
+    return call;
+}
+
+mExpr *lower_call(const Node *name, const Node *arguments) {
+    assert(name->kind == NODE_NAME && !is_variable(name->symbol));
+    if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
+    Dispatch dispatch = dispatch_call(name, arguments);
+    if (dispatch.class_name) {
+        const char *method = called_method(name, dispatch.class_name, name->text);
+        return new_procedure_call(method, arguments);
+    }
+    note_piece(name, CALL_OF_LANGUAGE);
+    if (mExpr *test = lower_exist(name, arguments)) return test;
+    return lower_outside_call(name, arguments, dispatch.may_get_object);
+}
+
+// They stand where the name does.
+static const Node *as_arguments(const Node *name, Node *first) {
+    Node *arguments = new_text_node(NODE_ARGUMENTS, name->offset, end_of(name), nullptr);
+    arguments->first_child = first;
+    return arguments;
+}
+
+mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int32_t results) {
+    if (const char *own = own_function(name)) return new_call_of(own, values);
+    const Node *arguments = as_arguments(name, first);
+    Dispatch dispatch = dispatch_call(name, arguments);
+    if (dispatch.class_name)
+        return new_call_of(called_method(name, dispatch.class_name, name->text), values);
+    note_piece(name, CALL_OF_LANGUAGE);
+    OutsideCall outside = {name, arguments, host_name(name), results, dispatch.may_get_object};
+    return finish_call(&outside, values);
+}
+
+// A function without arguments: the host's name of it stands for its value.
+static mExpr *lower_bare_call(const Node *name) {
+    if (const char *own = own_function(name)) return new_call_of(own, nullptr);
+    if (const char *answer = host_name(name)) return new_leaf(answer);
+    if (is_truth_value(name->text)) return new_leaf(name->text);
+    OutsideCall call = {name, nullptr, nullptr, requested_results(name), false};
+    return finish_call(&call, nullptr);
+}
+
+mExpr *lower_name(const Node *name) {
+    assert(name->kind == NODE_NAME && name->symbol && "names are settled");
+    if (is_variable(name->symbol)) return new_leaf(written_name(name->symbol));
+    note_piece(name, CALL_OF_LANGUAGE);
+    if (strcmp(name->text, "ans") == 0) {
+        report_at(ANS_VALUE, name);
+        return new_leaf("ans");
+    }
+    if (const char *form = fixed_form(name->text)) return new_leaf(form);
+    return lower_bare_call(name);
+}
+
+// Words stay texts: what a function of the library makes of them nobody can see.
+static mExpr *finish_command(const OutsideCall *of, const vExpr *words) {
+    if (mExpr *call = ask_call(of, words)) return call;
+    return new_call_of(of->answer ? of->answer : unanswered_name(of), words);
+}
+
+mExpr *lower_command(const Node *command) {
+    const Node *name = command->first_child;
+    ExprList words = {};
+    note_piece(name, CALL_OF_LANGUAGE);
+    const char *own = own_function(name);
+    const char *answer = own ? own : host_name(name);
+    for (const Node *word = name->next; word; word = word->next)
+        append_expr(&words, new_leaf(string_text(word->text), SCALAR));
+    OutsideCall outside = {name, nullptr, answer, 0, false};
+    mExpr *call = own ? new_call_of(own, words.first) : finish_command(&outside, words.first);
+    free_vExpr(words.first);
+    return call;
+}
+
+mExpr *lower_function_name(const Node *name) {
+    if (const char *own = own_function(name)) return new_call_of(own, nullptr);
+    note_piece(name, CALL_OF_LANGUAGE);
+    const char *answer = host_name(name);
+    return new_leaf(answer ? answer : called_function(name));
+}

@@ -1,0 +1,105 @@
+// Expressions that may be evaluated although their value is not asked for.
+#include "lower/expressions/fallible.h"
+
+#include <string.h>
+
+#include "lower/program/called_functions.h"
+#include "lower/program/context.h"
+#include "syntax/values/library_values.h"
+
+namespace {
+
+const char *const Constants[] = {"true", "false", "pi", "eps", "Inf",    "inf",
+                                 "NaN",  "nan",   "i",  "j",   "nargin", "nargout"};
+
+bool is_constant(const char *name) {
+    for (const char *constant : Constants)
+        if (strcmp(constant, name) == 0) return true;
+    return false;
+}
+
+// A longer expression is not looked through for every name.
+constexpr uint32_t LONGEST_LOOK = 256;
+constexpr int MOST_SIDES = 8;
+
+// Whether the evaluation of the expression surely reads the variable.
+bool surely_reads(const Node *node, const Symbol *symbol) {
+    if (node->kind == NODE_NAME) return node->symbol == symbol;
+    if (node->kind == NODE_ANONYMOUS) return false;
+    bool is_lazy = node->kind == NODE_CHAIN && node->op <= OPERATOR_AND;
+    for (const Node *child = first_child(node); child; child = is_lazy ? nullptr : child->next)
+        if (surely_reads(child, symbol)) return true;
+    return false;
+}
+
+bool asks_for_arguments(const Node *node) {
+    if (node->kind == NODE_NAME)
+        return strcmp(node->text, "nargin") == 0 || strcmp(node->text, "exist") == 0;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (asks_for_arguments(child)) return true;
+    return false;
+}
+
+// Whether a side of the chain, of which first is the first one, may tell that a parameter has a
+// value: what is known of it then holds after that side only.
+bool may_tell(const Node *first) {
+    if (!first) return true;
+    int sides = 0;
+    for (const Node *side = first; side; side = side->next)
+        if (++sides > MOST_SIDES || side->length > LONGEST_LOOK || asks_for_arguments(side))
+            return true;
+    return false;
+}
+
+// It may be where the function asks how many are given.
+bool may_parameter_be_missing(const Node *name, const Node *evaluated) {
+    if (!(Lowering.scope->flags & (READS_NARGIN | ASKS_EXIST))) return false;
+    return may_be(value_of(name), MAY_BE_MISSING) || may_tell(evaluated);
+}
+
+// Globals, and variables that other functions or scripts may set, are taken to have a value.
+bool can_name_fail(const Node *name, const Node *evaluated) {
+    constexpr uint32_t SET_ELSEWHERE =
+        SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const Symbol *symbol = name->symbol;
+    if (!is_variable(symbol)) return !is_constant(name->text);
+    bool may_be_missing = symbol->position > 0 ? may_parameter_be_missing(name, evaluated)
+                                               : may_be(value_of(name), MAY_BE_MISSING) &&
+                                                     !(symbol->flags & SET_ELSEWHERE);
+    return may_be_missing &&
+           !(evaluated && evaluated->length <= LONGEST_LOOK && surely_reads(evaluated, symbol));
+}
+
+bool is_total(const Node *name) {
+    if (name->kind != NODE_NAME || is_variable(name->symbol)) return false;
+    const LibraryFunction *function = library_function(name->text);
+    return function && function->is_total && !has_function(name);
+}
+
+bool any_can_fail(const Node *first, const Node *evaluated) {
+    for (; first; first = first->next)
+        if (can_fail(first, evaluated)) return true;
+    return false;
+}
+
+// A function of one selector, its arguments, that takes whatever it gets.
+bool can_reference_fail(const Node *reference, const Node *evaluated) {
+    const Node *base = reference->first_child;
+    const Node *arguments = base->next;
+    if (!is_total(base) || arguments->next || arguments->kind != NODE_ARGUMENTS) return true;
+    return any_can_fail(arguments->first_child, evaluated);
+}
+
+}  // namespace
+
+bool is_unknown_function(const Node *name) { return !is_constant(name->text) && !is_total(name); }
+
+bool can_fail(const Node *node, const Node *evaluated) {
+    switch (node->kind) {
+        case NODE_NAME: return can_name_fail(node, evaluated);
+        case NODE_REFERENCE: return can_reference_fail(node, evaluated);
+        case NODE_HANDLE:
+        case NODE_ANONYMOUS: return false;
+        default: return any_can_fail(first_child(node), evaluated);
+    }
+}

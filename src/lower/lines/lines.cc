@@ -1,0 +1,162 @@
+// Lines of host text that wait to be written.
+#include "lower/lines/lines.h"
+
+#include <assert.h>
+#include <string.h>
+
+#include <algorithm>
+
+#include "emit/output.h"
+#include "lower/lines/long_lines.h"
+#include "lower/lines/origins.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "support/long_string.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+constexpr int DEEPEST_INDENT = 50;
+
+// A long chain of elif conditions that need lines in front nests deeply: it is not indented
+// further.
+int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
+
+// What is a comment is as wide as it is.
+void write_line_text(const Line *line) {
+    if (line->comment == NO_COMMENT && *line->text != '#')
+        write_broken(line->text, INDENT * static_cast<uint32_t>(shown_level(line)));
+    else
+        write_output(line->text);
+}
+
+void write_margin(const Line *line) {
+    int level = *line->text ? shown_level(line) : 0;
+    if (line->comment == NO_COMMENT) return write_indent(level);
+    int outer = std::min(line->comment, DEEPEST_INDENT);
+    write_indent(outer);
+    write_output(*line->text ? "# " : "#");
+    write_indent(level - outer);
+}
+
+}  // namespace
+
+void add_line(Lines *lines, int level, const char *text) {
+    assert(level >= 0);
+    Line *line = AllocRecord<Line>();
+    *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin};
+    Lines one = {line, line};
+    append_lines(lines, &one);
+}
+
+void append_lines(Lines *lines, Lines *more) {
+    assert(lines != more && !(lines->last && lines->last->next));
+    if (!more->first) return;
+    (lines->last ? lines->last->next : lines->first) = more->first;
+    lines->last = more->last;
+    *more = {nullptr, nullptr};
+}
+
+void write_lines(const Lines *lines) {
+    for (const Line *line = lines->first; line; line = line->next) {
+        write_margin(line);
+        int32_t begin = LengthString(OutputText);
+        write_line_text(line);
+        write_character('\n');
+        if (!Observing.lines) continue;
+        int64_t count = std::count(OutputText + begin, OutputText + LengthString(OutputText), '\n');
+        tell_lines(*line->text ? line->origin : nullptr, static_cast<uint32_t>(count));
+    }
+}
+
+namespace {
+
+void write_blanks(Writer *to, size_t count) {
+    for (; count > 0; count--) write_character(to, ' ');
+}
+
+size_t indentation(const Line *line) {
+    return *line->text ? INDENT * static_cast<size_t>(shown_level(line)) : 0;
+}
+
+// Where a line end is the next one of the text that stands outside of strings; null for none.
+const char *next_line_end(const char *text) {
+    bool in_string = false;
+    for (; *text; text++) {
+        if (in_string && *text == '\\' && text[1]) {
+            text++;
+        } else if (*text == '"') {
+            in_string = !in_string;
+        } else if (*text == '\n' && !in_string) {
+            return text;
+        }
+    }
+    return nullptr;
+}
+
+const char *indent_text(const char *text, size_t blanks) {
+    size_t ends = 0;
+    const char *end = next_line_end(text);
+    if (!end) return text;
+    for (; end; end = next_line_end(end + 1)) ends++;
+    Writer to = new_text(strlen(text) + ends * blanks + 1);
+    const char *wider = to.at;
+    while ((end = next_line_end(text))) {
+        write_bytes(&to, text, static_cast<size_t>(end + 1 - text));
+        write_blanks(&to, blanks);
+        text = end + 1;
+    }
+    write_text(&to, text);
+    return wider;
+}
+
+}  // namespace
+
+const char *lines_text(const Lines *lines) {
+    size_t size = 1;
+    for (const Line *line = lines->first; line; line = line->next)
+        size += indentation(line) + strlen(line->text) + 1;
+    Writer to = new_text(size);
+    const char *text = to.at;
+    for (const Line *line = lines->first; line; line = line->next) {
+        if (line != lines->first) write_text(&to, "\n");
+        write_blanks(&to, indentation(line));
+        write_text(&to, line->text);
+    }
+    return text;
+}
+
+const char *indent_inner_lines(const char *text, int levels) {
+    return indent_text(text, INDENT * static_cast<size_t>(levels));
+}
+
+namespace {
+
+// What stands after a line end inside of the line's text, as a line of its own.
+Line *split_line(Line *line, const char *end) {
+    assert(*end == '\n');
+    const char *rest = end + 1 + strspn(end + 1, " ");
+    Line *second = AllocRecord<Line>();
+    int32_t blanks = static_cast<int32_t>(rest - end - 1);
+    *second = {blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next, line->origin};
+    line->text = KeepText(line->text, static_cast<size_t>(end - line->text));
+    line->next = second;
+    return second;
+}
+
+}  // namespace
+
+void comment_lines(Lines *lines, int level) {
+    for (Line *line = lines->first; line; line = line->next) {
+        const char *end = strchr(line->text, '\n');
+        if (end && split_line(line, end)->next == nullptr) lines->last = line->next;
+        line->comment = level;
+    }
+}
+
+const char *without_last_blanks(const char *text) {
+    size_t length = strlen(text);
+    size_t kept = length;
+    while (kept > 0 && (text[kept - 1] == ' ' || text[kept - 1] == '\t')) kept--;
+    return kept < length ? KeepText(text, kept) : text;
+}

@@ -1,0 +1,147 @@
+// Long lines of host text.
+#include "lower/lines/long_lines.h"
+
+#include <string.h>
+
+#include "emit/output.h"
+
+namespace {
+
+// A line that is being read: what has been opened in front of at.
+struct Reader {
+    const char *at;
+    int depth;
+    char quote;  // of the string or name around; 0 for none
+};
+
+inline void read_character(Reader *from) {
+    char c = *from->at++;
+    if (from->quote) {
+        if (c == '\\' && from->quote == '"' && *from->at) from->at++;
+        if (c == from->quote) from->quote = 0;
+        return;
+    }
+    switch (c) {
+        case '"':
+        case '`':
+        case '\'': from->quote = c; break;
+        case '(':
+        case '[':
+        case '{': from->depth++; break;
+        case ')':
+        case ']':
+        case '}': from->depth--; break;
+        default: break;
+    }
+}
+
+// How tight an operator binds, from 1; 0 for what is none.
+int tightness_of(const char *word, size_t length) {
+    bool is_elementwise = length == 2 && word[1] == '~';
+    bool is_relation = length == 2 && (word[1] == '=' || word[1] == '>');
+    if (length > 1 && !is_elementwise && !is_relation)
+        return strncmp(word, "or ", 3) == 0 ? 1 : strncmp(word, "and ", 4) == 0 ? 2 : 0;
+    switch (*word) {
+        case '<':
+        case '>':
+        case '=': return 3;
+        case '+':
+        case '-': return 4;
+        case '*':
+        case '/':
+        case '.': return 5;
+        case '^': return 6;
+        default: return 0;
+    }
+}
+
+// A place where a line may end: the smaller, the better.
+constexpr int TIGHTEST = 8;
+constexpr int NO_PLACE = -1;
+
+// That in front of what is read next: after a comma, before an operator.
+inline int place_at(const Reader *from, const char *start) {
+    if (from->at == start || from->quote) return NO_PLACE;
+    bool is_after_comma = from->at[-1] == ',';
+    if (!is_after_comma && *from->at != ' ') return NO_PLACE;
+    if (is_after_comma) return from->depth * TIGHTEST;
+    size_t length = strcspn(from->at + 1, " \n");
+    if (from->at[1 + length] != ' ') return NO_PLACE;
+    int tightness = tightness_of(from->at + 1, length);
+    return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
+}
+
+// Where the next line begins, which is read from there; at null: nowhere. The outermost place at
+// the loosest operator counts that leaves no short line, else the last one, or the first after the
+// limit.
+Reader find_break(Reader from, const char *end, const char *limit) {
+    const char *start = from.at;
+    const char *early = start + (limit - start) * 2 / 5;
+    Reader best = {nullptr, 0, 0};
+    int best_place = NO_PLACE;
+    for (; from.at < end && !(from.at > limit && best.at); read_character(&from)) {
+        int place = place_at(&from, start);
+        if (place == NO_PLACE || (best.at >= early && best.at && place > best_place)) continue;
+        best = from;
+        best_place = place;
+    }
+    while (best.at && *best.at == ' ') best.at++;
+    return best;
+}
+
+// The end of the string or name that begins at a quote.
+const char *end_of_quoted(const char *at) {
+    Reader from = {at, 0, 0};
+    do read_character(&from);
+    while (from.quote && *from.at);
+    return from.at;
+}
+
+// Where the code of a line ends, in front of a comment and the blank before it.
+const char *end_of_code(const char *line) {
+    const char *at = line;
+    while (*(at += strcspn(at, "\n#\"`'")) && *at != '\n' && *at != '#') at = end_of_quoted(at);
+    bool has_blank = *at == '#' && at > line && at[-1] == ' ';
+    return has_blank ? at - 1 : at;
+}
+
+const char *end_of_line(const char *code) {
+    const char *end = strchr(code, '\n');
+    return end ? end : code + strlen(code);
+}
+
+void write_line_end(uint32_t margin) {
+    write_character('\n');
+    write_blanks(margin);
+}
+
+void write_code(const char *line, const char *end, uint32_t margin) {
+    Reader from = {line, 0, 0};
+    uint32_t deeper = margin + INDENT;
+    while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
+        Reader next = find_break(from, end, from.at + (LONGEST_LINE - margin));
+        if (!next.at || next.at >= end) break;
+        const char *last = next.at;
+        while (last[-1] == ' ') last--;
+        write_output(from.at, last);
+        margin = deeper;
+        write_line_end(margin);
+        from = next;
+    }
+    write_output(from.at, end);
+}
+
+}  // namespace
+
+void write_broken(const char *text, uint32_t margin) {
+    for (;;) {
+        const char *code = end_of_code(text);
+        const char *end = *code == '\n' ? code : end_of_line(code);
+        write_code(text, code, margin);
+        write_output(code, end);
+        if (!*end) return;
+        margin = static_cast<uint32_t>(strspn(end + 1, " "));
+        write_line_end(margin);
+        text = end + 1 + margin;
+    }
+}

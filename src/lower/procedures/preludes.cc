@@ -1,0 +1,191 @@
+// Parameters: how they get into the variables of the function.
+#include "lower/procedures/preludes.h"
+
+#include <assert.h>
+
+#include "diagnose/messages.h"
+#include "lower/conditions/host_conditions.h"
+#include "lower/lines/origins.h"
+#include "lower/lines/text_list.h"
+#include "lower/procedures/argument_counts.h"
+#include "lower/procedures/defaults.h"
+#include "lower/program/context.h"
+#include "lower/program/host_words.h"
+#include "lower/program/program_files.h"
+#include "lower/statements/statements.h"
+#include "lower/targets/shared_parts.h"
+#include "lower/targets/targets.h"
+#include "syntax/tree/new_nodes.h"
+
+namespace {
+
+const Node *parameters_of(const Scope *scope) {
+    const Node *child = scope->owner->first_child;
+    while (child->kind != NODE_PARAMETERS) child = child->next;
+    return child;
+}
+
+// A parameter without a name gets one that nothing else has.
+const char *head_text(const Node *parameter) {
+    if (parameter->kind == NODE_TILDE)
+        return form_text("qxrp_%s", {number_text(++Lowering.temporaries)});
+    if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
+    return head_name(parameter->symbol);
+}
+
+// Whether the function asks for it, sets it first, or is called without it in its file.
+bool may_be_missing(const Scope *scope, const Symbol *parameter) {
+    if ((scope->flags & READS_NARGIN) || (parameter->flags & SYMBOL_MAY_BE_MISSING)) return true;
+    const Node *function = scope->owner;
+    return function->kind == NODE_FUNCTION &&
+           fewest_arguments(CurrentFile, function->text) < parameter->position;
+}
+
+// Whether the function always sets the parameter before it uses it, all that may use it being seen.
+bool is_set_first(const Scope *scope, const Symbol *parameter) {
+    bool is_seen = CurrentFile->source->errors == 0 && !scope->creator;
+    return is_seen && !(parameter->flags & SYMBOL_GIVEN_COUNTS);
+}
+
+void put_copy(const Scope *scope, Symbol *parameter) {
+    if (is_set_first(scope, parameter)) return;
+    if (!may_be_missing(scope, parameter)) return put_given_value(parameter);
+    if (find_default(scope, parameter)) return;
+    put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
+    Lowering.level++;
+    put_given_value(parameter);
+    Lowering.level--;
+    bool is_asked = scope->flags & READS_NARGIN;
+    if (parameter->start && (!is_asked || (parameter->flags & SYMBOL_MAY_BE_MISSING))) {
+        put_line("else", {});
+        put_inner_line("%s := %s;", {written_name(parameter), start_text(parameter->start, false)});
+    }
+    put_line("end if;", {});
+}
+
+// What is changed in the arguments are copies of them.
+void put_varargin(const Scope *scope, Symbol *varargin) {
+    const char *name = written_name(varargin);
+    int first = scope->parameters + 1;
+    bool changes = varargin->depth_changed > 1;
+    const char *form = changes ? "%s := copy(rtable([args[%s..]],subtype='Vector[row]'));"
+                               : "%s := rtable([args[%s..]],subtype='Vector[row]');";
+    put_line("if %s then", {count_condition("nargs", OP_GE, first)});
+    put_inner_line(form, {name, number_text(first)});
+    put_line("else", {});
+    put_inner_line("%s := rtable([],subtype='Vector[row]');", {name});
+    put_line("end if;", {});
+}
+
+// Whether the parameter has a value, which may change.
+const char *put_question(const Symbol *parameter) {
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, count_comparison("nargs", OP_GE, parameter->position)->text});
+    return name;
+}
+
+void put_parameter(const Scope *scope, const Node *parameter) {
+    if (parameter->kind == NODE_TILDE) return;
+    if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
+    Symbol *symbol = parameter->symbol;
+    if (symbol->position == 0) return put_varargin(scope, symbol);
+    if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
+    if (!is_copied_parameter(symbol)) return;
+    put_copy(scope, symbol);
+    if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
+}
+
+// An assignment of the value after the target, when the parameter has not been given.
+void put_default(Node *target, const Symbol *parameter) {
+    assert(target->next && !target->next->next && "a target and its value");
+    Node *assignment = new_parent(NODE_ASSIGN, target);
+    assignment->length = end_of(target->next) - target->offset;
+    bool is_option = target->kind != NODE_NAME;
+    if (!is_option) put_line("if %s then", {count_condition("nargs", OP_LT, parameter->position)});
+    lower_siblings(assignment, nullptr, Lowering.level + !is_option);
+    if (!is_option) put_line("end if;", {});
+}
+
+// The arguments from a position on are pairs of a name and a value.
+void put_options(Symbol *options) {
+    const char *name = written_name(options);
+    const char *counter = new_temporary();
+    put_line("for %s from %s to nargs by 2 do", {counter, number_text(options->position)});
+    put_inner_line("%s := setfield(%s, args[%s], args[%s+1]);", {name, name, counter, counter});
+    put_line("end do;", {});
+}
+
+Symbol *base_symbol(const Node *target) {
+    if (target->kind == NODE_REFERENCE) target = target->first_child;
+    return target->kind == NODE_NAME ? target->symbol : nullptr;
+}
+
+// The options of one parameter stand side by side.
+void put_argument(const Node *argument) {
+    Node *target = argument->first_child;
+    Symbol *symbol = base_symbol(target);
+    if (target->next && symbol) put_default(target, symbol);
+    if (!symbol || !(symbol->flags & SYMBOL_OPTIONS)) return;
+    const Node *next = argument->next;
+    while (next && next->kind == NODE_COMMENT) next = next->next;
+    if (!next || base_symbol(next->first_child) != symbol) put_options(symbol);
+}
+
+void put_argument_block(const Node *block) {
+    assert(block->kind == NODE_ARGUMENT_BLOCK);
+    bool has_checks = false;
+    for (const Node *child = block->first_child; child; child = child->next) {
+        if (child->kind == NODE_COMMENT) {
+            lower_more_siblings(child, child->next);
+            continue;
+        }
+        has_checks |= has_flag(child, HAS_CHECKS);
+        Origin *outer = begin_origin(PRELUDE_LINES, child);
+        if (!has_flag(block, FOR_OUTPUTS)) put_argument(child);
+        end_origin(outer);
+    }
+    if (has_checks) report(ARGUMENT_CHECKS, CurrentFile->source, block->offset, block->length);
+}
+
+}  // namespace
+
+void put_given_value(Symbol *parameter) {
+    put_line(must_own(parameter) ? "%s := copy(%s);" : "%s := %s;",
+             {written_name(parameter), head_name(parameter)});
+}
+
+const char *parameter_list(const Scope *scope) {
+    TextList names = {};
+    const Node *parameter = parameters_of(scope)->first_child;
+    for (; parameter; parameter = parameter->next) {
+        bool is_varargin = !parameter->next && (scope->flags & HAS_VARARGIN);
+        if (!is_varargin) append_text(&names, head_text(parameter));
+    }
+    return join_texts(&names);
+}
+
+void put_prelude(const Scope *scope) {
+    const Node *parameters = parameters_of(scope);
+    const Node *first = parameters->first_child;
+    Origin *outer = begin_origin(PRELUDE_LINES, parameters);
+    for (const Node *parameter = first; parameter; parameter = parameter->next)
+        put_parameter(scope, parameter);
+    if (scope->flags & HAS_VARARGOUT)
+        put_line("varargout := rtable([],subtype='Vector[row]');", {});
+    for (const Node *parameter = first; parameter; parameter = parameter->next)
+        if (parameter->kind == NODE_DEFAULT)
+            put_default(parameter->first_child, parameter->first_child->symbol);
+    end_origin(outer);
+}
+
+const Node *put_argument_blocks(const Node *first) {
+    const Node *rest = first;
+    for (const Node *node = first; node; node = node->next) {
+        if (node->kind == NODE_COMMENT) continue;
+        if (node->kind != NODE_ARGUMENT_BLOCK) break;
+        lower_more_siblings(rest, node);
+        put_argument_block(node);
+        rest = node->next;
+    }
+    return rest;
+}

@@ -1,0 +1,143 @@
+// The return of a procedure's results: as many as its caller asks for.
+#include <string.h>
+
+#include "lower/conditions/host_conditions.h"
+#include "lower/lines/origins.h"
+#include "lower/lines/text_list.h"
+#include "lower/procedures/procedures.h"
+#include "lower/program/context.h"
+#include "lower/program/host_words.h"
+
+namespace {
+
+constexpr char VALUES[] = "seq(varargout(qxrp_i),qxrp_i=1..%s)";
+
+TextList output_names(const Scope *scope) {
+    TextList names = {};
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if (symbol->flags & SYMBOL_OUTPUT) append_text(&names, written_name(symbol));
+    return names;
+}
+
+void put_branch(const char *head, const char *condition, const char *values) {
+    put_line("%s %s then", {head, condition});
+    put_inner_line("return %s;", {values});
+}
+
+void put_last_branch(const char *values) {
+    put_line("else", {});
+    put_inner_line("return %s;", {values});
+    put_line("end if;", {});
+}
+
+// A branch for every number of results from 2 on up to the named outputs.
+int put_exact_branches(const TextList *names, const TextCell *end) {
+    int results = 2;
+    for (const TextCell *last = names->first->next; last != end; last = last->next, results++) {
+        const char *condition = form_text("_nresults = %s", {number_text(results)});
+        put_branch(results == 2 ? "if" : "elif", condition, join_texts(names, last->next));
+    }
+    return results;
+}
+
+void put_named_results(const TextList *names) {
+    if (!names->first->next) return put_line("return %s;", {names->first->text});
+    put_exact_branches(names, nullptr);
+    put_last_branch(names->first->text);
+}
+
+// varargout alone: a caller that asks for nothing may find it empty.
+void put_varargout(bool is_written) {
+    put_branch("if", count_condition("_nresults", OP_GE, 2), form_text(VALUES, {"_nresults"}));
+    const char *count = "ArrayNumElems(varargout,'All')";
+    put_branch("elif", count_condition(count, OP_GE, 1), "varargout(1)");
+    if (is_written) {
+        put_line("else", {});
+        put_inner_line("return;", {});
+    }
+    put_line("end if;", {});
+}
+
+// Named outputs in front of varargout, its cell.
+void put_results_and_varargout(const TextList *names, const TextCell *varargout) {
+    int results = 1;
+    for (const TextCell *cell = names->first; cell->next != varargout; cell = cell->next) results++;
+    const char *bound = form_text("_nresults-%s", {number_text(results)});
+    const char *all =
+        form_text("%s, %s", {join_texts(names, varargout), form_text(VALUES, {bound})});
+    if (results == 1) return put_line("return %s;", {all});
+    put_exact_branches(names, varargout);
+    put_branch("elif", count_condition("_nresults", OP_GE, results + 1), all);
+    put_last_branch(names->first->text);
+}
+
+// Bytes of the branches above, which name the first output in each, the second in all but one ...
+size_t branches_length(const TextList *names) {
+    constexpr size_t HEAD = 40;
+    size_t values = 0;
+    size_t all = 0;
+    for (const TextCell *cell = names->first; cell; cell = cell->next) {
+        values += strlen(cell->text) + strlen(", ");
+        all += HEAD + values;
+    }
+    return all;
+}
+
+// A longer return is written once for all returns of a function, and without repeating the names.
+constexpr size_t LONGEST_RETURN = 2048;
+
+const char *hidden_name() { return form_text("qxrp_%s", {number_text(++Lowering.temporaries)}); }
+
+// The first results go into a cell, as many as are asked for.
+void put_collected(const TextList *names, const TextCell *varargout, const char *asked) {
+    const char *cell = hidden_name();
+    put_line("local %s;", {cell});
+    put_line("%s := rtable([copy(%s)],subtype='Vector[row]');", {cell, names->first->text});
+    int results = 1;
+    for (const TextCell *name = names->first->next; name != varargout; name = name->next) {
+        put_line("if %s then", {count_condition(asked, OP_GE, ++results)});
+        put_inner_line("%s(%s) := copy(%s);", {cell, number_text(results), name->text});
+        put_line("end if;", {});
+    }
+    const char *form = "seq(%s(qxrp_i),qxrp_i=1..%s)";
+    const char *last = number_text(results);
+    if (varargout) {
+        const char *bound = form_text("%s-%s", {asked, last});
+        put_branch(
+            "if", count_condition(asked, OP_GE, results + 1),
+            form_text("%s, %s", {form_text(form, {cell, last}), form_text(VALUES, {bound})}));
+    }
+    put_branch(varargout ? "elif" : "if", count_condition(asked, OP_GE, 2),
+               form_text(form, {cell, asked}));
+    put_last_branch(form_text("%s(1)", {cell}));
+}
+
+}  // namespace
+
+void put_results_procedure() {
+    const Scope *scope = Lowering.scope;
+    TextList names = output_names(scope);
+    if (!names.first || branches_length(&names) <= LONGEST_RETURN) return;
+    bool has_varargout = (scope->flags & HAS_VARARGOUT) != 0;
+    Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
+    const char *procedure = new_temporary();
+    const char *asked = hidden_name();
+    put_line("%s := proc( %s )", {procedure, asked});
+    Lowering.level++;
+    put_collected(&names, has_varargout ? names.last : nullptr, asked);
+    Lowering.level--;
+    put_line("end proc;", {});
+    end_origin(outer);
+    Lowering.results_procedure = procedure;
+}
+
+void put_return(bool is_written) {
+    const Scope *scope = Lowering.scope;
+    if (Lowering.results_procedure)
+        return put_line("return %s(_nresults);", {Lowering.results_procedure});
+    TextList names = output_names(scope);
+    if (!names.first) return is_written ? put_line("return;", {}) : void();
+    if (!(scope->flags & HAS_VARARGOUT)) return put_named_results(&names);
+    if (names.first == names.last) return put_varargout(is_written);
+    put_results_and_varargout(&names, names.last);
+}

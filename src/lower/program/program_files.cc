@@ -1,0 +1,403 @@
+// The files of a run.
+#include "lower/program/program_files.h"
+
+#include <assert.h>
+#include <errno.h>
+#include <string.h>
+#include <sys/stat.h>
+
+#include "diagnose/messages.h"
+#include "lexer/named_source.h"
+#include "lexer/source_files.h"
+#include "lexer/whole_source.h"
+#include "lower/classes/class_folders.h"
+#include "lower/classes/procedure_names.h"
+#include "lower/conditions/host_conditions.h"
+#include "lower/lines/lines.h"
+#include "lower/program/host_words.h"
+#include "run/run_state.h"
+#include "support/allocation.h"
+#include "syntax/scan/spellings.h"
+#include "translate/text_forms.h"
+
+/* A folder of private functions. */
+struct Folder {
+    const char *path;
+    NameMap files; /* SourceFile, or NO_FILE */
+    Folder *next;
+};
+
+SourceFile *CurrentFile;
+
+namespace {
+
+NameMap FilesByStem;     // SourceFile, the newest one first
+Folder *PrivateFolders;  // those that are there
+NameMap PathFiles;       // what names mean on the search path: SourceFile, or NO_FILE
+NameMap OnPath;          // names of which a file is there, or surely none
+NameMap MethodFiles;     // by paths: SourceFile
+NameMap LibraryFiles;    // by the addresses of their texts: SourceFile
+NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
+NameMap LastNumbers;     // of names that several want: LastNumber
+
+struct LastNumber {
+    int number;
+};
+
+SourceLanguage Language;
+
+SourceFile NoFile;
+void *const NO_FILE = &NoFile;
+
+bool is_taken(const char *written) { return find_name(&Procedures, written) != nullptr; }
+
+const char *numbered_name(const char *name, int number) {
+    return intern(form_text("%s_%s", {name, number_text(number)}));
+}
+
+// The name, with a number after it when it is taken: numbers up to the last one are, too.
+const char *free_name(const char *name) {
+    const char *plain = intern(name);
+    if (!is_taken(plain)) return plain;
+    LastNumber *last = static_cast<LastNumber *>(find_name(&LastNumbers, plain));
+    if (!last) {
+        last = AllocRecord<LastNumber>();
+        *last = {1};
+        enter_name(&LastNumbers, plain, last);
+    }
+    const char *free;
+    do free = numbered_name(name, ++last->number);
+    while (is_taken(free));
+    return free;
+}
+
+const char *library_name(const char *name) { return form_text("qxrp_%s", {name}); }
+
+// The first function of a name keeps it, every other has its file's name in front.
+const char *choose_written(const SourceFile *file, const char *name) {
+    if (file->is_library) return free_name(library_name(name));
+    const char *plain = free_of_host_words(name);
+    if (!is_taken(plain)) return plain;
+    const char *stem = file->stem && is_identifier(file->stem) ? file->stem : "script";
+    return free_name(form_text("qxrp_%s_%s", {stem, name}));
+}
+
+const char *without_dots(const char *name) {
+    if (!strchr(name, '.')) return name;
+    char *copy = KeepText(name, strlen(name));
+    for (char *dot = copy; (dot = strchr(dot, '.'));) *dot = '_';
+    return intern(copy);
+}
+
+bool is_first(const SourceFile *file) { return !file->functions && !file->is_script; }
+
+// Those of a class file are called alike in every run.
+const char *choose_name(const SourceFile *file, const char *name) {
+    if (!file->place.name) return choose_written(file, name);
+    return free_name(is_first(file) ? procedure_name(file->path)
+                                    : inner_procedure_name(file->path, name));
+}
+
+FileFunction *new_function(SourceFile *file, Node *node, const char *name) {
+    FileFunction *function = AllocRecord<FileFunction>();
+    *function = {name, choose_name(file, without_dots(name)), node, false, nullptr};
+    enter_name(&Procedures, function->written, file);
+    return function;
+}
+
+void report_names(const SourceFile *file, const Node *node) {
+    report(DIFFERENT_NAMES, file->source, node->offset, node->length, {node->text, file->stem});
+}
+
+// A called file's first function is called by the file's name; so is one that other runs call.
+const char *function_name(const SourceFile *file, const Node *node, bool is_called) {
+    bool is_by_file = is_called || file->place.name || (knows_files() && file->stem);
+    if (!is_by_file || !is_first(file) || file->stem == node->text) return node->text;
+    report_names(file, node);
+    return file->stem;
+}
+
+void enter_functions(SourceFile *file, bool is_called) {
+    assert(!file->functions);
+    FileFunction **end = &file->functions;
+    for (Node *node = file->tree->first_child; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        *end = new_function(file, node, function_name(file, node, is_called));
+        end = &(*end)->next;
+    }
+}
+
+Folder *private_folder_of(const char *path) {
+    const char *folder = folder_of(path);
+    // private functions call each other
+    const char *wanted =
+        strcmp(base_name(folder), "private") == 0 ? folder : form_text("%s/private", {folder});
+    for (Folder *known = PrivateFolders; known; known = known->next)
+        if (strcmp(known->path, wanted) == 0) return known;
+    struct stat status;
+    bool is_known = stat(wanted, &status) == 0;
+    // one that cannot be looked at is not taken for none: a call then says why
+    if (is_known ? !S_ISDIR(status.st_mode) : means_absent(errno)) return nullptr;
+    Folder *found = AllocRecord<Folder>();
+    *found = {wanted, {}, PrivateFolders};
+    return PrivateFolders = found;
+}
+
+SourceFile *new_file(const char *path, const char *text, uint32_t length) {
+    SourceFile *file = AllocRecord<SourceFile>();
+    *file = {};
+    file->path = path;
+    file->source = new_source(path, text, length);
+    if (!path) return file;
+    file->stem = stem_of(path);
+    file->namesake = static_cast<SourceFile *>(enter_name(&FilesByStem, file->stem, file));
+    file->place = class_place_of(path);
+    file->private_folder = private_folder_of(path);
+    return file;
+}
+
+void parse_file(SourceFile *file, bool is_called) {
+    assert(!file->tree);
+    file->tree = parse_source(file->source, Language);
+    file->is_script = is_script_file(file->tree, file->stem, file->source->errors > 0, Language);
+    enter_functions(file, is_called);
+}
+
+bool is_same_file(const char *a, const char *b) {
+    struct stat first;
+    struct stat second;
+    return stat(a, &first) == 0 && stat(b, &second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
+}
+
+// A file that has been read already, by another way to it.
+SourceFile *find_loaded(const char *path, const char *stem) {
+    SourceFile *file = static_cast<SourceFile *>(find_name(&FilesByStem, stem));
+    while (file && !is_same_file(file->path, path)) file = file->namesake;
+    return file;
+}
+
+SourceFile *load_opened_file(const char *path, const Node *place) {
+    SourceFile *loaded = find_loaded(path, stem_of(path));
+    if (loaded) {
+        close_source();
+        return loaded;
+    }
+    InputFileName = path;
+    uint32_t length;
+    const char *text = read_whole_source(&length);
+    close_source();
+    InputFileName = CurrentFile->path;
+    SourceFile *file = new_file(path, text, length);
+    file->source->caller = CurrentFile->source;
+    file->source->caller_offset = place->offset;
+    parse_file(file, true);
+    return file;
+}
+
+// @package.name is +package/name.m.
+const char *file_name_of(const char *name) {
+    if (!strchr(name, '.')) return name;
+    const char *last = strrchr(name, '.');
+    const char *file = "";
+    for (const char *dot; (dot = strchr(name, '.')) && dot <= last; name = dot + 1)
+        file = form_text("%s+%s/", {file, KeepText(name, static_cast<size_t>(dot - name))});
+    return form_text("%s%s", {file, name});
+}
+
+// Folders after the one in which a file was found are not looked into for a translation, only for
+// the message.
+void report_shadowed(const SearchDirectory *at, const char *name, const SourceFile *found,
+                     const Node *place) {
+    struct stat status;
+    for (; at; at = at->next) {
+        const char *path = form_text("%s/%s.m", {at->directory, name});
+        if (stat(path, &status) != 0 || is_same_file(found->path, path)) continue;
+        report(SHADOWED_FILE, CurrentFile->source, place->offset, place->length,
+               {found->path, path});
+        return;
+    }
+}
+
+SourceFile *find_on_path(const Node *place) {
+    const char *name = file_name_of(place->text);
+    for (const SearchDirectory *at = search_directories(); at; at = at->next) {
+        const char *path = open_named_source(at->directory, name);
+        if (!path) continue;
+        SourceFile *file = load_opened_file(path, place);
+        report_shadowed(at->next, name, file, place);
+        return file;
+    }
+    return nullptr;
+}
+
+SourceFile *find_private(Folder *folder, const Node *place) {
+    const char *path = open_named_source(folder->path, place->text);
+    return path ? load_opened_file(path, place) : nullptr;
+}
+
+// What has been found under the name before, or what search finds now.
+template <typename Search>
+SourceFile *find_once(NameMap *known, const char *name, Search search) {
+    void *found = find_name(known, name);
+    if (!found) {
+        SourceFile *file = search();
+        found = file ? file : NO_FILE;
+        enter_name(known, name, found);
+    }
+    return found == NO_FILE ? nullptr : static_cast<SourceFile *>(found);
+}
+
+}  // namespace
+
+void begin_files(SourceLanguage language) {
+    Language = language;
+    CurrentFile = nullptr;
+    PrivateFolders = nullptr;
+    FilesByStem = PathFiles = MethodFiles = LibraryFiles = OnPath = {};
+    Procedures = LastNumbers = {};
+    begin_class_names();
+    begin_class_folders();
+}
+
+SourceFile *read_main_file(const char *path, const char *text, uint32_t length) {
+    SourceFile *file = CurrentFile = new_file(path, text, length);
+    file->is_queued = true;  // whoever calls it finds it written
+    parse_file(file, false);
+    return file;
+}
+
+namespace {
+
+// What is known beforehand.
+FoundFile find_known(const Node *place) {
+    assert(knows_files());
+    const char *path;
+    FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
+    if (finding == FOUND_ELSEWHERE) return {nullptr, path};
+    if (finding == NOT_FOUND || !open_if_there(path)) return {};
+    return {load_opened_file(path, place), path};
+}
+
+FoundFile found_file(SourceFile *file) { return {file, file ? file->path : nullptr}; }
+
+FoundFile find_private_file(const Node *place) {
+    Folder *folder = CurrentFile->private_folder;
+    if (!folder) return {};
+    return found_file(
+        find_once(&folder->files, place->text, [=] { return find_private(folder, place); }));
+}
+
+SourceFile *open_method_file(const char *path, const Node *place) {
+    return open_called_source(path) == 0 ? load_opened_file(path, place) : nullptr;
+}
+
+// path: null for none.
+FoundFile method_file(const char *path, const Node *place) {
+    if (!path || knows_files()) return {nullptr, path};
+    return found_file(
+        find_once(&MethodFiles, intern(path), [=] { return open_method_file(path, place); }));
+}
+
+bool is_private_path(const char *path) {
+    return strcmp(base_name(folder_of(path)), "private") == 0;
+}
+
+}  // namespace
+
+FoundFile find_file(const Node *place) {
+    if (CurrentFile->is_library) return {};
+    FoundFile found = knows_files() ? find_known(place) : find_private_file(place);
+    if (found.path && (!knows_files() || is_private_path(found.path))) return found;
+    if (const char *constructor = find_constructor(place->text))
+        return method_file(constructor, place);
+    if (knows_files()) return found;
+    return found_file(find_once(&PathFiles, place->text, [=] { return find_on_path(place); }));
+}
+
+FoundFile find_method_file(const Node *place, const char *class_name, const char *method) {
+    return method_file(find_method(class_name, method), place);
+}
+
+bool is_method_file(const SourceFile *file) {
+    return file->place.name && !file->place.is_private && !file->is_script;
+}
+
+bool has_library_name(const SourceFile *file) {
+    const FileFunction *function = file->functions;
+    return strcmp(function->written, library_name(function->name)) == 0;
+}
+
+// Reads it again from a text with the same function.
+static void reread_file(SourceFile *file, const char *text) {
+    file->source = new_source(nullptr, text, static_cast<uint32_t>(strlen(text)));
+    file->tree = parse_source(file->source, Language);
+    assert(file->tree->first_child && file->tree->first_child->kind == NODE_FUNCTION);
+    file->functions->node = file->tree->first_child;
+}
+
+// Of a procedure that stands elsewhere the head is enough, as long as it has its own name.
+static SourceFile *read_library_file(const char *text) {
+    bool may_be_head = Observing.library_call;
+    const char *head = may_be_head ? KeepText(text, strcspn(text, "\n")) : text;
+    SourceFile *file = new_file(nullptr, head, static_cast<uint32_t>(strlen(head)));
+    file->is_library = true;
+    parse_file(file, false);
+    if (may_be_head && !has_library_name(file)) reread_file(file, text);
+    return file;
+}
+
+SourceFile *library_file(const char *text) {
+    return find_once(&LibraryFiles, text, [=] { return read_library_file(text); });
+}
+
+// Only what is surely not there is none.
+static bool may_exist(const char *folder, const char *name) {
+    struct stat status;
+    const char *path = form_text("%s/%s.m", {folder, name});
+    return stat(path, &status) == 0 || !means_absent(errno);
+}
+
+static bool find_on_disk(const char *name) {
+    for (const SearchDirectory *at = search_directories(); at; at = at->next)
+        if (may_exist(at->directory, name)) return true;
+    return false;
+}
+
+bool is_on_path(const char *name) {
+    void *known = find_name(&OnPath, name);
+    if (!known) {
+        known = find_on_disk(name) ? &OnPath : NO_FILE;
+        enter_name(&OnPath, name, known);
+    }
+    return known != NO_FILE;
+}
+
+bool has_file(const Node *place) {
+    if (CurrentFile->is_library) return false;
+    const char *name = place->text;
+    const char *path;
+    if (find_method(nullptr, name) || find_constructor(name)) return true;
+    if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
+    const Folder *folder = CurrentFile->private_folder;
+    return (folder && may_exist(folder->path, name)) || is_on_path(name);
+}
+
+bool is_script_text(const char *path, const char *text, uint32_t length) {
+    return is_script_source(new_source(path, text, length), stem_of(path), Language);
+}
+
+void reserve_name(const char *written) {
+    if (!is_taken(written)) enter_name(&Procedures, written, NO_FILE);
+}
+
+const char *claim_name(const char *written) {
+    const char *name = free_name(written);
+    reserve_name(name);
+    return name;
+}
+
+const SourceFile *file_with_procedure(const char *written) {
+    const SourceFile *file = static_cast<SourceFile *>(find_name(&Procedures, written));
+    return file == NO_FILE ? nullptr : file;
+}

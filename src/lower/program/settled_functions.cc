@@ -1,0 +1,43 @@
+// Names and values of a file's functions.
+#include "lower/program/settled_functions.h"
+
+#include "lower/program/called_functions.h"
+#include "syntax/values/summaries.h"
+#include "syntax/values/trace_function.h"
+
+namespace {
+
+const FunctionFinders FINDERS = {has_function, own_definition};
+
+bool HasScripts;  // the function being settled calls some
+
+Node *find_called_script(const Node *name) {
+    Node *script = find_script(name);
+    HasScripts |= script != nullptr;
+    return script;
+}
+
+}  // namespace
+
+void settle_functions(bool is_script) {
+    begin_summaries();
+    bool may_know_calls = !is_script;
+    for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
+        HasScripts = false;
+        Scope *scope = settle_function(function->node, find_called_script);
+        function->is_traced = !HasScripts;
+        if (function->is_traced) add_function(scope);
+        may_know_calls &= function->is_traced;
+    }
+    trace_functions(FINDERS, may_know_calls);
+}
+
+void settle_late(const FileFunction *function) {
+    if (!function->is_traced) trace_function(settle_function(function->node, find_script), FINDERS);
+}
+
+Scope *settle_statements() {
+    Scope *scope = settle_script(CurrentFile->tree, find_script);
+    trace_function(scope, FINDERS);
+    return scope;
+}

@@ -1,0 +1,329 @@
+// Assignments.
+#include "lower/targets/assignments.h"
+
+#include <assert.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "lower/calls/calls.h"
+#include "lower/calls/requested_results.h"
+#include "lower/conditions/host_conditions.h"
+#include "lower/expressions/value_lists.h"
+#include "lower/lines/gaps.h"
+#include "lower/lines/lines.h"
+#include "lower/program/context.h"
+#include "lower/targets/cell_elements.h"
+#include "lower/targets/counted_targets.h"
+#include "lower/targets/dealt_targets.h"
+#include "lower/targets/deletions.h"
+#include "lower/targets/shared_parts.h"
+#include "lower/targets/targets.h"
+#include "support/allocation.h"
+#include "syntax/values/value.h"
+#include "syntax/values/values.h"
+#include "translate/assignment.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+bool is_several(const Node *selector) {
+    for (const Node *child = selector->first_child; child; child = child->next)
+        if (is_surely_several(child)) return true;
+    return false;
+}
+
+// c(k) = {v} puts v into one element. Of several elements each gets what is in the cell.
+const Node *element_value(const Node *target, const Node *value) {
+    if (target->kind != NODE_REFERENCE || value->kind != NODE_CELL) return value;
+    const Node *row = value->first_child;
+    if (!row || row->next || row->first_child->next) return value;
+    const Node *last = last_selector(target);
+    if (last->kind != NODE_ARGUMENTS || !last->first_child || is_several(last)) return value;
+    return is_value_list(row->first_child, true) ? value : row->first_child;
+}
+
+// x += e.
+const char *compound_value(const Target *target, const Node *node) {
+    Operand left = {new_leaf(target_value(target)), HOST_ATOM};
+    Operand right = lower_operand(second_child(node));
+    return new_binary(node->op, &left, &right).expr->text;
+}
+
+// Functions that ask their first argument for as many results as they are asked for.
+const char *const Appliers[] = {"arrayfun", "cellfun", "structfun", "feval"};
+
+bool is_applier(const Node *base) {
+    if (base->kind != NODE_NAME || is_variable(base->symbol)) return false;
+    for (const char *applier : Appliers)
+        if (strcmp(applier, base->text) == 0) return true;
+    return false;
+}
+
+// The function that several results of a value are asked of: the value itself, which is called
+// later, one that is called where it stands, or the one that is applied. Null for none.
+const Node *asked_function(const Node *value) {
+    value = without_parens(value);
+    if (value->kind == NODE_REFERENCE) {
+        const Node *base = value->first_child;
+        bool applies = is_applier(base) && base->next->kind == NODE_ARGUMENTS;
+        value = applies ? base->next->first_child : without_parens(base);
+    }
+    return value && value->kind == NODE_ANONYMOUS ? value : nullptr;
+}
+
+}  // namespace
+
+const char *lower_for_results(const Node *value, int32_t results) {
+    Lowering.asked = asked_function(value);
+    Lowering.results = results;
+    const char *text = lower_expression(value)->text;
+    Lowering.asked = nullptr;
+    return text;
+}
+
+namespace {
+
+// s of s.f = v, which cannot be an array of several.
+const Symbol *single_struct(const Node *target) {
+    if (target->kind != NODE_REFERENCE) return nullptr;
+    const Node *selector = second_child(target);
+    bool is_field = selector->kind == NODE_FIELD && !selector->next;
+    return is_field ? target->first_child->symbol : nullptr;
+}
+
+bool is_zero(const Node *node) {
+    return node->kind == NODE_NUMBER && node->text[0] == '0' && node->text[1] == '\0';
+}
+
+// {}, cell(0) and cell(0, n).
+bool is_empty_cell(const Node *value) {
+    if (value->kind == NODE_CELL) return !value->first_child;
+    const Node *name = value->kind == NODE_REFERENCE ? value->first_child : value;
+    if (name->kind != NODE_NAME || is_variable(name->symbol) || strcmp(name->text, "cell") != 0)
+        return false;
+    const Node *arguments = name->next;
+    return value->kind == NODE_REFERENCE && arguments->kind == NODE_ARGUMENTS &&
+           arguments->first_child && is_zero(arguments->first_child);
+}
+
+// A row without elements has a row: what grows by rows and columns, or is asked for them, begins
+// without any. What {} begins as; null for other values.
+const char *cell_without_rows(const Node *target, const Node *value) {
+    if (target->kind != NODE_NAME || !is_empty_cell(value)) return nullptr;
+    if (target->symbol->flags & SYMBOL_GROWS_IN_PLANE) return "Vector()";
+    bool is_square = value->kind == NODE_CELL && (target->symbol->flags & SYMBOL_SIDES_ASKED);
+    return is_square ? "rtable([],subtype='Vector[row]')(1..0, ..)" : nullptr;
+}
+
+const char *value_text(const Node *target, const Node *value) {
+    if (const char *start = cell_without_rows(target, without_parens(value))) return start;
+    Lowering.single = single_struct(target);
+    int32_t results = target->kind == NODE_NAME ? target->symbol->results : 0;
+    value = element_value(target, value);
+    Holder outer = begin_holding(target, value);
+    const char *text = lower_for_results(value, results);
+    text = held_text(value, text);
+    end_holding(outer);
+    Lowering.single = nullptr;
+    return text;
+}
+
+// Whether a number is put among characters: it becomes one.
+bool becomes_character(const Node *target, const Node *value) {
+    if (target->kind != NODE_REFERENCE) return false;
+    const Node *last = last_selector(target);
+    const Node *holder = target->first_child;
+    while (holder->next != last) holder = holder->next;
+    bool is_text = kinds_of(value_of(holder)) == MAY_BE_TEXT && holder->kind != NODE_BRACES;
+    return last->kind == NODE_ARGUMENTS && is_text && is_surely(value_of(value), ARITHMETIC);
+}
+
+// "A" for 65, char(k) for what is not known, or cannot be read as it is.
+const char *character_text(const char *number) {
+    int code = strspn(number, "0123456789") == strlen(number) ? atoi(number) : 0;
+    bool is_plain = code >= ' ' && code <= '~' && code != '"' && code != '\\';
+    if (!is_plain) return new_keyword_call("char", {number})->text;
+    const char text[] = {static_cast<char>(code), '\0'};
+    return string_text(text);
+}
+
+}  // namespace
+
+void put_assignment(const Node *node) {
+    assert(node->kind == NODE_ASSIGN);
+    if (is_deletion(node)) return put_deletion(node);
+    if (is_cell_element(node)) return put_cell_element(node);
+    const Node *place = node->first_child;
+    Target target = lower_target(place, nullptr);
+    const char *value =
+        node->op == OPERATOR_NONE ? value_text(place, place->next) : compound_value(&target, node);
+    bool is_number = becomes_character(place, place->next);
+    put_value(&target, is_number ? character_text(value) : value);
+}
+
+namespace {
+
+// Targets of one statement: their host texts, and what is left to do after it.
+struct TargetCell {
+    Target target;
+    TargetCell *next;
+};
+struct TargetTexts {
+    ExprList texts;
+    TargetCell *first;
+    TargetCell *last;
+    int count;
+};
+
+void append_target(TargetTexts *targets, const char *text) {
+    append_expr(&targets->texts, new_leaf(text));
+    targets->count++;
+}
+
+void add_target(TargetTexts *targets, const Node *node) {
+    if (node->kind == NODE_TILDE) return append_target(targets, new_temporary());
+    TargetCell *cell = AllocRecord<TargetCell>();
+    *cell = {lower_target(node, nullptr), nullptr};
+    append_target(targets, target_text(&cell->target));
+    if (!cell->target.pending) return;
+    (targets->last ? targets->last->next : targets->first) = cell;
+    targets->last = cell;
+}
+
+// The only value of a variable, or null.
+const Node *only_value(const Node *name) {
+    constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
+                                SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const AssignedValue *value = name->symbol->values;
+    bool is_only = value && !value->next && value->kind == VALUE_WHOLE &&
+                   !may_be(value_of(name), MAY_BE_MISSING);
+    return is_only && !(name->symbol->flags & OTHERS) ? value->node : nullptr;
+}
+
+// A whole number of the source, or the value of a variable that is never another; or -1.
+long literal_value(const Node *node) {
+    if (node->kind == NODE_NAME) node = only_value(node);
+    if (!node) return -1;
+    if (node->kind != NODE_NUMBER || !has_flag(node, NUMBER_INTEGER)) return -1;
+    return strlen(node->text) < 7 ? strtol(node->text, nullptr, 10) : -1;
+}
+
+struct Bounds {
+    long first;
+    long last;  // below first: not known
+};
+
+constexpr long MOST_TARGETS = 1000;
+
+Bounds literal_bounds(const Node *argument) {
+    argument = without_parens(argument);
+    if (argument->kind != NODE_RANGE) return {1, -1};
+    const Node *second = second_child(argument);
+    Bounds bounds = {literal_value(argument->first_child), literal_value(second)};
+    bool is_known = !second->next && bounds.first > 0 && bounds.last - bounds.first < MOST_TARGETS;
+    return is_known ? bounds : Bounds{1, -1};
+}
+
+// The index of c{1:3} or s(1:3).f.
+const Node *list_index(const Node *reference) {
+    assert(reference->kind == NODE_REFERENCE);
+    const Node *index = nullptr;
+    const Node *last = reference->first_child->next;
+    for (; last->next; last = last->next) index = last;
+    if (last->kind == NODE_BRACES) return last;
+    bool is_field = last->kind == NODE_FIELD && index && index->kind == NODE_ARGUMENTS;
+    return is_field ? index : nullptr;
+}
+
+Bounds numbered_bounds(const Node *node) {
+    const Node *index = list_index(node);
+    const Node *argument = index ? index->first_child : nullptr;
+    return argument && !argument->next ? literal_bounds(argument) : Bounds{1, -1};
+}
+
+bool has_unknown_number(const Node *target) {
+    if (target->kind != NODE_REFERENCE) return false;
+    Bounds bounds = numbered_bounds(target);
+    return bounds.last < bounds.first;
+}
+
+// Whether a target is a list, and not one of literal bounds.
+bool any_unknown_number(const Node *targets) {
+    const Node *first = targets->first_child;
+    if (!first->next) return has_unknown_number(first);
+    for (const Node *target = first; target; target = target->next)
+        if (is_value_list(target, false) && has_unknown_number(target)) return true;
+    return false;
+}
+
+// Such an index with literal bounds stands for as many targets.
+void add_numbered_targets(TargetTexts *targets, const Node *node) {
+    const Node *index = list_index(node);
+    Bounds bounds = numbered_bounds(node);
+    if (bounds.last < bounds.first) return report_gap(TARGET_VALUES_GAP, node);
+    Target base = lower_target(node, index);
+    Path field = begin_path("", false);
+    field.has_field = true;
+    if (index->next) add_field(&field, index->next);
+    const char *text = target_text(&base);
+    for (long k = bounds.first; k <= bounds.last; k++) {
+        const char *number = number_text(static_cast<int>(k));
+        append_target(targets, form_text("%s(%s)%s", {text, number, field.text}));
+    }
+}
+
+TargetTexts lower_targets(const Node *list) {
+    TargetTexts targets = {};
+    for (const Node *node = list->first_child; node; node = node->next) {
+        if (is_value_list(node, false)) {
+            add_numbered_targets(&targets, node);
+        } else {
+            add_target(&targets, node);
+        }
+    }
+    return targets;
+}
+
+const char *targets_text(const ExprList *targets) {
+    return form_text("(%s)", {exprs_text(targets->first)});
+}
+
+const char *values_text(const Node *value, int targets) {
+    if (is_value_list(value, false) && targets > 1) return lower_values_for(value, targets)->text;
+    request_results(value, targets);
+    return lower_for_results(value, targets);
+}
+
+void put_values(TargetTexts *targets, const Node *value) {
+    const char *left =
+        targets->count == 1 ? targets->texts.first->item->text : targets_text(&targets->texts);
+    const char *right = values_text(value, targets->count);
+    if (targets->count == 1) right = held_text(value, right);
+    put_line("%s := %s;", {left, right});
+    for (const TargetCell *cell = targets->first; cell; cell = cell->next)
+        finish_target(&cell->target);
+}
+
+}  // namespace
+
+static void put_targets(const Node *node) {
+    assert(node->kind == NODE_MULTI_ASSIGN);
+    const Node *list = node->first_child;
+    bool is_open = any_unknown_number(list);
+    if (is_open && is_dealt(node)) return put_dealt(node);
+    if (is_open && is_counted(node)) return put_counted(node);
+    TargetTexts targets = lower_targets(list);
+    put_values(&targets, list->next);
+    free_vExpr(targets.texts.first);
+}
+
+void put_multi_assignment(const Node *node) {
+    const Node *list = node->first_child;
+    if (!list->first_child) {
+        request_results(list->next, 0);
+        return put_line("%s;", {lower_expression(list->next)->text});
+    }
+    Holder outer = begin_holding(list, list->next);
+    put_targets(node);
+    end_holding(outer);
+}

@@ -1,0 +1,93 @@
+// Elements of cells.
+#include "lower/targets/cell_elements.h"
+
+#include <assert.h>
+
+#include "lower/conditions/host_conditions.h"
+#include "lower/expressions/expressions.h"
+#include "lower/expressions/value_lists.h"
+#include "lower/program/context.h"
+#include "lower/program/host_words.h"
+#include "lower/targets/cell_parts.h"
+#include "lower/targets/shared_parts.h"
+#include "lower/targets/targets.h"
+#include "syntax/values/values.h"
+#include "translate/text_forms.h"
+
+namespace {
+
+bool any_argument(const Node *arguments, bool (*test)(const Node *)) {
+    for (const Node *child = arguments->first_child; child; child = child->next)
+        if (test(child)) return true;
+    return false;
+}
+
+bool is_cell_name(const Node *node) {
+    return node->kind == NODE_NAME && is_variable(node->symbol) && is_cell_variable(node);
+}
+
+bool is_literal(const Node *value) {
+    return value->kind == NODE_CELL || value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS;
+}
+
+// Whether the value is a cell: it surely is, or the target takes nothing else.
+bool is_cell_value(const Node *target, const Node *value) {
+    if (is_literal(value) || is_value_list(value, false)) return false;
+    if (is_cell_name(value)) return true;
+    return is_cell_base(target) && may_be_cell(value);
+}
+
+bool is_part(const Node *value) { return value->kind == NODE_REFERENCE && is_cell_part(value); }
+
+const char *named_value(const Node *value) {
+    const char *text = lower_expression(value)->text;
+    if (value->kind == NODE_NAME && is_variable(value->symbol)) return text;
+    const char *name = new_temporary();
+    put_line("%s := %s;", {name, text});
+    return name;
+}
+
+// How many elements there are shows at run time.
+void put_branches(const Target *target, const char *name, const char *cell, const char *element) {
+    const char *count = form_text("ArrayNumElems(%s,'All')", {name});
+    put_line("if %s then", {count_condition(count, OP_EQ, 1)});
+    put_inner_value(target, element);
+    put_line("else", {});
+    put_inner_value(target, cell);
+    put_line("end if;", {});
+}
+
+}  // namespace
+
+bool is_cell_element(const Node *assignment) {
+    const Node *target = assignment->first_child;
+    if (target->kind != NODE_REFERENCE || assignment->op != OPERATOR_NONE) return false;
+    const Node *last = last_selector(target);
+    if (last->kind != NODE_ARGUMENTS || !last->first_child) return false;
+    if (any_argument(last, is_surely_several)) return false;
+    const Node *value = without_parens(target->next);
+    return is_part(value) || is_cell_value(target, value);
+}
+
+static void put_element(const Node *assignment) {
+    assert(is_cell_element(assignment));
+    const Node *place = assignment->first_child;
+    const Node *value = without_parens(place->next);
+    Target target = lower_target(place, nullptr);
+    if (is_part(value)) {
+        const char *element = value_path(value, nullptr).text;
+        return put_value(&target, held_text(value, element));
+    }
+    const char *name = named_value(value);
+    const char *element = joined_text(value, form_text("%s(1)", {name}));
+    if (any_argument(last_selector(place), may_be_several))
+        return put_branches(&target, name, held_text(value, name), element);
+    put_value(&target, element);
+}
+
+void put_cell_element(const Node *assignment) {
+    const Node *place = assignment->first_child;
+    Holder outer = begin_holding(place, without_parens(place->next));
+    put_element(assignment);
+    end_holding(outer);
+}

@@ -1,0 +1,12 @@
+/* Parts of cells, c(k). An index of one position gives the element itself in the host, where MATLAB
+ * gives a cell that holds it. */
+#pragma once
+
+#include "lower/expressions/operands.h"
+#include "syntax/tree/tree.h"
+
+/* Whether the reference is an index in parentheses, and nothing more, of a variable that holds a
+ * cell, where that makes a difference. */
+bool is_cell_part(const Node *reference);
+/* The part, a cell. */
+mExpr *lower_cell_part(const Node *reference);
