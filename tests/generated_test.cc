@@ -103,7 +103,9 @@ TEST(Generated, programs_have_one_translation_in_every_writing) {
             ASSERT_EQ(without_comments(run_matlab(source).text.value()), without_comments(expected))
                 << source;
         }
+        // In octave a text in double quotes is no object.
         const std::string source = written(program, {});
+        if (source.find('"') != std::string::npos) return;
         ASSERT_EQ(run_matlab(source, {"octave", "command", true}).text, expected);
     });
 }

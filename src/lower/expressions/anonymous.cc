@@ -155,7 +155,8 @@ const char *lower_procedure(const Node *node) {
     Lines lines = {};
     const Surroundings *outer = enter_body(scope, &lines);
     const char *parameters = parameter_list(scope);
-    put_prelude(scope);
+    Prelude prelude = begin_prelude(scope, nullptr);
+    put_prelude(&prelude);
     if (results > 1) request_results(body, HOST_RESULTS_VARY);
     if (may_change_results(scope)) begin_holding(nullptr, body);
     const char *value = lower_result(body);

@@ -17,11 +17,6 @@
 #include "translate/indices.h"
 #include "translate/ranges.h"
 
-const Node *without_parens(const Node *node) {
-    while (node->kind == NODE_PARENS) node = node->first_child;
-    return node;
-}
-
 static mExpr *lower_range_value(const Node *node);
 
 static Operand atom(mExpr *expr) { return {expr, HOST_ATOM}; }

@@ -9,9 +9,6 @@
 Operand lower_operand(const Node *node);
 inline mExpr *lower_expression(const Node *node) { return lower_operand(node).expr; }
 
-/* The expression inside of all parentheses around it. */
-const Node *without_parens(const Node *node);
-
 /* The value of a CHAIN or PREFIX. */
 Operand lower_chain(const Node *node);
 Operand lower_prefix(const Node *node);

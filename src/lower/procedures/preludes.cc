@@ -9,6 +9,7 @@
 #include "lower/lines/text_list.h"
 #include "lower/procedures/argument_counts.h"
 #include "lower/procedures/defaults.h"
+#include "lower/procedures/given_parameters.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
 #include "lower/program/program_files.h"
@@ -47,9 +48,12 @@ bool is_set_first(const Scope *scope, const Symbol *parameter) {
     return is_seen && !(parameter->flags & SYMBOL_GIVEN_COUNTS);
 }
 
-void put_copy(const Scope *scope, Symbol *parameter) {
+void put_copy(const Prelude *prelude, Symbol *parameter) {
+    const Scope *scope = prelude->scope;
     if (is_set_first(scope, parameter)) return;
-    if (!may_be_missing(scope, parameter)) return put_given_value(parameter);
+    if (is_given_after(&prelude->check, scope, parameter)) return;
+    bool is_plain = !may_be_missing(scope, parameter) || is_read_at_once(prelude->first, parameter);
+    if (is_plain) return put_given_value(parameter);
     if (find_default(scope, parameter)) return;
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     Lowering.level++;
@@ -84,14 +88,14 @@ const char *put_question(const Symbol *parameter) {
     return name;
 }
 
-void put_parameter(const Scope *scope, const Node *parameter) {
+void put_parameter(const Prelude *prelude, const Node *parameter) {
     if (parameter->kind == NODE_TILDE) return;
     if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
     Symbol *symbol = parameter->symbol;
-    if (symbol->position == 0) return put_varargin(scope, symbol);
+    if (symbol->position == 0) return put_varargin(prelude->scope, symbol);
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
     if (!is_copied_parameter(symbol)) return;
-    put_copy(scope, symbol);
+    put_copy(prelude, symbol);
     if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
 }
 
@@ -164,17 +168,35 @@ const char *parameter_list(const Scope *scope) {
     return join_texts(&names);
 }
 
-void put_prelude(const Scope *scope) {
+Prelude begin_prelude(const Scope *scope, const Node *first) {
+    return {scope, first, find_given_check(scope, first)};
+}
+
+void put_prelude(const Prelude *prelude) {
+    const Scope *scope = prelude->scope;
     const Node *parameters = parameters_of(scope);
     const Node *first = parameters->first_child;
     Origin *outer = begin_origin(PRELUDE_LINES, parameters);
     for (const Node *parameter = first; parameter; parameter = parameter->next)
-        put_parameter(scope, parameter);
+        put_parameter(prelude, parameter);
     if (scope->flags & HAS_VARARGOUT)
         put_line("varargout := rtable([],subtype='Vector[row]');", {});
     for (const Node *parameter = first; parameter; parameter = parameter->next)
         if (parameter->kind == NODE_DEFAULT)
             put_default(parameter->first_child, parameter->first_child->symbol);
+    end_origin(outer);
+}
+
+void put_checked_parameters(const Prelude *prelude) {
+    const Scope *scope = prelude->scope;
+    const Node *parameters = parameters_of(scope);
+    Origin *outer = begin_origin(PRELUDE_LINES, parameters);
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        bool is_set_here = symbol->position > 0 && is_copied_parameter(symbol) &&
+                           !is_set_first(scope, symbol) &&
+                           is_given_after(&prelude->check, scope, symbol);
+        if (is_set_here) put_given_value(symbol);
+    }
     end_origin(outer);
 }
 

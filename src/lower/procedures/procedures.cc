@@ -129,16 +129,26 @@ const Node *behind_help(const Node *first) {
     return node && remark && !has_flag(node, BLANK_BEFORE) ? remark : node;
 }
 
+// The parameters that are checked first get their values in between.
+void put_statements(const Prelude *prelude, const Node *first) {
+    const Node *check = prelude->check.statement;
+    if (!check) return put_pieces(first);
+    lower_more_siblings(first, check->next);
+    put_checked_parameters(prelude);
+    put_pieces(check->next);
+}
+
 // Help text, nested functions, what the parameters need, the body, the results.
 void put_body(const Node *block, const Scope *scope) {
     const Node *first = block->first_child;
     const Node *rest = behind_help(first);
     lower_siblings(first, rest, Lowering.level);
     put_nested_functions(rest);
-    put_prelude(scope);
+    Prelude prelude = begin_prelude(scope, rest);
+    put_prelude(&prelude);
     put_starts(scope);
     put_results_procedure();
-    put_pieces(put_argument_blocks(rest));
+    put_statements(&prelude, put_argument_blocks(rest));
     if (last_return(block)) return;
     Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
     put_return(false);

@@ -1,6 +1,8 @@
 // Errors that the translation raises at run time.
 #include "lower/statements/raised_errors.h"
 
+#include <string.h>
+
 #include "lower/calls/calls.h"
 #include "lower/program/context.h"
 #include "support/allocation.h"
@@ -18,4 +20,12 @@ void put_raised_error(const Node *place, const char *message) {
     Lowering.level++;
     put_line("%s;", {lower_call(name, new_parent(NODE_ARGUMENTS, text))->text});
     Lowering.level--;
+}
+
+bool raises_error(const Node *statement) {
+    const Node *call = statement->kind == NODE_EXPRESSION ? statement->first_child : nullptr;
+    const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
+    if (!name || name->kind != NODE_NAME || is_variable(name->symbol)) return false;
+    bool is_error = strcmp(name->text, "error") == 0 || strcmp(name->text, "rethrow") == 0;
+    return is_error && name->next->kind == NODE_ARGUMENTS && name->next->first_child;
 }

@@ -9,6 +9,7 @@
 #include "lower/program/host_words.h"
 #include "lower/program/program_files.h"
 #include "lower/statements/block_forms.h"
+#include "lower/statements/raised_errors.h"
 #include "lower/statements/statements.h"
 #include "lower/statements/tried_fields.h"
 
@@ -82,14 +83,6 @@ void put_field_test(const Node *node, const Node *fields) {
     put_line("else", {});
     put_block(handler_of(node), Lowering.level + 1);
     put_line("end if;", {});
-}
-
-bool raises_error(const Node *statement) {
-    const Node *call = statement->kind == NODE_EXPRESSION ? statement->first_child : nullptr;
-    const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
-    if (!name || name->kind != NODE_NAME || is_variable(name->symbol)) return false;
-    bool is_error = strcmp(name->text, "error") == 0 || strcmp(name->text, "rethrow") == 0;
-    return is_error && name->next->kind == NODE_ARGUMENTS && name->next->first_child;
 }
 
 bool is_plain(const Node *statement) {

@@ -31,7 +31,7 @@ constexpr uint32_t LIVE_ON = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED |
 bool is_set_to_shared(const Symbol *symbol) {
     for (const AssignedValue *value = symbol->values; value; value = value->next) {
         const Node *node = value->kind == VALUE_WHOLE ? value->node : nullptr;
-        while (node && node->kind == NODE_PARENS) node = node->first_child;
+        if (node) node = without_parens(node);
         const Node *base = node ? base_of(node) : nullptr;
         if (base && base->kind == NODE_NAME && is_variable(base->symbol) && !node->is_given_away)
             return true;

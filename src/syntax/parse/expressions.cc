@@ -209,8 +209,10 @@ Node *take_number() {
     return finish(new_parent(NODE_REFERENCE, name));
 }
 
+// Octave's texts in double quotes are no objects, so that none is marked.
 Node *take_string() {
-    uint16_t flags = Current.flags & IS_DOUBLE_QUOTED ? DOUBLE_QUOTED : 0;
+    bool may_be_object = (Current.flags & IS_DOUBLE_QUOTED) && Scan.language == LANGUAGE_MATLAB;
+    uint16_t flags = may_be_object ? DOUBLE_QUOTED : 0;
     Node *string = take_leaf(NODE_STRING);
     string->flags = flags;
     return string;

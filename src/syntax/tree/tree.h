@@ -23,8 +23,9 @@ struct Symbol;
  * EXPRESSIONS
  * NODE_NUMBER         text: as the host reads it: exponent e, hexadecimal and binary in decimal,
  *                     neither suffix nor i or j. Flags NUMBER_INTEGER, NUMBER_IMAGINARY
- * NODE_STRING         text: the characters that it stands for, without a NUL. Flag DOUBLE_QUOTED.
- *                     The Name of an argument Name=value is such a string
+ * NODE_STRING         text: the characters that it stands for, without a NUL. Flag DOUBLE_QUOTED
+ *                     where it may be an object: in matlab. The Name of an argument Name=value is
+ *                     such a string
  * NODE_NAME           text: interned, of a superclass's method name@class; symbol
  * NODE_END            end as a position in an index
  * NODE_COLON          a lone colon as an argument
@@ -220,6 +221,11 @@ bool has_end_inside(const Node *node);
 inline bool is_colon(const Node *argument) {
     if (argument->kind == NODE_COLON) return true;
     return argument->kind == NODE_STRING && argument->text[0] == ':' && argument->text[1] == '\0';
+}
+/* What stands in the parentheses around it; itself without any. */
+inline const Node *without_parens(const Node *node) {
+    while (node->kind == NODE_PARENS) node = node->first_child;
+    return node;
 }
 inline Node *first_child(const Node *node) { return is_named(node) ? nullptr : node->first_child; }
 inline Node *second_child(const Node *node) {

@@ -64,6 +64,7 @@ bool is_end(const LibraryFunction *function, const Node *arguments) {
     if (strcmp(function->name, "rethrow") == 0) return arguments && arguments->kind == NODE_NAME;
     if (strcmp(function->name, "error") != 0) return true;
     if (!arguments) return false;
+    if (arguments->kind == NODE_STRING) return *arguments->text != '\0';
     Value value = value_of(arguments);
     return kinds_of(value) == MAY_BE_TEXT && !may_be(value, MAY_BE_EMPTY);
 }
@@ -138,6 +139,7 @@ void note_effects(Node *expression) {
     if (!call.function) return;
     if (is_end(call.function, call.arguments)) end_here();
     if (is_assertion(call.function, call.arguments)) assume(call.arguments, true);
+    assume_given(given_after(expression), expression->offset);
 }
 
 void trace_clear(const Node *statement) {

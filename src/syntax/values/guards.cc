@@ -102,31 +102,6 @@ bool assume_shape(Symbol *symbol, const char *name, bool is_true) {
     return true;
 }
 
-// Whether nothing has set the parameter on any way to here.
-bool is_as_given(const Scope *scope, const Symbol *symbol, uint32_t offset) {
-    if (!is_traced(symbol) || scope->creator || is_in_region()) return false;
-    return symbol->first_set == 0 || symbol->first_set > offset;
-}
-
-// Numbers of arguments, of which one has been given.
-struct Given {
-    int32_t least;
-    int32_t most;
-};
-
-// The condition at offset, of a function that has been given so many arguments, is true.
-void assume_given(Given given, uint32_t offset) {
-    const Scope *scope = TracedScope;
-    if (scope->parameters > MOST_PARAMETERS) return;
-    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
-        if (!(symbol->flags & (SYMBOL_PARAMETER | SYMBOL_OUTPUT))) return;
-        if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
-        if (symbol->position <= given.least) set_value(symbol, value_now(symbol) & ANY_VALUE);
-        if (symbol->position > given.most && is_as_given(scope, symbol, offset))
-            set_value(symbol, MAY_BE_MISSING);
-    }
-}
-
 // isfield(s, 'f'), isfield(s.a, 'f').
 void assume_field(const Node *arguments, bool is_true) {
     const Node *name = arguments->next;
@@ -155,63 +130,8 @@ void assume_call(Node *node, bool is_true) {
     if (!assume_shape(symbol, name, is_true)) assume_kind(symbol, name, is_true);
 }
 
-const Node *inside(const Node *node) {
-    while (node->kind == NODE_PARENS) node = node->first_child;
-    return node;
-}
-
-bool is_nargin(const Node *node) {
-    return node->kind == NODE_NAME && strcmp(node->text, "nargin") == 0 &&
-           !is_variable(node->symbol);
-}
-
-OperatorId mirrored(OperatorId op) {
-    switch (op) {
-        case OPERATOR_LESS: return OPERATOR_GREATER;
-        case OPERATOR_LESS_EQUAL: return OPERATOR_GREATER_EQUAL;
-        case OPERATOR_GREATER: return OPERATOR_LESS;
-        case OPERATOR_GREATER_EQUAL: return OPERATOR_LESS_EQUAL;
-        default: return op;
-    }
-}
-
-OperatorId negated(OperatorId op) {
-    switch (op) {
-        case OPERATOR_LESS: return OPERATOR_GREATER_EQUAL;
-        case OPERATOR_LESS_EQUAL: return OPERATOR_GREATER;
-        case OPERATOR_GREATER: return OPERATOR_LESS_EQUAL;
-        case OPERATOR_GREATER_EQUAL: return OPERATOR_LESS;
-        case OPERATOR_EQUAL: return OPERATOR_NOT_EQUAL;
-        default: return OPERATOR_EQUAL;
-    }
-}
-
-Given given_by(OperatorId op, int32_t count) {
-    switch (op) {
-        case OPERATOR_LESS: return {0, count - 1};
-        case OPERATOR_LESS_EQUAL: return {0, count};
-        case OPERATOR_GREATER: return {count + 1, INT32_MAX};
-        case OPERATOR_GREATER_EQUAL: return {count, INT32_MAX};
-        case OPERATOR_EQUAL: return {count, count};
-        default: return {0, INT32_MAX};
-    }
-}
-
 void assume_comparison(const Node *chain, bool is_true) {
-    const Node *left = inside(chain->first_child);
-    const Node *right = inside(second_child(chain));
-    OperatorId op = chain->op;
-    if (second_child(chain)->next) return;
-    if (is_nargin(right)) {
-        const Node *count = left;
-        left = right;
-        right = count;
-        op = mirrored(op);
-    }
-    if (!is_nargin(left) || right->kind != NODE_NUMBER || !has_flag(right, NUMBER_INTEGER)) return;
-    if (strlen(right->text) < 6)
-        assume_given(given_by(is_true ? op : negated(op), static_cast<int32_t>(atol(right->text))),
-                     chain->offset);
+    assume_given(given_where(chain, is_true), chain->offset);
 }
 
 // What has no elements is not true, and its negation is not either.
@@ -252,7 +172,26 @@ void assume_existence(Node *reference, bool is_true) {
     if (is_true) set_value(symbol, value_now(symbol) & ANY_VALUE);
 }
 
+// Whether nothing has set the parameter on any way to here.
+bool is_as_given(const Scope *scope, const Symbol *symbol, uint32_t offset) {
+    if (!is_traced(symbol) || scope->creator || is_in_region()) return false;
+    return symbol->first_set == 0 || symbol->first_set > offset;
+}
+
 }  // namespace
+
+void assume_given(GivenCounts given, uint32_t offset) {
+    const Scope *scope = TracedScope;
+    bool is_told = given.least > 0 || given.most < INT32_MAX;
+    if (!is_told || scope->parameters > MOST_PARAMETERS) return;
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (!(symbol->flags & (SYMBOL_PARAMETER | SYMBOL_OUTPUT))) return;
+        if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
+        if (symbol->position <= given.least) set_value(symbol, value_now(symbol) & ANY_VALUE);
+        if (symbol->position > given.most && is_as_given(scope, symbol, offset))
+            set_value(symbol, MAY_BE_MISSING);
+    }
+}
 
 void assume(Node *condition, bool is_true) {
     switch (condition->kind) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "syntax/values/flow.h"
+#include "syntax/values/given_counts.h"
 
 /* What the program itself has under the names of functions. */
 struct FunctionFinders {
@@ -60,3 +61,5 @@ void trace_target(Node *target, Value value, Node *expression);
 
 /* The flow goes on where the condition has been true, or false. */
 void assume(Node *condition, bool is_true);
+/* So many arguments have been given to the function, as the condition or check at offset tells. */
+void assume_given(GivenCounts given, uint32_t offset);

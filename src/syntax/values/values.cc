@@ -62,11 +62,6 @@ bool holds_for_all(Symbol *symbol, Question question, Asker asker,
     return holds;
 }
 
-const Node *inside(const Node *node) {
-    while (node->kind == NODE_PARENS) node = node->first_child;
-    return node;
-}
-
 bool is_one_of(const char *name, const char *const *names) {
     for (; *names; names++)
         if (**names == *name && strcmp(name, *names) == 0) return true;
@@ -193,7 +188,7 @@ double least_sum(double left, double right) {
 }
 
 double least_difference(double left, const Node *right) {
-    double number = number_of(inside(right));
+    double number = number_of(without_parens(right));
     if (left == UNKNOWN || left == NO_BOUND || number == UNKNOWN) return UNKNOWN;
     return left - number;
 }
@@ -218,7 +213,7 @@ double least_of_chain(const Node *chain, Asker asker) {
 }
 
 double least(const Node *node, Asker asker) {
-    node = inside(node);
+    node = without_parens(node);
     if (asker.depth > DEEPEST) return UNKNOWN;
     switch (node->kind) {
         case NODE_NUMBER: return number_of(node);
@@ -229,7 +224,7 @@ double least(const Node *node, Asker asker) {
         case NODE_MATRIX: return least_of_rows(node, asker);
         case NODE_REFERENCE: return least_of_call(node, asker);
         case NODE_PREFIX: {
-            double number = number_of(inside(node->first_child));
+            double number = number_of(without_parens(node->first_child));
             if (node->op == OPERATOR_NOT) return 0;
             return node->op == OPERATOR_MINUS && number != UNKNOWN ? -number : UNKNOWN;
         }
@@ -279,7 +274,7 @@ bool is_several_call(const Node *node) {
 }
 
 bool several(const Node *node, Asker asker) {
-    node = inside(node);
+    node = without_parens(node);
     if (asker.depth > DEEPEST) return false;
     switch (node->kind) {
         case NODE_COLON:
@@ -322,7 +317,7 @@ bool is_cell_value(const AssignedValue *value, Asker asker) {
 }
 
 bool is_cell(const Node *node, Asker asker) {
-    node = inside(node);
+    node = without_parens(node);
     if (asker.depth > DEEPEST) return false;
     if (node->kind == NODE_CELL) return true;
     if (node->kind == NODE_MATRIX) {
@@ -342,7 +337,7 @@ const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel"
                                     "str2double", "abs",  "mod",  "rem", "linspace", nullptr};
 
 bool is_array(const Node *node) {
-    node = inside(node);
+    node = without_parens(node);
     switch (node->kind) {
         case NODE_MATRIX: return node->first_child && !is_cell(node, Asker{});
         case NODE_NUMBER:
@@ -403,7 +398,7 @@ bool may_be_cell(const Node *expression) {
     Value kinds = kinds_of(value_of(expression)) & ~MAY_BE_OTHER;
     if (!may_be(kinds, MAY_BE_CELL)) return false;
     if (kinds == MAY_BE_CELL) return true;
-    expression = inside(expression);
+    expression = without_parens(expression);
     if (expression->kind != NODE_NAME) return !is_array(expression);
     return !is_ever_array(expression->symbol);
 }

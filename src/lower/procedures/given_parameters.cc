@@ -1,0 +1,154 @@
+// Parameters that surely have been given.
+#include "lower/procedures/given_parameters.h"
+
+#include "lower/expressions/earlier_calls.h"
+#include "lower/expressions/fallible.h"
+#include "lower/statements/raised_errors.h"
+#include "syntax/values/given_counts.h"
+
+namespace {
+
+// Functions begin with their checks, and read their parameters early.
+constexpr int32_t MOST_STATEMENTS = 40;
+
+// The error or return with which a block ends, if nothing in front of it may leave the function.
+const Node *leaving_statement(const Node *block) {
+    for (const Node *child = block->first_child; child; child = child->next) {
+        if (raises_error(child) || child->kind == NODE_RETURN) return child;
+        bool goes_on = child->kind == NODE_COMMENT || child->kind == NODE_EXPRESSION ||
+                       child->kind == NODE_ASSIGN;
+        if (!goes_on) return nullptr;
+    }
+    return nullptr;
+}
+
+// How many arguments the function has been given where it goes on after the statement; 0 where
+// that tells nothing.
+int32_t least_given_after(const Node *statement) {
+    if (statement->kind == NODE_EXPRESSION) return given_after(statement->first_child).least;
+    if (statement->kind != NODE_IF || statement->first_child->next) return 0;
+    const Node *condition = statement->first_child->first_child;
+    return leaving_statement(condition->next) ? given_where(condition, false).least : 0;
+}
+
+// Whether the statement only leaves the function, for some numbers of arguments.
+bool is_check(const Node *statement) {
+    if (statement->kind != NODE_IF) return least_given_after(statement) > 0;
+    if (statement->first_child->next) return false;
+    const Node *condition = statement->first_child->first_child;
+    GivenCounts given = given_where(condition, false);
+    bool tells = given.least > 0 || given.most < INT32_MAX;
+    return tells && leaving_statement(condition->next);
+}
+
+// Whether a way out of the function stands in the statement, which needs its outputs.
+bool may_return(const Node *statement) {
+    if (statement->kind != NODE_IF) return false;
+    const Node *leaving = leaving_statement(second_child(statement->first_child));
+    return leaving && leaving->kind == NODE_RETURN;
+}
+
+bool is_mentioned(const Node *first, const Node *last, const Symbol *parameter) {
+    for (const Node *statement = first;; statement = statement->next) {
+        if (mentions(statement, parameter)) return true;
+        if (statement == last) return false;
+    }
+}
+
+bool is_needed(const Node *first, const Node *last, const Scope *scope, int32_t least) {
+    for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (symbol->position == 0 || symbol->position > least) continue;
+        if (may_return(last) && (symbol->flags & SYMBOL_OUTPUT)) return true;
+        if (is_mentioned(first, last, symbol)) return true;
+    }
+    return false;
+}
+
+// The part of a statement that is evaluated first, whatever happens.
+const Node *first_evaluated(const Node *statement) {
+    switch (statement->kind) {
+        case NODE_EXPRESSION:
+        case NODE_SWITCH: return statement->first_child;
+        case NODE_ASSIGN:
+        case NODE_FOR: return second_child(statement);
+        case NODE_IF: return statement->first_child->first_child;
+        default: return nullptr;
+    }
+}
+
+enum FirstDeed : uint8_t { DOES_NOTHING, READS_IT, ACTS };
+
+FirstDeed first_deed(const Node *node, const Symbol *parameter);
+
+FirstDeed first_deed_of(const Node *first, const Node *last, const Symbol *parameter) {
+    FirstDeed deed = DOES_NOTHING;
+    for (; first != last && deed == DOES_NOTHING; first = first->next)
+        deed = first_deed(first, parameter);
+    return deed;
+}
+
+// What the evaluation does first: it reads the parameter, or calls a function that may do anything.
+FirstDeed first_deed(const Node *node, const Symbol *parameter) {
+    if (node->kind == NODE_ANONYMOUS || node->kind == NODE_HANDLE) return DOES_NOTHING;
+    if (node->kind == NODE_NAME) {
+        if (node->symbol == parameter) return READS_IT;
+        return !is_variable(node->symbol) && is_unknown_function(node) ? ACTS : DOES_NOTHING;
+    }
+    const Node *child = first_child(node);
+    bool is_lazy = node->kind == NODE_CHAIN && node->op <= OPERATOR_AND;
+    if (is_lazy) return first_deed(child, parameter);
+    bool is_call = node->kind == NODE_REFERENCE && child->kind == NODE_NAME;
+    if (!is_call) return first_deed_of(child, nullptr, parameter);
+    if (child->symbol == parameter) return READS_IT;
+    FirstDeed deed = first_deed_of(child->next, nullptr, parameter);
+    return deed == DOES_NOTHING ? first_deed(child, parameter) : deed;
+}
+
+}  // namespace
+
+// Names of captured variables are other symbols.
+bool mentions(const Node *node, const Symbol *symbol) {
+    if (is_named(node) && node->text == symbol->name) return true;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (mentions(child, symbol)) return true;
+    return false;
+}
+
+bool is_plain_assignment(const Node *statement) {
+    return statement->kind == NODE_ASSIGN && statement->first_child->kind == NODE_NAME &&
+           !may_act(second_child(statement));
+}
+
+GivenCheck find_given_check(const Scope *scope, const Node *first) {
+    GivenCheck check = {nullptr, 0};
+    if (scope->owner->kind != NODE_FUNCTION || scope->creator) return check;
+    int32_t count = 0;
+    for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
+        if (node->kind == NODE_COMMENT || is_plain_assignment(node)) continue;
+        if (!is_check(node)) return check;
+        int32_t least = least_given_after(node);
+        if (least <= check.least) continue;
+        if (is_needed(first, node, scope, least)) return check;
+        check = {node, least};
+    }
+    return check;
+}
+
+bool is_given_after(const GivenCheck *check, const Scope *scope, const Symbol *parameter) {
+    constexpr uint32_t ELSEWHERE =
+        SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    return check->statement && parameter->position <= check->least && parameter->scope == scope &&
+           parameter->last_asked == 0 && !(parameter->flags & ELSEWHERE);
+}
+
+bool is_read_at_once(const Node *first, const Symbol *parameter) {
+    int32_t count = 0;
+    for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
+        if (node->kind == NODE_COMMENT) continue;
+        const Node *evaluated = first_evaluated(node);
+        FirstDeed deed = evaluated ? first_deed(evaluated, parameter) : DOES_NOTHING;
+        if (deed == READS_IT) return true;
+        if (!is_plain_assignment(node) || mentions(node, parameter)) return false;
+    }
+    return false;
+}
