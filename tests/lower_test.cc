@@ -21,7 +21,7 @@ std::string lowered(const std::string &source) {
 }
 
 // What a statement becomes after assignments that make variables of the names in it.
-std::string lowered_behind_variables(const std::string &source) {
+std::string lowered_after_variables(const std::string &source) {
     const std::string variables = lowered(VARIABLES);
     const std::string all = lowered(VARIABLES + source);
     const std::size_t at = all.find(variables);  // after the procedures
@@ -30,7 +30,7 @@ std::string lowered_behind_variables(const std::string &source) {
 
 void expect_statements(const std::string &table) {
     for (const Row &row : short_rows(table))
-        EXPECT_EQ(lowered_behind_variables(row.source), row.expected + ";\n") << row.source;
+        EXPECT_EQ(lowered_after_variables(row.source), row.expected + ";\n") << row.source;
 }
 
 TEST(Lowering, expressions) { expect_statements(table("matlab_expressions")); }
@@ -43,7 +43,7 @@ TEST(Lowering, functions_of_the_library) { expect_statements(table("matlab_libra
 
 TEST(Lowering, statements) {
     for (const Row &row : side_by_side(table("matlab_statements")))
-        EXPECT_EQ(lowered_behind_variables(row.source), row.expected) << row.source;
+        EXPECT_EQ(lowered_after_variables(row.source), row.expected) << row.source;
 }
 
 TEST(Lowering, comments_and_layout) {

@@ -10,7 +10,7 @@
 namespace {
 
 // After the line end at text[at], which may be \n, \r\n or \r.
-uint32_t behind_line_end(const Source *source, uint32_t at) {
+uint32_t after_line_end(const Source *source, uint32_t at) {
     return source->text[at] == '\r' && source->text[at + 1] == '\n' ? at + 2 : at + 1;
 }
 
@@ -43,7 +43,7 @@ void find_line_starts(Source *source) {
     source->line_starts = static_cast<uint32_t *>(Alloc(room * sizeof(uint32_t)));
     append_start(source, &room, 0);
     for (uint32_t at = find(source, 0); at < source->length;) {
-        at = behind_line_end(source, at);
+        at = after_line_end(source, at);
         append_start(source, &room, at);
         at = find(source, at);
     }
@@ -52,13 +52,13 @@ void find_line_starts(Source *source) {
 // The last line that starts at offset or before, from 0.
 uint32_t line_at(const Source *source, uint32_t offset) {
     uint32_t first = 0;
-    uint32_t behind = source->line_count;
-    while (behind - first > 1) {
-        uint32_t middle = first + (behind - first) / 2;
+    uint32_t after = source->line_count;
+    while (after - first > 1) {
+        uint32_t middle = first + (after - first) / 2;
         if (source->line_starts[middle] <= offset) {
             first = middle;
         } else {
-            behind = middle;
+            after = middle;
         }
     }
     return first;
@@ -68,7 +68,7 @@ uint32_t line_at(const Source *source, uint32_t offset) {
 uint32_t end_of_line(const Source *source, uint32_t line) {
     if (line == source->line_count) return source->length;
     uint32_t next = source->line_starts[line];
-    bool is_pair = next > 1 && behind_line_end(source, next - 2) == next;
+    bool is_pair = next > 1 && after_line_end(source, next - 2) == next;
     return next - (is_pair ? 2 : 1);
 }
 

@@ -29,19 +29,19 @@ int ScriptCalls;
 int ScriptDepth;
 
 // The statements there are never run: one message is about all of them.
-void report_outside(const Node *first, const Node *behind) {
+void report_outside(const Node *first, const Node *after) {
     const Node *node = first;
-    while (node != behind && !is_statement(node)) node = node->next;
-    if (node != behind) report_at(OUTSIDE_GAP, node);
+    while (node != after && !is_statement(node)) node = node->next;
+    if (node != after) report_at(OUTSIDE_GAP, node);
 }
 
-void write_outside(const Node *first, const Node *behind) {
-    report_outside(first, behind);
+void write_outside(const Node *first, const Node *after) {
+    report_outside(first, after);
     Lines lines = {};
     LoweringContext outer = begin_lowering(nullptr, &lines, 0);
-    lower_siblings(first, behind, 0);
+    lower_siblings(first, after, 0);
     Lowering = outer;
-    if (lines.first && behind) add_line(&lines, 0, "");
+    if (lines.first && after) add_line(&lines, 0, "");
     write_lines(&lines);
 }
 
@@ -55,7 +55,7 @@ void write_functions(bool is_script) {
         const Node *comments = comments_above(start, function->node);
         if (!is_script) write_outside(start, comments);
         Lines lines = {};
-        start = behind_function(function->node);
+        start = after_function(function->node);
         lower_function(function, comments, &lines);
         write_lines(&lines);
     }

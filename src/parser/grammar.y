@@ -8,7 +8,7 @@
  * reduces before the next token is read (the default of lr.default-reduction, which must stay), so
  * - an opening mark is reduced before the scanner reads what stands inside its bracket;
  * - a closing mark is reduced when the closing bracket has been read, but not what follows it;
- * - fixinput, called where an operand ends, sees the raw input behind the operand.
+ * - fixinput, called where an operand ends, sees the raw input after the operand.
  *
  * Everything that a value points to is tracked by the run: discarded values need no destructor. */
 
@@ -40,7 +40,7 @@
 #define YYMAXDEPTH MOST_ENTRIES
 #define yyoverflow(message, states, state_bytes, values, value_bytes, capacity) \
     if (!grow_stacks(states, values, yysize, capacity)) YYNOMEM
-/* What bison generates stands behind yyparse, at the end of this file. */
+/* What bison generates stands after yyparse, at the end of this file. */
 #define yyparse parse_input
 }
 
@@ -98,9 +98,9 @@
  * - separators, trailing line ends and a function's body reach as far as they can;
  * - a name at the start of a statement goes on as a command, a call or an index, and + or - go on
  *   with the statement's expression, rather than ending it;
- * - a { behind case opens its list of values, not a cell literal;
+ * - a { after case opens its list of values, not a cell literal;
  * - a range goes on with a further colon;
- * - at the end of the input behind a function there is no empty script (the one conflict between
+ * - at the end of the input after a function there is no empty script (the one conflict between
  *   two reductions).
  * The build checks that these 105 and 1 conflicts are all, and that the automaton has the 273
  * states that the stack limit below is measured in. */
@@ -125,7 +125,7 @@
 %%
 
 /*------------------------------------------------------------------------.
-| Programs: a script, or functions and perhaps a script behind the last.  |
+| Programs: a script, or functions and perhaps a script after the last.   |
 `------------------------------------------------------------------------*/
 
 input
@@ -141,7 +141,7 @@ script_body
   ;
 
 /*-------------------------------------------------------------------------.
-| Separators. Their value is the list of the comments behind the last ',' |
+| Separators. Their value is the list of the comments after the last ','  |
 | or ';'.                                                                  |
 `-------------------------------------------------------------------------*/
 

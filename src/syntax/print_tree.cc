@@ -7,15 +7,11 @@
 
 namespace {
 
-// Words of the nodes that are printed as (word children...). ORDER NODES
 const char *const Words[] = {
-    "",           "",         "",         "end",    ":",         "~",       "paren",      "",
-    "",           "",         "range",    "",       "",          "",        "",           "",
-    "",           "",         "",         "",       "@",         "",        "=",          "=",
-    "",           "command",  "",         "system", "if",        "branch",  "else",       "for",
-    "while",      "do",       "switch",   "case",   "otherwise", "try",     "unwind",     "global",
-    "persistent", "break",    "continue", "return", "function",  "outputs", "parameters", "default",
-    "arguments",  "argument", "comment",  "bad",    "block",     "file"};
+#define NODE_KIND(name, word) word,
+    NODE_KIND_TABLE
+#undef NODE_KIND
+};
 
 LongString Text;
 int Indentation;

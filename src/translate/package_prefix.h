@@ -8,5 +8,5 @@ const char *linear_algebra_prefix();
 const char *array_tools_prefix();
 
 /* A call text from the host, which may begin with a package's prefix: sets the package's flag;
- * answers the text from behind the prefix in file mode, the whole text in command mode. */
+ * answers the text from after the prefix in file mode, the whole text in command mode. */
 const char *note_package(const char *call);

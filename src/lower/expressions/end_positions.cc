@@ -61,7 +61,7 @@ mExpr *lower_open_range(const Node *range) {
 }
 
 // The 1 of end - 1; else -1.
-double behind_end(const Node *stop) {
+double after_end(const Node *stop) {
     stop = without_parens(stop);
     const Node *first = stop->kind == NODE_CHAIN ? stop->first_child : nullptr;
     if (!first || first->kind != NODE_END) return -1;
@@ -79,7 +79,7 @@ bool is_plain_range(const Node *range) {
     if (stop->next) return true;
     if (!is_surely_whole(stop)) return false;
     if (is_never_negative(stop)) return true;
-    double distance = behind_end(stop);
+    double distance = after_end(stop);
     const Node *start = without_parens(range->first_child);
     return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;
 }

@@ -49,7 +49,7 @@ const mExpr *right_of(const Operand *operand, HostLevel form) {
 }
 
 // -3*I is the same number either way.
-const mExpr *behind_sign(const Operand *operand) {
+const mExpr *after_sign(const Operand *operand) {
     bool is_safe = operand->level > HOST_SIGN || operand->expr->kind == EXPR_IMAGINARY;
     return is_safe ? operand->expr : in_pair(operand->expr);
 }

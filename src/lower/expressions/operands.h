@@ -29,7 +29,7 @@ mExpr *new_call_leaf(const char *text);
  * the host would group otherwise. Functional forms, HOST_ATOM, never need them. */
 const mExpr *left_of(const Operand *operand, HostLevel form);
 const mExpr *right_of(const Operand *operand, HostLevel form);
-const mExpr *behind_sign(const Operand *operand);
+const mExpr *after_sign(const Operand *operand);
 
 /* The operand as a text that can stand anywhere, in parentheses where it has operators of its own;
  * what it was is still known. */

@@ -274,5 +274,5 @@ Operand lower_prefix(const Node *node) {
     spell_prefixed(&operand, value_of(node->first_child));
     if (node->op == OPERATOR_NOT) return negate_value(operand.expr);
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
-    return {new_operator1(sign, behind_sign(&operand)), HOST_SIGN};
+    return {new_operator1(sign, after_sign(&operand)), HOST_SIGN};
 }

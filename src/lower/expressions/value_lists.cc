@@ -103,9 +103,9 @@ mExpr *lower_first_value(const Node *node) {
 
 // The last of the positions that the targets take.
 static const char *last_for(const ValueRun *run, int targets) {
-    char *behind_digits;
-    long from = strtol(run->from, &behind_digits, 10);
-    if (*behind_digits == '\0') return number_text(static_cast<int>(from) + targets - 1);
+    char *after_digits;
+    long from = strtol(run->from, &after_digits, 10);
+    if (*after_digits == '\0') return number_text(static_cast<int>(from) + targets - 1);
     Operand first = {new_leaf(run->from), HOST_SUM};
     Operand more = {new_node(EXPR_INTEGER, number_text(targets - 1)), HOST_ATOM};
     return new_binary(OPERATOR_PLUS, &first, &more).expr->text;

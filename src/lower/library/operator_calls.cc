@@ -73,7 +73,7 @@ mExpr *new_binary_call(const WordOperator *row, const vExpr *values, int count) 
 mExpr *new_unary_call(const UnaryWord *row, const vExpr *values, int count) {
     if (count != 1) return nullptr;
     Operand operand = without_parentheses(values->item);
-    const mExpr *inner = row->level == HOST_ATOM ? operand.expr : behind_sign(&operand);
+    const mExpr *inner = row->level == HOST_ATOM ? operand.expr : after_sign(&operand);
     Operand value = {new_operator1(row->builder, inner), row->level};
     return in_parentheses(&value);
 }

@@ -169,7 +169,7 @@ end
 )";
 
 const char Num2Str[] = R"(function y = num2str(x)
-% A number in digits, with four behind the point or five in all.
+% A number in digits, with four after the point or five in all.
 y = '0';
 if numel(x) == 1
     distance = abs(x);

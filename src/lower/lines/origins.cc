@@ -45,10 +45,10 @@ Origin *begin_origin(LineKind kind, const Node *node) {
     return begin_origin(kind, node->offset, end_of(node));
 }
 
-void end_head(uint32_t behind) {
+void end_head(uint32_t after) {
     if (!CurrentOrigin) return;
     CurrentOrigin->kind = HEAD_LINES;
-    CurrentOrigin->end = std::clamp(behind, CurrentOrigin->begin, CurrentOrigin->end);
+    CurrentOrigin->end = std::clamp(after, CurrentOrigin->begin, CurrentOrigin->end);
     trim(CurrentOrigin);
 }
 

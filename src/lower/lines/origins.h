@@ -42,7 +42,7 @@ Origin *begin_origin(LineKind kind, uint32_t begin, uint32_t end);
 Origin *begin_origin(LineKind kind, const Node *node);
 inline void end_origin(Origin *outer) { CurrentOrigin = outer; }
 /* The current origin ends in front of the byte: it is the head of what stands there. */
-void end_head(uint32_t behind);
+void end_head(uint32_t after);
 /* From now on lines come from the rest of the same statement, from the byte on. */
 void begin_rest(uint32_t begin);
 

@@ -107,20 +107,20 @@ void put_nested_functions(const Node *first) {
         start = node->next;
         Symbol *name = child_of_kind(node, NODE_NAME)->symbol;
         add_procedure(Lowering.lines, Lowering.level, node, written_name(name));
-        lower_siblings(node->next, behind_function(node), Lowering.level);
+        lower_siblings(node->next, after_function(node), Lowering.level);
         add_line(Lowering.lines, Lowering.level, "");
     }
 }
 
-const Node *behind_comments(const Node *first) {
+const Node *after_comments(const Node *first) {
     while (first && first->kind == NODE_COMMENT) first = first->next;
     return first;
 }
 
 // After the help text: in front of the comments inside of the first statement, and of those right
 // above it when an empty line stands above them.
-const Node *behind_help(const Node *first) {
-    const Node *statement = behind_comments(first);
+const Node *after_help(const Node *first) {
+    const Node *statement = after_comments(first);
     if (statement && statement->kind == NODE_FUNCTION) return comments_above(first, statement);
     const Node *remark = nullptr;
     const Node *node = first;
@@ -141,7 +141,7 @@ void put_statements(const Prelude *prelude, const Node *first) {
 // Help text, nested functions, what the parameters need, the body, the results.
 void put_body(const Node *block, const Scope *scope) {
     const Node *first = block->first_child;
-    const Node *rest = behind_help(first);
+    const Node *rest = after_help(first);
     lower_siblings(first, rest, Lowering.level);
     put_nested_functions(rest);
     Prelude prelude = begin_prelude(scope, rest);
@@ -196,9 +196,9 @@ void add_procedure(Lines *lines, int level, const Node *function, const char *na
     Lowering = outer;
 }
 
-void add_comments(Lines *lines, const Node *comments, const Node *behind) {
+void add_comments(Lines *lines, const Node *comments, const Node *after) {
     LoweringContext outer = begin_lowering(nullptr, lines, 0);
-    lower_siblings(comments, behind, 0);
+    lower_siblings(comments, after, 0);
     Lowering = outer;
 }
 
@@ -209,7 +209,7 @@ void put_pieces(const Node *first) {
     for (const Node *node = first; node; node = node->next) {
         if (node->kind != NODE_FUNCTION) continue;
         lower_more_siblings(start, comments_above(start, node));
-        start = behind_function(node);
+        start = after_function(node);
     }
     lower_more_siblings(start, nullptr);
     close_rest(&Lowering.script.rest);
@@ -222,7 +222,7 @@ const Node *last_return(const Node *body) {
     return last && last->kind == NODE_RETURN ? last : nullptr;
 }
 
-const Node *behind_function(const Node *function) {
+const Node *after_function(const Node *function) {
     const Node *node = function->next;
     while (node && node->kind == NODE_COMMENT && has_flag(node, TRAILING)) node = node->next;
     return node;
@@ -258,7 +258,7 @@ void lower_function(const FileFunction *function, const Node *comments, Lines *l
     if (comments != node && has_flag(node, BLANK_BEFORE)) add_line(lines, 0, "");
     append_lines(lines, &before);
     append_lines(lines, &procedure);
-    add_comments(lines, node->next, behind_function(node));
+    add_comments(lines, node->next, after_function(node));
     add_line(lines, 0, "");
 }
 

@@ -29,4 +29,4 @@ const Node *comments_above(const Node *first, const Node *function);
 /* Puts the statements and comments from first on that belong to no function. */
 void put_pieces(const Node *first);
 /* What follows a function and the comments on the line of its end; null for nothing. */
-const Node *behind_function(const Node *function);
+const Node *after_function(const Node *function);

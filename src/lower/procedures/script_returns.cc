@@ -17,7 +17,7 @@ bool is_outermost(const OpenRest *rest) {
     return Lowering.script.is_open && rest == &Lowering.script.rest;
 }
 
-bool has_statement_behind(const Node *node) {
+bool has_statement_after(const Node *node) {
     do node = node->next;
     while (node && (node->kind == NODE_COMMENT || node->kind == NODE_FUNCTION));
     return node != nullptr;
@@ -63,7 +63,7 @@ void put_test(OpenRest *rest) {
 void choose_form(const OpenRest *rest, const Node *statement) {
     if (!is_outermost(rest)) return;
     ScriptContext *script = &Lowering.script;
-    bool is_last = !has_statement_behind(statement);
+    bool is_last = !has_statement_after(statement);
     if (statement->kind == NODE_RETURN && is_last) script->left_out = statement;
     const Node *found = guarding_return(statement);
     if (!found || (!is_last && rest->guards >= MOST_GUARDS)) return;
@@ -83,7 +83,7 @@ void put_script_return(const Node *node) {
     if (script->loops > 0) put_line("break;", {});
 }
 
-void put_exit_behind_loop() {
+void put_exit_after_loop() {
     if (Lowering.script.loops == 0) return;
     put_line("if %s then", {count_condition(Lowering.script.returned, OP_EQ, 1)});
     put_inner_line("break;", {});

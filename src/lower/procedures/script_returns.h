@@ -9,7 +9,7 @@
 /* A RETURN in a script. */
 void put_script_return(const Node *node);
 /* After a loop with such a return, what leaves the loop around it. */
-void put_exit_behind_loop();
+void put_exit_after_loop();
 
 /* In front of each statement of a list: opens the branch that it belongs into. Answers what the
  * other two get. */

@@ -91,7 +91,7 @@ void put_loop(const Node *node, void (*put)(const Node *)) {
     Lowering.script.loops++;
     put(node);
     Lowering.script.loops--;
-    if (Lowering.script.returns != returns) put_exit_behind_loop();
+    if (Lowering.script.returns != returns) put_exit_after_loop();
 }
 
 void put_read_statement(const Node *node) {

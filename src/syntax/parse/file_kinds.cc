@@ -14,8 +14,8 @@ bool has_function(const Node *file, const char *name) {
 
 // Of a file that begins with a function: MATLAB takes one with statements for a script, unless its
 // name means a function of it. Where there are errors an end may have closed a function too early.
-bool is_script_behind_functions(const Node *file, const char *name, bool has_errors,
-                                SourceLanguage language) {
+bool is_script_after_functions(const Node *file, const char *name, bool has_errors,
+                               SourceLanguage language) {
     return language != LANGUAGE_OCTAVE && !has_errors && has_statements(file) &&
            !has_function(file, name);
 }
@@ -86,7 +86,7 @@ bool is_script_file(const Node *file, const char *name, bool has_errors, SourceL
     bool is_empty = true;
     for (const Node *node = file->first_child; node; node = node->next) {
         if (node->kind == NODE_FUNCTION)
-            return is_script_behind_functions(file, name, has_errors, language);
+            return is_script_after_functions(file, name, has_errors, language);
         if (is_statement(node)) return true;
         if (node->kind == NODE_BAD) is_empty = false;
     }

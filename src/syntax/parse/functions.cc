@@ -141,14 +141,14 @@ void parse_header(NodeList *header) {
 // that belong to that function: those after an empty line; all, when there is no empty line
 // between them and the function.
 Node **find_comments_of_next(Node *block, bool blank_before_next) {
-    Node **behind_code = &block->first_child;
-    for (Node **at = behind_code; *at; at = &(*at)->next) {
+    Node **after_code = &block->first_child;
+    for (Node **at = after_code; *at; at = &(*at)->next) {
         bool is_loose = (*at)->kind == NODE_COMMENT && !has_flag(*at, TRAILING);
-        if (!is_loose) behind_code = &(*at)->next;
+        if (!is_loose) after_code = &(*at)->next;
     }
-    Node **first = behind_code;
+    Node **first = after_code;
     while (*first && !has_flag(*first, BLANK_BEFORE)) first = &(*first)->next;
-    return *first || blank_before_next ? first : behind_code;
+    return *first || blank_before_next ? first : after_code;
 }
 
 // Cuts those comments from the body.
@@ -175,7 +175,7 @@ void end_body(Statement *statement, Node *function, Node *block) {
         if (!is_at_end) function->kind = NODE_BAD;
         return;
     }
-    if (Current.kind == TOKEN_FUNCTION) statement->behind = cut_comments_of_next(block);
+    if (Current.kind == TOKEN_FUNCTION) statement->after = cut_comments_of_next(block);
     Parsing.blocks--;
     Parsing.depth--;
 }

@@ -14,16 +14,16 @@ constexpr LiteralForm CELL = {NODE_CELL, TOKEN_CLOSE_BRACE, "}"};
 
 bool ends_row(TokenKind kind) { return kind == TOKEN_SEMICOLON || kind == TOKEN_ROW_END; }
 
-bool is_behind_row(const LiteralForm &form) {
+bool is_after_row(const LiteralForm &form) {
     return ends_row(Current.kind) || Current.kind == form.closer;
 }
 
 // Goes over commas; whether there is one without an element in front of it.
-bool skip_commas(bool behind_element) {
+bool skip_commas(bool after_element) {
     bool has_gap = false;
     for (; Current.kind == TOKEN_COMMA; advance()) {
-        has_gap = has_gap || !behind_element;
-        behind_element = false;
+        has_gap = has_gap || !after_element;
+        after_element = false;
     }
     return has_gap;
 }
@@ -32,7 +32,7 @@ bool skip_commas(bool behind_element) {
 Node *parse_row(const LiteralForm &form) {
     NodeList elements;
     bool has_gap = skip_commas(false);
-    while (!is_behind_row(form)) {
+    while (!is_after_row(form)) {
         append(&elements, parse_expression());
         if (Current.kind != TOKEN_COMMA) break;
         has_gap |= skip_commas(true);

@@ -185,8 +185,8 @@ void skip_token(NodeList *comments) {
 // Between two tokens stand comments of continued lines.
 Node *finish_bad(Node *node) {
     assert(node->kind == NODE_BAD);
-    uint32_t behind = Previous.end > Current.start ? Previous.end : Current.start;
-    const char *end = Scan.text + behind;
+    uint32_t after = Previous.end > Current.start ? Previous.end : Current.start;
+    const char *end = Scan.text + after;
     while (end > Scan.text + node->offset && (is_blank(end[-1]) || is_line_end(end[-1]))) end--;
     node->length = offset_of(end) - node->offset;
     return node;

@@ -159,7 +159,7 @@ void parse_statement(NodeList *list) {
     } else {
         parse_line_statement(&statement);
     }
-    append_all(list, &statement.behind);
+    append_all(list, &statement.after);
 }
 
 // The word until ends the statements of a do.

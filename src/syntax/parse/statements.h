@@ -8,8 +8,8 @@
 struct Statement {
     NodeList *list; /* what it will be appended to */
     uint32_t start;
-    uint16_t flags;  /* BLANK_BEFORE or 0 */
-    NodeList behind; /* comments to append after it */
+    uint16_t flags; /* BLANK_BEFORE or 0 */
+    NodeList after; /* comments to append after it */
 };
 
 /* Reads statements and comments into the list, up to a token that ends them: one that the innermost

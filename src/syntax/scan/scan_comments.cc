@@ -14,7 +14,7 @@ namespace {
 // Where the outermost open block comment begins.
 const char *BlockComment;
 
-const char *behind_line_end(const char *at) {
+const char *after_line_end(const char *at) {
     if (at == Scan.end) return at;
     return at[0] == '\r' && at[1] == '\n' ? at + 2 : at + 1;
 }
@@ -54,7 +54,7 @@ void open_block_comment(const char *at, const char *line_end) {
     assert(Scan.block_comments == 0 && "what stands in one is read by lines");
     Scan.block_comments = 1;
     BlockComment = at;
-    Scan.at = behind_line_end(line_end);
+    Scan.at = after_line_end(line_end);
     Scan.line_flags = Current.flags;
 }
 
@@ -103,7 +103,7 @@ bool scan_block_line() {
             Scan.block_comments = 0;
             return false;
         }
-        Scan.at = behind_line_end(end);
+        Scan.at = after_line_end(end);
         if (stand_alone(at, end, '{')) {
             Scan.block_comments++;
         } else if (stand_alone(at, end, '}')) {
@@ -123,7 +123,7 @@ const char *skip_continuation(const char *at) {
     const char *start = skip_to_code(text, end);
     bool has_sign = start < end && class_of(*start) == BYTE_COMMENT;
     if (start < end) collect_comment(start, has_sign ? start + 1 : text, end);
-    return behind_line_end(end);
+    return after_line_end(end);
 }
 
 Node *new_comment() {

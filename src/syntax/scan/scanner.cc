@@ -227,7 +227,7 @@ bool scan_line_end(const char *at) {
     const char *next = skip_lines(at);
     Scan.at = next;
     if (Scan.context == IN_PARENTHESES || Scan.context == IN_PARAMETERS) {
-        Scan.line_flags |= BEHIND_LINE_END;
+        Scan.line_flags |= AFTER_LINE_END;
         return false;
     }
     make_token(Scan.depth == 0 ? TOKEN_NEWLINE : TOKEN_ROW_END, at);

@@ -48,26 +48,26 @@ bool is_at_line_end(TokenKind kind) {
 }
 
 // What stands after a line end within parentheses shows that the line should have ended them.
-bool is_behind_line_end() { return (Current.flags & BEHIND_LINE_END) && Current.kind != TOKEN_BAD; }
+bool is_after_line_end() { return (Current.flags & AFTER_LINE_END) && Current.kind != TOKEN_BAD; }
 
 // What stands directly after a closing quote is mostly text that the quote should not close.
-bool is_behind_quote() {
+bool is_after_quote() {
     char last = Previous.end > 0 ? Scan.text[Previous.end - 1] : ' ';
     bool is_word = Current.kind == TOKEN_NAME || Current.kind == TOKEN_NUMBER;
     return is_word && Current.start == Previous.end && (last == '\'' || last == '"');
 }
 
 const char *found_text() {
-    if (is_behind_line_end() && Current.kind != TOKEN_END_OF_FILE) return "end of line";
+    if (is_after_line_end() && Current.kind != TOKEN_END_OF_FILE) return "end of line";
     const char *token = describe_token();
-    if (!is_behind_quote()) return token;
+    if (!is_after_quote()) return token;
     return join({token, " after a quote (inside a string a quote is written twice)"});
 }
 
 // Line ends, and the end of the file, are marked after what stands before them.
 Place found_place() {
     bool is_end = is_at_line_end(Current.kind) || Current.kind == TOKEN_END_OF_FILE;
-    if (is_end || is_behind_line_end()) return {Previous.end, Previous.end};
+    if (is_end || is_after_line_end()) return {Previous.end, Previous.end};
     return {Current.start, Current.end};
 }
 
@@ -154,7 +154,7 @@ void unexpected_token(const char *expected) {
 }
 
 // What a value is missing after. Two signs look like a ++ that is used as a value.
-static const char *value_behind(const char *start, const char *end) {
+static const char *value_after(const char *start, const char *end) {
     if (start == end) return "a value";
     bool is_sign = end - start == 1 && (*start == '+' || *start == '-');
     bool is_double = is_sign && start > Scan.text && start[-1] == *start;
@@ -169,7 +169,7 @@ void expected_value() {
     } else if (Current.start == StatementStart) {
         unexpected_token("a statement");
     } else {
-        unexpected_token(value_behind(Scan.text + Previous.start, Scan.text + Previous.end));
+        unexpected_token(value_after(Scan.text + Previous.start, Scan.text + Previous.end));
     }
 }
 

@@ -80,7 +80,7 @@ enum TokenFlag : uint8_t {
     IS_IMAGINARY = 16,    /* NUMBER */
     IS_DOUBLE_QUOTED = 32, /* STRING */
     CLOSES_NOTHING = 64,   /* a closing bracket without an opening one */
-    BEHIND_LINE_END = 128  /* a line end within parentheses, which is no token, stands before it */
+    AFTER_LINE_END = 128   /* a line end within parentheses, which is no token, stands before it */
 };
 
 struct Token {

@@ -18,7 +18,7 @@ struct Symbol;
 
 // clang-format off
 /* Kinds of nodes. "Children" are in source order, reached by first_child and next; [ ] are children
- * that may be absent. ORDER NODES: node_names in print_tree.cc.
+ * that may be absent.
  *
  * EXPRESSIONS
  * NODE_NUMBER         text: as the host reads it: exponent e, hexadecimal and binary in decimal,
@@ -92,63 +92,68 @@ struct Symbol;
  *
  * NODE_BLOCK          children: statements and comments
  * NODE_FILE           children: statements, functions and comments; scope: of the script */
+// The second is the word of a node that is printed as (word children...).
+#define NODE_KIND_TABLE \
+    NODE_KIND(NUMBER, "") \
+    NODE_KIND(STRING, "") \
+    NODE_KIND(NAME, "") \
+    NODE_KIND(END, "end") \
+    NODE_KIND(COLON, ":") \
+    NODE_KIND(TILDE, "~") \
+    NODE_KIND(PARENS, "paren") \
+    NODE_KIND(PREFIX, "") \
+    NODE_KIND(CHAIN, "") \
+    NODE_KIND(POSTFIX, "") \
+    NODE_KIND(RANGE, "range") \
+    NODE_KIND(MATRIX, "") \
+    NODE_KIND(CELL, "") \
+    NODE_KIND(ROW, "") \
+    NODE_KIND(REFERENCE, "") \
+    NODE_KIND(ARGUMENTS, "") \
+    NODE_KIND(BRACES, "") \
+    NODE_KIND(FIELD, "") \
+    NODE_KIND(DYNAMIC_FIELD, "") \
+    NODE_KIND(HANDLE, "") \
+    NODE_KIND(ANONYMOUS, "@") \
+    NODE_KIND(EXPRESSION, "") \
+    NODE_KIND(ASSIGN, "=") \
+    NODE_KIND(MULTI_ASSIGN, "=") \
+    NODE_KIND(TARGETS, "") \
+    NODE_KIND(COMMAND, "command") \
+    NODE_KIND(WORD, "") \
+    NODE_KIND(SYSTEM, "system") \
+    NODE_KIND(IF, "if") \
+    NODE_KIND(BRANCH, "branch") \
+    NODE_KIND(ELSE, "else") \
+    NODE_KIND(FOR, "for") \
+    NODE_KIND(WHILE, "while") \
+    NODE_KIND(DO_UNTIL, "do") \
+    NODE_KIND(SWITCH, "switch") \
+    NODE_KIND(CASE, "case") \
+    NODE_KIND(OTHERWISE, "otherwise") \
+    NODE_KIND(TRY, "try") \
+    NODE_KIND(UNWIND, "unwind") \
+    NODE_KIND(GLOBAL, "global") \
+    NODE_KIND(PERSISTENT, "persistent") \
+    NODE_KIND(BREAK, "break") \
+    NODE_KIND(CONTINUE, "continue") \
+    NODE_KIND(RETURN, "return") \
+    NODE_KIND(FUNCTION, "function") \
+    NODE_KIND(OUTPUTS, "outputs") \
+    NODE_KIND(PARAMETERS, "parameters") \
+    NODE_KIND(DEFAULT, "default") \
+    NODE_KIND(ARGUMENT_BLOCK, "arguments") \
+    NODE_KIND(ARGUMENT, "argument") \
+    NODE_KIND(COMMENT, "comment") \
+    NODE_KIND(BAD, "bad") \
+    NODE_KIND(BLOCK, "block") \
+    NODE_KIND(FILE, "file")
 // clang-format on
 enum NodeKind : uint8_t {
-    NODE_NUMBER,
-    NODE_STRING,
-    NODE_NAME,
-    NODE_END,
-    NODE_COLON,
-    NODE_TILDE,
-    NODE_PARENS,
-    NODE_PREFIX,
-    NODE_CHAIN,
-    NODE_POSTFIX,
-    NODE_RANGE,
-    NODE_MATRIX,
-    NODE_CELL,
-    NODE_ROW,
-    NODE_REFERENCE,
-    NODE_ARGUMENTS,
-    NODE_BRACES,
-    NODE_FIELD,
-    NODE_DYNAMIC_FIELD,
-    NODE_HANDLE,
-    NODE_ANONYMOUS,
-    NODE_EXPRESSION,
-    NODE_ASSIGN,
-    NODE_MULTI_ASSIGN,
-    NODE_TARGETS,
-    NODE_COMMAND,
-    NODE_WORD,
-    NODE_SYSTEM,
-    NODE_IF,
-    NODE_BRANCH,
-    NODE_ELSE,
-    NODE_FOR,
-    NODE_WHILE,
-    NODE_DO_UNTIL,
-    NODE_SWITCH,
-    NODE_CASE,
-    NODE_OTHERWISE,
-    NODE_TRY,
-    NODE_UNWIND,
-    NODE_GLOBAL,
-    NODE_PERSISTENT,
-    NODE_BREAK,
-    NODE_CONTINUE,
-    NODE_RETURN,
-    NODE_FUNCTION,
-    NODE_OUTPUTS,
-    NODE_PARAMETERS,
-    NODE_DEFAULT,
-    NODE_ARGUMENT_BLOCK,
-    NODE_ARGUMENT,
-    NODE_COMMENT,
-    NODE_BAD,
-    NODE_BLOCK,
-    NODE_FILE,
-    NODE_KINDS
+#define NODE_KIND(name, word) NODE_##name,
+    NODE_KIND_TABLE
+#undef NODE_KIND
+        NODE_KINDS
 };
 
 enum NodeFlag : uint16_t {

@@ -116,7 +116,7 @@ Value value_of_member(Node *base) {
     return told ? told : ANY_VALUE;
 }
 
-Value value_behind_call(Node *base) {
+Value value_after_call(Node *base) {
     const Node *selector = base->next;
     if (selector->kind == NODE_FIELD) return value_of_member(base);
     bool has_arguments = selector->kind == NODE_ARGUMENTS;
@@ -210,7 +210,7 @@ Value trace_reference(Node *reference) {
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
     if (is_call && runs_text(base->text)) forget_all(0);
-    if (is_call) return value_behind_call(base);
+    if (is_call) return value_after_call(base);
     return base->kind == NODE_NAME ? value_of_part(base->symbol, base->next) : Value(ANY_VALUE);
 }
 
