@@ -1,7 +1,6 @@
 // The front ends that read MATLAB as people write it: src/syntax and src/lower.
 #include <limits.h>
 #include <stdio.h>
-#include <string.h>
 
 #include "diagnose/messages.h"
 #include "driver/front_end.h"
@@ -43,7 +42,8 @@ const char *failure_text(const Message *failure) {
 void raise_failure(const Message *failure) {
     uint32_t length;
     const char *line = line_text(failure->source, failure->line, &length);
-    ErrorRecord error = {failure_text(failure), failure->file, failure->line, failure->offset};
+    ErrorRecord error = {failure_text(failure), failure->file, failure->line,
+                         static_cast<long>(failure->offset)};
     raise_in_line(&error, line, length, failure->column - 1);
 }
 
@@ -56,10 +56,3 @@ void finish() {
 
 const FrontEnd MatlabFrontEnd = {begin_matlab, parse_command, parse_file, parse_aside, finish};
 const FrontEnd OctaveFrontEnd = {begin_octave, parse_command, parse_file, parse_aside, finish};
-
-const FrontEnd *find_front_end(const char *language) {
-    if (strcmp(language, "classic") == 0) return &ClassicFrontEnd;
-    if (strcmp(language, "matlab") == 0) return &MatlabFrontEnd;
-    if (strcmp(language, "octave") == 0) return &OctaveFrontEnd;
-    return nullptr;
-}

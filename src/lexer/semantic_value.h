@@ -1,4 +1,4 @@
-/* The value of a grammar symbol: three words, of which most symbols use the first. The scanner
+/* The value of a grammar symbol: a few words, of which most symbols use the first. The scanner
  * delivers a token's text in the first word of yylval and touches no other. Whatever a value
  * points to is tracked by the run, so the parser never has to release a value it discards. */
 #pragma once
@@ -33,6 +33,9 @@ struct RangeTriple {
     mExpr *stop;
 };
 
+/* Hosts read yylval as three words, where those have 64 bits; else it takes four. */
+constexpr int SEMANTIC_WORDS = sizeof(uintptr_t) == 8 ? 3 : 4;
+
 union SemanticValue {
     char *text;        /* valued tokens */
     mExpr *expr;       /* expressions, names, references, assignments */
@@ -45,7 +48,7 @@ union SemanticValue {
     WordList words;    /* command_words */
     RangeTriple range; /* range_triple */
     int32_t delimiter; /* opening marks: the BracketDelimiter outside the bracket */
-    uintptr_t slots[3];
+    uintptr_t slots[SEMANTIC_WORDS];
 
     SemanticValue() = default;
     SemanticValue(const SemanticValue &) = default;
@@ -53,9 +56,9 @@ union SemanticValue {
      * wider load would have to wait for that. */
     // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): copies nothing it has overwritten
     SemanticValue &operator=(const SemanticValue &other) {
-        for (int i = 0; i < 3; i++) slots[i] = other.slots[i];
+        for (int i = 0; i < SEMANTIC_WORDS; i++) slots[i] = other.slots[i];
         return *this;
     }
 };
 
-static_assert(sizeof(SemanticValue) == 3 * sizeof(uintptr_t), "hosts read yylval as three words");
+static_assert(sizeof(SemanticValue) == sizeof(SemanticValue::slots), "values are copied by words");

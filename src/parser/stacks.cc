@@ -19,12 +19,12 @@ void end_stacks(void *outer) {
     StackBlock = outer;
 }
 
-static long grown(long capacity) {
+static ptrdiff_t grown(ptrdiff_t capacity) {
     if (capacity < FIRST_ENTRIES) return FIRST_ENTRIES;
     return capacity * 2 < MOST_ENTRIES ? capacity * 2 : MOST_ENTRIES;
 }
 
-bool grow_stacks(int16_t **states, SemanticValue **values, long used, long *capacity) {
+bool grow_stacks(int16_t **states, SemanticValue **values, ptrdiff_t used, ptrdiff_t *capacity) {
     if (*capacity >= MOST_ENTRIES) return false;
     size_t room = static_cast<size_t>(grown(*capacity));
     size_t count = static_cast<size_t>(used);
@@ -35,7 +35,7 @@ bool grow_stacks(int16_t **states, SemanticValue **values, long used, long *capa
     for (size_t i = 0; i < count; i++) new_values[i] = (*values)[i];
     *values = new_values;
     *states = static_cast<int16_t *>(memcpy(new_states, *states, count * sizeof **states));
-    *capacity = static_cast<long>(room);
+    *capacity = static_cast<ptrdiff_t>(room);
     HeapFree(StackBlock);
     StackBlock = block;
     return true;

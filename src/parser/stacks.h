@@ -3,13 +3,14 @@
  * stacks there as well a few dozen of them would fill a small one. */
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "lexer/semantic_value.h"
 
 /* Room for 200 entries to begin with; a source that needs more than 10000 is refused. */
-constexpr long FIRST_ENTRIES = 200;
-constexpr long MOST_ENTRIES = 10000;
+constexpr ptrdiff_t FIRST_ENTRIES = 200;
+constexpr ptrdiff_t MOST_ENTRIES = 10000;
 
 /* Begins a parse without a block; answers that of the parse under way, or null. */
 void *begin_stacks();
@@ -17,4 +18,4 @@ void *begin_stacks();
 void end_stacks(void *outer);
 /* Moves the entries used so far into a new block with room for more. False when there are too many
  * or the heap is exhausted. */
-bool grow_stacks(int16_t **states, SemanticValue **values, long used, long *capacity);
+bool grow_stacks(int16_t **states, SemanticValue **values, ptrdiff_t used, ptrdiff_t *capacity);

@@ -22,10 +22,14 @@ constexpr size_t OWN_STORAGE = 2000;
 size_t index_of(const HashTable *table, int32_t key) {
     assert(table->bucket_count > 0);
     uint32_t magnitude = key < 0 ? 0u - static_cast<uint32_t>(key) : static_cast<uint32_t>(key);
+#ifdef __SIZEOF_INT128__
     // magnitude % bucket_count: the fraction of the quotient, times the count
     uint64_t fraction = table->reciprocal * magnitude;
     uint64_t count = static_cast<uint32_t>(table->bucket_count);
     return static_cast<size_t>(static_cast<unsigned __int128>(fraction) * count >> 64);
+#else
+    return magnitude % static_cast<uint32_t>(table->bucket_count);
+#endif
 }
 
 constexpr size_t WORD_BITS = 64;
