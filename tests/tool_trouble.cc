@@ -1,10 +1,12 @@
 /* Preloaded into the tool: the system call that TROUBLE names goes wrong, where AT is set for paths
- * that end by it alone. */
+ * that end by it alone, and where AFTER is set when as many calls have been made. */
+#include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -18,6 +20,13 @@ static bool is_at(const char *path) {
     const char *end = getenv("AT");
     return !end ||
            (strlen(path) >= strlen(end) && strcmp(path + strlen(path) - strlen(end), end) == 0);
+}
+
+/* Of a call that goes well first. */
+static bool is_over(const char *call) {
+    static int calls = 0;
+    const char *after = getenv("AFTER");
+    return is_troubled(call) && calls++ >= (after ? atoi(after) : 0);
 }
 
 /* The call, or a failure for the reason. */
@@ -42,7 +51,12 @@ int fchown(int file, uid_t owner, gid_t group) {
     return attempt("fchown", EPERM, SYS_fchown, file, owner, group);
 }
 
+/* Or never comes to an end, whatever signal says so. */
 int rename(const char *from, const char *to) {
+    sigset_t all;
+    sigfillset(&all);
+    if (is_troubled("end")) sigprocmask(SIG_BLOCK, &all, nullptr);
+    while (is_troubled("end")) sigsuspend(&all);
     return attempt("rename", EBUSY, SYS_rename, from, to);
 }
 
@@ -50,5 +64,15 @@ int rename(const char *from, const char *to) {
 int fsync(int file) {
     if (const char *number = getenv("SIGNAL")) raise(atoi(number));
     return attempt("fsync", EIO, SYS_fsync, file);
+}
+
+pid_t fork() {
+    errno = EAGAIN;
+    return is_over("fork") ? -1 : reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"))();
+}
+
+ssize_t send(int socket, const void *bytes, size_t size, int flags) {
+    errno = ENOBUFS;
+    return is_over("send") ? -1 : sendto(socket, bytes, size, flags, nullptr, 0);
 }
 }

@@ -48,9 +48,13 @@ TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
         const char *code;
         std::string said;
     } rows[] = {
-        {"kill -TERM $batch", "143", done},  {"kill -INT $batch", "130", done},
-        {"kill -INT -$batch", "130", done},  {"kill -HUP -$batch", "129", done},
-        {"kill -TERM -$batch", "143", done}, {"kill -KILL $batch", "137", ""},
+        {"kill -TERM $batch", "143", done},
+        {"kill -INT $batch", "130", done},
+        {"kill -INT -$batch", "130", done},
+        {"kill -HUP -$batch", "129", done},
+        {"kill -TERM -$batch", "143", done},
+        {"kill -KILL $batch", "137", ""},
+        {"kill -STOP $worker; kill -TERM $batch", "143", done},
     };
     for (const auto &row : rows) {
         std::string command = "rm -rf o; { " + START;
@@ -58,6 +62,32 @@ TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
         command.append(NO_WORKER).append("cat e");
         check({{command, 0, row.code + ("\na.txt\n" + row.said), ""}});
     }
+}
+
+TEST_F(Trouble, with_processes_costs_no_other_file) {
+    for (const char *name : {"a", "b", "c"})
+        write(directory / "s" / (std::string(name) + ".m"), "x = 1;\n");
+    const auto counts = [](int good, int bad) {
+        const std::string ended = std::to_string(good);
+        return summary("3 of 3 files: " + ended + " without errors or gaps, 0 with gaps, 0 with " +
+                       "errors, " + std::to_string(bad) + " failed; " + ended + " written");
+    };
+    const std::string untold =
+        ".m: error: its process cannot be told of it: No buffer space available\n";
+    check({
+        {"AFTER=1 trouble fork s -O o -j 3", 0, "", counts(3, 0)},
+        {"trouble fork s -O o -j 3", 3, "",
+         "mtranslate: error: cannot make a worker: Resource temporarily unavailable\n"},
+        {"AFTER=1 trouble send s -O p -j 1", 3, "", "s/b" + untold + "s/c" + untold + counts(1, 2)},
+        {"{ TROUBLE=end ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=$shim $tool s -O q -j 2 "
+         "2> e & batch=$!\n"
+         "for i in $(seq 500); do ls q/.m* > /dev/null && break; sleep 0.01; done\n"
+         "kill -TERM $batch; wait $batch; echo $?; } 2> /dev/null; cat e",
+         0,
+         "143\nmtranslate: 0 of 3 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+         "failed; 0 written; interrupted\n",
+         ""},
+    });
 }
 
 /* Files after one that takes long are done before it, and counted. */
