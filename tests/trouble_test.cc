@@ -90,6 +90,27 @@ TEST_F(Trouble, with_processes_costs_no_other_file) {
     });
 }
 
+/* What a source makes of its worker stays in it; elsewhere the tool does the same without that. */
+TEST_F(Trouble, of_a_worker_reaches_nobody_else) {
+    write(directory / "s/a.m", "x = 1;\n");
+    const auto rights = [](const char *network, const char *programs, const char *others) {
+        return std::string("network ") + network + "\nprograms " + programs + "\nothers " + others +
+               "\nitself yes\nmemory of others " + others + '\n';
+    };
+    const std::string one =
+        summary("1 of 1 file: 1 without errors or gaps, 0 with gaps, 0 with errors, 0 failed");
+    const std::string difference = "--- o/a.txt\n+++ o/a.txt\n@@ -1 +1 @@\n-old\n+x := 1;\n";
+    check({
+        {"AT=a.m trouble rights check s", 0, "", rights("no", "no", "no") + one},
+        {"AT=a.m trouble rights s/a.m --max-time 9", 0, "x := 1;\n", rights("no", "no", "no")},
+        {"AT=a.m trouble rights s/a.m", 0, "x := 1;\n", rights("yes", "yes", "yes")},
+        {"mkdir o; echo old > o/a.txt; AT=a.m trouble rights diff s -O o", 1, difference,
+         rights("no", "yes", "no") + one.substr(0, one.size() - 1) +
+             "; 1 would change, 0 would be new\n"},
+        {"trouble prctl check s", 0, "", one},
+    });
+}
+
 /* Files after one that takes long are done before it, and counted. */
 TEST_F(Trouble, of_an_interrupt_hides_nothing_that_is_done) {
     for (int i = 0; i < 50; ++i)

@@ -81,7 +81,8 @@ public:
     ExitCode run() {
         const auto job = [this](std::size_t i) { return to_text(work_on(i)); };
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
-        const Workers workers(options_.jobs, options_.limits);
+        const Programs programs = options_.mode == Mode::Compare ? Programs::Run : Programs::NotRun;
+        const Workers workers(options_.jobs, options_.limits, programs);
         const int signal = workers.run(inputs_.size(), job, report);
         progress_.clear();
         put_library();

@@ -102,8 +102,9 @@ int milliseconds_to(Clock::time_point moment) {
 /* One run of all jobs. */
 class Round {
 public:
-    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits)
-        : ends_(jobs), job_(job), report_(report), limits_(limits) {
+    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits,
+          Programs programs)
+        : ends_(jobs), job_(job), report_(report), limits_(limits), programs_(programs) {
         const sigset_t ending = ending_signals();
         signals_ = Descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
     }
@@ -154,6 +155,7 @@ private:
         for (const int told : {SIGINT, SIGHUP}) std::signal(told, SIG_IGN);
         for (Worker &other : workers_) other.socket = Descriptor();
         release_signals();
+        confine(programs_);
         if (limits_.megabytes > 0) limit_memory(limits_.megabytes);
         work(socket, job_);
     }
@@ -296,6 +298,7 @@ private:
     const Workers::Job &job_;
     const Workers::Report &report_;
     Limits limits_;
+    Programs programs_;
     Descriptor signals_;
     std::size_t count_ = 0;
     std::size_t next_ = 0;
@@ -304,12 +307,12 @@ private:
 
 }  // namespace
 
-Workers::Workers(std::size_t count, Limits limits)
-    : count_(count > 0 ? count : processors()), limits_(limits) {}
+Workers::Workers(std::size_t count, Limits limits, Programs programs)
+    : count_(count > 0 ? count : processors()), limits_(limits), programs_(programs) {}
 
 int Workers::run(std::size_t jobs, const Job &job, const Report &report) const {
     const HeldSignals held;
-    return Round(jobs, job, report, limits_).run(count_);
+    return Round(jobs, job, report, limits_, programs_).run(count_);
 }
 
 }  // namespace mtranslate
