@@ -1,5 +1,6 @@
 /* Preloaded into the tool: the system call that TROUBLE names goes wrong, where AT is set for paths
  * that end by it alone, and where AFTER is set when as many calls have been made. */
+#include <dirent.h>
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
@@ -31,6 +32,12 @@ static bool is_over(const char *call) {
     static int calls = 0;
     const char *after = getenv("AFTER");
     return is_troubled(call) && calls++ >= (after ? atoi(after) : 0);
+}
+
+/* What the library of C has for it, for a call that is none of the system. */
+template <class Function>
+static Function next(const char *name) {
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
 /* The call, or a failure for the reason. */
@@ -96,9 +103,21 @@ int prctl(int what, ...) {
     return attempt("prctl", EINVAL, SYS_prctl, what, first, second, 0, 0);
 }
 
+DIR *opendir(const char *path) {
+    const bool fails = is_troubled("opendir") && is_at(path);
+    if (fails) errno = EIO;
+    return fails ? nullptr : next<DIR *(*)(const char *)>("opendir")(path);
+}
+
+dirent *readdir(DIR *folder) {
+    const bool fails = is_over("readdir");
+    if (fails) errno = EIO;
+    return fails ? nullptr : next<dirent *(*)(DIR *)>("readdir")(folder);
+}
+
 pid_t fork() {
     errno = EAGAIN;
-    return is_over("fork") ? -1 : reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"))();
+    return is_over("fork") ? -1 : next<pid_t (*)()>("fork")();
 }
 
 ssize_t send(int socket, const void *bytes, size_t size, int flags) {

@@ -168,6 +168,8 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
     write(directory / "s/private/f.m", "function f(own)\nend\n");
     write(directory / "b/main.m", "called\n");
     write(directory / "b/called.m", "x = 1;\n");
+    write(directory / "k/main.m", "f(1);\n");
+    write(directory / "k/@box/f.m", "function f(box)\nend\n");
     const std::string own = "f := proc( own )\nend proc;\n\nf(1);\n";
     check({
         {"AT=/private trouble stat s/main.m", 0, own, ""},
@@ -176,10 +178,27 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
         {"AT=mtranslate.toml trouble stat s/main.m", 3, "",
          "mtranslate: error: cannot read 's/mtranslate.toml': Input/output error\n"},
         {"AT=b/called.m trouble stat b -W no-MT401 -O o", 3, "",
-         "b: error: cannot read 'b': Input/output error\n" +
+         "b/called.m: error: cannot read 'b/called.m': Input/output error\n"
+         "mtranslate: error: unable to open b/called.m: Input/output error\n" +
              summary(
-                 "2 of 2 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 1 failed; "
-                 "1 written; 1 message left out")},
+                 "2 of 2 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 2 failed; "
+                 "0 written")},
+        {"AT=@box trouble opendir k/main.m", 3, "",
+         "mtranslate: error: unable to open k/@box: Input/output error\n"},
+        {"AFTER=1 trouble readdir k/main.m", 3, "",
+         "mtranslate: error: unable to open k: Input/output error\n"},
+        {"touch s/.gitignore; AT=s/.gitignore trouble stat check s 2>&1 | sed \"s:'/.*/s/:'s/:\"",
+         0,
+         "s/.gitignore: error: cannot read 's/.gitignore': Input/output error\n" +
+             summary(
+                 "4 of 4 files: 3 without errors or gaps, 0 with gaps, 0 with errors, 1 failed"),
+         ""},
+        {"mkdir p; echo > p/main.txt; AT=p/main.txt trouble open diff k --exclude '@*' -W no-MT401 "
+         "-O p",
+         3, "",
+         "k/main.m: error: cannot read 'p/main.txt': Too many open files\n" +
+             summary("1 of 1 file: 0 without errors or gaps, 0 with gaps, 0 with errors, 1 failed; "
+                     "0 would change, 0 would be new; 1 message left out")},
         {"AT=b/called.m trouble open b/main.m b/called.m -O o2", 3, "",
          "mtranslate: error: unable to open b/called.m: Too many open files\n"
          "b/called.m: error: cannot read 'b/called.m': Too many open files\n" +
@@ -208,17 +227,20 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
     if (is_root && run("chmod 755 .; " + other + "$tool -V") != 0)
         GTEST_SKIP() << "the tool cannot be run as a user that may not read everything";
     check({
-        {"echo a > s/c.m; mkdir s/closed s/listed p; echo > s/listed/d.m; chmod 0 s/a.m s/closed; "
+        {"echo a > s/c.m; echo 'closed(1)' > s/d.m; mkdir s/closed s/listed p; echo > "
+         "s/listed/d.m; echo > "
+         "s/listed/d.txt; chmod 0 s/a.m s/closed; "
          "chmod 744 s/listed; chmod 777 p; " +
              (is_root ? other : "") +
-             "$tool s -O p; echo $?; find p -type f; chmod 700 s/closed s/listed",
-         0, "3\np/folder.m/b.txt\n",
+             "$tool s -O p; echo $?; find p -type f | sort; chmod 700 s/closed s/listed",
+         0, "3\np/d.txt\np/folder.m/b.txt\n",
          "s/a.m: error: cannot read 's/a.m': Permission denied\n"
          "mtranslate: error: unable to open s/a.m: Permission denied\n"
          "s/closed: error: cannot read 's/closed': Permission denied\n"
-         "s/listed: error: cannot read 's/listed': Permission denied\n" +
-             summary("5 of 5 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 4 "
-                     "failed; 1 written")},
+         "s/d.m: warning: 1 function is found nowhere and left to the host: closed [MT401]\n"
+         "s/listed/d.m: error: cannot read 's/listed/d.m': Permission denied\n" +
+             summary("6 of 6 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 4 "
+                     "failed; 2 written")},
     });
 }
 

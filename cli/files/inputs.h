@@ -31,8 +31,8 @@ struct Inputs {
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
  * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
  * and devices are left out, and so is what an exclude pattern or a file .gitignore matches. A
- * folder is entered once, whatever links lead to it; one that cannot be read, or looked into, is
- * given with its trouble. Throws FileError where a path is not there. */
+ * folder is entered once, whatever links lead to it. What cannot be looked at is given with its
+ * trouble, file or folder. Throws FileError where a path is not there. */
 Inputs find_inputs(const InputSearch &search);
 
 }  // namespace mtranslate

@@ -69,8 +69,9 @@ public:
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) place_below(options.root, inputs_);
         for (std::size_t i = 0; i < inputs_.size(); ++i) {
-            first_with_output_.try_emplace(output_of(inputs_[i]), i);
-            configurations_.push_back(&options.configurations->of_file(inputs_[i].path));
+            if (inputs_[i].trouble.empty())
+                first_with_output_.try_emplace(output_of(inputs_[i]), i);
+            configurations_.push_back(&options.configurations->of_input(inputs_[i]));
         }
         for (const Configuration *configuration :
              std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
