@@ -157,6 +157,11 @@ std::optional<std::string> read_file_if_there(const std::string &path) {
     return text;
 }
 
+std::string read_named_file(const std::string &path) {
+    const Descriptor copy = spool(open_to_read(path).get(), "'" + path + "'");
+    return read_regular_file(path_of(copy)).value_or("");
+}
+
 void write_all(int descriptor, std::string_view text, const std::string &name) {
     while (!text.empty()) {
         const ssize_t count = write(descriptor, text.data(), text.size());

@@ -79,6 +79,9 @@ std::optional<std::string> read_regular_file(const std::string &path);
 /* Likewise, but for a file that is there and cannot be read it throws FileError. */
 std::optional<std::string> read_file_if_there(const std::string &path);
 
+/* The text of a file that the user names, also what a pipe gives. Throws FileError. */
+std::string read_named_file(const std::string &path);
+
 /* Writes all of text. A reader of a pipe that has left early is no error. Throws FileError, which
  * calls the descriptor name. */
 void write_all(int descriptor, std::string_view text, const std::string &name);
