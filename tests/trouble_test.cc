@@ -103,6 +103,7 @@ TEST_F(Trouble, of_a_worker_reaches_nobody_else) {
     check({
         {"AT=a.m trouble rights check s", 0, "", rights("no", "no", "no") + one},
         {"AT=a.m trouble rights s/a.m --max-time 9", 0, "x := 1;\n", rights("no", "no", "no")},
+        {"AT=a.m trouble rights s/a.m --untrusted", 0, "x := 1;\n", rights("no", "no", "no")},
         {"AT=a.m trouble rights s/a.m", 0, "x := 1;\n", rights("yes", "yes", "yes")},
         {"mkdir o; echo old > o/a.txt; AT=a.m trouble rights diff s -O o", 1, difference,
          rights("no", "yes", "no") + one.substr(0, one.size() - 1) +
@@ -241,6 +242,42 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
          "s/listed/d.m: error: cannot read 's/listed/d.m': Permission denied\n" +
              summary("6 of 6 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 4 "
                      "failed; 2 written")},
+    });
+}
+
+/* A tree of somebody who would like to see files of the user. */
+TEST_F(Trouble, of_an_untrusted_tree_stays_in_it) {
+    write(directory / "home/secret.m", "x = 'secret' $\n");
+    write(directory / "s/a.m", "secret;\n");
+    write(directory / "s/b.m", "called(1)\n");
+    write(directory / "s/mtranslate.toml", "[functions]\ncalled.default = 'f({args})'\n");
+    run("ln -s ../home/secret.m s/secret.m; ln -s ../home s/sub; ln -s . s/again; mkfifo "
+        "s/called.m; "
+        "mkdir alone; ln -s ../home/secret.m alone");
+    const std::string unknown =
+        "s/b.m: warning: 1 function is found nowhere and left to the host: called [MT401]\n";
+    const auto refused = [](const std::string &path, const std::string &what) {
+        return "cannot read '" + path + "': it leads out of " + what + '\n';
+    };
+    const std::string single = "mtranslate: error: ";
+    check({
+        {"mtranslate s --untrusted -O o; cat o/b.txt", 0, "called(1);\n",
+         "s/a.m: error: " + refused("s/secret.m", "what is given") + unknown +
+             "s/secret.m: error: " + refused("s/secret.m", "'s'") +
+             "s/sub: error: " + refused("s/sub", "'s'") +
+             summary("4 of 4 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 3 "
+                     "failed; 1 written")},
+        {"mtranslate s/a.m --untrusted", 3, "", single + refused("s/secret.m", "what is given")},
+        {"mtranslate s/secret.m --untrusted", 3, "",
+         single + refused("s/secret.m", "what is given")},
+        {"mtranslate s/a.m --untrusted -I s -I home --strict 2>&1 | tail -n 1", 0,
+         "             ^\n", ""},
+        {"mtranslate s/b.m --no-config", 3, "", single + "cannot read 's/called.m': a pipe\n"},
+        {"mtranslate s/b.m --untrusted --language classic", 3, "",
+         single + "cannot read 's/called.m': a pipe\n"},
+        {"mtranslate check alone --untrusted --report r.html 2> /dev/null; grep -c 'id=\"pack-' "
+         "r.html; mtranslate check alone --report r.html 2> /dev/null; grep -c 'id=\"pack-' r.html",
+         0, "0\n1\n", ""},
     });
 }
 

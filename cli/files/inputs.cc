@@ -30,6 +30,7 @@ public:
             inputs.files.push_back({path, fs::path(path).filename()});
             return;
         }
+        given_ = path;
         root_ = fs::absolute(path + '/').lexically_normal().parent_path();
         ignore_files_ = {};
         if (search_.reads_ignore_files) ignore_files_.enter_root(root_);
@@ -101,6 +102,8 @@ private:
         const bool is_folder = S_ISDIR(status.st_mode);
         const bool is_source = S_ISREG(status.st_mode) && path.extension() == ".m";
         if ((!is_folder && !is_source) || is_ignored(relative, is_folder)) return;
+        if (search_.stays_inside && !is_within(given_, path))
+            return refuse(path, relative, "it leads out of '" + given_ + '\'');
         if (is_folder) return enter(path, status, relative);
         inputs.files.push_back({path, relative});
     }
@@ -117,7 +120,8 @@ private:
     }
 
     const InputSearch &search_;
-    fs::path root_; /* of the walk, absolute */
+    std::string given_; /* the folder under way */
+    fs::path root_;     /* the same, absolute */
     IgnoreFiles ignore_files_;
     std::set<std::pair<dev_t, ino_t>> entered_;
 };

@@ -21,6 +21,7 @@ struct InputSearch {
     /* Patterns as of a shell; without a slash, of a name alone. */
     std::vector<std::string> excludes;
     bool reads_ignore_files = false; /* .gitignore */
+    bool stays_inside = false;       /* links that lead out of the folders are trouble */
 };
 
 struct Inputs {

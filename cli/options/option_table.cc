@@ -39,6 +39,10 @@ void add_source_options(CLI::App &app, Options &options) {
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls\n\nCalled functions are not translated then.");
+    app.add_flag("--untrusted", options.is_untrusted,
+                 "Let the tree of the sources decide nothing\n\n"
+                 "Its files mtranslate.toml are not read, links that lead out of it are not "
+                 "followed, and every source is read by a process with fewer rights.");
 }
 
 void add_rule_options(CLI::App &app, Options &options) {

@@ -54,6 +54,12 @@ void make_folder(const fs::path &folder) {
         fail("cannot write into the folder '" + folder.string() + '\'');
 }
 
+/* To open a pipe might take for ever. */
+bool is_other_than_regular(const std::string &path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 class Batch {
 public:
     explicit Batch(const Options &options)
@@ -146,7 +152,9 @@ private:
                   const std::string &output) const {
         if (!options_.output_limit.empty() && !is_within(options_.output_limit, output))
             throw FileError("its output '" + output + "' leads out of the folder '" +
-                            options_.output_limit + "' of the configuration");
+                            options_.output_limit + '\'');
+        if (is_other_than_regular(output))
+            throw FileError("its output '" + output + "' is no regular file");
         if (options_.mode == Mode::Translate) {
             result.is_written = write(output, text, sources);
             result.has_output = true;

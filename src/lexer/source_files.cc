@@ -42,10 +42,11 @@ constexpr int INITIAL_BUFFER_SIZE = 16384;
 char *text_of(OpenSource *source) { return reinterpret_cast<char *>(source + 1); }
 
 // The host's signals may interrupt both: on a pipe they wait.
-int open_file(const char *path) {
+int open_file(const char *path, bool waits) {
+    int flags = O_RDONLY | O_CLOEXEC | (waits ? 0 : O_NONBLOCK);
     int descriptor;
     do {
-        descriptor = open(path, O_RDONLY | O_CLOEXEC);
+        descriptor = open(path, flags);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
 }
@@ -109,7 +110,7 @@ size_t read_some(OpenSource *source, char *buffer, size_t room) {
 
 int open_as(const char *path, const struct stat *status) {
     if (Observing.opens) Observing.opens(Observing.context, path, status);
-    int descriptor = open_file(path);
+    int descriptor = open_file(path, !S_ISREG(status->st_mode));  // a pipe may be in its place
     if (descriptor < 0) return errno;
     off_t size = S_ISREG(status->st_mode) ? status->st_size : 0;
     if (size > 0 && size <= LARGEST_WHOLE_FILE) {
