@@ -162,6 +162,23 @@ TEST_F(Trouble, of_a_full_disk_leaves_whole_files) {
     });
 }
 
+TEST_F(Trouble, of_an_output_folder_is_told) {
+    const std::string counts = summary(
+        "3 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 2 failed; 1 written");
+    const auto failures = [](const std::string &reason) {
+        return "t/b.m: error: " + reason + "t/c.m: error: " + reason;
+    };
+    check({
+        {"{ " + START + "rm -r o; : > t/b.m; wait $batch; echo $?; } 2> /dev/null; cat e; ls", 0,
+         "3\n" + failures("cannot write into the folder 'o': No such file or directory\n") +
+             counts + "e\nerr\nout\nrun\nt\n",
+         ""},
+        {"mkfifo p; mv p t/b.m; { " + START +
+             "mv o q; mkdir o; : > t/b.m; wait $batch; echo $?; } 2> /dev/null; cat e; ls o",
+         0, "3\n" + failures("the folder 'o' has been replaced\n") + counts, ""},
+    });
+}
+
 /* Whether a file is there is not known then: nothing else is taken in its place. */
 TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
     write(directory / "s/main.m", "f(1);\n");
