@@ -37,7 +37,7 @@ void OutputFolder::check(const std::string &output) const {
     if (!limit_.empty() && !is_within(limit_, output))
         throw FileError("its output '" + output + "' leads out of the folder '" + limit_ + '\'');
     struct stat status;
-    if (stat(output.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
+    if (stat(output.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
         throw FileError("its output '" + output + "' is no regular file");
 }
 
