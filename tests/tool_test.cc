@@ -572,6 +572,13 @@ TEST_F(ClassicTool, replaces_an_output_by_a_whole_one_or_not_at_all) {
          cannot + "'d/k': Too many levels of symbolic links\n"},
         {"for s in 1 2 15; do SIGNAL=$s trouble - -o d/o -c x=2; echo $?; done 2> err2", 0,
          "129\n130\n143\n", ""},
+        // on a disk where files have names from the beginning
+        {"for s in 1 2 15; do SIGNAL=$s trouble unnamed -o d/o -c x=2; echo $?; done 2> err2", 0,
+         "129\n130\n143\n", ""},
+        {"trouble unnamed -o d/s -c s; cat d/s; rm d/s", 0, "s;\n", ""},
+        {"shm=$(mktemp -d /dev/shm/tool-test-XXXXXX); "
+         "(SIGNAL=9 trouble - -o $shm/o -c x; echo $?) 2> err2; rmdir $shm",
+         0, "137\n", ""},
         {"trap '' HUP; SIGNAL=1 trouble - -o d/r -c x=3; cat d/r", 0, "x := 3;\n", ""},
         {"cat d/o; ls -A d", 0, "x := 1;\nk\nl\nm\nn\no\np\nr\n", ""},
         {"ls -i d/o > i; trouble fchown -o d/o -c a; cat d/o; ls -i d/o | diff - i", 0, "a;\n", ""},

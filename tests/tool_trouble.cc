@@ -67,6 +67,10 @@ static void try_rights() {
 extern "C" {
 
 int open(const char *path, int flags, ...) {
+    if ((flags & O_TMPFILE) == O_TMPFILE && is_troubled("unnamed")) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
     if (is_troubled("rights") && is_at(path)) try_rights();
     return attempt(is_at(path) ? "open" : "", EMFILE, SYS_openat, AT_FDCWD, path, flags, 0666);
 }
