@@ -362,6 +362,8 @@ TEST_F(Reports, of_very_large_sources_pack_their_texts) {
         {"mtranslate report r.json -o r.html; grep -o 'id=\"pack-.\"' r.html; "
          "test $(stat -c %s r.html) -lt 1000000",
          0, "id=\"pack-0\"\nid=\"pack-1\"\n", ""},
+        {"mtranslate report r.json -o r.html --report-sources=no; grep -c 'id=\"pack-' r.html", 1,
+         "0\n", ""},
     });
 }
 

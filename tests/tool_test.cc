@@ -253,6 +253,10 @@ TEST_F(Tool, writes_its_own_functions_apart) {
          "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
          "failed; "
          "2 written\n"},
+        {"mtranslate library -o m; cmp l m; mtranslate -o n library; cmp l n", 0, "", ""},
+        {"mtranslate library --format json", 2, "",
+         "mtranslate: error: The following arguments were not expected: json --format, which "
+         "library does not take\nTry 'mtranslate --help'.\n"},
         {"mtranslate t library", 2, "",
          "mtranslate: error: library and a source exclude each other\nTry 'mtranslate --help'.\n"},
     });
@@ -510,6 +514,10 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: --suffix: the ending of a file's name has no '/'" + hint},
         {"mtranslate a.m -O d -o e", 2, "",
          "mtranslate: error: -o and -O exclude each other" + hint},
+        {"mtranslate check a.m -o e", 2, "",
+         "mtranslate: error: check and assess write no translations: leave -o out" + hint},
+        {"mtranslate rules a.m --watch", 2, "",
+         "mtranslate: error: --watch goes with -O, check and diff" + hint},
         {"mtranslate diff a.m", 2, "",
          "mtranslate: error: give -O DIR, the outputs to compare" + hint},
         {"mtranslate none -O d", 3, "", cannot + "read 'none': No such file or directory\n"},
