@@ -152,7 +152,7 @@ std::optional<std::string> read_file_if_there(const std::string &path) {
     if (!is_there && !means_no_file(errno)) fail("cannot read '" + path + "'");
     if (!is_there || !S_ISREG(status.st_mode)) return std::nullopt;
     check_size(status, path);
-    const auto text = read_text(open_regular_file(path).get());
+    auto text = read_text(open_regular_file(path).get());
     if (!text) fail("cannot read '" + path + "'");
     return text;
 }

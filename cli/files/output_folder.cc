@@ -33,11 +33,23 @@ void OutputFolder::make() {
     if (stat(path_.c_str(), &made_) != 0) fail("cannot make the folder '" + path_ + '\'');
 }
 
+bool OutputFolder::holds(const std::string &output, bool is_link) const {
+    if (is_link) return is_within(limit_, output);
+    const fs::path folder = fs::path(output).parent_path();
+    if (folder == known_) return true;
+    if (!is_within(limit_, folder.empty() ? "." : folder)) return false;
+    known_ = folder;
+    return true;
+}
+
 void OutputFolder::check(const std::string &output) const {
-    if (!limit_.empty() && !is_within(limit_, output))
-        throw FileError("its output '" + output + "' leads out of the folder '" + limit_ + '\'');
     struct stat status;
-    if (stat(output.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+    const bool is_there = lstat(output.c_str(), &status) == 0;
+    const bool is_link = is_there && S_ISLNK(status.st_mode);
+    if (!limit_.empty() && !holds(output, is_link))
+        throw FileError("its output '" + output + "' leads out of the folder '" + limit_ + '\'');
+    if (!is_there || (is_link && stat(output.c_str(), &status) != 0)) return;
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
         throw FileError("its output '" + output + "' is no regular file");
 }
 

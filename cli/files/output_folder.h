@@ -22,8 +22,11 @@ public:
     void make_around(const std::string &output) const;
 
 private:
+    bool holds(const std::string &output, bool is_link) const;
+
     std::string path_;
     std::string limit_;
+    mutable std::string known_; /* the folder of the last output, which is in the limit */
     struct stat made_ {};
 };
 
