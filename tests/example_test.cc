@@ -1,6 +1,8 @@
 /* The programs in examples/ and classic/, and what the pages show, against their translations. */
 #include <algorithm>
+#include <cctype>
 #include <map>
+#include <set>
 
 #include "diagnose/messages.h"
 #include "support/observers.h"
@@ -119,6 +121,22 @@ void check_report(const Texts &row, const char *language) {
         EXPECT_EQ(codes_of(instead, language), "") << instead;
 }
 
+/* "Promised | Tested by": names of tests, of this program where they begin with a capital. */
+void check_tests(const Texts &row, const char *) {
+    const auto *program = testing::UnitTest::GetInstance();
+    std::set<std::string> known;
+    for (int i = 0; i < program->total_test_suite_count(); ++i) {
+        const testing::TestSuite *suite = program->GetTestSuite(i);
+        for (int k = 0; k < suite->total_test_count(); ++k)
+            known.insert(std::string(suite->name()) + '.' + suite->GetTestInfo(k)->name());
+    }
+    const Texts tests = code_in(row[1]);
+    EXPECT_FALSE(tests.empty()) << row[0];
+    for (const std::string &test : tests)
+        EXPECT_TRUE(std::islower(static_cast<unsigned char>(test[0])) || known.contains(test))
+            << test;
+}
+
 /* The cells of a row of a table. */
 Texts row_cells(std::string line) {
     static const std::regex bar(R"( *\| *)");
@@ -133,6 +151,7 @@ int check_tables(const std::string &page, const char *language) {
     static const std::map<std::string, void (*)(const Texts &, const char *)> checks = {
         {"MATLAB", check_translation},
         {"Octave", check_octave},
+        {"Promised", check_tests},
         {"Refused", check_refusal},
         {"Reported", check_report}};
     std::istringstream lines(page);

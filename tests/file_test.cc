@@ -14,10 +14,13 @@
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
 extern "C" ssize_t __real_read(int file, void *buffer, size_t size);
 
-static int failing_read = 0; /* reads up to the one that fails; 0 for none */
+static int failing_read = 0;           /* reads up to the one that fails; 0 for none */
+static const char *cut_file = nullptr; /* or in front of which this file is cut to 8 bytes */
 
 extern "C" ssize_t __wrap_read(int file, void *buffer, size_t size) {
-    if (failing_read == 0 || --failing_read > 0) return __real_read(file, buffer, size);
+    const bool is_next = failing_read > 0 && --failing_read == 0;
+    if (is_next && cut_file) truncate(cut_file, 8);
+    if (!is_next || cut_file) return __real_read(file, buffer, size);
     errno = EIO;
     return -1;
 }
@@ -85,6 +88,33 @@ TEST(Files, that_cannot_be_read_are_errors_at_their_place) {
     EXPECT_EQ(outcome(files.path("folder")), place(1, "folder") + "\n^\n");
     symlink("/proc/self/mem", files.path("folder.m").c_str());
     EXPECT_EQ(outcome(files.path("main.m")), place(1, "folder.m") + "\n        ^\n");
+}
+
+TEST(Files, that_are_cut_while_they_are_read_are_errors) {
+    const std::string whole = "x = 1;\n" + std::string(20000, '\n');
+    const std::string large = whole + std::string(80000, '\n');
+    const SourceFiles files("");
+    const std::string path = files.path("main.m");
+    const auto outcome_of = [&](const std::string &text, int read) {
+        StandInHost host;
+        files.write("main.m", text);
+        cut_file = path.c_str();
+        failing_read = read;
+        const std::string result = translate(host, "file", path);
+        failing_read = 0;
+        cut_file = nullptr;
+        return result.substr(0, result.find(path));
+    };
+    const struct {
+        const std::string &text;
+        int read;
+        const char *outcome;
+    } rows[] = {{whole, 1, "error: on line 1 of "},
+                {whole, 0, "x := 1;\n"},
+                {large, 1, "error: on line 1 of "},
+                {large, 3, "error: on line 1 of "},
+                {large, 0, "x := 1;\n"}};
+    for (const auto &row : rows) EXPECT_EQ(outcome_of(row.text, row.read), row.outcome);
 }
 
 /* The open files of this process that lie in the directory of files. */

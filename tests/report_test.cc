@@ -362,6 +362,8 @@ TEST_F(Reports, of_very_large_sources_pack_their_texts) {
         {"mtranslate report r.json -o r.html; grep -o 'id=\"pack-.\"' r.html; "
          "test $(stat -c %s r.html) -lt 1000000",
          0, "id=\"pack-0\"\nid=\"pack-1\"\n", ""},
+        {"mtranslate report r.json -o r.html --report-sources=no; grep -c 'id=\"pack-' r.html", 1,
+         "0\n", ""},
     });
 }
 
@@ -380,7 +382,8 @@ TEST_F(Reports, are_refused_where_there_can_be_none) {
          "mtranslate: error: classic makes no tree, which reports, graphs, maps and assessments "
          "need" +
              help},
-        {"mtranslate report s.json", 3, "", "mtranslate: error: cannot read the report 's.json'\n"},
+        {"mtranslate report s.json", 3, "",
+         "mtranslate: error: cannot read 's.json': No such file or directory\n"},
         {"mtranslate report no.json", 3, "",
          "mtranslate: error: 'no.json' is no report of mtranslate: it is another format\n"},
         {"mtranslate report cut.json 2>&1 | cut -c 1-61", 0,

@@ -574,15 +574,22 @@ TEST_F(Rules, of_a_tree_write_nothing_outside_of_it) {
     write(directory / "t/a/x.m", "f\n");
     write(directory / "t/b/y.m", "f\n");
     write(directory / "t/c/z.m", "f\n");
-    run("mkdir t/o t/o/b home; ln -s ../../home t/o/a; ln -s ../../../home/y t/o/b/y");
+    write(directory / "t/d/p.m", "f\n");
+    run("mkdir -p t/o/b t/o/d home; ln -s ../../home t/o/a; ln -s ../../../home/y t/o/b/y; "
+        "mkfifo t/o/d/p");
+    const auto refused = [](const std::string &folder) {
+        return "t/a/x.m: error: its output 't/o/a/x' leads out of the folder '" + folder +
+               "'\nt/b/y.m: error: its output 't/o/b/y' leads out of the folder '" + folder +
+               "'\nt/d/p.m: error: its output 't/o/d/p' is no regular file\n"
+               "mtranslate: 4 of 4 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 3 "
+               "failed; 1 written\n";
+    };
     check({
-        {"mtranslate t; echo $?; find t/o home -type f", 0, "3\nt/o/c/z\n",
-         "t/a/x.m: error: its output 't/o/a/x' leads out of the folder 't' of the configuration\n"
-         "t/b/y.m: error: its output 't/o/b/y' leads out of the folder 't' of the configuration\n"
-         "mtranslate: 3 of 3 files: 1 without errors or gaps, 0 with gaps, 0 with errors, 2 "
-         "failed; 1 written\n"},
-        {"mtranslate t -O t/o 2> /dev/null; find t/o home -type f | sort", 0,
-         "home/x\nhome/y\nt/o/c/z\n", ""},
+        {"mtranslate t; echo $?; find t/o home -type f", 0, "3\nt/o/c/z\n", refused("t")},
+        {"rm t/o/c/z; mtranslate t -O t/o; echo $?; find t/o home -type f", 0, "3\nt/o/c/z\n",
+         refused("t/o")},
+        {"mkdir big; ln -s big o; mtranslate t -O o 2> /dev/null; find big -type f | sort", 0,
+         "big/a/x\nbig/b/y\nbig/c/z\nbig/d/p\n", ""},  // the user's own link
     });
 }
 

@@ -63,6 +63,8 @@ TEST_F(Scale, has_depfiles_for_awkward_names) {
          "head -n 3 d",
          0, "o.txt: \\\n  src/alone.m \\\n  src/mtranslate.toml\n", ""},
         {"mtranslate -o o.txt --depfile d - < src/settings.m; cat d", 0, "o.txt:\n", ""},
+        {"mkdir n; echo > 'n/a\nb.m'; mtranslate n -O n --depfile d 2>&1 | tail -n 1", 0,
+         "mtranslate: error: a depfile cannot name 'n/a\\x0ab.txt', which has a line end\n", ""},
         {"mtranslate -c 1 -o o.txt --depfile src/main.m", 3, "",
          "mtranslate: error: the output 'src/main.m' is an existing MATLAB file\n"},
         {"mtranslate src/main.m --depfile d 2>&1 | head -n 1", 0,

@@ -42,10 +42,11 @@ protected:
 
     int run(const std::string &command) const {
         const std::string functions =
-            "tool='" MTRANSLATE_TOOL_FILE "'\nmtranslate() { \"$tool\" " + options +
+            "tool='" MTRANSLATE_TOOL_FILE "'\nshim='" MTRANSLATE_TROUBLE_FILE
+            "'\nmtranslate() { \"$tool\" " +
+            options +
             " \"$@\"; }\n"
-            "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD='" MTRANSLATE_TROUBLE_FILE
-            "' "
+            "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD=$shim "
             "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
         write(directory / "run", functions + setup + command + "\n");
         const std::string shell = "cd '" + directory.string() + "' && TMPDIR=. sh ./run";

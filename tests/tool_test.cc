@@ -253,6 +253,10 @@ TEST_F(Tool, writes_its_own_functions_apart) {
          "mtranslate: 2 of 2 files: 2 without errors or gaps, 0 with gaps, 0 with errors, 0 "
          "failed; "
          "2 written\n"},
+        {"mtranslate library -o m; cmp l m; mtranslate -o n library; cmp l n", 0, "", ""},
+        {"mtranslate library --format json", 2, "",
+         "mtranslate: error: The following arguments were not expected: json --format, which "
+         "library does not take\nTry 'mtranslate --help'.\n"},
         {"mtranslate t library", 2, "",
          "mtranslate: error: library and a source exclude each other\nTry 'mtranslate --help'.\n"},
     });
@@ -510,6 +514,10 @@ TEST_F(Tool, tells_apart_wrong_usage_and_file_trouble) {
          "mtranslate: error: --suffix: the ending of a file's name has no '/'" + hint},
         {"mtranslate a.m -O d -o e", 2, "",
          "mtranslate: error: -o and -O exclude each other" + hint},
+        {"mtranslate check a.m -o e", 2, "",
+         "mtranslate: error: check and assess write no translations: leave -o out" + hint},
+        {"mtranslate rules a.m --watch", 2, "",
+         "mtranslate: error: --watch goes with -O, check and diff" + hint},
         {"mtranslate diff a.m", 2, "",
          "mtranslate: error: give -O DIR, the outputs to compare" + hint},
         {"mtranslate none -O d", 3, "", cannot + "read 'none': No such file or directory\n"},
@@ -572,6 +580,13 @@ TEST_F(ClassicTool, replaces_an_output_by_a_whole_one_or_not_at_all) {
          cannot + "'d/k': Too many levels of symbolic links\n"},
         {"for s in 1 2 15; do SIGNAL=$s trouble - -o d/o -c x=2; echo $?; done 2> err2", 0,
          "129\n130\n143\n", ""},
+        // on a disk where files have names from the beginning
+        {"for s in 1 2 15; do SIGNAL=$s trouble unnamed -o d/o -c x=2; echo $?; done 2> err2", 0,
+         "129\n130\n143\n", ""},
+        {"trouble unnamed -o d/s -c s; cat d/s; rm d/s", 0, "s;\n", ""},
+        {"shm=$(mktemp -d /dev/shm/tool-test-XXXXXX); "
+         "(SIGNAL=9 trouble - -o $shm/o -c x; echo $?) 2> err2; rmdir $shm",
+         0, "137\n", ""},
         {"trap '' HUP; SIGNAL=1 trouble - -o d/r -c x=3; cat d/r", 0, "x := 3;\n", ""},
         {"cat d/o; ls -A d", 0, "x := 1;\nk\nl\nm\nn\no\np\nr\n", ""},
         {"ls -i d/o > i; trouble fchown -o d/o -c a; cat d/o; ls -i d/o | diff - i", 0, "a;\n", ""},

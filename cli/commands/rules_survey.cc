@@ -77,7 +77,7 @@ public:
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         options_.message_policy = {};
         for (const InputFile &input : inputs_)
-            configurations_.push_back(&options.configurations->of_file(input.path));
+            configurations_.push_back(&options.configurations->of_input(input));
     }
 
     Survey run() {

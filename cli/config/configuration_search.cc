@@ -24,8 +24,7 @@ fs::path from_here(const fs::path &path) {
 bool is_there(const fs::path &path) {
     struct stat status;
     if (stat(path.c_str(), &status) == 0) return true;
-    if (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG)
-        fail("cannot read '" + from_here(path).string() + "'");
+    if (!means_no_file(errno)) fail("cannot read '" + from_here(path).string() + "'");
     return false;
 }
 
@@ -53,6 +52,10 @@ const Configuration &ConfigurationSearch::in_folder(const std::string &folder) {
 
 const Configuration &ConfigurationSearch::of_file(const std::string &path) {
     return in_folder(path == "-" ? "" : fs::path(path).parent_path());
+}
+
+const Configuration &ConfigurationSearch::of_input(const InputFile &input) {
+    return input.trouble.empty() ? of_file(input.path) : *none_;
 }
 
 ConfigurationSearch::Found ConfigurationSearch::find(const fs::path &folder) {

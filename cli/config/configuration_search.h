@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/config/configuration.h"
+#include "cli/files/inputs.h"
 
 namespace mtranslate {
 
@@ -22,6 +23,8 @@ public:
     const Configuration &in_folder(const std::string &folder);
     /* The same for the folder of a file; for standard input, the current one. */
     const Configuration &of_file(const std::string &path);
+    /* The same of an input; one that cannot be looked at has none. */
+    const Configuration &of_input(const InputFile &input);
 
 private:
     using Found = std::shared_ptr<const Configuration>;

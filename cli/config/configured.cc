@@ -22,7 +22,8 @@ void complete(const Options &options, const char *name, Type &option,
 
 void configure_batch(Options &options, const Settings &settings) {
     complete(options, "output-dir", options.output_folder, settings.output_dir);
-    if (!options.given.contains("output-dir")) options.output_limit = settings.output_limit;
+    const bool is_given = options.given.contains("output-dir");
+    options.output_limit = is_given ? options.output_folder : settings.output_limit;
     complete(options, "suffix", options.suffix, settings.suffix);
     complete(options, "exclude", options.excludes, settings.exclude);
     complete(options, "closure", options.is_closure, settings.closure);
@@ -57,8 +58,8 @@ std::vector<const Rules *> rules_of_paths(const Options &options) {
 }
 
 void configure(Options &options, bool is_batch) {
-    options.configurations =
-        std::make_shared<ConfigurationSearch>(options.rule_files, !options.without_configuration);
+    options.configurations = std::make_shared<ConfigurationSearch>(
+        options.rule_files, !options.without_configuration && !options.is_untrusted);
     const Configuration &configuration =
         configuration_of(options, options.paths.empty() ? "-" : options.paths[0]);
     if (is_batch)

@@ -10,6 +10,8 @@ namespace mtranslate {
 namespace {
 
 std::string escaped(const std::string &name) {
+    if (name.find('\n') != name.npos)
+        throw FileError("a depfile cannot name '" + name + "', which has a line end");
     std::string text;
     for (const char c : name) {
         if (c == ' ' || c == '\t' || c == '#' || c == ':') {

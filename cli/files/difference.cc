@@ -52,7 +52,7 @@ bool is_of_new_file(std::string_view difference) {
 }
 
 std::string difference(const std::string &path, std::string_view text) {
-    const auto old = read_regular_file(path);
+    const auto old = read_file_if_there(path);
     if (old == text) return "";
     const Descriptor next = file_in_memory(text);
     const Descriptor result = file_in_memory("");

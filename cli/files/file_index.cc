@@ -32,6 +32,7 @@ std::string name_in_package(const std::string &name) { return name.substr(name.r
 FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
     const fs::path current = fs::current_path();
     for (const InputFile &input : inputs) {
+        if (!input.trouble.empty() && fs::path(input.path).extension() != ".m") continue;
         const fs::path whole = (current / input.path).lexically_normal();
         if (const std::string name = class_of(whole.parent_path()); !name.empty()) {
             methods_[whole.stem()].try_emplace(name, IndexedFile{input.path, ""});

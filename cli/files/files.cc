@@ -35,7 +35,25 @@ ssize_t read_some(int descriptor, char *to, std::size_t room) {
     return count;
 }
 
+/* None, with errno, where that fails. */
+std::optional<std::string> read_text(int descriptor) {
+    std::string text;
+    std::array<char, 65536> block;
+    for (ssize_t count = 0; (count = read_some(descriptor, block.data(), block.size())) != 0;) {
+        errno = count < 0 ? errno : EFBIG;
+        if (count < 0 || text.size() > LARGEST_SOURCE) return std::nullopt;
+        text.append(block.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
+constexpr int READ_ONLY = O_RDONLY | O_CLOEXEC | O_NOCTTY;
+
 }  // namespace
+
+bool means_no_file(int reason) {
+    return reason == ENOENT || reason == ENOTDIR || reason == ENAMETOOLONG;
+}
 
 void fail(const std::string &attempt) { throw FileError(attempt + ": " + std::strerror(errno)); }
 
@@ -67,7 +85,7 @@ void check_size(const struct stat &status, const std::string &path) {
 }
 
 Descriptor open_to_read(const std::string &path) {
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    Descriptor file(open(path.c_str(), READ_ONLY));
     if (!file) fail("cannot read '" + path + "'");
     return file;
 }
@@ -80,7 +98,7 @@ Descriptor open_regular_file(const std::string &path) {
     struct stat status;
     if (stat(path.c_str(), &status) != 0) fail("cannot read '" + path + "'");
     check(status);  // to open a device may do something
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    Descriptor file(open(path.c_str(), READ_ONLY | O_NONBLOCK));
     if (!file || fstat(file.get(), &status) != 0) fail("cannot read '" + path + "'");
     check(status);
     return file;
@@ -121,16 +139,27 @@ std::string path_of(const Descriptor &file) {
 }
 
 std::optional<std::string> read_regular_file(const std::string &path) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    const Descriptor file(open(path.c_str(), READ_ONLY | O_NONBLOCK));
     if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    std::string text;
-    std::array<char, 65536> block;
-    for (ssize_t count = 0; (count = read_some(file.get(), block.data(), block.size())) != 0;) {
-        if (count < 0 || text.size() > LARGEST_SOURCE) return std::nullopt;
-        text.append(block.data(), static_cast<std::size_t>(count));
-    }
+    return read_text(file.get());
+}
+
+std::optional<std::string> read_file_if_there(const std::string &path) {
+    struct stat status;
+    const bool is_there = stat(path.c_str(), &status) == 0;
+    if (!is_there && !means_no_file(errno)) fail("cannot read '" + path + "'");
+    if (!is_there || !S_ISREG(status.st_mode)) return std::nullopt;
+    check_size(status, path);
+    auto text = read_text(open_regular_file(path).get());
+    if (!text) fail("cannot read '" + path + "'");
     return text;
+}
+
+std::string read_named_file(const std::string &path) {
+    const Descriptor copy = spool(open_to_read(path).get(), "'" + path + "'");
+    return read_regular_file(path_of(copy)).value_or("");
 }
 
 void write_all(int descriptor, std::string_view text, const std::string &name) {

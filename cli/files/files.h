@@ -22,6 +22,9 @@ public:
 /* Throws FileError: attempt is what a system call has just failed to do, errno says why. */
 [[noreturn]] void fail(const std::string &attempt);
 
+/* Whether a failed look at a file, with this errno, shows that it is not there at all. */
+bool means_no_file(int reason);
+
 /* An open file, closed with this object; or none, after a failed call. */
 class Descriptor {
 public:
@@ -72,6 +75,12 @@ std::string path_of(const Descriptor &file);
 /* The bytes of a regular file; none where it cannot be read, is too large for a source or is no
  * regular file, which would give its bytes only once. */
 std::optional<std::string> read_regular_file(const std::string &path);
+
+/* Likewise, but for a file that is there and cannot be read it throws FileError. */
+std::optional<std::string> read_file_if_there(const std::string &path);
+
+/* The text of a file that the user names, also what a pipe gives. Throws FileError. */
+std::string read_named_file(const std::string &path);
 
 /* Writes all of text. A reader of a pipe that has left early is no error. Throws FileError, which
  * calls the descriptor name. */

@@ -101,8 +101,9 @@ void IgnoreFiles::enter_root(const fs::path &folder) {
 }
 
 void IgnoreFiles::enter(const fs::path &folder) {
-    const auto text = read_regular_file(folder / ".gitignore");
-    files_.push_back({folder, IgnoreFile(text.value_or(""))});
+    files_.push_back({folder, IgnoreFile("")});
+    if (const auto text = read_file_if_there(folder / ".gitignore"))
+        files_.back().file = IgnoreFile(*text);
 }
 
 bool IgnoreFiles::leave_out(const fs::path &path, bool is_folder) const {

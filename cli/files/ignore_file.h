@@ -34,9 +34,10 @@ private:
 class IgnoreFiles {
 public:
     /* Reads those of the folders around this one that belong to the same work tree: up to the one
-     * with .git in it, and none where there is no such folder. */
+     * with .git in it, and none where there is no such folder. Throws FileError. */
     void enter_root(const std::filesystem::path &folder);
-    /* Reads that of the folder until it is left. */
+    /* Reads that of the folder until it is left. Throws FileError where that cannot be read; the
+     * folder is entered all the same. */
     void enter(const std::filesystem::path &folder);
     void leave() { files_.pop_back(); }
 

@@ -30,6 +30,7 @@ public:
             inputs.files.push_back({path, fs::path(path).filename()});
             return;
         }
+        given_ = path;
         root_ = fs::absolute(path + '/').lexically_normal().parent_path();
         ignore_files_ = {};
         if (search_.reads_ignore_files) ignore_files_.enter_root(root_);
@@ -56,15 +57,30 @@ private:
     void enter(const fs::path &folder, const struct stat &status, const fs::path &relative) {
         if (!entered_.emplace(status.st_dev, status.st_ino).second) return;
         std::vector<std::string> names;
+        bool has_ignore_file = false;
         std::error_code error;
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
-             at.increment(error))
-            names.push_back(at->path().filename());
+             at.increment(error)) {
+            if (may_matter(*at)) names.push_back(at->path().filename());
+            has_ignore_file |= search_.reads_ignore_files && at->path().filename() == ".gitignore";
+        }
         if (error) return refuse(folder, relative, error.message());
         std::sort(names.begin(), names.end());
-        if (search_.reads_ignore_files) ignore_files_.enter(below_root(relative));
+        if (has_ignore_file) enter_ignore_file(folder, relative);
         for (const std::string &name : names) visit(folder / name, relative / name);
-        if (search_.reads_ignore_files) ignore_files_.leave();
+        if (has_ignore_file) ignore_files_.leave();
+    }
+
+    void enter_ignore_file(const fs::path &folder, const fs::path &relative) try {
+        ignore_files_.enter(below_root(relative));
+    } catch (const FileError &error) {
+        inputs.files.push_back({folder / ".gitignore", relative / ".gitignore", error.what()});
+    }
+
+    /* Whether it is not surely another file, as far as its folder tells. */
+    static bool may_matter(const fs::directory_entry &entry) {
+        std::error_code none;
+        return entry.path().extension() == ".m" || !entry.is_regular_file(none);
     }
 
     fs::path below_root(const fs::path &relative) const {
@@ -86,26 +102,26 @@ private:
         const bool is_folder = S_ISDIR(status.st_mode);
         const bool is_source = S_ISREG(status.st_mode) && path.extension() == ".m";
         if ((!is_folder && !is_source) || is_ignored(relative, is_folder)) return;
+        if (search_.stays_inside && !is_within(given_, path))
+            return refuse(path, relative, "it leads out of '" + given_ + '\'');
         if (is_folder) return enter(path, status, relative);
         inputs.files.push_back({path, relative});
     }
 
-    /* Nothing is missed where a link leads nowhere. Else it may be a folder, and nothing in the one
-     * around it can be read as a rule. */
+    /* Nothing is missed where a link leads nowhere. */
     void visit_unknown(const fs::path &path, const fs::path &relative) {
-        if (errno != ENOENT && errno != ELOOP)
-            refuse(path.parent_path(), relative.parent_path(), std::strerror(errno));
+        const int reason = errno;
+        if (reason != ENOENT && reason != ELOOP && !is_ignored(relative, false))
+            refuse(path, relative, std::strerror(reason));
     }
 
-    /* Once a folder. */
-    void refuse(const fs::path &folder, const fs::path &relative, const std::string &reason) {
-        if (inputs.files.empty() || inputs.files.back().path != folder)
-            inputs.files.push_back(
-                {folder, relative, "cannot read '" + folder.string() + "': " + reason});
+    void refuse(const fs::path &path, const fs::path &relative, const std::string &reason) {
+        inputs.files.push_back({path, relative, "cannot read '" + path.string() + "': " + reason});
     }
 
     const InputSearch &search_;
-    fs::path root_; /* of the walk, absolute */
+    std::string given_; /* the folder under way */
+    fs::path root_;     /* the same, absolute */
     IgnoreFiles ignore_files_;
     std::set<std::pair<dev_t, ino_t>> entered_;
 };

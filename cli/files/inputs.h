@@ -21,6 +21,7 @@ struct InputSearch {
     /* Patterns as of a shell; without a slash, of a name alone. */
     std::vector<std::string> excludes;
     bool reads_ignore_files = false; /* .gitignore */
+    bool stays_inside = false;       /* links that lead out of the folders are trouble */
 };
 
 struct Inputs {
@@ -31,8 +32,8 @@ struct Inputs {
 /* The files that the paths name, and the files *.m of the folders that they name and of those in
  * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
  * and devices are left out, and so is what an exclude pattern or a file .gitignore matches. A
- * folder is entered once, whatever links lead to it; one that cannot be read, or looked into, is
- * given with its trouble. Throws FileError where a path is not there. */
+ * folder is entered once, whatever links lead to it. What cannot be looked at is given with its
+ * trouble, file or folder. Throws FileError where a path is not there. */
 Inputs find_inputs(const InputSearch &search);
 
 }  // namespace mtranslate

@@ -10,8 +10,10 @@
 
 namespace mtranslate {
 
-/* A file that is written beside its final place. It is removed with this object, or by a signal
- * that ends the process, unless it has been moved there. One at a time in a process. */
+/* A file that is written beside its final place: where the file system allows that, without a name,
+ * so that nothing is left of it however the process ends. Otherwise, and for the moment in which it
+ * is put there, it has one, and is removed with this object, or by a signal that ends the process.
+ * One at a time in a process. */
 class PartialFile {
 public:
     /* Makes an empty file in the directory, with the mode of a new file. */
@@ -29,7 +31,10 @@ public:
     bool move_to(const std::filesystem::path &target);
 
 private:
-    std::string path_;
+    bool name();
+
+    std::filesystem::path directory_;
+    std::string path_; /* where it has a name */
     Descriptor file_;
 };
 

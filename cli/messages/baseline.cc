@@ -22,15 +22,10 @@ std::string key_of_line(const std::string &line) {
                   message.at("message").get<std::string>());
 }
 
-std::string read_baseline(const std::string &path) {
-    const Descriptor file = spool(open_to_read(path).get(), path);
-    return read_regular_file(path_of(file)).value_or("");
-}
-
 }  // namespace
 
 Baseline::Baseline(const std::string &path) {
-    std::istringstream lines(read_baseline(path));
+    std::istringstream lines(read_named_file(path));
     std::size_t number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;

@@ -39,6 +39,10 @@ void add_source_options(CLI::App &app, Options &options) {
         ->check(CLI::IsMember({"matlab", "octave", "classic"}));
     app.add_flag("--no-translator", options.without_translator,
                  "Do not ask the host about calls\n\nCalled functions are not translated then.");
+    app.add_flag("--untrusted", options.is_untrusted,
+                 "Let the tree of the sources decide nothing\n\n"
+                 "Its files mtranslate.toml are not read, links that lead out of it are not "
+                 "followed, and every source is read by a process with fewer rights.");
 }
 
 void add_rule_options(CLI::App &app, Options &options) {
@@ -181,6 +185,13 @@ void add_limits(CLI::App &app, Limits &limits) {
         ->check(CLI::Range(1, 1 << 20));
 }
 
+void add_choice_of_sources(CLI::App &app, bool &shows_sources) {
+    add_choice<bool>(app, "--report-sources", shows_sources,
+                     "Show sources and translations in a page: yes (as without it) or no\n\n"
+                     "Without them the page is small, and holds no text of the sources.",
+                     "WHEN", {{"yes", true}, {"no", false}});
+}
+
 void add_report_options(CLI::App &app, Options &options) {
     begin_group(app, "Reports");
     app.add_option("--report", options.report,
@@ -189,10 +200,7 @@ void add_report_options(CLI::App &app, Options &options) {
                    "are found nowhere, messages, and each file. The page in HTML shows sources and "
                    "translations side by side, and the call graph.")
         ->type_name("FILE");
-    add_choice<bool>(app, "--report-sources", options.report_sources,
-                     "Show sources and translations in a page: yes (as without it) or no\n\n"
-                     "Without them the page is small, and holds no text of the sources.",
-                     "WHEN", {{"yes", true}, {"no", false}});
+    add_choice_of_sources(app, options.report_sources);
     app.add_option("--graph", options.graph, "Write the call graph to FILE.dot, for Graphviz")
         ->type_name("FILE");
     app.add_option("--map", options.map,
@@ -238,6 +246,7 @@ void add_report(CLI::App &app, std::optional<ReportMerge> &report) {
                      "Write it to PATH.html, PATH.md or PATH.json, not as Markdown to standard "
                      "output")
         ->type_name("PATH");
+    add_choice_of_sources(*command, wanted->shows_sources);
     command->add_option("--graph", wanted->graph, "Write the call graph to FILE.dot, for Graphviz")
         ->type_name("FILE");
     command->callback([&report, wanted] { report = *wanted; });
@@ -268,11 +277,17 @@ void add_explain(CLI::App &app, std::optional<Explain> &explain) {
     command->callback([&explain, wanted] { explain = *wanted; });
 }
 
-void add_library(CLI::App &app, bool &library) {
-    app.add_subcommand("library",
-                       "Write the translator's own functions\n\n"
-                       "Those that translations with --no-library, and those of -O, call.")
-        ->callback([&library] { library = true; });
+void add_library(CLI::App &app, Request &request) {
+    CLI::App *command =
+        app.add_subcommand("library",
+                           "Write the translator's own functions\n\n"
+                           "Those that translations with --no-library, and those of -O, call.");
+    begin_group(*command, "Options");
+    command
+        ->add_option("-o,--output", request.options.output,
+                     "Write them to PATH, not to standard output")
+        ->type_name("PATH");
+    command->callback([&request] { request.library = true; });
 }
 
 }  // namespace
@@ -294,7 +309,7 @@ std::unique_ptr<CLI::App> make_option_table(Request &request) {
     add_rules(*app, request.options);
     add_explain(*app, request.explain);
     add_report(*app, request.report);
-    add_library(*app, request.library);
+    add_library(*app, request);
     return app;
 }
 

@@ -26,8 +26,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-ExitCode show(const std::string &text) {
-    Output(std::nullopt).write(text);
+ExitCode show(const std::string &text, const std::optional<std::string> &path = std::nullopt) {
+    Output(path).write(text);
     return ExitCode::Done;
 }
 
@@ -65,13 +65,16 @@ std::string answer(const CLI::App &table, const CLI::Success &success) {
     return is_long ? long_help(tool) : short_help(tool);
 }
 
-/* Names the option that an unknown one is near to. */
+/* Names the option that an unknown one is near to, or the command that does not take one. */
 std::string suggested_option(const CLI::App &app) {
     const std::vector<std::string> left = app.remaining(true);
-    const std::string unknown = left.empty() ? "" : left.front();
+    const std::string unknown = left.empty() ? "" : left.front().substr(0, left.front().find('='));
     std::vector<std::string> known;
     for (const CLI::Option *option : app.get_options())
         for (const std::string &name : option->get_lnames()) known.push_back("--" + name);
+    const auto commands = app.get_subcommands();
+    if (!commands.empty() && std::ranges::find(known, unknown) != known.end())
+        return ", which " + commands.front()->get_name() + " does not take";
     return unknown.starts_with("-") ? suggestion(unknown, known) : "";
 }
 
@@ -117,6 +120,10 @@ std::string report_conflict(const Options &options) {
 std::string conflict(const Options &options, bool is_batch) {
     const bool has_folder = !options.output_folder.empty();
     if (!options.paths.empty() && options.command) return "PATH and -c exclude each other";
+    const bool is_of_sources = options.mode == Mode::Translate || options.mode == Mode::Check ||
+                               options.mode == Mode::Compare;
+    if (options.watches && !(is_batch && is_of_sources))
+        return "--watch goes with -O, check and diff";
     if (options.mode == Mode::Rules)
         return options.command ? "rules are asked for PATH, not for -c" : "";
     if (options.mode == Mode::RuleTemplate || options.mode == Mode::UnusedRules)
@@ -125,14 +132,14 @@ std::string conflict(const Options &options, bool is_batch) {
         return "nothing to translate: give PATH or -c TEXT";
     if (options.dumps_any() && options.language == "classic")
         return "--dump-tree, --dump-values: classic makes no tree";
+    if (options.output && (options.mode == Mode::Check || options.mode == Mode::Assess))
+        return "check and assess write no translations: leave -o out";
     if (has_folder && options.output) return "-o and -O exclude each other";
     if (has_folder && options.command) return "-c and -O exclude each other";
     const bool has_output = has_folder || options.output.value_or("-") != "-";
     if (!options.depfile.empty() && (!has_output || options.mode != Mode::Translate))
         return "--depfile is about the outputs of -o and -O";
     if (!options.baseline.empty() && !is_batch) return "--baseline goes with -O, check and diff";
-    if (options.watches && (!is_batch || options.mode == Mode::Assess))
-        return "--watch goes with -O, check and diff";
     if (!options.root.empty() && !is_batch) return "--root goes with -O, check and diff";
     const std::string bad_suffix = refusal_of_suffix(options.suffix);
     if (!bad_suffix.empty()) return "--suffix: " + bad_suffix;
@@ -187,8 +194,11 @@ std::variant<Options, ExitCode> read_options(int argc, const char *const *argv) 
     if (!command_of(request)) return completed(std::move(request.options));
     const bool is_alone = request.options.paths.empty() && !request.options.command;
     if (!is_alone) return refuse(command_of(request) + " and a source exclude each other"s);
-    if (request.library) return show(library_text());
-    return request.explain ? run(*request.explain) : run(*request.report);
+    const std::optional<std::string> output = request.options.output;
+    if (request.library) return show(library_text(), output);
+    if (request.explain) return run(*request.explain);
+    if (request.report->output.empty()) request.report->output = output.value_or("");
+    return run(*request.report);
 }
 
 }  // namespace mtranslate

@@ -193,10 +193,9 @@ std::string report_json(const Report &report) {
 }
 
 Report read_report(const std::string &path) {
-    const auto text = read_regular_file(path);
-    if (!text) throw FileError("cannot read the report '" + path + "'");
+    const std::string text = read_named_file(path);
     try {
-        return report_from(Json::parse(*text));
+        return report_from(Json::parse(text));
     } catch (const std::exception &error) {
         throw FileError("'" + path + "' is no report of mtranslate: " + error.what());
     }

@@ -51,7 +51,8 @@ void ReportOutput::finish(bool is_interrupted) {
 void merge_and_write(const ReportMerge &merge) {
     std::vector<Report> reports;
     for (const std::string &path : merge.paths) reports.push_back(read_report(path));
-    const Report report = merge_reports(std::move(reports));
+    Report report = merge_reports(std::move(reports));
+    report.shows_sources = merge.shows_sources;
     write(report, merge.output, merge.graph);
     if (merge.output.empty() && merge.graph.empty())
         Output(std::nullopt).write(report_markdown(report));

@@ -15,6 +15,7 @@ struct ReportMerge {
     std::vector<std::string> paths; /* of JSON files */
     std::string output;             /* empty: Markdown on standard output */
     std::string graph;
+    bool shows_sources = true;
 };
 
 class ReportOutput {

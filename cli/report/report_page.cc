@@ -49,8 +49,9 @@ Json map_of(const ReportFile &file) {
     return map;
 }
 
-/* Null where the source cannot be read again. */
+/* Null where the source cannot be read again, or may not be. */
 Json texts_of(const ReportFile &file) {
+    if (file.state == FileState::Failed) return nullptr;
     const auto source = read_regular_file(file.path);
     if (!source) return nullptr;
     Json texts = {{"source", readable(*source)}};

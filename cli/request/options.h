@@ -89,6 +89,9 @@ struct Options {
     std::vector<std::string> rule_files;
     /* Whether no configuration is looked for in the folders of the sources. */
     bool without_configuration = false;
+    /* Whether the sources may mean harm: nothing of their tree is followed out of it, and nothing
+     * in it is an option. */
+    bool is_untrusted = false;
     /* The names of the options that are given, without dashes: a configuration sets others. */
     std::set<std::string> given;
     /* The configurations of all sources; of the one that is translated, the rules, and the files
@@ -114,7 +117,7 @@ struct Options {
 
 /* The search for sources in the paths. */
 inline InputSearch search_in(const std::vector<std::string> &paths, const Options &options) {
-    return {paths, options.excludes, !options.without_ignore_files};
+    return {paths, options.excludes, !options.without_ignore_files, options.is_untrusted};
 }
 
 }  // namespace mtranslate

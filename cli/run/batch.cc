@@ -20,6 +20,7 @@
 #include "cli/files/files.h"
 #include "cli/files/inputs.h"
 #include "cli/files/output.h"
+#include "cli/files/output_folder.h"
 #include "cli/messages/baseline.h"
 #include "cli/report/file_result.h"
 #include "cli/report/report_output.h"
@@ -45,15 +46,6 @@ struct Tally {
     std::size_t ignored = 0;   /* messages that were left out */
 };
 
-void make_folder(const fs::path &folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error)
-        throw FileError("cannot make the folder '" + folder.string() + "': " + error.message());
-    if (access(folder.c_str(), W_OK | X_OK) != 0)
-        fail("cannot write into the folder '" + folder.string() + '\'');
-}
-
 class Batch {
 public:
     explicit Batch(const Options &options)
@@ -62,6 +54,7 @@ public:
           inputs_(found_.files),
           index_(options.root.empty() ? inputs_
                                       : find_inputs(search_in({options.root}, options)).files),
+          output_folder_(options.output_folder, options.output_limit),
           baseline_(options.baseline.empty() ? Baseline() : Baseline(options.baseline)),
           messages_(options),
           report_(options),
@@ -69,19 +62,21 @@ public:
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) place_below(options.root, inputs_);
         for (std::size_t i = 0; i < inputs_.size(); ++i) {
-            first_with_output_.try_emplace(output_of(inputs_[i]), i);
-            configurations_.push_back(&options.configurations->of_file(inputs_[i].path));
+            if (inputs_[i].trouble.empty())
+                first_with_output_.try_emplace(output_of(inputs_[i]), i);
+            configurations_.push_back(&options.configurations->of_input(inputs_[i]));
         }
         for (const Configuration *configuration :
              std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
             report_.add(configuration->rules);
-        if (options.mode == Mode::Translate) make_folder(options.output_folder);
+        if (options.mode == Mode::Translate) output_folder_.make();
     }
 
     ExitCode run() {
         const auto job = [this](std::size_t i) { return to_text(work_on(i)); };
         const auto report = [this](std::size_t i, const JobEnd &end) { take(i, end); };
-        const Workers workers(options_.jobs, options_.limits);
+        const Programs programs = options_.mode == Mode::Compare ? Programs::Run : Programs::NotRun;
+        const Workers workers(options_.jobs, options_.limits, programs);
         const int signal = workers.run(inputs_.size(), job, report);
         progress_.clear();
         put_library();
@@ -142,9 +137,7 @@ private:
 
     void put_text(FileResult &result, const std::string &text, const FilesRead &sources,
                   const std::string &output) const {
-        if (!options_.output_limit.empty() && !is_within(options_.output_limit, output))
-            throw FileError("its output '" + output + "' leads out of the folder '" +
-                            options_.output_limit + "' of the configuration");
+        output_folder_.check(output);
         if (options_.mode == Mode::Translate) {
             result.is_written = write(output, text, sources);
             result.has_output = true;
@@ -155,9 +148,9 @@ private:
             result.translation = text;
     }
 
-    static bool write(const std::string &path, const std::string &text, const FilesRead &sources) {
+    bool write(const std::string &path, const std::string &text, const FilesRead &sources) const {
         if (read_regular_file(path) == text) return false;
-        make_folder(fs::path(path).parent_path());
+        output_folder_.make_around(path);
         const Output output(path);
         output.refuse_sources(sources);
         output.write(text, Durability::Whole);
@@ -254,6 +247,7 @@ private:
     Inputs found_;
     std::vector<InputFile> &inputs_;
     FileIndex index_;
+    OutputFolder output_folder_;
     Baseline baseline_;
     MessageOutput messages_;
     ReportOutput report_;

@@ -1,4 +1,4 @@
-/* From the source to the output; in a process of its own where there are limits. */
+/* From the source to the output; in a process of its own where there are limits or no trust. */
 #include "cli/run/single_run.h"
 
 #include <csignal>
@@ -62,7 +62,7 @@ std::string work(const Options &options) {
     }
 }
 
-ExitCode run_within_limits(const Options &options) {
+ExitCode run_in_worker(const Options &options) {
     ExitCode code = ExitCode::Trouble;
     const auto job = [&](std::size_t) { return work(options); };
     const auto report = [&](std::size_t, const JobEnd &end) {
@@ -78,7 +78,8 @@ ExitCode run_within_limits(const Options &options) {
 }  // namespace
 
 ExitCode run_single(const Options &options) {
-    return options.limits.are_none() ? translate_and_write(options) : run_within_limits(options);
+    const bool runs_here = options.limits.are_none() && !options.is_untrusted;
+    return runs_here ? translate_and_write(options) : run_in_worker(options);
 }
 
 }  // namespace mtranslate

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <new>
@@ -70,13 +71,28 @@ struct Observer<METHOD> {
     }
 };
 
+/* Those that the user has given, each by itself or by a file in it. */
+std::vector<std::string> given_folders(const Source &source, const Options &wanted) {
+    std::vector<std::string> folders = source.directories;
+    std::vector<std::string> paths = wanted.paths;
+    if (paths.empty() && wanted.file) paths = {*wanted.file};
+    for (const std::string &path : paths) {
+        std::error_code none;
+        const bool is_folder = std::filesystem::is_directory(path, none);
+        folders.push_back(is_folder ? path : std::filesystem::path(path).parent_path().string());
+        if (folders.back().empty()) folders.back() = ".";
+    }
+    return folders;
+}
+
 /* What the library tells of a run, and asks, while it goes on. */
 class RunWatch {
 public:
     /* All of it lives as long as this. index: null for none. */
-    RunWatch(const Options &wanted, const FileIndex *index, const RuleAnswers &answers,
-             MessageCollection &messages, Translation &translation)
-        : wanted_(wanted),
+    RunWatch(const Source &source, const Options &wanted, const FileIndex *index,
+             const RuleAnswers &answers, MessageCollection &messages, Translation &translation)
+        : source_(source),
+          wanted_(wanted),
           index_(index),
           answers_(answers),
           messages_(messages),
@@ -106,12 +122,24 @@ public:
     }
 
 private:
-    /* A device may never end. */
+    /* A device may never end, and a pipe never begin; classic has always read pipes. */
     void note_file(const char *path, const struct stat *status) {
-        if (S_ISCHR(status->st_mode))
-            throw FileError(std::string("cannot read '") + path + "': a device");
+        if (S_ISCHR(status->st_mode) || S_ISBLK(status->st_mode)) refuse(path, "a device");
+        if (S_ISFIFO(status->st_mode) && (wanted_.is_untrusted || wanted_.language != "classic"))
+            refuse(path, "a pipe");
+        if (wanted_.is_untrusted && !is_inside(path)) refuse(path, "it leads out of what is given");
         check_size(*status, path);
         translation_.files_read.push_back({path, status->st_dev, status->st_ino});
+    }
+
+    [[noreturn]] static void refuse(const char *path, const char *reason) {
+        throw FileError(std::string("cannot read '") + path + "': " + reason);
+    }
+
+    bool is_inside(const char *path) const {
+        if (source_.copy && path == source_.argument) return true;
+        return std::ranges::any_of(given_folders(source_, wanted_),
+                                   [=](const auto &folder) { return is_within(folder, path); });
     }
 
     void note_message(const Message *message) { messages_.add(*message); }
@@ -152,8 +180,9 @@ private:
         return script->second ? FOUND_HERE : FOUND_ELSEWHERE;
     }
 
-    /* Also where it cannot be read: whoever reads it then finds out why. */
-    static bool is_script(const IndexedFile &file) {
+    /* Also where it cannot or may not be read: whoever reads it then finds out why. */
+    bool is_script(const IndexedFile &file) const {
+        if (wanted_.is_untrusted && !is_inside(file.path.c_str())) return true;
         std::error_code error;
         if (!std::filesystem::is_regular_file(file.path, error))
             return static_cast<bool>(error);  // a pipe gives its text only once
@@ -167,6 +196,7 @@ private:
         return file ? file->path.c_str() : nullptr;
     }
 
+    const Source &source_;
     const Options &wanted_;
     const FileIndex *index_;
     const RuleAnswers &answers_;
@@ -215,7 +245,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());
     MessageCollection messages(source, wanted.message_policy);
-    RunWatch watch(wanted, index, answers, messages, translation);
+    RunWatch watch(source, wanted, index, answers, messages, translation);
     observe_next_run(watch.observers());
     run(host, source, wanted, messages, translation);
     translation.rules_used = answers.used();

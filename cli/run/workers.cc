@@ -1,5 +1,4 @@
-/* Processes, and the sockets over which they get jobs and give results: a number there, a length
- * and as many bytes back. */
+/* Processes that take jobs, and the one that gives them out and never waits for a single one. */
 #include "cli/run/workers.h"
 
 #include <poll.h>
@@ -23,6 +22,7 @@
 #include <vector>
 
 #include "cli/files/files.h"
+#include "cli/run/job_socket.h"
 #include "cli/support/processors.h"
 #include "cli/support/signals.h"
 
@@ -32,38 +32,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/* All bytes, or false where the other side is gone. */
-bool receive(int socket, void *to, std::size_t size) {
-    for (auto *at = static_cast<char *>(to); size > 0;) {
-        const ssize_t count = read(socket, at, size);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        at += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
-}
-
-bool send_all(int socket, const void *from, std::size_t size) {
-    for (const auto *at = static_cast<const char *>(from); size > 0;) {
-        const ssize_t count = write(socket, at, size);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        at += count;
-        size -= static_cast<std::size_t>(count);
-    }
-    return true;
-}
-
 constexpr int OUT_OF_MEMORY = 12;  // how a worker ends
 
 [[noreturn]] void work(int socket, const Workers::Job &job) try {
-    std::uint64_t number;
-    while (receive(socket, &number, sizeof number)) {
-        const std::string result = job(static_cast<std::size_t>(number));
-        const std::uint64_t size = result.size();
-        if (!send_all(socket, &size, sizeof size) || !send_all(socket, result.data(), size)) break;
-    }
+    while (const auto number = receive_job(socket))
+        if (!send_result(socket, job(static_cast<std::size_t>(*number)))) break;
     _exit(0);
 } catch (const std::bad_alloc &) {
     _exit(OUT_OF_MEMORY);
@@ -110,13 +83,28 @@ struct Worker {
     std::optional<std::size_t> job;
     Clock::time_point deadline;
     bool is_late = false;
+    std::string trouble; /* why it was ended, where it did not end by itself */
+    ResultInPieces result;
 };
+
+/* Also one that has been stopped hears it. */
+void tell_to_end(const Worker &worker) {
+    kill(worker.process, SIGTERM);
+    kill(worker.process, SIGCONT);
+}
+
+/* Milliseconds for poll; 0 where the moment is over. */
+int milliseconds_to(Clock::time_point moment) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(moment - Clock::now());
+    return static_cast<int>(std::max<std::int64_t>(0, left.count() + 1));
+}
 
 /* One run of all jobs. */
 class Round {
 public:
-    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits)
-        : ends_(jobs), job_(job), report_(report), limits_(limits) {
+    Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits,
+          Programs programs)
+        : ends_(jobs), job_(job), report_(report), limits_(limits), programs_(programs) {
         const sigset_t ending = ending_signals();
         signals_ = Descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
     }
@@ -125,83 +113,113 @@ public:
     Round &operator=(const Round &) = delete;
 
     int run(std::size_t count) {
-        while (workers_.size() < std::min(count, ends_.size())) add_worker();
+        count_ = std::min(count, ends_.size());
+        add_workers();
         while (reported_ < ends_.size())
             if (const int signal = wait()) return stop(signal);
         return 0;
     }
 
 private:
-    void add_worker() {
+    /* As many as there shall be, or as can be made now. */
+    void add_workers() {
+        while (workers_.size() < count_ && next_ < ends_.size()) {
+            if (add_worker()) continue;
+            if (workers_.empty()) fail("cannot make a worker");
+            return;
+        }
+    }
+
+    /* False, with errno, where none can be made. */
+    bool add_worker() {
         int pair[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0)
-            fail("cannot make a worker");
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0) return false;
         Descriptor here(pair[0]);
         const Descriptor there(pair[1]);
+        const pid_t parent = getpid();
         const pid_t process = fork();
-        if (process < 0) fail("cannot make a worker");
-        if (process == 0) begin_work(there.get());
-        workers_.push_back({process, std::move(here), std::nullopt, {}, false});
+        if (process < 0) return false;
+        if (process == 0) begin_work(there.get(), parent);
+        workers_.emplace_back();
+        workers_.back().process = process;
+        workers_.back().socket = std::move(here);
         give_job(workers_.back());
+        return true;
     }
 
     /* In the new process. */
-    [[noreturn]] void begin_work(int socket) {
+    [[noreturn]] void begin_work(int socket, pid_t parent) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != parent) _exit(0);  // it ended before it could be watched
         // A terminal tells all processes; the one that gives out the jobs ends the others.
         for (const int told : {SIGINT, SIGHUP}) std::signal(told, SIG_IGN);
         for (Worker &other : workers_) other.socket = Descriptor();
         release_signals();
+        confine(programs_);
         if (limits_.megabytes > 0) limit_memory(limits_.megabytes);
         work(socket, job_);
     }
 
+    /* One that cannot be told of its job is ended; where it has ended already, that shows next. */
     void give_job(Worker &worker) {
         worker.job.reset();
         if (next_ == ends_.size()) return;
-        const std::uint64_t number = next_;
         worker.job = next_++;
         worker.deadline = Clock::now() + limits_.time;
-        send_all(worker.socket.get(), &number, sizeof number);  // its end shows when it is read
+        if (send_job(worker.socket.get(), *worker.job)) return;
+        if (errno != EPIPE && errno != ECONNRESET)
+            worker.trouble = std::string("its process cannot be told of it: ") + strerror(errno);
+        kill(worker.process, SIGKILL);
     }
 
-    /* Milliseconds up to the first deadline; -1 for none. */
+    /* Up to the first deadline; -1 for none. */
     int patience() const {
         if (limits_.time.count() == 0) return -1;
         auto first = Clock::time_point::max();
         for (const Worker &worker : workers_)
             if (worker.job) first = std::min(first, worker.deadline);
-        const auto left = first - Clock::now();
-        return static_cast<int>(std::max<std::int64_t>(
-            0, std::chrono::duration_cast<std::chrono::milliseconds>(left).count() + 1));
+        return milliseconds_to(first);
+    }
+
+    std::vector<pollfd> watched_sockets() const {
+        std::vector<pollfd> watched;
+        for (const Worker &worker : workers_)
+            if (worker.job) watched.push_back({worker.socket.get(), POLLIN, 0});
+        return watched;
     }
 
     /* Waits for what happens next; answers the number of a signal, or 0. */
     int wait() {
-        std::vector<pollfd> watched{{signals_.get(), POLLIN, 0}};
-        for (const Worker &worker : workers_)
-            if (worker.job) watched.push_back({worker.socket.get(), POLLIN, 0});
+        std::vector<pollfd> watched = watched_sockets();
+        watched.push_back({signals_.get(), POLLIN, 0});
         if (poll(watched.data(), watched.size(), patience()) < 0 && errno != EINTR)
             fail("cannot wait for a worker");
-        if (watched[0].revents != 0) return take_signal();
+        if (watched.back().revents != 0) return take_signal();
+        watched.pop_back();
         stop_late_ones();
         for (const pollfd &at : watched)
             if (at.revents != 0) hear(at.fd);
+        report_ready();
+        add_workers();
         return 0;
     }
 
     int take_signal() const {
         signalfd_siginfo signal;
-        return receive(signals_.get(), &signal, sizeof signal) ? static_cast<int>(signal.ssi_signo)
-                                                               : SIGTERM;
+        const bool is_known = read(signals_.get(), &signal, sizeof signal) == sizeof signal;
+        return is_known ? static_cast<int>(signal.ssi_signo) : SIGTERM;
     }
 
     void stop_late_ones() {
         if (limits_.time.count() == 0) return;
         for (Worker &worker : workers_) {
             if (!worker.job || Clock::now() < worker.deadline) continue;
-            kill(worker.process, worker.is_late ? SIGKILL : SIGTERM);
+            if (worker.is_late)
+                kill(worker.process, SIGKILL);
+            else
+                tell_to_end(worker);
             worker.is_late = true;
+            worker.trouble = "it took longer than " + describe(limits_.time);
             worker.deadline = Clock::now() + GRACE;
         }
     }
@@ -215,46 +233,57 @@ private:
         return signal;
     }
 
-    /* Takes the results that are on their way. */
+    /* Takes the results that are on their way, as long as the workers may need to end; whoever is
+     * there after that is ended. */
     void end_workers() {
-        for (const Worker &worker : workers_) kill(worker.process, SIGTERM);
-        for (const Worker &worker : workers_) {
-            JobEnd end;
-            if (worker.job && receive_result(worker, end)) ends_[*worker.job] = std::move(end);
-            waitpid(worker.process, nullptr, 0);
+        for (const Worker &worker : workers_) tell_to_end(worker);
+        const auto deadline = Clock::now() + GRACE;
+        for (auto watched = watched_sockets(); !watched.empty(); watched = watched_sockets()) {
+            const int count = poll(watched.data(), watched.size(), milliseconds_to(deadline));
+            if (count == 0 || (count < 0 && errno != EINTR)) break;
+            for (const pollfd &at : watched)
+                if (at.revents != 0) hear_last(*worker_at(at.fd));
         }
-        workers_.clear();
+        while (!workers_.empty()) bury(workers_.begin());
     }
 
-    static bool receive_result(const Worker &worker, JobEnd &end) {
-        std::uint64_t size;
-        if (!receive(worker.socket.get(), &size, sizeof size)) return false;
-        end.result.resize(size);
-        return end.is_done = receive(worker.socket.get(), end.result.data(), size);
+    void hear_last(Worker &worker) {
+        const auto state = worker.result.take(worker.socket.get());
+        if (state == ResultInPieces::State::Awaited) return;
+        if (state == ResultInPieces::State::Whole) note_result(worker);
+        worker.job.reset();
+    }
+
+    std::vector<Worker>::iterator worker_at(int socket) {
+        return std::find_if(workers_.begin(), workers_.end(),
+                            [=](const Worker &w) { return w.socket.get() == socket; });
+    }
+
+    void note_result(Worker &worker) {
+        ends_[worker.job.value()] = JobEnd{true, worker.result.release(), ""};
     }
 
     void hear(int socket) {
-        const auto worker = std::find_if(workers_.begin(), workers_.end(),
-                                         [=](const Worker &w) { return w.socket.get() == socket; });
-        const std::size_t job = worker->job.value();
-        JobEnd end;
-        if (!worker->is_late && receive_result(*worker, end))
+        const auto worker = worker_at(socket);
+        const auto state = worker->result.take(socket);
+        if (state == ResultInPieces::State::Awaited) return;
+        if (!worker->is_late && state == ResultInPieces::State::Whole) {
+            note_result(*worker);
             give_job(*worker);
-        else
-            end.trouble = bury(worker);
-        ends_[job] = std::move(end);
-        report_ready();
+        } else {
+            const std::size_t job = worker->job.value();
+            ends_[job] = JobEnd{false, "", bury(worker)};
+        }
     }
 
-    /* Takes a worker out that has ended, and lets another take its place; answers why. */
+    /* Takes a worker out that has ended or has nothing left to remove; answers why it ended. */
     std::string bury(std::vector<Worker>::iterator worker) {
         int status = 0;
+        kill(worker->process, SIGKILL);
         waitpid(worker->process, &status, 0);
-        const bool is_late = worker->is_late;
+        const std::string trouble = worker->trouble;
         workers_.erase(worker);
-        if (next_ < ends_.size()) add_worker();
-        return is_late ? "it took longer than " + describe(limits_.time)
-                       : describe_end(status, limits_);
+        return trouble.empty() ? describe_end(status, limits_) : trouble;
     }
 
     void report_ready() {
@@ -269,19 +298,21 @@ private:
     const Workers::Job &job_;
     const Workers::Report &report_;
     Limits limits_;
+    Programs programs_;
     Descriptor signals_;
+    std::size_t count_ = 0;
     std::size_t next_ = 0;
     std::size_t reported_ = 0;
 };
 
 }  // namespace
 
-Workers::Workers(std::size_t count, Limits limits)
-    : count_(count > 0 ? count : processors()), limits_(limits) {}
+Workers::Workers(std::size_t count, Limits limits, Programs programs)
+    : count_(count > 0 ? count : processors()), limits_(limits), programs_(programs) {}
 
 int Workers::run(std::size_t jobs, const Job &job, const Report &report) const {
     const HeldSignals held;
-    return Round(jobs, job, report, limits_).run(count_);
+    return Round(jobs, job, report, limits_, programs_).run(count_);
 }
 
 }  // namespace mtranslate

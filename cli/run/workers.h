@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/request/limits.h"
+#include "cli/run/confinement.h"
 
 namespace mtranslate {
 
@@ -24,8 +25,9 @@ public:
     /* Told in this process of every job, in the order of the jobs. */
     using Report = std::function<void(std::size_t, const JobEnd &)>;
 
-    /* count: of processes; 0 for one for each processor. The limits are for each job. */
-    Workers(std::size_t count, Limits limits);
+    /* count: of processes; 0 for one for each processor. The limits are for each job. programs:
+     * whether jobs run other programs, which they cannot otherwise (confinement.h). */
+    Workers(std::size_t count, Limits limits, Programs programs = Programs::NotRun);
 
     /* Runs the jobs 0 to jobs - 1. Answers 0, or the number of the signal that asked this process
      * to end: all jobs that were done have been reported, and no worker is left. Throws FileError
@@ -35,6 +37,7 @@ public:
 private:
     std::size_t count_;
     Limits limits_;
+    Programs programs_;
 };
 
 }  // namespace mtranslate

@@ -22,7 +22,7 @@ bool means_absent(int cause) {
            cause == ENAMETOOLONG;
 }
 
-[[noreturn]] static void refuse(const char *path, int cause) {
+void refuse_file(const char *path, int cause) {
     const char *reason = strerror(cause);
     size_t size = sizeof "unable to open : " + strlen(path) + strlen(reason);
     char *message = static_cast<char *>(Alloc(size));
@@ -33,7 +33,7 @@ bool means_absent(int cause) {
 
 bool open_if_there(const char *path) {
     int cause = open_called_source(path);
-    if (cause != 0 && !means_absent(cause)) refuse(path, cause);
+    if (cause != 0 && !means_absent(cause)) refuse_file(path, cause);
     return cause == 0;
 }
 

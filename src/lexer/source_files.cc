@@ -26,6 +26,8 @@ struct OpenSource {
     bool has_failed;    // a read did, after the characters given out
     size_t given;       // characters of the text that the scanner has
     size_t length;      // of the text
+    off_t size;         // of a regular file, when it was opened; else 0
+    off_t left;         // to come of these bytes
     OpenSource *outer;  // opened before this one and still open
 };
 
@@ -40,12 +42,21 @@ constexpr int INITIAL_BUFFER_SIZE = 16384;
 char *text_of(OpenSource *source) { return reinterpret_cast<char *>(source + 1); }
 
 // The host's signals may interrupt both: on a pipe they wait.
-int open_file(const char *path) {
+int open_file(const char *path, bool waits) {
+    int flags = O_RDONLY | O_CLOEXEC | (waits ? 0 : O_NONBLOCK);
     int descriptor;
     do {
-        descriptor = open(path, O_RDONLY | O_CLOEXEC);
+        descriptor = open(path, flags);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
+}
+
+// At its end: whether something has been cut off since it was opened. The sizes that some file
+// systems tell are not those of their files, but stay as they are.
+bool is_cut(const OpenSource *source) {
+    struct stat status;
+    return source->left > 0 && fstat(source->descriptor, &status) == 0 &&
+           status.st_size < source->size;
 }
 
 size_t read_file(OpenSource *source, char *buffer, size_t room) {
@@ -53,7 +64,8 @@ size_t read_file(OpenSource *source, char *buffer, size_t room) {
     do {
         count = read(source->descriptor, buffer, room);
     } while (count < 0 && errno == EINTR);
-    source->has_failed = count < 0;
+    source->has_failed = count < 0 || (count == 0 && is_cut(source));
+    if (count > 0) source->left -= count;
     return count < 0 ? 0 : static_cast<size_t>(count);
 }
 
@@ -62,22 +74,23 @@ void close_file(OpenSource *source) {
     source->descriptor = CLOSED;
 }
 
-OpenSource *new_source(int descriptor, size_t text_size) {
+OpenSource *new_source(int descriptor, size_t text_size, off_t size) {
     OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource) + text_size));
     if (!source) {
         close(descriptor);
         end_run(OUT_OF_MEMORY);
     }
-    *source = {descriptor, false, 0, 0, OpenSources};
+    *source = {descriptor, false, 0, 0, size, size, OpenSources};
     OpenSources = source;
     return source;
 }
 
 // A file that changes its length meanwhile stays open, to be read like a pipe.
-void open_whole(int descriptor, size_t size) {
-    OpenSource *source = new_source(descriptor, size + 1);
-    source->length = read_file(source, text_of(source), size + 1);
-    if (source->length == size) close_file(source);
+void open_whole(int descriptor, off_t size) {
+    size_t room = static_cast<size_t>(size) + 1;
+    OpenSource *source = new_source(descriptor, room, size);
+    source->length = read_file(source, text_of(source), room);
+    if (source->left == 0) close_file(source);
 }
 
 size_t take_text(OpenSource *source, char *buffer, size_t room) {
@@ -97,14 +110,13 @@ size_t read_some(OpenSource *source, char *buffer, size_t room) {
 
 int open_as(const char *path, const struct stat *status) {
     if (Observing.opens) Observing.opens(Observing.context, path, status);
-    int descriptor = open_file(path);
+    int descriptor = open_file(path, !S_ISREG(status->st_mode));  // a pipe may be in its place
     if (descriptor < 0) return errno;
-    bool is_whole =
-        S_ISREG(status->st_mode) && status->st_size > 0 && status->st_size <= LARGEST_WHOLE_FILE;
-    if (is_whole) {
-        open_whole(descriptor, static_cast<size_t>(status->st_size));
+    off_t size = S_ISREG(status->st_mode) ? status->st_size : 0;
+    if (size > 0 && size <= LARGEST_WHOLE_FILE) {
+        open_whole(descriptor, size);
     } else {
-        new_source(descriptor, 0);
+        new_source(descriptor, 0, size);
     }
     return 0;
 }
