@@ -19,13 +19,14 @@ for k = 1:numel(letters)
     switch x
         case {letters(k)}
             answer = true;
+            break
     end
 end
 )";
 
 const char IsLetter[] = R"(function answer = is_letter(x)
 % Whether x is a printable character.
-answer = has_letter(' !"#$%&''()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\]^_`abcdefghijklmnopqrstuvwxyz{|}~', x);
+answer = has_letter('etaoinsrhldcumfpgwybvkxjqzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 !"#$%&''()*+,-./:;<=>?@[\]^_`{|}~', x);
 )";
 
 const char StrFind[] = R"(function places = strfind(text, pattern)
