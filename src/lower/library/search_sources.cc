@@ -186,6 +186,21 @@ end
 end
 )";
 
+const char StrTokAtBlanks[] = R"(function [word, rest] = strtok_at_blanks(text)
+% The same with blanks as marks. Of a text with other white space it is the host's.
+is_printable = true;
+if is_line(text)
+    for k = 1:numel(text)
+        is_printable = is_printable & is_letter(text(k));
+    end
+end
+if is_printable
+    [word, rest] = strtok(text, ' ');
+else
+    [word, rest] = given_to('strtok');
+end
+)";
+
 // Words: the function, what compares.
 const char StrNCmp[] = R"(function answer = $1(one, other, count)
 % $2 of the first characters of two texts.
@@ -212,6 +227,7 @@ constexpr LibrarySource Rows[] = {
     {"strtrim", 1, 1, 1, NEEDS_NOTHING, nullptr, Trim,
      {"strtrim", "first < last", "at its ends"}},
     {"strtok", 2, 2, 2, NEEDS_TEXTS_AFTER, nullptr, StrTok, {}},
+    {"strtok", 1, 1, 2, NEEDS_NOTHING, nullptr, StrTokAtBlanks, {}},
     {"strncmp", 3, 3, 1, NEEDS_TEXTS, nullptr, StrNCmp, {"strncmp", "same_text"}},
     {"strncmpi", 3, 3, 1, NEEDS_TEXTS, nullptr, StrNCmp, {"strncmpi", "alike_text"}},
 };
