@@ -84,6 +84,16 @@ bool is_plain_range(const Node *range) {
     return distance >= 0 && start->kind == NODE_NUMBER && strtod(start->text, nullptr) >= distance;
 }
 
+}  // namespace
+
+bool is_host_range(const Node *argument) {
+    argument = without_parens(argument);
+    if (argument->kind != NODE_RANGE || second_child(argument)->next) return false;
+    return is_open_range(argument) || is_plain_range(argument);
+}
+
+namespace {
+
 // What is a text, or comes out of a cell, may be the text ':'. To a function it may be.
 void check_colon_text(const Node *node) {
     const bool *is_index = Lowering.end_base->is_used;

@@ -29,5 +29,7 @@ ExprList lower_values(const Node *arguments);
 ExprList lower_arguments(const Node *arguments, const char *name, bool *is_index);
 /* One argument of an index. */
 mExpr *lower_position(const Node *node, const EndBase *at);
+/* Whether the argument of an index is written as a range of positions, a..b. */
+bool is_host_range(const Node *argument);
 /* Number of children. */
 int count_children(const Node *node);

@@ -3,9 +3,11 @@
 
 #include <string.h>
 
+#include "lower/expressions/expressions.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "syntax/values/library_values.h"
+#include "syntax/values/value.h"
 
 namespace {
 
@@ -76,6 +78,50 @@ bool is_total(const Node *name) {
     return function && function->is_total && !has_function(name);
 }
 
+const char *const KindTests[] = {"isnumeric", "ischar",   "iscell", "iscellstr", "isstruct",
+                                 "islogical", "isfloat",  "isreal", "isobject",  "isinteger",
+                                 "isa",       "isscalar", "class"};
+
+bool is_kind_test(const Node *reference, const Symbol *symbol) {
+    const Node *base = reference->first_child;
+    const Node *arguments = base->next;
+    if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS) return false;
+    const Node *first = arguments->first_child;
+    if (!first || first->kind != NODE_NAME || first->symbol != symbol) return false;
+    for (const char *test : KindTests)
+        if (strcmp(test, base->text) == 0) return true;
+    return false;
+}
+
+// Whether the expression asks of which kind the variable is.
+bool asks_for_kind(const Node *node, const Symbol *symbol) {
+    if (node->kind == NODE_REFERENCE && is_kind_test(node, symbol)) return true;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (asks_for_kind(child, symbol)) return true;
+    return false;
+}
+
+// What operators take no value of: cells, structs and functions, where the source shows that a
+// variable may hold one or asks whether it does.
+bool may_be_no_operand(const Node *operand, const Node *evaluated) {
+    if (operand->kind != NODE_NAME || !is_variable(operand->symbol)) return false;
+    Value kinds = kinds_of(value_of(operand));
+    bool is_known = !(kinds & MAY_BE_OTHER);
+    if (is_known && may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION)) return true;
+    return evaluated && evaluated->length <= LONGEST_LOOK &&
+           asks_for_kind(evaluated, operand->symbol);
+}
+
+bool any_is_no_operand(const Node *first, const Node *evaluated) {
+    for (; first; first = first->next)
+        if (may_be_no_operand(without_parens(first), evaluated)) return true;
+    return false;
+}
+
+bool is_operation(const Node *node) {
+    return node->kind == NODE_PREFIX || (node->kind == NODE_CHAIN && node->op > OPERATOR_AND);
+}
+
 bool any_can_fail(const Node *first, const Node *evaluated) {
     for (; first; first = first->next)
         if (can_fail(first, evaluated)) return true;
@@ -100,6 +146,8 @@ bool can_fail(const Node *node, const Node *evaluated) {
         case NODE_REFERENCE: return can_reference_fail(node, evaluated);
         case NODE_HANDLE:
         case NODE_ANONYMOUS: return false;
-        default: return any_can_fail(first_child(node), evaluated);
+        default:
+            if (is_operation(node) && any_is_no_operand(first_child(node), evaluated)) return true;
+            return any_can_fail(first_child(node), evaluated);
     }
 }

@@ -7,6 +7,7 @@
 #include "lower/calls/calls.h"
 #include "lower/calls/plain_calls.h"
 #include "lower/calls/requested_results.h"
+#include "lower/expressions/earlier_calls.h"
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/operands.h"
 #include "lower/lines/gaps.h"
@@ -131,6 +132,10 @@ void add_index(Path *path, const Node *selector, bool may_be_call) {
     bool is_long = repeats_too_much(path, selector);
     const char *base = is_long ? put_temporary(path->text) : path->text;
     ExprList arguments = lower_index(selector, base, may_be_call);
+    if (Lowering.is_read_too) {
+        LinesEnd end = end_of_lines();
+        name_calls(&end, selector->first_child, arguments.first);
+    }
     if (is_long) {
         append_index_of(base, path, arguments.first);
     } else {

@@ -45,7 +45,7 @@ bool is_plain_call(const Node *base) {
     const Node *last = last_selector(node);
     bool is_call = is_called(node->first_child) && last == node->first_child->next;
     if (is_column(last) && !is_call) return lower_column(node, last);
-    if (!is_call && is_cell_part(node)) return lower_cell_part(node);
+    if (!is_call && (is_cell_part(node) || is_listed_part(node))) return lower_cell_part(node);
     Path path = value_path(node, nullptr);
     return path.is_call || path.has_index ? new_call_leaf(path.text) : new_leaf(path.text);
 }

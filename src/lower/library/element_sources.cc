@@ -101,6 +101,70 @@ if ndims(one) == ndims(other)
 end
 )";
 
+// Words: the function, what it gives of real numbers, of others.
+const char ComplexPart[] = R"(function y = $1(x)
+% The $1 parts of numbers.
+y = x + 0;
+if numel(x) > 0
+    if x.' == x'
+        y = $2;
+    elseif x - x == 0
+        y = $3;
+    else
+        y = given_to('$1');
+    end
+end
+)";
+
+const char Num2Cell[] = R"(function c = num2cell(x)
+% A cell for each number.
+c = cell(size(x));
+for k = 1:numel(x)
+    c{k} = x(k);
+end
+)";
+
+const char Cell2Mat[] = R"(function y = cell2mat(c)
+% The arrays that a cell holds, joined.
+y = [];
+if ndims(c) > 2
+    y = given_to('cell2mat');
+elseif holds_texts(c)
+    y = given_to('cell2mat');
+elseif size(c, 1) == 1
+    y = [c{:}];
+elseif numel(c) > 0
+    lines = cell(1, size(c, 1));
+    for row = 1:size(c, 1)
+        parts = cell(1, size(c, 2));
+        for column = 1:size(c, 2)
+            parts{column} = c{row, column};
+        end
+        lines{row} = [parts{:}];
+    end
+    y = vertcat(lines{:});
+end
+)";
+
+const char Expanded[] = R"(function y = bsxfun(f, a, b)
+% f of two matrices, of which rows, columns and single values are repeated.
+sides = size(a);
+others = size(b);
+if ndims(a) > 2 | ndims(b) > 2 | numel(a) == 0 | numel(b) == 0
+    y = given_to('bsxfun');
+elseif sides(1) ~= others(1) & sides(1) ~= 1 & others(1) ~= 1
+    y = given_to('bsxfun');
+elseif sides(2) ~= others(2) & sides(2) ~= 1 & others(2) ~= 1
+    y = given_to('bsxfun');
+else
+    height = larger(sides(1), others(1));
+    width = larger(sides(2), others(2));
+    left = repmat(a, height./sides(1), width./sides(2));
+    right = repmat(b, height./others(1), width./others(2));
+    y = f(left, right);
+end
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -111,6 +175,13 @@ constexpr LibrarySource Rows[] = {
     {"find", 3, 3, 1, NEEDS_FIRST, nullptr, FindFirst, {}},
     {"find", 1, 1, 3, NEEDS_NO_TEXT, nullptr, FindPlaces, {}},
     {"nnz", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Nnz, {}},
+    {"real", 1, 1, 1, NEEDS_NO_TEXT, nullptr, ComplexPart,
+     {"real", "x + 0", "x./2 + conj(x)./2"}},
+    {"imag", 1, 1, 1, NEEDS_NO_TEXT, nullptr, ComplexPart,
+     {"imag", "0*(x == x)", "(x./2 - conj(x)./2)./1i"}},
+    {"num2cell", 1, 1, 1, NEEDS_NUMBERS, nullptr, Num2Cell, {}},
+    {"cell2mat", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Cell2Mat, {}},
+    {"bsxfun", 3, 3, 1, NEEDS_NO_TEXT | NEEDS_PAIRING_FIRST, nullptr, Expanded, {}},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},
     {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply,
      {"apply_in_cells", "{}", "cells_of", "Cells with the values"}},

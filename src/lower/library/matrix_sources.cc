@@ -177,6 +177,26 @@ elseif numel(x) > 0
 end
 )";
 
+const char NormOf[] = R"(function y = norm_of(x, power)
+% The norm of a row or a column for 1, 2 and Inf, or of a matrix for 1 and Inf.
+is_vector = size(x, 1) == 1 | size(x, 2) == 1;
+if numel(x) == 0
+    y = 0;
+elseif power == 2 & is_vector
+    y = norm(x);
+elseif power == 1 & is_vector
+    y = total(abs(x));
+elseif power == Inf & is_vector
+    y = largest(abs(x));
+elseif power == 1
+    y = max(sum(abs(x), 1));
+elseif power == Inf
+    y = max(sum(abs(x), 2));
+else
+    y = given_to('norm');
+end
+)";
+
 const char Dot[] = R"(function y = dot(a, b)
 % The sum of the products of two rows or columns.
 y = 0;
@@ -235,6 +255,7 @@ constexpr LibrarySource Rows[] = {
     {"deviation", 1, 1, 1, FOR_LIBRARY, nullptr, StdOfVector, {}},
     {"median_of", 1, 1, 1, FOR_LIBRARY, nullptr, MedianOfVector, {}},
     {"norm", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Norm, {}},
+    {"norm", 2, 2, 1, NEEDS_NO_TEXT, nullptr, NormOf, {}},
     {"dot", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Dot, {}},
     {"sub2ind", 3, 3, 1, NEEDS_NO_TEXT, nullptr, Sub2Ind, {}},
     {"ind2sub", 2, 2, 2, NEEDS_NO_TEXT | NEEDS_TWO_RESULTS, nullptr, Ind2Sub, {}},

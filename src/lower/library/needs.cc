@@ -79,6 +79,23 @@ bool has_usual_weight(const OfferedCall *call) {
     return is_zero || is_empty_literal(weight);
 }
 
+// Of each two elements by themselves.
+bool is_pairing(const Node *argument) {
+    constexpr const char *NAMES[] = {"plus", "minus", "times", "rdivide", "ldivide", "power",
+                                     "eq",   "ne",    "lt",    "le",      "gt",      "ge",
+                                     "and",  "or",    "max",   "min",     "rem",     "mod"};
+    if (argument->kind != NODE_HANDLE) return false;
+    for (const char *name : NAMES)
+        if (strcmp(argument->text, name) == 0) return true;
+    return false;
+}
+
+bool has_texts_after(const OfferedCall *call) {
+    for (const Node *argument = call->first->next; argument; argument = argument->next)
+        if (!is_text(without_parens(argument))) return false;
+    return true;
+}
+
 bool is_varargin(const Node *argument) {
     const Symbol *symbol = argument->kind == NODE_NAME ? argument->symbol : nullptr;
     if (!symbol || strcmp(argument->text, "varargin") != 0 || !symbol->scope) return false;
@@ -137,6 +154,8 @@ bool meets_needs(const OfferedCall *call, uint32_t needs) {
     if ((needs & NEEDS_CELL_SECOND) && !is_cell(without_parens(call->first->next))) return false;
     if ((needs & NEEDS_EXACT) && !is_word(last_argument(call), "exact")) return false;
     if ((needs & NEEDS_FIRST) && !counts_from_first(call)) return false;
+    if ((needs & NEEDS_PAIRING_FIRST) && !is_pairing(call->first)) return false;
+    if ((needs & NEEDS_TEXTS_AFTER) && !has_texts_after(call)) return false;
     if ((needs & NEEDS_USUAL_WEIGHT) && !has_usual_weight(call)) return false;
     if ((needs & NEEDS_TEXTS) && !are_texts(call)) return false;
     if (!(needs & NEEDS_PLANE)) return true;

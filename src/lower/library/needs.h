@@ -29,8 +29,10 @@ enum LibraryNeed : uint32_t {
     NEEDS_EXACT = 1 << 20,        /* the last one is the text 'exact' */
     NEEDS_FIRST = 1 << 21,        /* the first one is no text, the last one the text 'first' */
     NEEDS_USUAL_WEIGHT = 1 << 22, /* the second one is 0 or [] */
-    IN_PACKAGE = 1 << 18          /* no need: the form begins with the prefix of a package that the
-                                     procedure is to declare */
+    NEEDS_PAIRING_FIRST = 1 << 23, /* the first one is a handle of an operator for elements */
+    NEEDS_TEXTS_AFTER = 1 << 24,   /* all arguments after the first are surely texts */
+    IN_PACKAGE = 1 << 18           /* no need: the form begins with the prefix of a package that the
+                                      procedure is to declare */
 };
 
 /* Whether the call has all that the needs, flags of LibraryNeed, ask for. */

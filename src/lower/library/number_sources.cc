@@ -110,6 +110,44 @@ const char IsFinite[] = R"(function answer = isfinite(x)
 answer = x - x == 0;
 )";
 
+// Words: the function, when a bit of the result is set, which bits they are.
+const char Bits[] = R"(function y = $1(a, b)
+% The bits that $3 of each two whole numbers.
+y = b + 0;
+if numel(b) == 1
+    y = a + 0;
+end
+if numel(y) == 1
+    y = $1_of(a, b);
+else
+    for k = 1:numel(y)
+        y(k) = $1_of(element_of(a, k), element_of(b, k));
+    end
+end
+end
+
+function y = $1_of(a, b)
+y = 0;
+power = 1;
+for k = 1:53
+    half = whole_part(a./2);
+    other_half = whole_part(b./2);
+    set = a - 2*half + b - 2*other_half;
+    if set $2
+        y = y + power;
+    end
+    a = half;
+    b = other_half;
+    power = 2*power;
+end
+end
+)";
+
+const char BitShift[] = R"(function y = bitshift(x, count)
+% Whole numbers with their bits moved up, or down for a negative count; 53 bits stay.
+y = mod(floor(x.*2.^count), 9007199254740992);
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -124,6 +162,10 @@ constexpr LibrarySource Rows[] = {
      {"round", "whole + (part > 0.5 | part == 0.5 & x > 0)", "rounded; halves away from zero"}},
     {"mod", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Remainder, {"mod", "whole_part", "a"}},
     {"rem", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Remainder, {"rem", "fix", "0./b"}},
+    {"bitand", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Bits, {"bitand", "== 2", "both have"}},
+    {"bitor", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Bits, {"bitor", ">= 1", "one has"}},
+    {"bitxor", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Bits, {"bitxor", "== 1", "only one has"}},
+    {"bitshift", 2, 2, 1, NEEDS_NO_TEXT, nullptr, BitShift, {}},
     {"sign", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Sign, {}},
     {"isinf", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsInf, {}},
     {"isfinite", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsFinite, {}},

@@ -15,18 +15,6 @@ if numel(x) > 0
         answer = true;
     end
 end
-end
-
-function answer = is_letter(x)
-answer = false;
-letters = ' !"#$%&''()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\]^_`abcdefghijklmnopqrstuvwxyz{|}~';
-for k = 1:numel(letters)
-    switch x
-        case {letters(k)}
-            answer = true;
-    end
-end
-end
 )";
 
 // Words: the function, when b comes before a, what comes first.
@@ -159,6 +147,51 @@ for k = 1:numel(set)
 end
 )";
 
+const char Intersect[] = R"(function y = intersect(one, other)
+% The different elements that are in both, in order, in a row if both are one.
+if numel(one) == 0 | numel(other) == 0
+    y = given_to('intersect');
+elseif holds_texts(one) | holds_texts(other)
+    y = given_to('intersect');
+else
+    y = common(unique(one), other, 1);
+    if size(one, 1) == 1 & size(other, 1) == 1
+        y = y(:).';
+    else
+        y = y(:);
+    end
+end
+)";
+
+const char SetXor[] = R"(function y = setxor(one, other)
+% The different elements that are in one of both only, in order, in a row if both are one.
+if numel(one) == 0 | numel(other) == 0
+    y = given_to('setxor');
+elseif holds_texts(one) | holds_texts(other)
+    y = given_to('setxor');
+else
+    left = common(unique(one), other, 0);
+    right = common(unique(other), one, 0);
+    y = unique(vertcat(left(:), right(:)));
+    if size(one, 1) == 1 & size(other, 1) == 1
+        y = y(:).';
+    end
+end
+)";
+
+const char Common[] = R"(function y = common(x, set, wanted)
+% The elements of x that are in a set (1) or not (0).
+y = x;
+count = 0;
+for k = 1:numel(x)
+    if has_element(set, x(k)) == wanted
+        count = count + 1;
+        y(count) = x(k);
+    end
+end
+y = y(1:count);
+)";
+
 // Words: the function, the number of an element that is in the other set: which are kept.
 const char Selection[] = R"(function y = $1(one, other)
 % The elements of one, in order, that are in other (1) or not (0): $2.
@@ -193,6 +226,9 @@ constexpr LibrarySource Rows[] = {
     {"union", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Union, {}},
     {"has_element", 2, 2, 1, FOR_LIBRARY, nullptr, HasElement, {}},
     {"ismember", 2, 2, 1, NEEDS_NO_TEXT, nullptr, IsMember, {}},
+    {"common", 3, 3, 1, FOR_LIBRARY, nullptr, Common, {}},
+    {"intersect", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Intersect, {}},
+    {"setxor", 2, 2, 1, NEEDS_NO_TEXT, nullptr, SetXor, {}},
     {"setdiff", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Selection, {"setdiff", "0"}},
 };
 // clang-format on

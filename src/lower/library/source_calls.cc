@@ -18,9 +18,9 @@
 namespace {
 
 // In the order of their rows.
-LibrarySources (*const Tables[])() = {shape_sources,   array_sources,   fold_sources,
-                                      extreme_sources, element_sources, number_sources,
-                                      text_sources,    order_sources,   matrix_sources};
+LibrarySources (*const Tables[])() = {
+    shape_sources, array_sources, fold_sources,   extreme_sources, element_sources, number_sources,
+    text_sources,  order_sources, matrix_sources, turn_sources,    curve_sources,   search_sources};
 
 // The first row of the name that is wanted, or null.
 template <typename Test>

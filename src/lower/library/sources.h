@@ -28,3 +28,6 @@ LibrarySources number_sources();
 LibrarySources text_sources();
 LibrarySources order_sources();
 LibrarySources matrix_sources();
+LibrarySources turn_sources();
+LibrarySources curve_sources();
+LibrarySources search_sources();

@@ -300,6 +300,7 @@ constexpr LibrarySource Rows[] = {
     {"has_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest,
      {"has_same_text", "other", "one"}},
     {"same_text", 2, 2, 1, FOR_LIBRARY, nullptr, Strcmp, {}},
+    {"alike_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEXTS, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST, nullptr, StrcmpiOf,
      {"is_alike_text", "is_same_text"}},

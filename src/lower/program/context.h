@@ -74,6 +74,7 @@ struct LoweringContext {
     int front_level;      /* of those lines */
     int32_t inner_procedures; /* of several lines, that the texts of expressions hold so far */
     GeneratedName *started;   /* variables that begin there without elements */
+    bool is_read_too;         /* the target being lowered is read before it is set: x(f()) += e */
     bool in_comment;          /* the lines become comments */
     Holder holder;            /* of the value being lowered; {} for none */
     const Node *asked_call;   /* the call that is asked for asked_results; null for none */

@@ -154,7 +154,9 @@ void put_assignment(const Node *node) {
     if (is_deletion(node)) return put_deletion(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
+    Lowering.is_read_too = node->op != OPERATOR_NONE;
     Target target = lower_target(place, nullptr);
+    Lowering.is_read_too = false;
     const char *value =
         node->op == OPERATOR_NONE ? value_text(place, place->next) : compound_value(&target, node);
     bool is_number = becomes_character(place, place->next);

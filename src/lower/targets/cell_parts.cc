@@ -2,6 +2,8 @@
 #include "lower/targets/cell_parts.h"
 
 #include <assert.h>
+#include <math.h>
+#include <stdlib.h>
 
 #include "lower/conditions/host_conditions.h"
 #include "lower/expressions/earlier_calls.h"
@@ -11,6 +13,7 @@
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
+#include "syntax/values/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
 
@@ -43,6 +46,78 @@ void make_ranges(ExprList *arguments) {
         const char *text = plain_value(cell->item)->text;
         cell->item = new_leaf(form_text("%s..%s", {text, text}));
     }
+}
+
+double number_of(const Node *node) {
+    bool is_negative = node->kind == NODE_PREFIX && node->op == OPERATOR_MINUS;
+    if (is_negative) node = node->first_child;
+    if (node->kind != NODE_NUMBER) return NAN;
+    return is_negative ? -strtod(node->text, nullptr) : strtod(node->text, nullptr);
+}
+
+// Whether the source shows that there are two numbers or more: [1 k], 1:2:5.
+bool has_two(const Node *list) {
+    if (list->kind == NODE_RANGE) {
+        const Node *second = second_child(list);
+        double step = second->next ? number_of(second) : 1;
+        double stop = number_of(second->next ? second->next : second);
+        return (stop - number_of(list->first_child)) / step >= 1;
+    }
+    const Node *row = list->kind == NODE_MATRIX ? list->first_child : nullptr;
+    const Node *first = row ? row->first_child : nullptr;
+    return first && first->next && is_surely_single(first) && is_surely_single(first->next);
+}
+
+// Whether an argument may be a list of one position, in the host an index like that position. A
+// mask is none.
+bool may_list_one(const Node *argument) {
+    argument = without_parens(argument);
+    if (is_colon(argument) || is_host_range(argument) || has_two(argument)) return false;
+    if (argument->kind == NODE_RANGE) return true;
+    Value value = value_of(argument);
+    if (!is_surely(value, MAY_BE_NUMBER)) return !is_surely_several(argument);
+    return true;
+}
+
+// Whether all may select one, of which a single one by itself is told by is_cell_part.
+bool may_list_ones(const Node *arguments) {
+    for (const Node *child = arguments->first_child; child; child = child->next)
+        if (!may_list_one(child)) return false;
+    return true;
+}
+
+// The lists get names, as they are asked for their lengths; answers whether all have one element.
+const char *name_lists(const Node *arguments, ExprList *index) {
+    const char *condition = nullptr;
+    vExpr *cell = index->first;
+    for (const Node *child = arguments->first_child; child;
+         child = child->next, cell = cell->next) {
+        if (is_surely_single(child)) continue;
+        if (without_parens(child)->kind != NODE_NAME) {
+            const char *name = new_temporary();
+            put_line("%s := %s;", {name, plain_value(cell->item)->text});
+            cell->item = new_leaf(name);
+        }
+        const char *count = form_text("ArrayNumElems(%s,'All')", {cell->item->text});
+        const char *test = count_condition(count, OP_EQ, 1);
+        condition = condition ? form_text("%s and %s", {condition, test}) : test;
+    }
+    return condition;
+}
+
+// Whether the lists hold one position each shows at run time.
+mExpr *lower_listed_part(const char *base, const Node *arguments) {
+    ExprList index = lower_repeated_index(arguments, base);
+    const char *condition = name_lists(arguments, &index);
+    const char *part = new_temporary();
+    const char *text = new_element_node(base, VARIABLE_INDEX, index.first)->text;
+    put_line("if %s then", {condition});
+    put_inner_line("%s := rtable([%s],subtype='Vector[row]');", {part, text});
+    put_line("else", {});
+    put_inner_line("%s := %s;", {part, text});
+    put_line("end if;", {});
+    free_vExpr(index.first);
+    return new_leaf(part);
 }
 
 mExpr *lower_known_part(const char *base, const Node *arguments) {
@@ -82,11 +157,18 @@ bool is_cell_part(const Node *reference) {
     return several == 0 || is_unknown;
 }
 
+bool is_listed_part(const Node *reference) {
+    const Node *arguments = last_selector(reference);
+    if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
+    return is_cell_base(reference) && !is_cell_part(reference) && may_list_ones(arguments);
+}
+
 mExpr *lower_cell_part(const Node *reference) {
-    assert(is_cell_part(reference));
+    assert(is_cell_part(reference) || is_listed_part(reference));
     const Node *arguments = last_selector(reference);
     Path path = value_path(reference, arguments);
     name_repeated_path(&path);
+    if (is_listed_part(reference)) return lower_listed_part(path.text, arguments);
     if (count_several(arguments) == 0) return lower_known_part(path.text, arguments);
     return lower_unknown_part(path.text, arguments);
 }

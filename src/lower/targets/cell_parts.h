@@ -8,5 +8,7 @@
 /* Whether the reference is an index in parentheses, and nothing more, of a variable that holds a
  * cell, where that makes a difference. */
 bool is_cell_part(const Node *reference);
-/* The part, a cell. */
+/* Whether the reference is such an index of lists that may hold one position each. */
+bool is_listed_part(const Node *reference);
+/* The part, a cell: of both. */
 mExpr *lower_cell_part(const Node *reference);
