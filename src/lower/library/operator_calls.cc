@@ -84,19 +84,11 @@ mExpr *new_range_call(const vExpr *values, int count) {
     return new_seq_node(values->item, values->next->item, values->next->next->item, nullptr);
 }
 
-mExpr *new_power(Operand base, Operand exponent) {
-    Operand power = new_binary(OPERATOR_DOT_POWER, &base, &exponent);
-    return in_parentheses(&power);
-}
-
-Operand real_number(const char *digits) { return {new_node(EXPR_REAL, digits), HOST_ATOM}; }
-
-// sqrt and exp.
-mExpr *new_power_call(const char *name, mExpr *value) {
-    Operand operand = without_parentheses(value);
-    if (strcmp(name, "sqrt") == 0) return new_power(operand, real_number(".5"));
-    if (strcmp(name, "exp") == 0) return new_power(real_number("2.718281828459045"), operand);
-    return nullptr;
+mExpr *new_root_call(mExpr *value) {
+    Operand base = without_parentheses(value);
+    Operand half = {new_node(EXPR_REAL, ".5"), HOST_ATOM};
+    Operand root = new_binary(OPERATOR_DOT_POWER, &base, &half);
+    return in_parentheses(&root);
 }
 
 mExpr *new_call(const char *name, const vExpr *values, int count) {
@@ -105,7 +97,8 @@ mExpr *new_call(const char *name, const vExpr *values, int count) {
     if (const UnaryWord *row = find_row(Unary, UnaryIndex, name))
         return new_unary_call(row, values, count);
     if (strcmp(name, "colon") == 0) return new_range_call(values, count);
-    return count == 1 ? new_power_call(name, values->item) : nullptr;
+    bool is_root = strcmp(name, "sqrt") == 0 && count == 1;
+    return is_root ? new_root_call(values->item) : nullptr;
 }
 
 }  // namespace

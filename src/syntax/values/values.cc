@@ -312,6 +312,24 @@ const char *const CELL_MAKERS[] = {"cell",    "num2cell",    "fieldnames", "strs
 
 bool is_cell(const Node *node, Asker asker);
 
+// What tells of which kind the value is: in [x(:); 1] and in x(2:3) the variable x.
+const Node *leading_part(const Node *node) {
+    node = without_parens(node);
+    while (node->kind == NODE_MATRIX && node->first_child)
+        node = without_parens(node->first_child->first_child);
+    return node->kind == NODE_REFERENCE ? node->first_child : node;
+}
+
+// Whether a value of the variable is not made from it, as x(:) is.
+bool has_other_value(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next) {
+        if (value->kind != VALUE_WHOLE) return true;
+        const Node *part = leading_part(value->node);
+        if (part->kind != NODE_NAME || part->symbol != symbol) return true;
+    }
+    return false;
+}
+
 bool is_cell_value(const AssignedValue *value, Asker asker) {
     return value->kind == VALUE_WHOLE && is_cell(value->node, asker);
 }
@@ -328,7 +346,7 @@ bool is_cell(const Node *node, Asker asker) {
     if (call.name) return is_one_of(call.name, CELL_MAKERS);
     const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     bool is_part = base == node || (base->next->kind == NODE_ARGUMENTS && !base->next->next);
-    if (base->kind != NODE_NAME || !is_part || !base->symbol->values) return false;
+    if (base->kind != NODE_NAME || !is_part || !has_other_value(base->symbol)) return false;
     return holds_for_all(base->symbol, CELL, asker, is_cell_value);
 }
 
