@@ -94,6 +94,9 @@ TEST(Nesting, long_rows_stay_long_rows) {
         {"y = 1 ...\n", "", "", "% c ...\n"},
         {"y = 1", "", "", "...\n + 1"},
         {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
+        {"s", "(end + 1).a", " = 1", ""},
+        {"s", "(end).a", "(end) = []", ""},
+        {"c", "{end + 1}", " = 1", ""},
     };
     for (const Form &row : rows) {
         SCOPED_TRACE(row.before + row.close);
