@@ -287,10 +287,10 @@ const std::vector<Costly> CostlySources = {
      "on line 2.* takes more than 8 MB"},
     {"classic", "8", "y = " + repeated("~", 4000) + "a\n", "on line [23].* takes more than 8 MB"},
     {"classic", "8", "y = 1" + repeated(":1", 4000) + "\n", "on line [123].* takes more than 8 MB"},
-    {"matlab", "8", "c = {};\ny = " + repeated("{c{:}, ", 700) + "1" + repeated("}", 700),
+    {"matlab", "8", "c = {};\ny = " + repeated("{c{:}, ", 390) + "1" + repeated("}", 390),
      "on line 2.* takes more than 8 MB"},
     {"octave", "1", repeated("y = 1;\n", 20000), "the translation takes more than 1 MB"},
-    {"matlab", "8", repeated("if x\n", 700) + repeated("%\n", 30000) + repeated("end\n", 700),
+    {"matlab", "8", repeated("if x\n", 390) + repeated("%\n", 30000) + repeated("end\n", 390),
      "the translation is longer than 4 MB"},
 };
 
