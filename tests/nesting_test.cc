@@ -20,16 +20,38 @@ struct Form {
 };
 
 const std::vector<Form> Expressions = {
-    {"y = ", "(1 + ", "1", ")"},      {"y = ", "[1 ", "1", "]"},
-    {"y = ", "{1, ", "1", "}"},       {"y = ", "f(1, ", "1", ")"},
-    {"y = ", "f(1 + ", "1", ")"},     {"y = ", "x(", "1", ")"},
-    {"y = ", "x(end - ", "1", ")"},   {"y = ", "s.(", "1", ")"},
-    {"y = ", "-", "1", ""},           {"y = ", "x && f(", "1", ")"},
-    {"y = ", "(x || ~", "f(1)", ")"}, {"y = ", "@() f(", "1", ")"},
-    {"y = ", "f(", "1", " == 1)^2"},  {"y = ", "x(1, ", "1", ")'"},
-    {"y = ", "c{", "1", "}{:}"},      {"y = ", "x(", "1", ")(end - 1)"},
-    {"y = ", "['a' f(", "1", ")]"},   {"if f(", "1 + f(", "1", ")"},
-    {"x(2) = ", "f(1).b(", "1", ")"}, {"x(", "s(2).a(", "1", ")"},
+    {"y = ", "(1 + ", "1", ")"},
+    {"y = ", "[1 ", "1", "]"},
+    {"y = ", "{1, ", "1", "}"},
+    {"y = ", "f(1, ", "1", ")"},
+    {"y = ", "f(1 + ", "1", ")"},
+    {"y = ", "x(", "1", ")"},
+    {"y = ", "x(end - ", "1", ")"},
+    {"y = ", "s.(", "1", ")"},
+    {"y = ", "-", "1", ""},
+    {"y = ", "x && f(", "1", ")"},
+    {"y = ", "(x || ~", "f(1)", ")"},
+    {"y = ", "@() f(", "1", ")"},
+    {"y = ", "f(", "1", " == 1)^2"},
+    {"y = ", "x(1, ", "1", ")'"},
+    {"y = ", "c{", "1", "}{:}"},
+    {"y = ", "x(", "1", ")(end - 1)"},
+    {"y = ", "['a' f(", "1", ")]"},
+    {"if f(", "1 + f(", "1", ")"},
+    {"x(2) = ", "f(1).b(", "1", ")"},
+    {"x(", "s(2).a(", "1", ")"},
+    {"y = ", "f(1).b(end - ", "1", ")'.c"},
+    {"y = ", "x(end - ", "1", ")'.c"},
+    {"y = ", "{c{:}, ", "1", "}"},
+    {"y = ", "@(t) t + ", "1", ""},
+    {"y = ", "s.(", "1", ").a(1)"},
+    {"y = ", "f(1).(", "1", ").a{1}'"},
+    {"y = ", "x && (f(1) || ", "f(1)", ")"},
+
+    {"[a, b] = f(", "f(1).a(end, ", "1", ")"},
+    {"y = ", "[c{", "1", "}]"},
+    {"s.(", "s.a.(", "1", ")"},
+    {"y = ", "(-", "1", ")'"},
 };
 
 const std::vector<Form> Blocks = {
@@ -42,6 +64,8 @@ const std::vector<Form> Blocks = {
     {"", "switch x, case {1, 2}\n", "y = 1;\n", "end\n"},
     {"", "unwind_protect\n", "y = 1;\n", "unwind_protect_cleanup, f(1); end\n"},
     {"", "try\n", "y = 1;\n", "catch e, f(2), end\n"},
+    {"", "function f\n", "y = 1;\n", "end\n"},
+    {"", "if x, try\n", "y = 1;\n", "catch\nwhile f(1), f, end, end, end\n"},
     {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
 };
 
@@ -56,11 +80,11 @@ std::string outcome(const std::string &source) {
 
 void expect_depths(const Form &form) {
     SCOPED_TRACE(form.before + form.open);
-    const std::string deep = on_small_stack([&] { return outcome(form.nested(390)); });
+    const std::string deep = on_small_stack([&] { return outcome(form.nested(190)); });
     EXPECT_EQ(form_error(deep), "");
     EXPECT_EQ(deep.find("MT114"), std::string::npos);
     EXPECT_LT(deep.size(), 10u << 20);
-    on_small_stack([&] { return outcome(form.nested(950)); });
+    on_small_stack([&] { return outcome(form.nested(395)); });
     const std::string too_deep = on_small_stack([&] { return outcome(form.nested(10000)); });
     EXPECT_TRUE(too_deep.ends_with("MT114")) << too_deep.substr(0, 200);
     EXPECT_EQ(on_small_stack([] { return outcome("x = 1"); }), "x := 1;\n");
@@ -94,6 +118,9 @@ TEST(Nesting, long_rows_stay_long_rows) {
         {"y = 1 ...\n", "", "", "% c ...\n"},
         {"y = 1", "", "", "...\n + 1"},
         {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
+        {"s", "(end + 1).a", " = 1", ""},
+        {"s", "(end).a", "(end) = []", ""},
+        {"c", "{end + 1}", " = 1", ""},
     };
     for (const Form &row : rows) {
         SCOPED_TRACE(row.before + row.close);

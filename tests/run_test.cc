@@ -276,6 +276,87 @@ void run_failing(ErrorExit exit, const std::string &main, const char *language, 
     ASSERT_TRUE(std::regex_match(error, texts)) << error;
 }
 
+/* A source that costs more than a few megabytes, and what is said of it. */
+struct Costly {
+    const char *language, *megabytes;
+    std::string source, error;
+};
+
+const std::vector<Costly> CostlySources = {
+    {"classic", "8", "x = 1\ny = a" + repeated("'", 4000) + "\n",
+     "on line 2.* takes more than 8 MB"},
+    {"classic", "8", "y = " + repeated("~", 4000) + "a\n", "on line [23].* takes more than 8 MB"},
+    {"classic", "8", "y = 1" + repeated(":1", 4000) + "\n", "on line [123].* takes more than 8 MB"},
+    {"matlab", "8", "c = {};\ny = " + repeated("{c{:}, ", 390) + "1" + repeated("}", 390),
+     "on line 2.* takes more than 8 MB"},
+    {"octave", "1", repeated("y = 1;\n", 20000), "the translation takes more than 1 MB"},
+    {"matlab", "8", repeated("if x\n", 390) + repeated("%\n", 30000) + repeated("end\n", 390),
+     PartsShareBlocks ? "the translation is longer than 4 MB"
+                      : ".*the translation (takes more|is longer) than"},
+};
+
+/* What a run says, and the error of one that goes beyond its budget. */
+std::string run_with(StandInHost &host, const char *mode, const char *language,
+                     const std::string &source, const char *megabytes) {
+    ValueStore &values = host.values();
+    const HostValue options[] = {
+        values.equation(values.name("Language"), values.string(language)),
+        values.equation(values.name("MaxMemory"), values.string(megabytes))};
+    std::string said;
+    try {
+        said = host.translate(mode, source, options).value_or("");
+    } catch (const HostError &error) {
+        said = error.what();
+    }
+    for (const std::string &error : host.take_errors()) said += error;
+    values.clear();
+    return said;
+}
+
+TEST(Budget, ends_the_run_alone_that_goes_beyond_it) {
+    for (const Costly &costly : CostlySources) {
+        SCOPED_TRACE(costly.source.substr(0, 40));
+        const SourceFiles files;
+        files.write("main.m", costly.source);
+        for (const ErrorExit exit : EVERY_EXIT) {
+            StandInHost host;
+            host.leave_errors_by(exit);
+            mTranslateRelease();
+            const long live = heap.live;
+            const std::string before =
+                run_with(host, "command", costly.language, "x = f(1)", "1000");
+            for (const char *mode : {"command", "file"}) {
+                const std::string error =
+                    run_with(host, mode, costly.language,
+                             *mode == 'f' ? files.path("main.m") : costly.source, costly.megabytes);
+                EXPECT_TRUE(std::regex_search(error.substr(0, 200), std::regex("^" + costly.error)))
+                    << error.substr(0, 200);
+                EXPECT_EQ(run_with(host, "command", costly.language, "x = f(1)", "1000"), before);
+            }
+            mTranslateRelease();
+            EXPECT_EQ(heap.live, live);
+        }
+    }
+}
+
+TEST(Budget, is_a_number_of_megabytes) {
+    StandInHost host;
+    for (const char *bad : {"", "0", "-1", "1.5", "much", "1048577", "99999999999999999999"})
+        EXPECT_EQ(run_with(host, "command", "matlab", "x = 1", bad),
+                  "invalid input: MaxMemory must be a number of megabytes");
+    EXPECT_EQ(run_with(host, "command", "matlab", "x = 1", "1048576"), "x := 1;\n");
+}
+
+/* Without the option, by what the source has given. */
+TEST(Budget, grows_with_the_source) {
+    StandInHost host;
+    host.leave_errors_by(ErrorExit::Return);
+    EXPECT_EQ(host.translate("command", "y = a" + repeated("'", 16000)), std::nullopt);
+    const Texts errors = host.take_errors();
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_NE(errors[0].find("takes more than 286 MB of memory"), std::string::npos) << errors[0];
+}
+
 /* Whether kept parts share blocks, as long as it lives. */
 class Sharing {
 public:

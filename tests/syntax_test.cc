@@ -226,11 +226,11 @@ TEST(Syntax, limits_nesting) {
         {"x.(", ")"},   {"x{", "}"},         {"-", ""},  {"1:1:", ""}, {"", "'(1)"}};
     for (const auto &[open, close] : forms) {
         const std::string head = open.starts_with("if") ? "" : "x = ";
-        EXPECT_EQ(read(head + nested(open, close, 799), messages, LANGUAGE_MATLAB), "") << open;
+        EXPECT_EQ(read(head + nested(open, close, 399), messages, LANGUAGE_MATLAB), "") << open;
         const std::string found =
             read(head + nested(open, close, 10000) + "\ny = )", messages, LANGUAGE_MATLAB);
         EXPECT_TRUE(std::regex_match(
-            found, std::regex("1:[0-9-]+ MT114 brackets and blocks are nested more than 800 deep "
+            found, std::regex("1:[0-9-]+ MT114 brackets and blocks are nested more than 400 deep "
                               "& 2:5-5 MT101 .*")))
             << open << found;
     }

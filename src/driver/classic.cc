@@ -4,6 +4,7 @@
 
 #include "driver/front_end.h"
 #include "driver/resolution.h"
+#include "lexer/error_reporter.h"
 #include "lexer/scanner.h"
 #include "parser/parser.h"
 #include "run/run_end.h"
@@ -15,6 +16,7 @@ namespace {
 void begin() {
     CurrentProc = nullptr;
     BeforeScript = resolve_within_parse;
+    RaiseInPlace = [](const char *message) { yyerror(message); };
     initLexer();
 }
 

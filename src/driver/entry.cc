@@ -12,12 +12,14 @@
 #include "run/run_state.h"
 #include "run/run_turn.h"
 #include "support/allocation.h"
+#include "support/budget.h"
 #include "support/observers.h"
 
 namespace {
 
 HostValue translate_command(const char *text) {
     FileMode = 0;
+    widen_budget(strlen(text));
     UsedFrontEnd->parse_command(text);
     UsedFrontEnd->translate_called();
     return HostKernel->ToHostString(OutputText);

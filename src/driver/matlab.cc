@@ -8,14 +8,37 @@
 #include "lexer/whole_source.h"
 #include "lower/lines/lines.h"
 #include "lower/program.h"
+#include "lower/program/context.h"
+#include "lower/program/program_files.h"
 #include "run/run_end.h"
 #include "run/run_state.h"
+#include "syntax/tree/tree.h"
 
 namespace {
 
-void begin_matlab() { begin_program(LANGUAGE_MATLAB); }
+// In the statement that is being lowered.
+void raise_in_statement(const char *message) {
+    if (!Lowering.statement) {
+        raise_error(message, 0);
+        return;
+    }
+    Source *source = CurrentFile->source;
+    Position at = position_of(source, Lowering.statement->offset);
+    uint32_t length;
+    const char *line = line_text(source, at.line, &length);
+    ErrorRecord error = {message, source->name, at.line, Lowering.statement->offset};
+    raise_in_line(&error, line, length, at.column - 1);
+}
 
-void begin_octave() { begin_program(LANGUAGE_OCTAVE); }
+void begin(SourceLanguage language) {
+    begin_program(language);
+    Lowering.statement = nullptr;
+    RaiseInPlace = raise_in_statement;
+}
+
+void begin_matlab() { begin(LANGUAGE_MATLAB); }
+
+void begin_octave() { begin(LANGUAGE_OCTAVE); }
 
 void parse_command(const char *text) {
     size_t length = strlen(text);

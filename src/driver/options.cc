@@ -1,6 +1,7 @@
 // Reading the arguments of mTranslate.
 #include "driver/options.h"
 
+#include <stdlib.h>
 #include <string.h>
 
 #include "driver/front_end.h"
@@ -8,6 +9,7 @@
 #include "run/last_error.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "support/budget.h"
 
 namespace {
 
@@ -64,6 +66,19 @@ bool read_language(HostValue argument) {
     return false;
 }
 
+bool read_budget(HostValue argument) {
+    const char *text = option_text(argument);
+    size_t length = strlen(text);
+    bool is_number = length > 0 && length < 8 && strspn(text, "0123456789") == length;
+    long megabytes = is_number ? strtol(text, nullptr, 10) : 0;
+    if (megabytes >= 1 && megabytes <= LARGEST_BUDGET) {
+        set_budget(megabytes);
+        return true;
+    }
+    raise_error("invalid input: MaxMemory must be a number of megabytes", 0);
+    return false;
+}
+
 // False when the run cannot go on.
 bool read_option(HostValue argument, RunRequest *request) {
     if (HostKernel->IsList(argument)) {
@@ -73,6 +88,7 @@ bool read_option(HostValue argument, RunRequest *request) {
     }
     const char *name = option_name(argument);
     if (strcmp(name, "Language") == 0) return read_language(argument);
+    if (strcmp(name, "MaxMemory") == 0) return read_budget(argument);
     // The option can only switch the translator off.
     if (strcmp(name, "AddTranslator") == 0 && !is_true(argument)) AddTranslator = 0;
     if (strcmp(name, "KeepGoing") == 0) KeepGoing = is_true(argument);

@@ -11,6 +11,7 @@
 #include "run/run_end.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "support/budget.h"
 #include "support/heap.h"
 #include "support/long_string.h"
 #include "support/observers.h"
@@ -25,6 +26,8 @@ HashTable *new_name_table(int32_t buckets) {
 
 void begin_run() {
     begin_observation();
+    begin_budget();
+    RaiseInPlace = nullptr;
     CalledNames = new_name_table(NAME_BUCKETS);
     DefinedNames = new_name_table(NAME_BUCKETS);
     KnownVariables = new_name_table(NAME_BUCKETS);

@@ -10,6 +10,7 @@
 
 #include "lexer/error_reporter.h"
 #include "run/run_end.h"
+#include "support/budget.h"
 #include "support/heap.h"
 #include "support/observers.h"
 
@@ -65,8 +66,10 @@ size_t read_file(OpenSource *source, char *buffer, size_t room) {
         count = read(source->descriptor, buffer, room);
     } while (count < 0 && errno == EINTR);
     source->has_failed = count < 0 || (count == 0 && is_cut(source));
-    if (count > 0) source->left -= count;
-    return count < 0 ? 0 : static_cast<size_t>(count);
+    if (count <= 0) return 0;
+    source->left -= count;
+    widen_budget(static_cast<size_t>(count));
+    return static_cast<size_t>(count);
 }
 
 void close_file(OpenSource *source) {

@@ -8,6 +8,7 @@
 #include <sys/mman.h>
 
 #include "run/run_end.h"
+#include "support/budget.h"
 
 HashTable *AllocationTable;
 
@@ -43,8 +44,9 @@ int is_same_block(HashValue stored, const void *probe) { return stored == probe;
 
 constexpr size_t LARGEST_BLOCK = INT32_MAX;
 
-size_t checked(size_t size) {
+size_t checked(size_t size, void *other) {
     if (size > LARGEST_BLOCK) end_run(TEXT_TOO_LONG);
+    check_budget(size, other);
     return size ? size : 1;
 }
 
@@ -54,10 +56,12 @@ void *enter(void *block) {
         free(block);
         end_run(OUT_OF_MEMORY);
     }
+    count_block(block);
     return block;
 }
 
 void remove_entry(void *block) {
+    discount_block(block);
     HashRemoveRecent(AllocationTable, key_of(block), nullptr, block, is_same_block);
 }
 
@@ -93,7 +97,7 @@ void take_block() {
 
 }  // namespace
 
-void *Alloc(size_t size) { return enter(malloc(checked(size))); }
+void *Alloc(size_t size) { return enter(malloc(checked(size, nullptr))); }
 
 void Free(void *block) {
     if (!block) return;
@@ -103,7 +107,7 @@ void Free(void *block) {
 
 void *Realloc(void *block, size_t size) {
     if (!block) return Alloc(size);
-    size = checked(size);
+    size = checked(size, block);
     remove_entry(block);
     void *resized = realloc(block, size);
     if (!resized) free(block);

@@ -4,6 +4,8 @@
 #include <stdint.h>
 #include <stdlib.h>
 
+#include "support/budget.h"
+
 namespace {
 
 struct alignas(max_align_t) Link {
@@ -17,6 +19,7 @@ Link *link_of(void *block) { return static_cast<Link *>(block) - 1; }
 
 void *enter_chain(Link *link) {
     if (!link) return nullptr;
+    count_block(link);
     link->next = Chain.next;
     link->prev = &Chain;
     Chain.next->prev = link;
@@ -28,13 +31,18 @@ void *enter_chain(Link *link) {
 
 void *HeapAlloc(size_t size) {
     if (size > SIZE_MAX - sizeof(Link)) return nullptr;
+    check_budget(size, nullptr);
     return enter_chain(static_cast<Link *>(malloc(sizeof(Link) + size)));
 }
 
 void *HeapResize(void *block, size_t size) {
     if (!block) return HeapAlloc(size);
     if (size > SIZE_MAX - sizeof(Link)) return nullptr;
-    Link *link = static_cast<Link *>(realloc(link_of(block), sizeof(Link) + size));
+    Link *old = link_of(block);
+    check_budget(size, old);
+    discount_block(old);
+    Link *link = static_cast<Link *>(realloc(old, sizeof(Link) + size));
+    count_block(link ? link : old);
     if (!link) return nullptr;
     link->next->prev = link;
     link->prev->next = link;
@@ -46,6 +54,7 @@ void HeapFree(void *block) {
     Link *link = link_of(block);
     link->next->prev = link->prev;
     link->prev->next = link->next;
+    discount_block(link);
     free(link);
 }
 

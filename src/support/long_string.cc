@@ -6,6 +6,7 @@
 
 #include "run/run_end.h"
 #include "support/allocation.h"
+#include "support/budget.h"
 
 namespace {
 
@@ -41,6 +42,7 @@ void grow(Header *header, size_t more) {
     int64_t capacity = header->capacity;
     while (needed >= capacity) capacity = capacity * 3 / 2;
     if (capacity > INT32_MAX) end_run(TEXT_TOO_LONG);
+    check_text(static_cast<size_t>(needed));
     header->capacity = static_cast<int32_t>(capacity);
     resize_data(header);
 }

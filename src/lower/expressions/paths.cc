@@ -64,7 +64,7 @@ bool needs_base(const vExpr *arguments) {
 }  // namespace
 
 Path begin_path(const char *text, bool is_call) {
-    return {text, strlen(text), 0, false, is_call, false, false};
+    return {text, strlen(text), 0, false, is_call, false, false, nullptr, 0};
 }
 
 namespace {
@@ -75,6 +75,15 @@ const char *put_temporary(const char *text) {
     const char *name = new_temporary();
     put_line("%s := %s;", {name, text});
     return name;
+}
+
+// The text by a temporary. One that has the value of its beginning stands for that.
+const char *name_text(Path *path) {
+    const char *text = path->text;
+    if (path->named) text = form_text("%s%s", {path->named, text + path->named_length});
+    path->named = put_temporary(text);
+    path->named_length = path->length;
+    return path->named;
 }
 
 }  // namespace
@@ -130,7 +139,7 @@ void add_index(Path *path, const Node *selector, bool may_be_call) {
     assert(selector->kind == NODE_ARGUMENTS || selector->kind == NODE_BRACES);
     begin_selector(path, true);
     bool is_long = repeats_too_much(path, selector);
-    const char *base = is_long ? put_temporary(path->text) : path->text;
+    const char *base = is_long ? name_text(path) : path->text;
     ExprList arguments = lower_index(selector, base, may_be_call);
     if (Lowering.is_read_too) {
         LinesEnd end = end_of_lines();

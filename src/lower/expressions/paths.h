@@ -13,6 +13,8 @@ struct Path {
     bool is_call;   /* of a call or an expression: it needs a name before it is indexed */
     bool has_index; /* the last selector is an index */
     bool has_field;
+    const char *named;   /* a temporary that has the value of the text's beginning; null for none */
+    size_t named_length; /* of that beginning */
 };
 
 Path begin_path(const char *text, bool is_call);

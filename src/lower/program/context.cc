@@ -13,6 +13,7 @@ LoweringContext begin_lowering(const Scope *scope, Lines *lines, int level) {
     assert(lines && level >= 0);
     LoweringContext outer = Lowering;
     Lowering = {};
+    Lowering.statement = outer.statement;
     Lowering.scope = scope;
     Lowering.lines = lines;
     Lowering.level = level;

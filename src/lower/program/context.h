@@ -56,6 +56,7 @@ struct Holder {
 };
 
 struct LoweringContext {
+    const Node *statement;    /* innermost one that is being lowered; null for none */
     const Scope *scope;       /* of the function, anonymous function or script */
     Lines *lines;             /* where the current statement, and what it needs first, is put */
     int level;                /* of those lines */

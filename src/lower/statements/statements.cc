@@ -206,7 +206,10 @@ Lines put_into(const Node *node, Lines *own, bool *is_given_up) {
         Lowering.front_level = Lowering.level;
     }
     Lowering.lines = own;
+    const Node *outer = Lowering.statement;
+    Lowering.statement = node;
     *is_given_up = put_or_give_up(node, own);
+    Lowering.statement = outer;
     if (is_outermost) Lowering.in_front = nullptr;
     return in_front;
 }

@@ -72,7 +72,7 @@ const char *innermost_text() {
 
 bool can_open_block() {
     if (Parsing.depth < MOST_NESTED) return true;
-    note_error(NESTING_TOO_DEEP, Current.start, Current.end, {"800"});
+    note_error(NESTING_TOO_DEEP, Current.start, Current.end, {"400"});
     return false;
 }
 

@@ -46,14 +46,14 @@ extern OpenBlock OpenBlocks[MOST_NESTED];
 /* Goes one bracket, prefix or block deeper; fails the statement where that is too deep. */
 inline void enter_level() {
     if (++Parsing.depth > MOST_NESTED) {
-        syntax_error(NESTING_TOO_DEEP, Current.start, Current.end, {"800"});
+        syntax_error(NESTING_TOO_DEEP, Current.start, Current.end, {"400"});
     }
 }
 inline void leave_level() { Parsing.depth--; }
 /* The same for a chain in another, inside the brackets that are open. */
 inline void enter_chain() {
     if (++Parsing.chains > MOST_NESTED) {
-        syntax_error(NESTING_TOO_DEEP, Current.start, Current.end, {"800"});
+        syntax_error(NESTING_TOO_DEEP, Current.start, Current.end, {"400"});
     }
 }
 inline void leave_chain() { Parsing.chains--; }

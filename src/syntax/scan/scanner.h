@@ -14,7 +14,7 @@
 #include "syntax/tree/new_nodes.h"
 
 /* Brackets and blocks nest at most this deep. */
-constexpr int32_t MOST_NESTED = 800;
+constexpr int32_t MOST_NESTED = 400;
 
 enum BracketContext : uint8_t {
     OUTSIDE_BRACKETS,
