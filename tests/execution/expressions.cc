@@ -132,7 +132,8 @@ bool Machine::are_equal(const Value &left, const Value &right) {
     if (is_left_text && is_right_text) return text_of(left) == text_of(right);
     if (is_left_text || is_right_text) {
         const Value &other = is_left_text ? right : left;
-        if (!is_array(other)) throw ExecutionError("a comparison with " + kind_of(other));
+        const bool is_known = is_array(other) || other.kind == ValueKind::CELL;
+        if (!is_known) throw ExecutionError("a comparison with " + kind_of(other));
         return false;
     }
     return number_of(left) == number_of(right);

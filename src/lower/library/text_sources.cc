@@ -56,6 +56,29 @@ switch $2
 end
 )";
 
+// Words: the function, the argument that may be anything, the text.
+const char StrcmpAsValue[] = R"(function answer = $1(one, other)
+% Whether $2 is the text, or which elements are, of a cell in a row. Of others the host says it.
+answer = same_text(one, other);
+if ~answer
+    if numel($2) == 0
+        answer = given_to('strcmp');
+    elseif is_line($2)
+        answer = false;
+    elseif holds_texts($2) & size($2, 1) == 1
+        found = 0*(1:numel($2));
+        for k = 1:numel($2)
+            if same_text($2(k), $3)
+                found(k) = 1;
+            end
+        end
+        answer = found == 1;
+    else
+        answer = given_to('strcmp');
+    end
+end
+)";
+
 // Words: the function, how long an element is, its characters that count, what they do.
 const char StrMatch[] = R"(function places = $1(text, cells, option)
 % Which elements are texts that $4 the text.
@@ -290,11 +313,16 @@ end
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
     {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
-    {"isequal", 2, 2, 1, NEEDS_TEXTS, nullptr, IsEqualText, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, IsEqualText, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, IsEqualText, {}},
     {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST, nullptr, StrcmpInTest,
      {"is_same_text", "one", "other"}},
     {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpInTest,
      {"has_same_text", "other", "one"}},
+    {"strcmp", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, StrcmpAsValue, {"which_same_text", "one", "other"}},
+    {"strcmp", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, StrcmpAsValue, {"same_text_which", "other", "one"}},
+    {"which_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpAsValue, {"which_same_text", "one", "other"}},
+    {"same_text_which", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpAsValue, {"same_text_which", "other", "one"}},
     {"is_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest,
      {"is_same_text", "one", "other"}},
     {"has_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest,
@@ -306,6 +334,8 @@ constexpr LibrarySource Rows[] = {
      {"is_alike_text", "is_same_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpiOf,
      {"has_alike_text", "has_same_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, StrcmpiOf, {"which_alike_text", "which_same_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, StrcmpiOf, {"alike_text_which", "same_text_which"}},
     {"strmatch", 2, 2, 1, NEEDS_CELL_SECOND, nullptr, StrMatch,
      {"strmatch", ">=", "part(1:numel(text))", "begin with"}},
     {"strmatch", 3, 3, 1, NEEDS_CELL_SECOND | NEEDS_EXACT, nullptr, StrMatch,
