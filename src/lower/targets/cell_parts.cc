@@ -86,20 +86,32 @@ bool may_list_ones(const Node *arguments) {
     return true;
 }
 
+// The list that an argument is, of so many after base; one that runs to the end is written so.
+const char *list_text(mExpr *argument, const char *base, int number, int count) {
+    if (!is_range(argument) || argument->range->stop) return plain_value(argument)->text;
+    const mRange *range = argument->range;
+    const char *last = last_position_text(base, number, count);
+    return form_text("Vector[row]([seq(%s..%s,%s)])",
+                     {range->start->text, last, range->step->text});
+}
+
 // The lists get names, as they are asked for their lengths; answers whether all have one element.
-const char *name_lists(const Node *arguments, ExprList *index) {
+const char *name_lists(const Node *arguments, const char *base, ExprList *index) {
     const char *condition = nullptr;
     vExpr *cell = index->first;
+    int number = 0;
+    int count = count_children(arguments);
     for (const Node *child = arguments->first_child; child;
          child = child->next, cell = cell->next) {
+        number++;
         if (is_surely_single(child)) continue;
         if (without_parens(child)->kind != NODE_NAME) {
             const char *name = new_temporary();
-            put_line("%s := %s;", {name, plain_value(cell->item)->text});
+            put_line("%s := %s;", {name, list_text(cell->item, base, number, count)});
             cell->item = new_leaf(name);
         }
-        const char *count = form_text("ArrayNumElems(%s,'All')", {cell->item->text});
-        const char *test = count_condition(count, OP_EQ, 1);
+        const char *length = form_text("ArrayNumElems(%s,'All')", {cell->item->text});
+        const char *test = count_condition(length, OP_EQ, 1);
         condition = condition ? form_text("%s and %s", {condition, test}) : test;
     }
     return condition;
@@ -108,7 +120,7 @@ const char *name_lists(const Node *arguments, ExprList *index) {
 // Whether the lists hold one position each shows at run time.
 mExpr *lower_listed_part(const char *base, const Node *arguments) {
     ExprList index = lower_repeated_index(arguments, base);
-    const char *condition = name_lists(arguments, &index);
+    const char *condition = name_lists(arguments, base, &index);
     const char *part = new_temporary();
     const char *text = new_element_node(base, VARIABLE_INDEX, index.first)->text;
     put_line("if %s then", {condition});
