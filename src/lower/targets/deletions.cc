@@ -87,6 +87,14 @@ bool is_used_as_cell(const Node *target) {
 // the element in the host.
 bool leaves_cell(const Node *target) { return is_cell_base(target) || is_used_as_cell(target); }
 
+// Whether it may leave a cell: of what nobody knows, and never makes an array of.
+bool may_leave_cell(const Node *target) {
+    const Node *base = target->first_child;
+    const Node *holder = base;
+    while (holder->next != last_selector(target)) holder = holder->next;
+    return holder == base ? may_be_cell(base) : may_be(value_of(holder), MAY_BE_CELL);
+}
+
 // What a deletion of the first or the last element leaves; null for any other position, and where
 // that is surely no cell. A range leaves a cell also of one element.
 const char *range_left(const Node *target, const Node *arguments) {
@@ -94,16 +102,21 @@ const char *range_left(const Node *target, const Node *arguments) {
     bool is_first = is_one(position);
     if (position->next || (!is_first && position->kind != NODE_END)) return nullptr;
     bool is_field = target->first_child->next != arguments;
-    if (!is_field && !leaves_cell(target)) return nullptr;
+    if (!is_field && !leaves_cell(target) && !may_leave_cell(target)) return nullptr;
     return is_first ? "2.." : "1..-2";
 }
 
-void put_cell_left(const Target *target, const char *base, const mExpr *positions) {
+constexpr const char *CELL_OF_ONE = "rtable([%s(%s)],subtype='Vector[row]')";
+constexpr const char *PART_OF_ONE = "%s(%s(1)..%s(1))";  // of an array, too
+
+// form: what is written where one element is left.
+void put_cell_left(const Target *target, const char *base, const mExpr *positions,
+                   const char *form) {
     const char *left = new_temporary();
     put_line("%s := %s;", {left, positions->text});
     put_line("if %s then",
              {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    put_inner_value(target, form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left}));
+    put_inner_value(target, form_text(form, {base, left, left}));
     put_line("else", {});
     put_inner_value(target, form_text("%s(%s)", {base, left}));
     put_line("end if;", {});
@@ -145,6 +158,9 @@ void put_deletion(const Node *assignment) {
         return put_value(&target, form_text("%s(%s)", {base, range}));
     mExpr *positions = remaining_positions(base, arguments, selecting);
     int count = count_children(arguments);
-    if (count == 1 && leaves_cell(node)) return put_cell_left(&target, base, positions);
+    if (count == 1 && leaves_cell(node))
+        return put_cell_left(&target, base, positions, CELL_OF_ONE);
+    if (count == 1 && may_leave_cell(node))
+        return put_cell_left(&target, base, positions, PART_OF_ONE);
     put_value(&target, selection(base, positions, selecting, count));
 }

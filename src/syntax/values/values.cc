@@ -354,8 +354,21 @@ const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel"
                                     "size",       "find", "sum",  "max", "min",      "cell2mat",
                                     "str2double", "abs",  "mod",  "rem", "linspace", nullptr};
 
+// x(x > 0): what is compared is no cell, nor are its parts.
+bool is_compared_part(const Node *node) {
+    if (node->kind != NODE_REFERENCE || node->first_child->kind != NODE_NAME) return false;
+    const Node *arguments = node->first_child->next;
+    const Node *mask = arguments->kind == NODE_ARGUMENTS ? arguments->first_child : nullptr;
+    if (!mask || mask->next || mask->kind != NODE_CHAIN) return false;
+    bool is_comparison = mask->op > OPERATOR_AND && mask->op <= OPERATOR_GREATER;
+    const Node *left = mask->first_child;
+    bool is_same = left->kind == NODE_NAME && left->symbol == node->first_child->symbol;
+    return is_comparison && is_same && !arguments->next;
+}
+
 bool is_array(const Node *node) {
     node = without_parens(node);
+    if (is_compared_part(node)) return true;
     switch (node->kind) {
         case NODE_MATRIX: return node->first_child && !is_cell(node, Asker{});
         case NODE_NUMBER:
