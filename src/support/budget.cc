@@ -12,7 +12,9 @@ namespace {
 constexpr int64_t MEGABYTE = 1 << 20;
 constexpr int64_t PER_SOURCE_BYTE = 2000;
 
-int64_t Budget;
+constexpr int64_t OF_EVERY_RUN = 256 * MEGABYTE;
+
+int64_t Budget = OF_EVERY_RUN;
 int64_t Used;  // below 0 where blocks of nobody's run are given back
 bool IsFixed;  // sources do not widen it
 
@@ -27,7 +29,7 @@ bool IsFixed;  // sources do not widen it
 }  // namespace
 
 void begin_budget() {
-    Budget = 256 * MEGABYTE;
+    Budget = OF_EVERY_RUN;
     Used = 0;
     IsFixed = false;
 }
