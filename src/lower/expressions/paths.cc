@@ -300,10 +300,12 @@ Path value_path(const Node *reference, const Node *end) {
     Path path = base->kind == NODE_REFERENCE ? value_path(base, nullptr)
                                              : begin_value(base, &selectors, &is_package);
     if (is_function(base) && !path.is_call) add_members(&path, base, &selectors, is_package);
-    while (selectors.next != end) {
+    const Node *before = reference->first_child;
+    while (before->next != selectors.next) before = before->next;
+    for (; selectors.next != end; before = before->next) {
         const Node *selector = take(&selectors);
         path.is_call |= repeats_too_much(&path, selector);
-        add_selector(&path, selector, may_be_called(reference->first_child, selector));
+        add_selector(&path, selector, may_be_called(before));
     }
     return path;
 }

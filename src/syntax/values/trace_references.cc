@@ -177,16 +177,13 @@ bool may_be_list(const Node *element) {
     return false;
 }
 
-bool may_be_called(const Node *base, const Node *selector) {
+bool may_be_called(const Node *before) {
+    const Node *selector = before->next;
     if (selector->kind != NODE_ARGUMENTS || is_surely_index(selector->first_child)) return false;
-    if (base->next != selector) {
-        const Node *before = base->next;
-        while (before->next != selector) before = before->next;
-        return before->kind == NODE_FIELD && may_be(value_of(before), MAY_BE_FUNCTION);
-    }
-    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
-    bool may_be_function = may_be(value_of(base), MAY_BE_FUNCTION);
-    return may_be_function && !is_surely_data(base->symbol, nullptr);
+    if (!may_be(value_of(before), MAY_BE_FUNCTION)) return false;
+    if (before->kind == NODE_FIELD) return true;
+    return before->kind == NODE_NAME && is_variable(before->symbol) &&
+           !is_surely_data(before->symbol, nullptr);
 }
 
 void trace_selectors(Node *reference) {

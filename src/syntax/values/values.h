@@ -14,9 +14,9 @@ bool is_surely_single(const Node *expression);
  * range, a colon, a literal of several elements, a comparison, or a variable with such values. */
 bool is_surely_several(const Node *expression);
 
-/* Whether the selector, one after the base of a reference, may call a function that a variable or
- * a field holds. */
-bool may_be_called(const Node *base, const Node *selector);
+/* Whether the selector after a base, or after another selector, may call a function that a variable
+ * or a field holds. */
+bool may_be_called(const Node *before);
 
 /* Whether the variable, a NAME, holds a cell here. Where the ways to this place differ: braces are
  * used after it somewhere or a cell is assigned to it, and nothing that is surely none. */
