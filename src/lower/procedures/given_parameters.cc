@@ -134,6 +134,28 @@ GivenCheck find_given_check(const Scope *scope, const Node *first) {
     return check;
 }
 
+namespace {
+
+// Whether the block only assigns variables, as those of defaults do.
+bool only_assigns(const Node *block) {
+    for (const Node *child = block->first_child; child; child = child->next)
+        if (child->kind != NODE_COMMENT && !is_plain_assignment(child)) return false;
+    return true;
+}
+
+// Whether nobody can see the statement but by the variables that it sets.
+bool is_harmless(const Node *statement) {
+    if (statement->kind != NODE_IF) return is_plain_assignment(statement);
+    for (const Node *branch = statement->first_child; branch; branch = branch->next) {
+        bool is_else = branch->kind == NODE_ELSE;
+        if (!is_else && may_act(branch->first_child)) return false;
+        if (!only_assigns(is_else ? branch->first_child : second_child(branch))) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 bool is_given_after(const GivenCheck *check, const Scope *scope, const Symbol *parameter) {
     constexpr uint32_t ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
@@ -148,7 +170,7 @@ bool is_read_at_once(const Node *first, const Symbol *parameter) {
         const Node *evaluated = first_evaluated(node);
         FirstDeed deed = evaluated ? first_deed(evaluated, parameter) : DOES_NOTHING;
         if (deed == READS_IT) return true;
-        if (!is_plain_assignment(node) || mentions(node, parameter)) return false;
+        if (!is_harmless(node) || mentions(node, parameter)) return false;
     }
     return false;
 }
