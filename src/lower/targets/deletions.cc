@@ -106,17 +106,18 @@ const char *range_left(const Node *target, const Node *arguments) {
     return is_first ? "2.." : "1..-2";
 }
 
-constexpr const char *CELL_OF_ONE = "rtable([%s(%s)],subtype='Vector[row]')";
-constexpr const char *PART_OF_ONE = "%s(%s(1)..%s(1))";  // of an array, too
+// What is written where one element of a cell is left; a range where it may be an array, too.
+const char *one_left(const char *base, const char *left, bool is_cell) {
+    return is_cell ? form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left})
+                   : form_text("%s(%s(1)..%s(1))", {base, left, left});
+}
 
-// form: what is written where one element is left.
-void put_cell_left(const Target *target, const char *base, const mExpr *positions,
-                   const char *form) {
+void put_cell_left(const Target *target, const char *base, const mExpr *positions, bool is_cell) {
     const char *left = new_temporary();
     put_line("%s := %s;", {left, positions->text});
     put_line("if %s then",
              {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    put_inner_value(target, form_text(form, {base, left, left}));
+    put_inner_value(target, one_left(base, left, is_cell));
     put_line("else", {});
     put_inner_value(target, form_text("%s(%s)", {base, left}));
     put_line("end if;", {});
@@ -158,9 +159,8 @@ void put_deletion(const Node *assignment) {
         return put_value(&target, form_text("%s(%s)", {base, range}));
     mExpr *positions = remaining_positions(base, arguments, selecting);
     int count = count_children(arguments);
-    if (count == 1 && leaves_cell(node))
-        return put_cell_left(&target, base, positions, CELL_OF_ONE);
-    if (count == 1 && may_leave_cell(node))
-        return put_cell_left(&target, base, positions, PART_OF_ONE);
+    bool is_cell = leaves_cell(node);
+    if (count == 1 && (is_cell || may_leave_cell(node)))
+        return put_cell_left(&target, base, positions, is_cell);
     put_value(&target, selection(base, positions, selecting, count));
 }
