@@ -2,7 +2,8 @@
  * write comes near, so that a source that means harm costs its own run and nothing else.
  *
  * Counted are tracked blocks and those of the plain heap, by the sizes that the system gives them.
- * A run that would go beyond ends with an error at the place that has been reached. */
+ * A tracked block or a text that would go beyond ends the run, with an error at the place that has
+ * been reached; a plain one does not, as what takes it may have to give other things back first. */
 #pragma once
 
 #include <stddef.h>
