@@ -18,12 +18,18 @@ namespace {
 
 constexpr std::size_t CHOICES = 6;
 
-/* A folder that the next input finds empty. */
-const std::string &folder() {
-    static const std::string path = "/dev/shm/fuzz_program." + std::to_string(getpid());
-    std::filesystem::remove_all(path);
-    std::filesystem::create_directories(path + "/private");
-    return path;
+/* The folder of the files, which goes with the process. */
+struct Folder {
+    const std::string path = "/dev/shm/fuzz_program." + std::to_string(getpid());
+    ~Folder() { std::filesystem::remove_all(path); }
+};
+
+/* Each input finds it empty. */
+const std::string &empty_folder() {
+    static const Folder folder;
+    std::filesystem::remove_all(folder.path);
+    std::filesystem::create_directories(folder.path + "/private");
+    return folder.path;
 }
 
 /* main calls a to h, the last of which is private. */
@@ -92,7 +98,7 @@ void answer_oddly(StandInHost &host, unsigned char choice, int leaves_at) {
 
 void run_program(StandInHost &host, const unsigned char *choice, std::string_view sources) {
     static const ErrorExit exits[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
-    const std::string &path = folder();
+    const std::string &path = empty_folder();
     write_files(path, sources);
     answer_oddly(host, choice[2], choice[3]);
     host.answer_otherwise(odd_answer(host.values(), choice[4]));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 
 #include "cli/config/configuration_search.h"
 #include "cli/support/processors.h"
@@ -37,6 +38,17 @@ const Configuration &configuration_of(const Options &options, const std::string 
                                         : options.configurations->of_file(path);
 }
 
+std::vector<std::string> folders_of(const std::vector<std::string> &paths) {
+    std::set<std::string> folders;
+    for (const std::string &path : paths) {
+        std::error_code none;
+        const bool is_folder = fs::is_directory(path, none);
+        const std::string folder = is_folder ? path : fs::path(path).parent_path().string();
+        folders.insert(folder.empty() ? "." : folder);
+    }
+    return {folders.begin(), folders.end()};
+}
+
 }  // namespace
 
 void configure_run(Options &options, const Configuration &configuration) {
@@ -58,6 +70,7 @@ std::vector<const Rules *> rules_of_paths(const Options &options) {
 }
 
 void configure(Options &options, bool is_batch) {
+    if (options.is_untrusted) options.given_folders = folders_of(options.paths);
     options.configurations = std::make_shared<ConfigurationSearch>(
         options.rule_files, !options.without_configuration && !options.is_untrusted);
     const Configuration &configuration =

@@ -92,6 +92,9 @@ struct Options {
     /* Whether the sources may mean harm: nothing of their tree is followed out of it, and nothing
      * in it is an option. */
     bool is_untrusted = false;
+    /* The folders in which files may then be read: those given, by themselves or by a file in them.
+     */
+    std::vector<std::string> given_folders;
     /* The names of the options that are given, without dashes: a configuration sets others. */
     std::set<std::string> given;
     /* The configurations of all sources; of the one that is translated, the rules, and the files

@@ -71,20 +71,6 @@ struct Observer<METHOD> {
     }
 };
 
-/* Those that the user has given, each by itself or by a file in it. */
-std::vector<std::string> given_folders(const Source &source, const Options &wanted) {
-    std::vector<std::string> folders = source.directories;
-    std::vector<std::string> paths = wanted.paths;
-    if (paths.empty() && wanted.file) paths = {*wanted.file};
-    for (const std::string &path : paths) {
-        std::error_code none;
-        const bool is_folder = std::filesystem::is_directory(path, none);
-        folders.push_back(is_folder ? path : std::filesystem::path(path).parent_path().string());
-        if (folders.back().empty()) folders.back() = ".";
-    }
-    return folders;
-}
-
 /* What the library tells of a run, and asks, while it goes on. */
 class RunWatch {
 public:
@@ -138,8 +124,9 @@ private:
 
     bool is_inside(const char *path) const {
         if (source_.copy && path == source_.argument) return true;
-        return std::ranges::any_of(given_folders(source_, wanted_),
-                                   [=](const auto &folder) { return is_within(folder, path); });
+        const auto holds = [=](const std::string &folder) { return is_within(folder, path); };
+        return std::ranges::any_of(source_.directories, holds) ||
+               std::ranges::any_of(wanted_.given_folders, holds);
     }
 
     void note_message(const Message *message) { messages_.add(*message); }

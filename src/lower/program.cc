@@ -55,7 +55,7 @@ void write_functions(bool is_script) {
         const Node *comments = comments_above(start, function->node);
         if (!is_script) write_outside(start, comments);
         Lines lines = {};
-        start = after_function(function->node);
+        start = after_trailing_comments(function->node);
         lower_function(function, comments, &lines);
         write_lines(&lines);
     }

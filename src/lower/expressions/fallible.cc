@@ -8,6 +8,7 @@
 #include "lower/program/context.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/value.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -78,19 +79,13 @@ bool is_total(const Node *name) {
     return function && function->is_total && !has_function(name);
 }
 
-const char *const KindTests[] = {"isnumeric", "ischar",   "iscell", "iscellstr", "isstruct",
-                                 "islogical", "isfloat",  "isreal", "isobject",  "isinteger",
-                                 "isa",       "isscalar", "class"};
-
 bool is_kind_test(const Node *reference, const Symbol *symbol) {
     const Node *base = reference->first_child;
     const Node *arguments = base->next;
     if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS) return false;
     const Node *first = arguments->first_child;
-    if (!first || first->kind != NODE_NAME || first->symbol != symbol) return false;
-    for (const char *test : KindTests)
-        if (strcmp(test, base->text) == 0) return true;
-    return false;
+    bool is_of_it = first && first->kind == NODE_NAME && first->symbol == symbol;
+    return is_of_it && tells_kind(base->text);
 }
 
 // Whether the expression asks of which kind the variable is.

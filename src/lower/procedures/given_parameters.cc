@@ -3,6 +3,7 @@
 
 #include "lower/expressions/earlier_calls.h"
 #include "lower/expressions/fallible.h"
+#include "lower/program/called_functions.h"
 #include "lower/statements/raised_errors.h"
 #include "syntax/values/given_counts.h"
 
@@ -11,7 +12,12 @@ namespace {
 // Functions begin with their checks, and read their parameters early.
 constexpr int32_t MOST_STATEMENTS = 40;
 
-// The error or return with which a block ends, if nothing in front of it may leave the function.
+// Longer statements, and functions of more parameters, are not looked through.
+constexpr uint32_t LONGEST_STATEMENT = 2000;
+constexpr int32_t MOST_PARAMETERS = 64;
+
+// The error or return with which a block ends, if nothing in front of it may leave the function;
+// else null.
 const Node *leaving_statement(const Node *block) {
     for (const Node *child = block->first_child; child; child = child->next) {
         if (raises_error(child) || child->kind == NODE_RETURN) return child;
@@ -22,30 +28,24 @@ const Node *leaving_statement(const Node *block) {
     return nullptr;
 }
 
-// How many arguments the function has been given where it goes on after the statement; 0 where
-// that tells nothing.
-int32_t least_given_after(const Node *statement) {
-    if (statement->kind == NODE_EXPRESSION) return given_after(statement->first_child).least;
-    if (statement->kind != NODE_IF || statement->first_child->next) return 0;
-    const Node *condition = statement->first_child->first_child;
-    return leaving_statement(condition->next) ? given_where(condition, false).least : 0;
+// The way out of the function of an if that does nothing else; else null.
+const Node *way_out(const Node *statement) {
+    bool is_alone = statement->kind == NODE_IF && !statement->first_child->next;
+    return is_alone ? leaving_statement(second_child(statement->first_child)) : nullptr;
 }
 
-// Whether the statement only leaves the function, for some numbers of arguments.
-bool is_check(const Node *statement) {
-    if (statement->kind != NODE_IF) return least_given_after(statement) > 0;
-    if (statement->first_child->next) return false;
-    const Node *condition = statement->first_child->first_child;
-    GivenCounts given = given_where(condition, false);
-    bool tells = given.least > 0 || given.most < INT32_MAX;
-    return tells && leaving_statement(condition->next);
+bool calls_own_function(const Node *expression) {
+    const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
+    return name->kind == NODE_NAME && has_function(name);
 }
 
-// Whether a way out of the function stands in the statement, which needs its outputs.
-bool may_return(const Node *statement) {
-    if (statement->kind != NODE_IF) return false;
-    const Node *leaving = leaving_statement(second_child(statement->first_child));
-    return leaving && leaving->kind == NODE_RETURN;
+// How many arguments the function has been given where it goes on after a statement that may only
+// leave it.
+GivenCounts given_after_check(const Node *statement) {
+    if (way_out(statement)) return given_where(statement->first_child->first_child, false);
+    bool is_call =
+        statement->kind == NODE_EXPRESSION && !calls_own_function(statement->first_child);
+    return is_call ? given_after(statement->first_child) : ANY_COUNTS;
 }
 
 bool is_mentioned(const Node *first, const Node *last, const Symbol *parameter) {
@@ -55,10 +55,14 @@ bool is_mentioned(const Node *first, const Node *last, const Symbol *parameter) 
     }
 }
 
+// Whether one of the first parameters is used in the statements up to a check; a return uses the
+// outputs.
 bool is_needed(const Node *first, const Node *last, const Scope *scope, int32_t least) {
+    const Node *out = way_out(last);
+    bool returns = out && out->kind == NODE_RETURN;
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (symbol->position == 0 || symbol->position > least) continue;
-        if (may_return(last) && (symbol->flags & SYMBOL_OUTPUT)) return true;
+        if (returns && (symbol->flags & SYMBOL_OUTPUT)) return true;
         if (is_mentioned(first, last, symbol)) return true;
     }
     return false;
@@ -104,38 +108,6 @@ FirstDeed first_deed(const Node *node, const Symbol *parameter) {
     return deed == DOES_NOTHING ? first_deed(child, parameter) : deed;
 }
 
-}  // namespace
-
-// Names of captured variables are other symbols.
-bool mentions(const Node *node, const Symbol *symbol) {
-    if (is_named(node) && node->text == symbol->name) return true;
-    for (const Node *child = first_child(node); child; child = child->next)
-        if (mentions(child, symbol)) return true;
-    return false;
-}
-
-bool is_plain_assignment(const Node *statement) {
-    return statement->kind == NODE_ASSIGN && statement->first_child->kind == NODE_NAME &&
-           !may_act(second_child(statement));
-}
-
-GivenCheck find_given_check(const Scope *scope, const Node *first) {
-    GivenCheck check = {nullptr, 0};
-    if (scope->owner->kind != NODE_FUNCTION || scope->creator) return check;
-    int32_t count = 0;
-    for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
-        if (node->kind == NODE_COMMENT || is_plain_assignment(node)) continue;
-        if (!is_check(node)) return check;
-        int32_t least = least_given_after(node);
-        if (least <= check.least) continue;
-        if (is_needed(first, node, scope, least)) return check;
-        check = {node, least};
-    }
-    return check;
-}
-
-namespace {
-
 // Whether the block only assigns variables, as those of defaults do.
 bool only_assigns(const Node *block) {
     for (const Node *child = block->first_child; child; child = child->next)
@@ -156,6 +128,36 @@ bool is_harmless(const Node *statement) {
 
 }  // namespace
 
+// Names of captured variables are other symbols.
+bool mentions(const Node *node, const Symbol *symbol) {
+    if (is_named(node) && node->text == symbol->name) return true;
+    for (const Node *child = first_child(node); child; child = child->next)
+        if (mentions(child, symbol)) return true;
+    return false;
+}
+
+bool is_plain_assignment(const Node *statement) {
+    return statement->kind == NODE_ASSIGN && statement->first_child->kind == NODE_NAME &&
+           !may_act(second_child(statement));
+}
+
+GivenCheck find_given_check(const Scope *scope, const Node *first) {
+    GivenCheck check = {nullptr, 0};
+    bool is_plain = scope->owner->kind == NODE_FUNCTION && !scope->creator;
+    if (!is_plain || scope->parameters > MOST_PARAMETERS) return check;
+    int32_t count = 0;
+    for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
+        if (node->length > LONGEST_STATEMENT) return check;
+        if (node->kind == NODE_COMMENT || is_plain_assignment(node)) continue;
+        GivenCounts given = given_after_check(node);
+        if (!tells_counts(given)) return check;
+        if (given.least <= check.least) continue;
+        if (is_needed(first, node, scope, given.least)) return check;
+        check = {node, given.least};
+    }
+    return check;
+}
+
 bool is_given_after(const GivenCheck *check, const Scope *scope, const Symbol *parameter) {
     constexpr uint32_t ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
@@ -164,8 +166,10 @@ bool is_given_after(const GivenCheck *check, const Scope *scope, const Symbol *p
 }
 
 bool is_read_at_once(const Node *first, const Symbol *parameter) {
+    if (parameter->scope->parameters > MOST_PARAMETERS) return false;
     int32_t count = 0;
     for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
+        if (node->length > LONGEST_STATEMENT) return false;
         if (node->kind == NODE_COMMENT) continue;
         const Node *evaluated = first_evaluated(node);
         FirstDeed deed = evaluated ? first_deed(evaluated, parameter) : DOES_NOTHING;

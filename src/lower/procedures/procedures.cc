@@ -107,7 +107,7 @@ void put_nested_functions(const Node *first) {
         start = node->next;
         Symbol *name = child_of_kind(node, NODE_NAME)->symbol;
         add_procedure(Lowering.lines, Lowering.level, node, written_name(name));
-        lower_siblings(node->next, after_function(node), Lowering.level);
+        lower_siblings(node->next, after_trailing_comments(node), Lowering.level);
         add_line(Lowering.lines, Lowering.level, "");
     }
 }
@@ -133,9 +133,10 @@ const Node *after_help(const Node *first) {
 void put_statements(const Prelude *prelude, const Node *first) {
     const Node *check = prelude->check.statement;
     if (!check) return put_pieces(first);
-    lower_more_siblings(first, check->next);
+    const Node *rest = after_trailing_comments(check);
+    lower_more_siblings(first, rest);
     put_checked_parameters(prelude);
-    put_pieces(check->next);
+    put_pieces(rest);
 }
 
 // Help text, nested functions, what the parameters need, the body, the results.
@@ -209,7 +210,7 @@ void put_pieces(const Node *first) {
     for (const Node *node = first; node; node = node->next) {
         if (node->kind != NODE_FUNCTION) continue;
         lower_more_siblings(start, comments_above(start, node));
-        start = after_function(node);
+        start = after_trailing_comments(node);
     }
     lower_more_siblings(start, nullptr);
     close_rest(&Lowering.script.rest);
@@ -222,10 +223,10 @@ const Node *last_return(const Node *body) {
     return last && last->kind == NODE_RETURN ? last : nullptr;
 }
 
-const Node *after_function(const Node *function) {
-    const Node *node = function->next;
-    while (node && node->kind == NODE_COMMENT && has_flag(node, TRAILING)) node = node->next;
-    return node;
+const Node *after_trailing_comments(const Node *node) {
+    const Node *next = node->next;
+    while (next && next->kind == NODE_COMMENT && has_flag(next, TRAILING)) next = next->next;
+    return next;
 }
 
 const Node *comments_above(const Node *first, const Node *function) {
@@ -258,7 +259,7 @@ void lower_function(const FileFunction *function, const Node *comments, Lines *l
     if (comments != node && has_flag(node, BLANK_BEFORE)) add_line(lines, 0, "");
     append_lines(lines, &before);
     append_lines(lines, &procedure);
-    add_comments(lines, node->next, after_function(node));
+    add_comments(lines, node->next, after_trailing_comments(node));
     add_line(lines, 0, "");
 }
 

@@ -28,5 +28,6 @@ const Node *last_return(const Node *body);
 const Node *comments_above(const Node *first, const Node *function);
 /* Puts the statements and comments from first on that belong to no function. */
 void put_pieces(const Node *first);
-/* What follows a function and the comments on the line of its end; null for nothing. */
-const Node *after_function(const Node *function);
+/* What follows a function or statement and the comments on the line of its end; null for nothing.
+ */
+const Node *after_trailing_comments(const Node *node);

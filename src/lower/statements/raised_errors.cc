@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/calls/calls.h"
+#include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "support/allocation.h"
 #include "syntax/names/names.h"
@@ -25,7 +26,8 @@ void put_raised_error(const Node *place, const char *message) {
 bool raises_error(const Node *statement) {
     const Node *call = statement->kind == NODE_EXPRESSION ? statement->first_child : nullptr;
     const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
-    if (!name || name->kind != NODE_NAME || is_variable(name->symbol)) return false;
+    if (!name || name->kind != NODE_NAME || is_variable(name->symbol) || has_function(name))
+        return false;
     bool is_error = strcmp(name->text, "error") == 0 || strcmp(name->text, "rethrow") == 0;
     return is_error && name->next->kind == NODE_ARGUMENTS && name->next->first_child;
 }

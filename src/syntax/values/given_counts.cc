@@ -7,10 +7,9 @@
 #include <algorithm>
 
 #include "syntax/names/names.h"
+#include "syntax/values/value.h"
 
 namespace {
-
-constexpr GivenCounts ANY_COUNTS = {0, INT32_MAX};
 
 bool is_nargin(const Node *node) {
     return node->kind == NODE_NAME && strcmp(node->text, "nargin") == 0 &&
@@ -91,6 +90,7 @@ bool is_call_of(const Node *node, const char *function) {
 
 GivenCounts given_where(const Node *condition, bool is_true) {
     condition = without_parens(condition);
+    if (!is_true && may_be(value_of(condition), MAY_BE_EMPTY)) return ANY_COUNTS;
     if (condition->kind == NODE_PREFIX && condition->op == OPERATOR_NOT)
         return given_where(condition->first_child, !is_true);
     if (condition->kind != NODE_CHAIN) return ANY_COUNTS;

@@ -6,6 +6,7 @@
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -180,10 +181,18 @@ bool is_as_given(const Scope *scope, const Symbol *symbol, uint32_t offset) {
 
 }  // namespace
 
+bool tells_kind(const char *name) {
+    static const char *const others[] = {"isa", "class", "isreal", "isobject", "isscalar"};
+    for (const KindTest &test : KindTests)
+        if (strcmp(test.name, name) == 0) return true;
+    for (const char *other : others)
+        if (strcmp(other, name) == 0) return true;
+    return false;
+}
+
 void assume_given(GivenCounts given, uint32_t offset) {
     const Scope *scope = TracedScope;
-    bool is_told = given.least > 0 || given.most < INT32_MAX;
-    if (!is_told || scope->parameters > MOST_PARAMETERS) return;
+    if (!tells_counts(given) || scope->parameters > MOST_PARAMETERS) return;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (!(symbol->flags & (SYMBOL_PARAMETER | SYMBOL_OUTPUT))) return;
         if (symbol->position == 0 || !may_be(value_now(symbol), MAY_BE_MISSING)) continue;
