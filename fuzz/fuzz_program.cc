@@ -18,19 +18,12 @@ namespace {
 
 constexpr std::size_t CHOICES = 6;
 
-/* The folder of the files, which goes with the process. */
+/* The folder of the files of an input. */
 struct Folder {
     const std::string path = "/dev/shm/fuzz_program." + std::to_string(getpid());
+    Folder() { std::filesystem::create_directories(path + "/private"); }
     ~Folder() { std::filesystem::remove_all(path); }
 };
-
-/* Each input finds it empty. */
-const std::string &empty_folder() {
-    static const Folder folder;
-    std::filesystem::remove_all(folder.path);
-    std::filesystem::create_directories(folder.path + "/private");
-    return folder.path;
-}
 
 /* main calls a to h, the last of which is private. */
 void write_files(const std::string &path, std::string_view sources) {
@@ -98,7 +91,8 @@ void answer_oddly(StandInHost &host, unsigned char choice, int leaves_at) {
 
 void run_program(StandInHost &host, const unsigned char *choice, std::string_view sources) {
     static const ErrorExit exits[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
-    const std::string &path = empty_folder();
+    const Folder folder;
+    const std::string &path = folder.path;
     write_files(path, sources);
     answer_oddly(host, choice[2], choice[3]);
     host.answer_otherwise(odd_answer(host.values(), choice[4]));

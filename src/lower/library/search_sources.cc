@@ -121,7 +121,7 @@ end
 )";
 
 // Other characters than a blank that may be cut off are the host's.
-// Words: the function, where it begins.
+// Words: the function, whether the beginning may be cut, what is cut.
 const char Trim[] = R"(function y = $1(x)
 % A text without blanks $3.
 y = x;
