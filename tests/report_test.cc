@@ -212,11 +212,13 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
         {"if x, y = 1;\nelseif f(y) && z % c\nelse\n  eval('(')\nend\n",
          "head 1:1-1:5 1-1\n"
          "statement 1:7-1:12 2-2\n"
-         "head 2:1-2:17 3-10\n"
-         "comment 2:18-2:21 10-10\n"
-         "head 3:1-3:5 11-11\n"
-         "gap 4:3-4:12 12-12\n"
-         "end 5:1-5:4 13-14\n"},
+         "head 2:1-2:17 3-4\n"
+         "comment 2:18-2:21 4-4\n"
+         "head 3:1-3:5 5-5\n"
+         "gap 4:3-4:12 6-6\n"
+         "end 5:1-5:4 7-8\n"
+         "gap 4:3-4:12 9-9\n"
+         "end 5:1-5:4 10-10\n"},
         {"function [a, b] = f(c, varargin)\n% help\nglobal g\nc(1) = 2;\nreturn\nend\n",
          "function 1:1-1:33 1-3\n"
          "comment 2:1-2:7 5-5\n"

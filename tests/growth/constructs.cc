@@ -61,6 +61,8 @@ constexpr Construct ROWS[] = {
     {"", "y = 'text # it''s';\n", "", ""},
     {"", "if x, y = #; end\n", "", ""},
     {"", "if f(x) && g(x), y = #; else, y = 2; end\n", "", ""},
+    {"function f(x)\n", "if x > #, x# = 1; end\n", "", ""},
+    {"if x(1)", " || x(#)", ", y = 1; end\n", ""},
     {"", "for k = 1:3, y(k) = #; end\n", "", ""},
     {"", "for k = c, y = #; end\n", "", ""},
     {"", "while f(x), x = #; if x, break, end, end\n", "", ""},

@@ -113,14 +113,14 @@ Test lower_test(const Node *node) {
     return is_plain_comparison(node) ? lower_comparison(node) : lower_value(node);
 }
 
-TestApart lower_test_apart(const Node *condition) {
+TestApart lower_test_apart(const Node *condition, int deeper) {
     TestApart apart = {};
     Lines *outer = Lowering.lines;
     int32_t procedures = Lowering.inner_procedures;
     Lowering.lines = &apart.needed;
-    Lowering.level++;
+    Lowering.level += deeper;
     apart.test = lower_test(condition);
-    Lowering.level--;
+    Lowering.level -= deeper;
     Lowering.lines = outer;
     apart.is_short = !apart.needed.first && Lowering.inner_procedures == procedures;
     return apart;

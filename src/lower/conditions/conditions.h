@@ -10,13 +10,14 @@
  * lines of the statement. */
 Test lower_test(const Node *condition);
 
-/* A test, and the lines that it needs in front, one level deeper than the statement's. */
+/* A test, and the lines that it needs in front. */
 struct TestApart {
     Test test;
     Lines needed;
     bool is_short; /* none are needed, and it holds no procedure of several lines */
 };
-TestApart lower_test_apart(const Node *condition);
+/* deeper: how many levels deeper than the statement's the lines are. */
+TestApart lower_test_apart(const Node *condition, int deeper);
 
 /* An expression of which only matters whether it is true, outside of brackets. */
 mExpr *lower_tested(const Node *node);

@@ -2,6 +2,7 @@
 #include "lower/lines/comments.h"
 
 #include <assert.h>
+#include <string.h>
 
 #include "lower/lines/origins.h"
 #include "lower/lines/pieces.h"
@@ -20,6 +21,7 @@ void put_comment(const Node *comment, Line *trailed) {
     Origin *outer = begin_origin(COMMENT_LINES, comment);
     if (trailed && has_flag(comment, TRAILING)) {
         trailed->text = form_text("%s %s", {trailed->text, text});
+        trailed->trailing += strlen(text) + 1;
         if (CurrentOrigin) CurrentOrigin->also = trailed->origin;
         trailed->origin = CurrentOrigin;
     } else {

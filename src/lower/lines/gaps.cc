@@ -21,6 +21,12 @@ void report_gap(MessageId id, const Node *node, std::initializer_list<const char
     if (Lowering.gap == MESSAGE_COUNT) Lowering.gap = id;
 }
 
+static const char GAP_LINE[] = "# not translated (%s %s): %s";
+
+bool is_gap_line(const Line *line) {
+    return strncmp(line->text, GAP_LINE, strcspn(GAP_LINE, "%")) == 0;
+}
+
 namespace {
 
 bool is_line_end(char c) { return c == '\n' || c == '\r'; }
@@ -53,7 +59,7 @@ void put_gap(const Node *node, MessageId id) {
     const MessageRow *row = &MessageTable[id];
     const char *source = CurrentFile->source->text;
     SourceLines lines = {source + node->offset, source + end_of(node)};
-    put_line("# not translated (%s %s): %s", {row->code, row->name, next_line(&lines)});
+    put_line(GAP_LINE, {row->code, row->name, next_line(&lines)});
     while (lines.at < lines.end) {
         const char *line = next_line(&lines);
         put_line("%s%s", {*line ? "# " : "#", line});

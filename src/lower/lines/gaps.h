@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "diagnose/messages.h"
+#include "lower/lines/lines.h"
 #include "syntax/tree/tree.h"
 
 /* Reports a message about the node, in the file that is being lowered. */
@@ -15,3 +16,5 @@ void report_gap(MessageId id, const Node *node, std::initializer_list<const char
 void put_gap(const Node *node, MessageId id);
 /* The same of a node BAD, whose error has been reported. */
 void put_bad(const Node *node);
+/* Whether the line is the first one of either. */
+bool is_gap_line(const Line *line);

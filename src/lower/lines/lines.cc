@@ -44,9 +44,18 @@ void write_margin(const Line *line) {
 void add_line(Lines *lines, int level, const char *text) {
     assert(level >= 0);
     Line *line = AllocRecord<Line>();
-    *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin};
+    *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin, 0};
     Lines one = {line, line};
     append_lines(lines, &one);
+}
+
+void add_line_again(Lines *lines, int level, const Line *line) {
+    size_t length = strlen(line->text) - line->trailing;
+    add_line(lines, level, line->trailing ? KeepText(line->text, length) : line->text);
+    lines->last->comment = line->comment;
+    Origin *origin = line->origin;
+    while (line->trailing && origin && origin->kind == COMMENT_LINES) origin = origin->also;
+    lines->last->origin = origin;
 }
 
 void append_lines(Lines *lines, Lines *more) {
@@ -138,7 +147,8 @@ Line *split_line(Line *line, const char *end) {
     const char *rest = end + 1 + strspn(end + 1, " ");
     Line *second = AllocRecord<Line>();
     int32_t blanks = static_cast<int32_t>(rest - end - 1);
-    *second = {blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next, line->origin};
+    *second = {
+        blanks / static_cast<int32_t>(INDENT), NO_COMMENT, rest, line->next, line->origin, 0};
     line->text = KeepText(line->text, static_cast<size_t>(end - line->text));
     line->next = second;
     return second;

@@ -15,7 +15,8 @@ struct Line {
     int32_t comment; /* level of the # that makes a comment of the line; NO_COMMENT for none */
     const char *text;
     Line *next;
-    Origin *origin; /* null when nobody observes it, or for lines that come from nowhere */
+    Origin *origin;  /* null when nobody observes it, or for lines that come from nowhere */
+    size_t trailing; /* bytes at the end of the text that are comments after the code */
 };
 constexpr int32_t NO_COMMENT = -1;
 
@@ -28,6 +29,8 @@ struct Lines {
 /* Puts a line of the current origin after the others; the text is kept by the caller until the run
  * ends. */
 void add_line(Lines *lines, int level, const char *text);
+/* Puts a copy of the line, without the comments after its code, after the others. */
+void add_line_again(Lines *lines, int level, const Line *line);
 /* Moves the lines of more after the others, and empties it. */
 void append_lines(Lines *lines, Lines *more);
 /* Writes the lines, with their indentation and ends, into the output text, and tells of them

@@ -9,8 +9,6 @@
 
 namespace {
 
-void open_where(const Node *condition, bool is_true);
-
 void close_branches(int outermost) {
     for (; Lowering.level > outermost; Lowering.level--) put_line("end if;", {});
     put_line("end if;", {});
@@ -18,50 +16,44 @@ void close_branches(int outermost) {
 
 void open_if(const Test *test) { put_line("if %s then", {test_text(test)}); }
 
-Test test_where(const Node *condition, bool is_true) {
-    Test test = lower_test(condition);
-    return is_true ? test : negate_test(&test);
-}
-
 bool is_asked_apart(const Node *chain, const Node *side) {
     return can_side_fail(chain, side) || needs_branches(side);
 }
 
-// One if for a side and those after it that cannot fail, up to the side end. Answers the next one.
-const Node *open_together(const Node *chain, const Node *side, bool is_true, const Node *end) {
-    JoinedTests joined = {};
-    joined.is_and = true;
-    do {
-        Test test = test_where(side, is_true);
-        append_test(&joined, &test);
-        side = side->next;
-    } while (side != end && !is_asked_apart(chain, side));
-    Test test = join_tests(&joined);
-    open_if(&test);
-    return side;
-}
+int open_where(BranchWord word, const Node *condition, bool is_true);
 
 // Up to the side end (not included; null for all). What puts lines is out of line: the frames of
 // nested conditions stay small.
-[[gnu::noinline]] void open_sides(const Node *chain, bool is_true, const Node *end) {
-    for (const Node *side = chain->first_child; side != end;) {
-        if (side != chain->first_child) Lowering.level++;
+[[gnu::noinline]] int open_sides(BranchWord word, const Node *chain, bool is_true,
+                                 const Node *end) {
+    int outermost = -1;
+    for (const Node *side = chain->first_child; side != end; word = BRANCH_IF) {
+        if (outermost >= 0) Lowering.level++;
+        int level;
         if (needs_branches(side)) {
-            open_where(side, is_true);
+            level = open_where(word, side, is_true);
             side = side->next;
         } else {
-            side = open_together(chain, side, is_true, end);
+            TestApart apart = side_tests(chain, &side, is_true, true, word, end);
+            level = put_branch_test(word, &apart);
         }
+        if (outermost < 0) outermost = level;
     }
+    return outermost;
 }
 
-// Opens ifs in which the condition is true, or is not.
-void open_where(const Node *node, bool is_true) {
+[[gnu::noinline]] int open_one(BranchWord word, const Node *condition, bool is_true) {
+    TestApart apart = branch_test(condition, is_true, word);
+    return put_branch_test(word, &apart);
+}
+
+// Opens branches in which the condition is true, or is not. Answers the level of the outermost.
+int open_where(BranchWord word, const Node *node, bool is_true) {
     node = without_parens(node);
-    if (is_negation(node)) return open_where(node->first_child, !is_true);
-    if (needs_branches(node) && is_and(node) == is_true) return open_sides(node, is_true, nullptr);
-    Test test = test_where(node, is_true);
-    open_if(&test);
+    if (is_negation(node)) return open_where(word, node->first_child, !is_true);
+    if (needs_branches(node) && is_and(node) == is_true)
+        return open_sides(word, node, is_true, nullptr);
+    return open_one(word, node, is_true);
 }
 
 // A variable that holds one value where the condition is true, else the other.
@@ -70,7 +62,7 @@ void open_where(const Node *node, bool is_true) {
     const char *name = new_temporary();
     put_line("%s := %s;", {name, is_conjunction ? no : yes});
     int level = Lowering.level;
-    open_where(condition, is_conjunction);
+    open_where(BRANCH_IF, condition, is_conjunction);
     put_inner_line("%s := %s;", {name, is_conjunction ? yes : no});
     close_branches(level);
     return name;
@@ -86,7 +78,7 @@ void put_break_if(const Node *node, bool is_true) {
         return;
     }
     int level = Lowering.level;
-    open_where(node, is_true);
+    open_where(BRANCH_IF, node, is_true);
     put_inner_line("break;", {});
     close_branches(level);
 }
@@ -96,7 +88,7 @@ const char *decide_by_last(const Node *chain, const Node *last) {
     const char *name = new_temporary();
     put_line("%s := %s;", {name, is_and(chain) ? "false" : "true"});
     int level = Lowering.level;
-    open_sides(chain, is_and(chain), last);
+    open_sides(BRANCH_IF, chain, is_and(chain), last);
     Lowering.level++;
     const char *value = lower_tested(last)->text;
     put_line("%s := %s;", {name, is_truth(last) ? value : value_condition(value)});
@@ -107,7 +99,45 @@ const char *decide_by_last(const Node *chain, const Node *last) {
 
 }  // namespace
 
-void open_branches(const Node *condition) { open_where(condition, true); }
+TestApart branch_test(const Node *condition, bool is_true, BranchWord word) {
+    TestApart apart = lower_test_apart(condition, word == BRANCH_ELIF);
+    if (!is_true) apart.test = negate_test(&apart.test);
+    return apart;
+}
+
+TestApart side_tests(const Node *chain, const Node **side, bool is_true, bool is_and,
+                     BranchWord word, const Node *end) {
+    TestApart apart = branch_test(*side, is_true, word);
+    JoinedTests joined = {};
+    joined.is_and = is_and;
+    append_test(&joined, &apart.test);
+    while ((*side = (*side)->next) != end && !is_asked_apart(chain, *side)) {
+        TestApart next = branch_test(*side, is_true, word);
+        append_test(&joined, &next.test);
+        append_lines(&apart.needed, &next.needed);
+        apart.is_short &= next.is_short;
+    }
+    apart.test = join_tests(&joined);
+    return apart;
+}
+
+int put_branch_test(BranchWord word, TestApart *apart) {
+    if (word == BRANCH_ELIF && apart->is_short) {
+        put_line("elif %s then", {test_text(&apart->test)});
+        return Lowering.level;
+    }
+    if (word == BRANCH_ELIF) {
+        put_line("else", {});
+        Lowering.level++;
+    }
+    append_lines(Lowering.lines, &apart->needed);
+    open_if(&apart->test);
+    return Lowering.level;
+}
+
+int open_branches(BranchWord word, const Node *condition, bool is_true) {
+    return open_where(word, condition, is_true);
+}
 
 void put_break_unless(const Node *condition) { put_break_if(condition, false); }
 void put_break_where(const Node *condition) { put_break_if(condition, true); }

@@ -4,6 +4,7 @@
 #include "lower/lines/lines.h"
 #include "lower/procedures/defaults.h"
 #include "lower/program/context.h"
+#include "lower/statements/alternatives.h"
 #include "lower/statements/branches.h"
 #include "lower/statements/statements.h"
 
@@ -14,35 +15,51 @@ bool is_alone(const Node *node) {
     return !node->first_child->next && node != Lowering.script.guard;
 }
 
-void put_head(const char *word, const Test *test) {
-    put_line("%s %s then", {word, test_text(test)});
+BranchWord word_of(const Node *node, const Node *branch) {
+    return branch == node->first_child ? BRANCH_IF : BRANCH_ELIF;
 }
 
-void put_first_branch(const Node *node) {
-    const Node *condition = node->first_child->first_child;
-    if (is_alone(node)) return open_branches(condition);
-    Test test = lower_test(condition);
-    put_head("if", &test);
-}
-
-void open_else() {
-    put_line("else", {});
-    Lowering.level++;
-}
-
-// A condition that needs lines, in front or for a procedure in it, begins a new if inside of an
-// else.
-void put_next_branch(const Node *branch) {
+// A condition that is not the last one is one test: what comes after it stands in its else.
+void put_branch_head(const Node *node, const Node *branch) {
     const Node *condition = branch->first_child;
-    if (!branch->next && needs_branches(condition)) {
-        open_else();
-        return open_branches(condition);
+    BranchWord word = word_of(node, branch);
+    bool is_last = !branch->next && node != Lowering.script.guard;
+    if (is_last) {
+        open_branches(word, condition, true);
+        return;
     }
-    TestApart apart = lower_test_apart(condition);
-    if (apart.is_short) return put_head("elif", &apart.test);
-    open_else();
-    append_lines(Lowering.lines, &apart.needed);
-    put_head("if", &apart.test);
+    TestApart apart = branch_test(condition, true, word);
+    put_branch_test(word, &apart);
+}
+
+// Answers the last branch that has been put.
+const Node *put_branch(const Node *node, const Node *branch) {
+    const Node *condition = branch->first_child;
+    const Node *block = second_child(branch);
+    const Node *next = branch->next;
+    BranchWord word = word_of(node, branch);
+    bool is_free = node != Lowering.script.guard;
+    bool is_last = !next && !has_given_values(node);
+    if (is_free && may_be_alternatives(condition, block, is_last)) {
+        put_alternatives(word, condition, block);
+        return branch;
+    }
+    bool has_else = next && next->kind == NODE_ELSE;
+    if (is_free && has_else && may_have_each_else(condition, next->first_child)) {
+        int outermost = open_branches(word, condition, true);
+        if (Lowering.gap != MESSAGE_COUNT) return next;
+        lower_block(block);
+        put_each_else(next->first_child, outermost);
+        return next;
+    }
+    put_branch_head(node, branch);
+    if (Lowering.gap == MESSAGE_COUNT) lower_block(block);
+    return branch;
+}
+
+void put_else(const Node *branch) {
+    put_line("else", {});
+    lower_block(branch->first_child);
 }
 
 }  // namespace
@@ -57,26 +74,23 @@ static bool guards_only(const Node *node) {
 static void put_guard(const Node *node) {
     Test test = lower_test(node->first_child->first_child);
     Test opposite = negate_test(&test);
-    put_head("if", &opposite);
+    put_line("if %s then", {test_text(&opposite)});
     lower_block(second_child(node->first_child));
 }
 
 void put_if(const Node *node) {
     if (guards_only(node)) return put_guard(node);
+    if (put_asked_default(node)) return;
     int level = Lowering.level;
     bool stays_open = node == Lowering.script.guard;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {
-        if (branch == node->first_child) {
-            put_first_branch(node);
-        } else if (branch->kind == NODE_ELSE) {
-            put_line("else", {});
-        } else {
-            put_next_branch(branch);
-        }
+        if (branch->kind == NODE_ELSE)
+            put_else(branch);
+        else
+            branch = put_branch(node, branch);
         if (Lowering.gap != MESSAGE_COUNT) break;
-        lower_block(branch->kind == NODE_ELSE ? branch->first_child : second_child(branch));
     }
-    if (is_alone(node) && Lowering.level == level) put_given_values(node);
+    if (is_alone(node)) put_given_values(node);
     for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
     put_line(stays_open ? "else" : "end if;", {});
 }

@@ -159,7 +159,7 @@ void put_while_head(const Node *condition) {
         Lowering.level--;
         return;
     }
-    TestApart apart = lower_test_apart(condition);
+    TestApart apart = lower_test_apart(condition, 1);
     if (apart.is_short) return put_line("while %s do", {test_text(&apart.test)});
     put_line("while true do", {});
     Lowering.level++;
