@@ -79,6 +79,7 @@ constexpr Form Forms[] = {
     {"stacked",  2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(1, seq({1},qxrp_i=1..{2}))"},
     {"joined",   2, FOR_LIBRARY | IN_PACKAGE, "ArrayTools:-Concatenate(2, seq({1},qxrp_i=1..{2}))"},
     {"row_of",   1, FOR_LIBRARY, "Vector[row]([{1}])"},
+    {"from_to",  3, FOR_LIBRARY, "{1}({2}..{3})"},
     {"cells_of", 1, FOR_LIBRARY, "rtable([{1}],subtype='Vector[row]')"},
     {"called",   2, FOR_LIBRARY, "seq({1}({2}(qxrp_i)),qxrp_i=1..ArrayNumElems({2},'All'))"},
     {"called",   3, FOR_LIBRARY,

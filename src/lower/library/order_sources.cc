@@ -212,6 +212,23 @@ else
 end
 )";
 
+const char Remaining[] = R"(function places = remaining(count, gone)
+% The positions from 1 to count but those that are gone.
+places = 1:count;
+places = left_positions(places, places(gone));
+)";
+
+// A range leaves a cell also of one element.
+const char Without[] = R"(function y = without(x, gone)
+% The elements of an array or a cell but those that are gone.
+left = remaining(numel(x), gone);
+if numel(left) == 1
+    y = from_to(x, left(1), left(1));
+else
+    y = x(left);
+end
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -230,6 +247,9 @@ constexpr LibrarySource Rows[] = {
     {"intersect", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Intersect, {}},
     {"setxor", 2, 2, 1, NEEDS_NO_TEXT, nullptr, SetXor, {}},
     {"setdiff", 2, 2, 1, NEEDS_NO_TEXT, nullptr, Selection, {"setdiff", "0"}},
+    {"remaining", 2, 2, 1, FOR_LIBRARY, nullptr, Remaining, {}},
+    {"%remaining", 2, 2, 1, NEEDS_NOTHING, nullptr, Remaining, {}},
+    {"%without", 2, 2, 1, NEEDS_NOTHING, nullptr, Without, {}},
 };
 // clang-format on
 

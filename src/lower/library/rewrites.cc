@@ -102,6 +102,11 @@ bool has_field_name(const OfferedCall *call, int count) {
     return !is_surely(value_of(call->first->next), MAY_BE_CELL | ARITHMETIC);
 }
 
+// What a deletion leaves, as the host says it.
+mExpr *leave_positions(const OfferedCall *call) {
+    return meets_needs(call, FOR_LIBRARY) ? new_keyword_call("setdiff", call->values) : nullptr;
+}
+
 // s.name or s.(name).
 mExpr *take_field(const OfferedCall *call) {
     if (!has_field_name(call, 2)) return nullptr;
@@ -167,6 +172,7 @@ constexpr Rewrite Rewrites[] = {
     {"feval",    false, true,  call_function},
     {"builtin",  false, true,  call_builtin},
     {"given_to", false, true,  call_with_all},
+    {"left_positions", false, false, leave_positions},
     {"getfield", false, false, take_field},
     {"setfield", false, false, set_field},
     {"isfield",  false, false, ask_field},

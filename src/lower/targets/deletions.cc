@@ -4,6 +4,7 @@
 #include <assert.h>
 
 #include "lower/conditions/host_conditions.h"
+#include "lower/library/source_calls.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
@@ -12,6 +13,7 @@
 #include "syntax/values/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
+#include "translate/ranges.h"
 
 namespace {
 
@@ -50,18 +52,24 @@ const char *number_of_positions(const char *base, int argument, int count) {
     return form_text("rhs(ArrayDims(%s)[%s])", {base, number_text(argument)});
 }
 
-// setdiff(qxrp_1, qxrp_1(k)), where qxrp_1 holds all positions.
-mExpr *remaining_positions(const char *base, const Node *arguments, int selecting) {
-    int count = count_children(arguments);
-    const char *all = new_temporary();
-    put_line("%s := Vector[row]([seq(1..%s)]);",
-             {all, number_of_positions(base, selecting, count)});
-    EndBase at = {base, selecting, count, nullptr};
-    mExpr *selected = lower_position(nth_child(arguments, selecting), &at);
-    vExpr *position = alloc_vExpr(plain_value(selected));
-    const mExpr *gone = new_element_node(all, VARIABLE_INDEX, position);
-    free_vExpr(position);
-    return new_keyword_call("setdiff", {all, gone->text});
+// a:end, which an index leaves open, as a value.
+mExpr *closed_range(mExpr *position, const char *count) {
+    const mRange *range = is_range(position) ? position->range : nullptr;
+    if (!range || range->stop) return position;
+    return new_call_leaf(new_seq_node(range->start, range->step, new_leaf(count), nullptr)->text);
+}
+
+// Calls a function that the front end brings along, of what is deleted from and what is selected.
+mExpr *call_with_selected(const char *row, const char *first, const char *count,
+                          const Node *arguments, const EndBase *at) {
+    mExpr *selected = lower_position(nth_child(arguments, at->argument), at);
+    ExprList values = {};
+    append_expr(&values, new_leaf(first));
+    append_expr(&values, closed_range(selected, count));
+    OfferedCall call = {nullptr, nullptr, values.first, 2, 1, false};
+    mExpr *result = new_source_call(row, &call);
+    free_vExpr(values.first);
+    return result;
 }
 
 const char *selection(const char *base, mExpr *positions, int selecting, int count) {
@@ -106,23 +114,6 @@ const char *range_left(const Node *target, const Node *arguments) {
     return is_first ? "2.." : "1..-2";
 }
 
-// What is written where one element of a cell is left; a range where it may be an array, too.
-const char *one_left(const char *base, const char *left, bool is_cell) {
-    return is_cell ? form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, left})
-                   : form_text("%s(%s(1)..%s(1))", {base, left, left});
-}
-
-void put_cell_left(const Target *target, const char *base, const mExpr *positions, bool is_cell) {
-    const char *left = new_temporary();
-    put_line("%s := %s;", {left, positions->text});
-    put_line("if %s then",
-             {count_condition(form_text("ArrayNumElems(%s,'All')", {left}), OP_EQ, 1)});
-    put_inner_value(target, one_left(base, left, is_cell));
-    put_line("else", {});
-    put_inner_value(target, form_text("%s(%s)", {base, left}));
-    put_line("end if;", {});
-}
-
 // What is indexed; the value of a field .(e) gets a name first.
 const char *base_text(const Target *target) {
     Path path = begin_path(target_value(target), target->field != nullptr);
@@ -157,10 +148,12 @@ void put_deletion(const Node *assignment) {
     const char *base = base_text(&target);
     if (const char *range = range_left(node, arguments))
         return put_value(&target, form_text("%s(%s)", {base, range}));
-    mExpr *positions = remaining_positions(base, arguments, selecting);
-    int count = count_children(arguments);
-    bool is_cell = leaves_cell(node);
-    if (count == 1 && (is_cell || may_leave_cell(node)))
-        return put_cell_left(&target, base, positions, is_cell);
-    put_value(&target, selection(base, positions, selecting, count));
+    EndBase at = {base, selecting, count_children(arguments), nullptr, true};
+    const char *all = number_of_positions(base, selecting, at.count);
+    if (at.count == 1 && (leaves_cell(node) || may_leave_cell(node))) {
+        const mExpr *left = call_with_selected("%without", base, all, arguments, &at);
+        return put_value(&target, left->text);
+    }
+    mExpr *positions = call_with_selected("%remaining", all, all, arguments, &at);
+    put_value(&target, selection(base, positions, selecting, at.count));
 }
