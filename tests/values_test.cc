@@ -5,9 +5,9 @@
 
 #include "diagnose/messages.h"
 #include "driver/run.h"
+#include "syntax/library/library_table.h"
 #include "syntax/parse/parser.h"
 #include "syntax/print_tree.h"
-#include "syntax/values/library_values.h"
 #include "syntax/values/print_value.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace_function.h"
@@ -92,7 +92,8 @@ TEST(Values, are_traced_through_statements) {
 }
 
 TEST(Values, of_the_library_are_found_by_name) {
-    const std::string page = read_file(MTRANSLATE_SOURCE_DIR "/src/syntax/values/library_table.cc");
+    const std::string page =
+        read_file(MTRANSLATE_SOURCE_DIR "/src/syntax/library/library_table.cc");
     static const std::regex row("\n    \\{\"(\\w+)\", ");
     std::string before;
     for (std::sregex_iterator at(page.begin(), page.end(), row), end; at != end; ++at) {

@@ -19,6 +19,7 @@
 #include "lower/program/host_words.h"
 #include "lower/targets/shared_parts.h"
 #include "support/allocation.h"
+#include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
 #include "translate/host_queries.h"
@@ -52,11 +53,8 @@ bool is_truth_value(const char *name) {
     return strcmp(name, "true") == 0 || strcmp(name, "false") == 0;
 }
 
-const char *const EvalNames[] = {"eval", "evalin", "evalc", "assignin"};
-
 void check_eval(const Node *name) {
-    for (const char *eval : EvalNames)
-        if (strcmp(eval, name->text) == 0) report_gap(EVAL_GAP, name, {name->text});
+    if (has_trait(name->text, TAKES_CODE)) report_gap(EVAL_GAP, name, {name->text});
 }
 
 // A global that is asked for before it is set is empty in MATLAB, and has no value here.

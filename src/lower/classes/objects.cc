@@ -8,6 +8,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/program_files.h"
+#include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"
 
@@ -19,16 +20,9 @@ constexpr int DEEPEST = 12;  // of expressions in one another, and of variables'
 
 const char *class_at(const Node *node, int depth);
 
-// Functions whose values are numbers or texts whatever they are given; none when a class has its
-// own.
-const char *const PLAIN_FUNCTIONS[] = {"nargin", "nargout", "numel",    "length",  "isempty",
-                                       "isa",    "ischar",  "iscell",   "isfield", "strcmp",
-                                       "class",  "pi",      "inputname"};
-
+// None when a class has its own.
 bool is_plain_function(const char *name) {
-    for (const char *plain : PLAIN_FUNCTIONS)
-        if (strcmp(plain, name) == 0) return !find_method(nullptr, name);
-    return false;
+    return has_trait(name, NEVER_OBJECT) && !find_method(nullptr, name);
 }
 
 // class(s, 'name'): within a package the class whose folder the file is in.
@@ -71,19 +65,6 @@ const char *class_of_parts(const Node *node, int depth) {
     return NO_OBJECT;
 }
 
-// The functions that an operator between a number and an object calls, among others: their first
-// argument need not be the object.
-const char *const MIXED_METHODS[] = {
-    "plus",  "minus",  "times", "mtimes",  "rdivide", "mrdivide", "ldivide", "mldivide",
-    "power", "mpower", "lt",    "le",      "gt",      "ge",       "eq",      "ne",
-    "and",   "or",     "colon", "horzcat", "vertcat", "cat",      "subsasgn"};
-
-bool may_begin_with_another(const char *method) {
-    for (const char *mixed : MIXED_METHODS)
-        if (strcmp(mixed, method) == 0) return true;
-    return false;
-}
-
 // The object with which a method is called.
 bool is_object_parameter(const Symbol *symbol) {
     const SourceFile *file = CurrentFile;
@@ -91,7 +72,7 @@ bool is_object_parameter(const Symbol *symbol) {
         return false;
     if (symbol->scope->owner != file->functions->node) return false;
     if (file->stem == name_in_package(file->place.name)) return false;
-    return symbol->scope->parameters == 1 || !may_begin_with_another(file->stem);
+    return symbol->scope->parameters == 1 || !has_trait(file->stem, IS_OPERATOR);
 }
 
 struct Join {

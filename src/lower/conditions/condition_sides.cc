@@ -4,7 +4,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/fallible.h"
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 static bool is_chain_between(const Node *node, OperatorId first, OperatorId last) {
     return node->kind == NODE_CHAIN && node->op >= first && node->op <= last;

@@ -11,7 +11,7 @@
 #include "lower/program/context.h"
 #include "lower/statements/branches.h"
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "lower/expressions/operands.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 /* Lets texts be the numbers of their characters, as MATLAB does, where the host would take them as
  * a whole: left and right of the operator op, whose values are known as far as left_value and

@@ -6,20 +6,11 @@
 #include "lower/expressions/expressions.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
-#include "syntax/values/library_values.h"
-#include "syntax/values/value.h"
+#include "syntax/library/library_table.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 
 namespace {
-
-const char *const Constants[] = {"true", "false", "pi", "eps", "Inf",    "inf",
-                                 "NaN",  "nan",   "i",  "j",   "nargin", "nargout"};
-
-bool is_constant(const char *name) {
-    for (const char *constant : Constants)
-        if (strcmp(constant, name) == 0) return true;
-    return false;
-}
 
 // A longer expression is not looked through for every name.
 constexpr uint32_t LONGEST_LOOK = 256;
@@ -65,7 +56,7 @@ bool can_name_fail(const Node *name, const Node *evaluated) {
     constexpr uint32_t SET_ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     const Symbol *symbol = name->symbol;
-    if (!is_variable(symbol)) return !is_constant(name->text);
+    if (!is_variable(symbol)) return !has_trait(name->text, IS_CONSTANT);
     bool may_be_missing = symbol->position > 0 ? may_parameter_be_missing(name, evaluated)
                                                : may_be(value_of(name), MAY_BE_MISSING) &&
                                                      !(symbol->flags & SET_ELSEWHERE);
@@ -75,8 +66,7 @@ bool can_name_fail(const Node *name, const Node *evaluated) {
 
 bool is_total(const Node *name) {
     if (name->kind != NODE_NAME || is_variable(name->symbol)) return false;
-    const LibraryFunction *function = library_function(name->text);
-    return function && function->is_total && !has_function(name);
+    return has_trait(name->text, IS_TOTAL) && !has_function(name);
 }
 
 bool is_kind_test(const Node *reference, const Symbol *symbol) {
@@ -85,7 +75,7 @@ bool is_kind_test(const Node *reference, const Symbol *symbol) {
     if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS) return false;
     const Node *first = arguments->first_child;
     bool is_of_it = first && first->kind == NODE_NAME && first->symbol == symbol;
-    return is_of_it && tells_kind(base->text);
+    return is_of_it && has_trait(base->text, TELLS_KIND);
 }
 
 // Whether the expression asks of which kind the variable is.
@@ -133,7 +123,9 @@ bool can_reference_fail(const Node *reference, const Node *evaluated) {
 
 }  // namespace
 
-bool is_unknown_function(const Node *name) { return !is_constant(name->text) && !is_total(name); }
+bool is_unknown_function(const Node *name) {
+    return !has_trait(name->text, IS_CONSTANT) && !is_total(name);
+}
 
 bool can_fail(const Node *node, const Node *evaluated) {
     switch (node->kind) {

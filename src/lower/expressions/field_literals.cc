@@ -6,17 +6,14 @@
 #include "lower/expressions/expressions.h"
 #include "lower/lines/gaps.h"
 #include "lower/program/host_words.h"
+#include "syntax/library/library_table.h"
 
 namespace {
-
-const char *const FieldFunctions[] = {"isfield", "getfield", "setfield", "rmfield"};
 
 // Whether argument k, from 1, is a field's name.
 bool is_field_argument(const char *function, int k) {
     if (strcmp(function, "struct") == 0) return k % 2 == 1;
-    for (const char *name : FieldFunctions)
-        if (k == 2 && strcmp(name, function) == 0) return true;
-    return false;
+    return k == 2 && has_trait(function, TAKES_FIELD);
 }
 
 void rename(const Node *literal, vExpr *cell) {

@@ -6,7 +6,7 @@
 #include "lower/expressions/expressions.h"
 #include "support/row_index.h"
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 namespace {
 

@@ -6,8 +6,9 @@
 
 #include "lower/expressions/expressions.h"
 #include "lower/program/program_files.h"
+#include "syntax/library/library_table.h"
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 
 namespace {
@@ -81,13 +82,7 @@ bool has_usual_weight(const OfferedCall *call) {
 
 // Of each two elements by themselves.
 bool is_pairing(const Node *argument) {
-    constexpr const char *NAMES[] = {"plus", "minus", "times", "rdivide", "ldivide", "power",
-                                     "eq",   "ne",    "lt",    "le",      "gt",      "ge",
-                                     "and",  "or",    "max",   "min",     "rem",     "mod"};
-    if (argument->kind != NODE_HANDLE) return false;
-    for (const char *name : NAMES)
-        if (strcmp(argument->text, name) == 0) return true;
-    return false;
+    return argument->kind == NODE_HANDLE && has_trait(argument->text, PAIRS_ELEMENTS);
 }
 
 bool has_texts_after(const OfferedCall *call) {

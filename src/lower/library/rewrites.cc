@@ -19,7 +19,7 @@
 #include "support/row_index.h"
 #include "syntax/names/names.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "translate/indices.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"

@@ -6,7 +6,7 @@
 #include "lower/calls/keyword_calls.h"
 #include "lower/expressions/expressions.h"
 #include "lower/library/source_calls.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "translate/text_forms.h"
 
 namespace {

@@ -16,6 +16,7 @@
 #include "lower/program/host_words.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 
 bool CallsFromProcedure;
@@ -115,19 +116,11 @@ const char *describe_creator(const Node *creator) {
     return form_text("'%s' on line %s may create it", {name->text, line});
 }
 
-// Functions that stand for a value as a rule; nobody loads them.
-bool is_constant(const char *name) {
-    static const char *const constants[] = {"pi",  "eps", "Inf", "inf",     "NaN",     "nan",
-                                            "gcf", "gca", "e",   "realmax", "realmin", "lasterr",
-                                            "now", "pwd", "toc", "rand",    "randn",   "gcbf"};
-    for (const char *constant : constants)
-        if (strcmp(constant, name) == 0) return true;
-    return false;
-}
-
+// What mostly stands for a value of MATLAB's own nobody loads.
 void report_unknown(const Node *place, bool is_in_class) {
     Source *source = CurrentFile->source;
-    bool is_value = (place->symbol->flags & SYMBOL_IS_VALUE) && !is_constant(place->text);
+    bool is_value =
+        (place->symbol->flags & SYMBOL_IS_VALUE) && !has_trait(place->text, STANDS_FOR_VALUE);
     const Node *creator =
         is_value ? creator_of(Lowering.scope, place->text, place->offset) : nullptr;
     if (creator) {

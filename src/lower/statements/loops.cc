@@ -13,7 +13,7 @@
 #include "lower/statements/statements.h"
 #include "lower/targets/shared_parts.h"
 #include "lower/targets/targets.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 
 namespace {

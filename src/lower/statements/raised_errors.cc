@@ -7,6 +7,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "support/allocation.h"
+#include "syntax/library/library_table.h"
 #include "syntax/names/names.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
@@ -28,6 +29,6 @@ bool raises_error(const Node *statement) {
     const Node *name = call && call->kind == NODE_REFERENCE ? call->first_child : nullptr;
     if (!name || name->kind != NODE_NAME || is_variable(name->symbol) || has_function(name))
         return false;
-    bool is_error = strcmp(name->text, "error") == 0 || strcmp(name->text, "rethrow") == 0;
-    return is_error && name->next->kind == NODE_ARGUMENTS && name->next->first_child;
+    return has_trait(name->text, RAISES_ERROR) && name->next->kind == NODE_ARGUMENTS &&
+           name->next->first_child;
 }

@@ -19,7 +19,8 @@
 #include "lower/targets/shared_parts.h"
 #include "lower/targets/targets.h"
 #include "support/allocation.h"
-#include "syntax/values/value.h"
+#include "syntax/library/library_table.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 #include "translate/assignment.h"
 #include "translate/text_forms.h"
@@ -50,13 +51,9 @@ const char *compound_value(const Target *target, const Node *node) {
 }
 
 // Functions that ask their first argument for as many results as they are asked for.
-const char *const Appliers[] = {"arrayfun", "cellfun", "structfun", "feval"};
-
 bool is_applier(const Node *base) {
-    if (base->kind != NODE_NAME || is_variable(base->symbol)) return false;
-    for (const char *applier : Appliers)
-        if (strcmp(applier, base->text) == 0) return true;
-    return false;
+    return base->kind == NODE_NAME && !is_variable(base->symbol) &&
+           has_trait(base->text, APPLIES_FUNCTION | CALLS_FUNCTION);
 }
 
 // The function that several results of a value are asked of: the value itself, which is called

@@ -13,7 +13,7 @@
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
 

@@ -10,7 +10,7 @@
 #include "lower/program/context.h"
 #include "lower/targets/targets.h"
 #include "syntax/names/field_uses.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 #include "translate/indices.h"
 #include "translate/ranges.h"

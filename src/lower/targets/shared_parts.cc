@@ -6,8 +6,8 @@
 #include "lower/expressions/expressions.h"
 #include "run/run_state.h"
 #include "syntax/names/names.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/shapes.h"
-#include "syntax/values/value.h"
 #include "translate/text_forms.h"
 
 namespace {

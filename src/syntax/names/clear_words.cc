@@ -3,11 +3,12 @@
 
 #include <string.h>
 
+#include "syntax/scan/spellings.h"
+
 namespace {
 
 bool is_clearing(const Node *name) {
-    return name->kind == NODE_NAME &&
-           (strcmp(name->text, "clear") == 0 || strcmp(name->text, "clearvars") == 0);
+    return name->kind == NODE_NAME && is_known_to(name->text, CLEARS_VARIABLES);
 }
 
 bool are_texts(const Node *first) {

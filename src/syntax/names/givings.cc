@@ -7,6 +7,7 @@
 
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
+#include "syntax/scan/spellings.h"
 
 /* An assignment of a variable as a whole. */
 struct Giving {
@@ -75,16 +76,6 @@ bool has_captured(const Scope *scope) {
     return false;
 }
 
-// Functions that may read any variable of their caller.
-bool may_read_all(const char *name) {
-    static const char *const readers[] = {"eval", "evalc",  "evalin",  "run",
-                                          "save", "source", "keyboard"};
-    if (!strchr("ersk", *name)) return false;
-    for (const char *reader : readers)
-        if (strcmp(name, reader) == 0) return true;
-    return false;
-}
-
 }  // namespace
 
 void note_giving(Givings *givings, const Node *assignment, const Node *loop,
@@ -98,7 +89,7 @@ void note_giving(Givings *givings, const Node *assignment, const Node *loop,
 }
 
 void note_unseen_uses(Givings *givings, const Node *name) {
-    if (!may_read_all(name->text)) return;
+    if (!is_known_to(name->text, READS_VARIABLES)) return;
     givings->last = nullptr;
     givings->last_unseen = end_of(name);
 }

@@ -91,7 +91,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     note_braces(base);
     walk_nodes(walk, base->next);
-    if (strcmp(base->text, "exist") != 0) return;
+    if (!is_known_to(base->text, ASKS_PRESENCE)) return;
     const Node *asked = base->next->first_child;
     if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;
     if (*asked->text) note_asking(walk, asked);

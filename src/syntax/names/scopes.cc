@@ -20,23 +20,14 @@ struct Capture {
 
 namespace {
 
-struct SpecialName {
-    const char *name;
-    ScopeFlag flag;
-};
-
-// Functions that tell about the call; ORDER does not matter.
-constexpr SpecialName SPECIAL_NAMES[] = {
-    {"nargin", READS_NARGIN},      {"nargout", READS_NARGOUT}, {"narginchk", READS_NARGIN},
-    {"nargoutchk", READS_NARGOUT}, {"nargchk", READS_NARGIN},  {"exist", ASKS_EXIST},
-};
-
-// Flags that reading the function of a name brings.
+// Flags that reading the function of a name brings: those that tell about the call.
 uint32_t special_flags(const char *name) {
-    if (*name != 'n' && *name != 'e') return 0;
-    for (const SpecialName &special : SPECIAL_NAMES)
-        if (strcmp(name, special.name) == 0) return special.flag;
-    return 0;
+    uint32_t traits = spelling_of(name)->traits;
+    uint32_t flags = 0;
+    if (traits & ASKS_INPUTS) flags |= READS_NARGIN;
+    if (traits & ASKS_OUTPUTS) flags |= READS_NARGOUT;
+    if (traits & ASKS_PRESENCE) flags |= ASKS_EXIST;
+    return flags;
 }
 
 void append_symbol(Scope *scope, Symbol *symbol) {
@@ -332,13 +323,8 @@ static const Node *leading_name(const Node *statement) {
 }
 
 static bool creates_variables(const Node *statement) {
-    static const char *const creators[] = {"load", "eval",   "evalc", "evalin", "assignin",
-                                           "run",  "source", "syms",  "uiopen"};
     const Node *name = leading_name(statement);
-    if (!name || !strchr("leasru", *name->text)) return false;
-    for (const char *creator : creators)
-        if (strcmp(name->text, creator) == 0) return true;
-    return false;
+    return name && is_known_to(name->text, SETS_VARIABLES | RUNS_TEXT);
 }
 
 static void note_word(Scope *scope, const char *text, Node *command) {

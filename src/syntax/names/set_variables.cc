@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "support/allocation.h"
+#include "syntax/scan/spellings.h"
 
 struct SetCell {
     Symbol *symbol;
@@ -44,8 +45,7 @@ bool raises_error(const Node *statement) {
     if (statement->kind != NODE_EXPRESSION) return false;
     const Node *node = statement->first_child;
     if (node->kind == NODE_REFERENCE) node = node->first_child;
-    return node->kind == NODE_NAME &&
-           (strcmp(node->text, "error") == 0 || strcmp(node->text, "rethrow") == 0);
+    return node->kind == NODE_NAME && is_known_to(node->text, RAISES_ERROR);
 }
 
 // Whether what follows the statement of the block is run after it.

@@ -4,6 +4,7 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "syntax/library/library_table.h"
 #include "syntax/scan/tokens.h"
 
 /* What is known of a spelling. Its text, with a NUL, stands after the record. */
@@ -14,6 +15,7 @@ struct Spelling {
     uint32_t function; /* number of the function in which it has become a variable last, or 0 */
     TokenKind keyword; /* the keyword's token, or TOKEN_NAME */
     uint8_t soft;      /* of SoftKeyword: a word that is a keyword at some places only */
+    uint32_t traits;   /* of MATLAB's function of that name (library/library_table.h) */
 };
 
 enum SoftKeyword : uint8_t {
@@ -47,4 +49,8 @@ inline const char *interned(const char *name) {
 /* The record of an interned text. */
 inline Spelling *spelling_of(const char *interned) {
     return reinterpret_cast<Spelling *>(const_cast<char *>(interned)) - 1;
+}
+/* Whether MATLAB's function of an interned name has one of the traits. */
+inline bool is_known_to(const char *interned, uint32_t traits) {
+    return (spelling_of(interned)->traits & traits) != 0;
 }

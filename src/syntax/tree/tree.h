@@ -185,7 +185,7 @@ struct Node {
     bool is_given_away; /* NAME as the value of an assignment, after which what the variable held
                            is the target's alone (names/givings.h) */
     uint16_t flags;     /* of NodeFlag */
-    uint16_t value;     /* what its value may be (values/value.h); 0: nothing is known */
+    uint16_t value;     /* what its value may be (tree/value.h); 0: nothing is known */
     uint32_t offset;    /* place in the source: first byte, from 0, and number of bytes */
     uint32_t length;
     union {

@@ -19,18 +19,6 @@ int OpenScripts;
 // A function that runs texts as programs all the time is not followed on and on.
 constexpr int MOST_FORGOTTEN = 1000;
 
-bool is_one_of(const char *name, const char *const *names) {
-    for (; *names; names++)
-        if (**names == *name && strcmp(name, *names) == 0) return true;
-    return false;
-}
-
-bool is_creator(const char *name) {
-    static const char *const creators[] = {"load", "assignin", "run",  "source",
-                                           "syms", "uiopen",   nullptr};
-    return is_one_of(name, creators);
-}
-
 const Node *called_name(const Node *expression) {
     const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
     return name->kind == NODE_NAME && !is_variable(name->symbol) ? name : nullptr;
@@ -113,11 +101,6 @@ void begin_effects() {
 
 bool is_in_called_script() { return OpenScripts > 0; }
 
-bool runs_text(const char *name) {
-    static const char *const runners[] = {"eval", "evalc", "evalin", nullptr};
-    return is_one_of(name, runners);
-}
-
 int times_forgotten() { return Forgotten; }
 
 void forget_all(Value missing) {
@@ -134,7 +117,7 @@ void note_effects(Node *expression) {
     Node *definition = name->symbol->definition;
     bool is_script = definition && definition->kind == NODE_FILE;
     if (is_script) return trace_called_script(definition);
-    if (is_creator(name->text)) return forget_all(0);
+    if (is_known_to(name->text, SETS_VARIABLES)) return forget_all(0);
     LibraryCall call = library_call(expression);
     if (!call.function) return;
     if (is_end(call.function, call.arguments)) end_here();
@@ -156,6 +139,6 @@ void trace_clear(const Node *statement) {
 
 void trace_command(const Node *command) {
     const char *name = command->first_child->text;
-    if (is_creator(name) || runs_text(name)) forget_all(0);
+    if (is_known_to(name, SETS_VARIABLES | RUNS_TEXT)) forget_all(0);
     trace_clear(command);
 }

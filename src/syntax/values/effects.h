@@ -5,9 +5,6 @@
 
 /* A function is begun: no script has been traced, nothing forgotten. */
 void begin_effects();
-/* Whether a call of the function runs a text as a program, which may set variables wherever the
- * call stands. */
-bool runs_text(const char *name);
 /* A call for its effects: of a script, of what sets variables, of what does not return. */
 void note_effects(Node *expression);
 /* Whether the flow is in the statements of a called script. */

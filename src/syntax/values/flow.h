@@ -4,7 +4,7 @@
 #pragma once
 
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 struct Change;
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "syntax/names/names.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 namespace {
 

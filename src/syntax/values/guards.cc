@@ -166,7 +166,7 @@ void assume_existence(Node *reference, bool is_true) {
     if (!asked || asked->kind != NODE_STRING || !*asked->text || !library_of(base)) return;
     const Node *kind = asked->next;
     bool is_of_variables = kind ? kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0
-                                : !library_function(asked->text);
+                                : !library_result(asked->text);
     if (!is_of_variables) return;
     Symbol *symbol = find_symbol(TracedScope, intern(asked->text));
     if (!symbol || !is_traced(symbol) || !is_variable(symbol)) return;
@@ -180,15 +180,6 @@ bool is_as_given(const Scope *scope, const Symbol *symbol, uint32_t offset) {
 }
 
 }  // namespace
-
-bool tells_kind(const char *name) {
-    static const char *const others[] = {"isa", "class", "isreal", "isobject", "isscalar"};
-    for (const KindTest &test : KindTests)
-        if (strcmp(test.name, name) == 0) return true;
-    for (const char *other : others)
-        if (strcmp(other, name) == 0) return true;
-    return false;
-}
 
 void assume_given(GivenCounts given, uint32_t offset) {
     const Scope *scope = TracedScope;

@@ -42,26 +42,11 @@ Value value_of_argument(const Node *argument) {
 
 bool is_last_trace(const TracedCalls *calls) { return calls->trace == calls->caller->traced; }
 
-// Functions that find others at run time, or let texts run.
-bool finds_functions(const char *name) {
-    static const char *const finders[] = {"eval",   "evalc",    "evalin",         "assignin",
-                                          "feval",  "str2func", "localfunctions", "run",
-                                          "source", nullptr};
-    for (const char *const *finder = finders; *finder; finder++)
-        if (strcmp(name, *finder) == 0) return true;
-    return false;
-}
-
-bool applies_function(const char *name) {
-    return strcmp(name, "cellfun") == 0 || strcmp(name, "arrayfun") == 0 ||
-           strcmp(name, "structfun") == 0;
-}
-
 // What a function does with the others of its file.
 bool are_calls_known(const Scope *scope) {
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (is_variable(symbol)) continue;
-        if (finds_functions(symbol->name)) return false;
+        if (is_known_to(symbol->name, FINDS_FUNCTIONS)) return false;
         Summary *summary = symbol->flags & SYMBOL_CALLED ? summary_of(symbol) : nullptr;
         if (summary) summary->is_open = true;
     }
@@ -119,7 +104,7 @@ void note_text(const char *text) {
 }
 
 void note_applied(const char *name, const Node *function) {
-    if (!function || !applies_function(name) || function->kind == NODE_STRING) return;
+    if (!function || !is_known_to(name, APPLIES_FUNCTION) || function->kind == NODE_STRING) return;
     if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
 }
 

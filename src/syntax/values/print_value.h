@@ -2,7 +2,7 @@
 #pragma once
 
 #include "support/long_string.h"
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 /* Appends what a value may be and answers the text's new handle: its kinds with | between them, or
  * any (count: whole numbers from 0 on; whole: of either sign; positive: from 0 on, or NaN); then,

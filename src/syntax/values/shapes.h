@@ -1,7 +1,7 @@
 /* Shapes of results from those of operands. */
 #pragma once
 
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 /* What is known of numbers and arrays when an operator works on them element by element: a text is
  * the row of its characters, and an empty one of no size. */

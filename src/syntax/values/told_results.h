@@ -2,7 +2,7 @@
  * defines, or that the host has in their place. */
 #pragma once
 
-#include "syntax/values/value.h"
+#include "syntax/tree/value.h"
 
 /* The value of a call of a NAME, of a package with the fields that its selectors begin with; null
  * for a bare name. 0 where nobody tells, and of functions of the same file. */

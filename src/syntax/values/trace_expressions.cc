@@ -210,7 +210,7 @@ void trace_all(Node *first) {
 const LibraryFunction *library_of(Node *name) {
     Symbol *symbol = name->symbol;
     if (symbol->library) return symbol->library == &NotMatlab ? nullptr : symbol->library;
-    const LibraryFunction *function = library_function(name->text);
+    const LibraryFunction *function = library_result(name->text);
     if (function && Finders.has(name)) function = nullptr;
     symbol->library = function ? function : &NotMatlab;
     return function;

@@ -1,6 +1,7 @@
 // The values of references: elements, fields, calls.
 #include <string.h>
 
+#include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
@@ -195,9 +196,7 @@ void trace_selectors(Node *reference) {
 static void note_sides(const Node *base) {
     const Node *variable = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
     if (!variable || variable->kind != NODE_NAME || !is_variable(variable->symbol)) return;
-    bool asks_for_sides = strcmp(base->text, "size") == 0 || strcmp(base->text, "rows") == 0 ||
-                          strcmp(base->text, "columns") == 0;
-    if (asks_for_sides) variable->symbol->flags |= SYMBOL_SIDES_ASKED;
+    if (is_known_to(base->text, ASKS_SIDES)) variable->symbol->flags |= SYMBOL_SIDES_ASKED;
 }
 
 Value trace_reference(Node *reference) {
@@ -206,7 +205,7 @@ Value trace_reference(Node *reference) {
     if (is_call) note_sides(base);
     if (!is_call) trace_expression(base);
     trace_selectors(reference);
-    if (is_call && runs_text(base->text)) forget_all(0);
+    if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
     if (is_call) return value_after_call(base);
     return base->kind == NODE_NAME ? value_of_part(base->symbol, base->next) : Value(ANY_VALUE);
 }

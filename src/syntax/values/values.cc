@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "support/allocation.h"
+#include "syntax/library/library_table.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
 
@@ -62,12 +63,6 @@ bool holds_for_all(Symbol *symbol, Question question, Asker asker,
     return holds;
 }
 
-bool is_one_of(const char *name, const char *const *names) {
-    for (; *names; names++)
-        if (**names == *name && strcmp(name, *names) == 0) return true;
-    return false;
-}
-
 // Whether all that the variable holds is in its values.
 bool is_known(const Symbol *symbol) {
     constexpr uint32_t OTHERS =
@@ -107,12 +102,6 @@ namespace {
 constexpr double UNKNOWN = -1e300;
 constexpr double NO_BOUND = 1e300;
 
-const char *const COUNTS[] = {
-    "numel",  "length",  "size", "ndims", "rows",    "columns", "abs",     "find", "nnz", "sqrt",
-    "nargin", "nargout", "true", "false", "isempty", "strcmp",  "isfield", "any",  "all", nullptr};
-const char *const ROUNDERS[] = {"floor", "ceil",  "round", "fix",    "double", "max",
-                                "min",   "int32", "uint8", "uint16", "uint32", nullptr};
-
 double least(const Node *node, Asker asker);
 
 // The least of all arguments: right for min and max alike, when all have a bound.
@@ -129,8 +118,8 @@ double least_argument(const Node *arguments, Asker asker) {
 double least_of_call(const Node *node, Asker asker) {
     Call call = call_of(node);
     if (!call.name) return UNKNOWN;
-    if (is_one_of(call.name, COUNTS)) return 0;
-    if (is_one_of(call.name, ROUNDERS)) return least_argument(call.arguments, asker);
+    if (has_trait(call.name, NEVER_NEGATIVE)) return 0;
+    if (has_trait(call.name, NEVER_BELOW)) return least_argument(call.arguments, asker);
     return UNKNOWN;
 }
 
@@ -262,14 +251,10 @@ bool is_several_name(const Node *name, Asker asker) {
     return holds_for_all(symbol, SEVERAL, asker, is_several_value);
 }
 
-// Functions whose results, as an index, are masks.
-const char *const MASKS[] = {"cellfun", "arrayfun", "ismember", "strcmp",   "strcmpi", "strncmp",
-                             "isnan",   "isinf",    "isfinite", "strncmpi", nullptr};
-
 bool is_several_call(const Node *node) {
     Call call = call_of(node);
     if (!call.name) return false;
-    if (is_one_of(call.name, MASKS)) return true;
+    if (has_trait(call.name, MAKES_MASK)) return true;
     return strcmp(call.name, "find") == 0 && count_of(call.arguments) == 1;
 }
 
@@ -307,10 +292,13 @@ bool is_surely_several(const Node *expression) {
 
 namespace {
 
-const char *const CELL_MAKERS[] = {"cell",    "num2cell",    "fieldnames", "strsplit",
-                                   "cellstr", "struct2cell", "mat2cell",   nullptr};
-
 bool is_cell(const Node *node, Asker asker);
+
+// Whether a function gives cells and nothing else.
+bool makes_cell(const char *name) {
+    const LibraryFunction *function = library_result(name);
+    return function && function->value == MAY_BE_CELL && !function->taken;
+}
 
 // What tells of which kind the value is: in [x(:); 1] and in x(2:3) the variable x.
 const Node *leading_part(const Node *node) {
@@ -343,16 +331,12 @@ bool is_cell(const Node *node, Asker asker) {
         return row && is_cell(row->first_child, inner(asker));
     }
     Call call = call_of(node);
-    if (call.name) return is_one_of(call.name, CELL_MAKERS);
+    if (call.name) return makes_cell(call.name);
     const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     bool is_part = base == node || (base->next->kind == NODE_ARGUMENTS && !base->next->next);
     if (base->kind != NODE_NAME || !is_part || !has_other_value(base->symbol)) return false;
     return holds_for_all(base->symbol, CELL, asker, is_cell_value);
 }
-
-const char *const ARRAY_MAKERS[] = {"zeros",      "ones", "rand", "eye", "numel",    "length",
-                                    "size",       "find", "sum",  "max", "min",      "cell2mat",
-                                    "str2double", "abs",  "mod",  "rem", "linspace", nullptr};
 
 // x(x > 0): what is compared is no cell, nor are its parts.
 bool is_compared_part(const Node *node) {
@@ -381,7 +365,7 @@ bool is_array(const Node *node) {
         default: break;
     }
     Call call = call_of(node);
-    return call.name && is_one_of(call.name, ARRAY_MAKERS);
+    return call.name && has_trait(call.name, NEVER_CELL);
 }
 
 }  // namespace

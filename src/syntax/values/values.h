@@ -29,6 +29,3 @@ bool is_always_cell(const Symbol *symbol);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
  * numbers, texts and arrays. Of a call or a parameter nobody knows: true. */
 bool may_be_cell(const Node *expression);
-
-/* Whether MATLAB's function of that name is asked to tell of which kind its argument is. */
-bool tells_kind(const char *name);
