@@ -1,4 +1,4 @@
-// What reading MATLAB into a tree costs, without anything behind it: megabytes a second and bytes
+// What reading MATLAB into a tree costs, without anything after it: megabytes a second and bytes
 // of tree a byte of source.
 #include <benchmark/benchmark.h>
 

@@ -17,7 +17,7 @@ tall = [
     5  6    % the last row
 ];
 
-% A blank separates elements unless an operator goes on behind it.
+% A blank separates elements unless an operator goes on after it.
 differences = [n - 1, n-1, n -1];
 calls = [sin(n) n (1)];
 signs = [-n +n ~n];
@@ -28,11 +28,11 @@ stacked = [row; row];
 
 % Strings side by side make a longer one, below each other a table of characters.
 greeting = ['Good ' 'morning'];
-measured = ['n = ' num2str(n), ' m'];   % a string behind an operand needs the comma
+measured = ['n = ' num2str(n), ' m'];   % a string after an operand needs the comma
 words = ['one  '; 'three'];
 mixed = ['a', n; 'b', n];
 
-% Long rows go on behind three dots.
+% Long rows go on after three dots.
 long = [1, 2, 3, ...
         4, 5, 6];
 

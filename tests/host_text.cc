@@ -135,7 +135,7 @@ private:
         const bool has_then_below =
             last_ == "}" && is_open("then");  // of a case with several values
         if (!last_.empty() && !ends.contains(last_) && !is_head && !has_then_below)
-            fail("a line ends behind '" + std::string(last_) + "'");
+            fail("a line ends after '" + std::string(last_) + "'");
         if (!open_.empty() && !is_block(open_.back()) && !has_then_below)
             fail("a line ends in front of " + std::string(open_.back().end));
         last_ = {};

@@ -40,7 +40,7 @@ std::pair<uint32_t, uint32_t> counted_place(const std::string &source, size_t of
 std::string place_error(const Message *message) {
     const std::string source(message->source->text, message->source->length);
     const size_t end = message->offset + message->length;
-    if (end > source.size()) return "behind the end";
+    if (end > source.size()) return "after the end";
     const auto [line, column] = counted_place(source, message->offset);
     if (line != message->line || column != message->column)
         return "not at " + std::to_string(line) + ":" + std::to_string(column);

@@ -69,9 +69,9 @@ std::size_t step_back(std::string_view line, std::size_t at) {
 /* Where the part of the line to be shown begins, so that the caret at place is inside: half of the
  * columns lie before it, more where less is after it. */
 std::size_t first_shown(std::string_view line, std::size_t place) {
-    const std::size_t behind =
+    const std::size_t after =
         std::max<std::size_t>(1, count_columns(line.substr(place), 0, COLUMNS / 2));
-    std::size_t room = COLUMNS - std::min(behind, COLUMNS / 2);
+    std::size_t room = COLUMNS - std::min(after, COLUMNS / 2);
     if (count_columns(line.substr(0, place), 0, room) <= room) return 0;
     room -= DOTS.size();
     std::size_t first = place;
@@ -117,11 +117,11 @@ bool is_plain(std::string_view text) {
 
 /* A short line without tabs and escapes needs no steps. */
 std::string plain_excerpt(std::string_view line, std::size_t begin, std::size_t end) {
-    const std::size_t behind = std::max(std::min(end, line.size()), begin + 1);
+    const std::size_t after = std::max(std::min(end, line.size()), begin + 1);
     std::string drawn;
-    drawn.reserve(line.size() + behind + 2);
+    drawn.reserve(line.size() + after + 2);
     drawn.append(line).append(1, '\n').append(begin, ' ').append(1, '^');
-    return drawn.append(behind - begin - 1, '~').append(1, '\n');
+    return drawn.append(after - begin - 1, '~').append(1, '\n');
 }
 
 }  // namespace

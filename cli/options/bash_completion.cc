@@ -20,7 +20,7 @@ _mtranslate_names() {
 _mtranslate() {
     local cur=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= word
     COMPREPLY=()
-    # a '=' is a word of its own, behind an option or within a value
+    # a '=' is a word of its own, after an option or within a value
     if [[ $cur == = || $before == = ]]; then
         [[ $cur == = ]] || before=${COMP_WORDS[COMP_CWORD - 2]}
         [[ $cur == = ]] && cur=
@@ -89,7 +89,7 @@ std::string bash_completion(const CommandInfo &tool) {
     for (const CommandInfo &command : tool.commands) text += branches_of_values(command);
     text += "    esac\n    case $command:$cur in\n";
     for (const CommandInfo &command : tool.commands)
-        text += branches(arguments_behind(tool, command), command.name, "");
+        text += branches(arguments_after(tool, command), command.name, "");
     text += branches(tool.arguments, "",
                      "        COMPREPLY+=($(compgen -W \"" + commands + "\" -- \"$cur\"))\n");
     return text + "    esac\n}\n\ncomplete -F _mtranslate mtranslate\n";

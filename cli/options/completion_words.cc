@@ -12,7 +12,7 @@ Offer offer_of(const ArgumentInfo &argument) {
     return is_file ? Offer::Files : Offer::Nothing;
 }
 
-std::vector<ArgumentInfo> arguments_behind(const CommandInfo &tool, const CommandInfo &command) {
+std::vector<ArgumentInfo> arguments_after(const CommandInfo &tool, const CommandInfo &command) {
     std::vector<ArgumentInfo> arguments = command.arguments;
     if (!command.takes_all) return arguments;
     for (const ArgumentInfo &argument : tool.arguments) {

@@ -17,7 +17,7 @@ Offer offer_of(const ArgumentInfo &argument);
 
 /* The arguments that may stand after the name of a command, its own first; command may be the
  * tool itself. */
-std::vector<ArgumentInfo> arguments_behind(const CommandInfo &tool, const CommandInfo &command);
+std::vector<ArgumentInfo> arguments_after(const CommandInfo &tool, const CommandInfo &command);
 
 /* The options among them, with their dashes. */
 Words option_names(const std::vector<ArgumentInfo> &arguments);

@@ -79,7 +79,7 @@ std::string zsh_completion(const CommandInfo &tool) {
                        joined(command_names(tool), "|") + ")]} in\n";
     for (const CommandInfo &command : tool.commands)
         text += branch(command.name, "'1:command:(" + command.name + ")'",
-                       arguments_behind(tool, command));
+                       arguments_after(tool, command));
     return text + branch("*", "'1: :_mtranslate_first'", tool.arguments) +
            "    esac\n}\n\n_mtranslate \"$@\"\n";
 }

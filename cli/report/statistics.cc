@@ -28,10 +28,10 @@ struct Piece {
 
 /* The innermost piece with the byte, or that ends there; -1 for none. */
 int piece_at(const std::vector<Piece> &pieces, std::uint32_t offset) {
-    const auto behind = std::upper_bound(
+    const auto after = std::upper_bound(
         pieces.begin(), pieces.end(), offset,
         [](std::uint32_t at, const Piece &piece) { return at < piece.place.begin; });
-    int at = static_cast<int>(behind - pieces.begin()) - 1;
+    int at = static_cast<int>(after - pieces.begin()) - 1;
     while (at >= 0 && pieces[at].place.end < offset) at = pieces[at].outer;
     return at;
 }

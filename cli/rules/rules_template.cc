@@ -20,7 +20,7 @@ std::string joined(const std::vector<std::string> &texts, std::size_t first) {
     return list;
 }
 
-std::string_view without_blanks_behind(std::string_view text) {
+std::string_view without_blanks_after(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
@@ -30,10 +30,10 @@ std::string_view without_blanks_before(std::string_view text) {
 
 /* Takes a comma from the text's end, with blanks around it; false where there is none. */
 bool drop_comma(std::string &text) {
-    std::string_view before = without_blanks_behind(text);
+    std::string_view before = without_blanks_after(text);
     if (!before.ends_with(',')) return false;
     before.remove_suffix(1);
-    text = without_blanks_behind(before);
+    text = without_blanks_after(before);
     return true;
 }
 
@@ -141,14 +141,14 @@ void Template::append_place(Kind kind, std::size_t number) {
 }
 
 /* Nothing binds what stands between brackets, commas, or the ends of statements. */
-bool Template::is_bound(std::string_view before, std::string_view behind) {
+bool Template::is_bound(std::string_view before, std::string_view after) {
     constexpr std::string_view OPENING = "([{,;\n";
     constexpr std::string_view CLOSING = ")]},;\n";
-    before = without_blanks_behind(before);
-    behind = without_blanks_before(behind);
+    before = without_blanks_after(before);
+    after = without_blanks_before(after);
     const bool is_free_before = before.empty() || OPENING.find(before.back()) != OPENING.npos;
-    const bool is_free_behind = behind.empty() || CLOSING.find(behind.front()) != CLOSING.npos;
-    return !is_free_before || !is_free_behind;
+    const bool is_free_after = after.empty() || CLOSING.find(after.front()) != CLOSING.npos;
+    return !is_free_before || !is_free_after;
 }
 
 std::string Template::fill(const std::vector<std::string> &arguments,
@@ -178,7 +178,7 @@ std::string Template::fill_statement(const std::vector<std::string> &arguments,
 
 bool Template::is_alone_on_line(std::size_t piece, const std::string &before) const {
     const bool is_last = piece + 1 == pieces_.size();
-    return without_blanks_behind(last_line(before)).empty() &&
+    return without_blanks_after(last_line(before)).empty() &&
            (is_last || pieces_[piece + 1].text.starts_with('\n'));
 }
 

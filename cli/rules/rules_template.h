@@ -70,7 +70,7 @@ private:
     bool append_named(const std::string &word, const std::vector<std::string> &names);
     void append_text(const std::string &text);
     void append_place(Kind kind, std::size_t number);
-    static bool is_bound(std::string_view before, std::string_view behind);
+    static bool is_bound(std::string_view before, std::string_view after);
     bool is_alone_on_line(std::size_t piece, const std::string &before) const;
 
     std::vector<Piece> pieces_;

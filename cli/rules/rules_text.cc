@@ -18,7 +18,7 @@ bool is_one_of(std::string_view set, char c) { return set.find(c) != set.npos; }
 bool is_word(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
 
 /* After the quoted text that begins at the place; at its end where it is not closed. */
-std::size_t behind_quotes(std::string_view text, std::size_t at) {
+std::size_t after_quotes(std::string_view text, std::size_t at) {
     const char quote = text[at];
     for (++at; at < text.size() && text[at] != quote; ++at)
         if (quote == '"' && text[at] == '\\') ++at;
@@ -26,11 +26,11 @@ std::size_t behind_quotes(std::string_view text, std::size_t at) {
 }
 
 /* After the pair of brackets that begins at the place; at the end where it is not closed. */
-std::size_t behind_brackets(std::string_view text, std::size_t at) {
+std::size_t after_brackets(std::string_view text, std::size_t at) {
     std::size_t depth = 0;
     while (at < text.size()) {
         const char c = text[at];
-        at = is_one_of(QUOTES, c) ? behind_quotes(text, at) : at + 1;
+        at = is_one_of(QUOTES, c) ? after_quotes(text, at) : at + 1;
         if (is_one_of(OPENING, c)) ++depth;
         if (is_one_of(CLOSING, c) && --depth == 0) break;
     }
@@ -38,9 +38,9 @@ std::size_t behind_brackets(std::string_view text, std::size_t at) {
 }
 
 /* After what belongs together at the place: quotes, brackets, or one byte. */
-std::size_t behind_part(std::string_view text, std::size_t at) {
-    if (is_one_of(QUOTES, text[at])) return behind_quotes(text, at);
-    return is_one_of(OPENING, text[at]) ? behind_brackets(text, at) : at + 1;
+std::size_t after_part(std::string_view text, std::size_t at) {
+    if (is_one_of(QUOTES, text[at])) return after_quotes(text, at);
+    return is_one_of(OPENING, text[at]) ? after_brackets(text, at) : at + 1;
 }
 
 bool is_number(std::string_view text) {
@@ -78,7 +78,7 @@ bool is_operand(std::string_view text) {
         const bool goes_on = is_member || is_word(text[at]) || is_one_of(QUOTES, text[at]) ||
                              is_one_of(OPENING, text[at]);
         if (!goes_on) return false;
-        at = is_member ? at + 2 : behind_part(text, at);
+        at = is_member ? at + 2 : after_part(text, at);
     }
     return true;
 }
@@ -90,7 +90,7 @@ std::string as_operand(const std::string &text) {
 bool is_statements(std::string_view text) {
     if (is_procedure(text)) return false;
     if (begins_statement(text)) return true;
-    for (std::size_t at = 0; at < text.size(); at = behind_part(text, at))
+    for (std::size_t at = 0; at < text.size(); at = after_part(text, at))
         if (text[at] == '\n' || text[at] == ';' || text.substr(at, 2) == ":=") return true;
     return false;
 }
@@ -108,7 +108,7 @@ std::size_t find_lone_half(std::string_view text) {
             ++at;
             continue;
         }
-        const std::size_t end = behind_quotes(text, at);
+        const std::size_t end = after_quotes(text, at);
         if (end - at < 2 || text[end - 1] != c) return at;
         at = end;
     }

@@ -182,7 +182,7 @@ ValuePointer Machine::selection(const Expression &node) {
     if (whole->kind == ValueKind::SIDES)
         return array(ValueKind::SIDES, 1, found->numbers.size(), found->numbers);
     if (whole->kind != ValueKind::LIST && base.text != "args")
-        throw ExecutionError("square brackets behind " + kind_of(*whole));
+        throw ExecutionError("square brackets after " + kind_of(*whole));
     return is_range ? list(found->elements) : found;
 }
 

@@ -58,7 +58,7 @@ struct Scanner {
             at += sign;
             while (is_digit(byte())) at++;
         }
-        if (is_name_byte(byte())) fail("a name directly behind a number");
+        if (is_name_byte(byte())) fail("a name directly after a number");
         const std::string digits(text.substr(start, at - start));
         return {TokenKind::NUMBER, digits, std::strtod(digits.c_str(), nullptr), line};
     }

@@ -91,7 +91,7 @@ function nodesOf(calls, chosen, cards = []) {
   return nodes;
 }
 
-// Each file's layer is behind those of its callers; calls that close a circle do not count. Names
+// Each file's layer is after those of its callers; calls that close a circle do not count. Names
 // that no file has come last.
 function layersOf(nodes, edges) {
   const targets = new Map([...nodes.keys()].map(key => [key, []]));
