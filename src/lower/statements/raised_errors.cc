@@ -1,8 +1,6 @@
 // Errors that the translation raises at run time.
 #include "lower/statements/raised_errors.h"
 
-#include <string.h>
-
 #include "lower/calls/calls.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"

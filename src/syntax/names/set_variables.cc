@@ -1,8 +1,6 @@
 // Which variables are surely set.
 #include "syntax/names/set_variables.h"
 
-#include <string.h>
-
 #include "support/allocation.h"
 #include "syntax/scan/spellings.h"
 

@@ -1,6 +1,4 @@
 // The values of references: elements, fields, calls.
-#include <string.h>
-
 #include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
