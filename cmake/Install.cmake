@@ -3,7 +3,9 @@
 
 include(CMakePackageConfigHelpers)
 
-install(FILES "${PROJECT_SOURCE_DIR}/include/mtranslate.h"
+install(FILES
+    "${PROJECT_SOURCE_DIR}/include/mtranslate.h"
+    "${PROJECT_SOURCE_DIR}/include/mtranslate_program.h"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
 install(TARGETS mtranslate EXPORT mtranslate-targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"

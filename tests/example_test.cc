@@ -1,4 +1,6 @@
 /* The programs in examples/ and classic/, and what the pages show, against their translations. */
+#include <mtranslate_program.h>
+
 #include <algorithm>
 #include <cctype>
 #include <map>
@@ -22,6 +24,17 @@ std::vector<fs::path> files_in(const fs::path &directory, const std::string &ext
     return files;
 }
 
+std::string translate_for_tool(const std::string &path, const char *language) {
+    mTranslateProgramRequest request{};
+    request.size = sizeof request;
+    request.file = path.c_str();
+    request.language = language;
+    const mTranslateProgramResult *result = mTranslateProgram(&request);
+    std::string text = result->failure ? result->failure : result->text;
+    mTranslateProgramRelease(result);
+    return text;
+}
+
 void check_goldens(const std::string &directory, const char *language) {
     fs::current_path(MTRANSLATE_SOURCE_DIR);
     const std::vector<fs::path> goldens = files_in(directory, ".out");
@@ -33,6 +46,7 @@ void check_goldens(const std::string &directory, const char *language) {
         SCOPED_TRACE(path);
         StandInHost host;
         EXPECT_EQ(translate_in(host, language, "file", path.string()), expected);
+        EXPECT_EQ(translate_for_tool(path.string(), language), expected);
     }
     for (fs::path path : files_in(directory, ".m"))
         EXPECT_TRUE(fs::exists(path.replace_extension(".out"))) << path << " is missing";

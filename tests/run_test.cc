@@ -1,5 +1,6 @@
 /* Runs: what the host is asked, which files are translated in which order, what a run leaves, and
  * what becomes of it when the heap is exhausted. */
+#include <mtranslate_program.h>
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -389,6 +390,41 @@ TEST_F(EveryRoad, survives_every_failing_allocation) {
         // so many that all of the programs was reached
         EXPECT_GT(fail_everywhere(exit, main(), "classic"), 300);
         EXPECT_GT(fail_everywhere(exit, matlab_main(), "matlab"), 300);
+    }
+}
+
+/* Answers false where an allocation has failed. */
+bool translate_for_tool(const std::string &main, const char *language,
+                        const std::string &expected) {
+    mTranslateProgramRequest request{};
+    request.size = sizeof request;
+    request.file = main.c_str();
+    request.language = language;
+    const mTranslateProgramResult *result = mTranslateProgram(&request);
+    const bool is_done = !heap.has_failed;
+    EXPECT_EQ(result->status, is_done ? MTRANSLATE_PROGRAM_DONE : MTRANSLATE_PROGRAM_NO_MEMORY);
+    EXPECT_EQ(std::string(result->text), is_done ? expected : "");
+    mTranslateProgramRelease(result);
+    return is_done;
+}
+
+TEST_F(EveryRoad, survives_every_failing_allocation_for_tools) {
+    const Sharing none(false);
+    for (const char *language : {"classic", "matlab"}) {
+        const std::string source = *language == 'c' ? main() : matlab_main();
+        const auto expected = run_leaving(ErrorExit::Throw, "file", source, language).result;
+        mTranslateRelease();
+        const long live = heap.live;
+        bool is_done = false;
+        for (long n = 1; !is_done && !testing::Test::HasFailure(); n += 1 + n / 100) {
+            heap.has_failed = false;
+            heap.for_good = n % 2 == 0;
+            heap.next_fail = n;
+            is_done = translate_for_tool(source, language, expected.value());
+            heap.next_fail = 0;
+            mTranslateRelease();
+            EXPECT_EQ(heap.live, live) << n;
+        }
     }
 }
 

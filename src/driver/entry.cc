@@ -3,6 +3,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "driver/entry.h"
+
 #include "driver/front_end.h"
 #include "driver/options.h"
 #include "driver/run.h"
@@ -17,12 +19,11 @@
 
 namespace {
 
-HostValue translate_command(const char *text) {
+void translate_command(const char *text) {
     FileMode = 0;
     widen_budget(strlen(text));
     UsedFrontEnd->parse_command(text);
     UsedFrontEnd->translate_called();
-    return HostKernel->ToHostString(OutputText);
 }
 
 // Without a path option the functions that a file calls are looked for beside it.
@@ -33,51 +34,63 @@ void search_beside(const char *file) {
                          has_directory ? static_cast<size_t>(slash - file) : 1);
 }
 
-HostValue translate_file(const RunRequest *request) {
+bool translate_file(const RunRequest *request) {
     if (open_source(request->source) != 0) {
         raise_error("unable to open %1", request->source_value);
-        return 0;
+        return false;
     }
     if (!request->has_path) search_beside(request->source);
     FileMode = 1;
     UsedFrontEnd->parse_file(request->source);
     close_source();
     UsedFrontEnd->translate_called();
-    return HostKernel->ToHostString(OutputText);
+    return true;
 }
 
 HostValue run(HostValue args) {
     begin_run();
     RunRequest request;
-    if (!read_arguments(args, &request)) return 0;
-    UsedFrontEnd->begin();
-    if (strcmp(request.mode, "command") == 0) return translate_command(request.source);
-    if (strcmp(request.mode, "file") == 0) return translate_file(&request);
-    return 0;
+    bool is_done = read_arguments(args, &request) && translate_request(&request);
+    return is_done ? HostKernel->ToHostString(OutputText) : 0;
 }
 
 }  // namespace
 
-HostValue mTranslate(const HostKernelTable *kernel, HostValue args) {
+bool translate_request(const RunRequest *request) {
+    UsedFrontEnd->begin();
+    if (strcmp(request->mode, "file") == 0) return translate_file(request);
+    if (strcmp(request->mode, "command") != 0) return false;
+    translate_command(request->source);
+    return true;
+}
+
+bool run_in_turn(const HostKernelTable *kernel, const Observers *observers,
+                 HostValue (*body)(HostValue), HostValue *value) {
     RunTurn turn;
-    if (!take_turn(&turn)) {
-        kernel->RaiseError("a translation is already running", 0);
-        return 0;
-    }
+    if (!take_turn(&turn)) return false;
     release_run();  // what an abandoned run has left
+    if (observers) observe_next_run(*observers);
     HostKernel = kernel;
-    HostValue result;
     try {
-        result = run_to_end(&turn, run, args);
+        *value = run_to_end(&turn, body, *value);
     } catch (...) {
         if (has_turn(&turn)) end_observation();
         end_turn(&turn);
         throw;
     }
-    if (!has_turn(&turn)) return 0;  // another run has released this one
-    release_run();
-    end_turn(&turn);
-    return result;
+    if (has_turn(&turn)) {
+        release_run();
+        end_turn(&turn);
+    } else {
+        *value = 0;  // another run has released this one
+    }
+    return true;
+}
+
+HostValue mTranslate(const HostKernelTable *kernel, HostValue args) {
+    if (run_in_turn(kernel, nullptr, run, &args)) return args;
+    kernel->RaiseError("a translation is already running", 0);
+    return 0;
 }
 
 void mTranslateRelease() {

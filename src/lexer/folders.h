@@ -1,4 +1,4 @@
-/* Folders on disk. One is open at a time; a run that is abandoned while it reads one leaves none
+/* Folders on disk, with what a tool gives in them. One is open at a time; a run that is abandoned while it reads one leaves none
  * open. */
 #pragma once
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "lexer/error_reporter.h"
+#include "lexer/given_files.h"
 #include "run/run_end.h"
 #include "support/budget.h"
 #include "support/heap.h"
@@ -80,12 +81,20 @@ void close_file(OpenSource *source) {
 OpenSource *new_source(int descriptor, size_t text_size, off_t size) {
     OpenSource *source = static_cast<OpenSource *>(HeapAlloc(sizeof(OpenSource) + text_size));
     if (!source) {
-        close(descriptor);
+        if (descriptor != CLOSED) close(descriptor);
         end_run(OUT_OF_MEMORY);
     }
     *source = {descriptor, false, 0, 0, size, size, OpenSources};
     OpenSources = source;
     return source;
+}
+
+// The tool's text is the tool's; reading goes on as with a file that was read at once.
+void open_given(const PathState *state) {
+    OpenSource *source = new_source(CLOSED, state->length, 0);
+    memcpy(text_of(source), state->text, state->length);
+    source->length = state->length;
+    widen_budget(state->length);
 }
 
 // A file that changes its length meanwhile stays open, to be read like a pipe.
@@ -111,8 +120,13 @@ size_t read_some(OpenSource *source, char *buffer, size_t room) {
     return read_file(source, buffer, room);
 }
 
-int open_as(const char *path, const struct stat *status) {
+int open_as(const char *path, const PathState *state) {
+    const struct stat *status = state->text ? nullptr : &state->status;
     if (Observing.opens) Observing.opens(Observing.context, path, status);
+    if (!status) {
+        open_given(state);
+        return 0;
+    }
     int descriptor = open_file(path, !S_ISREG(status->st_mode));  // a pipe may be in its place
     if (descriptor < 0) return errno;
     off_t size = S_ISREG(status->st_mode) ? status->st_size : 0;
@@ -127,15 +141,18 @@ int open_as(const char *path, const struct stat *status) {
 }  // namespace
 
 int open_source(const char *path) {
-    struct stat status;
-    return stat(path, &status) == 0 ? open_as(path, &status) : errno;
+    PathState state;
+    int cause = look_at(path, &state);
+    return cause == 0 ? open_as(path, &state) : cause;
 }
 
 // Most names that are looked for have no file, which stat finds out at half the price of open.
 int open_called_source(const char *path) {
-    struct stat status;
-    if (stat(path, &status) != 0) return errno;
-    return S_ISDIR(status.st_mode) ? EISDIR : open_as(path, &status);
+    PathState state;
+    int cause = look_at(path, &state);
+    if (cause != 0) return cause;
+    bool is_folder = !state.text && S_ISDIR(state.status.st_mode);
+    return is_folder ? EISDIR : open_as(path, &state);
 }
 
 void close_source() {

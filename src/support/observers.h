@@ -1,6 +1,7 @@
 /* What a tool is told of a run while it goes on, and asked by it. */
 #pragma once
 
+#include <stddef.h>
 #include <stdint.h>
 
 struct Message;
@@ -9,6 +10,7 @@ struct Origin;
 struct SourceFile;
 struct stat;
 enum FileFinding : uint8_t;
+enum GivenAnswer : uint8_t;
 enum PieceEnd : uint8_t;
 enum ResultKind : uint8_t;
 
@@ -16,8 +18,16 @@ enum ResultKind : uint8_t;
 struct Observers {
     /* Handed to each function; belongs to the tool. */
     void *context;
-    /* A file is about to be opened. May leave by an exception: the run is then abandoned. */
+    /* A file is about to be opened; status null where the tool gives it. May leave by an exception:
+     * the run is then abandoned. */
     void (*opens)(void *context, const char *path, const struct stat *status);
+    /* The text of a file that the tool gives, valid until the run ends (lexer/given_files.h). */
+    GivenAnswer (*given_file)(void *context, const char *path, const char **text, size_t *length);
+    /* With given_file: the name of the next thing in a folder among what the tool gives, valid
+     * until the run ends. cursor: 0 at first, then as it was left. Null after the last one. */
+    const char *(*given_in_folder)(void *context, const char *folder, size_t *cursor);
+    /* With given_file: there are no others. */
+    bool without_disk;
 
     /* The following are of matlab and octave alone. A message has been reported. */
     void (*message)(void *context, const Message *message);

@@ -2,11 +2,10 @@
 #include "lower/program/program_files.h"
 
 #include <assert.h>
-#include <errno.h>
 #include <string.h>
-#include <sys/stat.h>
 
 #include "diagnose/messages.h"
+#include "lexer/given_files.h"
 #include "lexer/named_source.h"
 #include "lexer/source_files.h"
 #include "lexer/whole_source.h"
@@ -134,10 +133,9 @@ Folder *private_folder_of(const char *path) {
         strcmp(base_name(folder), "private") == 0 ? folder : form_text("%s/private", {folder});
     for (Folder *known = PrivateFolders; known; known = known->next)
         if (strcmp(known->path, wanted) == 0) return known;
-    struct stat status;
-    bool is_known = stat(wanted, &status) == 0;
     // one that cannot be looked at is not taken for none: a call then says why
-    if (is_known ? !S_ISDIR(status.st_mode) : means_absent(errno)) return nullptr;
+    int cause = look_at_folder(wanted);
+    if (cause != 0 && means_absent(cause)) return nullptr;
     Folder *found = AllocRecord<Folder>();
     *found = {wanted, {}, PrivateFolders};
     return PrivateFolders = found;
@@ -161,13 +159,6 @@ void parse_file(SourceFile *file, bool is_called) {
     file->tree = parse_source(file->source, Language);
     file->is_script = is_script_file(file->tree, file->stem, file->source->errors > 0, Language);
     enter_functions(file, is_called);
-}
-
-bool is_same_file(const char *a, const char *b) {
-    struct stat first;
-    struct stat second;
-    return stat(a, &first) == 0 && stat(b, &second) == 0 && first.st_dev == second.st_dev &&
-           first.st_ino == second.st_ino;
 }
 
 // A file that has been read already, by another way to it.
@@ -209,10 +200,10 @@ const char *file_name_of(const char *name) {
 // the message.
 void report_shadowed(const SearchDirectory *at, const char *name, const SourceFile *found,
                      const Node *place) {
-    struct stat status;
+    PathState state;
     for (; at; at = at->next) {
         const char *path = form_text("%s/%s.m", {at->directory, name});
-        if (stat(path, &status) != 0 || is_same_file(found->path, path)) continue;
+        if (look_at(path, &state) != 0 || is_same_file(found->path, path)) continue;
         report(SHADOWED_FILE, CurrentFile->source, place->offset, place->length,
                {found->path, path});
         return;
@@ -353,9 +344,9 @@ SourceFile *library_file(const char *text) {
 
 // Only what is surely not there is none.
 static bool may_exist(const char *folder, const char *name) {
-    struct stat status;
-    const char *path = form_text("%s/%s.m", {folder, name});
-    return stat(path, &status) == 0 || !means_absent(errno);
+    PathState state;
+    int cause = look_at(form_text("%s/%s.m", {folder, name}), &state);
+    return cause == 0 || !means_absent(cause);
 }
 
 static bool find_on_disk(const char *name) {

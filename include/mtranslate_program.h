@@ -1,0 +1,186 @@
+/* mtranslate for tools: editors, build tools, pages in a browser.
+ *
+ * One call translates one program and answers all that is to be told about it in one result. There
+ * is no host behind it: the caller answers for the host, where it likes to, by a function.
+ *
+ *     mTranslateProgramRequest request = {0};
+ *     request.size = sizeof request;
+ *     request.command = "x = a*b'";
+ *     const mTranslateProgramResult *result = mTranslateProgram(&request);
+ *     fputs(result->text, stdout);
+ *     mTranslateProgramRelease(result);
+ *
+ * Every struct begins with its size. Those of the caller have sizeof as he knows it: where the
+ * library knows more fields these are 0, where it knows fewer the rest has to be 0. Those of the
+ * library have the size of what is there: MTRANSLATE_PROGRAM_HAS tells whether a field is.
+ *
+ * Texts are bytes with a NUL after them; where a length stands beside one it may hold NULs. Offsets
+ * and lengths are in bytes from 0, lines and columns from 1. */
+#ifndef MTRANSLATE_PROGRAM_H
+#define MTRANSLATE_PROGRAM_H
+
+#include <mtranslate.h>
+#include <stddef.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Whether the record behind the pointer is long enough to hold the field. */
+#define MTRANSLATE_PROGRAM_HAS(record, field)                            \
+    ((size_t)((const char *)&(record)->field - (const char *)(record)) + \
+         sizeof((record)->field) <=                                      \
+     (record)->size)
+
+/* A file that the caller brings along, whether there is one of that name on the disk or not. */
+typedef struct mTranslateProgramSource {
+    uint32_t size;
+    const char *name; /* as a path: "f.m", "src/@point/move.m", "/home/me/f.m" */
+    const char *text; /* length bytes, without a NUL if need be */
+    size_t length;
+} mTranslateProgramSource;
+
+/* What is known of a file that the library asks for. */
+enum {
+    MTRANSLATE_FILE_ABSENT = 0, /* there is none, unless the disk has it */
+    MTRANSLATE_FILE_TEXT = 1,   /* its text has been answered */
+    MTRANSLATE_FILE_FAILED = 2  /* it is there and cannot be read: the run ends */
+};
+
+/* What the host is asked for. */
+enum {
+    MTRANSLATE_QUESTION_NAME = 0, /* its text for a name */
+    MTRANSLATE_QUESTION_CALL =
+        1 /* its text for a call, or for a construct that is offered as one */
+};
+
+/* A question of the translation. All of it is valid during the question. */
+typedef struct mTranslateProgramQuestion {
+    uint32_t size;
+    int32_t kind;                 /* MTRANSLATE_QUESTION_... */
+    const char *name;             /* of the source */
+    const char *const *arguments; /* of a call: their host texts; null for none */
+    size_t argument_count;
+    int32_t results; /* how many are asked for, or HOST_RESULTS_... (mtranslate.h) */
+} mTranslateProgramQuestion;
+
+/* Flags of a request. */
+enum {
+    MTRANSLATE_WITHOUT_DISK = 1,       /* no file or folder of the disk is looked at */
+    MTRANSLATE_WITHOUT_TRANSLATOR = 2, /* no calls are asked for, no called files looked for */
+    MTRANSLATE_DISPLAYS = 4            /* the host is asked how to display values */
+};
+
+/* What is to be translated. All of it belongs to the caller and has to stay as it is until
+ * mTranslateProgram returns. Both functions are called on its thread; they have to return. */
+typedef struct mTranslateProgramRequest {
+    uint32_t size;
+    uint32_t flags; /* of MTRANSLATE_WITHOUT_DISK ... */
+    /* Either the text of a command or the name of a file, the other null. */
+    const char *command;
+    const char *file;
+    const char *language; /* "matlab", "octave" or "classic"; null: matlab */
+    /* Sources that the run may need, that of the file among them or not: source_count structs of
+     * the size that the first one tells; null for none. */
+    const mTranslateProgramSource *sources;
+    size_t source_count;
+    /* Where called functions are looked for, the first one first. Null: beside the file, and for a
+     * command nowhere. */
+    const char *const *folders;
+    size_t folder_count;
+    uint32_t max_memory; /* of the run, in MB, 1 to 1048576; 0: by the length of its sources */
+    void *context;       /* handed to both functions */
+    /* The text of a file that is none of the sources, or null. Asked once in a run for a path, in
+     * its shortest form ("a/b.m" for "a/./b.m"). Answers MTRANSLATE_FILE_...; sets text and length
+     * for a text, which is copied at once. */
+    int32_t (*read)(void *context, const char *name, const char **text, size_t *length);
+    /* The host's text, which is copied at once; null where it has none. The function may be null
+     * itself. */
+    const char *(*answer)(void *context, const mTranslateProgramQuestion *question);
+} mTranslateProgramRequest;
+
+/* How a run has ended. */
+enum {
+    MTRANSLATE_PROGRAM_DONE = 0,    /* what can be translated is: the messages tell what is not */
+    MTRANSLATE_PROGRAM_STOPPED = 1, /* an error of a source ended it (classic only) */
+    MTRANSLATE_PROGRAM_UNREADABLE = 2, /* a file is absent or cannot be read */
+    MTRANSLATE_PROGRAM_TOO_LARGE = 3,  /* it would take more memory than it may */
+    MTRANSLATE_PROGRAM_NO_MEMORY = 4,  /* the system gives no more */
+    MTRANSLATE_PROGRAM_INVALID = 5,    /* the request is not as described here: nothing was done */
+    MTRANSLATE_PROGRAM_REFUSED = 6     /* another run is under way: nothing was done */
+};
+
+/* How much a message matters. */
+enum {
+    MTRANSLATE_SEVERITY_ERROR = 0,   /* the source is not valid, or of a part that is left out */
+    MTRANSLATE_SEVERITY_GAP = 1,     /* valid, and without a form in the host's language */
+    MTRANSLATE_SEVERITY_WARNING = 2, /* translated, and it may mean something else */
+    MTRANSLATE_SEVERITY_NOTE = 3     /* translated, and worth a look */
+};
+
+/* A part of a source. Ends are not included. Columns in UTF-16 count 2 for a character beyond
+ * U+FFFF, and 1 for a byte that is no UTF-8. */
+typedef struct mTranslateProgramRange {
+    uint32_t size;
+    const char *file; /* its name in the shortest form; null for the command */
+    uint32_t begin;
+    uint32_t end;
+    uint32_t line;
+    uint32_t column; /* in bytes */
+    uint32_t column_utf16;
+    uint32_t end_line;
+    uint32_t end_column;
+    uint32_t end_column_utf16;
+} mTranslateProgramRange;
+
+typedef struct mTranslateProgramMessage {
+    uint32_t size;
+    int32_t severity;            /* MTRANSLATE_SEVERITY_... */
+    const char *code;            /* "MT201" (docs/messages.md); empty for what ended the run */
+    const char *name;            /* "try-catch"; empty for the same */
+    const char *text;            /* one line */
+    const char *help;            /* what to do, in sentences; may be empty */
+    const char *const *operands; /* what stands in the text: names, mostly; null for none */
+    size_t operand_count;
+    const mTranslateProgramRange *place; /* null for none */
+    const char *source_line; /* the line it begins in, without line end; null for none */
+    size_t source_line_length;
+    const char *called_from; /* name of the file that calls that of the place, or null */
+    uint32_t called_from_line;
+} mTranslateProgramMessage;
+
+/* A file that the run has opened. Names of files are in their shortest form. */
+typedef struct mTranslateProgramFile {
+    uint32_t size;
+    const char *name;
+} mTranslateProgramFile;
+
+/* All of it is valid until it is released, and the caller's alone. Lists hold pointers, none of
+ * them null; a list itself is null where it is empty. */
+typedef struct mTranslateProgramResult {
+    uint32_t size;
+    int32_t status;      /* MTRANSLATE_PROGRAM_... */
+    const char *failure; /* what ended the run, in a line; null where it is done */
+    const char *text;    /* the host text; empty where the run is not done */
+    size_t text_length;
+    /* Those of the run's own source first, then of each file that is called, by their places. */
+    const mTranslateProgramMessage *const *messages;
+    size_t message_count;
+    /* In the order in which they have been opened, that of the request first. */
+    const mTranslateProgramFile *const *files;
+    size_t file_count;
+} mTranslateProgramResult;
+
+/* Translates. Never null; whatever fails is told in the status. All state is process-wide: a second
+ * call while one is under way, or a run of mTranslate, is refused. */
+MTRANSLATE_API const mTranslateProgramResult *mTranslateProgram(
+    const mTranslateProgramRequest *request);
+
+/* Gives the result's memory back; nothing happens for null. Of any thread, at any time. */
+MTRANSLATE_API void mTranslateProgramRelease(const mTranslateProgramResult *result);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

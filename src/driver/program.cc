@@ -1,0 +1,192 @@
+// The entry for tools.
+#include <mtranslate_program.h>
+
+#include <atomic>
+#include <new>
+
+#include "driver/entry.h"
+#include "driver/front_end.h"
+#include "driver/program_request.h"
+#include "driver/program_run.h"
+#include "driver/run.h"
+#include "run/run_end.h"
+#include "run/run_state.h"
+#include "support/budget.h"
+#include "support/long_string.h"
+
+namespace {
+
+constexpr mTranslateProgramResult without_run(int32_t status, const char *failure) {
+    mTranslateProgramResult result = {};
+    result.size = sizeof result;
+    result.status = status;
+    result.failure = failure;
+    result.text = "";
+    return result;
+}
+
+// Answered where there is nothing to release.
+constexpr mTranslateProgramResult REFUSED =
+    without_run(MTRANSLATE_PROGRAM_REFUSED, "a translation is already running");
+constexpr mTranslateProgramResult NO_MEMORY =
+    without_run(MTRANSLATE_PROGRAM_NO_MEMORY, OUT_OF_MEMORY);
+
+// Calls of a program that go on. The turn of a run (run/run_turn.h) is not enough: what a call does
+// before and after its run is in nobody's way but another program's.
+std::atomic_flag IsUnderWay;
+
+OwnedResult *new_owned_result() {
+    ResultMemory memory = {};
+    auto *owned = static_cast<OwnedResult *>(take_result(&memory, sizeof(OwnedResult)));
+    owned->memory = memory;
+    owned->result.size = sizeof(mTranslateProgramResult);
+    owned->result.text = "";
+    return owned;
+}
+
+// The run tells of an observer's trouble when it has ended: none may end it.
+template <typename Work>
+void observe(void *context, Work work) {
+    ProgramRun *run = static_cast<ProgramRun *>(context);
+    try {
+        work(run);
+    } catch (...) {
+        run->lacks_memory = true;
+    }
+}
+
+void note_message(void *context, const Message *message) {
+    observe(context, [=](ProgramRun *run) { run->messages.push_back(message); });
+}
+
+void note_file(void *context, const char *path, const struct stat *) {
+    observe(context, [=](ProgramRun *run) {
+        std::string name = shortest_path(path);
+        if (!run->file_names.insert(name).second) return;
+        auto *file = new_result<mTranslateProgramFile>(memory_of(run));
+        file->name = keep_result(memory_of(run), name.c_str());
+        run->files.push_back(file);
+    });
+}
+
+GivenAnswer give_file(void *context, const char *path, const char **text, size_t *length) {
+    GivenAnswer answer = IS_BROKEN;
+    observe(context, [&](ProgramRun *run) {
+        const GivenText *given = find_given(&run->request, &run->texts, path);
+        *text = given->answer == IS_GIVEN ? given->text.data() : nullptr;
+        *length = given->text.size();
+        answer = given->answer;
+    });
+    return answer;
+}
+
+const char *give_in_folder(void *context, const char *folder, size_t *cursor) {
+    const char *name = nullptr;
+    observe(context, [&](ProgramRun *run) {
+        name = next_given(&run->texts, &run->folders, folder, cursor);
+    });
+    return name;
+}
+
+void set_options(const mTranslateProgramRequest *request) {
+    AddTranslator = (request->flags & MTRANSLATE_WITHOUT_TRANSLATOR) == 0;
+    Displays = (request->flags & MTRANSLATE_DISPLAYS) != 0;
+    KeepGoing = 1;
+    UsedFrontEnd = find_front_end(request->language ? request->language : "matlab");
+    if (request->max_memory > 0) set_budget(request->max_memory);
+    for (size_t i = request->folder_count; i-- > 0;)
+        add_search_directory(request->folders[i], strlen(request->folders[i]));
+}
+
+HostValue translate_program(HostValue value) {
+    begin_run();
+    ProgramRun *run = reinterpret_cast<ProgramRun *>(value);
+    const mTranslateProgramRequest *request = &run->request;
+    set_options(request);
+    const char *source = request->file ? request->file : request->command;
+    RunRequest wanted = {request->file ? "file" : "command", source,
+                         reinterpret_cast<HostValue>(source), request->folders != nullptr};
+    translate_request(&wanted);
+    mTranslateProgramResult *result = result_of(run);
+    result->text_length = static_cast<size_t>(LengthString(OutputText));
+    result->text = keep_result(memory_of(run), OutputText, result->text_length);
+    finish_messages(run, nullptr);
+    return 1;
+}
+
+// False where another run is under way.
+bool translate(ProgramRun *run) {
+    Observers observers = observers_of(run);
+    HostValue value = reinterpret_cast<HostValue>(run);
+    try {
+        return run_in_turn(&ProgramHost, &observers, translate_program, &value);
+    } catch (const ProgramEnd &) {
+        mTranslateRelease();
+        return true;
+    } catch (...) {
+        mTranslateRelease();
+        throw;
+    }
+}
+
+void set_invalid(ProgramRun *run, const char *fault) {
+    result_of(run)->status = MTRANSLATE_PROGRAM_INVALID;
+    result_of(run)->failure = fault;
+}
+
+// Null where there is no memory for the result.
+const mTranslateProgramResult *run_program(ProgramRun *run,
+                                           const mTranslateProgramRequest *request) {
+    run->owned = new_owned_result();
+    const char *fault = read_request(request, &run->request);
+    if (!fault) fault = enter_sources(&run->request, &run->texts);
+    mTranslateProgramResult *result = result_of(run);
+    if (fault)
+        set_invalid(run, fault);
+    else if (!translate(run))
+        return &REFUSED;
+    result->files = list_result(memory_of(run), run->files);
+    result->file_count = run->files.size();
+    return run->lacks_memory ? nullptr : result;
+}
+
+// Whatever is thrown, memory lacks: the caller's functions do not throw.
+const mTranslateProgramResult *try_program(const mTranslateProgramRequest *request) {
+    ProgramRun run = {};
+    const mTranslateProgramResult *result = nullptr;
+    try {
+        result = run_program(&run, request);
+    } catch (...) {
+        result = nullptr;
+    }
+    if (!result || result->status == MTRANSLATE_PROGRAM_NO_MEMORY) result = &NO_MEMORY;
+    bool is_own = run.owned && result == result_of(&run);
+    if (run.owned && !is_own) mTranslateProgramRelease(result_of(&run));
+    return result;
+}
+
+}  // namespace
+
+Observers observers_of(ProgramRun *run) {
+    Observers observers = {};
+    observers.context = run;
+    observers.opens = note_file;
+    observers.message = note_message;
+    observers.given_file = give_file;
+    observers.given_in_folder = give_in_folder;
+    observers.without_disk = (run->request.flags & MTRANSLATE_WITHOUT_DISK) != 0;
+    return observers;
+}
+
+const mTranslateProgramResult *mTranslateProgram(const mTranslateProgramRequest *request) {
+    if (IsUnderWay.test_and_set()) return &REFUSED;
+    const mTranslateProgramResult *result = try_program(request);
+    IsUnderWay.clear();
+    return result;
+}
+
+void mTranslateProgramRelease(const mTranslateProgramResult *result) {
+    if (!result || result == &REFUSED || result == &NO_MEMORY) return;
+    ResultMemory memory = reinterpret_cast<const OwnedResult *>(result)->memory;
+    release_result(&memory);
+}

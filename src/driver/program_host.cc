@@ -1,0 +1,106 @@
+// The host that a tool stands for. A text as a value is its address, a sequence that of its words.
+#include <string.h>
+
+#include "driver/program_run.h"
+#include "run/last_error.h"
+#include "run/run_end.h"
+#include "support/allocation.h"
+
+namespace {
+
+constexpr char NAME_PROCEDURE[] = "Matlab:-TranslateName";
+
+ProgramRun *current_run() { return static_cast<ProgramRun *>(Observing.context); }
+
+HostValue value_of_text(const char *text) { return reinterpret_cast<HostValue>(text); }
+
+const char *text_of_value(HostValue value) { return reinterpret_cast<const char *>(value); }
+
+struct Ending {
+    const char *begin; /* of the error's text */
+    int32_t status;
+};
+
+constexpr Ending ENDINGS[] = {
+    {OUT_OF_MEMORY, MTRANSLATE_PROGRAM_NO_MEMORY},
+    {"out of dynamic memory in ", MTRANSLATE_PROGRAM_NO_MEMORY},
+    {"fatal error - scanner input buffer overflow", MTRANSLATE_PROGRAM_NO_MEMORY},
+    {TEXT_TOO_LONG, MTRANSLATE_PROGRAM_TOO_LARGE},
+    {"the translation takes more than ", MTRANSLATE_PROGRAM_TOO_LARGE},
+    {"the translation is longer than ", MTRANSLATE_PROGRAM_TOO_LARGE},
+    {"unable to open ", MTRANSLATE_PROGRAM_UNREADABLE},
+    {"input in flex scanner failed", MTRANSLATE_PROGRAM_UNREADABLE},
+};
+
+int32_t status_of(const char *message) {
+    for (const Ending &ending : ENDINGS)
+        if (strncmp(message, ending.begin, strlen(ending.begin)) == 0) return ending.status;
+    return MTRANSLATE_PROGRAM_STOPPED;
+}
+
+// The message with the value's text in the place of its %1.
+std::string failure_text(const char *message, HostValue value) {
+    std::string text = LastError.line > 0 ? LastError.message : message;
+    size_t place = value ? text.find("%1") : std::string::npos;
+    if (place != std::string::npos) text.replace(place, 2, text_of_value(value));
+    return text;
+}
+
+HostValue raise(const char *message, HostValue value) {
+    ProgramRun *run = current_run();
+    mTranslateProgramResult *result = result_of(run);
+    result->status = status_of(LastError.line > 0 ? LastError.message : message);
+    result->failure = keep_result(memory_of(run), failure_text(message, value).c_str());
+    finish_messages(run, result->failure);
+    throw ProgramEnd();
+}
+
+// The first text of a call is its name.
+mTranslateProgramQuestion question_of_call(HostValue sequence) {
+    const HostValue *words = reinterpret_cast<const HostValue *>(sequence);
+    mTranslateProgramQuestion question = {};
+    question.kind = MTRANSLATE_QUESTION_CALL;
+    question.name = text_of_value(words[1]);
+    question.argument_count = static_cast<size_t>(words[0]) - 1;
+    if (question.argument_count > 0)
+        question.arguments = reinterpret_cast<const char *const *>(words + 2);
+    return question;
+}
+
+mTranslateProgramQuestion question_of(const char *procedure, HostValue argument) {
+    if (strcmp(procedure, NAME_PROCEDURE) != 0) return question_of_call(argument);
+    mTranslateProgramQuestion question = {};
+    question.kind = MTRANSLATE_QUESTION_NAME;
+    question.name = text_of_value(argument);
+    return question;
+}
+
+HostValue call_host_function(HostValue procedure, HostValue argument) {
+    const mTranslateProgramRequest *request = &current_run()->request;
+    if (!request->answer) return 0;
+    mTranslateProgramQuestion question = question_of(text_of_value(procedure), argument);
+    question.size = sizeof question;
+    question.results = RequestedResults;
+    const char *text = request->answer(request->context, &question);
+    return text ? value_of_text(KeepText(text, strlen(text))) : 0;
+}
+
+HostValue new_sequence(int count) {
+    size_t words = static_cast<size_t>(count) + 1;
+    HostValue *sequence = static_cast<HostValue *>(AllocKept(words * sizeof(HostValue)));
+    *sequence = static_cast<HostValue>(count);
+    return reinterpret_cast<HostValue>(sequence);
+}
+
+// Those that only the arguments of mTranslate need are never called.
+HostValue list_element(HostValue, int) { return 0; }
+int never(HostValue) { return 0; }
+
+}  // namespace
+
+const HostKernelTable ProgramHost = {raise,         call_host_function,
+                                     value_of_text, [](HostValue value) { return value ? 1 : 0; },
+                                     list_element,  never,
+                                     text_of_value, never,
+                                     new_sequence,  value_of_text,
+                                     never};

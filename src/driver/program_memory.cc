@@ -1,0 +1,50 @@
+// Memory of a program's result.
+#include "driver/program_memory.h"
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <new>
+
+struct ResultBlock {
+    ResultBlock *next;
+};
+
+namespace {
+
+constexpr size_t ALIGNMENT = alignof(max_align_t);
+constexpr size_t HEAD = (sizeof(ResultBlock) + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
+constexpr size_t SMALLEST_BLOCK = 4096;
+
+void add_block(ResultMemory *memory, size_t size) {
+    size_t room = std::max(size, SMALLEST_BLOCK);
+    ResultBlock *block = static_cast<ResultBlock *>(malloc(HEAD + room));
+    if (!block) throw std::bad_alloc();
+    block->next = memory->blocks;
+    *memory = {block, reinterpret_cast<char *>(block) + HEAD, room};
+}
+
+}  // namespace
+
+void *take_result(ResultMemory *memory, size_t size) {
+    size = (size + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
+    if (memory->room < size) add_block(memory, size);
+    char *part = memory->next;
+    memory->next += size;
+    memory->room -= size;
+    return memset(part, 0, size);
+}
+
+void release_result(const ResultMemory *memory) {
+    for (ResultBlock *block = memory->blocks; block;) {
+        ResultBlock *next = block->next;
+        free(block);
+        block = next;
+    }
+}
+
+const char *keep_result(ResultMemory *memory, const char *text, size_t length) {
+    char *copy = static_cast<char *>(take_result(memory, length + 1));
+    if (length > 0) memcpy(copy, text, length);
+    return copy;
+}

@@ -1,0 +1,100 @@
+// From bytes to lines and columns.
+#include "driver/program_places.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "driver/program_texts.h"
+
+namespace {
+
+struct Walk {
+    const char *text;
+    uint32_t length;
+    uint32_t at;
+    uint32_t line;
+    uint32_t start;  // of the line
+    uint32_t units;  // of UTF-16 on the line, in front of at
+};
+
+bool is_continuation(char byte) { return (byte & 0xC0) == 0x80; }
+
+// Bytes of a character by its first one.
+uint32_t promised_length(unsigned char byte) {
+    if (byte < 0xC2 || byte > 0xF4) return 1;
+    if (byte < 0xE0) return 2;
+    return byte < 0xF0 ? 3 : 4;
+}
+
+uint32_t character_length(const Walk *walk) {
+    const char *first = walk->text + walk->at;
+    uint32_t length = promised_length(static_cast<unsigned char>(*first));
+    if (length > walk->length - walk->at) return 1;
+    return std::all_of(first + 1, first + length, is_continuation) ? length : 1;
+}
+
+void begin_line(Walk *walk, uint32_t bytes) {
+    walk->at += bytes;
+    walk->start = walk->at;
+    walk->line++;
+    walk->units = 0;
+}
+
+// Over the next character or line end.
+void step(Walk *walk) {
+    const char *text = walk->text + walk->at;
+    if (*text == '\n') return begin_line(walk, 1);
+    if (*text == '\r')
+        return begin_line(walk, walk->at + 1 < walk->length && text[1] == '\n' ? 2 : 1);
+    uint32_t length = character_length(walk);
+    walk->at += length;
+    walk->units += length == 4 ? 2 : 1;
+}
+
+// A place inside of a character counts as its start in UTF-16.
+void find(Walk *walk, const AskedPlace *asked) {
+    uint32_t offset = std::min(asked->offset, walk->length);
+    Walk before = *walk;
+    while (walk->at < offset) {
+        before = *walk;
+        step(walk);
+    }
+    if (walk->at > offset) *walk = before;
+    *asked->line = walk->line;
+    *asked->column = offset - walk->start + 1;
+    *asked->column_utf16 = walk->units + 1;
+}
+
+const char *keep_name(ProgramPlaces *places, ResultMemory *memory, const char *name) {
+    if (name && name != places->last_name) {
+        places->last_copy = keep_result(memory, shortest_path(name).c_str());
+        places->last_name = name;
+    }
+    return name ? places->last_copy : nullptr;
+}
+
+}  // namespace
+
+mTranslateProgramRange *ask_range(ProgramPlaces *places, ResultMemory *memory, const PlacedText *in,
+                                  uint32_t begin, uint32_t end) {
+    auto *range = new_result<mTranslateProgramRange>(memory);
+    range->file = keep_name(places, memory, in->name);
+    range->begin = begin;
+    range->end = end;
+    places->asked.push_back({*in, begin, &range->line, &range->column, &range->column_utf16});
+    places->asked.push_back(
+        {*in, end, &range->end_line, &range->end_column, &range->end_column_utf16});
+    return range;
+}
+
+void find_places(ProgramPlaces *places) {
+    std::ranges::sort(places->asked, [](const AskedPlace &a, const AskedPlace &b) {
+        return a.in.text != b.in.text ? std::less<>()(a.in.text, b.in.text) : a.offset < b.offset;
+    });
+    Walk walk = {};
+    for (const AskedPlace &asked : places->asked) {
+        if (walk.text != asked.in.text) walk = {asked.in.text, asked.in.length, 0, 1, 0, 0};
+        find(&walk, &asked);
+    }
+    places->asked.clear();
+}

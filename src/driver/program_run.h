@@ -1,0 +1,47 @@
+/* A run for a tool, from its request to its result. */
+#pragma once
+
+#include <mtranslate_program.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "driver/program_memory.h"
+#include "driver/program_places.h"
+#include "driver/program_texts.h"
+#include "support/observers.h"
+
+/* A result with its memory, in which it lies itself. */
+struct OwnedResult {
+    mTranslateProgramResult result; /* first: its address is that of this record */
+    ResultMemory memory;
+};
+
+/* Lives in the frame of the call, above all frames of the run, which may not return. */
+struct ProgramRun {
+    mTranslateProgramRequest request;
+    OwnedResult *owned;
+    GivenTexts texts;
+    GivenFolders folders;
+    ProgramPlaces places;
+    std::vector<const Message *> messages; /* the run's */
+    std::vector<const mTranslateProgramFile *> files;
+    std::set<std::string, std::less<>> file_names;
+    bool lacks_memory; /* an observer had not enough: the result would not be whole */
+};
+
+inline mTranslateProgramResult *result_of(ProgramRun *run) { return &run->owned->result; }
+inline ResultMemory *memory_of(ProgramRun *run) { return &run->owned->memory; }
+
+/* Thrown by the host's RaiseError. */
+struct ProgramEnd {};
+
+/* The operations of the host that the tool stands for. They find their run by Observing.context. */
+extern const HostKernelTable ProgramHost;
+/* What the library tells of the run and asks. */
+Observers observers_of(ProgramRun *run);
+
+/* While the run's sources are there: enters its messages into the result, and failure, null for
+ * none, as one with the place of LastError. Throws std::bad_alloc. */
+void finish_messages(ProgramRun *run, const char *failure);

@@ -1,0 +1,278 @@
+/* The interface for tools: what a result tells, files that are not on the disk, sizes of structs,
+ * and calls that are refused. */
+#include <mtranslate_program.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <thread>
+
+#include "tests/translation.h"
+
+namespace mtranslate {
+
+namespace {
+
+using Result =
+    std::unique_ptr<const mTranslateProgramResult, void (*)(const mTranslateProgramResult *)>;
+
+Result translated(const mTranslateProgramRequest &request) {
+    return {mTranslateProgram(&request), mTranslateProgramRelease};
+}
+
+std::string text_or(const char *text, const char *otherwise) { return text ? text : otherwise; }
+
+/* Files that a tool has, and what it was asked. */
+struct Tool {
+    std::map<std::string, std::string> files;
+    Texts asked;
+    void (*when_asked)() = [] {};
+    mTranslateProgramRequest request{};
+
+    explicit Tool(const std::string &table) {
+        for (const Row &file : short_rows(table)) files[file.source + ".m"] = file.expected;
+        request.size = sizeof request;
+        request.file = "main.m";
+        request.flags = MTRANSLATE_WITHOUT_DISK;
+        request.context = this;
+        request.read = read;
+        request.answer = answer;
+    }
+    Tool(const Tool &) = delete;
+    Tool &operator=(const Tool &) = delete;
+
+    static int32_t read(void *context, const char *name, const char **text, size_t *length) {
+        Tool *tool = static_cast<Tool *>(context);
+        tool->when_asked();
+        tool->asked.push_back(std::string("read ") + name);
+        const auto file = tool->files.find(name);
+        if (file == tool->files.end()) return MTRANSLATE_FILE_ABSENT;
+        if (file->second == "broken") return MTRANSLATE_FILE_FAILED;
+        *text = file->second.data();
+        *length = file->second.size();
+        return MTRANSLATE_FILE_TEXT;
+    }
+    static const char *answer(void *context, const mTranslateProgramQuestion *question) {
+        Tool *tool = static_cast<Tool *>(context);
+        if (question->kind == MTRANSLATE_QUESTION_NAME)
+            return std::strcmp(question->name, "rate") == 0 ? "r" : nullptr;
+        std::string call = question->name;
+        for (size_t i = 0; i < question->argument_count; i++)
+            call += std::string(" ") + question->arguments[i];
+        tool->asked.push_back(call + " -> " + std::to_string(question->results));
+        return std::strcmp(question->name, "flip") == 0 ? "FLIPPED" : nullptr;
+    }
+};
+
+std::string shown(const mTranslateProgramRange *place) {
+    if (!place) return "nowhere";
+    const auto end = [](uint32_t line, uint32_t column, uint32_t units) {
+        return std::to_string(line) + ":" + std::to_string(column) + "/" + std::to_string(units);
+    };
+    return text_or(place->file, "command") + " " +
+           end(place->line, place->column, place->column_utf16) + "-" +
+           end(place->end_line, place->end_column, place->end_column_utf16);
+}
+
+std::string shown(const mTranslateProgramMessage &message) {
+    std::string text = shown(message.place) + " " + std::to_string(message.severity) + " " +
+                       message.code + " [" + text_or(message.source_line, "") + "]";
+    if (message.called_from)
+        text += std::string(" from ") + message.called_from + ":" +
+                std::to_string(message.called_from_line);
+    return text;
+}
+
+std::string messages_of(const mTranslateProgramResult &result) {
+    std::string text;
+    for (size_t i = 0; i < result.message_count; i++) text += shown(*result.messages[i]) + "\n";
+    return text;
+}
+
+struct Program {
+    const char *language;
+    const char *files;
+    const char *text;
+    const char *messages;
+};
+
+const Program Programs[] = {
+    {"matlab", "main => y = f(rate)   f => function y = f(x)\\ny = flip(x);\\nend",
+     "f := proc( x )\n    local y;\n    y := FLIPPED;\n    return y;\nend proc;\n\ny := f(r);\n",
+     ""},
+    {"matlab", "main => x = 1;\\npart   part => y = x", "x := 1;\ny := copy(x);\n", ""},
+    {"classic", "main => y = f(x)   f => function y = f(x)\\ny = g(x);",
+     "f := proc( x )\n    local y;\n    y := g(x);\n        return y;\nend proc;\n\ny := f(x);\n",
+     ""},
+    {"matlab", "main => s = 'é😀'; y = nope;\\r\\nf(1)   f => function f(x)\\n% 😀\\n  😀", nullptr,
+     "main.m 1:19/16-1:23/20 2 MT401 [s = 'é😀'; y = nope;]\n"
+     "f.m 3:3/3-3:7/5 0 MT112 [  😀] from main.m:2\n"},
+    {"classic", "main => y = f(x)   f => function y = f(x)\\n% é\\ny = = x;", "",
+     "f.m 3:5/5-3:5/5 0  [y = = x;]\n"},
+    {"matlab", "main => f(1)   f => broken", "", "nowhere 0  []\n"},
+};
+
+TEST(Interface, tells_of_files_that_are_not_on_the_disk) {
+    for (const Program &program : Programs) {
+        SCOPED_TRACE(program.files);
+        Tool tool(program.files);
+        tool.request.language = program.language;
+        const Result result = translated(tool.request);
+        if (program.text) {
+            EXPECT_EQ(std::string(result->text), program.text);
+            EXPECT_EQ(result->text_length, std::strlen(program.text));
+        }
+        EXPECT_EQ(messages_of(*result), program.messages);
+        ASSERT_EQ(result->file_count, program.messages[0] == 'n' ? 1u : 2u);
+        EXPECT_EQ(std::string(result->files[0]->name), "main.m");
+    }
+}
+
+TEST(Interface, asks_once_for_a_file_and_for_every_call) {
+    Tool tool("main => y = f(1); z = f(2); [p, q] = g(z)");
+    EXPECT_EQ(translated(tool.request)->status, MTRANSLATE_PROGRAM_DONE);
+    std::ranges::sort(tool.asked);
+    EXPECT_EQ(tool.asked, (Texts{"f 1 -> 1", "f 2 -> 1", "g z -> 2", "read f.m", "read g.m",
+                                 "read main.m", "read private/f.m", "read private/g.m"}));
+}
+
+/* Texts of an array of sources, whose structs the caller knows with one field more. */
+struct NewerSource {
+    mTranslateProgramSource known;
+    uint64_t added;
+};
+
+std::vector<NewerSource> sources_of(const Tool &tool) {
+    std::vector<NewerSource> sources;
+    for (const auto &[name, text] : tool.files)
+        sources.push_back({{sizeof(NewerSource), name.c_str(), text.data(), text.size()}, 0});
+    return sources;
+}
+
+/* Sources of classes, packages and private folders, and a text that is no file of the disk. */
+TEST(Interface, finds_sources_in_folders) {
+    Tool tool(
+        "main => p = point(1); q = move(p); r = geo.area(q); s = own(2)   "
+        "@point/point => function p = point(x)\\np.x = x;   "
+        "@point/move => function p = move(p)   +geo/area => function a = area(q)\\na = 1;   "
+        "private/own => function y = own(x)\\ny = x;");
+    const std::vector<NewerSource> sources = sources_of(tool);
+    tool.request.sources = &sources[0].known;
+    tool.request.source_count = sources.size();
+    tool.request.read = nullptr;
+    const Result result = translated(tool.request);
+    EXPECT_EQ(result->file_count, sources.size()) << messages_of(*result);
+    for (size_t i = 0; i < result->message_count; i++)
+        EXPECT_NE(std::string(result->messages[i]->code), "MT401") << result->messages[i]->text;
+}
+
+struct Ending {
+    void (*change)(Tool &tool);
+    int32_t status;
+    const char *failure;
+};
+
+mTranslateProgramSource one_source{sizeof one_source, "main.m", "x = 1", 5};
+
+const Ending Endings[] = {
+    {[](Tool &tool) { tool.request.file = "none.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
+     "unable to open none.m"},
+    {[](Tool &tool) { tool.files["main.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
+     "unable to open main.m"},
+    {[](Tool &tool) { tool.files["f.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
+     "unable to open ./f.m: Input/output error"},
+    {[](Tool &tool) {
+         tool.files["main.m"] = "y = a" + repeated("'", 16000);
+         tool.request.language = "classic";
+         tool.request.max_memory = 1;
+     },
+     MTRANSLATE_PROGRAM_TOO_LARGE, "the translation takes more than 1 MB of memory"},
+    {[](Tool &tool) {
+         tool.files["main.m"] = "y = )";
+         tool.request.language = "classic";
+     },
+     MTRANSLATE_PROGRAM_STOPPED, "syntax error"},
+    {[](Tool &tool) { tool.request.size = 0; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: it has no size"},
+    {[](Tool &tool) { tool.request.command = "x"; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: either a command or a file is expected"},
+    {[](Tool &tool) { tool.request.flags = 1U << 31; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: it has fields that this library does not know"},
+    {[](Tool &tool) { tool.request.language = "C"; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: the language must be classic, matlab or octave"},
+    {[](Tool &tool) { tool.request.max_memory = 1U << 21; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: max_memory must be a number of megabytes"},
+    {[](Tool &tool) { tool.request.source_count = 1; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: there are no sources"},
+    {[](Tool &tool) {
+         static const mTranslateProgramSource twice[] = {one_source, one_source};
+         tool.request.sources = twice;
+         tool.request.source_count = 2;
+     },
+     MTRANSLATE_PROGRAM_INVALID, "invalid request: two sources have the same name"},
+};
+
+/* And the next run is as it would be without. */
+TEST(Interface, says_in_the_status_what_fails) {
+    for (const Ending &ending : Endings) {
+        SCOPED_TRACE(ending.failure);
+        Tool tool("main => y = f(1)");
+        ending.change(tool);
+        const Result result = translated(tool.request);
+        EXPECT_EQ(result->status, ending.status);
+        EXPECT_EQ(text_or(result->failure, "none"), ending.failure);
+        EXPECT_EQ(std::string(result->text), "");
+        Tool next("main => y = f(1)");
+        EXPECT_EQ(std::string(translated(next.request)->text), "y := f(1);\n");
+    }
+    EXPECT_EQ(mTranslateProgram(nullptr)->status, MTRANSLATE_PROGRAM_INVALID);
+}
+
+int32_t second_status() {
+    Tool tool("main => x = 1");
+    return translated(tool.request)->status;
+}
+
+Texts refusals;
+
+void ask_again() {
+    refusals.push_back(std::to_string(second_status()));
+    std::thread([] { refusals.push_back(std::to_string(second_status())); }).join();
+    StandInHost host;
+    host.leave_errors_by(ErrorExit::Return);
+    host.translate("command", "x = 1");
+    for (const std::string &error : host.take_errors()) refusals.push_back(error);
+}
+
+TEST(Interface, refuses_a_second_run) {
+    refusals.clear();
+    Tool tool("main => x = 1");
+    tool.when_asked = ask_again;
+    EXPECT_EQ(std::string(translated(tool.request)->text), "x := 1;\n");
+    EXPECT_EQ(refusals, (Texts{"6", "6", "a translation is already running"}));
+    StandInHost host;
+    host.translate_function("f", [](const auto &) { return std::to_string(second_status()); });
+    EXPECT_EQ(host.translate("command", "x = f(1)"), "x := 6;\n");
+}
+
+/* What a caller knows whose header has fewer fields, or more. */
+TEST(Interface, takes_requests_of_every_size) {
+    struct Newer {
+        mTranslateProgramRequest known;
+        uint64_t added;
+    };
+    Tool tool("main => x = rate");
+    Newer newer{tool.request, 0};
+    newer.known.size = sizeof newer;
+    EXPECT_EQ(std::string(translated(newer.known)->text), "x := r;\n");
+    newer.added = 1;
+    EXPECT_EQ(translated(newer.known)->status, MTRANSLATE_PROGRAM_INVALID);
+    tool.request.size = offsetof(mTranslateProgramRequest, answer);
+    EXPECT_EQ(std::string(translated(tool.request)->text), "x := rate();\n");
+    EXPECT_EQ(tool.asked.back(), "read rate.m");
+}
+
+}  // namespace
+
+}  // namespace mtranslate
