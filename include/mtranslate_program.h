@@ -68,7 +68,9 @@ typedef struct mTranslateProgramQuestion {
 enum {
     MTRANSLATE_WITHOUT_DISK = 1,       /* no file or folder of the disk is looked at */
     MTRANSLATE_WITHOUT_TRANSLATOR = 2, /* no calls are asked for, no called files looked for */
-    MTRANSLATE_DISPLAYS = 4            /* the host is asked how to display values */
+    MTRANSLATE_DISPLAYS = 4,           /* the host is asked how to display values */
+    MTRANSLATE_DETAILS = 8,            /* pieces, functions, calls, names, comments, statistics */
+    MTRANSLATE_TREE = 16               /* the tree */
 };
 
 /* What is to be translated. All of it belongs to the caller and has to stay as it is until
@@ -155,6 +157,95 @@ typedef struct mTranslateProgramFile {
     const char *name;
 } mTranslateProgramFile;
 
+/* What lines of the host text come from. */
+enum {
+    MTRANSLATE_LINES_STATEMENT = 0, /* a statement, with what it needs in front */
+    MTRANSLATE_LINES_HEAD = 1,      /* a part of one that holds others: if, elseif, case ... */
+    MTRANSLATE_LINES_END = 2,       /* its end, or that of a function */
+    MTRANSLATE_LINES_COMMENT = 3,
+    MTRANSLATE_LINES_FUNCTION = 4, /* the head of a function, with declarations */
+    MTRANSLATE_LINES_PRELUDE = 5,  /* what parameters need in front of the statements */
+    MTRANSLATE_LINES_RESULT = 6,   /* the return that a function ends with */
+    MTRANSLATE_LINES_GAP = 7       /* source that is put as comments */
+};
+
+/* A part of a source and the lines of the host text that come from it. Several pieces may share a
+ * line, and a part may be several pieces. */
+typedef struct mTranslateProgramPiece {
+    uint32_t size;
+    int32_t kind;                        /* MTRANSLATE_LINES_... */
+    const mTranslateProgramRange *place; /* empty where nothing stands in the source */
+    uint32_t first_line;
+    uint32_t last_line; /* included */
+} mTranslateProgramPiece;
+
+/* A function of the run's own source. */
+typedef struct mTranslateProgramFunction {
+    uint32_t size;
+    int32_t outer;    /* the function around it, by its place in the list; -1 for none */
+    const char *name; /* with dots as written */
+    const mTranslateProgramRange *place;
+} mTranslateProgramFunction;
+
+/* What becomes of a call. */
+enum {
+    MTRANSLATE_CALL_OF_OWN = 0,      /* a function of the same file is called */
+    MTRANSLATE_CALL_OF_FILE = 1,     /* one of another file, or a script */
+    MTRANSLATE_CALL_OF_HOST = 2,     /* the host has answered */
+    MTRANSLATE_CALL_OF_LANGUAGE = 3, /* the translator has a form for it */
+    MTRANSLATE_CALL_OF_CLASS = 4,    /* only classes have it: the host gets the call as it is */
+    MTRANSLATE_CALL_OF_UNKNOWN = 5   /* none of these: the host gets the call as it is */
+};
+
+/* A call, or a handle of a function, in the run's own source. */
+typedef struct mTranslateProgramCall {
+    uint32_t size;
+    int32_t end; /* MTRANSLATE_CALL_... */
+    const char *name;
+    const char *target;                  /* the file that holds what is called, or null */
+    int32_t function;                    /* in which it stands; -1 for none */
+    const mTranslateProgramRange *place; /* of the name */
+} mTranslateProgramCall;
+
+/* What a name is. */
+enum {
+    MTRANSLATE_NAME_FUNCTION = 0, /* not of the function: how each use ends, the calls tell */
+    MTRANSLATE_NAME_VARIABLE = 1,
+    MTRANSLATE_NAME_PARAMETER = 2,
+    MTRANSLATE_NAME_OUTPUT = 3,
+    MTRANSLATE_NAME_GLOBAL = 4,
+    MTRANSLATE_NAME_PERSISTENT = 5
+};
+
+/* A name of a function or of the statements of the run's own source. */
+typedef struct mTranslateProgramName {
+    uint32_t size;
+    int32_t kind; /* MTRANSLATE_NAME_... */
+    const char *text;
+    int32_t function;                          /* to which it belongs; -1 for the statements */
+    const mTranslateProgramRange *definition;  /* the first place that gives it a value, or the
+                                                  function of the same file; null for none */
+    const mTranslateProgramRange *const *uses; /* all places, in source order */
+    size_t use_count;
+} mTranslateProgramName;
+
+typedef struct mTranslateProgramComment {
+    uint32_t size;
+    int32_t is_kept; /* 1 where it stands in the host text */
+    const mTranslateProgramRange *place;
+} mTranslateProgramComment;
+
+/* Of the run's own source. */
+typedef struct mTranslateProgramStatistics {
+    uint32_t size;
+    uint32_t lines;
+    uint32_t bytes;
+    uint32_t statements;      /* what could not be read is one */
+    uint32_t without_message; /* those without error, gap and warning, all of whose calls end */
+    uint32_t comments;        /* each line of a block comment is one */
+    uint32_t comments_kept;
+} mTranslateProgramStatistics;
+
 /* All of it is valid until it is released, and the caller's alone. Lists hold pointers, none of
  * them null; a list itself is null where it is empty. */
 typedef struct mTranslateProgramResult {
@@ -169,6 +260,22 @@ typedef struct mTranslateProgramResult {
     /* In the order in which they have been opened, that of the request first. */
     const mTranslateProgramFile *const *files;
     size_t file_count;
+    /* The rest is of matlab and octave, empty and null where the run is not done. Asked for by
+     * MTRANSLATE_DETAILS, pieces by their first lines: */
+    const mTranslateProgramPiece *const *pieces;
+    size_t piece_count;
+    /* In source order: */
+    const mTranslateProgramFunction *const *functions; /* nested ones too */
+    size_t function_count;
+    const mTranslateProgramCall *const *calls;
+    size_t call_count;
+    const mTranslateProgramName *const *names; /* by their first uses */
+    size_t name_count;
+    const mTranslateProgramComment *const *comments;
+    size_t comment_count;
+    const mTranslateProgramStatistics *statistics;
+    const char *tree; /* of the run's own source, as mtranslate --dump-tree prints it; asked for by
+                         MTRANSLATE_TREE */
 } mTranslateProgramResult;
 
 /* Translates. Never null; whatever fails is told in the status. All state is process-wide: a second

@@ -226,7 +226,8 @@ TEST(Interface, says_in_the_status_what_fails) {
         Tool next("main => y = f(1)");
         EXPECT_EQ(std::string(translated(next.request)->text), "y := f(1);\n");
     }
-    EXPECT_EQ(mTranslateProgram(nullptr)->status, MTRANSLATE_PROGRAM_INVALID);
+    const Result result(mTranslateProgram(nullptr), mTranslateProgramRelease);
+    EXPECT_EQ(result->status, MTRANSLATE_PROGRAM_INVALID);
 }
 
 int32_t second_status() {
@@ -271,6 +272,112 @@ TEST(Interface, takes_requests_of_every_size) {
     tool.request.size = offsetof(mTranslateProgramRequest, answer);
     EXPECT_EQ(std::string(translated(tool.request)->text), "x := rate();\n");
     EXPECT_EQ(tool.asked.back(), "read rate.m");
+}
+
+/* What the host text of "main.m" comes from, and what is in it. */
+std::string shown_details(const mTranslateProgramResult &result) {
+    std::ostringstream text;
+    for (size_t i = 0; i < result.piece_count; i++)
+        text << "piece " << result.pieces[i]->kind << " " << result.pieces[i]->first_line << "-"
+             << result.pieces[i]->last_line << " " << shown(result.pieces[i]->place) << "\n";
+    for (size_t i = 0; i < result.function_count; i++)
+        text << "function " << result.functions[i]->name << " in " << result.functions[i]->outer
+             << " " << shown(result.functions[i]->place) << "\n";
+    for (size_t i = 0; i < result.call_count; i++)
+        text << "call " << result.calls[i]->name << " in " << result.calls[i]->function << " "
+             << result.calls[i]->end << " " << text_or(result.calls[i]->target, "-") << " "
+             << shown(result.calls[i]->place) << "\n";
+    for (size_t i = 0; i < result.comment_count; i++)
+        text << "comment " << result.comments[i]->is_kept << " " << shown(result.comments[i]->place)
+             << "\n";
+    if (const mTranslateProgramStatistics *all = result.statistics)
+        text << all->lines << " lines, " << all->bytes << " bytes, " << all->statements
+             << " statements, " << all->without_message << " without, " << all->comments
+             << " comments, " << all->comments_kept << " kept\n";
+    return text.str();
+}
+
+std::string shown_names(const mTranslateProgramResult &result) {
+    std::ostringstream text;
+    for (size_t i = 0; i < result.name_count; i++) {
+        const mTranslateProgramName &name = *result.names[i];
+        text << name.text << " is " << name.kind << " in " << name.function << ":";
+        for (size_t use = 0; use < name.use_count; use++)
+            text << " " << name.uses[use]->line << ":" << name.uses[use]->column;
+        if (name.definition)
+            text << ", from " << name.definition->line << ":" << name.definition->column;
+        text << "\n";
+    }
+    return text.str();
+}
+
+constexpr const char *DETAILED =
+    "main => x = 1; % é😀\\ny = g(x) + sin(x);\\nz = @(t) t + x;\\nf(2)\\nw = nope(x);\\n"
+    "@@ % kept\\nfunction r = g(x)\\nglobal n\\nr = inner(x) + n;\\n"
+    "function q = inner(p)\\nq = p; r = 2;\\nend\\nend\\n   "
+    "f => function f(x)\\ndisp(x)\\n";
+
+constexpr const char *DETAILS = R"(piece 4 1-3 main.m 7:1/1-7:18/18
+piece 4 5-6 main.m 10:1/1-10:22/22
+piece 0 7-7 main.m 11:1/1-11:6/6
+piece 0 8-8 main.m 11:8/8-11:13/13
+piece 6 9-9 main.m 10:10/10-10:11/11
+piece 2 10-10 main.m 12:1/1-12:4/4
+piece 0 12-12 main.m 9:1/1-9:17/17
+piece 6 13-13 main.m 7:10/10-7:11/11
+piece 2 14-14 main.m 13:1/1-13:4/4
+piece 4 16-16 f.m 1:1/1-1:14/14
+piece 0 17-17 f.m 2:1/1-2:8/8
+piece 2 18-18 f.m 2:8/8-2:8/8
+piece 0 20-20 main.m 1:1/1-1:6/6
+piece 3 20-20 main.m 1:8/8-1:16/13
+piece 0 21-21 main.m 2:1/1-2:18/18
+piece 0 22-22 main.m 3:1/1-3:15/15
+piece 0 23-23 main.m 4:1/1-4:5/5
+piece 0 24-24 main.m 5:1/1-5:12/12
+piece 7 25-25 main.m 6:1/1-6:3/3
+piece 3 25-25 main.m 6:4/4-6:10/10
+function g in -1 main.m 7:1/1-13:4/4
+function inner in 0 main.m 10:1/1-12:4/4
+call g in -1 0 main.m main.m 2:5/5-2:6/6
+call sin in -1 5 - main.m 2:12/12-2:15/15
+call f in -1 1 f.m main.m 4:1/1-4:2/2
+call nope in -1 5 - main.m 5:5/5-5:9/9
+call inner in 0 0 main.m main.m 9:5/5-9:10/10
+comment 1 main.m 1:8/8-1:16/13
+comment 1 main.m 6:4/4-6:10/10
+13 lines, 168 bytes, 10 statements, 7 without, 2 comments, 2 kept
+)";
+
+constexpr const char *NAMES = R"(x is 1 in -1: 1:1 2:7 2:16 3:14 5:10, from 1:1
+y is 1 in -1: 2:1, from 2:1
+g is 0 in -1: 2:5, from 7:14
+sin is 0 in -1: 2:12
+z is 1 in -1: 3:1, from 3:1
+t is 2 in -1: 3:7 3:10, from 3:7
+f is 0 in -1: 4:1
+w is 1 in -1: 5:1, from 5:1
+nope is 0 in -1: 5:5
+r is 3 in 0: 7:10 9:1 11:8, from 7:10
+x is 2 in 0: 7:16 9:11, from 7:16
+n is 4 in 0: 8:8 9:16, from 8:8
+inner is 0 in 0: 9:5, from 10:14
+q is 3 in 1: 10:10 11:1, from 10:10
+p is 2 in 1: 10:20 11:5, from 10:20
+)";
+
+TEST(Interface, tells_what_becomes_of_a_source) {
+    Tool tool(DETAILED);
+    tool.request.flags |= MTRANSLATE_DETAILS | MTRANSLATE_TREE;
+    const Result result = translated(tool.request);
+    EXPECT_EQ(shown_details(*result), DETAILS);
+    EXPECT_EQ(shown_names(*result), NAMES);
+    EXPECT_EQ(std::string(result->tree).substr(0, 15), "(file\n  (= x 1)");
+    tool.request.flags = MTRANSLATE_WITHOUT_DISK;
+    const Result plain = translated(tool.request);
+    EXPECT_EQ(std::string(plain->text), result->text);
+    EXPECT_EQ(shown_details(*plain) + shown_names(*plain), "");
+    EXPECT_EQ(plain->tree, nullptr);
 }
 
 }  // namespace

@@ -6,13 +6,16 @@
 
 #include "driver/entry.h"
 #include "driver/front_end.h"
+#include "driver/program_details.h"
 #include "driver/program_request.h"
 #include "driver/program_run.h"
 #include "driver/run.h"
+#include "emit/switch_writer.h"
 #include "run/run_end.h"
 #include "run/run_state.h"
 #include "support/budget.h"
 #include "support/long_string.h"
+#include "syntax/print_tree.h"
 
 namespace {
 
@@ -88,6 +91,24 @@ const char *give_in_folder(void *context, const char *folder, size_t *cursor) {
     return name;
 }
 
+void note_piece(void *context, const Node *node, PieceEnd end, const char *target) {
+    observe(context, [=](ProgramRun *run) { note_program_piece(run, node, end, target); });
+}
+
+void note_lines(void *context, const Origin *origin, uint32_t first, uint32_t count) {
+    observe(context, [=](ProgramRun *run) { note_program_lines(run, origin, first, count); });
+}
+
+void note_tree(void *context, const Node *tree) {
+    LongString text = print_tree(NewLongString(), tree);
+    observe(context,
+            [=](ProgramRun *run) { result_of(run)->tree = keep_result(memory_of(run), text); });
+}
+
+void note_program(void *context, const SourceFile *file) {
+    observe(context, [=](ProgramRun *run) { finish_details(run, file); });
+}
+
 void set_options(const mTranslateProgramRequest *request) {
     AddTranslator = (request->flags & MTRANSLATE_WITHOUT_TRANSLATOR) == 0;
     Displays = (request->flags & MTRANSLATE_DISPLAYS) != 0;
@@ -98,6 +119,19 @@ void set_options(const mTranslateProgramRequest *request) {
         add_search_directory(request->folders[i], strlen(request->folders[i]));
 }
 
+// What a tool gets depends on its request alone; hosts count their switch variables on.
+void translate_anew(const RunRequest *wanted) {
+    int32_t counted = SwitchCounter;
+    SwitchCounter = 0;
+    try {
+        translate_request(wanted);
+    } catch (...) {
+        SwitchCounter = counted;
+        throw;
+    }
+    SwitchCounter = counted;
+}
+
 HostValue translate_program(HostValue value) {
     begin_run();
     ProgramRun *run = reinterpret_cast<ProgramRun *>(value);
@@ -106,7 +140,7 @@ HostValue translate_program(HostValue value) {
     const char *source = request->file ? request->file : request->command;
     RunRequest wanted = {request->file ? "file" : "command", source,
                          reinterpret_cast<HostValue>(source), request->folders != nullptr};
-    translate_request(&wanted);
+    translate_anew(&wanted);
     mTranslateProgramResult *result = result_of(run);
     result->text_length = static_cast<size_t>(LengthString(OutputText));
     result->text = keep_result(memory_of(run), OutputText, result->text_length);
@@ -174,6 +208,11 @@ Observers observers_of(ProgramRun *run) {
     observers.message = note_message;
     observers.given_file = give_file;
     observers.given_in_folder = give_in_folder;
+    bool wants_details = (run->request.flags & MTRANSLATE_DETAILS) != 0;
+    if (wants_details) observers.piece = note_piece;
+    if (wants_details) observers.lines = note_lines;
+    if (wants_details) observers.program = note_program;
+    if ((run->request.flags & MTRANSLATE_TREE) != 0) observers.tree = note_tree;
     observers.without_disk = (run->request.flags & MTRANSLATE_WITHOUT_DISK) != 0;
     return observers;
 }

@@ -52,6 +52,7 @@ HostValue raise(const char *message, HostValue value) {
     result->status = status_of(LastError.line > 0 ? LastError.message : message);
     result->failure = keep_result(memory_of(run), failure_text(message, value).c_str());
     finish_messages(run, result->failure);
+    result->tree = nullptr;
     throw ProgramEnd();
 }
 

@@ -4,6 +4,8 @@
 #include <stddef.h>
 #include <string.h>
 
+#include <vector>
+
 struct ResultBlock;
 
 /* Blocks of the system's heap; at first {}. */
@@ -32,12 +34,11 @@ Record *new_result(ResultMemory *memory) {
     return record;
 }
 
-/* The items of a vector as a list of the interface; null for none. */
-template <typename Items>
-auto list_result(ResultMemory *memory, const Items &items) -> const typename Items::value_type * {
-    using Item = typename Items::value_type;
+/* The pointers of a vector as a list of the interface; null for none. */
+template <typename Record>
+const Record **list_result(ResultMemory *memory, const std::vector<const Record *> &items) {
     if (items.empty()) return nullptr;
-    Item *list = static_cast<Item *>(take_result(memory, items.size() * sizeof(Item)));
-    memcpy(list, items.data(), items.size() * sizeof(Item));
-    return list;
+    void *list = take_result(memory, items.size() * sizeof(void *));
+    memcpy(list, items.data(), items.size() * sizeof(void *));
+    return static_cast<const Record **>(list);
 }

@@ -126,6 +126,7 @@ void finish_messages(ProgramRun *run, const char *failure) {
     find_places(&run->places);
     keep_lines(memory_of(run), all);
     std::vector<const ProgramMessage *> list;
+    list.reserve(all.size());
     for (const Placed &placed : all) list.push_back(placed.message);
     result_of(run)->messages = list_result(memory_of(run), list);
     result_of(run)->message_count = list.size();

@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr uint32_t ALL_FLAGS =
-    MTRANSLATE_WITHOUT_DISK | MTRANSLATE_WITHOUT_TRANSLATOR | MTRANSLATE_DISPLAYS;
+constexpr uint32_t ALL_FLAGS = MTRANSLATE_WITHOUT_DISK | MTRANSLATE_WITHOUT_TRANSLATOR |
+                               MTRANSLATE_DISPLAYS | MTRANSLATE_DETAILS | MTRANSLATE_TREE;
 
 constexpr char TOO_NEW[] = "invalid request: it has fields that this library does not know";
 

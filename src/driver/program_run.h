@@ -3,8 +3,10 @@
 
 #include <mtranslate_program.h>
 
+#include <map>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "driver/program_memory.h"
@@ -18,6 +20,21 @@ struct OwnedResult {
     ResultMemory memory;
 };
 
+/* What has become of a call; texts are the run's. */
+struct NotedCall {
+    const char *name;
+    const char *target;
+    uint32_t length;
+    PieceEnd end;
+};
+
+/* Lines that come from an origin. */
+struct NotedLines {
+    const Origin *origin;
+    uint32_t first;
+    uint32_t last;
+};
+
 /* Lives in the frame of the call, above all frames of the run, which may not return. */
 struct ProgramRun {
     mTranslateProgramRequest request;
@@ -28,6 +45,11 @@ struct ProgramRun {
     std::vector<const Message *> messages; /* the run's */
     std::vector<const mTranslateProgramFile *> files;
     std::set<std::string, std::less<>> file_names;
+    std::map<uint32_t, NotedCall> calls;      /* of the run's own source, by their offsets */
+    std::set<uint32_t> put_comments;          /* offsets */
+    std::map<uint32_t, uint32_t> put_sources; /* put as comments: their ends by their begins */
+    std::vector<NotedLines> lines;
+    std::unordered_map<const Origin *, size_t> newest_lines;
     bool lacks_memory; /* an observer had not enough: the result would not be whole */
 };
 

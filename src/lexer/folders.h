@@ -1,5 +1,5 @@
-/* Folders on disk, with what a tool gives in them. One is open at a time; a run that is abandoned while it reads one leaves none
- * open. */
+/* Folders on disk, with what a tool gives in them. One is open at a time; a run that is abandoned
+ * while it reads one leaves none open. */
 #pragma once
 
 /* Opens the folder; false where there is none. One that is there and cannot be read ends the run.
