@@ -10,9 +10,9 @@
  *     fputs(result->text, stdout);
  *     mTranslateProgramRelease(result);
  *
- * Every struct begins with its size. Those of the caller have sizeof as he knows it: where the
- * library knows more fields these are 0, where it knows fewer the rest has to be 0. Those of the
- * library have the size of what is there: MTRANSLATE_PROGRAM_HAS tells whether a field is.
+ * Every struct begins with its size. Those of the caller have sizeof as the caller knows it: where
+ * the library knows more fields these are 0, where it knows fewer the rest has to be 0. Those of
+ * the library have the size of what is there: MTRANSLATE_PROGRAM_HAS tells whether a field is.
  *
  * Texts are bytes with a NUL after them; where a length stands beside one it may hold NULs. Offsets
  * and lengths are in bytes from 0, lines and columns from 1. */
