@@ -15,8 +15,8 @@ constexpr uint32_t ALL_FLAGS = MTRANSLATE_WITHOUT_DISK | MTRANSLATE_WITHOUT_TRAN
 
 constexpr char TOO_NEW[] = "invalid request: it has fields that this library does not know";
 
-// A struct that the caller may know with fewer fields or with more. False where he has set one that
-// the library does not know.
+// A struct that the caller may know with fewer fields or with more. False where one is set that the
+// library does not know.
 template <typename Record>
 bool read_record(const void *from, Record *to) {
     uint32_t size;

@@ -50,11 +50,6 @@ bool is_default_of(const Node *statement, const Symbol *parameter) {
            !mentions(condition, parameter) && sets(condition->next, parameter);
 }
 
-const Node *next_statement(const Node *node) {
-    while (node && node->kind == NODE_COMMENT) node = node->next;
-    return node;
-}
-
 // Whether the sides after the first are asked where the parameter is given. What an anonymous
 // function holds is no value of the head.
 bool asks_of_given(const Node *condition, const Symbol *parameter) {

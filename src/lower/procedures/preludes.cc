@@ -130,8 +130,7 @@ void put_argument(const Node *argument) {
     Symbol *symbol = base_symbol(target);
     if (target->next && symbol) put_default(target, symbol);
     if (!symbol || !(symbol->flags & SYMBOL_OPTIONS)) return;
-    const Node *next = argument->next;
-    while (next && next->kind == NODE_COMMENT) next = next->next;
+    const Node *next = next_statement(argument->next);
     if (!next || base_symbol(next->first_child) != symbol) put_options(symbol);
 }
 

@@ -35,30 +35,12 @@ int count_alternatives(const Node *node, bool is_true, bool is_last) {
     return count;
 }
 
-// How many branches, one inside of the other, the condition opens; too many where it is none of
-// those that must all be true.
-int count_nested(const Node *node, bool is_true) {
-    node = without_parens(node);
-    if (is_negation(node)) return count_nested(node->first_child, !is_true);
-    if (!needs_branches(node)) return 1;
-    if (is_any_of(node, is_true)) return MOST_COPIES + 1;
-    int count = 0;
-    for (const Node *side = node->first_child; side && count <= MOST_COPIES; side = side->next)
-        count += count_nested(side, is_true);
-    return count;
-}
-
 // How many nodes there are, as far as it matters.
 int count_nodes(const Node *node, int most) {
     int count = 1;
     for (const Node *child = first_child(node); child && count <= most; child = child->next)
         count += count_nodes(child, most - count);
     return count;
-}
-
-const Node *next_statement(const Node *node) {
-    while (node && node->kind == NODE_COMMENT) node = node->next;
-    return node;
 }
 
 bool is_simple(const Node *statement) {
@@ -166,9 +148,10 @@ void put_alternatives(BranchWord word, const Node *condition, const Node *block)
     }
 }
 
+// What must all be true has an alternative for each that is not.
 bool may_have_each_else(const Node *condition, const Node *block) {
     if (!is_simple_block(block)) return false;
-    int count = count_nested(condition, true);
+    int count = count_alternatives(condition, false, false);
     return count > 1 && count <= MOST_ELSES;
 }
 

@@ -155,11 +155,6 @@ struct Siblings {
     OpenRest *rest;       // branches of the list
 };
 
-const Node *next_statement(const Node *node) {
-    while (node && node->kind == NODE_COMMENT) node = node->next;
-    return node;
-}
-
 void note_inside(Siblings *siblings, const Node *comment) {
     if (siblings->has_inside || !has_flag(comment, INSIDE)) return;
     if (!siblings->next) siblings->next = next_statement(comment);

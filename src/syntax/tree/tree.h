@@ -241,3 +241,8 @@ inline Node *third_child(const Node *node) {
     assert(second_child(node));
     return node->first_child->next->next;
 }
+/* The node, or the first one after it that is no comment; null for none. */
+inline const Node *next_statement(const Node *node) {
+    while (node && node->kind == NODE_COMMENT) node = node->next;
+    return node;
+}
