@@ -121,6 +121,12 @@ const char *base_text(const Target *target) {
     return path.text;
 }
 
+bool has_computed_field(const Node *target) {
+    for (const Node *selector = target->first_child->next; selector; selector = selector->next)
+        if (selector->kind == NODE_DYNAMIC_FIELD) return true;
+    return false;
+}
+
 // x([]) = [] leaves x as it is.
 bool selects_nothing(const Node *arguments) {
     const Node *position = arguments->first_child;
@@ -140,7 +146,10 @@ void put_deletion(const Node *assignment) {
     assert(is_deletion(assignment));
     const Node *node = assignment->first_child;
     const Node *arguments = last_selector(node);
-    if (selects_nothing(arguments)) return;
+    if (selects_nothing(arguments)) {
+        if (!has_computed_field(node)) lower_target(node, arguments);  // begins what is not there
+        return;
+    }
     int selecting = selecting_argument(arguments);
     if (selecting < 0) return report_gap(DELETION_GAP, node);
     Target target = lower_target(node, arguments);

@@ -194,6 +194,22 @@ bool is_started(const char *name) {
     return false;
 }
 
+// What is a number, truth value or text that may have no elements is a cell once an element of it is set
+// by braces; the gaps of a cell are no zeros.
+void empty_as_cell(const Target *target, Value holder, const Node *braces) {
+    constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT;
+    bool may_be_plain = may_be(holder, PLAIN) && is_surely(holder, PLAIN | MAY_BE_CELL);
+    if (!may_be_plain || !may_be(holder, MAY_BE_EMPTY) || grows_in_plane(braces)) return;
+    const char *path = target->path.text;
+    if (!may_be(holder, MAY_BE_FILLED)) {
+        put_line("%s := %s;", {path, EMPTY_CELL});
+        return;
+    }
+    put_line("if %s = 0 then", {last_position_text(path, 1, 1)});
+    put_inner_line("%s := %s;", {path, EMPTY_CELL});
+    put_line("end if;", {});
+}
+
 // A variable whose first use in the text is to have a part set begins in front of all loops.
 void start_in_front(const Symbol *symbol, const char *written, const Node *selector) {
     if (is_started(symbol->name)) return;
@@ -230,7 +246,11 @@ Target lower_target(const Node *node, const Node *end) {
     if (node->kind == NODE_NAME) return target;
     check_object_index(base, "subsasgn", "(...) =");
     bool are_fields_there = start_target(base, name);
+    const Node *holder = base;
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
+        if (selector->kind == NODE_BRACES && !target.field)
+            empty_as_cell(&target, value_of(holder), selector);
+        holder = selector;
         if (selector->kind != NODE_FIELD) are_fields_there = true;  // after it nothing is known
         if (needs_element(base, selector, end)) {
             add_element(&target, selector);

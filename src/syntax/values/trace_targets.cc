@@ -21,6 +21,12 @@ bool is_deletion(const Node *selector, const Node *expression) {
     return is_text || (expression->kind == NODE_MATRIX && !expression->first_child);
 }
 
+// Of what is not there only nothing can be deleted, by x([]) = [].
+bool reads_what_is_there(const Node *selector, const Node *expression) {
+    return is_deletion(selector, expression) && selector->first_child &&
+           may_be(value_of(selector->first_child), MAY_BE_FILLED);
+}
+
 // A vector keeps its direction; whole rows or columns leave 0 by n.
 Value after_deletion(Value before, const Node *arguments) {
     bool is_block = arguments && arguments->next;
@@ -127,8 +133,7 @@ void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expr
     }
     set_value(holder, after);
     if (!field) return;
-    bool is_read = selector->next && is_deletion(selector->next, expression);
-    if (is_read) note_presence(field);
+    if (selector->next && reads_what_is_there(selector->next, expression)) note_presence(field);
     selector->value |= value_now(field);
     if (selector->next) return set_part(field, depth + 1, selector->next, value, expression);
     assign(field, value & ANY_VALUE);
