@@ -30,12 +30,6 @@ bool has_text(const Node *literal) {
     return false;
 }
 
-const Node *single_element(const Node *literal) {
-    assert(literal->kind == NODE_MATRIX || literal->kind == NODE_CELL);
-    const Node *row = literal->first_child;
-    return row && !row->next && !row->first_child->next ? row->first_child : nullptr;
-}
-
 bool is_only_texts(const Node *row) {
     for (const Node *element = row->first_child; element; element = element->next)
         if (!is_literal_text(element)) return false;

@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/expressions/expressions.h"
+#include "lower/expressions/value_lists.h"
 #include "run/run_state.h"
 #include "syntax/names/names.h"
 #include "syntax/tree/value.h"
@@ -128,6 +129,8 @@ bool is_read_once(const Symbol *symbol) {
 bool is_replaced(const Node *value, const Symbol *from) {
     const Node *target = Lowering.holder.target;
     if (!target || target->kind == NODE_TARGETS || variable_of(target) != from) return false;
+    bool may_be_given = target->kind == NODE_NAME && from->position > 0;
+    if (may_be_given && !must_own(from)) return false;  // the caller has it
     const Node *place = target->kind == NODE_REFERENCE ? second_child(target) : nullptr;
     const Node *part = value->kind == NODE_REFERENCE ? second_child(value) : nullptr;
     for (; place; place = place->next, part = part->next) {
@@ -168,6 +171,21 @@ bool needs_copy(const Node *value, Depths depths) {
     if (value->kind == NODE_NAME && is_left_open(from)) return true;
     return from->depth_changed > depth_of(value) + depths.in_value ||
            (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
+}
+
+// What an expression may give as it is: x in +x, [x] and full(x); else null.
+const Node *kept_value(const Node *value) {
+    if (value->kind == NODE_PREFIX && value->op == OPERATOR_PLUS) return value->first_child;
+    const Node *inner = value->kind == NODE_MATRIX ? single_element(value) : nullptr;
+    if (!inner) inner = first_argument(value, "full");
+    if (!inner) inner = first_argument(value, "sparse");
+    return inner && !inner->next && !is_value_list(inner, true) ? inner : nullptr;
+}
+
+const Node *same_value(const Node *value) {
+    value = without_parens(value);
+    while (const Node *inner = kept_value(value)) value = without_parens(inner);
+    return value;
 }
 
 // An index in parentheses makes a new array, which shares what is in it.
@@ -220,20 +238,19 @@ Holder begin_holding(const Node *target, const Node *value) {
 void end_holding(const Holder &outer) { Lowering.holder = outer; }
 
 const char *held_text(const Node *value, const char *text) {
-    value = without_parens(value);
+    value = same_value(value);
     if (is_transpose(value)) return joined_text(value->first_child, text);
     if (shares_itself(value)) return copy_text(text);
     if (const Node *record = first_argument(value, "getfield")) return field_text(record, text);
-    bool is_plus = value->kind == NODE_PREFIX && value->op == OPERATOR_PLUS;  // +x may be x itself
-    return shared_text(is_plus ? without_parens(value->first_child) : value, text, 0);
+    return shared_text(value, text, 0);
 }
 
 const char *held_element_text(const Node *value, const char *text) {
-    return shared_text(without_parens(value), text, 1);
+    return shared_text(same_value(value), text, 1);
 }
 
 const char *joined_text(const Node *value, const char *text) {
-    value = without_parens(value);
+    value = same_value(value);
     if (!is_shared(value) || !may_hold_parts(value)) return text;
     uint32_t depth = depth_of_elements(value);
     return needs_copy(value, {depth, depth}) ? copy_text(text) : text;
@@ -258,5 +275,5 @@ bool may_change_results(const Scope *scope) {
 }
 
 bool must_own(const Symbol *parameter) {
-    return parameter->depth_changed > 0 || (parameter->flags & LIVES_ON);
+    return owns_given_value(parameter) || (parameter->flags & (SEEN_ELSEWHERE | SYMBOL_LIVES_ON));
 }

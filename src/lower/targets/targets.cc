@@ -194,8 +194,8 @@ bool is_started(const char *name) {
     return false;
 }
 
-// What is a number, truth value or text that may have no elements is a cell once an element of it is set
-// by braces; the gaps of a cell are no zeros.
+// What is a number, truth value or text that may have no elements is a cell once an element of it
+// is set by braces; the gaps of a cell are no zeros.
 void empty_as_cell(const Target *target, Value holder, const Node *braces) {
     constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT;
     bool may_be_plain = may_be(holder, PLAIN) && is_surely(holder, PLAIN | MAY_BE_CELL);

@@ -11,14 +11,20 @@ void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
     symbol->values = value;
 }
 
-void note_element(Symbol *symbol, const Node *target) {
+// x(k) = [] makes an array of what is left.
+static bool is_deletion(const Node *target, const Node *value) {
+    return value && target->next == value && value->kind == NODE_MATRIX && !value->first_child;
+}
+
+void note_element(Symbol *symbol, const Node *target, const Node *value) {
     constexpr uint32_t USED = SYMBOL_PARAMETER | SYMBOL_GLOBAL | SYMBOL_PERSISTENT |
                               SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
-    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS;
-    symbol->depth_changed = std::max(symbol->depth_changed, depth_of(target) + is_element);
-    symbol->scope->flags |= CHANGES_PARTS;
+    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS && !is_deletion(target, value);
+    uint32_t depth = depth_of(target) + is_element;
+    symbol->depth_changed = std::max(symbol->depth_changed, depth);
+    if (depth > 0) symbol->scope->flags |= CHANGES_PARTS;
     if (grows_in_plane(selector)) symbol->flags |= SYMBOL_GROWS_IN_PLANE;
     if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }

@@ -19,5 +19,6 @@ struct AssignedValue {
 
 /* The variable takes a value. node: null for VALUE_UNKNOWN. */
 void note_value(Symbol *symbol, ValueKind kind, const Node *node);
-/* An element or a field of the variable, the base of target, is assigned. */
-void note_element(Symbol *symbol, const Node *target);
+/* An element or a field of the variable, the base of target, is assigned value: null where that is
+ * not one expression. */
+void note_element(Symbol *symbol, const Node *target, const Node *value);

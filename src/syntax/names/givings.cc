@@ -45,7 +45,7 @@ bool can_own(const Symbol *symbol, const Scope *scope) {
     if (!is_variable(symbol) || symbol->scope != scope) return false;
     if (symbol->flags & (LIVE_ON | SYMBOL_OPTIONS)) return false;
     if (is_set_to_shared(symbol)) return false;
-    if (symbol->position > 0) return is_copied_parameter(symbol) && symbol->depth_changed > 0;
+    if (symbol->position > 0) return is_copied_parameter(symbol) && owns_given_value(symbol);
     return !(scope->flags & HAS_VARARGIN) || strcmp(symbol->name, "varargin") != 0;
 }
 

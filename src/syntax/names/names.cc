@@ -128,7 +128,7 @@ void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (base->kind != NODE_NAME) return;
     note_field(base);
     note_braces(base);
-    note_element(mention(walk, base), target);
+    note_element(mention(walk, base), target, value);
     if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     change_name(walk, base);
 }

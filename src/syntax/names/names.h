@@ -48,7 +48,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_SIDES_ASKED = 1 << 23,    /* size, rows or columns is asked of it */
     SYMBOL_CAPTURED = 1 << 24,       /* an anonymous function names it */
     SYMBOL_GIVEN_AWAY = 1 << 25,     /* an assignment gives away what it holds (names/givings.h) */
-    SYMBOL_LIVES_ON = 1 << 26        /* and to what outlives the function */
+    SYMBOL_LIVES_ON = 1 << 26,       /* and to what outlives the function */
+    SYMBOL_GIVEN_IS_OWN = 1 << 27    /* a parameter of whose given value a part may be set, or which
+                                        may be returned with it */
 };
 
 /* A name in the functions that share it. */
@@ -166,6 +168,9 @@ inline bool is_variable(const Symbol *symbol) { return (symbol->flags & SYMBOL_V
 bool holds_function(const Symbol *symbol);
 /* Whether the parameter is changed in the function: it is a variable of its own in the host. */
 bool is_copied_parameter(const Symbol *symbol);
+/* Whether what it is given is changed or returned inside of the function, so that the caller's must
+ * be another. */
+bool owns_given_value(const Symbol *parameter);
 /* What an interned name is in the scope or around it, or null. Where exist is not asked it takes
  * time for each name. */
 Symbol *find_symbol(const Scope *scope, const char *name);

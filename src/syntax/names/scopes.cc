@@ -281,6 +281,11 @@ bool is_copied_parameter(const Symbol *symbol) {
     return symbol->position > 0 && (symbol->flags & CHANGING);
 }
 
+bool owns_given_value(const Symbol *parameter) {
+    bool may_differ = parameter->depth_changed > 0 || (parameter->flags & SYMBOL_OUTPUT);
+    return may_differ && (parameter->flags & SYMBOL_GIVEN_IS_OWN);
+}
+
 void index_names(Scope *scope) {
     if (!(scope->flags & (ASKS_EXIST | NAMES_VARIABLES))) return;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)

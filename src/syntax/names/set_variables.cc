@@ -24,10 +24,19 @@ void use_given(Symbol *symbol) {
     if (symbol->position > 0) symbol->flags |= SYMBOL_GIVEN_COUNTS;
 }
 
+void own_given(Symbol *symbol) {
+    if (symbol->position > 0) symbol->flags |= SYMBOL_GIVEN_IS_OWN;
+}
+
+void return_given(Symbol *symbol) {
+    use_given(symbol);
+    own_given(symbol);
+}
+
 void set(SetWalk *walk, Symbol *symbol) {
     if (symbol->is_set) return;
     bool is_returned = walk->last_return > symbol->unset_since;
-    if (is_returned && (symbol->flags & SYMBOL_OUTPUT)) use_given(symbol);
+    if (is_returned && (symbol->flags & SYMBOL_OUTPUT)) return_given(symbol);
     symbol->is_set = true;
     SetCell *cell = AllocRecord<SetCell>();
     *cell = {symbol, walk->in_block};
@@ -76,7 +85,10 @@ void note_set_reading(Symbol *symbol) {
 void note_whole_set(SetWalk *walk, Symbol *symbol) { set(walk, symbol); }
 
 void note_part_set(SetWalk *walk, Symbol *symbol) {
-    if (!symbol->is_set) use_given(symbol);
+    if (!symbol->is_set) {
+        use_given(symbol);
+        own_given(symbol);
+    }
     set(walk, symbol);
 }
 
@@ -121,7 +133,7 @@ void finish_sets(SetWalk *walk, const Scope *scope) {
     note_set_return(walk);
     constexpr uint32_t HIDDEN = SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
-        bool is_read = !symbol->is_set && (symbol->flags & SYMBOL_OUTPUT);
-        if (is_read || (symbol->flags & HIDDEN)) use_given(symbol);
+        bool is_returned = !symbol->is_set && (symbol->flags & SYMBOL_OUTPUT);
+        if (is_returned || (symbol->flags & HIDDEN)) return_given(symbol);
     }
 }

@@ -24,7 +24,8 @@ struct SetBranches {
 
 /* The variable is read: a parameter is flagged where its given value counts. */
 void note_set_reading(Symbol *symbol);
-/* It is assigned as a whole, or an element or field of it. */
+/* It is assigned as a whole, or an element or field of it: a parameter is flagged where that is a
+ * part of its given value. */
 void note_whole_set(SetWalk *walk, Symbol *symbol);
 void note_part_set(SetWalk *walk, Symbol *symbol);
 /* It is cleared. */

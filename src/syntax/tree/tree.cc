@@ -24,6 +24,12 @@ bool grows_in_plane(const Node *selector) {
     return row && row->next && (is_colon(row) || has_end_inside(row));
 }
 
+const Node *single_element(const Node *literal) {
+    assert(literal->kind == NODE_MATRIX || literal->kind == NODE_CELL);
+    const Node *row = literal->first_child;
+    return row && !row->next && !row->first_child->next ? row->first_child : nullptr;
+}
+
 Node *nth_child(const Node *node, int n) {
     Node *child = first_child(node);
     while (--n > 0) child = child->next;

@@ -227,6 +227,8 @@ inline bool is_colon(const Node *argument) {
     if (argument->kind == NODE_COLON) return true;
     return argument->kind == NODE_STRING && argument->text[0] == ':' && argument->text[1] == '\0';
 }
+/* The element that a MATRIX or CELL has alone; null where there are none or several. */
+const Node *single_element(const Node *literal);
 /* What stands in the parentheses around it; itself without any. */
 inline const Node *without_parens(const Node *node) {
     while (node->kind == NODE_PARENS) node = node->first_child;
