@@ -198,7 +198,7 @@ private:
 void finish(Translation &translation, const MessageCollection &messages, const Source &source,
             const HostError &thrown) {
     const RaisedError error = error_behind(thrown);
-    if (error.message == OUT_OF_MEMORY) throw std::bad_alloc();
+    if (error.message == OUT_OF_MEMORY.message) throw std::bad_alloc();
     finish(translation, messages);
     translation.text.reset();
     translation.code = exit_code_of(error);

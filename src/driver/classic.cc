@@ -16,7 +16,7 @@ namespace {
 void begin() {
     CurrentProc = nullptr;
     BeforeScript = resolve_within_parse;
-    RaiseInPlace = [](const char *message) { yyerror(message); };
+    RaiseInPlace = raise_where_read;
     initLexer();
 }
 

@@ -36,7 +36,7 @@ void search_beside(const char *file) {
 
 bool translate_file(const RunRequest *request) {
     if (open_source(request->source) != 0) {
-        raise_error("unable to open %1", request->source_value);
+        raise_error({"unable to open %1", FILE_IS_UNREADABLE}, request->source_value);
         return false;
     }
     if (!request->has_path) search_beside(request->source);

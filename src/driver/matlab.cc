@@ -17,16 +17,16 @@
 namespace {
 
 // In the statement that is being lowered.
-void raise_in_statement(const char *message) {
+void raise_in_statement(const RunEnd &end) {
     if (!Lowering.statement) {
-        raise_error(message, 0);
+        raise_error(end, 0);
         return;
     }
     Source *source = CurrentFile->source;
     Position at = position_of(source, Lowering.statement->offset);
     uint32_t length;
     const char *line = line_text(source, at.line, &length);
-    ErrorRecord error = {message, source->name, at.line, Lowering.statement->offset};
+    ErrorRecord error = {end.message, source->name, at.line, Lowering.statement->offset, end.cause};
     raise_in_line(&error, line, length, at.column - 1);
 }
 
@@ -66,7 +66,7 @@ void raise_failure(const Message *failure) {
     uint32_t length;
     const char *line = line_text(failure->source, failure->line, &length);
     ErrorRecord error = {failure_text(failure), failure->file, failure->line,
-                         static_cast<long>(failure->offset)};
+                         static_cast<long>(failure->offset), GIVEN_IS_WRONG};
     raise_in_line(&error, line, length, failure->column - 1);
 }
 

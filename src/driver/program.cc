@@ -32,7 +32,7 @@ constexpr mTranslateProgramResult without_run(int32_t status, const char *failur
 constexpr mTranslateProgramResult REFUSED =
     without_run(MTRANSLATE_PROGRAM_REFUSED, "a translation is already running");
 constexpr mTranslateProgramResult NO_MEMORY =
-    without_run(MTRANSLATE_PROGRAM_NO_MEMORY, OUT_OF_MEMORY);
+    without_run(MTRANSLATE_PROGRAM_NO_MEMORY, OUT_OF_MEMORY.message);
 
 // Calls of a program that go on. The turn of a run (run/run_turn.h) is not enough: what a call does
 // before and after its run is in nobody's way but another program's.

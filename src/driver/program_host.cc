@@ -3,7 +3,6 @@
 
 #include "driver/program_run.h"
 #include "run/last_error.h"
-#include "run/run_end.h"
 #include "support/allocation.h"
 
 namespace {
@@ -16,25 +15,13 @@ HostValue value_of_text(const char *text) { return reinterpret_cast<HostValue>(t
 
 const char *text_of_value(HostValue value) { return reinterpret_cast<const char *>(value); }
 
-struct Ending {
-    const char *begin; /* of the error's text */
-    int32_t status;
-};
-
-constexpr Ending ENDINGS[] = {
-    {OUT_OF_MEMORY, MTRANSLATE_PROGRAM_NO_MEMORY},
-    {"out of dynamic memory in ", MTRANSLATE_PROGRAM_NO_MEMORY},
-    {"fatal error - scanner input buffer overflow", MTRANSLATE_PROGRAM_NO_MEMORY},
-    {TEXT_TOO_LONG, MTRANSLATE_PROGRAM_TOO_LARGE},
-    {"the translation takes more than ", MTRANSLATE_PROGRAM_TOO_LARGE},
-    {"the translation is longer than ", MTRANSLATE_PROGRAM_TOO_LARGE},
-    {"unable to open ", MTRANSLATE_PROGRAM_UNREADABLE},
-    {"input in flex scanner failed", MTRANSLATE_PROGRAM_UNREADABLE},
-};
-
-int32_t status_of(const char *message) {
-    for (const Ending &ending : ENDINGS)
-        if (strncmp(message, ending.begin, strlen(ending.begin)) == 0) return ending.status;
+int32_t status_of(EndCause cause) {
+    switch (cause) {
+        case GIVEN_IS_WRONG: return MTRANSLATE_PROGRAM_STOPPED;
+        case FILE_IS_UNREADABLE: return MTRANSLATE_PROGRAM_UNREADABLE;
+        case RUN_IS_TOO_LARGE: return MTRANSLATE_PROGRAM_TOO_LARGE;
+        case SYSTEM_LACKS_MEMORY: return MTRANSLATE_PROGRAM_NO_MEMORY;
+    }
     return MTRANSLATE_PROGRAM_STOPPED;
 }
 
@@ -49,7 +36,7 @@ std::string failure_text(const char *message, HostValue value) {
 HostValue raise(const char *message, HostValue value) {
     ProgramRun *run = current_run();
     mTranslateProgramResult *result = result_of(run);
-    result->status = status_of(LastError.line > 0 ? LastError.message : message);
+    result->status = status_of(LastError.cause);
     result->failure = keep_result(memory_of(run), failure_text(message, value).c_str());
     finish_messages(run, result->failure);
     result->tree = nullptr;

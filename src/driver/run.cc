@@ -55,5 +55,5 @@ void release_run() {
     AllocationTable = CalledNames = DefinedNames = KnownVariables = GlobalNames = nullptr;
     OutputText = nullptr;
     PrevLine = SourceText = "";
-    LastError = {nullptr, nullptr, 0, -1};
+    LastError = {nullptr, nullptr, 0, -1, GIVEN_IS_WRONG};
 }

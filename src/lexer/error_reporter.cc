@@ -113,11 +113,15 @@ HostValue raise_excerpt(const ErrorRecord *error, const Excerpt *excerpt) {
 
 }  // namespace
 
-HostValue yyerror(const char *message) {
+static HostValue raise_read(const char *message, EndCause cause) {
     Excerpt excerpt = choose_excerpt();
-    ErrorRecord error = {message, InputFileName, SourceLine, TokenOffset};
+    ErrorRecord error = {message, InputFileName, SourceLine, TokenOffset, cause};
     return raise_excerpt(&error, &excerpt);
 }
+
+HostValue yyerror(const char *message) { return raise_read(message, GIVEN_IS_WRONG); }
+
+void raise_where_read(const RunEnd &end) { raise_read(end.message, end.cause); }
 
 HostValue raise_in_line(const ErrorRecord *error, const char *line, size_t length, size_t column) {
     bool is_cut = length > LONGEST_EXCERPT;

@@ -28,7 +28,7 @@ void refuse_file(const char *path, int cause) {
     char *message = static_cast<char *>(Alloc(size));
     snprintf(message, size, "unable to open %s: %s", path, reason);
     InputFileName = path;
-    end_run(message);
+    end_run({message, FILE_IS_UNREADABLE});
 }
 
 bool open_if_there(const char *path) {

@@ -179,7 +179,7 @@ int read_source(char *buffer, int room) {
         count += more;
     }
     if (count == 0 && source->has_failed) {
-        yyerror("input in flex scanner failed");
+        raise_where_read({"input in flex scanner failed", FILE_IS_UNREADABLE});
         abandon_run();
     }
     return static_cast<int>(count);

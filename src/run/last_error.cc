@@ -5,7 +5,7 @@
 #include "run/run_state.h"
 #include "run/run_turn.h"
 
-ErrorRecord LastError = {nullptr, nullptr, 0, -1};
+ErrorRecord LastError = {nullptr, nullptr, 0, -1, GIVEN_IS_WRONG};
 
 static HostValue raise(const char *text, HostValue value) {
     const HostKernelTable *kernel = HostKernel;  // from begin_raise on another run may set it
@@ -15,9 +15,9 @@ static HostValue raise(const char *text, HostValue value) {
     return result;
 }
 
-HostValue raise_error(const char *message, HostValue value) {
-    LastError = {message, InputFileName, 0, -1};
-    return raise(message, value);
+HostValue raise_error(const RunEnd &end, HostValue value) {
+    LastError = {end.message, InputFileName, 0, -1, end.cause};
+    return raise(end.message, value);
 }
 
 HostValue raise_framed_error(const ErrorRecord *error, const char *text) {

@@ -3,15 +3,15 @@
 
 #include "run/last_error.h"
 
-void (*RaiseInPlace)(const char *message);
+void (*RaiseInPlace)(const RunEnd &end);
 
-void end_run_in_place(const char *message) {
-    if (!RaiseInPlace) end_run(message);
-    RaiseInPlace(message);
+void end_run_in_place(const RunEnd &end) {
+    if (!RaiseInPlace) end_run(end);
+    RaiseInPlace(end);
     abandon_run();
 }
 
-void end_run(const char *message) {
-    raise_error(message, 0);
+void end_run(const RunEnd &end) {
+    raise_error(end, 0);
     abandon_run();
 }

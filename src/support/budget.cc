@@ -23,7 +23,7 @@ bool IsFixed;  // sources do not widen it
     static char message[80];  // read until the next run
     snprintf(message, sizeof message, form, static_cast<long>(bytes / MEGABYTE));
     Budget = INT64_MAX;
-    end_run_in_place(message);
+    end_run_in_place({message, RUN_IS_TOO_LARGE});
 }
 
 }  // namespace
