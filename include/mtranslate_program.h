@@ -64,13 +64,72 @@ typedef struct mTranslateProgramQuestion {
     int32_t results; /* how many are asked for, or HOST_RESULTS_... (mtranslate.h) */
 } mTranslateProgramQuestion;
 
+/* Whose file is looked for. */
+enum {
+    MTRANSLATE_SEARCH_FILE = 0,  /* of a function or a script */
+    MTRANSLATE_SEARCH_METHOD = 1 /* of a method or a constructor */
+};
+
+/* A name whose file is looked for. All of it is valid during the question. */
+typedef struct mTranslateProgramSearch {
+    uint32_t size;
+    int32_t kind;           /* MTRANSLATE_SEARCH_... */
+    const char *name;       /* of a function, with the dots of packages; of a method alone */
+    const char *class_name; /* of a method, with the same; null: of any class that has the method,
+                               but for constructors */
+    const char *caller;     /* path of the file that calls it; null for a command */
+} mTranslateProgramSearch;
+
+/* What the first result of a call is. */
+enum {
+    MTRANSLATE_RESULT_UNKNOWN = 0,
+    MTRANSLATE_RESULT_NUMBER = 1, /* a single number */
+    MTRANSLATE_RESULT_TRUTH = 2,  /* a single truth value */
+    MTRANSLATE_RESULT_TEXT = 3,
+    MTRANSLATE_RESULT_CELL = 4,
+    MTRANSLATE_RESULT_RECORD = 5,
+    MTRANSLATE_RESULT_SEVERAL = 6 /* an array of any number of elements */
+};
+
+/* What stands behind a path. */
+enum {
+    MTRANSLATE_IS_GIVEN = 0, /* the caller's text */
+    MTRANSLATE_IS_REGULAR = 1,
+    MTRANSLATE_IS_PIPE = 2,
+    MTRANSLATE_IS_DEVICE = 3,
+    MTRANSLATE_IS_OTHER = 4
+};
+
+/* A file that the run opens. Names of files are in their shortest form. */
+typedef struct mTranslateProgramFile {
+    uint32_t size;
+    const char *name;
+    const char *path; /* as the run makes it of a folder and a name: "./f.m" for the name "f.m" */
+    int32_t kind;     /* MTRANSLATE_IS_... */
+    uint64_t bytes;   /* of what is on the disk, as it tells; and what it is known by there: */
+    uint64_t device;
+    uint64_t inode;
+    const char *text; /* what has been read, in matlab and octave, where MTRANSLATE_TEXTS asks for
+                         it; else null */
+    size_t text_length;
+} mTranslateProgramFile;
+
 /* Flags of a request. */
 enum {
     MTRANSLATE_WITHOUT_DISK = 1,       /* no file or folder of the disk is looked at */
     MTRANSLATE_WITHOUT_TRANSLATOR = 2, /* no calls are asked for, no called files looked for */
     MTRANSLATE_DISPLAYS = 4,           /* the host is asked how to display values */
-    MTRANSLATE_DETAILS = 8,            /* pieces, functions, calls, names, comments, statistics */
-    MTRANSLATE_TREE = 16               /* the tree */
+    MTRANSLATE_DETAILS = 8,            /* pieces, outline and names */
+    MTRANSLATE_TREE = 16,              /* the tree */
+    MTRANSLATE_VALUES = 32,            /* the tree with what is known of values */
+    MTRANSLATE_TEXTS = 64,             /* the texts of the files */
+    MTRANSLATE_PIECES = 128,
+    MTRANSLATE_OUTLINE = 256,        /* functions, statements, calls, comments, statistics */
+    MTRANSLATE_ONLY_READ = 512,      /* the source is read, with messages about that, and no more */
+    MTRANSLATE_LIBRARY_APART = 1024, /* the text leaves out the functions of MATLAB's library that
+                                        the translator brings along */
+    MTRANSLATE_WHOLE_LIBRARY = 2048, /* the text holds all of these */
+    MTRANSLATE_COUNTS_ON = 4096      /* classic numbers its variables on from the run before */
 };
 
 /* What is to be translated. All of it belongs to the caller and has to stay as it is until
@@ -99,6 +158,16 @@ typedef struct mTranslateProgramRequest {
     /* The host's text, which is copied at once; null where it has none. The function may be null
      * itself. */
     const char *(*answer)(void *context, const mTranslateProgramQuestion *question);
+    /* Whether a file of the disk may be opened, or null for all: 0 ends the run as unreadable. The
+     * file is valid during the question, and has no text. */
+    int32_t (*allow)(void *context, const mTranslateProgramFile *file);
+    /* For a caller that knows all files and translates each for itself, or null: the path of a
+     * file, which is copied at once, or null for none, in the place of looking into folders. The
+     * statements of a script still stand where it is called; functions stay calls. */
+    const char *(*find)(void *context, const mTranslateProgramSearch *search);
+    /* What the result is of a function that the run has no file of, or null: MTRANSLATE_RESULT_...
+     * The name is valid during the question, and has the dots of packages. */
+    int32_t (*result_kind)(void *context, const char *name);
 } mTranslateProgramRequest;
 
 /* How a run has ended. */
@@ -121,7 +190,7 @@ enum {
 };
 
 /* A part of a source. Ends are not included. Columns in UTF-16 count 2 for a character beyond
- * U+FFFF, and 1 for a byte that is no UTF-8. */
+ * U+FFFF, and 1 for a byte that is no UTF-8; those in characters always count 1. */
 typedef struct mTranslateProgramRange {
     uint32_t size;
     const char *file; /* its name in the shortest form; null for the command */
@@ -133,7 +202,22 @@ typedef struct mTranslateProgramRange {
     uint32_t end_line;
     uint32_t end_column;
     uint32_t end_column_utf16;
+    uint32_t column_characters;
+    uint32_t end_column_characters;
 } mTranslateProgramRange;
+
+/* A kind of messages, as docs/messages.md has it. Texts are constants. */
+typedef struct mTranslateMessageKind {
+    uint32_t size;
+    int32_t severity; /* MTRANSLATE_SEVERITY_... */
+    const char *code; /* "MT201" */
+    const char *name; /* "try-catch" */
+    const char *form; /* the text of a message, with a %s for each operand */
+    uint32_t operand_count;
+    const char *explanation; /* what it means, in sentences */
+    const char *example;     /* a source with this message alone; null for none */
+    const char *help;        /* what to do, in sentences */
+} mTranslateMessageKind;
 
 typedef struct mTranslateProgramMessage {
     uint32_t size;
@@ -149,13 +233,17 @@ typedef struct mTranslateProgramMessage {
     size_t source_line_length;
     const char *called_from; /* name of the file that calls that of the place, or null */
     uint32_t called_from_line;
+    const mTranslateMessageKind *kind; /* null for what ended the run */
 } mTranslateProgramMessage;
 
-/* A file that the run has opened. Names of files are in their shortest form. */
-typedef struct mTranslateProgramFile {
+/* Where a run has ended that is not done: what it was reading then. */
+typedef struct mTranslateProgramEnd {
     uint32_t size;
-    const char *name;
-} mTranslateProgramFile;
+    const char *path; /* of the file; null for the command, and where it was reading nothing */
+    uint32_t line;    /* that it has reached; 0 for none */
+    uint64_t
+        offset; /* the same in bytes: after the end, where classic asks for more of a command */
+} mTranslateProgramEnd;
 
 /* What lines of the host text come from. */
 enum {
@@ -197,14 +285,26 @@ enum {
     MTRANSLATE_CALL_OF_UNKNOWN = 5   /* none of these: the host gets the call as it is */
 };
 
+/* A statement of the run's own source. */
+typedef struct mTranslateProgramStatement {
+    uint32_t size;
+    int32_t outer;       /* the statement that holds it, by its place in the list; -1 for none */
+    int32_t is_read;     /* 0 where it could not be read: its place may hold many */
+    int32_t has_message; /* 1 where an error, a gap or a warning is about it, and not about what it
+                            holds; that a function is unknown, its calls tell */
+    const mTranslateProgramRange *place;
+} mTranslateProgramStatement;
+
 /* A call, or a handle of a function, in the run's own source. */
 typedef struct mTranslateProgramCall {
     uint32_t size;
     int32_t end; /* MTRANSLATE_CALL_... */
     const char *name;
-    const char *target;                  /* the file that holds what is called, or null */
+    const char *target;                  /* the file that holds what is called, or null: its name,
+                                            or the path that find has answered */
     int32_t function;                    /* in which it stands; -1 for none */
     const mTranslateProgramRange *place; /* of the name */
+    int32_t statement;                   /* the innermost in which it stands; -1 for none */
 } mTranslateProgramCall;
 
 /* What a name is. */
@@ -276,12 +376,26 @@ typedef struct mTranslateProgramResult {
     const mTranslateProgramStatistics *statistics;
     const char *tree; /* of the run's own source, as mtranslate --dump-tree prints it; asked for by
                          MTRANSLATE_TREE */
+    const char *values; /* the same as --dump-values prints it; asked for by MTRANSLATE_VALUES */
+    const mTranslateProgramStatement *const *statements; /* in source order */
+    size_t statement_count;
+    int32_t needs_library; /* 1 where the text leaves out functions that it calls, by
+                              MTRANSLATE_LIBRARY_APART */
+    const mTranslateProgramEnd
+        *end; /* of classic too; null where the run is done or has not begun */
 } mTranslateProgramResult;
 
 /* Translates. Never null; whatever fails is told in the status. All state is process-wide: a second
  * call while one is under way, or a run of mTranslate, is refused. */
 MTRANSLATE_API const mTranslateProgramResult *mTranslateProgram(
     const mTranslateProgramRequest *request);
+
+/* All kinds of messages, by their codes; count, unless null, gets their number. Constants; may be
+ * asked at any time. */
+MTRANSLATE_API const mTranslateMessageKind *const *mTranslateMessageKinds(size_t *count);
+
+/* The kind with the code ("MT201", in any case) or the name; null when there is none. The same. */
+MTRANSLATE_API const mTranslateMessageKind *mTranslateFindMessageKind(const char *code_or_name);
 
 /* Gives the result's memory back; nothing happens for null. Of any thread, at any time. */
 MTRANSLATE_API void mTranslateProgramRelease(const mTranslateProgramResult *result);

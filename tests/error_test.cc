@@ -133,14 +133,14 @@ TEST(Errors, are_kept_as_records) {
         const char *mode;
         std::string source;
         ErrorRecord record;
-    } rows[] = {{"command", "a;\nbb = )", {"syntax error", nullptr, 2, 8, GIVEN_IS_WRONG}},
-                {"command", "[1", {"lexical error.", nullptr, 1, 0, GIVEN_IS_WRONG}},
-                {"command",
-                 "for k = 1:end\nx, end",
-                 {"the range of the for loop over k has no last value", nullptr, 2, 13,
-                  GIVEN_IS_WRONG}},
-                {"file", files.path("main.m"), {"syntax error", f.c_str(), 2, 8, GIVEN_IS_WRONG}},
-                {"file", files.path("no.m"), {"unable to open %1", nullptr, 0, -1, FILE_IS_UNREADABLE}}};
+    } rows[] = {
+        {"command", "a;\nbb = )", {"syntax error", nullptr, 2, 8, GIVEN_IS_WRONG}},
+        {"command", "[1", {"lexical error.", nullptr, 1, 0, GIVEN_IS_WRONG}},
+        {"command",
+         "for k = 1:end\nx, end",
+         {"the range of the for loop over k has no last value", nullptr, 2, 13, GIVEN_IS_WRONG}},
+        {"file", files.path("main.m"), {"syntax error", f.c_str(), 2, 8, GIVEN_IS_WRONG}},
+        {"file", files.path("no.m"), {"unable to open %1", nullptr, 0, -1, FILE_IS_UNREADABLE}}};
     for (const auto &row : rows) {
         run_leaving(ErrorExit::Jump, row.mode, row.source);
         EXPECT_STREQ(LastError.message, row.record.message);

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "tests/translation.h"
@@ -378,6 +379,147 @@ TEST(Interface, tells_what_becomes_of_a_source) {
     EXPECT_EQ(std::string(plain->text), result->text);
     EXPECT_EQ(shown_details(*plain) + shown_names(*plain), "");
     EXPECT_EQ(plain->tree, nullptr);
+}
+
+/* What a flag changes, and where a run has ended. */
+struct Asked {
+    uint32_t flags;
+    const char *language;
+    const char *command;
+    const char *expected;
+};
+
+std::string shown_answers(const mTranslateProgramResult &result) {
+    std::string text = std::string(result.text).substr(0, 16);
+    if (result.tree) text += std::string(" tree ") + result.tree;
+    if (result.values) text += std::string(" values ") + result.values;
+    if (result.needs_library) text += " needs the library";
+    for (size_t i = 0; i < result.statement_count; i++) {
+        const mTranslateProgramStatement &statement = *result.statements[i];
+        text += " " + std::to_string(statement.outer) + (statement.is_read ? "r" : "u") +
+                (statement.has_message ? "m" : "") + std::to_string(statement.place->begin);
+    }
+    for (size_t i = 0; i < result.call_count; i++)
+        text += std::string(" ") + result.calls[i]->name + " in " +
+                std::to_string(result.calls[i]->statement);
+    for (size_t i = 0; i < result.message_count; i++)
+        text += std::string(" ") + result.messages[i]->code;
+    if (result.end)
+        text += " ends at " + std::to_string(result.end->line) + ":" +
+                std::to_string(result.end->offset) + " near " +
+                std::to_string(result.messages[result.message_count - 1]->place->begin);
+    return text;
+}
+
+const Asked Answers[] = {
+    {MTRANSLATE_TREE | MTRANSLATE_ONLY_READ, "matlab", "y = nope; x = )",
+     " tree (file\n  (= y nope);\n  (bad)) MT101"},
+    {MTRANSLATE_VALUES, "matlab", "y = 1", "y := 1;\n values (file\n  (= y:? 1))"},
+    {MTRANSLATE_LIBRARY_APART, "matlab", "y = sort(1:3)", "y := qxrp_sort(V needs the library"},
+    {MTRANSLATE_WHOLE_LIBRARY, "matlab", "", "qxrp_length := p"},
+    {MTRANSLATE_OUTLINE, "matlab", "if a\nb(nope)\nend\nx = )",
+     "if ArrayTools[Al -1r0 0r5 -1um17 a in 0 b in 1 nope in 1 MT401 MT401 MT401 MT101"},
+    {0, "classic", "if x", "  ends at 2:6 near 4"},
+};
+
+TEST(Interface, answers_what_flags_ask_for) {
+    for (const Asked &asked : Answers) {
+        Tool tool("");
+        tool.request.file = nullptr;
+        tool.request.command = asked.command;
+        tool.request.language = asked.language;
+        tool.request.flags |= asked.flags;
+        EXPECT_EQ(shown_answers(*translated(tool.request)), asked.expected);
+    }
+}
+
+TEST(Interface, counts_on_where_it_is_asked_to) {
+    Tool tool("main => switch x\\ncase 1\\ny = 1;\\nend");
+    tool.request.language = "classic";
+    const std::string first = translated(tool.request)->text;
+    EXPECT_EQ(std::string(translated(tool.request)->text), first);
+    tool.request.flags |= MTRANSLATE_COUNTS_ON;
+    translated(tool.request);
+    EXPECT_NE(std::string(translated(tool.request)->text), first);
+}
+
+/* A caller that knows all files, and what results are. */
+const char *find_file(void *context, const mTranslateProgramSearch *search) {
+    Tool *tool = static_cast<Tool *>(context);
+    const std::string name = search->name;
+    tool->asked.push_back("find " + name + " of " + text_or(search->class_name, "any") + " for " +
+                          text_or(search->caller, "a command"));
+    if (search->kind == MTRANSLATE_SEARCH_METHOD) return nullptr;
+    if (name == "part") return "lib/./part.m";
+    return name == "f" ? "lib/./f.m" : nullptr;
+}
+
+TEST(Interface, takes_what_the_caller_knows) {
+    Tool tool(
+        "main => y = f(1);\\npart\\nz = g(1)*2;   lib/f => function y = f(x)\\ny = x;   "
+        "lib/part => p = '😀'; é = 1;");
+    tool.request.flags |= MTRANSLATE_DETAILS | MTRANSLATE_TEXTS;
+    tool.request.find = find_file;
+    tool.request.result_kind = [](void *, const char *name) {
+        const bool is_g = std::strcmp(name, "g") == 0;
+        return int32_t{is_g ? MTRANSLATE_RESULT_NUMBER : 99};
+    };
+    const Result result = translated(tool.request);
+    EXPECT_EQ(std::string(result->text),
+              "y := f(1);\np := \"😀\";\n# not translated (MT112 invalid-character): é = 1;\n"
+              "z := g(1)*2;\n");
+    const mTranslateProgramRange *place = result->messages[result->message_count - 1]->place;
+    EXPECT_EQ(place->column_utf16, 11u);
+    EXPECT_EQ(place->column_characters, 10u);
+    std::set<std::string> asked(tool.asked.begin(), tool.asked.end());
+    for (const char *question : {"find f of any for main.m", "find f of f for main.m",
+                                 "find part of any for main.m", "f 1 -> 1", "g 1 -> 1"})
+        EXPECT_TRUE(asked.contains(question)) << question;
+    ASSERT_EQ(result->file_count, 2u);
+    EXPECT_EQ(std::string(result->files[1]->name), "lib/part.m");
+    EXPECT_EQ(std::string(result->files[1]->path), "lib/./part.m");
+    EXPECT_EQ(std::string(result->files[1]->text), tool.files["lib/part.m"]);
+    EXPECT_EQ(std::string(result->calls[0]->target), "lib/./f.m");
+}
+
+TEST(Interface, asks_before_it_opens_a_file_of_the_disk) {
+    const SourceFiles files("main => f(1)   f => function f(x)\\ndisp(x)");
+    const std::string main = files.path("main.m");
+    mTranslateProgramRequest request = {};
+    request.size = sizeof request;
+    request.file = main.c_str();
+    const Result all = translated(request);
+    ASSERT_EQ(all->file_count, 2u);
+    for (const auto *file : {all->files[0], all->files[1]}) {
+        EXPECT_EQ(file->bytes, std::filesystem::file_size(file->path));
+        EXPECT_EQ(file->kind, MTRANSLATE_IS_REGULAR);
+        EXPECT_NE(file->inode, 0u);
+    }
+    request.allow = [](void *, const mTranslateProgramFile *file) {
+        return int32_t{!std::string_view(file->name).ends_with("/f.m")};
+    };
+    const Result refused = translated(request);
+    EXPECT_EQ(refused->status, MTRANSLATE_PROGRAM_UNREADABLE);
+    EXPECT_EQ(std::string(refused->failure),
+              "the caller does not allow to open " + files.path("f.m"));
+    EXPECT_EQ(refused->file_count, 1u);
+}
+
+TEST(Interface, tells_of_the_kinds_of_messages) {
+    size_t count = 0;
+    const mTranslateMessageKind *const *kinds = mTranslateMessageKinds(&count);
+    std::set<std::string> codes;
+    for (size_t i = 0; i < count; i++) {
+        codes.insert(kinds[i]->code);
+        EXPECT_EQ(mTranslateFindMessageKind(kinds[i]->name), kinds[i]);
+    }
+    EXPECT_EQ(codes.size(), count);
+    Tool tool("main => y = nope");
+    const Result result = translated(tool.request);
+    const mTranslateMessageKind *kind = mTranslateFindMessageKind("mt401");
+    EXPECT_EQ(result->messages[0]->kind, kind);
+    EXPECT_EQ(kind->operand_count, result->messages[0]->operand_count);
+    EXPECT_EQ(mTranslateFindMessageKind("MT4"), nullptr);
 }
 
 }  // namespace

@@ -11,11 +11,13 @@
 #include "driver/program_run.h"
 #include "driver/run.h"
 #include "emit/switch_writer.h"
+#include "lower/program/program_files.h"
 #include "run/run_end.h"
 #include "run/run_state.h"
 #include "support/budget.h"
 #include "support/long_string.h"
 #include "syntax/print_tree.h"
+#include "syntax/tree/result_kinds.h"
 
 namespace {
 
@@ -62,14 +64,37 @@ void note_message(void *context, const Message *message) {
     observe(context, [=](ProgramRun *run) { run->messages.push_back(message); });
 }
 
-void note_file(void *context, const char *path, const struct stat *) {
-    observe(context, [=](ProgramRun *run) {
-        std::string name = shortest_path(path);
-        if (!run->file_names.insert(name).second) return;
-        auto *file = new_result<mTranslateProgramFile>(memory_of(run));
-        file->name = keep_result(memory_of(run), name.c_str());
-        run->files.push_back(file);
-    });
+// May end the run.
+void note_file(void *context, const char *path, const struct stat *status) {
+    note_program_file(static_cast<ProgramRun *>(context), path, status);
+}
+
+void note_text(void *context, const char *path, const char *text, size_t length) {
+    observe(context, [=](ProgramRun *run) { note_program_text(run, path, text, length); });
+}
+
+FileFinding find_file(void *context, const char *, const char *name, const char **path) {
+    FileFinding finding = NOT_FOUND;
+    observe(context, [&](ProgramRun *run) { finding = find_program_file(run, name, path); });
+    return finding;
+}
+
+const char *find_method(void *context, const char *class_name, const char *method) {
+    const char *path = nullptr;
+    observe(context, [&](ProgramRun *run) { path = find_program_method(run, class_name, method); });
+    return path;
+}
+
+ResultKind find_result_kind(void *context, const char *name) {
+    int32_t kind = RESULT_UNKNOWN;
+    observe(context,
+            [&](ProgramRun *run) { kind = run->request.result_kind(run->request.context, name); });
+    bool is_known = kind >= 0 && kind < RESULT_KINDS;
+    return is_known ? static_cast<ResultKind>(kind) : RESULT_UNKNOWN;
+}
+
+void note_library(void *context) {
+    result_of(static_cast<ProgramRun *>(context))->needs_library = 1;
 }
 
 GivenAnswer give_file(void *context, const char *path, const char **text, size_t *length) {
@@ -105,7 +130,15 @@ void note_tree(void *context, const Node *tree) {
             [=](ProgramRun *run) { result_of(run)->tree = keep_result(memory_of(run), text); });
 }
 
+void note_values(void *context, const Node *tree) {
+    LongString text = print_tree_of_values(NewLongString(), tree);
+    observe(context,
+            [=](ProgramRun *run) { result_of(run)->values = keep_result(memory_of(run), text); });
+}
+
 void note_program(void *context, const SourceFile *file) {
+    if (wants(static_cast<ProgramRun *>(context), MTRANSLATE_VALUES))
+        note_values(context, file->tree);
     observe(context, [=](ProgramRun *run) { finish_details(run, file); });
 }
 
@@ -119,8 +152,13 @@ void set_options(const mTranslateProgramRequest *request) {
         add_search_directory(request->folders[i], strlen(request->folders[i]));
 }
 
-// What a tool gets depends on its request alone; hosts count their switch variables on.
-void translate_anew(const RunRequest *wanted) {
+// What a tool gets depends on its request alone, unless it wants to count its switch variables on,
+// as hosts do.
+void translate_anew(const ProgramRun *run, const RunRequest *wanted) {
+    if (wants(run, MTRANSLATE_COUNTS_ON)) {
+        translate_request(wanted);
+        return;
+    }
     int32_t counted = SwitchCounter;
     SwitchCounter = 0;
     try {
@@ -140,7 +178,7 @@ HostValue translate_program(HostValue value) {
     const char *source = request->file ? request->file : request->command;
     RunRequest wanted = {request->file ? "file" : "command", source,
                          reinterpret_cast<HostValue>(source), request->folders != nullptr};
-    translate_anew(&wanted);
+    translate_anew(run, &wanted);
     mTranslateProgramResult *result = result_of(run);
     result->text_length = static_cast<size_t>(LengthString(OutputText));
     result->text = keep_result(memory_of(run), OutputText, result->text_length);
@@ -179,7 +217,8 @@ const mTranslateProgramResult *run_program(ProgramRun *run,
         set_invalid(run, fault);
     else if (!translate(run))
         return &REFUSED;
-    result->files = list_result(memory_of(run), run->files);
+    result->files =
+        list_result<mTranslateProgramFile>(memory_of(run), {run->files.begin(), run->files.end()});
     result->file_count = run->files.size();
     return run->lacks_memory ? nullptr : result;
 }
@@ -202,18 +241,27 @@ const mTranslateProgramResult *try_program(const mTranslateProgramRequest *reque
 }  // namespace
 
 Observers observers_of(ProgramRun *run) {
+    const mTranslateProgramRequest *request = &run->request;
     Observers observers = {};
     observers.context = run;
     observers.opens = note_file;
     observers.message = note_message;
-    observers.given_file = give_file;
-    observers.given_in_folder = give_in_folder;
-    bool wants_details = (run->request.flags & MTRANSLATE_DETAILS) != 0;
-    if (wants_details) observers.piece = note_piece;
-    if (wants_details) observers.lines = note_lines;
-    if (wants_details) observers.program = note_program;
-    if ((run->request.flags & MTRANSLATE_TREE) != 0) observers.tree = note_tree;
-    observers.without_disk = (run->request.flags & MTRANSLATE_WITHOUT_DISK) != 0;
+    observers.without_disk = wants(run, MTRANSLATE_WITHOUT_DISK);
+    bool gives_files = request->read || request->source_count > 0 || observers.without_disk;
+    if (gives_files) observers.given_file = give_file;
+    if (gives_files) observers.given_in_folder = give_in_folder;
+    if (request->find) observers.find_file = find_file;
+    if (request->find) observers.find_method = find_method;
+    if (request->result_kind) observers.result_kind = find_result_kind;
+    if (wants(run, MTRANSLATE_TEXTS)) observers.text = note_text;
+    if (wants(run, MTRANSLATE_TREE)) observers.tree = note_tree;
+    if (wants(run, MTRANSLATE_OUTLINE)) observers.piece = note_piece;
+    if (wants(run, MTRANSLATE_PIECES)) observers.lines = note_lines;
+    if (wants(run, MTRANSLATE_VALUES | MTRANSLATE_OUTLINE | MTRANSLATE_PIECES | MTRANSLATE_DETAILS))
+        observers.program = note_program;
+    if (wants(run, MTRANSLATE_LIBRARY_APART)) observers.library_call = note_library;
+    observers.holds_library = wants(run, MTRANSLATE_WHOLE_LIBRARY);
+    observers.only_reads = wants(run, MTRANSLATE_ONLY_READ);
     return observers;
 }
 

@@ -11,6 +11,7 @@ namespace {
 using Comment = mTranslateProgramComment;
 using Call = mTranslateProgramCall;
 using Function = mTranslateProgramFunction;
+using Statement = mTranslateProgramStatement;
 
 // A statement or a function, in the order of the source.
 struct Part {
@@ -18,6 +19,7 @@ struct Part {
     uint32_t end;
     int32_t outer; /* the part around it, or -1 */
     bool has_message;
+    bool calls_unknown; /* or what only classes have */
 };
 using Parts = std::vector<Part>;
 
@@ -36,11 +38,12 @@ struct Outline {
     Parts statements;
     Parts functions;
     std::vector<const Function *> function_list;
+    std::vector<Statement *> statement_list;
     std::vector<const Node *> comments;
 };
 
 int32_t add_part(Parts *parts, const Node *node, int32_t outer) {
-    parts->push_back({node->offset, end_of(node), outer, false});
+    parts->push_back({node->offset, end_of(node), outer, false, false});
     return static_cast<int32_t>(parts->size()) - 1;
 }
 
@@ -51,6 +54,15 @@ int32_t add_function(Outline *outline, const Node *node, int32_t outer) {
     function->place = range_of_node(outline->run, outline->file, node);
     outline->function_list.push_back(function);
     return add_part(&outline->functions, node, outer);
+}
+
+int32_t add_statement(Outline *outline, const Node *node, int32_t outer) {
+    auto *statement = new_result<Statement>(memory_of(outline->run));
+    statement->outer = outer;
+    statement->is_read = node->kind != NODE_BAD;
+    statement->place = range_of_node(outline->run, outline->file, node);
+    outline->statement_list.push_back(statement);
+    return add_part(&outline->statements, node, outer);
 }
 
 void collect_comments(Outline *outline, const Node *node) {
@@ -72,7 +84,7 @@ void walk_child(Outline *outline, const Node *child, bool is_in_list, int32_t st
     if (child->kind == NODE_COMMENT) return outline->comments.push_back(child);
     if (child->kind == NODE_FUNCTION)
         return walk_parts(outline, child, -1, add_function(outline, child, function));
-    if (is_in_list) statement = add_part(&outline->statements, child, statement);
+    if (is_in_list) statement = add_statement(outline, child, statement);
     if (child->kind == NODE_BAD) return walk_bad(outline, child, statement);
     walk_parts(outline, child, statement, function);
 }
@@ -97,16 +109,25 @@ void mark_messages(Outline *outline) {
     }
 }
 
+// What the caller has answered stays as it is.
+const char *keep_target(ProgramRun *run, const char *path) {
+    if (!path) return nullptr;
+    bool is_answered = run->found_files.contains(path) || run->found_methods.contains(path);
+    return keep_result(memory_of(run), is_answered ? path : shortest_path(path).c_str());
+}
+
 const Call *new_call(Outline *outline, uint32_t offset, const NotedCall &noted) {
     ResultMemory *memory = memory_of(outline->run);
     auto *call = new_result<Call>(memory);
     call->end = noted.end;
     call->name = keep_result(memory, noted.name);
-    if (noted.target) call->target = keep_result(memory, shortest_path(noted.target).c_str());
+    call->target = keep_target(outline->run, noted.target);
     call->function = part_at(outline->functions, offset);
     PlacedText in = text_of_source(outline->file->source);
     call->place = ask_range(&outline->run->places, memory, &in, offset, offset + noted.length);
-    if (noted.end >= CALL_OF_CLASS) mark(&outline->statements, offset);
+    call->statement = part_at(outline->statements, offset);
+    if (noted.end >= CALL_OF_CLASS && call->statement >= 0)
+        outline->statements[static_cast<size_t>(call->statement)].calls_unknown = true;
     return call;
 }
 
@@ -155,6 +176,15 @@ uint32_t finish_comments(Outline *outline) {
     return kept;
 }
 
+void finish_statements(Outline *outline) {
+    auto &list = outline->statement_list;
+    for (size_t i = 0; i < list.size(); i++)
+        list[i]->has_message = outline->statements[i].has_message ? 1 : 0;
+    result_of(outline->run)->statements =
+        list_result<Statement>(memory_of(outline->run), {list.begin(), list.end()});
+    result_of(outline->run)->statement_count = list.size();
+}
+
 uint32_t count_lines(const Source *source) {
     Position end = position_of(const_cast<Source *>(source), source->length);
     return end.column == 1 ? end.line - 1 : end.line;
@@ -166,7 +196,9 @@ void finish_statistics(const Outline *outline, uint32_t comments_kept) {
     statistics->bytes = outline->file->source->length;
     statistics->statements = static_cast<uint32_t>(outline->statements.size());
     statistics->without_message =
-        static_cast<uint32_t>(std::ranges::count(outline->statements, false, &Part::has_message));
+        static_cast<uint32_t>(std::ranges::count_if(outline->statements, [](const Part &statement) {
+            return !statement.has_message && !statement.calls_unknown;
+        }));
     statistics->comments = static_cast<uint32_t>(outline->comments.size());
     statistics->comments_kept = comments_kept;
     result_of(outline->run)->statistics = statistics;
@@ -191,14 +223,19 @@ void note_program_piece(ProgramRun *run, const Node *node, PieceEnd end, const c
         run->calls[node->offset] = {node->text, target, node->length, end};
 }
 
-void finish_details(ProgramRun *run, const SourceFile *file) {
-    Outline outline = {run, file, {}, {}, {}, {}};
+static void finish_outline(ProgramRun *run, const SourceFile *file) {
+    Outline outline = {run, file, {}, {}, {}, {}, {}};
     walk_parts(&outline, file->tree, -1, -1);
     result_of(run)->functions = list_result(memory_of(run), outline.function_list);
     result_of(run)->function_count = outline.function_list.size();
     mark_messages(&outline);
     finish_calls(&outline);
+    finish_statements(&outline);
     finish_statistics(&outline, finish_comments(&outline));
-    finish_pieces(run);
-    finish_names(run, file);
+}
+
+void finish_details(ProgramRun *run, const SourceFile *file) {
+    if (wants(run, MTRANSLATE_OUTLINE)) finish_outline(run, file);
+    if (wants(run, MTRANSLATE_PIECES)) finish_pieces(run);
+    if (wants(run, MTRANSLATE_DETAILS)) finish_names(run, file);
 }

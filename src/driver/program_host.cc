@@ -34,13 +34,7 @@ std::string failure_text(const char *message, HostValue value) {
 }
 
 HostValue raise(const char *message, HostValue value) {
-    ProgramRun *run = current_run();
-    mTranslateProgramResult *result = result_of(run);
-    result->status = status_of(LastError.cause);
-    result->failure = keep_result(memory_of(run), failure_text(message, value).c_str());
-    finish_messages(run, result->failure);
-    result->tree = nullptr;
-    throw ProgramEnd();
+    end_program(current_run(), status_of(LastError.cause), failure_text(message, value));
 }
 
 // The first text of a call is its name.
@@ -84,7 +78,26 @@ HostValue new_sequence(int count) {
 HostValue list_element(HostValue, int) { return 0; }
 int never(HostValue) { return 0; }
 
+const mTranslateProgramEnd *new_end(ResultMemory *memory) {
+    auto *end = new_result<mTranslateProgramEnd>(memory);
+    end->path = keep_result(memory, LastError.file);
+    end->line = LastError.line;
+    if (LastError.line > 0) end->offset = static_cast<uint64_t>(LastError.offset);
+    return end;
+}
+
 }  // namespace
+
+void end_program(ProgramRun *run, int32_t status, const std::string &failure) {
+    mTranslateProgramResult *result = result_of(run);
+    result->status = status;
+    result->failure = keep_result(memory_of(run), failure.c_str());
+    result->end = new_end(memory_of(run));
+    finish_messages(run, result->failure);
+    result->tree = result->values = nullptr;
+    result->needs_library = 0;
+    throw ProgramEnd();
+}
 
 const HostKernelTable ProgramHost = {raise,         call_host_function,
                                      value_of_text, [](HostValue value) { return value ? 1 : 0; },

@@ -1,9 +1,5 @@
 // The messages of a run, for a tool.
-#include <fstream>
-#include <iterator>
-
 #include <algorithm>
-#include <filesystem>
 #include <map>
 
 #include "diagnose/messages.h"
@@ -32,6 +28,7 @@ Placed new_message(ProgramRun *run, const Message *from) {
     ResultMemory *memory = memory_of(run);
     const MessageRow &row = MessageTable[from->id];
     auto *message = new_result<ProgramMessage>(memory);
+    message->kind = mTranslateMessageKinds(nullptr)[from->id];
     message->severity = row.severity;
     message->code = row.code;
     message->name = row.name;
@@ -83,24 +80,6 @@ void sort_messages(std::vector<const Message *> *messages) {
     });
 }
 
-// The text that the run has read under the name, null for the command; false where it is not there
-// any more.
-bool find_text(ProgramRun *run, const char *name, std::string *text) {
-    if (!name) {
-        if (run->request.command) *text = run->request.command;
-        return run->request.command != nullptr;
-    }
-    const GivenText *given = find_given(&run->request, &run->texts, name);
-    if (given->answer == IS_GIVEN) *text = given->text;
-    if (given->answer != NOT_GIVEN) return given->answer == IS_GIVEN;
-    if ((run->request.flags & MTRANSLATE_WITHOUT_DISK) != 0) return false;
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(name, error)) return false;  // a pipe is read only once
-    std::ifstream file(name, std::ios::binary);
-    text->assign(std::istreambuf_iterator<char>(file), {});
-    return !file.bad();
-}
-
 // text: keeps what the place is in.
 Placed new_failure(ProgramRun *run, const char *failure, std::string *text) {
     ResultMemory *memory = memory_of(run);
@@ -108,7 +87,7 @@ Placed new_failure(ProgramRun *run, const char *failure, std::string *text) {
     message->code = message->name = message->help = "";
     message->text = failure;
     bool has_place = LastError.line > 0 && LastError.offset >= 0;
-    if (!has_place || !find_text(run, LastError.file, text)) return {message, {}};
+    if (!has_place || !find_program_text(run, LastError.file, text)) return {message, {}};
     PlacedText in = {LastError.file, text->data(), static_cast<uint32_t>(text->size())};
     uint32_t offset = std::min(static_cast<uint32_t>(LastError.offset), in.length);
     message->place = ask_range(&run->places, memory, &in, offset, offset);

@@ -15,6 +15,7 @@ struct Walk {
     uint32_t line;
     uint32_t start;  // of the line
     uint32_t units;  // of UTF-16 on the line, in front of at
+    uint32_t characters;
 };
 
 bool is_continuation(char byte) { return (byte & 0xC0) == 0x80; }
@@ -26,18 +27,31 @@ uint32_t promised_length(unsigned char byte) {
     return byte < 0xF0 ? 3 : 4;
 }
 
+// Of three bytes or four: no overlong form, no surrogate, none beyond U+10FFFF.
+bool is_in_range(const char *first) {
+    unsigned char second = static_cast<unsigned char>(first[1]);
+    switch (static_cast<unsigned char>(*first)) {
+        case 0xE0: return second >= 0xA0;
+        case 0xED: return second < 0xA0;
+        case 0xF0: return second >= 0x90;
+        case 0xF4: return second < 0x90;
+        default: return true;
+    }
+}
+
 uint32_t character_length(const Walk *walk) {
     const char *first = walk->text + walk->at;
     uint32_t length = promised_length(static_cast<unsigned char>(*first));
     if (length > walk->length - walk->at) return 1;
-    return std::all_of(first + 1, first + length, is_continuation) ? length : 1;
+    bool is_whole = std::all_of(first + 1, first + length, is_continuation);
+    return is_whole && (length < 3 || is_in_range(first)) ? length : 1;
 }
 
 void begin_line(Walk *walk, uint32_t bytes) {
     walk->at += bytes;
     walk->start = walk->at;
     walk->line++;
-    walk->units = 0;
+    walk->units = walk->characters = 0;
 }
 
 // Over the next character or line end.
@@ -49,9 +63,10 @@ void step(Walk *walk) {
     uint32_t length = character_length(walk);
     walk->at += length;
     walk->units += length == 4 ? 2 : 1;
+    walk->characters++;
 }
 
-// A place inside of a character counts as its start in UTF-16.
+// A place inside of a character counts as its start, but in bytes.
 void find(Walk *walk, const AskedPlace *asked) {
     uint32_t offset = std::min(asked->offset, walk->length);
     Walk before = *walk;
@@ -63,6 +78,7 @@ void find(Walk *walk, const AskedPlace *asked) {
     *asked->line = walk->line;
     *asked->column = offset - walk->start + 1;
     *asked->column_utf16 = walk->units + 1;
+    *asked->column_characters = walk->characters + 1;
 }
 
 const char *keep_name(ProgramPlaces *places, ResultMemory *memory, const char *name) {
@@ -81,9 +97,10 @@ mTranslateProgramRange *ask_range(ProgramPlaces *places, ResultMemory *memory, c
     range->file = keep_name(places, memory, in->name);
     range->begin = begin;
     range->end = end;
-    places->asked.push_back({*in, begin, &range->line, &range->column, &range->column_utf16});
-    places->asked.push_back(
-        {*in, end, &range->end_line, &range->end_column, &range->end_column_utf16});
+    places->asked.push_back({*in, begin, &range->line, &range->column, &range->column_utf16,
+                             &range->column_characters});
+    places->asked.push_back({*in, end, &range->end_line, &range->end_column,
+                             &range->end_column_utf16, &range->end_column_characters});
     return range;
 }
 
@@ -93,7 +110,7 @@ void find_places(ProgramPlaces *places) {
     });
     Walk walk = {};
     for (const AskedPlace &asked : places->asked) {
-        if (walk.text != asked.in.text) walk = {asked.in.text, asked.in.length, 0, 1, 0, 0};
+        if (walk.text != asked.in.text) walk = {asked.in.text, asked.in.length, 0, 1, 0, 0, 0};
         find(&walk, &asked);
     }
     places->asked.clear();

@@ -22,6 +22,7 @@ struct AskedPlace {
     uint32_t *line;
     uint32_t *column;
     uint32_t *column_utf16;
+    uint32_t *column_characters;
 };
 
 /* What is collected; at first {}. */

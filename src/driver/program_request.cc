@@ -10,8 +10,11 @@
 
 namespace {
 
-constexpr uint32_t ALL_FLAGS = MTRANSLATE_WITHOUT_DISK | MTRANSLATE_WITHOUT_TRANSLATOR |
-                               MTRANSLATE_DISPLAYS | MTRANSLATE_DETAILS | MTRANSLATE_TREE;
+constexpr uint32_t ALL_FLAGS =
+    MTRANSLATE_WITHOUT_DISK | MTRANSLATE_WITHOUT_TRANSLATOR | MTRANSLATE_DISPLAYS |
+    MTRANSLATE_DETAILS | MTRANSLATE_TREE | MTRANSLATE_VALUES | MTRANSLATE_TEXTS |
+    MTRANSLATE_PIECES | MTRANSLATE_OUTLINE | MTRANSLATE_ONLY_READ | MTRANSLATE_LIBRARY_APART |
+    MTRANSLATE_WHOLE_LIBRARY | MTRANSLATE_COUNTS_ON;
 
 constexpr char TOO_NEW[] = "invalid request: it has fields that this library does not know";
 
@@ -51,7 +54,9 @@ const char *find_fault(const mTranslateProgramRequest *request) {
 
 const char *read_request(const mTranslateProgramRequest *from, mTranslateProgramRequest *to) {
     if (!from || from->size < sizeof from->size) return "invalid request: it has no size";
-    return read_record(from, to) ? find_fault(to) : TOO_NEW;
+    if (!read_record(from, to)) return TOO_NEW;
+    if ((to->flags & MTRANSLATE_DETAILS) != 0) to->flags |= MTRANSLATE_PIECES | MTRANSLATE_OUTLINE;
+    return find_fault(to);
 }
 
 const char *read_program_source(const mTranslateProgramRequest *request, size_t index,

@@ -43,8 +43,10 @@ struct ProgramRun {
     GivenFolders folders;
     ProgramPlaces places;
     std::vector<const Message *> messages; /* the run's */
-    std::vector<const mTranslateProgramFile *> files;
-    std::set<std::string, std::less<>> file_names;
+    std::vector<mTranslateProgramFile *> files;
+    std::map<std::string, mTranslateProgramFile *, std::less<>> files_by_path;
+    std::map<std::string, bool, std::less<>> found_files; /* by their paths: whether scripts */
+    std::set<std::string, std::less<>> found_methods;     /* paths */
     std::map<uint32_t, NotedCall> calls;      /* of the run's own source, by their offsets */
     std::set<uint32_t> put_comments;          /* offsets */
     std::map<uint32_t, uint32_t> put_sources; /* put as comments: their ends by their begins */
@@ -54,15 +56,29 @@ struct ProgramRun {
 };
 
 inline mTranslateProgramResult *result_of(ProgramRun *run) { return &run->owned->result; }
+inline bool wants(const ProgramRun *run, uint32_t flags) {
+    return (run->request.flags & flags) != 0;
+}
 inline ResultMemory *memory_of(ProgramRun *run) { return &run->owned->memory; }
 
 /* Thrown by the host's RaiseError. */
 struct ProgramEnd {};
+/* Enters the status and the failure's text, with all messages, into the result, and throws it. */
+[[noreturn]] void end_program(ProgramRun *run, int32_t status, const std::string &failure);
 
 /* The operations of the host that the tool stands for. They find their run by Observing.context. */
 extern const HostKernelTable ProgramHost;
 /* What the library tells of the run and asks. */
 Observers observers_of(ProgramRun *run);
+
+/* Files as they are opened, and as their names are looked for; as described at Observers. */
+void note_program_file(ProgramRun *run, const char *path, const struct stat *status);
+void note_program_text(ProgramRun *run, const char *path, const char *text, size_t length);
+FileFinding find_program_file(ProgramRun *run, const char *name, const char **path);
+const char *find_program_method(ProgramRun *run, const char *class_name, const char *method);
+/* The text of the file, or of the command for null; false where it cannot be read again. Throws
+ * std::bad_alloc. */
+bool find_program_text(ProgramRun *run, const char *path, std::string *text);
 
 /* While the run's sources are there: enters its messages into the result, and failure, null for
  * none, as one with the place of LastError. Throws std::bad_alloc. */

@@ -136,6 +136,7 @@ void begin_program(SourceLanguage language) {
 void lower_program(const char *path, const char *text, uint32_t length) {
     SourceFile *file = read_main_file(path, text, length);
     if (Observing.tree) Observing.tree(Observing.context, file->tree);
+    if (Observing.only_reads) return;
     file->is_open = true;
     if (Observing.holds_library) call_all_sources();
     bool is_script = has_statements(file->tree) || !file->functions;

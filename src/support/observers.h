@@ -31,8 +31,12 @@ struct Observers {
 
     /* The following are of matlab and octave alone. A message has been reported. */
     void (*message)(void *context, const Message *message);
+    /* A file has been read: length bytes, valid until the run ends. */
+    void (*text)(void *context, const char *path, const char *text, size_t length);
     /* The run's own source has been read. */
     void (*tree)(void *context, const Node *tree);
+    /* There it ends. */
+    bool only_reads;
     /* What becomes of a call's NAME or HANDLE, of a COMMENT or of a statement in CurrentFile,
      * unless the front end has brought that along; perhaps several times, the last of which counts.
      * target: the path of the file that holds what is called, null where the run has none. */

@@ -147,6 +147,7 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
     file->path = path;
     file->source = new_source(path, text, length);
     if (!path) return file;
+    if (Observing.text) Observing.text(Observing.context, path, text, length);
     file->stem = stem_of(path);
     file->namesake = static_cast<SourceFile *>(enter_name(&FilesByStem, file->stem, file));
     file->place = class_place_of(path);
