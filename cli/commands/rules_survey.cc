@@ -48,7 +48,7 @@ void serialize(Archive &archive, Answer &of) {
 SurveyedFunctions unresolved_in(const Translation &translation) {
     SurveyedFunctions functions;
     for (const Diagnostic &message : translation.diagnostics) {
-        if (message.code != MessageTable[UNKNOWN_FUNCTION].code) continue;
+        if (message.code != UNKNOWN_FUNCTION) continue;
         const std::string name = message.operands.at(0);
         const std::string place = message.file + ':' + std::to_string(message.line);
         const std::string first_member = name + '.';

@@ -81,7 +81,11 @@ std::vector<std::string> names_of(const FilesRead &files) {
 }
 
 void check_size(const struct stat &status, const std::string &path) {
-    if (static_cast<std::size_t>(status.st_size) > LARGEST_SOURCE) refuse_size("'" + path + "'");
+    check_size(static_cast<std::uint64_t>(status.st_size), path);
+}
+
+void check_size(std::uint64_t bytes, const std::string &path) {
+    if (bytes > LARGEST_SOURCE) refuse_size("'" + path + "'");
 }
 
 Descriptor open_to_read(const std::string &path) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -54,6 +55,7 @@ std::vector<std::string> names_of(const FilesRead &files);
 
 /* Throws FileError where a file of this status is too large for a source. */
 void check_size(const struct stat &status, const std::string &path);
+void check_size(std::uint64_t bytes, const std::string &path);
 
 /* The path opened for reading. Throws FileError. */
 Descriptor open_to_read(const std::string &path);

@@ -16,8 +16,7 @@ SeverityCounts count_severities(const Diagnostics &diagnostics) {
 }
 
 bool is_listed(const Diagnostic &diagnostic) {
-    return diagnostic.severity != SEVERITY_ERROR &&
-           diagnostic.code == MessageTable[UNKNOWN_FUNCTION].code;
+    return diagnostic.severity != SEVERITY_ERROR && diagnostic.code == UNKNOWN_FUNCTION;
 }
 
 bool is_class_only(const Diagnostic &unknown) { return unknown.operands.at(1) == FOUND_IN_CLASSES; }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/support/library.h"
+#include "cli/messages/message_table.h"
 
 namespace mtranslate {
 

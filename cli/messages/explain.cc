@@ -21,36 +21,33 @@ std::string indented(const std::string &text) {
 
 std::string explanation_of(const MessageRow &row) {
     std::string text = std::string(row.code) + ", " + row.name + " (" +
-                       severity_name(row.severity) + ")\n" + wrapped(general_text(row)) + '\n' +
+                       severity_name(severity_of(row)) + ")\n" + wrapped(general_text(row)) + '\n' +
                        wrapped(row.explanation);
     if (row.example) text += "\nExample:\n" + indented(row.example);
-    return text + '\n' + wrapped(std::string("What to do: ") + row.advice);
+    return text + '\n' + wrapped(std::string("What to do: ") + row.help);
 }
 
 std::string list_of_messages() {
     std::string list;
-    for (const MessageRow &row : MessageTable)
-        list += std::string(row.code) + "  " + row.name + ": " + general_text(row) + '\n';
+    for (const MessageRow *row : message_rows())
+        list += std::string(row->code) + "  " + row->name + ": " + general_text(*row) + '\n';
     return list;
 }
 
 /* A heading before the first message of each kind. */
-const char *heading_before(MessageId id) {
-    switch (id) {
-        case UNEXPECTED_TOKEN: return "Errors: the source cannot be read";
-        case TRY_GAP: return "Gaps: no host form is known";
-        case FIELD_VALUES: return "The meaning may differ";
-        case UNKNOWN_FUNCTION: return "Names and files";
-        default: return nullptr;
-    }
+const char *heading_before(std::string_view code) {
+    if (code == "MT101") return "Errors: the source cannot be read";
+    if (code == "MT201") return "Gaps: no host form is known";
+    if (code == "MT301") return "The meaning may differ";
+    return code == UNKNOWN_FUNCTION ? "Names and files" : nullptr;
 }
 
 std::string section_of(const MessageRow &row) {
     std::string text = std::string("\n### ") + row.code + ": " + row.name + " (" +
-                       severity_name(row.severity) + ")\n\n`" + general_text(row) + "`\n\n" +
+                       severity_name(severity_of(row)) + ")\n\n`" + general_text(row) + "`\n\n" +
                        wrapped(row.explanation);
     if (row.example) text += std::string("\n```matlab\n") + row.example + "```\n";
-    return text + '\n' + wrapped(row.advice);
+    return text + '\n' + wrapped(row.help);
 }
 
 }  // namespace
@@ -65,7 +62,7 @@ std::string general_text(const MessageRow &row) {
 
 std::optional<std::string> explanation(const std::string &code) {
     if (code.empty()) return list_of_messages();
-    const MessageRow *row = find_message(code.c_str());
+    const MessageRow *row = find_message(code);
     return row ? std::optional(explanation_of(*row)) : std::nullopt;
 }
 
@@ -75,9 +72,9 @@ std::string no_explanation(const std::string &code) {
 
 std::vector<std::string> all_codes() {
     std::vector<std::string> codes;
-    for (const MessageRow &row : MessageTable) {
-        codes.emplace_back(row.code);
-        codes.emplace_back(row.name);
+    for (const MessageRow *row : message_rows()) {
+        codes.emplace_back(row->code);
+        codes.emplace_back(row->name);
     }
     return codes;
 }
@@ -90,10 +87,10 @@ std::string page_of_messages() {
                                "untranslated, and the exit code is 1. A warning or a note stands "
                                "at something that is translated and worth a look. In a text, `...` "
                                "stands for what differs from case to case.");
-    for (const MessageRow &row : MessageTable) {
-        if (const char *heading = heading_before(row.id))
+    for (const MessageRow *row : message_rows()) {
+        if (const char *heading = heading_before(row->code))
             page += std::string("\n## ") + heading + '\n';
-        page += section_of(row);
+        page += section_of(*row);
     }
     return page;
 }

@@ -22,50 +22,44 @@ bool skip(std::string_view &text, std::string_view prefix) {
 }
 
 /* Whether the list, of codes and names with blanks and commas, has the message. */
-bool names_message(std::string_view list, MessageId id) {
+bool names_message(std::string_view list, const MessageRow &message) {
     while (!list.empty()) {
         const std::size_t length = std::min(list.find_first_of(" \t\r,;"), list.size());
-        const MessageRow *row = find_message(std::string(list.substr(0, length)).c_str());
-        if (row && row->id == id) return true;
+        if (find_message(std::string(list.substr(0, length))) == &message) return true;
         list.remove_prefix(std::min(length + 1, list.size()));
     }
     return false;
 }
 
 /* Whether a comment after one of the line's % or # has the message left out. */
-bool ignores(std::string_view line, MessageId id) {
+bool ignores(std::string_view line, const MessageRow &message) {
     for (std::size_t at = 0; (at = line.find_first_of("%#", at)) != line.npos; ++at) {
         std::string_view text = line.substr(at);
         skip(text, text.substr(0, 1));
-        if (skip(text, NAME) && skip(text, "ignore") && names_message(text, id)) return true;
+        if (skip(text, NAME) && skip(text, "ignore") && names_message(text, message)) return true;
     }
     return false;
 }
 
 /* The same for the comments in front of the first statement. */
-bool head_ignores(std::string_view text, MessageId id) {
+bool head_ignores(std::string_view text, const MessageRow &message) {
     skip(text, "\xEF\xBB\xBF");
     while (!text.empty()) {
         std::string_view line = text.substr(0, text.find_first_of(LINE_ENDS));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         skip(line, "");
         if (!line.empty() && line[0] != '%' && line[0] != '#') return false;
-        if (ignores(line, id)) return true;
+        if (ignores(line, message)) return true;
     }
     return false;
 }
 
 }  // namespace
 
-bool has_ignore_comments(const ::Source &source) {
-    return std::string_view(source.text, source.length).find(NAME) != std::string_view::npos;
-}
+bool has_ignore_comments(std::string_view text) { return text.find(NAME) != text.npos; }
 
-bool is_ignored(const Message &message) {
-    std::uint32_t length;
-    const char *line = line_text(message.source, message.line, &length);
-    const std::string_view text(message.source->text, message.source->length);
-    return ignores({line, length}, message.id) || head_ignores(text, message.id);
+bool is_ignored(const MessageRow &message, std::string_view line, std::string_view text) {
+    return ignores(line, message) || head_ignores(text, message);
 }
 
 }  // namespace mtranslate

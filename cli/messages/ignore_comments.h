@@ -6,14 +6,16 @@
  * the file. */
 #pragma once
 
-#include "cli/support/library.h"
+#include <string_view>
+
+#include "cli/messages/message_table.h"
 
 namespace mtranslate {
 
-/* Whether the source may have such comments. */
-bool has_ignore_comments(const ::Source &source);
+/* Whether the text of a source may have such comments. */
+bool has_ignore_comments(std::string_view text);
 
-/* Whether a comment leaves the message out. */
-bool is_ignored(const Message &message);
+/* Whether a comment of the text leaves out a message on the line. */
+bool is_ignored(const MessageRow &message, std::string_view line, std::string_view text);
 
 }  // namespace mtranslate

@@ -43,7 +43,7 @@ std::string properties_of(const Diagnostic &diagnostic) {
         add("endColumn", std::to_string(diagnostic.end_column));
     }
     if (!diagnostic.code.empty())
-        add("title", diagnostic.code + ' ' + find_message(diagnostic.code.c_str())->name);
+        add("title", diagnostic.code + ' ' + find_message(diagnostic.code)->name);
     return list;
 }
 

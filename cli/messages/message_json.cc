@@ -30,7 +30,7 @@ Json json_of(const Diagnostic &diagnostic) {
     json["severity"] = severity_name(diagnostic.severity);
     if (!diagnostic.code.empty()) {
         json["code"] = diagnostic.code;
-        json["name"] = find_message(diagnostic.code.c_str())->name;
+        json["name"] = find_message(diagnostic.code)->name;
     }
     json["message"] = diagnostic.text;
     if (!diagnostic.operands.empty()) json["operands"] = diagnostic.operands;

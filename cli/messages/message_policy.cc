@@ -8,9 +8,9 @@ namespace mtranslate {
 namespace {
 
 const MessageRow &row_of(const std::string &code) {
-    if (const MessageRow *row = find_message(code.c_str())) return *row;
+    if (const MessageRow *row = find_message(code)) return *row;
     std::vector<std::string> known;
-    for (const MessageRow &row : MessageTable) known.insert(known.end(), {row.code, row.name});
+    for (const MessageRow *row : message_rows()) known.insert(known.end(), {row->code, row->name});
     throw PolicyError("no message has the code or name '" + code + "'" + suggestion(code, known));
 }
 
@@ -24,34 +24,36 @@ bool skip(std::string_view &text, std::string_view prefix) {
 }  // namespace
 
 MessagePolicy::MessagePolicy() {
-    for (const MessageRow &row : MessageTable) treatments_[row.id] = {false, row.severity};
+    for (const MessageRow *row : message_rows())
+        treatments_[row] = {false, mtranslate::severity_of(*row)};
 }
 
 void MessagePolicy::add(std::string_view pattern) {
     if (pattern == "error") {
-        for (Treatment &of : treatments_)
+        for (auto &[row, of] : treatments_)
             if (of.severity == SEVERITY_WARNING) of.severity = SEVERITY_ERROR;
         return;
     }
     const bool is_error = skip(pattern, "error=");
     const bool is_out = !is_error && skip(pattern, "no-");
     const MessageRow &row = row_of(std::string(pattern));
-    if (is_out && row.severity == SEVERITY_ERROR)
+    const MessageSeverity severity = mtranslate::severity_of(row);
+    if (is_out && severity == SEVERITY_ERROR)
         throw PolicyError(std::string(row.code) + " is an error: it cannot be left out");
-    treatments_[row.id] = {is_out, is_error ? SEVERITY_ERROR : row.severity};
+    treatments_[&row] = {is_out, is_error ? SEVERITY_ERROR : severity};
 }
 
-std::optional<MessageSeverity> MessagePolicy::severity_of(MessageId id) const {
-    const Treatment &treatment = treatments_[id];
+std::optional<MessageSeverity> MessagePolicy::severity_of(const MessageRow &row) const {
+    const Treatment &treatment = treatments_.at(&row);
     if (treatment.is_out) return std::nullopt;
     return treatment.severity;
 }
 
 std::vector<std::string> all_patterns() {
     std::vector<std::string> patterns{"error"};
-    for (const MessageRow &row : MessageTable) {
-        const std::string name = row.name;
-        if (row.severity != SEVERITY_ERROR)
+    for (const MessageRow *row : message_rows()) {
+        const std::string name = row->name;
+        if (severity_of(*row) != SEVERITY_ERROR)
             patterns.insert(patterns.end(), {"no-" + name, "error=" + name});
     }
     return patterns;

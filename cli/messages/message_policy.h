@@ -1,14 +1,14 @@
 /* Which messages the user wants, and as what. */
 #pragma once
 
-#include <array>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/support/library.h"
+#include "cli/messages/message_table.h"
 
 namespace mtranslate {
 
@@ -26,14 +26,14 @@ public:
      * Throws PolicyError. */
     void add(std::string_view pattern);
     /* None for a message that is left out. */
-    std::optional<MessageSeverity> severity_of(MessageId id) const;
+    std::optional<MessageSeverity> severity_of(const MessageRow &row) const;
 
 private:
     struct Treatment {
         bool is_out;
         MessageSeverity severity;
     };
-    std::array<Treatment, MESSAGE_COUNT> treatments_; /* by the ids of messages */
+    std::map<const MessageRow *, Treatment> treatments_;
 };
 
 /* What users may give as a pattern, by short names. */

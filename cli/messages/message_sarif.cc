@@ -1,4 +1,5 @@
 /* Messages as a log of the Static Analysis Results Interchange Format, version 2.1.0. */
+#include <algorithm>
 #include <cctype>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -40,14 +41,14 @@ Json rule_of(const MessageRow &row) {
             {"name", row.name},
             {"shortDescription", {{"text", general_text(row)}}},
             {"fullDescription", {{"text", row.explanation}}},
-            {"help", {{"text", row.advice}}},
+            {"help", {{"text", row.help}}},
             {"helpUri", uri_of_explanation(row)},
-            {"defaultConfiguration", {{"level", level_of(row.severity)}}}};
+            {"defaultConfiguration", {{"level", level_of(severity_of(row))}}}};
 }
 
 Json driver() {
     Json rules = Json::array();
-    for (const MessageRow &row : MessageTable) rules.push_back(rule_of(row));
+    for (const MessageRow *row : message_rows()) rules.push_back(rule_of(*row));
     return {{"name", "mtranslate"},
             {"version", VERSION},
             {"informationUri", pages_uri()},
@@ -74,7 +75,8 @@ Json result_of(const Diagnostic &diagnostic) {
     Json result;
     if (!diagnostic.code.empty()) {
         result["ruleId"] = diagnostic.code;
-        result["ruleIndex"] = find_message(diagnostic.code.c_str())->id;
+        const auto rows = message_rows();
+        result["ruleIndex"] = std::ranges::find(rows, find_message(diagnostic.code)) - rows.begin();
     }
     result["level"] = level_of(diagnostic.severity);
     result["message"] = {{"text", diagnostic.text}};

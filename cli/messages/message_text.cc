@@ -53,7 +53,7 @@ private:
     /* By the sequence that terminals take for a link, or leave out. */
     std::string linked(const std::string &code) const {
         if (!style_.has_links) return code;
-        const std::string uri = uri_of_explanation(*find_message(code.c_str()));
+        const std::string uri = uri_of_explanation(*find_message(code));
         return "\x1b]8;;" + uri + "\x1b\\" + code + "\x1b]8;;\x1b\\";
     }
 
@@ -95,7 +95,7 @@ private:
                            (names.size() == 1 ? " function is" : " functions are") +
                            " found nowhere and left to the host: ";
         for (std::size_t i = 0; i < names.size(); ++i) text += (i > 0 ? ", " : "") + names[i];
-        return with_code(text, MessageTable[UNKNOWN_FUNCTION].code);
+        return with_code(text, std::string(UNKNOWN_FUNCTION));
     }
 
     std::ostream &to_;

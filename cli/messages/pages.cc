@@ -17,7 +17,8 @@ std::string pages_uri() { return std::string(PAGES); }
 
 /* As sites that show Markdown name the anchor of "### CODE: name (severity)". */
 std::string uri_of_explanation(const MessageRow &row) {
-    std::string anchor = std::string(row.code) + '-' + row.name + '-' + severity_name(row.severity);
+    std::string anchor =
+        std::string(row.code) + '-' + row.name + '-' + severity_name(severity_of(row));
     for (char &c : anchor)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     return pages_uri() + PAGE + '#' + anchor;

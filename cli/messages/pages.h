@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/support/library.h"
+#include "cli/messages/message_table.h"
 
 namespace mtranslate {
 

@@ -113,8 +113,7 @@ Diagnostics diagnostics_of(const RaisedError &error, const Source &source) {
 }
 
 ExitCode exit_code_of(const RaisedError &error) {
-    const bool is_unread = error.message == "input in flex scanner failed";
-    return error.line > 0 && !is_unread ? ExitCode::BadSource : ExitCode::Trouble;
+    return error.line > 0 && !error.is_unread ? ExitCode::BadSource : ExitCode::Trouble;
 }
 
 }  // namespace mtranslate

@@ -25,6 +25,8 @@ struct RaisedError {
     std::size_t line = 0;
     /* Offset in the source being read, in bytes from 0, of the token scanned last. */
     std::size_t offset = 0;
+    /* Whether a file could not be read. */
+    bool is_unread = false;
 };
 
 /* The error for the user with its place, and a note where its message alone does not say what to

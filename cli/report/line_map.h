@@ -2,18 +2,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
-#include "cli/support/library.h"
+#include "cli/messages/run_files.h"
 
 namespace mtranslate {
 
 /* Lines of the translation, all from 1, and the part of a source that they come from; columns in
  * characters, the last one not included. Where nothing stands in the source it is empty. */
 struct MappedLines {
-    LineKind kind = STATEMENT_LINES;
+    std::int32_t kind = MTRANSLATE_LINES_STATEMENT; /* MTRANSLATE_LINES_... */
     std::string file; /* that the run has called; empty for its own source */
     std::size_t line = 0;
     std::size_t column = 0;
@@ -26,24 +26,7 @@ struct MappedLines {
 /* By the first lines, then by the places. */
 using LineMap = std::vector<MappedLines>;
 
-/* Where the lines of the run that is going on come from. */
-class LineNotes {
-public:
-    /* As the library tells it. */
-    void note(const Origin *origin, std::size_t first, std::size_t count);
-    /* When all lines are written, and the run has not ended. */
-    LineMap map() const;
-
-private:
-    /* An origin with its lines. Its record lives until the run ends. */
-    struct NotedLines {
-        const Origin *origin;
-        std::size_t first;
-        std::size_t last;
-    };
-
-    std::vector<NotedLines> lines_;
-    std::unordered_map<const Origin *, std::size_t> newest_; /* of the lines of an origin */
-};
+/* Of a run that is done. */
+LineMap line_map_of(const mTranslateProgramResult &result, const RunFiles &files);
 
 }  // namespace mtranslate

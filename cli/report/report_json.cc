@@ -23,7 +23,7 @@ static void to_json(Json &json, const UnresolvedFunction &function) {
 static void to_json(Json &json, const MessageKind &kind) {
     json = Json::object();
     if (!kind.code.empty()) json["code"] = kind.code;
-    if (const MessageRow *row = find_message(kind.code.c_str())) json["name"] = row->name;
+    if (const MessageRow *row = find_message(kind.code)) json["name"] = row->name;
     json["severity"] = severity_name(kind.severity);
     json["count"] = kind.count;
     json["files"] = kind.files;
@@ -99,8 +99,8 @@ std::size_t place_in(const char *const (&table)[N], const std::string &text) {
 
 /* Those of a message with the code. */
 std::size_t count_operands(const std::string &code) {
-    const MessageRow *row = find_message(code.c_str());
-    return row ? operand_count(row) : 0;
+    const MessageRow *row = find_message(code);
+    return row ? row->operand_count : 0;
 }
 
 Diagnostic diagnostic_from(const Json &json, const std::string &path) {

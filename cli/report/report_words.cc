@@ -23,7 +23,7 @@ const char *words_of(CallEnd end) {
 }
 
 std::string name_of_message(const std::string &code) {
-    const MessageRow *row = find_message(code.c_str());
+    const MessageRow *row = find_message(code);
     return row ? std::string(row->code) + ' ' + row->name : "other";
 }
 

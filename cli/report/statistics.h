@@ -2,14 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
+#include "cli/messages/run_files.h"
 #include "cli/report/line_map.h"
-#include "cli/support/library.h"
 
 namespace mtranslate {
 
@@ -66,29 +63,8 @@ struct FileFacts {
     LineMap map;                         /* where it is asked for */
 };
 
-/* What is noted of the pieces of a run's own source while it goes on, by their offsets. */
-struct PieceNotes {
-    struct Call {
-        std::string name;
-        PieceEnd end;
-        std::string target;
-    };
-    /* Bytes of the source. */
-    struct Range {
-        std::uint32_t begin;
-        std::uint32_t end;
-    };
-
-    std::map<std::uint32_t, Call> calls;
-    std::set<std::uint32_t> comments;
-    std::vector<Range> sources; /* that are put as comments */
-
-    /* As the library tells it. */
-    void note(const Node *node, PieceEnd end, const char *target);
-};
-
-/* When all has been lowered and the run has not ended. Without the map. index: of the run, or null
- * for none. */
-FileFacts facts_of(const SourceFile &file, const PieceNotes &notes, const FileIndex *index);
+/* Of a run that is done; without the map. index: of the run, or null for none. */
+FileFacts facts_of(const mTranslateProgramResult &result, const RunFiles &files,
+                   const FileIndex *index);
 
 }  // namespace mtranslate

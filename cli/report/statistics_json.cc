@@ -11,7 +11,7 @@ namespace mtranslate {
 
 using Json = nlohmann::ordered_json;
 
-/* ORDER LineKind. */
+/* By the numbers MTRANSLATE_LINES_... */
 static constexpr const char *LINE_KINDS[] = {"statement", "head",    "end",     "comment",
                                              "function",  "prelude", "results", "gap"};
 
@@ -60,7 +60,7 @@ static void from_json(const Json &json, CallFact &call) {
     json.at("column").get_to(call.column);
 }
 
-const char *name_of_kind(LineKind kind) { return LINE_KINDS[kind]; }
+const char *name_of_kind(std::int32_t kind) { return LINE_KINDS[kind]; }
 
 void to_json(Json &json, const MappedLines &lines) {
     json = {{"kind", name_of_kind(lines.kind)}};
@@ -76,7 +76,7 @@ void to_json(Json &json, const MappedLines &lines) {
 static void from_json(const Json &json, MappedLines &lines) {
     const auto *kind = std::ranges::find(LINE_KINDS, json.at("kind").get<std::string>());
     if (kind == std::end(LINE_KINDS)) throw FileError("a map has an unknown kind");
-    lines.kind = static_cast<LineKind>(kind - LINE_KINDS);
+    lines.kind = static_cast<std::int32_t>(kind - LINE_KINDS);
     lines.file = json.value("file", "");
     json.at("line").get_to(lines.line);
     json.at("column").get_to(lines.column);

@@ -7,7 +7,7 @@
 
 namespace mtranslate {
 
-const char *name_of_kind(LineKind kind);
+const char *name_of_kind(std::int32_t kind);
 void to_json(nlohmann::ordered_json &json, const MappedLines &lines);
 void to_json(nlohmann::ordered_json &json, const FileFacts &facts);
 /* Throws nlohmann::json::exception where the value is no such record. */

@@ -5,12 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "cli/support/library.h"
-
 namespace mtranslate {
 
-/* The kind that a word of a configuration stands for. */
-std::optional<ResultKind> result_kind_of(std::string_view word);
+/* The kind, MTRANSLATE_RESULT_..., that a word of a configuration stands for. */
+std::optional<int> result_kind_of(std::string_view word);
 /* All the words, for people. */
 std::string all_result_kinds();
 

@@ -3,7 +3,6 @@
 
 #include "cli/rules/constructs.h"
 #include "cli/rules/result_kinds.h"
-#include "host/stand_in_host.h"
 
 namespace mtranslate {
 
@@ -29,18 +28,17 @@ std::string results_text(int results) {
 
 }  // namespace
 
-void RuleAnswers::answer_in(StandInHost &host) {
-    host.translate_other_names([this](std::string_view asked) {
-        return RequestedResults == HOST_HANDLE ? handle(asked) : name(asked);
-    });
-    host.translate_other_functions(
-        [this](std::string_view asked, const auto &arguments) { return call(asked, arguments); });
+std::optional<std::string> RuleAnswers::answer(const mTranslateProgramQuestion &question) {
+    if (question.kind == MTRANSLATE_QUESTION_NAME)
+        return question.results == HOST_HANDLE ? handle(question.name) : name(question.name);
+    const auto *arguments = question.arguments;
+    return call(question.name, {arguments, arguments + question.argument_count}, question.results);
 }
 
-ResultKind RuleAnswers::kind(const char *name) const {
+int RuleAnswers::kind(const char *name) const {
     const FunctionRule *rule = rules_.find_function(name);
-    if (!rule || !rule->kind) return RESULT_UNKNOWN;
-    return result_kind_of(rule->kind->text).value_or(RESULT_UNKNOWN);
+    if (!rule || !rule->kind) return MTRANSLATE_RESULT_UNKNOWN;
+    return result_kind_of(rule->kind->text).value_or(MTRANSLATE_RESULT_UNKNOWN);
 }
 
 std::optional<std::string> RuleAnswers::name(std::string_view name) {
@@ -61,40 +59,42 @@ std::optional<std::string> RuleAnswers::handle(std::string_view name) {
 }
 
 std::optional<std::string> RuleAnswers::call(std::string_view name,
-                                             const std::vector<std::string> &arguments) {
+                                             const std::vector<std::string> &arguments,
+                                             int results) {
     const std::string called = source_name(name);
     const Construct *construct = find_asked_construct(called);
     if (construct)
-        if (auto text = form(*construct, arguments)) return text;
+        if (auto text = form(*construct, arguments, results)) return text;
     const FunctionRule *rule = rules_.find_function(called);
-    const auto found = rule ? rule->find(arguments, RequestedResults) : std::nullopt;
+    const auto found = rule ? rule->find(arguments, results) : std::nullopt;
     if (!found) {
-        if (counts_unanswered_) unanswered_[called].add(arguments, RequestedResults);
+        if (counts_unanswered_) unanswered_[called].add(arguments, results);
         return std::nullopt;
     }
     ++used_[&found->form->rule];
     const Template &form = found->form->form;
-    const std::string results = results_text(RequestedResults);
-    return RequestedResults == 0 ? form.fill_statement(found->arguments, results)
-                                 : form.fill(found->arguments, results);
+    const std::string wanted = results_text(results);
+    return results == 0 ? form.fill_statement(found->arguments, wanted)
+                        : form.fill(found->arguments, wanted);
 }
 
 /* The last argument of a construct with blocks may be empty. */
 std::optional<std::string> RuleAnswers::form(const Construct &construct,
-                                             const std::vector<std::string> &arguments) {
+                                             const std::vector<std::string> &arguments,
+                                             int results) {
     const FunctionRule *rule = rules_.find_form(construct.name);
     if (!rule) return std::nullopt;
     std::vector<std::string> fewer = arguments;
     const bool has_blocks = construct.blocks > 0;
     if (has_blocks && fewer.back().empty()) fewer.pop_back();
-    auto found = rule->find(fewer, has_blocks ? 0 : RequestedResults);
+    auto found = rule->find(fewer, has_blocks ? 0 : results);
     if (!found && has_blocks) found = rule->find(arguments, 0);
     if (!found) return std::nullopt;
     ++used_[&found->form->rule];
     const Template &form = found->form->form;
     if (has_blocks) return form.fill_lines(found->arguments);
-    return RequestedResults == 0 ? form.fill_statement(found->arguments, "0")
-                                 : form.fill(found->arguments, "1");
+    return results == 0 ? form.fill_statement(found->arguments, "0")
+                        : form.fill(found->arguments, "1");
 }
 
 std::map<std::string, std::size_t> RuleAnswers::used() const {

@@ -1,6 +1,8 @@
 /* Rules as a host's answers. */
 #pragma once
 
+#include <mtranslate_program.h>
+
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -10,12 +12,10 @@
 
 #include "cli/rules/rules.h"
 #include "cli/rules/unanswered.h"
-#include "cli/support/library.h"
 
 namespace mtranslate {
 
 struct Construct;
-class StandInHost;
 
 class RuleAnswers {
 public:
@@ -25,10 +25,10 @@ public:
     RuleAnswers(const RuleAnswers &) = delete;
     RuleAnswers &operator=(const RuleAnswers &) = delete;
 
-    /* Has the host answer by the rules, as long as this lives. */
-    void answer_in(StandInHost &host);
-    /* What the result of the function is by the rules. */
-    ResultKind kind(const char *name) const;
+    /* The host's text by the rules; none where they have none. */
+    std::optional<std::string> answer(const mTranslateProgramQuestion &question);
+    /* What the result of the function is by the rules: MTRANSLATE_RESULT_... */
+    int kind(const char *name) const;
 
     /* How often each rule has answered, by its title. */
     std::map<std::string, std::size_t> used() const;
@@ -39,9 +39,9 @@ private:
     std::optional<std::string> name(std::string_view name);
     std::optional<std::string> handle(std::string_view name);
     std::optional<std::string> call(std::string_view name,
-                                    const std::vector<std::string> &arguments);
+                                    const std::vector<std::string> &arguments, int results);
     std::optional<std::string> form(const Construct &construct,
-                                    const std::vector<std::string> &arguments);
+                                    const std::vector<std::string> &arguments, int results);
 
     const Rules &rules_;
     const bool counts_unanswered_;

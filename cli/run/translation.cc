@@ -1,12 +1,9 @@
-/* Running the library and watching for its errors. The only place where the tool looks inside the
- * library: at its record of an error, and at the files that it opens. */
+/* Running the library, with the tool's answers to what it asks. */
 #include "cli/run/translation.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <map>
+#include <exception>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -15,107 +12,85 @@
 #include "cli/messages/messages.h"
 #include "cli/messages/source_error.h"
 #include "cli/rules/rules_host.h"
-#include "cli/support/library.h"
-#include "host/stand_in_host.h"
 
 namespace mtranslate {
 
 namespace {
 
-/* The library tries the last directory first. */
-HostValue search_list(ValueStore &values, const std::vector<std::string> &directories) {
-    return values.list_of_strings({directories.rbegin(), directories.rend()});
+using Request = mTranslateProgramRequest;
+using Result =
+    std::unique_ptr<const mTranslateProgramResult, void (*)(const mTranslateProgramResult *)>;
+
+/* Throws std::bad_alloc where the memory is exhausted. */
+Result run(const Request &request) {
+    Result result(mTranslateProgram(&request), mTranslateProgramRelease);
+    if (result->status == MTRANSLATE_PROGRAM_NO_MEMORY) throw std::bad_alloc();
+    return result;
 }
 
-std::vector<HostValue> run_options(ValueStore &values, const Source &source,
-                                   const Options &wanted) {
-    std::vector<HostValue> options;
-    const auto add = [&](const char *name, HostValue value) {
-        options.push_back(values.equation(values.name(name), value));
-    };
-    if (!source.directories.empty()) options.push_back(search_list(values, source.directories));
-    const bool is_alone = wanted.without_translator || wanted.dumps_tree;
-    if (is_alone) add("AddTranslator", values.boolean(false));
-    if (wanted.language != "classic") {
-        add("Language", values.string(wanted.language));
-        add("KeepGoing", values.boolean(true));
-        add("Display", values.boolean(wanted.rules->find_form("display") != nullptr));
-    }
-    return options;
-}
-
-/* The library's record of the error that has just been thrown, with its value in the message. */
-RaisedError error_behind(const HostError &thrown) {
-    const bool has_place = LastError.line > 0;
-    RaisedError error{has_place ? LastError.message : thrown.what(), std::nullopt, LastError.line,
-                      static_cast<std::size_t>(LastError.offset)};
-    if (LastError.file) error.file = LastError.file;
-    return error;
-}
-
-/* What has been said so far, and whether something is left untranslated. */
-void finish(Translation &translation, const MessageCollection &messages) {
-    translation.diagnostics = messages.diagnostics();
-    translation.ignored = messages.ignored();
-    if (has_failure(count_severities(translation.diagnostics)))
-        translation.code = ExitCode::BadSource;
-}
-
-/* A method as a function of the library's observers, with its object as their context. */
+/* A method as a function of the request, with its object as their context. What it throws waits for
+ * the end of the run; the answer is 0 then. */
 template <auto METHOD>
-struct Observer;
-template <class Watch, class Result, class... Arguments, Result (Watch::*METHOD)(Arguments...)>
-struct Observer<METHOD> {
-    static Result call(void *watch, Arguments... arguments) {
-        return (static_cast<Watch *>(watch)->*METHOD)(arguments...);
+struct Answer;
+template <class Run, class Type, class... Arguments, Type (Run::*METHOD)(Arguments...)>
+struct Answer<METHOD> {
+    static Type give(void *context, Arguments... arguments) {
+        Run *run = static_cast<Run *>(context);
+        try {
+            return (run->*METHOD)(arguments...);
+        } catch (...) {
+            run->trouble = std::current_exception();
+            return {};
+        }
     }
 };
 
-/* What the library tells of a run, and asks, while it goes on. */
-class RunWatch {
+/* What the library asks while it translates a source. */
+class Answers {
 public:
     /* All of it lives as long as this. index: null for none. */
-    RunWatch(const Source &source, const Options &wanted, const FileIndex *index,
-             const RuleAnswers &answers, MessageCollection &messages, Translation &translation)
-        : source_(source),
-          wanted_(wanted),
-          index_(index),
-          answers_(answers),
-          messages_(messages),
-          translation_(translation) {}
-    RunWatch(const RunWatch &) = delete;
-    RunWatch &operator=(const RunWatch &) = delete;
+    Answers(const Source &source, const Options &wanted, const FileIndex *index, RuleAnswers &rules)
+        : source_(source), wanted_(wanted), index_(index), rules_(rules) {}
+    Answers(const Answers &) = delete;
+    Answers &operator=(const Answers &) = delete;
 
-    /* For the next run. */
-    Observers observers() {
-        Observers observers{};
-        observers.context = this;
-        observers.opens = Observer<&RunWatch::note_file>::call;
-        observers.message = Observer<&RunWatch::note_message>::call;
-        observers.result_kind = Observer<&RunWatch::kind_of_result>::call;
-        observers.program = Observer<&RunWatch::note_program>::call;
-        if (wanted_.dumps_tree && !wanted_.dumps_values)
-            observers.tree = Observer<&RunWatch::show_tree>::call;
-        if (wanted_.wants_statistics()) observers.piece = Observer<&RunWatch::note_piece>::call;
-        if (wanted_.wants_map()) observers.lines = Observer<&RunWatch::note_lines>::call;
-        if (wanted_.is_library_apart)
-            observers.library_call = Observer<&RunWatch::note_library>::call;
-        if (index_) {
-            observers.find_file = Observer<&RunWatch::find_file>::call;
-            observers.find_method = Observer<&RunWatch::find_method>::call;
-        }
-        return observers;
+    void answer(Request &request) {
+        request.context = this;
+        request.answer = Answer<&Answers::text>::give;
+        request.allow = Answer<&Answers::allow>::give;
+        request.result_kind = Answer<&Answers::kind_of_result>::give;
+        if (index_) request.find = Answer<&Answers::find>::give;
     }
 
+    std::exception_ptr trouble;
+    std::optional<FileError> refusal; /* of a file; it need not have been opened after all */
+
 private:
+    const char *text(const mTranslateProgramQuestion *question) {
+        text_ = rules_.answer(*question);
+        return text_ ? text_->c_str() : nullptr;
+    }
+
+    std::int32_t kind_of_result(const char *name) { return rules_.kind(name); }
+
+    std::int32_t allow(const mTranslateProgramFile *file) {
+        try {
+            check(*file);
+            return 1;
+        } catch (const FileError &error) {
+            refusal = error;
+            return 0;
+        }
+    }
+
     /* A device may never end, and a pipe never begin; classic has always read pipes. */
-    void note_file(const char *path, const struct stat *status) {
-        if (S_ISCHR(status->st_mode) || S_ISBLK(status->st_mode)) refuse(path, "a device");
-        if (S_ISFIFO(status->st_mode) && (wanted_.is_untrusted || wanted_.language != "classic"))
-            refuse(path, "a pipe");
-        if (wanted_.is_untrusted && !is_inside(path)) refuse(path, "it leads out of what is given");
-        check_size(*status, path);
-        translation_.files_read.push_back({path, status->st_dev, status->st_ino});
+    void check(const mTranslateProgramFile &file) const {
+        const bool reads_pipes = !wanted_.is_untrusted && wanted_.language == "classic";
+        if (file.kind == MTRANSLATE_IS_DEVICE) refuse(file.path, "a device");
+        if (file.kind == MTRANSLATE_IS_PIPE && !reads_pipes) refuse(file.path, "a pipe");
+        if (wanted_.is_untrusted && !is_inside(file.path))
+            refuse(file.path, "it leads out of what is given");
+        check_size(file.bytes, file.path);
     }
 
     [[noreturn]] static void refuse(const char *path, const char *reason) {
@@ -129,125 +104,136 @@ private:
                std::ranges::any_of(wanted_.given_folders, holds);
     }
 
-    void note_message(const Message *message) { messages_.add(*message); }
-
-    void show_text(const char *text) {
-        translation_.text = std::string(text) + '\n';
-        finish(translation_, messages_);
-    }
-
-    void show_tree(const Node *tree) { show_text(print_tree(NewLongString(), tree)); }
-
-    /* What is known of values shows when all has been translated. */
-    void note_program(const SourceFile *file) {
-        if (wanted_.dumps_values) show_text(print_tree_of_values(NewLongString(), file->tree));
-        if (wanted_.wants_statistics()) translation_.facts = facts_of(*file, pieces_, index_);
-        if (wanted_.wants_map()) translation_.facts.map = lines_.map();
-    }
-
-    void note_piece(const Node *node, PieceEnd end, const char *target) {
-        pieces_.note(node, end, target);
-    }
-
-    void note_lines(const Origin *origin, std::uint32_t first, std::uint32_t count) {
-        lines_.note(origin, first, count);
-    }
-
-    void note_library() { translation_.calls_library = true; }
-
-    ResultKind kind_of_result(const char *name) { return answers_.kind(name); }
-
-    /* A function stays a call; the statements of a script belong in its place. */
-    FileFinding find_file(const char *caller, const char *name, const char **path) {
-        const IndexedFile *file = index_->find(caller, name);
-        if (!file) return NOT_FOUND;
-        *path = file->path.c_str();
-        const auto [script, is_new] = are_scripts_.try_emplace(file);
-        if (is_new) script->second = is_script(*file);
-        return script->second ? FOUND_HERE : FOUND_ELSEWHERE;
-    }
-
-    /* Also where it cannot or may not be read: whoever reads it then finds out why. */
-    bool is_script(const IndexedFile &file) const {
-        if (wanted_.is_untrusted && !is_inside(file.path.c_str())) return true;
-        std::error_code error;
-        if (!std::filesystem::is_regular_file(file.path, error))
-            return static_cast<bool>(error);  // a pipe gives its text only once
-        const auto text = read_regular_file(file.path);
-        return !text || is_script_text(file.path.c_str(), text->data(),
-                                       static_cast<std::uint32_t>(text->size()));
-    }
-
-    const char *find_method(const char *class_name, const char *method) {
-        const IndexedFile *file = index_->find_method(class_name, method);
+    const char *find(const mTranslateProgramSearch *search) {
+        const bool is_method = search->kind == MTRANSLATE_SEARCH_METHOD;
+        const IndexedFile *file = is_method ? index_->find_method(search->class_name, search->name)
+                                            : index_->find(search->caller, search->name);
         return file ? file->path.c_str() : nullptr;
     }
 
     const Source &source_;
     const Options &wanted_;
     const FileIndex *index_;
-    const RuleAnswers &answers_;
-    MessageCollection &messages_;
-    Translation &translation_;
-    std::map<const IndexedFile *, bool> are_scripts_; /* of those that are called */
-    PieceNotes pieces_;
-    LineNotes lines_;
+    RuleAnswers &rules_;
+    std::optional<std::string> text_;
 };
 
-/* The error that has left the run is the last thing to tell. */
-void finish(Translation &translation, const MessageCollection &messages, const Source &source,
-            const HostError &thrown) {
-    const RaisedError error = error_behind(thrown);
-    if (error.message == OUT_OF_MEMORY.message) throw std::bad_alloc();
-    finish(translation, messages);
-    translation.text.reset();
+std::uint32_t flags_of(const Options &wanted) {
+    const bool dumps_tree = wanted.dumps_tree && !wanted.dumps_values;
+    const bool displays = wanted.language != "classic" && wanted.rules->find_form("display");
+    std::uint32_t flags = MTRANSLATE_TEXTS | MTRANSLATE_COUNTS_ON;
+    const auto add = [&](bool is_wanted, std::uint32_t flag) { flags |= is_wanted ? flag : 0; };
+    add(wanted.without_translator || wanted.dumps_tree, MTRANSLATE_WITHOUT_TRANSLATOR);
+    add(displays, MTRANSLATE_DISPLAYS);
+    add(dumps_tree, MTRANSLATE_TREE | MTRANSLATE_ONLY_READ);
+    add(wanted.dumps_values, MTRANSLATE_VALUES);
+    add(wanted.wants_statistics(), MTRANSLATE_OUTLINE);
+    add(wanted.wants_map(), MTRANSLATE_PIECES);
+    add(wanted.is_library_apart, MTRANSLATE_LIBRARY_APART);
+    return flags;
+}
+
+/* folders: gets what the request has to keep. */
+Request request_for(const Source &source, const Options &wanted,
+                    std::vector<const char *> &folders) {
+    for (const std::string &folder : source.directories) folders.push_back(folder.c_str());
+    Request request{};
+    request.size = sizeof request;
+    request.flags = flags_of(wanted);
+    const bool is_file = std::string_view(source.mode) == "file";
+    (is_file ? request.file : request.command) = source.argument.c_str();
+    request.language = wanted.language.c_str();
+    request.folders = folders.empty() ? nullptr : folders.data();
+    request.folder_count = folders.size();
+    return request;
+}
+
+Result run(const Source &source, const Options &wanted, const FileIndex *index,
+           RuleAnswers &rules) {
+    std::vector<const char *> folders;
+    Request request = request_for(source, wanted, folders);
+    Answers answers(source, wanted, index, rules);
+    answers.answer(request);
+    Result result = run(request);
+    if (answers.trouble) std::rethrow_exception(answers.trouble);
+    if (answers.refusal && result->status == MTRANSLATE_PROGRAM_UNREADABLE)
+        throw FileError(*answers.refusal);
+    return result;
+}
+
+void add_files_read(const mTranslateProgramResult &result, FilesRead &files) {
+    for (std::size_t i = 0; i < result.file_count; ++i) {
+        const mTranslateProgramFile &file = *result.files[i];
+        files.push_back({file.path, file.device, file.inode});
+    }
+}
+
+RaisedError error_of(const mTranslateProgramResult &result) {
+    RaisedError error;
+    error.message = result.failure;
+    error.is_unread = result.status == MTRANSLATE_PROGRAM_UNREADABLE;
+    if (!result.end) return error;
+    if (result.end->path) error.file = result.end->path;
+    error.line = result.end->line;
+    error.offset = result.end->offset;
+    return error;
+}
+
+/* The error that has ended the run is the last thing to tell. */
+void add_failure(const mTranslateProgramResult &result, const Source &source,
+                 Translation &translation) {
+    const RaisedError error = error_of(result);
     translation.code = exit_code_of(error);
     const Diagnostics raised = diagnostics_of(error, source);
     translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
 }
 
-void run(StandInHost &host, const Source &source, const Options &wanted,
-         const MessageCollection &messages, Translation &translation) {
-    const auto options = run_options(host.values(), source, wanted);
-    try {
-        const auto text = host.translate(source.mode, source.argument, options);
-        if (!wanted.dumps_any()) {
-            translation.text = text.value();
-            finish(translation, messages);
-        }
-        const bool has_failed = translation.code != ExitCode::Done;
-        if (has_failed && wanted.is_strict) translation.text.reset();
-    } catch (const HostError &thrown) {
-        finish(translation, messages, source, thrown);
-    }
+std::string text_of(const mTranslateProgramResult &result, const Options &wanted) {
+    if (wanted.dumps_values) return std::string(result.values) + '\n';
+    if (wanted.dumps_tree) return std::string(result.tree) + '\n';
+    return {result.text, result.text_length};
+}
+
+/* Of a run that is done. */
+void add_text(const mTranslateProgramResult &result, const Options &wanted,
+              Translation &translation) {
+    const bool has_failed = has_failure(count_severities(translation.diagnostics));
+    if (has_failed) translation.code = ExitCode::BadSource;
+    if (!has_failed || !wanted.is_strict) translation.text = text_of(result, wanted);
 }
 
 }  // namespace
 
 Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
-    StandInHost host;
-    RuleAnswers answers(*wanted.rules, wanted.mode == Mode::RuleTemplate);
-    answers.answer_in(host);
+    RuleAnswers rules(*wanted.rules, wanted.mode == Mode::RuleTemplate);
+    const Result result = run(source, wanted, index, rules);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());
-    MessageCollection messages(source, wanted.message_policy);
-    RunWatch watch(source, wanted, index, answers, messages, translation);
-    observe_next_run(watch.observers());
-    run(host, source, wanted, messages, translation);
-    translation.rules_used = answers.used();
-    translation.unanswered = answers.unanswered();
+    add_files_read(*result, translation.files_read);
+    const RunFiles files(*result, source);
+    auto messages = messages_of(*result, files, wanted.message_policy);
+    translation.diagnostics = std::move(messages.diagnostics);
+    translation.ignored = messages.ignored;
+    if (result->status == MTRANSLATE_PROGRAM_DONE)
+        add_text(*result, wanted, translation);
+    else
+        add_failure(*result, source, translation);
+    if (wanted.wants_statistics()) translation.facts = facts_of(*result, files, index);
+    if (wanted.wants_map()) translation.facts.map = line_map_of(*result, files);
+    translation.calls_library = result->needs_library != 0;
+    translation.rules_used = rules.used();
+    translation.unanswered = rules.unanswered();
     return translation;
 }
 
 std::string library_text() {
-    StandInHost host;
-    auto &values = host.values();
-    Observers observers{};
-    observers.holds_library = true;
-    observe_next_run(observers);
-    const std::vector language{values.equation(values.name("Language"), values.string("matlab"))};
-    return host.translate("command", "", language).value_or("");
+    Request request{};
+    request.size = sizeof request;
+    request.command = "";
+    request.flags = MTRANSLATE_WHOLE_LIBRARY;
+    const Result result = run(request);
+    return {result->text, result->text_length};
 }
 
 FileResult result_of(const Translation &translation) {
