@@ -23,15 +23,18 @@ bool skip(std::string_view &text, std::string_view prefix) {
 
 }  // namespace
 
-MessagePolicy::MessagePolicy() {
-    for (const MessageRow *row : message_rows())
-        treatments_[row] = {false, mtranslate::severity_of(*row)};
+MessagePolicy::Treatment MessagePolicy::treatment_of(const MessageRow &row) const {
+    const auto found = treatments_.find(&row);
+    return found == treatments_.end() ? Treatment{false, mtranslate::severity_of(row)}
+                                      : found->second;
 }
 
 void MessagePolicy::add(std::string_view pattern) {
     if (pattern == "error") {
-        for (auto &[row, of] : treatments_)
-            if (of.severity == SEVERITY_WARNING) of.severity = SEVERITY_ERROR;
+        for (const MessageRow *row : message_rows()) {
+            const Treatment of = treatment_of(*row);
+            if (of.severity == SEVERITY_WARNING) treatments_[row] = {of.is_out, SEVERITY_ERROR};
+        }
         return;
     }
     const bool is_error = skip(pattern, "error=");
@@ -44,7 +47,7 @@ void MessagePolicy::add(std::string_view pattern) {
 }
 
 std::optional<MessageSeverity> MessagePolicy::severity_of(const MessageRow &row) const {
-    const Treatment &treatment = treatments_.at(&row);
+    const Treatment treatment = treatment_of(row);
     if (treatment.is_out) return std::nullopt;
     return treatment.severity;
 }

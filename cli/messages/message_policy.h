@@ -20,7 +20,6 @@ public:
 
 class MessagePolicy {
 public:
-    MessagePolicy();
     /* pattern: "no-CODE" leaves a message out, "CODE" takes it back in, "error=CODE" makes it an
      * error, "error" all warnings; a code or a short name. The last one about a message holds.
      * Throws PolicyError. */
@@ -33,7 +32,9 @@ private:
         bool is_out;
         MessageSeverity severity;
     };
-    std::map<const MessageRow *, Treatment> treatments_;
+    Treatment treatment_of(const MessageRow &row) const;
+
+    std::map<const MessageRow *, Treatment> treatments_; /* that are not as the rows say */
 };
 
 /* What users may give as a pattern, by short names. */

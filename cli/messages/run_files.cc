@@ -2,34 +2,38 @@
 
 namespace mtranslate {
 
-RunFiles::RunFiles(const mTranslateProgramResult &result, const Source &source) : source_(source) {
-    for (std::size_t i = 0; i < result.file_count; ++i)
-        files_.try_emplace(result.files[i]->name, result.files[i]);
+static bool has_byte_order_mark(std::string_view text) { return text.starts_with("\xEF\xBB\xBF"); }
+
+RunFiles::RunFiles(const mTranslateProgramResult &result, const Source &source)
+    : own_name_(source.shown_name),
+      command_{"", source.argument, true, has_byte_order_mark(source.argument)} {
+    for (std::size_t i = 0; i < result.file_count; ++i) {
+        const mTranslateProgramFile &file = *result.files[i];
+        const std::string_view text(file.text ? file.text : "", file.text_length);
+        files_.try_emplace(file.name, File{file.path, text, file.path == source.argument,
+                                           has_byte_order_mark(text)});
+    }
 }
 
-const mTranslateProgramFile *RunFiles::find(const char *name) const {
-    const auto found = files_.find(name);
-    return found == files_.end() ? nullptr : found->second;
+/* A file that has not been opened has a name alone. */
+const RunFiles::File &RunFiles::find(const char *name) const {
+    if (!name) return command_;
+    if (name != last_name_) {
+        const auto [file, is_new] = files_.try_emplace(name);
+        if (is_new) file->second = {name, "", false, false};
+        last_ = &file->second;
+        last_name_ = name;
+    }
+    return *last_;
 }
 
-std::string RunFiles::path(const char *name) const {
-    const mTranslateProgramFile *file = find(name);
-    return file ? file->path : name;
-}
-
-std::string RunFiles::shown_name(const char *name) const {
-    return is_own(name) ? source_.shown_name : path(name);
-}
-
-std::string_view RunFiles::text(const char *name) const {
-    if (!name) return source_.argument;
-    const mTranslateProgramFile *file = find(name);
-    return file && file->text ? std::string_view(file->text, file->text_length) : "";
+const std::string &RunFiles::shown_name(const char *name) const {
+    const File &file = find(name);
+    return file.is_own ? own_name_ : file.path;
 }
 
 std::size_t RunFiles::without_mark(const char *name, std::size_t line, std::size_t column) const {
-    const bool is_after = line == 1 && column > 1 && text(name).starts_with("\xEF\xBB\xBF");
-    return is_after ? column - 1 : column;
+    return line == 1 && column > 1 && find(name).has_mark ? column - 1 : column;
 }
 
 std::size_t RunFiles::column(const mTranslateProgramRange &place) const {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "diagnose/source.h"
 #include "driver/program_texts.h"
 
 namespace {
@@ -47,38 +48,53 @@ uint32_t character_length(const Walk *walk) {
     return is_whole && (length < 3 || is_in_range(first)) ? length : 1;
 }
 
-void begin_line(Walk *walk, uint32_t bytes) {
-    walk->at += bytes;
-    walk->start = walk->at;
+void begin_line(Walk *walk, const char *at) {
+    walk->at = walk->start = static_cast<uint32_t>(at - walk->text);
     walk->line++;
     walk->units = walk->characters = 0;
 }
 
-// Over the next character or line end.
-void step(Walk *walk) {
-    const char *text = walk->text + walk->at;
-    if (*text == '\n') return begin_line(walk, 1);
-    if (*text == '\r')
-        return begin_line(walk, walk->at + 1 < walk->length && text[1] == '\n' ? 2 : 1);
-    uint32_t length = character_length(walk);
-    walk->at += length;
-    walk->units += length == 4 ? 2 : 1;
-    walk->characters++;
+// To the start of the line that the offset is in. Answers the offset, or the start of the line end
+// that it is inside of.
+uint32_t skip_lines(Walk *walk, uint32_t offset) {
+    const char *wanted = walk->text + offset;
+    for (;;) {
+        const char *end = line_end(walk->text + walk->at, wanted);
+        if (end == wanted) return offset;
+        bool is_pair = *end == '\r' && end + 1 < walk->text + walk->length && end[1] == '\n';
+        const char *next = end + (is_pair ? 2 : 1);
+        if (next > wanted) return offset - 1;
+        begin_line(walk, next);
+    }
 }
 
-// A place inside of a character counts as its start, but in bytes.
+void skip_ascii(Walk *walk, uint32_t offset) {
+    uint32_t from = walk->at;
+    while (walk->at < offset && static_cast<unsigned char>(walk->text[walk->at]) < 0x80) walk->at++;
+    walk->units += walk->at - from;
+    walk->characters += walk->at - from;
+}
+
+// On the same line, to the character that has the byte.
+void skip_characters(Walk *walk, uint32_t offset) {
+    for (skip_ascii(walk, offset); walk->at < offset; skip_ascii(walk, offset)) {
+        uint32_t length = character_length(walk);
+        if (walk->at + length > offset) return;
+        walk->at += length;
+        walk->units += length == 4 ? 2 : 1;
+        walk->characters++;
+    }
+}
+
 void find(Walk *walk, const AskedPlace *asked) {
     uint32_t offset = std::min(asked->offset, walk->length);
-    Walk before = *walk;
-    while (walk->at < offset) {
-        before = *walk;
-        step(walk);
-    }
-    if (walk->at > offset) *walk = before;
-    *asked->line = walk->line;
-    *asked->column = offset - walk->start + 1;
-    *asked->column_utf16 = walk->units + 1;
-    *asked->column_characters = walk->characters + 1;
+    skip_characters(walk, skip_lines(walk, offset));
+    mTranslateProgramRange *range = asked->range;
+    (asked->is_end ? range->end_line : range->line) = walk->line;
+    (asked->is_end ? range->end_column : range->column) = offset - walk->start + 1;
+    (asked->is_end ? range->end_column_utf16 : range->column_utf16) = walk->units + 1;
+    (asked->is_end ? range->end_column_characters : range->column_characters) =
+        walk->characters + 1;
 }
 
 const char *keep_name(ProgramPlaces *places, ResultMemory *memory, const char *name) {
@@ -97,10 +113,8 @@ mTranslateProgramRange *ask_range(ProgramPlaces *places, ResultMemory *memory, c
     range->file = keep_name(places, memory, in->name);
     range->begin = begin;
     range->end = end;
-    places->asked.push_back({*in, begin, &range->line, &range->column, &range->column_utf16,
-                             &range->column_characters});
-    places->asked.push_back({*in, end, &range->end_line, &range->end_column,
-                             &range->end_column_utf16, &range->end_column_characters});
+    places->asked.push_back({*in, begin, false, range});
+    places->asked.push_back({*in, end, true, range});
     return range;
 }
 

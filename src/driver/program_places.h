@@ -15,14 +15,12 @@ struct PlacedText {
     uint32_t length;
 };
 
-/* A byte whose line and columns are asked for, and where they go. */
+/* A range whose begin, or whose end, is asked for in lines and columns. */
 struct AskedPlace {
     PlacedText in;
     uint32_t offset;
-    uint32_t *line;
-    uint32_t *column;
-    uint32_t *column_utf16;
-    uint32_t *column_characters;
+    bool is_end;
+    mTranslateProgramRange *range;
 };
 
 /* What is collected; at first {}. */
