@@ -118,22 +118,25 @@ typedef struct mTranslateProgramFile {
 enum {
     MTRANSLATE_WITHOUT_DISK = 1,       /* no file or folder of the disk is looked at */
     MTRANSLATE_WITHOUT_TRANSLATOR = 2, /* no calls are asked for, no called files looked for */
-    MTRANSLATE_DISPLAYS = 4,           /* the host is asked how to display values */
-    MTRANSLATE_DETAILS = 8,            /* pieces, outline and names */
-    MTRANSLATE_TREE = 16,              /* the tree */
-    MTRANSLATE_VALUES = 32,            /* the tree with what is known of values */
-    MTRANSLATE_TEXTS = 64,             /* the texts of the files */
+    /* Of matlab and octave alone: */
+    MTRANSLATE_DISPLAYS = 4, /* the host is asked how to display values */
+    MTRANSLATE_DETAILS = 8,  /* pieces, outline and names */
+    MTRANSLATE_TREE = 16,    /* the tree */
+    MTRANSLATE_VALUES = 32,  /* the tree with what is known of values */
+    MTRANSLATE_TEXTS = 64,   /* the texts of the files */
     MTRANSLATE_PIECES = 128,
     MTRANSLATE_OUTLINE = 256,        /* functions, statements, calls, comments, statistics */
     MTRANSLATE_ONLY_READ = 512,      /* the source is read, with messages about that, and no more */
     MTRANSLATE_LIBRARY_APART = 1024, /* the text leaves out the functions of MATLAB's library that
                                         the translator brings along */
     MTRANSLATE_WHOLE_LIBRARY = 2048, /* the text holds all of these */
-    MTRANSLATE_COUNTS_ON = 4096      /* classic numbers its variables on from the run before */
+    /* Of classic alone: */
+    MTRANSLATE_COUNTS_ON = 4096 /* it numbers its variables on from the run before */
 };
 
 /* What is to be translated. All of it belongs to the caller and has to stay as it is until
- * mTranslateProgram returns. Both functions are called on its thread; they have to return. */
+ * mTranslateProgram returns. The functions may be null; they are called on its thread, and have to
+ * return. */
 typedef struct mTranslateProgramRequest {
     uint32_t size;
     uint32_t flags; /* of MTRANSLATE_WITHOUT_DISK ... */
@@ -150,23 +153,22 @@ typedef struct mTranslateProgramRequest {
     const char *const *folders;
     size_t folder_count;
     uint32_t max_memory; /* of the run, in MB, 1 to 1048576; 0: by the length of its sources */
-    void *context;       /* handed to both functions */
-    /* The text of a file that is none of the sources, or null. Asked once in a run for a path, in
+    void *context;       /* handed to all functions */
+    /* The text of a file that is none of the sources. Asked once in a run for a path, in
      * its shortest form ("a/b.m" for "a/./b.m"). Answers MTRANSLATE_FILE_...; sets text and length
      * for a text, which is copied at once. */
     int32_t (*read)(void *context, const char *name, const char **text, size_t *length);
-    /* The host's text, which is copied at once; null where it has none. The function may be null
-     * itself. */
+    /* The host's text, which is copied at once; null where it has none. */
     const char *(*answer)(void *context, const mTranslateProgramQuestion *question);
-    /* Whether a file of the disk may be opened, or null for all: 0 ends the run as unreadable. The
-     * file is valid during the question, and has no text. */
+    /* Whether a file of the disk may be opened: 0 ends the run as unreadable. Asked each time
+     * before one is; the file is valid during the question, and has no text. */
     int32_t (*allow)(void *context, const mTranslateProgramFile *file);
-    /* For a caller that knows all files and translates each for itself, or null: the path of a
-     * file, which is copied at once, or null for none, in the place of looking into folders. The
-     * statements of a script still stand where it is called; functions stay calls. */
+    /* For a caller that knows all files and translates each for itself, in matlab and octave: the
+     * path of a file, which is copied at once, or null for none, in the place of looking into
+     * folders. Functions stay calls; the statements of a script still stand where it is called. */
     const char *(*find)(void *context, const mTranslateProgramSearch *search);
-    /* What the result is of a function that the run has no file of, or null: MTRANSLATE_RESULT_...
-     * The name is valid during the question, and has the dots of packages. */
+    /* What the result is of a function that no file of the run defines: MTRANSLATE_RESULT_..., in
+     * matlab and octave. The name is valid during the question, and has the dots of packages. */
     int32_t (*result_kind)(void *context, const char *name);
 } mTranslateProgramRequest;
 
