@@ -1,5 +1,5 @@
-/* A host for the translator where no computer-algebra system is at hand: for the command-line
- * tool, tests, benchmarks and trials.
+/* A host for the translator where no computer-algebra system is at hand: for tests, benchmarks and
+ * trials.
  *
  *     StandInHost host;
  *     host.translate_function("grid", "make_grid(n, n)");
