@@ -73,7 +73,7 @@ struct Symbol {
     bool is_set;            /* where the walk over the names is (set_variables.h) */
     uint32_t unset_since;
     SetBranchCell *in_branches;
-    const Node *last_named; /* NAME or HANDLE that stands last in the text; null in a clear */
+    const Node *last_named; /* NAME or HANDLE that stands last in the text */
     const Node *set_in;     /* block in which it is set as a whole before anything else is done with
                                it; null for none */
     uint32_t first_set;     /* end of the first target that sets it or a part of it; 0 for none */

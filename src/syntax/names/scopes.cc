@@ -227,9 +227,7 @@ void change_name(NameWalk *walk, Node *name) {
 
 static void clear_name(NameWalk *walk, const Node *word) {
     Symbol *symbol = mention_text(walk, intern(word->text));
-    symbol->last_named = nullptr;
     note_setting(&walk->loops, symbol);
-    note_unset(&walk->sets, symbol);
     walk->function->flags |= NAMES_VARIABLES;
 }
 

@@ -92,10 +92,6 @@ void note_part_set(SetWalk *walk, Symbol *symbol) {
     set(walk, symbol);
 }
 
-void note_unset(SetWalk *walk, Symbol *symbol) {
-    if (symbol->is_set) unset(walk, symbol);
-}
-
 void note_set_return(SetWalk *walk) { walk->last_return = ++walk->clock; }
 
 SetCell *begin_set_block(SetWalk *walk) {
@@ -106,7 +102,7 @@ SetCell *begin_set_block(SetWalk *walk) {
 
 void end_set_block(SetWalk *walk, SetCell *outer) {
     for (const SetCell *cell = walk->in_block; cell; cell = cell->next)
-        note_unset(walk, cell->symbol);
+        if (cell->symbol->is_set) unset(walk, cell->symbol);
     walk->in_block = outer;
 }
 

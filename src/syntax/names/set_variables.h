@@ -28,8 +28,6 @@ void note_set_reading(Symbol *symbol);
  * part of its given value. */
 void note_whole_set(SetWalk *walk, Symbol *symbol);
 void note_part_set(SetWalk *walk, Symbol *symbol);
-/* It is cleared. */
-void note_unset(SetWalk *walk, Symbol *symbol);
 /* A return, written or at the function's end: outputs are read. */
 void note_set_return(SetWalk *walk);
 
