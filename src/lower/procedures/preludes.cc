@@ -48,11 +48,13 @@ bool is_set_first(const Scope *scope, const Symbol *parameter) {
     return is_seen && !(parameter->flags & SYMBOL_GIVEN_COUNTS);
 }
 
-void put_copy(const Prelude *prelude, Symbol *parameter) {
+// has_value: it has one where it is not given, so nothing is wrong with reading it at once.
+void put_copy(const Prelude *prelude, Symbol *parameter, bool has_value) {
     const Scope *scope = prelude->scope;
     if (is_set_first(scope, parameter)) return;
     if (is_given_after(&prelude->check, scope, parameter)) return;
-    bool is_plain = !may_be_missing(scope, parameter) || is_read_at_once(prelude->first, parameter);
+    bool is_plain = !may_be_missing(scope, parameter) ||
+                    (!has_value && is_read_at_once(prelude->first, parameter));
     if (is_plain) return put_given_value(parameter);
     if (find_default(scope, parameter)) return;
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
@@ -90,12 +92,12 @@ const char *put_question(const Symbol *parameter) {
 
 void put_parameter(const Prelude *prelude, const Node *parameter) {
     if (parameter->kind == NODE_TILDE) return;
-    if (parameter->kind == NODE_DEFAULT) parameter = parameter->first_child;
-    Symbol *symbol = parameter->symbol;
+    bool has_value = parameter->kind == NODE_DEFAULT;
+    Symbol *symbol = (has_value ? parameter->first_child : parameter)->symbol;
     if (symbol->position == 0) return put_varargin(prelude->scope, symbol);
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
     if (!is_copied_parameter(symbol)) return;
-    put_copy(prelude, symbol);
+    put_copy(prelude, symbol, has_value);
     if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
 }
 

@@ -104,6 +104,15 @@ constexpr double NO_BOUND = 1e300;
 
 double least(const Node *node, Asker asker);
 
+// 3 and -3.
+double number_of(const Node *node) {
+    bool is_negated = node->kind == NODE_PREFIX && node->op == OPERATOR_MINUS;
+    if (is_negated) node = without_parens(node->first_child);
+    if (node->kind != NODE_NUMBER || has_flag(node, NUMBER_IMAGINARY)) return UNKNOWN;
+    double number = strtod(node->text, nullptr);
+    return is_negated ? -number : number;
+}
+
 // The least of all arguments: right for min and max alike, when all have a bound.
 double least_argument(const Node *arguments, Asker asker) {
     double bound = NO_BOUND;
@@ -128,7 +137,8 @@ double least_of_range(const Node *range, Asker asker) {
     const Node *second = second_child(range);
     if (!second->next) return start;
     if (least(second, inner(asker)) >= 0) return start;
-    return least(second->next, inner(asker));
+    double stop = least(second->next, inner(asker));
+    return number_of(without_parens(second)) == UNKNOWN ? std::min(start, stop) : stop;
 }
 
 double least_of_rows(const Node *matrix, Asker asker) {
@@ -162,12 +172,6 @@ double least_of_name(const Node *name, Asker asker) {
     findings->least = least_of_values(symbol, asker);
     findings->states[LEAST] = IS_FOUND;
     return findings->least;
-}
-
-double number_of(const Node *node) {
-    return node->kind == NODE_NUMBER && !has_flag(node, NUMBER_IMAGINARY)
-               ? strtod(node->text, nullptr)
-               : UNKNOWN;
 }
 
 double least_sum(double left, double right) {
@@ -212,11 +216,7 @@ double least(const Node *node, Asker asker) {
         case NODE_RANGE: return least_of_range(node, asker);
         case NODE_MATRIX: return least_of_rows(node, asker);
         case NODE_REFERENCE: return least_of_call(node, asker);
-        case NODE_PREFIX: {
-            double number = number_of(without_parens(node->first_child));
-            if (node->op == OPERATOR_NOT) return 0;
-            return node->op == OPERATOR_MINUS && number != UNKNOWN ? -number : UNKNOWN;
-        }
+        case NODE_PREFIX: return node->op == OPERATOR_NOT ? 0 : number_of(node);
         default: return UNKNOWN;
     }
 }
