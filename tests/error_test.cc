@@ -309,6 +309,8 @@ TEST(Errors, in_arguments) {
          "null invalid input: Language must be classic, matlab or octave"},
         {{command, text, language(number)},
          "null invalid input: Language must be classic, matlab or octave"},
+        {{command, text, values.equation(values.name("MaxMemory"), text)},
+         "null invalid input: MaxMemory must be a number of megabytes"},
         {{command, gap, matlab, keep_going}, "# not translated (MT204 eval): eval x\nx := 1;\n"},
         {{command, gap, language(values.string("octave"))},
          "# not translated (MT204 eval): eval x\nx := 1;\n on line 1, 'eval' runs a text as a "

@@ -154,10 +154,13 @@ std::vector<NewerSource> sources_of(const Tool &tool) {
 /* Sources of classes, packages and private folders, and a text that is no file of the disk. */
 TEST(Interface, finds_sources_in_folders) {
     Tool tool(
-        "main => p = point(1); q = move(p); r = geo.area(q); s = own(2)   "
+        "main => p = point(1); q = move(p); r = geo.area(q); s = own(2); t = far(q)   "
         "@point/point => function p = point(x)\\np.x = x;   "
         "@point/move => function p = move(p)   +geo/area => function a = area(q)\\na = 1;   "
-        "private/own => function y = own(x)\\ny = x;");
+        "private/own => function y = own(x)\\ny = x;   lib/far => function y = far(x)\\ny = x;");
+    static const char *const folders[] = {"lib", "."};
+    tool.request.folders = folders;
+    tool.request.folder_count = 2;
     const std::vector<NewerSource> sources = sources_of(tool);
     tool.request.sources = &sources[0].known;
     tool.request.source_count = sources.size();
@@ -206,6 +209,14 @@ const Ending Endings[] = {
      "invalid request: max_memory must be a number of megabytes"},
     {[](Tool &tool) { tool.request.source_count = 1; }, MTRANSLATE_PROGRAM_INVALID,
      "invalid request: there are no sources"},
+    {[](Tool &tool) { tool.request.folder_count = 1; }, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: there are no folders"},
+    {[](Tool &tool) {
+         static const char *const unnamed[] = {"a", nullptr};
+         tool.request.folders = unnamed;
+         tool.request.folder_count = 2;
+     },
+     MTRANSLATE_PROGRAM_INVALID, "invalid request: a folder has no name"},
     {[](Tool &tool) {
          static const mTranslateProgramSource twice[] = {one_source, one_source};
          tool.request.sources = twice;
@@ -520,6 +531,33 @@ TEST(Interface, tells_of_the_kinds_of_messages) {
     EXPECT_EQ(result->messages[0]->kind, kind);
     EXPECT_EQ(kind->operand_count, result->messages[0]->operand_count);
     EXPECT_EQ(mTranslateFindMessageKind("MT4"), nullptr);
+}
+
+/* Line ends of three kinds, comments in what is not translated, names of what is around. */
+TEST(Interface, tells_what_becomes_of_a_command) {
+    Tool tool("");
+    tool.request.file = nullptr;
+    tool.request.command =
+        "x = 1; % é\r\ny = @() @() x;\rtry, catch e % a\nend\nx(1, [2 ... b\n 3]) = [];\nz = [1 % c\n2 3)";
+    tool.request.flags |= MTRANSLATE_DETAILS;
+    const Result result = translated(tool.request);
+    EXPECT_EQ(shown_names(*result) + shown_details(*result), R"(x is 1 in -1: 1:1 2:13 5:1, from 1:1
+y is 1 in -1: 2:1, from 2:1
+e is 1 in -1: 3:12, from 3:12
+piece 0 1-1 command 1:1/1-1:6/6
+piece 3 1-1 command 1:8/8-1:12/11
+piece 0 2-7 command 2:1/1-2:14/14
+piece 7 8-8 command 3:1/1-3:4/4
+piece 1 9-9 command 3:6/6-3:13/13
+piece 3 10-10 command 3:14/14-3:17/17
+piece 7 11-12 command 5:1/1-6:10/10
+piece 7 13-14 command 7:1/1-8:5/5
+comment 1 command 1:8/8-1:12/11
+comment 1 command 3:14/14-3:17/17
+comment 1 command 5:13/13-5:14/14
+comment 1 command 7:8/8-7:11/11
+8 lines, 89 bytes, 5 statements, 2 without, 4 comments, 4 kept
+)");
 }
 
 }  // namespace

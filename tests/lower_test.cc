@@ -112,7 +112,8 @@ TEST(Lowering, takes_what_the_host_answers) {
     StandInHost host;
     host.translate_name("pi", "Pi");
     host.translate_name("x", "x_");
-    for (const char *keyword : {"try", "horzcat", "getfield", "setfield", "setdiff", "eval"})
+    for (const char *keyword : {"try", "horzcat", "getfield", "setfield", "setdiff", "eval",
+                                "clear"})
         host.translate_function(keyword, std::string("my_") + keyword + "(A)");
     host.translate_function("max", "ArrayTools:-Max(A)");
     for (const Row &row : side_by_side(table("matlab_answers")))

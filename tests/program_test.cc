@@ -65,11 +65,11 @@ TEST(MatlabProcedures, have_their_heads_and_returns) {
     }
 }
 
-/* A function with as many outputs as returns. */
-std::string returns(int count) {
+/* A function with as many outputs as returns, and the last ones. */
+std::string returns(int count, const std::string &last = "") {
     std::string names = "function [a";
     for (int i = 0; i < count; i++) names += ", a" + std::to_string(i);
-    std::string text = names + "] = f(x)\n";
+    std::string text = names + last + "] = f(x)\n";
     for (int i = 0; i < count; i++) text += "if x, return, end\n";
     return text + "end\n";
 }
@@ -81,6 +81,12 @@ TEST(MatlabProcedures, share_a_long_return) {
               std::string::npos);
     EXPECT_NE(text.find("then\n        return qxrp_1(_nresults);\n"), std::string::npos);
     EXPECT_LT(translated("command", returns(400)).size(), 5 * text.size() / 2);
+    EXPECT_NE(translated("command", returns(99, ", varargout"))
+                  .find("        if qxrp_2 >= 101 then\n"
+                        "            return seq(qxrp_3(qxrp_i),qxrp_i=1..100), "
+                        "seq(varargout(qxrp_i),qxrp_i=1..qxrp_2-100);\n"
+                        "        elif qxrp_2 >= 2 then\n"),
+              std::string::npos);
 }
 
 /* The files of a row, each after a line "@name", and main, the first of them. */
