@@ -538,7 +538,8 @@ TEST(Interface, tells_what_becomes_of_a_command) {
     Tool tool("");
     tool.request.file = nullptr;
     tool.request.command =
-        "x = 1; % é\r\ny = @() @() x;\rtry, catch e % a\nend\nx(1, [2 ... b\n 3]) = [];\nz = [1 % c\n2 3)";
+        "x = 1; % é\r\ny = @() @() x;\rtry, catch e % a\nend\nx(1, [2 ... b\n 3]) = [];\nz = [1 % "
+        "c\n2 3)";
     tool.request.flags |= MTRANSLATE_DETAILS;
     const Result result = translated(tool.request);
     EXPECT_EQ(shown_names(*result) + shown_details(*result), R"(x is 1 in -1: 1:1 2:13 5:1, from 1:1

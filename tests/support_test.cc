@@ -8,10 +8,12 @@
 #include <vector>
 
 #include "driver/run.h"
+#include "emit/statement_writer.h"
 #include "support/allocation.h"
 #include "support/long_string.h"
 #include "support/string_hash.h"
 #include "translate/expressions.h"
+#include "translate/operators.h"
 
 namespace mtranslate {
 
@@ -59,6 +61,7 @@ TEST(HashTable, acts_on_the_first_match_in_order) {
     EXPECT_EQ(HashUpdate(table, 7, value_of(5), value_of(2), is_probe, replace), 0);
     EXPECT_EQ(HashRemove(table, 7, &found, nullptr, is_any), 1);
     EXPECT_EQ(HashRemove(table, 7, nullptr, value_of(1), is_probe), 0);
+    EXPECT_EQ(HashRemoveRecent(table, 7, nullptr, value_of(1), is_probe), 0);
     EXPECT_EQ(entries(table), (Entries{{17, 4}, {7, 5}, {7, 3}}));  // the last fills the gap
     int visits = 0;
     HashVisit stop_at_second = [](HashValue, void *count, void *) {
@@ -126,15 +129,28 @@ TEST(StringHash, tells_texts_of_one_hash_apart) {
     EXPECT_EQ(StringHashUpdate(table, "aycd", value_of(4)), 0);
     EXPECT_EQ(StringHashRemove(table, "abcd"), 1);
     EXPECT_EQ(StringHashRemove(table, "aycd"), 0);
-    std::string seen;
     StringHashVisit note = [](const char *text, HashValue value, void *datum) {
         static_cast<std::string *>(datum)->append(text).append(value == value_of(3) ? "3 " : "4 ");
         return value == value_of(3) ? 1 : 0;
     };
-    EXPECT_EQ(StringHashForEach(table, &seen, note), 0);
-    EXPECT_EQ(seen, "abcd3 axcd4 ");
+    for (const auto visit_all : {StringHashForEach, StringHashForEachPair}) {
+        std::string seen;
+        EXPECT_EQ(visit_all(table, &seen, note), 0);
+        EXPECT_EQ(seen, "abcd3 axcd4 ");
+    }
     StringHashDestroy(table);
     StringHashDestroy(nullptr);
+}
+
+TEST(Diagnosis, goes_to_standard_output) {
+    begin_run();
+    const mExpr *expr = new_form_mExpr(0, 1, "x", {});
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(showString("a"), 1);
+    EXPECT_STREQ(new_operator2(-2, expr, expr)->text, "");
+    EXPECT_STREQ(new_operator1(-2, expr)->text, "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "a \nid -2 unexpected\n");
+    release_run();
 }
 
 /* The tables of a run, without a run; every kept part is a block. */
