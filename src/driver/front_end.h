@@ -14,7 +14,8 @@ struct FrontEnd {
      * put aside. */
     void (*parse_file)(const char *name);
     /* Puts the parse under way aside, calls work, which may parse files, and takes the parse up
-     * again as if nothing else had been parsed. */
+     * again as if nothing else had been parsed. Null for one that does not translate called
+     * functions within a parse. */
     void (*parse_aside)(void (*work)());
     /* Translates the files of the functions that the source has called. After the source's parse;
      * the order of the files is the front end's. */

@@ -53,8 +53,6 @@ void parse_file(const char *name) {
     lower_program(name, text, length);
 }
 
-void parse_aside(void (*work)()) { work(); }
-
 const char *failure_text(const Message *failure) {
     if (!failure->called_from) return failure->text;
     char line[16];
@@ -77,5 +75,5 @@ void finish() {
 
 }  // namespace
 
-const FrontEnd MatlabFrontEnd = {begin_matlab, parse_command, parse_file, parse_aside, finish};
-const FrontEnd OctaveFrontEnd = {begin_octave, parse_command, parse_file, parse_aside, finish};
+const FrontEnd MatlabFrontEnd = {begin_matlab, parse_command, parse_file, nullptr, finish};
+const FrontEnd OctaveFrontEnd = {begin_octave, parse_command, parse_file, nullptr, finish};

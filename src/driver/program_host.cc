@@ -74,10 +74,6 @@ HostValue new_sequence(int count) {
     return reinterpret_cast<HostValue>(sequence);
 }
 
-// Those that only the arguments of mTranslate need are never called.
-HostValue list_element(HostValue, int) { return 0; }
-int never(HostValue) { return 0; }
-
 const mTranslateProgramEnd *new_end(ResultMemory *memory) {
     auto *end = new_result<mTranslateProgramEnd>(memory);
     end->path = keep_result(memory, LastError.file);
@@ -99,9 +95,10 @@ void end_program(ProgramRun *run, int32_t status, const std::string &failure) {
     throw ProgramEnd();
 }
 
+// Without those that only the arguments of mTranslate need.
 const HostKernelTable ProgramHost = {raise,         call_host_function,
                                      value_of_text, [](HostValue value) { return value ? 1 : 0; },
-                                     list_element,  never,
-                                     text_of_value, never,
+                                     nullptr,       nullptr,
+                                     text_of_value, nullptr,
                                      new_sequence,  value_of_text,
-                                     never};
+                                     nullptr};
