@@ -48,8 +48,8 @@ static void report_open_range(const mFor *record) {
 static void write_counted_head(const mFor *record) {
     const mRange *range = record->range->range;
     if (!range->stop) report_open_range(record);
-    write_output(
-        {"for ", record->variable->text, " from ", range->start->text, " to ", upper_bound(range)});
+    const char *last = upper_bound(range);
+    write_output({"for ", record->variable->text, " from ", range->start->text, " to ", last});
     // Hosts know the second blank before do.
     if (!has_unit_step(range)) write_output({" by ", range->step->text, " "});
 }

@@ -12,6 +12,7 @@
 #include "lower/classes/class_folders.h"
 #include "lower/classes/procedure_names.h"
 #include "lower/conditions/host_conditions.h"
+#include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
 #include "lower/program/host_words.h"
 #include "run/run_state.h"
@@ -205,8 +206,7 @@ void report_shadowed(const SearchDirectory *at, const char *name, const SourceFi
     for (; at; at = at->next) {
         const char *path = form_text("%s/%s.m", {at->directory, name});
         if (look_at(path, &state) != 0 || is_same_file(found->path, path)) continue;
-        report(SHADOWED_FILE, CurrentFile->source, place->offset, place->length,
-               {found->path, path});
+        report_at(SHADOWED_FILE, place, {found->path, path});
         return;
     }
 }

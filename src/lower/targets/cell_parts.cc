@@ -147,8 +147,8 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
     ExprList index = lower_repeated_index(arguments, base);
     const char *count = form_text("ArrayNumElems(%s,'All')", {positions});
     put_line("%s := Vector[row]([seq(1..%s)]);", {positions, last_position_text(base, 1, 1)});
-    put_line("%s := %s;",
-             {positions, new_element_node(positions, VARIABLE_INDEX, index.first)->text});
+    const mExpr *picked = new_element_node(positions, VARIABLE_INDEX, index.first);
+    put_line("%s := %s;", {positions, picked->text});
     put_line("if %s then", {count_condition(count, OP_EQ, 1)});
     put_inner_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {part, base, positions});
     put_line("else", {});
