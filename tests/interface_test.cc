@@ -542,6 +542,9 @@ TEST(Interface, tells_what_becomes_of_a_command) {
         "c\n2 3)";
     tool.request.flags |= MTRANSLATE_DETAILS;
     const Result result = translated(tool.request);
+    tool.request.command = "x = 'é';\r\ny = = x";
+    tool.request.language = "classic";
+    EXPECT_EQ(messages_of(*translated(tool.request)), "command 2:5/5-2:5/5 0  [y = = x]\n");
     EXPECT_EQ(shown_names(*result) + shown_details(*result), R"(x is 1 in -1: 1:1 2:13 5:1, from 1:1
 y is 1 in -1: 2:1, from 2:1
 e is 1 in -1: 3:12, from 3:12

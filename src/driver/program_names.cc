@@ -23,14 +23,6 @@ struct NameWalk {
     std::map<std::string, const mTranslateProgramRange *, std::less<>> own; /* their names */
 };
 
-// What an anonymous function takes from around it is what is around it.
-const Symbol *meant_symbol(const Symbol *symbol) {
-    while (symbol->around && symbol->scope->owner->kind == NODE_ANONYMOUS &&
-           (symbol->flags & SYMBOL_PARAMETER) == 0)
-        symbol = symbol->around;
-    return symbol;
-}
-
 int32_t kind_of(const Symbol *symbol) {
     if (!is_variable(symbol)) return MTRANSLATE_NAME_FUNCTION;
     if ((symbol->flags & SYMBOL_PARAMETER) != 0) return MTRANSLATE_NAME_PARAMETER;
@@ -57,7 +49,7 @@ FoundName *enter_symbol(NameWalk *walk, const Symbol *symbol, int32_t function) 
 
 void note_use(NameWalk *walk, const Node *node, int32_t function, bool sets) {
     if (!node->symbol) return;
-    FoundName *found = enter_symbol(walk, meant_symbol(node->symbol), function);
+    FoundName *found = enter_symbol(walk, node->symbol, function);
     const auto *place = range_of_node(walk->run, walk->file, node);
     if (sets && !found->name->definition && found->name->kind != MTRANSLATE_NAME_FUNCTION)
         found->name->definition = place;

@@ -91,13 +91,6 @@ bool has_texts_after(const OfferedCall *call) {
     return true;
 }
 
-bool is_varargin(const Node *argument) {
-    const Symbol *symbol = argument->kind == NODE_NAME ? argument->symbol : nullptr;
-    if (!symbol || strcmp(argument->text, "varargin") != 0 || !symbol->scope) return false;
-    constexpr uint32_t SET = SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_GLOBAL;
-    return (symbol->scope->flags & HAS_VARARGIN) && !(symbol->flags & SET);
-}
-
 // x(:) and s.f(:), where x and s are variables.
 bool is_column(const Node *argument) {
     if (argument->kind != NODE_REFERENCE) return false;
@@ -112,11 +105,11 @@ bool is_column(const Node *argument) {
 bool is_surely_vector(const Node *argument) {
     Value value = value_of(argument);
     bool has_one_side = !may_be(value, MAY_HAVE_ROWS) || !may_be(value, MAY_HAVE_COLUMNS);
-    return has_one_side || is_varargin(argument) || is_column(argument);
+    return has_one_side || is_column(argument);
 }
 
 bool is_cell(const Node *argument) {
-    return is_surely(value_of(argument), MAY_BE_CELL) || is_varargin(argument);
+    return is_surely(value_of(argument), MAY_BE_CELL);
 }
 
 // Whether one of both is a text, and the other no cell, whose elements would be compared.
