@@ -254,7 +254,9 @@ void ask_again() {
     std::thread([] { refusals.push_back(std::to_string(second_status())); }).join();
     StandInHost host;
     host.leave_errors_by(ErrorExit::Return);
-    host.translate("command", "x = 1");
+    ValueStore &values = host.values();
+    const HostValue arguments[] = {values.string("command"), values.string("x = 1")};
+    refusals.push_back(host.run(values.sequence(arguments)) ? "a value" : "null");
     for (const std::string &error : host.take_errors()) refusals.push_back(error);
 }
 
@@ -263,7 +265,7 @@ TEST(Interface, refuses_a_second_run) {
     Tool tool("main => x = 1");
     tool.when_asked = ask_again;
     EXPECT_EQ(std::string(translated(tool.request)->text), "x := 1;\n");
-    EXPECT_EQ(refusals, (Texts{"6", "6", "a translation is already running"}));
+    EXPECT_EQ(refusals, (Texts{"6", "6", "null", "a translation is already running"}));
     StandInHost host;
     host.translate_function("f", [](const auto &) { return std::to_string(second_status()); });
     EXPECT_EQ(host.translate("command", "x = f(1)"), "x := 6;\n");

@@ -108,9 +108,7 @@ bool is_surely_vector(const Node *argument) {
     return has_one_side || is_column(argument);
 }
 
-bool is_cell(const Node *argument) {
-    return is_surely(value_of(argument), MAY_BE_CELL);
-}
+bool is_cell(const Node *argument) { return is_surely(value_of(argument), MAY_BE_CELL); }
 
 // Whether one of both is a text, and the other no cell, whose elements would be compared.
 bool are_texts(const OfferedCall *call) {
