@@ -109,6 +109,7 @@ TEST_F(Rules, leave_calls_that_no_form_fits) {
 f = "F({1}, {2})"
 g = { 2 = "G({1})", default = "G({2})" }
 h = "H({1}, {3..})"
+try = "{1} {2} {3}"
 )toml");
     const auto unknown = [](const char *name) {
         return std::string(
@@ -122,6 +123,7 @@ h = "H({1}, {3..})"
          unknown("g")},
         {"mtranslate --rules r.toml -c 'h(1); h(1, 2); h(1, 2, 3)'", 0, "h(1);\nH(1);\nH(1, 3);\n",
          unknown("h")},
+        {"mtranslate --rules r.toml -c 'y = feval(\"try\");'", 0, "y := try();\n", unknown("try")},
         {"mtranslate --no-translator --rules r.toml -c 'f(1, 2)'", 0, "f(1, 2);\n", ""},
         {"mtranslate --language classic --rules r.toml -c 'x = f(:, end)'", 0,
          "x := F(<seq(1..1)>, -1);\n", ""},

@@ -78,7 +78,8 @@ std::optional<std::string> RuleAnswers::call(std::string_view name,
                         : form.fill(found->arguments, wanted);
 }
 
-/* The last argument of a construct with blocks may be empty. */
+/* The last argument of a construct with blocks may be empty; a call of its name by feval may have
+ * none. */
 std::optional<std::string> RuleAnswers::form(const Construct &construct,
                                              const std::vector<std::string> &arguments,
                                              int results) {
@@ -86,7 +87,7 @@ std::optional<std::string> RuleAnswers::form(const Construct &construct,
     if (!rule) return std::nullopt;
     std::vector<std::string> fewer = arguments;
     const bool has_blocks = construct.blocks > 0;
-    if (has_blocks && fewer.back().empty()) fewer.pop_back();
+    if (has_blocks && !fewer.empty() && fewer.back().empty()) fewer.pop_back();
     auto found = rule->find(fewer, has_blocks ? 0 : results);
     if (!found && has_blocks) found = rule->find(arguments, 0);
     if (!found) return std::nullopt;
