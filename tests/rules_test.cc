@@ -371,6 +371,12 @@ TEST_F(Rules, are_refused_with_the_place_of_each_mistake) {
             {"[functions]\nf = 'a'\nf = 'b'\n",
              "3:5: error: no TOML in the key-value pair: cannot redefine existing string 'f'\n"
              "f = 'b'\n    ^\n"},
+            {"[}a]\n",
+             "1:2: error: no TOML in the key: expected bare key starting character or string "
+             "delimiter, saw '}'\n[}a]\n ^\n"},
+            {"a\u00e9 = 1\n",
+             "1:2: error: no TOML in the key-value pair: expected '=', saw '\u00e9'\na\u00e9 = 1\n "
+             "^\n"},
             {"[name]\n", "1:2: error: unknown key 'name'; did you mean 'names'?\n[name]\n ^\n"},
             {"x = 1\n",
              "1:1: error: unknown key 'x'; expected names, functions or forms\nx = 1\n^\n"},
@@ -466,6 +472,27 @@ TEST_F(Rules, have_places_however_long_their_text_is) {
     const std::string shown = read(directory / "err");
     EXPECT_EQ(std::count(shown.begin(), shown.end(), '^'), 100);
     EXPECT_TRUE(shown.ends_with("many.toml: error: mistakes in all: 150\n")) << shown;
+}
+
+/* Dots in comments and strings are none of keys, and mistakes that come first are told. */
+TEST_F(Rules, have_no_keys_of_any_depth) {
+    const std::string deep = repeated("a.", 300000) + "a";
+    const std::string dots = repeated(".", 300);
+    const std::string mistake = "deep.toml:2:1: error: more than 256 dots";
+    const std::pair<std::string, std::string> files[] = {
+        {deep + " = 1\n", mistake},
+        {'[' + deep + "]\n", mistake},
+        {"x = { y = '', " + deep + " = 1 }\n", mistake},
+        {"x = [{ " + repeated("a . 'b'.", 256) + "c = 1 }]\n", mistake},
+        {"x = [\ny.1 = ''\n" + deep, "deep.toml:3:1: error: no TOML"},
+        {"names.x = \"\"\"'" + dots + "\\\"'\"\"\"\n", "deep.toml:2:11: error: this is no name"},
+    };
+    for (const auto &[text, start] : files) {
+        write(directory / "deep.toml", "# " + dots + '\n' + text);
+        EXPECT_EQ(run("mtranslate --rules deep.toml -c x"), 2);
+        const std::string shown = read(directory / "err");
+        EXPECT_TRUE(shown.starts_with(start)) << shown.substr(0, 200);
+    }
 }
 
 TEST_F(Rules, and_options_come_from_the_nearest_configuration) {

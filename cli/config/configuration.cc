@@ -2,7 +2,7 @@
 #define TOML_IMPLEMENTATION
 #include "cli/config/configuration.h"
 
-#include <toml++/toml.h>
+#include <algorithm>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -10,6 +10,8 @@
 #include "cli/config/configuration_options.h"
 #include "cli/config/configuration_rules.h"
 #include "cli/config/configuration_text.h"
+#include "cli/config/key_depth.h"
+#include "cli/config/toml.h"
 #include "cli/files/files.h"
 #include "cli/messages/excerpt.h"
 
@@ -40,6 +42,11 @@ std::string description_of(const toml::parse_error &error) {
     return text;
 }
 
+toml::source_index line_of(std::string_view text, std::size_t at) {
+    const std::string_view before = text.substr(0, at);
+    return static_cast<toml::source_index>(std::count(before.begin(), before.end(), '\n') + 1);
+}
+
 /* A file under reading. */
 class Reader {
 public:
@@ -49,12 +56,14 @@ public:
           has_options_(has_options) {}
 
     Configuration read() {
+        const std::string_view text = file_.text();
+        const std::size_t deep = find_deep_key(text);
         try {
-            const toml::table tables = toml::parse(file_.text());
+            const toml::table tables = toml::parse(text.substr(0, deep));
             for (const auto &[key, value] : tables) read_table(key, value);
             for (const auto &[place, path] : options_.rule_files) read_rule_file(*place, path);
         } catch (const toml::parse_error &error) {
-            file_.report(error.source().begin, description_of(error));
+            report(error, deep == text.npos ? 0 : line_of(text, deep));
         }
         file_.throw_mistakes();
         shared_.add(own_);
@@ -62,6 +71,15 @@ public:
     }
 
 private:
+    /* deep: the line in which the text has been cut; 0 for none. */
+    void report(const toml::parse_error &error, toml::source_index deep) {
+        const toml::source_position place = error.source().begin;
+        if (place.line == deep)
+            file_.report({deep, 1}, "more than 256 dots between the parts of keys");
+        else
+            file_.report(place, description_of(error));
+    }
+
     void read_table(const toml::key &key, const toml::node &value) {
         const bool is_for_options = key == "options" && has_options_;
         const bool is_for_rules = key == "names" || key == "functions" || key == "forms";

@@ -1,13 +1,13 @@
 /* The table of options in a configuration. */
 #pragma once
 
-#include <toml++/toml.h>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "cli/config/configuration.h"
 #include "cli/config/configuration_text.h"
+#include "cli/config/toml.h"
 
 namespace mtranslate {
 

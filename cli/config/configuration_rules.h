@@ -1,9 +1,8 @@
 /* The tables of rules in a configuration. */
 #pragma once
 
-#include <toml++/toml.h>
-
 #include "cli/config/configuration_text.h"
+#include "cli/config/toml.h"
 #include "cli/rules/rules.h"
 
 namespace mtranslate {

@@ -1,13 +1,13 @@
 /* The text of a configuration, and what is wrong with it. */
 #pragma once
 
-#include <toml++/toml.h>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "cli/config/toml.h"
 #include "cli/rules/call_forms.h"
 #include "cli/support/text_places.h"
 

@@ -1,9 +1,8 @@
 /* What a configuration says of a construct. */
 #pragma once
 
-#include <toml++/toml.h>
-
 #include "cli/config/configuration_text.h"
+#include "cli/config/toml.h"
 #include "cli/rules/call_forms.h"
 #include "cli/rules/constructs.h"
 

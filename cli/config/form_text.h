@@ -1,12 +1,12 @@
 /* Forms in a configuration. */
 #pragma once
 
-#include <toml++/toml.h>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/config/configuration_text.h"
+#include "cli/config/toml.h"
 #include "cli/rules/call_forms.h"
 
 namespace mtranslate {

@@ -1,10 +1,10 @@
 /* What a configuration says of a function. */
 #pragma once
 
-#include <toml++/toml.h>
 #include <string>
 
 #include "cli/config/configuration_text.h"
+#include "cli/config/toml.h"
 #include "cli/rules/call_forms.h"
 
 namespace mtranslate {
