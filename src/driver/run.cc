@@ -25,6 +25,7 @@ HashTable *new_name_table(int32_t buckets) {
 }
 
 void begin_run() {
+    InputFileName = nullptr;  // first: what fails below is of no file
     begin_observation();
     begin_budget();
     RaiseInPlace = nullptr;
@@ -37,7 +38,6 @@ void begin_run() {
     UsesLinearAlgebra = 0;
     SourceLine = 1;
     SearchPath = nullptr;
-    InputFileName = nullptr;
     LastComment = nullptr;
     InputSequence = nullptr;
     BracketDelimiter = 0;
