@@ -482,6 +482,7 @@ TEST_F(Rules, have_no_keys_of_any_depth) {
     const std::pair<std::string, std::string> files[] = {
         {deep + " = 1\n", mistake},
         {'[' + deep + "]\n", mistake},
+        {repeated("a.", 256) + "a = 1.5\n", mistake},
         {"x = { y = '', " + deep + " = 1 }\n", mistake},
         {"x = [{ " + repeated("a . 'b'.", 256) + "c = 1 }]\n", mistake},
         {"x = [\ny.1 = ''\n" + deep, "deep.toml:3:1: error: no TOML"},

@@ -60,6 +60,7 @@ public:
         const std::size_t deep = find_deep_key(text);
         try {
             const toml::table tables = toml::parse(text.substr(0, deep));
+            if (deep != text.npos) report_depth(line_of(text, deep));
             for (const auto &[key, value] : tables) read_table(key, value);
             for (const auto &[place, path] : options_.rule_files) read_rule_file(*place, path);
         } catch (const toml::parse_error &error) {
@@ -71,11 +72,15 @@ public:
     }
 
 private:
+    void report_depth(toml::source_index line) {
+        file_.report({line, 1}, "more than 256 dots between the parts of keys");
+    }
+
     /* deep: the line in which the text has been cut; 0 for none. */
     void report(const toml::parse_error &error, toml::source_index deep) {
         const toml::source_position place = error.source().begin;
         if (place.line == deep)
-            file_.report({deep, 1}, "more than 256 dots between the parts of keys");
+            report_depth(deep);
         else
             file_.report(place, description_of(error));
     }

@@ -55,10 +55,7 @@ bool is_second_single(const OfferedCall *call) {
     return call->count < 2 || is_surely_single(call->first->next);
 }
 
-bool is_empty_literal(const Node *argument) {
-    argument = without_parens(argument);
-    return argument->kind == NODE_MATRIX && !argument->first_child;
-}
+bool is_empty_literal(const Node *argument) { return is_empty_matrix(without_parens(argument)); }
 
 bool descends(const OfferedCall *call) {
     const Node *order = without_parens(call->first->next);

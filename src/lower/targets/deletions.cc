@@ -18,8 +18,8 @@
 namespace {
 
 bool is_empty_literal(const Node *value) {
-    if (value->kind == NODE_MATRIX) return !value->first_child;
-    return value->kind == NODE_STRING && !*value->text && !has_flag(value, DOUBLE_QUOTED);
+    bool is_text = value->kind == NODE_STRING && !*value->text;
+    return is_empty_matrix(value) || (is_text && !has_flag(value, DOUBLE_QUOTED));
 }
 
 bool is_one(const Node *node) {

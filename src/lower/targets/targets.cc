@@ -196,7 +196,7 @@ bool is_started(const char *name) {
 
 // What is a number, truth value or text that may have no elements is a cell once an element of it
 // is set by braces; the gaps of a cell are no zeros.
-void empty_as_cell(const Target *target, Value holder, const Node *braces) {
+void put_empty_cell(const Target *target, Value holder, const Node *braces) {
     constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT;
     bool may_be_plain = may_be(holder, PLAIN) && is_surely(holder, PLAIN | MAY_BE_CELL);
     if (!may_be_plain || !may_be(holder, MAY_BE_EMPTY) || grows_in_plane(braces)) return;
@@ -249,7 +249,7 @@ Target lower_target(const Node *node, const Node *end) {
     const Node *holder = base;
     for (const Node *selector = base->next; selector != end; selector = selector->next) {
         if (selector->kind == NODE_BRACES && !target.field)
-            empty_as_cell(&target, value_of(holder), selector);
+            put_empty_cell(&target, value_of(holder), selector);
         holder = selector;
         if (selector->kind != NODE_FIELD) are_fields_there = true;  // after it nothing is known
         if (needs_element(base, selector, end)) {

@@ -13,7 +13,7 @@ void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
 
 // x(k) = [] makes an array of what is left.
 static bool is_deletion(const Node *target, const Node *value) {
-    return value && target->next == value && value->kind == NODE_MATRIX && !value->first_child;
+    return value && target->next == value && is_empty_matrix(value);
 }
 
 void note_element(Symbol *symbol, const Node *target, const Node *value) {

@@ -229,6 +229,10 @@ inline bool is_colon(const Node *argument) {
 }
 /* The element that a MATRIX or CELL has alone; null where there are none or several. */
 const Node *single_element(const Node *literal);
+/* Whether it is []. */
+inline bool is_empty_matrix(const Node *node) {
+    return node->kind == NODE_MATRIX && !node->first_child;
+}
 /* What stands in the parentheses around it; itself without any. */
 inline const Node *without_parens(const Node *node) {
     while (node->kind == NODE_PARENS) node = node->first_child;

@@ -18,7 +18,7 @@ bool is_deletion(const Node *selector, const Node *expression) {
     if (selector->kind != NODE_ARGUMENTS || selector->next || !expression) return false;
     while (expression->kind == NODE_PARENS) expression = expression->first_child;
     bool is_text = expression->kind == NODE_STRING && !*expression->text;
-    return is_text || (expression->kind == NODE_MATRIX && !expression->first_child);
+    return is_text || is_empty_matrix(expression);
 }
 
 // Of what is not there only nothing can be deleted, by x([]) = [].
