@@ -40,7 +40,7 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
         if (part->name == name) return part;
     if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return nullptr;
     Symbol *part = last->next = new_part(holder, name);
-    if (value_now(holder->parts) == MAY_BE_MISSING) set_value(part, MAY_BE_MISSING);
+    if (value_now(holder->parts) == MAY_BE_MISSING) start_late(part, MAY_BE_MISSING);
     return part;
 }
 

@@ -31,7 +31,8 @@ Change *FreeChanges;
 bool IsDead;
 bool IsGivenUp;
 int OpenRegions;
-uint32_t Trace;  // number of the function being traced, in the process
+uint32_t Trace;       // number of the function being traced, in the process
+uint32_t LateStarts;  // of variables, in the function so far
 
 constexpr uint32_t UNTRACED = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
 constexpr int MOST_ROUNDS = 6;
@@ -86,6 +87,7 @@ void begin_flow() {
     LastChange = FreeChanges = nullptr;
     IsDead = IsGivenUp = false;
     OpenRegions = 0;
+    LateStarts = 0;
     Trace++;
 }
 
@@ -107,6 +109,11 @@ void set_value(Symbol *symbol, Value value) {
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;
     note_change(symbol);
     symbol->now = value;
+}
+
+void start_late(Symbol *symbol, Value value) {
+    set_value(symbol, value);
+    LateStarts++;
 }
 
 void end_here() { IsDead = true; }
@@ -190,6 +197,7 @@ Region *begin_region(Node *node) {
     region->was_dead = IsDead;
     if (++OpenRegions > DEEPEST_REGION) IsGivenUp = true;
     region->is_given_up = IsGivenUp;
+    region->late_starts = LateStarts;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next) {
         enter_outcome(outcome);
         begin_round(outcome);
@@ -217,7 +225,8 @@ void note_changes(Region *region) {
 }
 
 bool begins_again(Region *region) {
-    bool is_wider = false;
+    bool is_wider = region->late_starts != LateStarts;
+    region->late_starts = LateStarts;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next)
         is_wider |= begin_round(outcome);
     if (IsGivenUp != region->is_given_up) return region->is_given_up = true;

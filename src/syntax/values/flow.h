@@ -24,6 +24,9 @@ bool is_traced(const Symbol *symbol);
 Value value_now(const Symbol *symbol);
 /* The variable has another value from here on; nothing happens to one that is not traced. */
 void set_value(Symbol *symbol, Value value);
+/* A variable that nobody has met so far has this value here, while at the starts of the regions
+ * around nothing is known of it: their rounds that are under way are traced again. */
+void start_late(Symbol *symbol, Value value);
 /* Nothing comes here: an error, a return or a jump leaves what is around. */
 void end_here();
 bool is_dead();
@@ -58,8 +61,9 @@ struct Region {
     Outcome *first; /* of each variable that it changes */
     int rounds;     /* after which its start knew less */
     bool was_dead;
-    bool is_given_up; /* no variable has been traced since the round began */
-    uint32_t trace;   /* in which it has been made */
+    bool is_given_up;     /* no variable has been traced since the round began */
+    uint32_t trace;       /* in which it has been made */
+    uint32_t late_starts; /* so far where the round began */
 };
 
 /* The start of a first round. */
