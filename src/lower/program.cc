@@ -16,7 +16,7 @@
 #include "lower/program/packages.h"
 #include "lower/program/settled_functions.h"
 #include "lower/statements/statements.h"
-#include "lower/targets/targets.h"
+#include "lower/targets/part_starts.h"
 #include "run/run_state.h"
 #include "support/observers.h"
 

@@ -165,6 +165,28 @@ else
 end
 )";
 
+const char LacksCell[] = R"(function answer = lacks_cell(c, k)
+% Whether element k of a cell is not there, or without elements.
+answer = true;
+if k <= numel(c)
+    if numel(c{k}) > 0
+        answer = false;
+    end
+end
+)";
+
+const char LacksField[] = R"(function answer = lacks_field(c, k, name)
+% Whether element k is not there, or without such a field.
+answer = true;
+if k <= numel(c)
+    if numel(c{k}) > 0
+        if isfield(c{k}, name)
+            answer = false;
+        end
+    end
+end
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -182,6 +204,8 @@ constexpr LibrarySource Rows[] = {
     {"num2cell", 1, 1, 1, NEEDS_NUMBERS, nullptr, Num2Cell, {}},
     {"cell2mat", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Cell2Mat, {}},
     {"bsxfun", 3, 3, 1, NEEDS_NO_TEXT | NEEDS_PAIRING_FIRST, nullptr, Expanded, {}},
+    {"%lacks_cell", 2, 2, 1, NEEDS_NOTHING, nullptr, LacksCell, {}},
+    {"%lacks_field", 3, 3, 1, NEEDS_NOTHING, nullptr, LacksField, {}},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},
     {"apply in cells", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply,
      {"apply_in_cells", "{}", "cells_of", "Cells with the values"}},

@@ -14,8 +14,8 @@
 #include "lower/program/host_words.h"
 #include "lower/program/program_files.h"
 #include "lower/statements/statements.h"
+#include "lower/targets/part_starts.h"
 #include "lower/targets/shared_parts.h"
-#include "lower/targets/targets.h"
 #include "syntax/tree/new_nodes.h"
 
 namespace {

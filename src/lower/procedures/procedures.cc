@@ -13,7 +13,7 @@
 #include "lower/program/packages.h"
 #include "lower/program/settled_functions.h"
 #include "lower/statements/statements.h"
-#include "lower/targets/targets.h"
+#include "lower/targets/part_starts.h"
 #include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 

@@ -76,9 +76,10 @@ struct LoweringContext {
     int32_t inner_procedures; /* of several lines, that the texts of expressions hold so far */
     GeneratedName *started;   /* variables that begin there without elements */
     bool is_read_too;         /* the target being lowered is read before it is set: x(f()) += e */
-    bool in_comment;          /* the lines become comments */
-    Holder holder;            /* of the value being lowered; {} for none */
-    const Node *asked_call;   /* the call that is asked for asked_results; null for none */
+    const Node *assigned;   /* the value of the assignment whose target is being lowered, or null */
+    bool in_comment;        /* the lines become comments */
+    Holder holder;          /* of the value being lowered; {} for none */
+    const Node *asked_call; /* the call that is asked for asked_results; null for none */
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;

@@ -12,7 +12,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
-#include "lower/targets/targets.h"
+#include "lower/targets/part_starts.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/values.h"

@@ -16,6 +16,7 @@
 #include "lower/targets/counted_targets.h"
 #include "lower/targets/dealt_targets.h"
 #include "lower/targets/deletions.h"
+#include "lower/targets/part_starts.h"
 #include "lower/targets/shared_parts.h"
 #include "lower/targets/targets.h"
 #include "support/allocation.h"
@@ -146,16 +147,27 @@ const char *character_text(const char *number) {
 
 }  // namespace
 
+// The name of a value that is read before the target is touched; null for x += e.
+static const char *early_value(const Node *node) {
+    if (node->op != OPERATOR_NONE) return nullptr;
+    return stable_text(value_text(node->first_child, second_child(node)));
+}
+
 void put_assignment(const Node *node) {
     assert(node->kind == NODE_ASSIGN);
     if (is_deletion(node)) return put_deletion(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
+    const char *value = must_be_read_first(place, place->next) ? early_value(node) : nullptr;
     Lowering.is_read_too = node->op != OPERATOR_NONE;
+    Lowering.assigned = place->next;
     Target target = lower_target(place, nullptr);
     Lowering.is_read_too = false;
-    const char *value =
-        node->op == OPERATOR_NONE ? value_text(place, place->next) : compound_value(&target, node);
+    Lowering.assigned = nullptr;
+    if (!value) {
+        bool is_plain = node->op == OPERATOR_NONE;
+        value = is_plain ? value_text(place, place->next) : compound_value(&target, node);
+    }
     bool is_number = becomes_character(place, place->next);
     put_value(&target, is_number ? character_text(value) : value);
 }

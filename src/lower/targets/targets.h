@@ -23,12 +23,6 @@ struct Target {
 };
 
 /* A NAME, or the selectors of a REFERENCE up to end (not included; null for all). */
-/* Lets variables begin without elements where a part of them may be set first: those that are no
- * parameters. */
-void put_starts(const Scope *scope);
-/* What a variable is in front of its first selector; is_cell: it is to be a cell. */
-const char *start_text(const Node *selector, bool is_cell);
-
 Target lower_target(const Node *node, const Node *end);
 /* The target as a value. */
 const char *target_value(const Target *target);

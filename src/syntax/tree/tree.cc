@@ -2,6 +2,7 @@
 #include "syntax/tree/tree.h"
 
 #include <assert.h>
+#include <string.h>
 
 Node *last_selector(const Node *reference) {
     assert(reference->kind == NODE_REFERENCE);
@@ -48,4 +49,20 @@ bool has_end_inside(const Node *node) {
     for (const Node *child = first_child(node); child; child = child->next)
         if (has_end_inside(child)) return true;
     return false;
+}
+
+static bool is_same_node(const Node *one, const Node *other) {
+    if (one->kind != other->kind || one->op != other->op || one->joint != other->joint)
+        return false;
+    if (one->kind == NODE_ANONYMOUS) return false;
+    if (one->text && other->text) return strcmp(one->text, other->text) == 0;
+    return one->text == other->text;
+}
+
+bool is_same_tree(const Node *one, const Node *other) {
+    if (!is_same_node(one, other)) return false;
+    const Node *child = first_child(other);
+    for (const Node *own = first_child(one); own; own = own->next, child = child->next)
+        if (!child || !is_same_tree(own, child)) return false;
+    return !child;
 }

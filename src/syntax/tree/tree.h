@@ -222,6 +222,9 @@ Node *nth_child(const Node *node, int n);
 Node *child_of_kind(const Node *node, NodeKind kind);
 /* Whether an END is among the node and those inside of it. */
 bool has_end_inside(const Node *node);
+/* Whether two expressions or selectors are written alike, but for blanks and comments; never of
+ * anonymous functions. */
+bool is_same_tree(const Node *one, const Node *other);
 /* A colon among arguments, or the text ':', which an index takes for one. */
 inline bool is_colon(const Node *argument) {
     if (argument->kind == NODE_COLON) return true;
