@@ -63,8 +63,9 @@ if holds_texts(x)
 elseif ndims(x) > 2
     [y, place] = given_to('sort');
 elseif size(x, 1) == 1
-    place = 1;
-    if numel(x) > 1
+    if numel(x) == 1
+        place = 1;
+    elseif numel(x) > 1
         place = $2(x);
         for k = 1:numel(x)
             y(k) = x(place(k));
