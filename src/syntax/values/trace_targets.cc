@@ -97,9 +97,17 @@ Value after_change(Value before, const Node *selector, Value value, const Node *
     }
 }
 
+// Whether nested functions share a variable that nobody sets as a whole: it begins with its function.
+bool is_shared_in_parts(const Symbol *symbol) {
+    constexpr uint32_t SET_OTHERWISE = SYMBOL_VARIABLE & ~(SYMBOL_CHANGED | SYMBOL_OUTPUT);
+    uint32_t flags = symbol->flags;
+    return (flags & SYMBOL_SHARED) && !(flags & (SET_OTHERWISE | SYMBOL_IN_SCRIPT));
+}
+
 // A variable that has a value on some of the ways to here only must have one from the beginning: of
 // the function, or of the outermost statement that has all its uses so far.
 void note_start(Symbol *symbol, Value before, const Node *selector) {
+    if (!symbol->start && is_shared_in_parts(symbol)) symbol->start = selector;
     if (!may_be(before, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
     bool is_first = symbol->flags & SYMBOL_STARTS_AS_PART;
     if (is_first && !symbol->starts_in) symbol->starts_in = OutermostStatement;
