@@ -286,6 +286,10 @@ bool start_part(PartStarts *starts, Path *path, const Node *holder, const Node *
     return !is_field;
 }
 
+void start_list(const Path *path, const Node *holder, const Node *selector) {
+    if (selector->kind == NODE_BRACES) put_empty_holder(path->text, value_of(holder), selector);
+}
+
 bool must_be_read_first(const Node *target, const Node *value) {
     if (target->kind != NODE_REFERENCE) return false;
     for (const Node *selector = second_child(target); selector->next; selector = selector->next)

@@ -32,6 +32,8 @@ PartStarts start_variable(const Node *target, const char *written);
  * path, with a position that has got a name. */
 bool start_part(PartStarts *starts, Path *path, const Node *holder, const Node *selector);
 
+/* Puts that path begins as a cell in front of braces that select several elements to be set. */
+void start_list(const Path *path, const Node *holder, const Node *selector);
 /* Whether the value of an assignment reads what would begin for its target, as numel(c) does what
  * c{3}{1} is set in. */
 bool must_be_read_first(const Node *target, const Node *value);

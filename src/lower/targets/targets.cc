@@ -117,6 +117,7 @@ Target lower_target(const Node *node, const Node *end) {
         }
         holder = selector;
     }
+    if (end && !target.field) start_list(&target.path, holder, end);
     return target;
 }
 
