@@ -71,11 +71,17 @@ inline int place_at(const Reader *from, const char *start) {
     return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
+// Whether a row of a matrix begins where one ends that the line has begun inside.
+bool is_between_rows(const Reader *from, int place, int outer) {
+    return place < outer * TIGHTEST && from->at[0] == ' ' && from->at[1] == '[';
+}
+
 // Where the next line begins, which is read from there; at null: nowhere. The outermost place at
 // the loosest operator counts that leaves no short line, else the last one, or the first after the
 // limit.
 Reader find_break(Reader from, const char *end, const char *limit) {
     const char *start = from.at;
+    int outer = from.depth;
     const char *early = start + (limit - start) * 2 / 5;
     Reader best = {nullptr, 0, 0};
     int best_place = NO_PLACE;
@@ -84,6 +90,7 @@ Reader find_break(Reader from, const char *end, const char *limit) {
         if (place == NO_PLACE || (best.at >= early && best.at && place > best_place)) continue;
         best = from;
         best_place = place;
+        if (is_between_rows(&from, place, outer)) break;
     }
     while (best.at && *best.at == ' ') best.at++;
     return best;
