@@ -97,19 +97,44 @@ bool are_cells(const Node *variable, const Node *values) {
     return variable->kind == NODE_NAME && (variable->symbol->flags & SYMBOL_HAS_BRACES);
 }
 
-// The loop runs over the columns of a value, which has a name of its own: loops nest. A range of
-// one column of a cell is a cell, whatever its shape.
+// What is looped over: a variable that the loop does not set as it is, all else by a new name, as
+// loops nest.
+const char *named_columns(const LoopHead *head) {
+    const Node *values = without_parens(head->variable->next);
+    const char *value = looped_text(head->variable, lower_expression(values)->text);
+    bool is_name = values->kind == NODE_NAME && is_variable(values->symbol);
+    if (is_name && is_identifier(value) && !reads(head->variable, values->symbol)) return value;
+    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
+    declare_generated(columns);
+    put_line("%s := %s;", {columns, value});
+    return columns;
+}
+
+// Whether the value is surely a row of numbers or characters, of which one index selects one.
+bool is_row(const Node *values) {
+    constexpr Value ROWS = ARITHMETIC | MAY_BE_TEXT | ANY_SIGN | MAY_HAVE_COLUMNS | MAY_BE_ARRAY |
+                           MAY_BE_FILLED | MAY_BE_EMPTY;
+    Value value = value_of(values);
+    Value single = kinds_of(value) == MAY_BE_TEXT ? MAY_BE_SINGLE : 0;
+    return is_within(value, ROWS | single);
+}
+
+// The loop runs over the columns of a value. A range of one column of a cell is a cell, whatever
+// its shape.
 void put_column_head(const LoopHead *head) {
     const Node *variable = head->variable;
     const Node *values = variable->next;
-    const char *value = looped_text(variable, lower_expression(values)->text);
-    const char *columns = form_text("qxrp_A%s", {number_text(++Lowering.column_loops)});
+    const char *columns = named_columns(head);
     const char *column = are_cells(variable, values) ? "qxrp_i..qxrp_i" : "qxrp_i";
-    declare_generated(columns);
-    put_line("%s := %s;", {columns, value});
     put_empty_variable(head);
-    put_line("for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..))) do",
-             {head->counter, columns, column, columns});
+    if (is_row(values)) {
+        put_line("for %s in seq(%s(qxrp_i),qxrp_i=1..%s) do",
+                 {head->counter, columns, last_position_text(columns, 1, 1)});
+    } else {
+        put_line(
+            "for %s in seq(%s(..,%s),qxrp_i=1..mul(qxrp_j,qxrp_j=ArrayTools:-Size(%s)(2..))) do",
+            {head->counter, columns, column, columns});
+    }
 }
 
 void put_head(const LoopHead *head) {

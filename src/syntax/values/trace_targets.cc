@@ -97,7 +97,8 @@ Value after_change(Value before, const Node *selector, Value value, const Node *
     }
 }
 
-// Whether nested functions share a variable that nobody sets as a whole: it begins with its function.
+// Whether nested functions share a variable that nobody sets as a whole: it begins with its
+// function.
 bool is_shared_in_parts(const Symbol *symbol) {
     constexpr uint32_t SET_OTHERWISE = SYMBOL_VARIABLE & ~(SYMBOL_CHANGED | SYMBOL_OUTPUT);
     uint32_t flags = symbol->flags;
