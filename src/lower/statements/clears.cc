@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include "lower/calls/calls.h"
+#include "lower/calls/keyword_calls.h"
 #include "lower/expressions/expressions.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/pieces.h"
@@ -15,6 +16,7 @@
 #include "lower/targets/part_starts.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/scan/spellings.h"
+#include "syntax/values/effects.h"
 #include "syntax/values/values.h"
 
 namespace {
@@ -63,7 +65,11 @@ bool can_be_emptied(const Symbol *symbol, const Clearing *clearing) {
 // As a variable is in front of the first selector after it.
 const char *empty_text(const Symbol *symbol) {
     if (symbol->start) return start_text(symbol->start, is_always_cell(symbol));
-    return symbol->flags & SYMBOL_HAS_BRACES ? "rtable([],subtype='Vector[row]')" : "Vector()";
+    switch (kinds_of(cleared_value(symbol))) {
+        case MAY_BE_CELL: return EMPTY_CELL;
+        case MAY_BE_RECORD: return new_keyword_call("struct", {})->text;
+        default: return "Vector()";
+    }
 }
 
 void put_empty(Symbol *symbol) {

@@ -73,8 +73,8 @@ Symbol *variable_named(const char *name) {
 // What may have been set is made empty in the host.
 void clear_variable(Symbol *symbol) {
     if (!is_variable(symbol) || value_now(symbol) == MAY_BE_MISSING) return;
-    Value kind = symbol->flags & SYMBOL_HAS_BRACES ? MAY_BE_CELL : MAY_BE_NUMBER;
-    assign(symbol, kind | MAY_BE_ARRAY | MAY_BE_EMPTY);
+    assign(symbol, cleared_value(symbol));
+    if (is_surely(cleared_value(symbol), MAY_BE_RECORD)) begin_fields(symbol);
 }
 
 // Those that are assigned as a whole only are left alone.
@@ -92,6 +92,11 @@ bool are_names(const Node *word) {
 }
 
 }  // namespace
+
+Value cleared_value(const Symbol *symbol) {
+    if (symbol->flags & SYMBOL_HAS_BRACES) return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
+    return symbol->fields ? MAY_BE_RECORD | ONE : MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
+}
 
 void begin_effects() {
     TracedScripts = {};
