@@ -8,11 +8,15 @@ from __future__ import annotations
 import re
 from pathlib import Path
 
-HEADERS = ("include/mtranslate.h", "include/mtranslate_program.h", "python/native/rules.h")
+HEADERS = (
+    "include/mtranslate.h",
+    "include/mtranslate_program.h",
+    "python/native/rules.h",
+)
 
 
 def declarations(folder: Path) -> str:
-    """What the headers of the project in the folder declare, without comments and lines of the preprocessor."""
+    """What the headers of the project in the folder declare, without comments and macros."""
     text = "".join(plain((folder / name).read_text(encoding="utf-8")) for name in HEADERS)
     return re.sub(r"\bMTRANSLATE_(API|VARIABLE)\b", "", text)
 

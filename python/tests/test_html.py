@@ -1,4 +1,4 @@
-"""The view for notebooks: well formed, nothing of a source in it as markup, lines beside each other."""
+"""The view for notebooks: well formed, nothing of a source as markup, lines beside each other."""
 
 from __future__ import annotations
 
@@ -42,7 +42,17 @@ def checked(html: str) -> Checker:
     assert not checker.open
     assert not checker.tags & {"script", "img", "link", "iframe"}
     names = {name for name, _ in checker.attributes}
-    assert names <= {"class", "id", "title", "href", "data-line", "lang", "charset", "name", "content"}
+    assert names <= {
+        "class",
+        "id",
+        "title",
+        "href",
+        "data-line",
+        "lang",
+        "charset",
+        "name",
+        "content",
+    }
     ids = {value for name, value in checker.attributes if name == "id"}
     assert all(value[1:] in ids for name, value in checker.attributes if name == "href")
     assert "://" not in html
@@ -71,15 +81,22 @@ def test_nothing_of_a_source_is_markup(translation: Translation) -> None:
 
 def beside(translation: Translation) -> list[tuple[str, str]]:
     """The rows of the view: numbers of lines of the source, and of the host text."""
-    rows = re.findall(r"<tr[^>]*><td>(.*?)</td><td>(.*?)</td></tr>", translation.to_html(), re.DOTALL)
+    rows = re.findall(
+        r"<tr[^>]*><td>(.*?)</td><td>(.*?)</td></tr>", translation.to_html(), re.DOTALL
+    )
     return [
-        (" ".join(re.findall(r'data-line="(\d+)"', a)), " ".join(re.findall(r'data-line="(\d+)"', b)))
+        (
+            " ".join(re.findall(r'data-line="(\d+)"', a)),
+            " ".join(re.findall(r'data-line="(\d+)"', b)),
+        )
         for a, b in rows
     ]
 
 
 def test_lines_stand_beside_each_other() -> None:
-    source = "y = f(1, ...\n  2);\n\nz = other(3);\nfunction y = f(x, y)\nif x\n  y = 2;\nend\nend\n"
+    source = (
+        "y = f(1, ...\n  2);\n\nz = other(3);\nfunction y = f(x, y)\nif x\n  y = 2;\nend\nend\n"
+    )
     files = {"main.m": source, "other.m": "function y = other(x)\ny = x;\nend\n"}
     result = translate(file="main.m", sources=files, disk=False)
     rows = dict(beside(result))
@@ -90,7 +107,12 @@ def test_lines_stand_beside_each_other() -> None:
 
     assert list(rows) == [*map(str, range(1, 10)), ""]
     assert [text_beside(n) for n in (1, 2, 3, 4, 7, 8)] == [
-        "y := f(1, 2);", "", "", "z := other(3);", "y := 2;", "end if;"
+        "y := f(1, 2);",
+        "",
+        "",
+        "z := other(3);",
+        "y := 2;",
+        "end if;",
     ]
     assert text_beside(5).startswith("f := proc( ") and "return" not in text_beside(5)
     assert text_beside(9).startswith("return y") and text_beside(9).endswith("end proc;")

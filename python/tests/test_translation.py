@@ -38,7 +38,9 @@ def sources_of_cases() -> list[bytes]:
     sources = []
     for table in sorted((ROOT / "tests/cases").glob("*.txt")):
         lines = table.read_bytes().split(b"\n")
-        sources += [line.split(b" => ")[0].replace(b"\\n", b"\n") for line in lines if b" => " in line]
+        sources += [
+            line.split(b" => ")[0].replace(b"\\n", b"\n") for line in lines if b" => " in line
+        ]
         blocks = re.split(rb"\n\s*\n", b"\n".join(lines))
         sources += [
             b"\n".join(line.split(b" | ")[0].rstrip() for line in block.split(b"\n"))
@@ -94,11 +96,7 @@ ENUMERATIONS = {
 @pytest.mark.parametrize("prefix, kind", ENUMERATIONS.items())
 def test_enumerations_are_those_of_the_header(prefix: str, kind: type[enum.IntEnum]) -> None:
     begin = f"MTRANSLATE_{prefix}_"
-    header = {
-        name[len(begin) :]: getattr(lib, name)
-        for name in dir(lib)
-        if name.startswith(begin)
-    }
+    header = {name[len(begin) :]: getattr(lib, name) for name in dir(lib) if name.startswith(begin)}
     assert header == {member.name: member.value for member in kind}
 
 
@@ -118,7 +116,9 @@ def records_below(record: Any) -> list[Any]:
 
 
 def test_structs_have_the_sizes_of_the_library() -> None:
-    request = ffi.new("mTranslateProgramRequest *", {"size": ffi.sizeof("mTranslateProgramRequest")})
+    request = ffi.new(
+        "mTranslateProgramRequest *", {"size": ffi.sizeof("mTranslateProgramRequest")}
+    )
     command = ffi.new("char[]", b"x = f(1); % c\ntry, end\nfunction f(x)\nend\n")
     request.command = command
     request.flags = lib.MTRANSLATE_DETAILS | lib.MTRANSLATE_OUTLINE

@@ -63,9 +63,7 @@ def _callback(result: str, parameters: str, otherwise: object) -> Callable[[Any]
             run = running[-1]
             return otherwise if run.error else function(run, *arguments)
 
-        return ffi.callback(
-            f"{result}(void *, {parameters})", ask, error=otherwise, onerror=_note
-        )
+        return ffi.callback(f"{result}(void *, {parameters})", ask, error=otherwise, onerror=_note)
 
     return make
 

@@ -7,16 +7,18 @@ those around it, and washes over them.
 from __future__ import annotations
 
 import hashlib
+from collections.abc import Sequence
 from html import escape
 from typing import TYPE_CHECKING, Optional
 
-from mtranslate.records import LinesKind, Message, Severity
+from mtranslate.records import LinesKind, Message
 
 if TYPE_CHECKING:
     from mtranslate.translation import Translation
 
 _MOST_LINES = 2000
 """Of a source or a text in a view; a browser has trouble with many more."""
+_MOST_MESSAGES = 500
 
 _STYLE = """
 .mtranslate { color: inherit; font-size: 13px; line-height: 1.45; }
@@ -63,36 +65,85 @@ def page(translation: Translation) -> str:
 
 def view(translation: Translation) -> str:
     """A part of a page."""
-    sources = lines_of(translation.source)
-    texts = lines_of(translation.text)
-    name = "mt" + hashlib.sha256(repr((sources, texts)).encode("utf-8", "replace")).hexdigest()[:12]
-    messages = list(enumerate(translation.messages))
-    at_lines: dict[int, list[tuple[int, Message]]] = {}
-    for index, message in messages:
-        if message.place and message.place.file == translation.file:
-            at_lines.setdefault(message.place.line, []).append((index, message))
-    beside = lines_beside(translation, texts)
-    rows = []
-    for number, line in enumerate(sources[:_MOST_LINES], 1):
-        own = at_lines.get(number, [])
-        rows.append(
-            f"<tr{' class=marked' if own else ''}><td>{source_line(number, line, own, name)}</td>"
-            f"<td>{text_lines(beside.get(number, []), texts)}</td></tr>"
-        )
-    rest = beside.get(None, [])
-    if rest:
-        title = "functions of other files, and of the library" if beside.keys() - {None} else ""
-        rows.append(f"<tr><td><i>{title}</i></td><td>{text_lines(rest, texts)}</td></tr>")
-    left_out = max(0, len(sources) - _MOST_LINES)
+    shown = View(translation)
     return (
         f'<div class="mtranslate"><style>{_STYLE}</style>'
         f"<table><thead><tr><th>{escape(translation.file or 'Source')}</th>"
-        f"<th>Translation</th></tr></thead><tbody>{''.join(rows)}</tbody></table>"
-        + (f"<p>{left_out} more lines are not shown.</p>" if left_out else "")
-        + (f"<p>{escape(translation.failure)}</p>" if translation.failure else "")
-        + "".join(message_entry(index, message, name) for index, message in messages)
-        + "</div>"
+        f"<th>Translation</th></tr></thead><tbody>{shown.rows()}</tbody></table>"
+        f"{shown.messages()}</div>"
     )
+
+
+class View:
+    """What a view is made of."""
+
+    def __init__(self, translation: Translation) -> None:
+        self._translation = translation
+        self._source = lines_of(translation.source)
+        self._text = lines_of(translation.text)
+        key = repr((self._source, self._text, translation.messages))
+        # Links stay within the view when a notebook has several.
+        self._name = "mt" + hashlib.sha256(key.encode("utf-8", "replace")).hexdigest()[:12]
+        self._at_lines: dict[int, list[tuple[int, Message]]] = {}
+        for index, message in enumerate(translation.messages):
+            if message.place and message.place.file == translation.file:
+                self._at_lines.setdefault(message.place.line, []).append((index, message))
+
+    def rows(self) -> str:
+        """Without pieces there is one, with everything in it."""
+        lines = range(1, min(len(self._source), _MOST_LINES) + 1)
+        more = left_out(self._source, _MOST_LINES, "lines of the source")
+        if not self._translation.pieces:
+            source = "".join(map(self._source_line, lines))
+            text = self._lines(range(1, len(self._text) + 1))
+            return f"<tr><td>{source}{more}</td><td>{text}</td></tr>"
+        beside = lines_beside(self._translation, self._text)
+        rows = "".join(self._row(line, beside.get(line, [])) for line in lines)
+        if more:
+            rows += f"<tr><td>{more}</td><td></td></tr>"
+        if None in beside:
+            title = "<i>functions of other files, and of the library</i>"
+            rows += f"<tr><td>{title}</td><td>{self._lines(beside[None])}</td></tr>"
+        return rows
+
+    def _row(self, line: int, beside: Sequence[int]) -> str:
+        marked = " class=marked" if line in self._at_lines else ""
+        return f"<tr{marked}><td>{self._source_line(line)}</td><td>{self._lines(beside)}</td></tr>"
+
+    def _lines(self, numbers: Sequence[int]) -> str:
+        """Lines of the host text."""
+        shown = (code(line, escape(self._text[line - 1])) for line in numbers[:_MOST_LINES])
+        return "".join(shown) + left_out(numbers, _MOST_LINES, "lines")
+
+    def _source_line(self, number: int) -> str:
+        """A line with its messages marked; where they overlap, those that begin later are not."""
+        line = self._source[number - 1]
+        parts = []
+        done = 0
+        links = ""
+        for index, message in self._at_lines.get(number, []):
+            begin, end = columns_of(message, len(line))
+            if begin >= done:
+                parts += [escape(line[done:begin]), mark(message, line[begin:end])]
+                done = end
+            if index < _MOST_MESSAGES:
+                link = escape(message.code or message.severity.name.lower())
+                links += f' <a href="#{self._name}-{index}">{link}</a>'
+        return code(number, "".join(parts) + escape(line[done:]) + links)
+
+    def messages(self) -> str:
+        """Each opens to what it means."""
+        told = self._translation.messages
+        entries = (
+            f'<details id="{self._name}-{index}">{explained(message)}</details>'
+            for index, message in enumerate(told[:_MOST_MESSAGES])
+        )
+        return "".join(entries) + left_out(told, _MOST_MESSAGES, "messages")
+
+
+def left_out(things: Sequence[object], most: int, what: str) -> str:
+    more = len(things) - most
+    return f"<p>{more} more {what} are not shown.</p>" if more > 0 else ""
 
 
 def lines_of(text: Optional[str]) -> list[str]:
@@ -125,54 +176,38 @@ def lines_beside(translation: Translation, texts: list[str]) -> dict[Optional[in
     return beside
 
 
-def text_lines(numbers: list[int], texts: list[str]) -> str:
-    return "".join(code(number, escape(texts[number - 1])) for number in numbers[:_MOST_LINES])
-
-
 def code(number: int, content: str) -> str:
     return f'<code data-line="{number}">{content or " "}</code>'
 
 
-def source_line(number: int, line: str, own: list[tuple[int, Message]], name: str) -> str:
-    """A line with its messages marked; where they overlap, those that begin later are not."""
-    parts = []
-    done = 0
-    links = ""
-    for index, message in own:
-        assert message.place
-        begin = message.place.column_characters - 1
-        end = message.place.end_column_characters - 1
-        end = max(end, begin + 1) if message.place.end_line == number else len(line)
-        if begin >= done:
-            marked = escape(line[begin:end]) or " "
-            parts.append(
-                f'{escape(line[done:begin])}<mark class="{class_of(message)}" '
-                f'title="{escape(str(message))}">{marked}</mark>'
-            )
-            done = end
-        links += f' <a href="#{name}-{index}">{escape(message.code or "error")}</a>'
-    return code(number, "".join(parts) + escape(line[done:]) + links)
+def columns_of(message: Message, length: int) -> tuple[int, int]:
+    """Where it stands in the line that it begins in: characters from 0, one at least."""
+    assert message.place
+    begin = message.place.column_characters - 1
+    if message.place.end_line != message.place.line:
+        return begin, max(length, begin + 1)
+    return begin, max(message.place.end_column_characters - 1, begin + 1)
 
 
-def class_of(message: Message) -> str:
-    return Severity(message.severity).name.lower()
+def mark(message: Message, part: str) -> str:
+    return (
+        f'<mark class="{message.severity.name.lower()}" title="{escape(str(message))}">'
+        f"{escape(part) or ' '}</mark>"
+    )
 
 
-def message_entry(index: int, message: Message, name: str) -> str:
-    """A message, which opens to what it means."""
+def explained(message: Message) -> str:
     place = ""
     if message.place:
         file = f"{message.place.file}:" if message.place.file else ""
         place = f"{file}{message.place.line}:{message.place.column_characters} "
-    head = (
-        f'{escape(place)}<b class="{class_of(message)}">{class_of(message)}</b> '
-        f"{escape(message.text)} {escape(message.code)}"
+    severity = message.severity.name.lower()
+    text = (
+        f'<summary>{escape(place)}<b class="{severity}">{severity}</b> '
+        f"{escape(message.text)} {escape(message.code)}</summary>"
     )
-    explained = ""
     if message.kind:
-        explained = f"<p>{escape(message.kind.explanation)}</p>"
+        text += f"<p>{escape(message.kind.explanation)}</p>"
         if message.kind.example:
-            explained += f"<pre>{escape(message.kind.example)}</pre>"
-    if message.help:
-        explained += f"<p>{escape(message.help)}</p>"
-    return f'<details id="{name}-{index}"><summary>{head}</summary>{explained}</details>'
+            text += f"<pre>{escape(message.kind.example)}</pre>"
+    return text + (f"<p>{escape(message.help)}</p>" if message.help else "")

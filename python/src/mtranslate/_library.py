@@ -51,9 +51,7 @@ def load_rules() -> Any:
 # then is for the library to refuse.
 lock = threading.RLock()
 # A process that is made in the middle of a run would never see its end.
-os.register_at_fork(
-    before=lock.acquire, after_in_parent=lock.release, after_in_child=lock.release
-)
+os.register_at_fork(before=lock.acquire, after_in_parent=lock.release, after_in_child=lock.release)
 
 
 def string(pointer: Any) -> str:
@@ -74,4 +72,3 @@ def path_or_none(pointer: Any) -> Optional[str]:
 def path(pointer: Any) -> str:
     """The same of what is never null."""
     return os.fsdecode(ffi.string(pointer))
-

@@ -87,9 +87,7 @@ def read_file(c: Any) -> records.File:
 
 
 def read_piece(c: Any) -> records.Piece:
-    return records.Piece(
-        records.LinesKind(c.kind), read_range(c.place), c.first_line, c.last_line
-    )
+    return records.Piece(records.LinesKind(c.kind), read_range(c.place), c.first_line, c.last_line)
 
 
 def read_function(c: Any) -> records.Function:
@@ -150,6 +148,8 @@ def read_question(c: Any) -> records.Question:
 
 def read_search(c: Any) -> records.Search:
     return records.Search(
-        records.SearchKind(c.kind), string(c.name), string_or_none(c.class_name),
+        records.SearchKind(c.kind),
+        string(c.name),
+        string_or_none(c.class_name),
         path_or_none(c.caller),
     )

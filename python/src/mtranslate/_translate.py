@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from collections.abc import Iterable, Mapping
-from typing import Any, Optional
+from typing import Any, Literal, Optional
 
 from mtranslate import _read, records
 from mtranslate._arguments import Path, Text, c_path, c_text, text_bytes
@@ -34,11 +34,11 @@ def translate(
     file: Optional[Path] = None,
     sources: Optional[Mapping[str, Text]] = None,
     folders: Optional[Iterable[Path]] = None,
-    language: str = "matlab",
+    language: Literal["matlab", "octave", "classic"] = "matlab",
     disk: bool = True,
     translator: bool = True,
     display: bool = False,
-    library: str = "used",
+    library: Literal["used", "apart", "whole"] = "used",
     details: bool = True,
     tree: bool = False,
     values: bool = False,
@@ -162,7 +162,8 @@ def _enter_sources(request: Any, keep: list[Any], sources: Optional[Mapping[str,
     if not sources:
         return
     if not isinstance(sources, Mapping):
-        raise TypeError(f"sources must be a mapping of names to texts, not {type(sources).__name__}")
+        kind = type(sources).__name__
+        raise TypeError(f"sources must be a mapping of names to texts, not {kind}")
     entries = _kept(keep, ffi.new("mTranslateProgramSource[]", len(sources)))
     for entry, (name, text) in zip(entries, sources.items()):
         entry.size = ffi.sizeof("mTranslateProgramSource")
@@ -227,7 +228,7 @@ def message_kinds() -> tuple[records.MessageKind, ...]:
 
 
 def explain(code_or_name: str) -> records.MessageKind:
-    """The kind with the code, such as "MT201", in any case, or the name, such as "try-catch". Raises
+    """The kind with the code, such as "MT201", in any case, or the name, such as "deletion". Raises
     KeyError when there is none."""
     kind = lib.mTranslateFindMessageKind(c_text(code_or_name, "code_or_name"))
     if not kind:

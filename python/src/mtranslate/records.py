@@ -161,9 +161,9 @@ class MessageKind:
 
     severity: Severity
     code: str
-    """Such as "MT201"."""
+    """Such as "MT203"."""
     name: str
-    """Such as "try-catch"."""
+    """Such as "deletion"."""
     form: str
     """The text of a message, with a %s for each operand."""
     operand_count: int

@@ -27,7 +27,8 @@ class Rules:
         self._lib = load_rules()
         texts = [c_path(path, "a path of rules") for path in paths]
         with lock:
-            pointer = self._lib.mTranslateRulesRead(ffi.new("char *[]", [*texts, ffi.NULL]), len(texts))
+            array = ffi.new("char *[]", [*texts, ffi.NULL])
+            pointer = self._lib.mTranslateRulesRead(array, len(texts))
         if not pointer:
             raise MemoryError
         self._pointer = ffi.gc(pointer, self._lib.mTranslateRulesRelease)
