@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from functools import lru_cache
 from typing import Any, Callable, Optional, TypeVar
 
 from mtranslate import records
@@ -58,6 +59,12 @@ def read_kind(c: Any) -> records.MessageKind:
     )
 
 
+@lru_cache(maxsize=None)
+def _kind_at(address: int) -> records.MessageKind:
+    """Kinds are constants of the library."""
+    return read_kind(ffi.cast("mTranslateMessageKind *", address))
+
+
 def read_message(c: Any) -> records.Message:
     line = None
     if c.source_line:
@@ -73,7 +80,7 @@ def read_message(c: Any) -> records.Message:
         source_line=line,
         called_from=path_or_none(c.called_from),
         called_from_line=c.called_from_line,
-        kind=read_kind(c.kind) if c.kind else None,
+        kind=_kind_at(int(ffi.cast("uintptr_t", c.kind))) if c.kind else None,
     )
 
 

@@ -228,7 +228,7 @@ def message_kinds() -> tuple[records.MessageKind, ...]:
 
 
 def explain(code_or_name: str) -> records.MessageKind:
-    """The kind with the code, such as "MT201", in any case, or the name, such as "deletion". Raises
+    """The kind with the code, such as "MT203", in any case, or the name, such as "deletion". Raises
     KeyError when there is none."""
     kind = lib.mTranslateFindMessageKind(c_text(code_or_name, "code_or_name"))
     if not kind:

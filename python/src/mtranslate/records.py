@@ -6,7 +6,7 @@ lines. Texts of sources that are no UTF-8 have U+FFFD in the place of what is no
 
 from __future__ import annotations
 
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from enum import IntEnum
 from typing import Optional
 
@@ -201,7 +201,7 @@ class Message:
     called_from: Optional[str]
     """The file that calls that of the place, where it is not the run's own."""
     called_from_line: int
-    kind: Optional[MessageKind]
+    kind: Optional[MessageKind] = field(repr=False)
     """None for what ended the run."""
 
     def __str__(self) -> str:
