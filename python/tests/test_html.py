@@ -63,12 +63,13 @@ def checked(html: str) -> Checker:
     "translation",
     [
         translate(f"x = '{EVIL}'; % {EVIL}\nx = ({EVIL}\n"),
+        translate("x = 1 '<b>&amp;';"),
         translate(f"x = '{EVIL}' + (", language="classic"),
         translate(file=f"{EVIL}.m", sources={f"{EVIL}.m": f"foo_{EVIL}"}, disk=False),
         translate("x = y(1);", answer=lambda question: EVIL),
         translate(""),
     ],
-    ids=["text", "classic", "file", "answer", "empty"],
+    ids=["text", "message", "classic", "file", "answer", "empty"],
 )
 def test_nothing_of_a_source_is_markup(translation: Translation) -> None:
     for html in (translation.to_html(), translation._repr_html_()):
@@ -77,6 +78,8 @@ def test_nothing_of_a_source_is_markup(translation: Translation) -> None:
             assert line.strip() in text
         for line in translation.text.splitlines():
             assert line in text
+        for message in translation.messages:
+            assert message.text in text
 
 
 def beside(translation: Translation) -> list[tuple[str, str]]:

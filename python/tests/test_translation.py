@@ -162,6 +162,48 @@ def test_what_a_translation_tells() -> None:
     assert bare.text == result.text and not bare.pieces and not bare.names and not bare.tree
 
 
+def test_what_arguments_change(tmp_path: Path) -> None:
+    (tmp_path / "f.m").write_text("function y = f(x)\ny = x;\nend\n")
+    (tmp_path / "main.m").write_text("f(1);\n")
+    asked: list[str] = []
+
+    def answer(question: mtranslate.Question) -> None:
+        asked.append(f"{question.name}({', '.join(question.arguments)})")
+
+    def ends(**arguments: Any) -> list[str]:
+        return [call.end.name for call in translate(**arguments).calls]
+
+    main = {"main.m": "f(1);"}
+    assert ends(text="f(1);") == ends(file="main.m", sources=main) == ["OF_UNKNOWN"]
+    assert ends(text="f(1);", folders=[tmp_path]) == ends(file=tmp_path / "main.m") == ["OF_FILE"]
+    assert ends(text="f(1);", folders=[tmp_path], disk=False) == ["OF_UNKNOWN"]
+    assert ends(text="f(1);", find=lambda search: tmp_path / "f.m") == ["OF_FILE"]
+    for arguments, call, is_asked in [
+        ({}, "f(1)", True),
+        ({"translator": False}, "f(1)", False),
+        ({}, 'display("x", x)', False),
+        ({"display": True}, 'display("x", x)', True),
+    ]:
+        asked.clear()
+        translate("f(1);\nx = 3", answer=answer, **arguments)
+        assert (call in asked) == is_asked, (arguments, asked)
+    assert translate("f(1, 2) = [];", only_read=True).messages == ()
+    texts = {
+        library: translate("x = sum(y);", library=library) for library in ("used", "apart", "whole")
+    }
+    assert [texts[library].needs_library for library in texts] == [False, True, False]
+    assert len(texts["apart"].text) < len(texts["used"].text) < len(texts["whole"].text)
+    number = translate("x = f(1)*g(2);", result_kind=lambda name: mtranslate.ResultKind.NUMBER)
+    assert number.text == "x := f(1)*g(2);\n"
+
+
+def test_columns() -> None:
+    place = translate("x = '𝄞\u00e4'; y = f(1);").messages[0].place
+    assert place and (place.column, place.column_utf16, place.column_characters) == (19, 16, 15)
+    assert (place.end_column, place.end_column_utf16, place.end_column_characters) == (20, 17, 16)
+    assert (place.begin, place.end) == (18, 19)
+
+
 def test_message_kinds() -> None:
     kinds = mtranslate.message_kinds()
     assert len({kind.code for kind in kinds}) == len(kinds) > 40

@@ -51,8 +51,8 @@ running: list[Callbacks] = []
 
 
 def _note(_: object, error: BaseException, __: object) -> None:
-    """Keeps the first error until the run has ended; the rest is answered without asking."""
-    running[-1].error = running[-1].error or error
+    """Keeps the error until the run has ended; the rest is answered without asking."""
+    running[-1].error = error
 
 
 def _callback(result: str, parameters: str, otherwise: object) -> Callable[[Any], Any]:
