@@ -63,7 +63,7 @@ def checked(html: str) -> Checker:
     "translation",
     [
         translate(f"x = '{EVIL}'; % {EVIL}\nx = ({EVIL}\n"),
-        translate("x = 1 '<b>&amp;';"),
+        translate('f(1 "<b>&amp;</td>")'),
         translate(f"x = '{EVIL}' + (", language="classic"),
         translate(file=f"{EVIL}.m", sources={f"{EVIL}.m": f"foo_{EVIL}"}, disk=False),
         translate("x = y(1);", answer=lambda question: EVIL),
