@@ -4,12 +4,12 @@ is as the first one."""
 from __future__ import annotations
 
 import os
+import pickle
 import threading
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 from typing import Any, Optional
 
-import mtranslate
 import pytest
 from mtranslate import Question, Severity, Status, TranslationError, translate
 
@@ -172,22 +172,18 @@ def test_many_runs_do_not_grow() -> None:
     assert resident() - before < 1000000
 
 
-def test_memory_that_callbacks_answer_is_theirs() -> None:
+def test_many_files_of_read() -> None:
     texts = {f"f{k}.m": f"function y = f{k}(x)\ny = '{'ab' * k}';\nend\n" for k in range(300)}
     calls = "\n".join(f"x{k} = f{k}(1);" for k in range(300))
-    result = translate(calls, sources={}, read=lambda name: None, folders=["lib"], disk=False)
-    assert "procedure" not in result.text
     main = translate(
         file="main.m", read=lambda name: {**texts, "main.m": calls}.get(name), disk=False
     )
     assert all(f'"{"ab" * k}"' in main.text for k in range(300))
 
 
-def test_pickle_of_errors() -> None:
-    import pickle
-
+def test_what_crosses_processes() -> None:
     error = TranslationError(Status.TOO_LARGE, "too much")
     again = pickle.loads(pickle.dumps(error))
     assert (again.status, str(again)) == (Status.TOO_LARGE, "too much")
     result = translate("x = f(1)")
-    assert pickle.loads(pickle.dumps(result)) == result and isinstance(mtranslate.__version__, str)
+    assert pickle.loads(pickle.dumps(result)) == result
