@@ -51,6 +51,19 @@ mExpr *lower_exist(const Node *name, const Node *arguments) {
     return test;
 }
 
+void put_presence_variable(Symbol *symbol, const char *value) {
+    symbol->presence = form_text("qxrp_%s_is_set", {symbol->name});
+    declare_generated(symbol->presence);
+    put_line("%s := %s;", {symbol->presence, value});
+}
+
+void put_absences(const Scope *scope) {
+    for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
+        if (symbol->last_asked == 0 || symbol->position > 0) continue;
+        put_presence_variable(symbol, "0");
+    }
+}
+
 void put_presence(const Node *target) {
     const Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
     if (base->kind != NODE_NAME || target->offset > base->symbol->last_asked) return;

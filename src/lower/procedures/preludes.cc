@@ -4,6 +4,7 @@
 #include <assert.h>
 
 #include "diagnose/messages.h"
+#include "lower/calls/exist.h"
 #include "lower/conditions/host_conditions.h"
 #include "lower/lines/origins.h"
 #include "lower/lines/text_list.h"
@@ -83,13 +84,6 @@ void put_varargin(const Scope *scope, Symbol *varargin) {
     put_line("end if;", {});
 }
 
-// Whether the parameter has a value, which may change.
-const char *put_question(const Symbol *parameter) {
-    const char *name = new_temporary();
-    put_line("%s := %s;", {name, count_comparison("nargs", OP_GE, parameter->position)->text});
-    return name;
-}
-
 void put_parameter(const Prelude *prelude, const Node *parameter) {
     if (parameter->kind == NODE_TILDE) return;
     bool has_value = parameter->kind == NODE_DEFAULT;
@@ -98,7 +92,8 @@ void put_parameter(const Prelude *prelude, const Node *parameter) {
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
     if (!is_copied_parameter(symbol)) return;
     put_copy(prelude, symbol, has_value);
-    if (symbol->last_asked > 0) symbol->presence = put_question(symbol);
+    if (symbol->last_asked == 0) return;
+    put_presence_variable(symbol, count_comparison("nargs", OP_GE, symbol->position)->text);
 }
 
 // An assignment of the value after the target, when the parameter has not been given.

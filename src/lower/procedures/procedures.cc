@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "diagnose/messages.h"
+#include "lower/calls/exist.h"
 #include "lower/lines/origins.h"
 #include "lower/lines/text_list.h"
 #include "lower/procedures/script_returns.h"
@@ -148,6 +149,7 @@ void put_body(const Node *block, const Scope *scope) {
     Prelude prelude = begin_prelude(scope, rest);
     put_prelude(&prelude);
     put_starts(scope);
+    put_absences(scope);
     put_results_procedure();
     put_statements(&prelude, put_argument_blocks(rest));
     if (last_return(block)) return;

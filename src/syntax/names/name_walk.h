@@ -58,5 +58,8 @@ void note_creator(NameWalk *walk, Node *statement);
 /* Makes the names of a function that asks exist quick to find. */
 void index_names(Scope *scope);
 
+/* Enters in the variables of a function, no parameters, where exist is asked for them. */
+void note_asked_variables(const Scope *scope);
+
 /* An anonymous function ends: what it captures, those around it capture too. */
 void pass_captures(NameWalk *walk, Scope *anonymous);

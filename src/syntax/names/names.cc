@@ -63,6 +63,9 @@ void walk_command(NameWalk *walk, Node *command) {
 }
 
 void note_asking(NameWalk *walk, const Node *asked) {
+    AskedName *name = AllocRecord<AskedName>();
+    *name = {asked, walk->loops.innermost != nullptr, walk->function->asked};
+    walk->function->asked = name;
     void *known = find_name(&walk->bindings, intern(asked->text));
     Symbol *symbol = static_cast<Symbol *>(known);
     if (!symbol || symbol->position == 0) return;
@@ -444,6 +447,7 @@ void finish_function(NameWalk *walk) {
     finish_loops(&walk->loops);
     finish_givings(&walk->givings, walk->function);
     index_names(walk->function);
+    note_asked_variables(walk->function);
     leave_scope(walk, walk->function);
 }
 

@@ -77,7 +77,7 @@ struct Symbol {
     const Node *set_in;     /* block in which it is set as a whole before anything else is done with
                                it; null for none */
     uint32_t first_set;     /* end of the first target that sets it or a part of it; 0 for none */
-    uint32_t last_asked;   /* of a parameter, where exist is last asked for it when it may have been
+    uint32_t last_asked;   /* where exist is last asked for it, of a parameter when it may have been
                               set; UINT32_MAX within a loop, 0 for nowhere */
     LoopUse *loops;        /* loops over it; null for none */
     int32_t results;       /* most targets that a call of it, as a variable, is assigned to */
@@ -120,6 +120,13 @@ struct SymbolCell {
     SymbolCell *next;
 };
 
+/* A name that a function asks exist for. */
+struct AskedName {
+    const Node *text; /* STRING */
+    bool in_loop;
+    AskedName *next;
+};
+
 /* The names of a function, an anonymous function or a script. */
 struct Scope {
     Scope *outer;         /* of the function around it, or null */
@@ -138,6 +145,7 @@ struct Scope {
     Node *creator;     /* first statement that may create variables at run time, or null */
     NameMap words;     /* words of commands: the first COMMAND with the word */
     NameMap names;     /* in a function that asks exist, or clears by names: its symbols */
+    AskedName *asked;  /* the last one first; null for none */
     Capture *captures; /* of an anonymous function: see first_captured */
     Capture *last_capture;
     uint32_t last_clear; /* moment of the last clear of all variables; 0 for none */

@@ -360,3 +360,25 @@ const Node *creator_of(const Scope *scope, const char *name, uint32_t offset) {
     }
     return nullptr;
 }
+
+static bool may_be_created(const Scope *scope, const char *name) {
+    for (; scope; scope = scope->outer) {
+        const Node *command = static_cast<const Node *>(find_name(&scope->words, name));
+        if (scope->creator || (command && !clear_words(command).name)) return true;
+    }
+    return false;
+}
+
+// Variables that others may set, or that commands may create, are not known to be there or not.
+void note_asked_variables(const Scope *scope) {
+    constexpr uint32_t SET_ELSEWHERE =
+        SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    if (scope->owner->kind != NODE_FUNCTION) return;
+    for (const AskedName *asked = scope->asked; asked; asked = asked->next) {
+        Symbol *symbol = find_own_symbol(scope, intern(asked->text->text));
+        if (!symbol || !is_variable(symbol) || symbol->position > 0) continue;
+        if ((symbol->flags & SET_ELSEWHERE) || may_be_created(scope, symbol->name)) continue;
+        uint32_t place = asked->in_loop ? UINT32_MAX : asked->text->offset;
+        symbol->last_asked = std::max(symbol->last_asked, place);
+    }
+}
