@@ -20,7 +20,7 @@
 #endif
 
 /* The library's own references to its variables stay inside, whatever a program calls its own. */
-#if defined(__GNUC__) && defined(MTRANSLATE_BUILD)
+#if defined(__GNUC__) && defined(MTRANSLATE_BUILD) && !defined(__wasm__)
 #define MTRANSLATE_VARIABLE __attribute__((visibility("protected")))
 #else
 #define MTRANSLATE_VARIABLE MTRANSLATE_API

@@ -54,6 +54,9 @@ public:
         : file_(path, read_all(path, origin, files_)),
           folder_(fs::path(path).parent_path()),
           has_options_(has_options) {}
+    /* Of a text without options. */
+    Reader(const std::string &name, const std::string &text)
+        : file_(name, text), has_options_(false) {}
 
     Configuration read() {
         const std::string_view text = file_.text();
@@ -136,6 +139,10 @@ private:
 
 Configuration read_rules(const std::string &path) {
     return Reader(path, Origin::Command, false).read();
+}
+
+Rules read_rules_text(const std::string &name, const std::string &text) {
+    return Reader(name, text).read().rules;
 }
 
 Configuration read_configuration(const std::string &path) {

@@ -42,6 +42,8 @@ struct Configuration {
 /* A file of rules that the user names: also a pipe. Throws ConfigurationError, and FileError where
  * it cannot be read. */
 Configuration read_rules(const std::string &path);
+/* The same of a text that messages call name. */
+Rules read_rules_text(const std::string &name, const std::string &text);
 /* A file with options as well; the rules of the files that it names come before its own. Who has
  * written it is not known: these files and its outputs stay in its folder, and all are regular. */
 Configuration read_configuration(const std::string &path);

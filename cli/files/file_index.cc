@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 
 namespace mtranslate {
 
@@ -30,7 +31,8 @@ std::string name_in_package(const std::string &name) { return name.substr(name.r
 }  // namespace
 
 FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
-    const fs::path current = fs::current_path();
+    std::error_code error;  // there is none in a browser
+    const fs::path current = fs::current_path(error);
     for (const InputFile &input : inputs) {
         if (!input.trouble.empty() && fs::path(input.path).extension() != ".m") continue;
         const fs::path whole = (current / input.path).lexically_normal();

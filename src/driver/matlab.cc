@@ -26,7 +26,8 @@ void raise_in_statement(const RunEnd &end) {
     Position at = position_of(source, Lowering.statement->offset);
     uint32_t length;
     const char *line = line_text(source, at.line, &length);
-    ErrorRecord error = {end.message, source->name, at.line, Lowering.statement->offset, end.cause};
+    ErrorRecord error = {end.message, source->name, at.line,
+                         static_cast<long>(Lowering.statement->offset), end.cause};
     raise_in_line(&error, line, length, at.column - 1);
 }
 

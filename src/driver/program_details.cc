@@ -25,7 +25,9 @@ using Parts = std::vector<Part>;
 
 // The innermost part with the byte, or that ends there; -1 for none.
 int32_t part_at(const Parts &parts, uint32_t offset) {
-    auto after = std::ranges::upper_bound(parts, offset, {}, &Part::begin);
+    auto after =
+        std::upper_bound(parts.begin(), parts.end(), offset,
+                         [](uint32_t wanted, const Part &part) { return wanted < part.begin; });
     auto at = static_cast<int32_t>(after - parts.begin()) - 1;
     while (at >= 0 && parts[static_cast<size_t>(at)].end < offset)
         at = parts[static_cast<size_t>(at)].outer;
@@ -159,7 +161,8 @@ std::map<uint32_t, uint32_t> outermost(const std::map<uint32_t, uint32_t> &sourc
 uint32_t finish_comments(Outline *outline) {
     ProgramRun *run = outline->run;
     const auto sources = outermost(run->put_sources);
-    std::ranges::stable_sort(outline->comments, {}, &Node::offset);
+    std::stable_sort(outline->comments.begin(), outline->comments.end(),
+                     [](const Node *a, const Node *b) { return a->offset < b->offset; });
     std::vector<const Comment *> comments;
     uint32_t kept = 0;
     for (const Node *node : outline->comments) {
@@ -195,10 +198,9 @@ void finish_statistics(const Outline *outline, uint32_t comments_kept) {
     statistics->lines = count_lines(outline->file->source);
     statistics->bytes = outline->file->source->length;
     statistics->statements = static_cast<uint32_t>(outline->statements.size());
-    statistics->without_message =
-        static_cast<uint32_t>(std::ranges::count_if(outline->statements, [](const Part &statement) {
-            return !statement.has_message && !statement.calls_unknown;
-        }));
+    statistics->without_message = static_cast<uint32_t>(std::count_if(
+        outline->statements.begin(), outline->statements.end(),
+        [](const Part &statement) { return !statement.has_message && !statement.calls_unknown; }));
     statistics->comments = static_cast<uint32_t>(outline->comments.size());
     statistics->comments_kept = comments_kept;
     result_of(outline->run)->statistics = statistics;

@@ -73,7 +73,7 @@ void sort_messages(std::vector<const Message *> *messages) {
     for (const Message *message : *messages) met.try_emplace(message->source, met.size() + 1);
     for (auto &[source, number] : met)
         if (!source->caller) number = 0;
-    std::ranges::stable_sort(*messages, [&](const Message *a, const Message *b) {
+    std::stable_sort(messages->begin(), messages->end(), [&](const Message *a, const Message *b) {
         size_t first = met.at(a->source);
         size_t second = met.at(b->source);
         return first != second ? first < second : a->offset < b->offset;

@@ -37,10 +37,12 @@ void note_program_lines(ProgramRun *run, const Origin *origin, uint32_t first, u
 }
 
 void finish_pieces(ProgramRun *run) {
-    std::ranges::stable_sort(run->lines, {}, [](const NotedLines &noted) {
+    const auto order = [](const NotedLines &noted) {
         return std::tuple(noted.first, noted.origin->source->caller != nullptr,
                           noted.origin->begin);
-    });
+    };
+    std::stable_sort(run->lines.begin(), run->lines.end(),
+                     [=](const NotedLines &a, const NotedLines &b) { return order(a) < order(b); });
     std::vector<const Piece *> pieces;
     for (const NotedLines &noted : run->lines) pieces.push_back(new_piece(run, noted));
     result_of(run)->pieces = list_result(memory_of(run), pieces);

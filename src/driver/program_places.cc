@@ -119,9 +119,11 @@ mTranslateProgramRange *ask_range(ProgramPlaces *places, ResultMemory *memory, c
 }
 
 void find_places(ProgramPlaces *places) {
-    std::ranges::sort(places->asked, [](const AskedPlace &a, const AskedPlace &b) {
-        return a.in.text != b.in.text ? std::less<>()(a.in.text, b.in.text) : a.offset < b.offset;
-    });
+    std::sort(places->asked.begin(), places->asked.end(),
+              [](const AskedPlace &a, const AskedPlace &b) {
+                  return a.in.text != b.in.text ? std::less<>()(a.in.text, b.in.text)
+                                                : a.offset < b.offset;
+              });
     Walk walk = {};
     for (const AskedPlace &asked : places->asked) {
         if (walk.text != asked.in.text) walk = {asked.in.text, asked.in.length, 0, 1, 0, 0, 0};
