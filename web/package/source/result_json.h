@@ -1,0 +1,16 @@
+/* Results of the library as JSON, in the words of the package's types (src/types.ts). */
+#pragma once
+
+#include <mtranslate_program.h>
+
+#include "cli/rules/rules_host.h"
+#include "web/package/source/json_text.h"
+
+namespace mtranslate::web {
+
+/* All of the result but its text. */
+void write_result(JsonText &json, const mTranslateProgramResult &result, const RuleAnswers &rules);
+/* A list of all kinds of messages. */
+void write_message_kinds(JsonText &json);
+
+}  // namespace mtranslate::web
