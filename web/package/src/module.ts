@@ -24,6 +24,7 @@ export class LostInstance extends Error {
 
 const NOT_HERE = 52; // no such function: of files, which are none
 const FAILED = 0xffffffff;
+const PAGE = 65536;
 /** An instance with more memory than that is given up: memory never shrinks. */
 const MUCH_MEMORY = 256 << 20;
 
@@ -33,6 +34,15 @@ const decoder = new TextDecoder('utf-8', { ignoreBOM: true });
 export const toBytes = (text: string | Uint8Array): Uint8Array =>
     typeof text === 'string' ? encoder.encode(text) : text;
 export const toText = (bytes: Uint8Array): string => decoder.decode(bytes);
+
+/** The module grows by a page of 64 KB at a time, each of which takes a while: a fifth more at once. */
+function growOn(memory: WebAssembly.Memory): void {
+    try {
+        memory.grow(Math.ceil(memory.buffer.byteLength / PAGE / 5));
+    } catch {
+        // near the most that there is, page by page
+    }
+}
 
 export class Module {
     /** How many instances there have been: what one has made is gone with it. */
@@ -159,7 +169,7 @@ export class Module {
             env: {
                 setTempRet0: (value: number) => void (high = value),
                 getTempRet0: () => high,
-                emscripten_notify_memory_growth: () => {},
+                emscripten_notify_memory_growth: () => growOn(exports().memory),
                 __syscall_fstat64: refuseSystem,
                 __syscall_stat64: refuseSystem,
                 __syscall_fstatat64: refuseSystem,
