@@ -130,6 +130,7 @@ enum {
     MTRANSLATE_LIBRARY_APART = 1024, /* the text leaves out the functions of MATLAB's library that
                                         the translator brings along */
     MTRANSLATE_WHOLE_LIBRARY = 2048, /* the text holds all of these */
+    MTRANSLATE_TOKENS = 8192,        /* the tokens */
     /* Of classic alone: */
     MTRANSLATE_COUNTS_ON = 4096 /* it numbers its variables on from the run before */
 };
@@ -337,6 +338,28 @@ typedef struct mTranslateProgramComment {
     const mTranslateProgramRange *place;
 } mTranslateProgramComment;
 
+/* What a token is. */
+enum {
+    MTRANSLATE_TOKEN_NAME = 0,
+    MTRANSLATE_TOKEN_NUMBER = 1,
+    MTRANSLATE_TOKEN_TEXT = 2,    /* with its quotes */
+    MTRANSLATE_TOKEN_KEYWORD = 3, /* end as a position too */
+    MTRANSLATE_TOKEN_OPERATOR = 4,
+    MTRANSLATE_TOKEN_BRACKET = 5,
+    MTRANSLATE_TOKEN_SEPARATOR = 6, /* a comma or semicolon */
+    MTRANSLATE_TOKEN_COMMENT = 7,   /* a line */
+    MTRANSLATE_TOKEN_FIELD = 8,     /* with its dot */
+    MTRANSLATE_TOKEN_COMMAND = 9,   /* a name and its words: hold on; or a line for the system */
+    MTRANSLATE_TOKEN_BAD = 10       /* an error, after which the rest of the line is left out */
+};
+
+/* A token of the run's own source. */
+typedef struct mTranslateProgramToken {
+    uint32_t size;
+    int32_t kind; /* MTRANSLATE_TOKEN_... */
+    const mTranslateProgramRange *place;
+} mTranslateProgramToken;
+
 /* Of the run's own source. */
 typedef struct mTranslateProgramStatistics {
     uint32_t size;
@@ -385,6 +408,9 @@ typedef struct mTranslateProgramResult {
                               MTRANSLATE_LIBRARY_APART */
     const mTranslateProgramEnd
         *end; /* of classic too; null where the run is done or has not begun */
+    const mTranslateProgramToken *const
+        *tokens; /* in source order; asked for by MTRANSLATE_TOKENS */
+    size_t token_count;
 } mTranslateProgramResult;
 
 /* Translates. Never null; whatever fails is told in the status. All state is process-wide: a second

@@ -446,6 +446,47 @@ TEST(Interface, answers_what_flags_ask_for) {
     }
 }
 
+struct Tokens {
+    const char *language;
+    const char *command;
+    const char *expected; /* kinds, and the bytes of each */
+};
+
+const Tokens Listed[] = {
+    {"matlab", "x(end).a = [1 -2.5e3]';",
+     "0:x 5:( 3:end 5:) 8:.a 4:= 5:[ 1:1 4:- 1:2.5e3 5:] 4:' 6:; "},
+    {"matlab", "hold on; y = \"a\"; % c\nif a\n!ls -l\nend",
+     "9:hold on 6:; 0:y 4:= 2:\"a\" 6:; 7:% c 3:if 0:a 9:!ls -l 3:end "},
+    {"matlab", "x = {1, ... c\n'it''s' %d\n};\neval('hold on')",
+     "0:x 4:= 5:{ 1:1 6:, 7:c 2:'it''s' 7:%d 5:} 6:; 0:eval 5:( 2:'hold on' 5:) "},
+    {"matlab", "s = 'open\ny = $ + 1\n%{\ntext\n%}\nz = @(t) t.^2",
+     "0:s 4:= 10:'open 0:y 4:= 10:$ 7:text 0:z 4:= 4:@ 5:( 0:t 5:) 0:t 4:.^ 1:2 "},
+    {"octave", "x += 1; # c\nendif", "0:x 4:+= 1:1 6:; 7:# c 3:endif "},
+    {"classic", "x = 1", ""},
+};
+
+TEST(Interface, lists_tokens) {
+    for (const Tokens &listed : Listed) {
+        for (const int flags : {0, int{MTRANSLATE_ONLY_READ}}) {
+            Tool tool("");
+            tool.request.file = nullptr;
+            tool.request.command = listed.command;
+            tool.request.language = listed.language;
+            tool.request.flags |= MTRANSLATE_TOKENS | static_cast<uint32_t>(flags);
+            const Result result = translated(tool.request);
+            std::string shown;
+            for (size_t i = 0; i < result->token_count; i++) {
+                const mTranslateProgramToken &token = *result->tokens[i];
+                const std::string_view text = listed.command;
+                shown += std::to_string(token.kind) + ':';
+                shown += text.substr(token.place->begin, token.place->end - token.place->begin);
+                shown += ' ';
+            }
+            EXPECT_EQ(shown, listed.expected);
+        }
+    }
+}
+
 TEST(Interface, counts_on_where_it_is_asked_to) {
     Tool tool("main => switch x\\ncase 1\\ny = 1;\\nend");
     tool.request.language = "classic";

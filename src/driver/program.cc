@@ -130,6 +130,18 @@ void note_tree(void *context, const Node *tree) {
             [=](ProgramRun *run) { result_of(run)->tree = keep_result(memory_of(run), text); });
 }
 
+void note_tokens(void *context, const Node *tree) {
+    observe(context, [=](ProgramRun *run) { find_commands(run, tree); });
+    note_program_tokens(static_cast<ProgramRun *>(context));
+    observe(context, finish_tokens);
+}
+
+void note_source(void *context, const Node *tree) {
+    ProgramRun *run = static_cast<ProgramRun *>(context);
+    if (wants(run, MTRANSLATE_TOKENS)) note_tokens(context, tree);
+    if (wants(run, MTRANSLATE_TREE)) note_tree(context, tree);
+}
+
 void note_values(void *context, const Node *tree) {
     LongString text = print_tree_of_values(NewLongString(), tree);
     observe(context,
@@ -254,7 +266,7 @@ Observers observers_of(ProgramRun *run) {
     if (request->find) observers.find_method = find_method;
     if (request->result_kind) observers.result_kind = find_result_kind;
     if (wants(run, MTRANSLATE_TEXTS)) observers.text = note_text;
-    if (wants(run, MTRANSLATE_TREE)) observers.tree = note_tree;
+    if (wants(run, MTRANSLATE_TREE | MTRANSLATE_TOKENS)) observers.tree = note_source;
     if (wants(run, MTRANSLATE_OUTLINE)) observers.piece = note_piece;
     if (wants(run, MTRANSLATE_PIECES)) observers.lines = note_lines;
     if (wants(run, MTRANSLATE_VALUES | MTRANSLATE_OUTLINE | MTRANSLATE_PIECES | MTRANSLATE_DETAILS))

@@ -22,6 +22,12 @@ void finish_names(ProgramRun *run, const SourceFile *file);
 /* The lines. */
 void finish_pieces(ProgramRun *run);
 
+/* When the run's own source has been read: finds what is to be known of its commands, tells of its
+ * tokens, which may end the run, and enters them into the result. */
+void find_commands(ProgramRun *run, const Node *tree);
+void note_program_tokens(ProgramRun *run);
+void finish_tokens(ProgramRun *run);
+
 /* The file's text for places. */
 PlacedText text_of_source(const Source *source);
 /* The place of a node in it. */

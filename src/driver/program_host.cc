@@ -91,6 +91,8 @@ void end_program(ProgramRun *run, int32_t status, const std::string &failure) {
     result->end = new_end(memory_of(run));
     finish_messages(run, result->failure);
     result->tree = result->values = nullptr;
+    result->tokens = nullptr;
+    result->token_count = 0;
     result->needs_library = 0;
     throw ProgramEnd();
 }

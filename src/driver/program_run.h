@@ -50,6 +50,8 @@ struct ProgramRun {
     std::map<uint32_t, NotedCall> calls;      /* of the run's own source, by their offsets */
     std::set<uint32_t> put_comments;          /* offsets */
     std::map<uint32_t, uint32_t> put_sources; /* put as comments: their ends by their begins */
+    std::vector<const Node *> commands;       /* of the run's own source */
+    std::vector<const mTranslateProgramToken *> tokens;
     std::vector<NotedLines> lines;
     std::unordered_map<const Origin *, size_t> newest_lines;
     bool lacks_memory; /* an observer had not enough: the result would not be whole */

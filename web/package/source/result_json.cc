@@ -16,6 +16,8 @@ constexpr std::array FILE_KINDS{"given", "regular", "pipe", "device", "other"};
 constexpr std::array LINES{"statement", "head",    "end",    "comment",
                            "function",  "prelude", "result", "gap"};
 constexpr std::array CALL_ENDS{"own", "file", "host", "language", "class", "unknown"};
+constexpr std::array TOKEN_KINDS{"name",      "number",  "text",  "keyword", "operator", "bracket",
+                                 "separator", "comment", "field", "command", "bad"};
 constexpr std::array NAME_KINDS{"function", "variable", "parameter",
                                 "output",   "global",   "persistent"};
 
@@ -40,6 +42,7 @@ public:
         write_list("calls", result.calls, result.call_count);
         write_list("names", result.names, result.name_count);
         write_list("comments", result.comments, result.comment_count);
+        write_list("tokens", result.tokens, result.token_count);
         json_.key("statistics");
         write(result.statistics);
         json_.key("tree").string_or_null(result.tree).key("values").string_or_null(result.values);
@@ -165,6 +168,14 @@ private:
     void write(const mTranslateProgramComment *comment) {
         json_.open('{').key("isKept").truth(comment->is_kept != 0).key("place");
         write(comment->place);
+        json_.close('}');
+    }
+
+    void write(const mTranslateProgramToken *token) {
+        json_.open('{').key("kind");
+        write_word(TOKEN_KINDS, token->kind);
+        json_.key("place");
+        write(token->place);
         json_.close('}');
     }
 

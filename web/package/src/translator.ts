@@ -26,6 +26,7 @@ const FLAGS = {
     libraryApart: 1024,
     wholeLibrary: 2048,
     countsOn: 4096,
+    tokens: 8192,
 } as const;
 const RESULT_KINDS = ['unknown', 'number', 'truth', 'text', 'cell', 'record', 'several'];
 const LONGEST_BLOCK = 16; // milliseconds that a tree takes from the page at a time
@@ -126,6 +127,7 @@ function resultWithout(status: Status, failure: string): Result {
         calls: [],
         names: [],
         comments: [],
+        tokens: [],
         statistics: null,
         tree: null,
         values: null,

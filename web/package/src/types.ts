@@ -84,6 +84,8 @@ export interface Options extends Callbacks {
     pieces?: boolean;
     /** Functions, statements, calls, comments and statistics. */
     outline?: boolean;
+    /** For colours: the tokens, of matlab and octave. */
+    tokens?: boolean;
     tree?: boolean;
     values?: boolean;
     /** The texts of the files that the run opens. */
@@ -199,6 +201,22 @@ export interface Comment {
     place: Range;
 }
 
+export interface Token {
+    kind:
+        | 'name'
+        | 'number'
+        | 'text'
+        | 'keyword'
+        | 'operator'
+        | 'bracket'
+        | 'separator'
+        | 'comment'
+        | 'field'
+        | 'command'
+        | 'bad';
+    place: Range;
+}
+
 export interface Statistics {
     lines: number;
     bytes: number;
@@ -233,6 +251,7 @@ export interface Result {
     calls: Call[];
     names: Name[];
     comments: Comment[];
+    tokens: Token[];
     statistics: Statistics | null;
     tree: string | null;
     values: string | null;

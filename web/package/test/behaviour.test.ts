@@ -56,6 +56,14 @@ test('details of a source', () => {
     assert.deepEqual([statistics?.lines, statistics?.statements], [8, statements.length]);
 });
 
+test('tokens', () => {
+    const text = "hold on\ns.a = 'x'; % c";
+    const { tokens } = translator.translate({ text, tokens: true, onlyRead: true });
+    const read = tokens.map(({ kind, place }) => [kind, text.slice(place.begin, place.end)]);
+    const expected = ['command hold on', 'name s', 'field .a', 'operator =', "text 'x'", 'separator ;', 'comment % c'];
+    assert.deepEqual(read.map((pair) => pair.join(' ')), expected);
+});
+
 test('results of find and resultKind', () => {
     const { text } = translator.translate({
         files: { 'a.m': 'setup\nk = count(2) + 1;', 'elsewhere/s.m': 'n = 3;' },
