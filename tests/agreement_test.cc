@@ -1,6 +1,8 @@
 /* Both front ends on sources that they read alike: generated statements, whose variables have been
  * assigned, become the same host text, but for pairs that keep nothing together and the operators
  * of literal numbers. */
+#include <gtest/gtest.h>
+
 #include <random>
 #include <regex>
 
@@ -96,9 +98,12 @@ private:
 
 // Without pairs, blanks and copies, and with one writing of each operator.
 std::string normalized(std::string text) {
-    text = std::regex_replace(text, std::regex(R"(:= copy\()"), ":=(");
-    text = std::regex_replace(text, std::regex(R"( \. )"), "*");
-    return std::regex_replace(text, std::regex(R"([() ~\n])"), "");
+    static const std::regex copy(R"(:= copy\()");
+    static const std::regex product(R"( \. )");
+    static const std::regex rest(R"([() ~\n])");
+    text = std::regex_replace(text, copy, ":=(");
+    text = std::regex_replace(text, product, "*");
+    return std::regex_replace(text, rest, "");
 }
 
 void expect_agreement(StandInHost &host, const std::string &source) {

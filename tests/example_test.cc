@@ -1,10 +1,15 @@
 /* The programs in examples/ and classic/, and what the pages show, against their translations. */
+#include <gtest/gtest.h>
 #include <mtranslate_program.h>
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <map>
+#include <regex>
 #include <set>
+#include <sstream>
+#include <vector>
 
 #include "diagnose/messages.h"
 #include "support/observers.h"

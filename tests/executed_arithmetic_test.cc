@@ -1,6 +1,11 @@
 /* Arithmetic made up from a number, against an evaluation by MATLAB's levels of operators. */
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cmath>
 #include <random>
+#include <sstream>
+#include <vector>
 
 #include "tests/executed.h"
 #include "tests/matlab_run.h"

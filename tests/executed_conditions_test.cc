@@ -1,6 +1,10 @@
 /* Conditions made up from a number: which sides are evaluated, in which order, and their values. */
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <random>
+#include <sstream>
+#include <vector>
 
 #include "tests/executed.h"
 #include "tests/matlab_run.h"

@@ -1,5 +1,9 @@
 /* What translations mean: programs, and the values that they leave when the translation is
  * executed. */
+#include <gtest/gtest.h>
+
+#include <sstream>
+
 #include "tests/executed.h"
 #include "tests/execution/machine.h"
 #include "tests/matlab_run.h"

@@ -1,5 +1,6 @@
 /* Source files that are absent, cannot be read, come in pieces or are more than can be open. */
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -7,7 +8,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <thread>
+#include <vector>
 
 #include "tests/translation.h"
 

@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 #include <random>
+#include <vector>
 
 namespace mtranslate {
 

@@ -1,8 +1,12 @@
 /* What holds for every program: generated ones, in all their writings. */
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <map>
 #include <random>
 #include <regex>
+#include <sstream>
+#include <vector>
 
 #include "diagnose/messages.h"
 #include "driver/run.h"

@@ -1,6 +1,10 @@
 /* Parentheses of host text: that its grouping needs each pair, but for those that are listed. */
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <random>
+#include <regex>
+#include <vector>
 
 #include "tests/execution/tree.h"
 #include "tests/matlab_run.h"

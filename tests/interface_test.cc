@@ -1,13 +1,17 @@
 /* The interface for tools: what a result tells, files that are not on the disk, sizes of structs,
  * and calls that are refused. */
+#include <gtest/gtest.h>
 #include <mtranslate_program.h>
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <thread>
+#include <vector>
 
 #include "tests/translation.h"
 

@@ -1,7 +1,11 @@
 /* The links of the pages: to files of the project, and to headings of pages. */
+#include <gtest/gtest.h>
+
 #include <cctype>
+#include <filesystem>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "tests/translation.h"
 

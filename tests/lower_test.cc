@@ -1,4 +1,9 @@
 /* The second front end: rows of MATLAB and the host text that it becomes. */
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <regex>
+
 #include "tests/translation.h"
 
 namespace mtranslate {

@@ -1,4 +1,5 @@
 /* The tool among other tools: help, manual page, completions of shells. */
+#include <fstream>
 #include <regex>
 #include <set>
 

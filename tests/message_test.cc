@@ -1,5 +1,6 @@
 /* Which messages the tool gives, in which form and where. */
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/tool.h"
 

@@ -1,5 +1,9 @@
 /* Deep and long programs in matlab: a translation or a message, on a small stack, and never more
  * text than the source deserves. */
+#include <gtest/gtest.h>
+
+#include <vector>
+
 #include "tests/host_text.h"
 #include "tests/matlab_run.h"
 #include "tests/small_stack.h"

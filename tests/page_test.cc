@@ -1,6 +1,7 @@
 /* The page of a report, as a browser shows it. */
 #include <algorithm>
 #include <regex>
+#include <sstream>
 
 #include "tests/tool.h"
 

@@ -1,7 +1,11 @@
 /* Programs in matlab: procedures with their heads and returns, and files that call each other. */
+#include <gtest/gtest.h>
 #include <mtranslate.h>
 
+#include <filesystem>
 #include <map>
+#include <regex>
+#include <sstream>
 
 #include "diagnose/messages.h"
 #include "lower/lines/pieces.h"

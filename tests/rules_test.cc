@@ -1,4 +1,6 @@
 /* Rules and configurations, by running the tool. */
+#include <vector>
+
 #include "tests/tool.h"
 
 namespace mtranslate {

@@ -1,10 +1,16 @@
 /* Runs: what the host is asked, which files are translated in which order, what a run leaves, and
  * what becomes of it when the heap is exhausted. */
+#include <gtest/gtest.h>
 #include <mtranslate_program.h>
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <filesystem>
+#include <optional>
+#include <regex>
+#include <vector>
 
 #include "emit/statements.h"
 #include "support/allocation.h"

@@ -1,4 +1,6 @@
 /* The tool driven by build tools: what docs/scale.md shows, run on a tree. */
+#include <sstream>
+
 #include "tests/tool.h"
 
 namespace mtranslate {

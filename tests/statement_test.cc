@@ -1,4 +1,7 @@
 /* Statements, procedures and scripts: whole texts with their layout, as a command and in a file. */
+#include <gtest/gtest.h>
+
+#include "emit/switch_writer.h"
 #include "tests/translation.h"
 
 namespace mtranslate {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <regex>
 #include <string>
+#include <vector>
 
 #include "diagnose/messages.h"
 #include "driver/run.h"

@@ -1,22 +1,11 @@
 /* Texts of files, and long ones. */
 #pragma once
 
-#include <fstream>
-#include <sstream>
 #include <string>
 
 namespace mtranslate {
 
-inline std::string read_file(const std::string &path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-inline std::string repeated(const std::string &text, int count) {
-    std::string all;
-    while (count-- > 0) all += text;
-    return all;
-}
+std::string read_file(const std::string &path);
+std::string repeated(const std::string &text, int count);
 
 }  // namespace mtranslate

@@ -2,13 +2,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <span>
 #include <string>
 
 #include "tests/texts.h"
@@ -17,12 +13,10 @@ namespace mtranslate {
 
 namespace fs = std::filesystem;
 
-inline void write(const fs::path &path, const std::string &text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-}
+/* Makes the folders of the file, too. */
+void write(const fs::path &path, const std::string &text);
 
-inline std::string read(const fs::path &path) { return read_file(path); }
+std::string read(const fs::path &path);
 
 struct ToolCall {
     std::string command; /* "mtranslate" in it is the tool, "trouble CALL" the tool in trouble */
@@ -33,43 +27,16 @@ struct ToolCall {
 
 class Tool : public testing::Test {
 protected:
-    Tool() {
-        for (const int ending : {SIGHUP, SIGINT}) std::signal(ending, SIG_DFL);  // as at a terminal
-        std::string pattern = fs::temp_directory_path() / "tool-test-XXXXXX";
-        directory = mkdtemp(pattern.data());
-    }
-    ~Tool() override { fs::remove_all(directory); }
+    Tool();
+    ~Tool() override;
 
-    int run(const std::string &command) const {
-        const std::string functions =
-            "tool='" MTRANSLATE_TOOL_FILE "'\nshim='" MTRANSLATE_TROUBLE_FILE
-            "'\nmtranslate() { \"$tool\" " +
-            options +
-            " \"$@\"; }\n"
-            "trouble() { call=$1; shift; TROUBLE=$call LD_PRELOAD=$shim "
-            "ASAN_OPTIONS=verify_asan_link_order=0 mtranslate \"$@\"; }\n";
-        write(directory / "run", functions + setup + command + "\n");
-        const std::string shell = "cd '" + directory.string() + "' && TMPDIR=. sh ./run";
-        return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
-    }
+    /* The exit code of a command; what it prints is in the files out and err. */
+    int run(const std::string &command) const;
 
-    template <std::size_t N>
-    void check(const ToolCall (&rows)[N]) const {
-        for (const ToolCall &row : rows) {
-            SCOPED_TRACE(row.command);
-            EXPECT_EQ(run(row.command), row.exit_code);
-            EXPECT_EQ(read(directory / "out"), row.output);
-            EXPECT_EQ(read(directory / "err"), row.errors);
-        }
-    }
+    void check(std::span<const ToolCall> rows) const;
 
     /* Whether the JSON text in the file is what the schema describes; says what is not. */
-    testing::AssertionResult is_valid(const std::string &file, const std::string &schema) const {
-        const int code = run("python3 -W ignore -m jsonschema -i " + file +
-                             " '" MTRANSLATE_SOURCE_DIR "/" + schema + "'");
-        if (code == 0) return testing::AssertionSuccess();
-        return testing::AssertionFailure() << read(directory / "err");
-    }
+    testing::AssertionResult is_valid(const std::string &file, const std::string &schema) const;
 
     fs::path directory;
     std::string options; /* before those of a row */

@@ -2,21 +2,13 @@
  * way there is, and tables of sources with the host texts that they become. */
 #pragma once
 
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <filesystem>
-#include <fstream>
 #include <optional>
-#include <regex>
 #include <span>
-#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "emit/switch_writer.h"
 #include "host/stand_in_host.h"
-#include "run/last_error.h"
 #include "tests/texts.h"
 
 namespace mtranslate {
@@ -24,14 +16,7 @@ namespace mtranslate {
 using Texts = std::vector<std::string>;
 
 /* A table of cases/, without its comments: lines that begin with "# ". */
-inline std::string table(const std::string &name) {
-    std::istringstream lines(read_file(MTRANSLATE_SOURCE_DIR "/tests/cases/" + name + ".txt"));
-    std::string text;
-    for (std::string line; std::getline(lines, line);)
-        if (!line.starts_with("# ")) text += line + "\n";
-    EXPECT_NE(text, "") << name;
-    return text;
-}
+std::string table(const std::string &name);
 
 struct Row {
     std::string source;
@@ -39,88 +24,29 @@ struct Row {
 };
 
 /* In tables \3[ab\] stands for ababab, and a backslash and n, r, f or t for a control character. */
-inline std::string unescaped(std::string text) {
-    static const std::regex repetition(R"(\\(\d+)\[(.*?)\\\])");
-    for (std::smatch found; std::regex_search(text, found, repetition);)
-        text =
-            found.prefix().str() + repeated(found[2], std::stoi(found[1])) + found.suffix().str();
-    for (size_t at = 0; (at = text.find('\\', at)) != std::string::npos; at++) {
-        static const std::string letters = "nrft";
-        const size_t which = at + 1 < text.size() ? letters.find(text[at + 1]) : std::string::npos;
-        if (which != std::string::npos) text.replace(at, 2, 1, "\n\r\f\t"[which]);
-    }
-    return text;
-}
+std::string unescaped(std::string text);
 
 /* The cells of a table: three blanks or more, or a line end, stand between them. */
-inline Texts cells(const std::string &table) {
-    static const std::regex gap(" {3,}|\n");
-    Texts texts;
-    for (std::sregex_token_iterator at(table.begin(), table.end(), gap, -1), end; at != end; ++at)
-        if (at->length() > 0) texts.push_back(*at);
-    return texts;
-}
+Texts cells(const std::string &table);
 
 /* Cells "source => expected". */
-inline std::vector<Row> short_rows(const std::string &table) {
-    std::vector<Row> rows;
-    for (const std::string &cell : cells(table)) {
-        const size_t arrow = cell.find(" => ");
-        const bool is_empty = arrow + 4 > cell.size();
-        rows.push_back(
-            {unescaped(cell.substr(0, arrow)), is_empty ? "" : unescaped(cell.substr(arrow + 4))});
-    }
-    return rows;
-}
-
-/* The place of the bar between source and text: the first that is not doubled. */
-inline size_t bar_of(const std::string &line) {
-    size_t bar = line.find('|');
-    while (bar != std::string::npos && line.compare(bar, 2, "||") == 0)
-        bar = line.find('|', bar + 2);
-    return bar;
-}
+std::vector<Row> short_rows(const std::string &table);
 
 /* Rows of several lines, the source left and the expected text right of a bar, an empty line
  * between rows. Where the source is shorter, its lines stand in front of no text. */
-inline std::vector<Row> side_by_side(const std::string &table) {
-    std::vector<Row> rows(1);
-    std::istringstream lines(table);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.empty()) {
-            rows.emplace_back();
-            continue;
-        }
-        const size_t bar = bar_of(line);
-        const std::string left = line.substr(0, bar);
-        const size_t length = left.find_last_not_of(' ') + 1;
-        std::string &source = rows.back().source;
-        if (length > 0) source += (source.empty() ? "" : "\n") + unescaped(left.substr(0, length));
-        if (bar == std::string::npos) continue;
-        const bool is_empty = bar + 1 == line.size();
-        rows.back().expected += (is_empty ? "" : unescaped(line.substr(bar + 2))) + "\n";
-    }
-    return rows;
-}
+std::vector<Row> side_by_side(const std::string &table);
 
 /* Source files in a directory of their own, which goes with this object. */
 class SourceFiles {
 public:
     /* Cells "name => text", the names without ".m". */
-    explicit SourceFiles(const std::string &table = "") {
-        std::string form = testing::TempDir() + "/mtranslate.XXXXXX";
-        directory_ = mkdtemp(form.data());
-        for (const Row &file : short_rows(table)) write(file.source + ".m", file.expected);
-    }
-    ~SourceFiles() { std::filesystem::remove_all(directory_); }
+    explicit SourceFiles(const std::string &table = "");
+    ~SourceFiles();
     SourceFiles(const SourceFiles &) = delete;
     SourceFiles &operator=(const SourceFiles &) = delete;
 
     std::string path(const std::string &name) const { return directory_ + "/" + name; }
-    void write(const std::string &name, const std::string &text) const {
-        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
-        std::ofstream(path(name), std::ios::binary) << text;
-    }
+    void write(const std::string &name, const std::string &text) const;
 
 private:
     std::string directory_;
@@ -134,101 +60,37 @@ struct Outcome {
 };
 
 /* A run on a host that answers nothing, its errors leaving by exit. */
-inline Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &source,
-                           const char *language = "classic") {
-    static StandInHost host;
-    ValueStore &values = host.values();
-    values.clear();
-    const HostValue option[] = {values.equation(values.name("Language"), values.string(language))};
-    host.leave_errors_by(exit);
-    SwitchCounter = 0;
-    try {
-        std::optional<std::string> result = host.translate(mode, source, option);
-        return {std::move(result), host.take_errors()};
-    } catch (const HostError &error) {
-        return {std::nullopt, {error.what()}};
-    }
-}
+Outcome run_leaving(ErrorExit exit, const char *mode, const std::string &source,
+                    const char *language = "classic");
 
 /* A run that ends in the middle of everything: brackets and a string open, a global recorded, or
  * a procedure half written. Each call leaves in another way, some in matlab. */
-inline void leave_broken_run() {
-    static int turn = 0;
-    static const char *const sources[] = {"global stale\nx = {1, f(3 'open\nstale = 1",
-                                          "function stale = f\nfor k = 1:end, end"};
-    const Outcome outcome = run_leaving(EVERY_EXIT[turn / 2 % 3], "command", sources[turn % 2],
-                                        turn % 4 < 2 ? "classic" : "matlab");
-    turn++;
-    ASSERT_EQ(outcome.errors.size(), 1u);
-}
+void leave_broken_run();
 
 /* The translation, or the error that takes its place; switch variables start with 0. */
-inline std::string translate(StandInHost &host, std::string_view mode, std::string_view source,
-                             std::span<const HostValue> options = {}) {
-    SwitchCounter = 0;
-    try {
-        return host.translate(mode, source, options).value_or("null");
-    } catch (const HostError &error) {
-        return std::string("error: ") + error.what();
-    }
-}
+std::string translate(StandInHost &host, std::string_view mode, std::string_view source,
+                      std::span<const HostValue> options = {});
 
 /* The same in one of the languages. */
-inline std::string translate_in(StandInHost &host, const char *language, std::string_view mode,
-                                std::string_view source) {
-    ValueStore &values = host.values();
-    const HostValue option[] = {values.equation(values.name("Language"), values.string(language))};
-    return translate(host, mode, source, option);
-}
+std::string translate_in(StandInHost &host, const char *language, std::string_view mode,
+                         std::string_view source);
 
 /* The column of the error that ends a command, from 1; 0 where there is none. */
-inline long error_column(const std::string &source, const char *language = "classic") {
-    StandInHost host;
-    translate_in(host, language, "command", source);
-    return LastError.message ? LastError.offset + 1 : 0;
-}
+long error_column(const std::string &source, const char *language = "classic");
 
 /* Checks a translation, and that it stays the same after a run that went wrong. */
-inline void expect_translation(std::string_view mode, const std::string &source,
-                               const std::string &expected) {
-    StandInHost host;
-    host.translate_name("pi", "my_pi");
-    host.translate_function("size", "ArrayTools:-Size(A)");
-    host.translate_function("inv", "LinearAlgebra:-Inv(A)");
-    host.translate_function("sin", "map(sin, A)");
-    EXPECT_EQ(translate(host, mode, source), expected);
-    leave_broken_run();
-    EXPECT_EQ(translate(host, mode, source), expected) << "after an error";
-}
+void expect_translation(std::string_view mode, const std::string &source,
+                        const std::string &expected);
 
-inline void expect_file_translation(const std::string &source, const std::string &expected) {
-    const SourceFiles files;
-    files.write("main.m", source);
-    expect_translation("file", files.path("main.m"), expected);
-}
+void expect_file_translation(const std::string &source, const std::string &expected);
 
 /* What a command's translation is for the same text in a file: members of packages without their
  * prefixes, which a script makes up for by loading the packages. */
-inline std::string as_file_text(const std::string &text) {
-    const std::string without_arrays =
-        std::regex_replace(text, std::regex("ArrayTools:-(?!Size\\(qxrp_A)"), "");
-    const std::string bare = std::regex_replace(without_arrays, std::regex("LinearAlgebra:-"), "");
-    const bool is_script = text.find(" := proc( ") == std::string::npos;
-    const std::string arrays = without_arrays != text ? "with(ArrayTools):\n" : "";
-    const std::string algebra = bare != without_arrays ? "with(LinearAlgebra):\n" : "";
-    return is_script ? arrays + algebra + bare : bare;
-}
+std::string as_file_text(const std::string &text);
 
 /* Checks every row, its text as a command gives it, as a command and as a file. before stands in
  * front of each source and its text, end after each text. */
-inline void expect_translations(const std::vector<Row> &rows, const Row &before = {"", ""},
-                                const char *end = "") {
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.source);
-        const std::string expected = before.expected + row.expected + end;
-        expect_translation("command", before.source + row.source, expected);
-        expect_file_translation(before.source + row.source, as_file_text(expected));
-    }
-}
+void expect_translations(const std::vector<Row> &rows, const Row &before = {"", ""},
+                         const char *end = "");
 
 }  // namespace mtranslate

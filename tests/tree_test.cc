@@ -2,6 +2,8 @@
  * in all the ways that ought to come to the same. */
 #include <nlohmann/json.hpp>
 #include <regex>
+#include <sstream>
+#include <vector>
 
 #include "tests/generate.h"
 #include "tests/tool.h"

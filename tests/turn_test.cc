@@ -1,5 +1,7 @@
 /* One run at a time: calls of the library from a host's operations and from other threads while a
  * run is under way, runs that a host leaves from anywhere, and the end of the process. */
+#include <gtest/gtest.h>
+
 #include <csetjmp>
 #include <thread>
 

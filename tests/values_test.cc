@@ -1,6 +1,7 @@
 /* What is known of the values of a program. */
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 #include "diagnose/messages.h"
