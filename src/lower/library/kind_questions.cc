@@ -4,63 +4,37 @@
 #include <string.h>
 
 #include "lower/expressions/expressions.h"
-#include "support/row_index.h"
+#include "syntax/library/kind_tests.h"
 #include "syntax/names/names.h"
 #include "syntax/tree/value.h"
 
 namespace {
 
-/* A kind of which all values answer yes, and those of which some do. Numbers may be those of any of
- * MATLAB's classes. */
-struct KindQuestion {
-    const char *name;
-    Value yes;
-    Value perhaps;
+/* Questions that look at more than the kind, as far as that settles them. No object is offered. */
+constexpr KindTest Questions[] = {
+    {"isobject", 0, 0},
+    {"isreal", MAY_BE_TEXT | ARITHMETIC, MAY_BE_TEXT | ARITHMETIC},
+    {"iscomplex", 0, 0},
 };
 
-// clang-format off
-constexpr KindQuestion Questions[] = {
-    {"ischar",    MAY_BE_TEXT,   MAY_BE_TEXT},
-    {"isstr",     MAY_BE_TEXT,   MAY_BE_TEXT},
-    {"iscell",    MAY_BE_CELL,   MAY_BE_CELL},
-    {"iscellstr", 0,             MAY_BE_CELL},
-    {"isstruct",  MAY_BE_RECORD, MAY_BE_RECORD},
-    {"islogical", MAY_BE_TRUTH,  MAY_BE_TRUTH},
-    {"isnumeric", MAY_BE_NUMBER, MAY_BE_NUMBER},
-    {"isfloat",   0,             MAY_BE_NUMBER},
-    {"isinteger", 0,             MAY_BE_NUMBER},
-    {"isobject",  0,             0},
-    {"isreal",    MAY_BE_TEXT | ARITHMETIC, MAY_BE_TEXT | ARITHMETIC},
-    {"iscomplex", 0,             0},
-};
-
-constexpr KindQuestion Classes[] = {
-    {"char",            MAY_BE_TEXT,     MAY_BE_TEXT},
-    {"cell",            MAY_BE_CELL,     MAY_BE_CELL},
-    {"struct",          MAY_BE_RECORD,   MAY_BE_RECORD},
-    {"logical",         MAY_BE_TRUTH,    MAY_BE_TRUTH},
-    {"function_handle", MAY_BE_FUNCTION, MAY_BE_FUNCTION},
-    {"numeric",         MAY_BE_NUMBER,   MAY_BE_NUMBER},
-};
-// clang-format on
-
-constexpr auto QuestionIndex = index_rows(Questions);
-constexpr auto ClassIndex = index_rows(Classes);
+// Whether something is a handle is left to the host.
+const KindTest *question_of(const char *name) {
+    for (const KindTest &row : Questions)
+        if (strcmp(row.name, name) == 0) return &row;
+    return strcmp(name, "is_function_handle") == 0 ? nullptr : find_kind_test(name);
+}
 
 mExpr *new_answer(bool is_yes) { return new_leaf(is_yes ? "true" : "false"); }
 
 // Kinds: not none, and no object, which may answer anything.
-mExpr *answer_of(const KindQuestion *question, Value value) {
+mExpr *answer_of(const KindTest *question, Value value) {
     Value kinds = kinds_of(value);
     if (!kinds || (kinds & MAY_BE_OTHER)) return nullptr;
     if (is_within(kinds, question->yes)) return new_answer(true);
     return kinds & question->perhaps ? nullptr : new_answer(false);
 }
 
-bool is_class_of_numbers(const char *name) {
-    constexpr const char *NAMES[] = {"double", "single", "float", "integer"};
-    for (const char *each : NAMES)
-        if (strcmp(name, each) == 0) return true;
+bool is_sized_integer(const char *name) {
     return strncmp(name, "int", 3) == 0 || strncmp(name, "uint", 4) == 0;
 }
 
@@ -68,17 +42,15 @@ bool is_class_of_numbers(const char *name) {
 mExpr *answer_of_class(const Node *class_name, Value value) {
     if (!class_name || class_name->kind != NODE_STRING) return nullptr;
     const char *name = class_name->text;
-    if (const KindQuestion *row = find_row(Classes, ClassIndex, name)) return answer_of(row, value);
-    Value perhaps = is_class_of_numbers(name) ? MAY_BE_NUMBER : 0;
-    KindQuestion other = {name, 0, perhaps};
+    if (const KindTest *row = find_class_test(name)) return answer_of(row, value);
+    Value perhaps = is_sized_integer(name) ? MAY_BE_NUMBER : 0;
+    KindTest other = {name, 0, perhaps};
     return answer_of(&other, value);
 }
 
 mExpr *class_of(Value value) {
-    for (const KindQuestion &row : Classes)
-        if (kinds_of(value) == row.yes && row.yes != MAY_BE_NUMBER)
-            return new_leaf(string_text(row.name));
-    return nullptr;
+    const char *name = class_of_kinds(kinds_of(value));
+    return name ? new_leaf(string_text(name)) : nullptr;
 }
 
 bool is_known(const char *name, Value value) {
@@ -105,6 +77,6 @@ mExpr *new_kind_answer(const OfferedCall *call) {
     if (call->count == 2)
         return strcmp(name, "isa") == 0 ? answer_of_class(call->first->next, value) : nullptr;
     if (strcmp(name, "class") == 0) return class_of(value);
-    const KindQuestion *question = find_row(Questions, QuestionIndex, name);
+    const KindTest *question = question_of(name);
     return question && is_known(name, value) ? answer_of(question, value) : nullptr;
 }

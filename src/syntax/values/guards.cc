@@ -2,6 +2,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "syntax/library/kind_tests.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
@@ -18,20 +19,6 @@ void keep_only(Symbol *symbol, Value kept) {
     bool is_possible = kinds_of(left) && may_be(left, MAY_BE_EMPTY | MAY_BE_FILLED);
     if (is_traced(symbol) && is_possible && left != now) set_value(symbol, left);
 }
-
-struct KindTest {
-    const char *name;
-    Value kinds;    // of what the test is true for
-    bool is_exact;  // it is false for all others
-};
-
-const KindTest KindTests[] = {
-    {"ischar", MAY_BE_TEXT, true},       {"isstr", MAY_BE_TEXT, true},
-    {"iscell", MAY_BE_CELL, true},       {"iscellstr", MAY_BE_CELL, false},
-    {"isstruct", MAY_BE_RECORD, true},   {"isnumeric", MAY_BE_NUMBER, true},
-    {"islogical", MAY_BE_TRUTH, true},   {"isfloat", MAY_BE_NUMBER, false},
-    {"isinteger", MAY_BE_NUMBER, false}, {"is_function_handle", MAY_BE_FUNCTION, true},
-};
 
 // s.f, where s is one record.
 Symbol *tested_field(const Node *reference) {
@@ -54,38 +41,21 @@ Symbol *tested_variable(const Node *argument) {
     return is_name ? argument->symbol : nullptr;
 }
 
-void assume_test(Symbol *symbol, const KindTest &test, bool is_true) {
+// A number that is not of one class is of another.
+void assume_test(Symbol *symbol, const KindTest *test, bool is_true) {
     constexpr Value OTHERS = ANY_VALUE & ~ANY_KIND;
+    if (!test) return;
     if (is_true) {
-        keep_only(symbol, OTHERS | test.kinds);
-    } else if (test.is_exact) {
-        keep_only(symbol, ANY_VALUE & ~test.kinds);
+        keep_only(symbol, OTHERS | test->perhaps);
+    } else if (test->yes == test->perhaps) {
+        keep_only(symbol, ANY_VALUE & ~test->yes);
     }
 }
 
-void assume_kind(Symbol *symbol, const char *name, bool is_true) {
-    for (const KindTest &test : KindTests)
-        if (strcmp(test.name, name) == 0) assume_test(symbol, test, is_true);
-}
-
-// isa(x, 'class'): a number that is not of one class is of another.
-const KindTest Classes[] = {
-    {"function_handle", MAY_BE_FUNCTION, true},
-    {"char", MAY_BE_TEXT, true},
-    {"cell", MAY_BE_CELL, true},
-    {"struct", MAY_BE_RECORD, true},
-    {"logical", MAY_BE_TRUTH, true},
-    {"numeric", MAY_BE_NUMBER, true},
-    {"double", MAY_BE_NUMBER, false},
-    {"single", MAY_BE_NUMBER, false},
-    {"float", MAY_BE_NUMBER, false},
-    {"integer", MAY_BE_NUMBER, false},
-};
-
+// isa(x, 'class').
 void assume_class(Symbol *symbol, const Node *name, bool is_true) {
-    if (!name || name->kind != NODE_STRING) return;
-    for (const KindTest &test : Classes)
-        if (strcmp(test.name, name->text) == 0) assume_test(symbol, test, is_true);
+    if (name && name->kind == NODE_STRING)
+        assume_test(symbol, find_class_test(name->text), is_true);
 }
 
 // isscalar(x), isrow(x), iscolumn(x): how one element is held they do not tell.
@@ -128,7 +98,7 @@ void assume_call(Node *node, bool is_true) {
     if (strcmp(name, "isempty") == 0)
         return keep_only(symbol, is_true ? ANY_VALUE & ~MAY_BE_FILLED : ANY_VALUE & ~MAY_BE_EMPTY);
     if (strcmp(name, "isa") == 0) return assume_class(symbol, call.arguments->next, is_true);
-    if (!assume_shape(symbol, name, is_true)) assume_kind(symbol, name, is_true);
+    if (!assume_shape(symbol, name, is_true)) assume_test(symbol, find_kind_test(name), is_true);
 }
 
 void assume_comparison(const Node *chain, bool is_true) {
