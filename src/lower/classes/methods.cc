@@ -13,42 +13,6 @@
 
 namespace {
 
-struct OperatorName {
-    OperatorId id;
-    const char *method; /* null: no class can have one */
-};
-
-// clang-format off
-const OperatorName OperatorNames[] = { // ORDER OPERATORS
-    {OPERATOR_NONE,            nullptr},
-    {OPERATOR_OR_ELSE,         nullptr},
-    {OPERATOR_AND_THEN,        nullptr},
-    {OPERATOR_OR,              "or"},
-    {OPERATOR_AND,             "and"},
-    {OPERATOR_LESS,            "lt"},
-    {OPERATOR_LESS_EQUAL,      "le"},
-    {OPERATOR_EQUAL,           "eq"},
-    {OPERATOR_NOT_EQUAL,       "ne"},
-    {OPERATOR_GREATER_EQUAL,   "ge"},
-    {OPERATOR_GREATER,         "gt"},
-    {OPERATOR_COLON,           "colon"},
-    {OPERATOR_PLUS,            "plus"},
-    {OPERATOR_MINUS,           "minus"},
-    {OPERATOR_TIMES,           "mtimes"},
-    {OPERATOR_DIVIDE,          "mrdivide"},
-    {OPERATOR_LEFT_DIVIDE,     "mldivide"},
-    {OPERATOR_DOT_TIMES,       "times"},
-    {OPERATOR_DOT_DIVIDE,      "rdivide"},
-    {OPERATOR_DOT_LEFT_DIVIDE, "ldivide"},
-    {OPERATOR_NOT,             "not"},
-    {OPERATOR_POWER,           "mpower"},
-    {OPERATOR_DOT_POWER,       "power"},
-    {OPERATOR_TRANSPOSE,       "ctranspose"},
-    {OPERATOR_DOT_TRANSPOSE,   "transpose"},
-};
-// clang-format on
-static_assert(sizeof OperatorNames / sizeof *OperatorNames == OPERATOR_COUNT);
-
 const char *const PREFIX_METHODS[] = {"uplus", "uminus"};
 const char *const OTHER_METHODS[] = {"uplus",   "uminus",  "horzcat",
                                      "vertcat", "subsref", "subsasgn"};
@@ -73,8 +37,8 @@ const char *class_with(const char *method) {
 bool any_class_has(const char *method) { return find_method(nullptr, intern(method)) != nullptr; }
 
 bool find_operator_methods() {
-    for (const OperatorName &row : OperatorNames)
-        if (row.method && any_class_has(row.method)) return true;
+    for (const OperatorRow &row : OperatorRows)
+        if (row.function && any_class_has(row.function)) return true;
     for (const char *method : OTHER_METHODS)
         if (any_class_has(method)) return true;
     return false;
@@ -149,9 +113,8 @@ bool has_operator_methods() {
 }
 
 const char *operator_method(OperatorId op, const Node *place, const char *left, const char *right) {
-    assert(OperatorNames[op].id == op);
-    const char *name = OperatorNames[op].method;
-    return name ? method_for(name, OperatorRows[op].spelling, place, left, right) : nullptr;
+    const OperatorRow &row = OperatorRows[op];
+    return row.function ? method_for(row.function, row.spelling, place, left, right) : nullptr;
 }
 
 const char *prefix_method(const Node *prefix) {

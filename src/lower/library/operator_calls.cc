@@ -11,32 +11,17 @@
 
 namespace {
 
-struct WordOperator {
-    const char *name;
-    OperatorId op;
-    bool takes_more; /* than two arguments, from the left */
-};
+OperatorId operator_of(const char *function) {
+    for (const OperatorRow &row : OperatorRows)
+        if (row.function && strcmp(row.function, function) == 0) return row.id;
+    return OPERATOR_NONE;
+}
 
-constexpr WordOperator Binary[] = {
-    {"and", OPERATOR_AND, true},
-    {"or", OPERATOR_OR, true},
-    {"eq", OPERATOR_EQUAL, false},
-    {"ne", OPERATOR_NOT_EQUAL, false},
-    {"lt", OPERATOR_LESS, false},
-    {"le", OPERATOR_LESS_EQUAL, false},
-    {"gt", OPERATOR_GREATER, false},
-    {"ge", OPERATOR_GREATER_EQUAL, false},
-    {"plus", OPERATOR_PLUS, true},
-    {"minus", OPERATOR_MINUS, false},
-    {"times", OPERATOR_DOT_TIMES, true},
-    {"mtimes", OPERATOR_TIMES, true},
-    {"rdivide", OPERATOR_DOT_DIVIDE, false},
-    {"ldivide", OPERATOR_DOT_LEFT_DIVIDE, false},
-    {"mrdivide", OPERATOR_DIVIDE, false},
-    {"mldivide", OPERATOR_LEFT_DIVIDE, false},
-    {"power", OPERATOR_DOT_POWER, false},
-    {"mpower", OPERATOR_POWER, false},
-};
+/* More than two arguments, from the left. */
+bool takes_more(OperatorId op) {
+    return op == OPERATOR_AND || op == OPERATOR_OR || op == OPERATOR_PLUS ||
+           op == OPERATOR_DOT_TIMES || op == OPERATOR_TIMES;
+}
 
 struct UnaryWord {
     const char *name;
@@ -52,21 +37,20 @@ constexpr UnaryWord Unary[] = {
     {"ctranspose", OP_TRANSPOSE, HOST_ATOM},
 };
 
-constexpr auto BinaryIndex = index_rows(Binary);
 constexpr auto UnaryIndex = index_rows(Unary);
 
-Operand join_values(const WordOperator *row, const vExpr *values) {
+Operand join_values(OperatorId op, const vExpr *values) {
     Operand value = without_parentheses(values->item);
     for (const vExpr *cell = values->next; cell; cell = cell->next) {
         Operand right = without_parentheses(cell->item);
-        value = new_binary(row->op, &value, &right);
+        value = new_binary(op, &value, &right);
     }
     return value;
 }
 
-mExpr *new_binary_call(const WordOperator *row, const vExpr *values, int count) {
-    if (count < 2 || (count > 2 && !row->takes_more)) return nullptr;
-    Operand value = join_values(row, values);
+mExpr *new_binary_call(OperatorId op, const vExpr *values, int count) {
+    if (count < 2 || (count > 2 && !takes_more(op))) return nullptr;
+    Operand value = join_values(op, values);
     return in_parentheses(&value);
 }
 
@@ -92,13 +76,13 @@ mExpr *new_root_call(mExpr *value) {
 }
 
 mExpr *new_call(const char *name, const vExpr *values, int count) {
-    if (const WordOperator *row = find_row(Binary, BinaryIndex, name))
-        return new_binary_call(row, values, count);
     if (const UnaryWord *row = find_row(Unary, UnaryIndex, name))
         return new_unary_call(row, values, count);
-    if (strcmp(name, "colon") == 0) return new_range_call(values, count);
-    bool is_root = strcmp(name, "sqrt") == 0 && count == 1;
-    return is_root ? new_root_call(values->item) : nullptr;
+    if (strcmp(name, "sqrt") == 0) return count == 1 ? new_root_call(values->item) : nullptr;
+    OperatorId op = operator_of(name);
+    if (op == OPERATOR_NONE) return nullptr;
+    return op == OPERATOR_COLON ? new_range_call(values, count)
+                                : new_binary_call(op, values, count);
 }
 
 }  // namespace

@@ -52,6 +52,8 @@ struct OperatorRow {
     OperatorId id;
     const char *spelling; /* as MATLAB writes it */
     OperatorLevel level;  /* as a binary or postfix operator; of ~, as a prefix */
+    const char *function; /* that means the same, and that a class may have as a method; null for
+                             none; of + and - as binary operators */
 };
 
 extern const OperatorRow OperatorRows[OPERATOR_COUNT];
