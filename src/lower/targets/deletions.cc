@@ -17,7 +17,8 @@
 
 namespace {
 
-bool is_empty_literal(const Node *value) {
+// As MATLAB has it: no text in double quotes, and nothing in parentheses.
+bool deletes(const Node *value) {
     bool is_text = value->kind == NODE_STRING && !*value->text;
     return is_empty_matrix(value) || (is_text && !has_flag(value, DOUBLE_QUOTED));
 }
@@ -139,7 +140,7 @@ bool is_deletion(const Node *assignment) {
     const Node *target = assignment->first_child;
     if (target->kind != NODE_REFERENCE || assignment->op != OPERATOR_NONE) return false;
     const Node *last = last_selector(target);
-    return last->kind == NODE_ARGUMENTS && last->first_child && is_empty_literal(target->next);
+    return last->kind == NODE_ARGUMENTS && last->first_child && deletes(target->next);
 }
 
 void put_deletion(const Node *assignment) {

@@ -11,8 +11,8 @@ void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
     symbol->values = value;
 }
 
-// x(k) = [] makes an array of what is left.
-static bool is_deletion(const Node *target, const Node *value) {
+// x(k) = [] is no element that makes x an array; x(k) = '' may be a character of a text.
+static bool takes_away(const Node *target, const Node *value) {
     return value && target->next == value && is_empty_matrix(value);
 }
 
@@ -21,7 +21,7 @@ void note_element(Symbol *symbol, const Node *target, const Node *value) {
                               SYMBOL_ASSIGNED | SYMBOL_CHANGED | SYMBOL_READ | SYMBOL_SHARED;
     const Node *selector = second_child(target);
     if (selector->kind == NODE_BRACES) symbol->flags |= SYMBOL_HAS_BRACES;
-    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS && !is_deletion(target, value);
+    bool is_element = last_selector(target)->kind == NODE_ARGUMENTS && !takes_away(target, value);
     uint32_t depth = depth_of(target) + is_element;
     symbol->depth_changed = std::max(symbol->depth_changed, depth);
     if (depth > 0) symbol->scope->flags |= CHANGES_PARTS;

@@ -13,17 +13,19 @@ constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
 
 bool is_empty(Value value) { return !may_be(value, MAY_BE_FILLED); }
 
-// x(k) = [] deletes, and x(k) = '' does.
-bool is_deletion(const Node *selector, const Node *expression) {
+// x(k) = [] and x(k) = ''. Also what is translated as an assignment (is_deletion in lower/targets),
+// "" and
+// ([]): a size must not be taken for known that one of MATLAB and Octave changes.
+bool may_delete(const Node *selector, const Node *expression) {
     if (selector->kind != NODE_ARGUMENTS || selector->next || !expression) return false;
-    while (expression->kind == NODE_PARENS) expression = expression->first_child;
+    expression = without_parens(expression);
     bool is_text = expression->kind == NODE_STRING && !*expression->text;
     return is_text || is_empty_matrix(expression);
 }
 
 // Of what is not there only nothing can be deleted, by x([]) = [].
 bool reads_what_is_there(const Node *selector, const Node *expression) {
-    return is_deletion(selector, expression) && selector->first_child &&
+    return may_delete(selector, expression) && selector->first_child &&
            may_be(value_of(selector->first_child), MAY_BE_FILLED);
 }
 
@@ -90,7 +92,7 @@ Value after_change(Value before, const Node *selector, Value value, const Node *
         case NODE_BRACES: return after_brace(before, arguments);
         case NODE_ARGUMENTS:
             if (selector->next) return after_part(before, selector->next);
-            if (!is_deletion(selector, expression)) return after_element(before, arguments, value);
+            if (!may_delete(selector, expression)) return after_element(before, arguments, value);
             return after_deletion(before, arguments) |
                    (expression->kind == NODE_STRING ? after_element(before, arguments, value) : 0);
         default: return MAY_BE_RECORD | ONE | (before & (MAY_BE_OTHER | MAY_BE_ARRAY | SIZED));
