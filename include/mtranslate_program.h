@@ -278,6 +278,10 @@ typedef struct mTranslateProgramFunction {
     const mTranslateProgramRange *place;
 } mTranslateProgramFunction;
 
+/* The second operand of the message that a function is found nowhere (MT401), after its name. */
+#define MTRANSLATE_FOUND_NOWHERE "nowhere"
+#define MTRANSLATE_FOUND_IN_CLASSES "nowhere but in classes"
+
 /* What becomes of a call. */
 enum {
     MTRANSLATE_CALL_OF_OWN = 0,      /* a function of the same file is called */

@@ -19,12 +19,14 @@ bool is_listed(const Diagnostic &diagnostic) {
     return diagnostic.severity != SEVERITY_ERROR && diagnostic.code == UNKNOWN_FUNCTION;
 }
 
-bool is_class_only(const Diagnostic &unknown) { return unknown.operands.at(1) == FOUND_IN_CLASSES; }
+bool is_class_only(const Diagnostic &unknown) {
+    return unknown.operands.at(1) == MTRANSLATE_FOUND_IN_CLASSES;
+}
 
 void tell_class_only(Diagnostic &unknown) {
     std::string &where = unknown.operands.at(1);
     if (unknown.text.ends_with(where)) unknown.text.resize(unknown.text.size() - where.size());
-    where = FOUND_IN_CLASSES;
+    where = MTRANSLATE_FOUND_IN_CLASSES;
     unknown.text += where;
 }
 

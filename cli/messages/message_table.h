@@ -34,7 +34,5 @@ const char *severity_name(MessageSeverity severity);
 
 /* The code of the message about a function that is found nowhere, or only in classes. */
 inline constexpr std::string_view UNKNOWN_FUNCTION = "MT401";
-/* Where that is: the second operand, after the name. */
-inline constexpr std::string_view FOUND_IN_CLASSES = "nowhere but in classes";
 
 }  // namespace mtranslate

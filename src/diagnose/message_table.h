@@ -69,10 +69,6 @@ enum MessageId : uint8_t {
     MESSAGE_COUNT
 };
 
-/* Where a function is found: the second operand of UNKNOWN_FUNCTION, after its name. */
-inline constexpr char FOUND_NOWHERE[] = "nowhere";
-inline constexpr char FOUND_IN_CLASSES[] = "nowhere but in classes";
-
 struct MessageRow {
     MessageId id;
     const char *code; /* MT and three digits */

@@ -2,6 +2,7 @@
 #include "lower/program/called_functions.h"
 
 #include <assert.h>
+#include <mtranslate_program.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -128,7 +129,7 @@ void report_unknown(const Node *place, bool is_in_class) {
                {place->text, describe_creator(creator)});
     } else {
         report(UNKNOWN_FUNCTION, source, place->offset, place->length,
-               {place->text, is_in_class ? FOUND_IN_CLASSES : FOUND_NOWHERE});
+               {place->text, is_in_class ? MTRANSLATE_FOUND_IN_CLASSES : MTRANSLATE_FOUND_NOWHERE});
     }
 }
 
