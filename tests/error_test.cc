@@ -1,7 +1,10 @@
 /* Errors: their full texts, and what goes on when RaiseError returns. */
 #include "run/last_error.h"
 
+#include <gtest/gtest.h>
+
 #include <functional>
+#include <vector>
 
 #include "support/allocation.h"
 #include "tests/small_stack.h"
@@ -165,8 +168,8 @@ TEST(Errors, fit_into_2048_bytes) {
     const std::string caret = "     ^\n";
     // header and caret survive what is cut from the excerpt
     const std::string header = "on line 2 of " + long_name(1500) + ", syntax error\n";
-    const size_t room = 2047 - header.size() - caret.size() - 1;
-    EXPECT_EQ(error_of("file", long_name(1500)), header + line.substr(0, room) + "\n" + caret);
+    const size_t kept = 2047 - header.size() - caret.size() - 1;
+    EXPECT_EQ(error_of("file", long_name(1500)), header + line.substr(0, kept) + "\n" + caret);
     // a file name that does not fit itself keeps its end
     const std::string text = error_of("file", long_name(3000));
     EXPECT_EQ(text.size(), 2047u);
@@ -290,6 +293,8 @@ TEST(Errors, in_arguments) {
     };
     const HostValue matlab = language(values.name("matlab"));
     const HostValue keep_going = values.equation(values.name("KeepGoing"), values.boolean(true));
+    const HostValue misspelt = values.equation(values.name("KeepGoin"), values.boolean(true));
+    const HostValue own = values.equation(values.name("mine"), values.boolean(true));
     const struct {
         std::vector<HostValue> arguments;
         const char *outcome;  // the result, and the errors after it
@@ -311,6 +316,8 @@ TEST(Errors, in_arguments) {
          "null invalid input: Language must be classic, matlab or octave"},
         {{command, text, values.equation(values.name("MaxMemory"), text)},
          "null invalid input: MaxMemory must be a number of megabytes"},
+        {{command, text, misspelt, matlab}, "null invalid input: unknown option KeepGoin"},
+        {{command, text, matlab, own, unnamed, number}, "x := 1;\n"},
         {{command, gap, matlab, keep_going}, "# not translated (MT204 eval): eval x\nx := 1;\n"},
         {{command, gap, language(values.string("octave"))},
          "# not translated (MT204 eval): eval x\nx := 1;\n on line 1, 'eval' runs a text as a "

@@ -89,11 +89,23 @@ bool read_option(HostValue argument, RunRequest *request) {
     const char *name = option_name(argument);
     if (strcmp(name, "Language") == 0) return read_language(argument);
     if (strcmp(name, "MaxMemory") == 0) return read_budget(argument);
-    // The option can only switch the translator off.
-    if (strcmp(name, "AddTranslator") == 0 && !is_true(argument)) AddTranslator = 0;
-    if (strcmp(name, "KeepGoing") == 0) KeepGoing = is_true(argument);
-    if (strcmp(name, "Display") == 0) Displays = is_true(argument);
+    if (strcmp(name, "AddTranslator") == 0) {
+        if (!is_true(argument)) AddTranslator = 0;  // it can only be switched off
+    } else if (strcmp(name, "KeepGoing") == 0) {
+        KeepGoing = is_true(argument);
+    } else if (strcmp(name, "Display") == 0) {
+        Displays = is_true(argument);
+    } else if (*name >= 'A' && *name <= 'Z' && !request->unknown_option) {
+        request->unknown_option = element(argument, 1);
+    }
     return true;
+}
+
+// Classic takes no notice of what it does not know.
+bool check_options(const RunRequest *request) {
+    if (!request->unknown_option || UsedFrontEnd == &ClassicFrontEnd) return true;
+    raise_error("invalid input: unknown option %1", request->unknown_option);
+    return false;
 }
 
 }  // namespace
@@ -118,11 +130,12 @@ bool read_arguments(HostValue args, RunRequest *request) {
     if (!request->source) return false;
     request->source_value = element(args, 2);
     request->has_path = false;
+    request->unknown_option = 0;
     AddTranslator = 1;
     KeepGoing = 0;
     Displays = 0;
     UsedFrontEnd = &ClassicFrontEnd;
     for (int i = 3; i <= count; i++)
         if (!read_option(element(args, i), request)) return false;
-    return true;
+    return check_options(request);
 }
