@@ -6,12 +6,12 @@
 #include "driver/run.h"
 #include "sources.h"
 #include "syntax/parse/parser.h"
-#include "syntax/tree/room.h"
+#include "syntax/tree/arena.h"
 
 namespace {
 
 void parse(benchmark::State &state, const std::string &source) {
-    size_t room = 0;
+    size_t bytes = 0;
     for (auto _ : state) {
         begin_run();
         begin_messages();
@@ -20,12 +20,12 @@ void parse(benchmark::State &state, const std::string &source) {
         benchmark::DoNotOptimize(
             parse_source(new_source(nullptr, source.c_str(), length), LANGUAGE_MATLAB));
         if (FirstMessage) state.SkipWithError(FirstMessage->text);
-        room = RoomTaken;
+        bytes = ArenaTaken;
         release_run();
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * source.size()));
     state.counters["tree_per_byte"] =
-        static_cast<double>(room) / static_cast<double>(source.size());
+        static_cast<double>(bytes) / static_cast<double>(source.size());
 }
 
 void parse_realistic(benchmark::State &state) {

@@ -1,4 +1,6 @@
 /* Expressions: each row becomes a statement of its own, as a command and in a file. */
+#include <gtest/gtest.h>
+
 #include "tests/translation.h"
 
 namespace mtranslate {
@@ -21,7 +23,7 @@ TEST(Expressions, matrix_and_cell_literals) { expect_expressions(table("literals
 
 TEST(Expressions, long_of_everything) { expect_expressions(table("long")); }
 
-/* The text of a chain grows in place until the room on one of its sides is used up, which its
+/* The text of a chain grows in place until the space on one of its sides is used up, which its
  * length decides. */
 TEST(Expressions, chains_of_any_length) {
     StandInHost host;

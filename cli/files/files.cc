@@ -28,9 +28,9 @@ constexpr std::size_t LARGEST_SOURCE = std::size_t{256} << 20;
 }
 
 /* The number of bytes read, 0 at the end; -1 for an error. */
-ssize_t read_some(int descriptor, char *to, std::size_t room) {
+ssize_t read_some(int descriptor, char *to, std::size_t capacity) {
     ssize_t count = 0;
-    do count = read(descriptor, to, room);
+    do count = read(descriptor, to, capacity);
     while (count < 0 && errno == EINTR);
     return count;
 }

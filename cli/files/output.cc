@@ -53,7 +53,7 @@ bool replace(const fs::path &target, const struct stat *old, std::string_view te
     return file.move_to(target);
 }
 
-/* Writes over a file that cannot be replaced. The room is found first, so that a full disk leaves
+/* Writes over a file that cannot be replaced. Space is found first, so that a full disk leaves
  * the file as it is. */
 void overwrite(const fs::path &target, const struct stat &old, std::string_view text,
                const std::string &name) {

@@ -71,15 +71,15 @@ std::size_t step_back(std::string_view line, std::size_t at) {
 std::size_t first_shown(std::string_view line, std::size_t place) {
     const std::size_t after =
         std::max<std::size_t>(1, count_columns(line.substr(place), 0, COLUMNS / 2));
-    std::size_t room = COLUMNS - std::min(after, COLUMNS / 2);
-    if (count_columns(line.substr(0, place), 0, room) <= room) return 0;
-    room -= DOTS.size();
+    std::size_t width = COLUMNS - std::min(after, COLUMNS / 2);
+    if (count_columns(line.substr(0, place), 0, width) <= width) return 0;
+    width -= DOTS.size();
     std::size_t first = place;
     for (std::size_t before = place; before > 0;) {
         before = step_back(line, before);
         const Step widest = step(line.substr(before), 0);
-        if (widest.columns > room) break;
-        room -= widest.columns;
+        if (widest.columns > width) break;
+        width -= widest.columns;
         first = before;
     }
     return first;
@@ -106,8 +106,8 @@ std::size_t draw(Drawing &drawing, std::string_view rest, char mark, char fill) 
 bool is_full(const Drawing &drawing, std::string_view rest) {
     const std::size_t next = drawing.column + step(rest, drawing.column).columns;
     if (next + DOTS.size() <= COLUMNS) return false;
-    const std::size_t room = COLUMNS - drawing.column;
-    return count_columns(rest, drawing.column, room) > room;
+    const std::size_t width = COLUMNS - drawing.column;
+    return count_columns(rest, drawing.column, width) > width;
 }
 
 /* Whether every character is shown as it is, in one column. */

@@ -55,7 +55,7 @@ bool is_same(const Message *a, const Message *b) {
     return a->id == b->id && a->offset == b->offset && a->source == b->source;
 }
 
-// The slot of the same message, or the free one where it belongs. The table has room.
+// The slot of the same message, or the free one where it belongs. The table is not full.
 Message **find_place(const Message *message) {
     uint32_t at = (message->offset * 64 + message->id) * 0x9E3779B1U >> 8;
     for (;; at++) {

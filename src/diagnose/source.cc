@@ -27,11 +27,11 @@ uint32_t find_line_feed(const Source *source, uint32_t at) {
                : source->length;
 }
 
-void append_start(Source *source, uint32_t *room, uint32_t start) {
-    if (source->line_count == *room) {
-        *room *= 2;
+void append_start(Source *source, uint32_t *capacity, uint32_t start) {
+    if (source->line_count == *capacity) {
+        *capacity *= 2;
         source->line_starts =
-            static_cast<uint32_t *>(Realloc(source->line_starts, *room * sizeof(uint32_t)));
+            static_cast<uint32_t *>(Realloc(source->line_starts, *capacity * sizeof(uint32_t)));
     }
     source->line_starts[source->line_count++] = start;
 }
@@ -39,12 +39,12 @@ void append_start(Source *source, uint32_t *room, uint32_t start) {
 void find_line_starts(Source *source) {
     bool has_returns = memchr(source->text, '\r', source->length);
     auto *find = has_returns ? find_line_end : find_line_feed;
-    uint32_t room = 64;
-    source->line_starts = static_cast<uint32_t *>(Alloc(room * sizeof(uint32_t)));
-    append_start(source, &room, 0);
+    uint32_t capacity = 64;
+    source->line_starts = static_cast<uint32_t *>(Alloc(capacity * sizeof(uint32_t)));
+    append_start(source, &capacity, 0);
     for (uint32_t at = find(source, 0); at < source->length;) {
         at = after_line_end(source, at);
-        append_start(source, &room, at);
+        append_start(source, &capacity, at);
         at = find(source, at);
     }
 }

@@ -17,21 +17,21 @@ constexpr size_t HEAD = (sizeof(ResultBlock) + ALIGNMENT - 1) / ALIGNMENT * ALIG
 constexpr size_t SMALLEST_BLOCK = 4096;
 
 void add_block(ResultMemory *memory, size_t size) {
-    size_t room = std::max(size, SMALLEST_BLOCK);
-    ResultBlock *block = static_cast<ResultBlock *>(malloc(HEAD + room));
+    size_t capacity = std::max(size, SMALLEST_BLOCK);
+    ResultBlock *block = static_cast<ResultBlock *>(malloc(HEAD + capacity));
     if (!block) throw std::bad_alloc();
     block->next = memory->blocks;
-    *memory = {block, reinterpret_cast<char *>(block) + HEAD, room};
+    *memory = {block, reinterpret_cast<char *>(block) + HEAD, capacity};
 }
 
 }  // namespace
 
 void *take_result(ResultMemory *memory, size_t size) {
     size = (size + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
-    if (memory->room < size) add_block(memory, size);
+    if (memory->left < size) add_block(memory, size);
     char *part = memory->next;
     memory->next += size;
-    memory->room -= size;
+    memory->left -= size;
     return memset(part, 0, size);
 }
 

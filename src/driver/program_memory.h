@@ -12,7 +12,7 @@ struct ResultBlock;
 struct ResultMemory {
     ResultBlock *blocks;
     char *next;
-    size_t room;
+    size_t left;
 };
 
 /* Cleared memory for size bytes, for any record. Throws std::bad_alloc. */

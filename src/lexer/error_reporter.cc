@@ -11,7 +11,7 @@
 namespace {
 
 constexpr size_t MESSAGE_SIZE = 2048;
-constexpr size_t ROOM = MESSAGE_SIZE - 1;
+constexpr size_t CAPACITY = MESSAGE_SIZE - 1;
 // A longer text is cut to this length, line ends included.
 constexpr size_t LONGEST_EXCERPT = 1024;
 // Carets stand on columns below these: under the column reached, or a previous line's end.
@@ -64,34 +64,34 @@ size_t caret_size(const Excerpt *excerpt) {
     return excerpt->caret == NO_CARET ? 0 : static_cast<size_t>(excerpt->caret) + 2;
 }
 
-// Formats the header into room characters and a NUL; answers the length that it needs.
-size_t format_header(char *to, size_t room, const char *dots, const char *name,
+// Formats the header into capacity characters and a NUL; answers the length that it needs.
+size_t format_header(char *to, size_t capacity, const char *dots, const char *name,
                      const ErrorRecord *error) {
     const char *message = error->message;
-    int length =
-        name ? snprintf(to, room + 1, "on line %u of %s%s, %s\n", error->line, dots, name, message)
-             : snprintf(to, room + 1, "on line %u, %s\n", error->line, message);
+    int length = name ? snprintf(to, capacity + 1, "on line %u of %s%s, %s\n", error->line, dots,
+                                 name, message)
+                      : snprintf(to, capacity + 1, "on line %u, %s\n", error->line, message);
     return static_cast<size_t>(length);
 }
 
 // A header that is too long loses the beginning of the file name, then the end of its message.
-size_t write_header(char *to, size_t room, const ErrorRecord *error) {
+size_t write_header(char *to, size_t capacity, const ErrorRecord *error) {
     const char *name = error->file;
-    size_t length = format_header(to, room, "", name, error);
-    if (length > room && name) {
-        size_t excess = length - room + strlen("...");
+    size_t length = format_header(to, capacity, "", name, error);
+    if (length > capacity && name) {
+        size_t excess = length - capacity + strlen("...");
         size_t name_length = strlen(name);
         name += excess < name_length ? excess : name_length;
-        length = format_header(to, room, "...", name, error);
+        length = format_header(to, capacity, "...", name, error);
     }
-    if (length <= room) return length;
-    to[room - 1] = '\n';
-    return room;
+    if (length <= capacity) return length;
+    to[capacity - 1] = '\n';
+    return capacity;
 }
 
-char *write_excerpt(char *to, size_t room, const Excerpt *excerpt) {
+char *write_excerpt(char *to, size_t capacity, const Excerpt *excerpt) {
     size_t ending = strlen(excerpt->ending);
-    size_t length = excerpt->length + ending <= room ? excerpt->length : room - ending;
+    size_t length = excerpt->length + ending <= capacity ? excerpt->length : capacity - ending;
     memcpy(to, excerpt->text, length);
     return stpcpy(to + length, excerpt->ending);
 }
@@ -104,9 +104,9 @@ void write_caret(char *to, long column) {
 // Header and caret always fit: what is too long is cut from the excerpt's end.
 HostValue raise_excerpt(const ErrorRecord *error, const Excerpt *excerpt) {
     char text[MESSAGE_SIZE];
-    size_t behind_header = strlen(excerpt->ending) + caret_size(excerpt);
-    size_t header = write_header(text, ROOM - behind_header, error);
-    char *at = write_excerpt(text + header, ROOM - header - caret_size(excerpt), excerpt);
+    size_t after_header = strlen(excerpt->ending) + caret_size(excerpt);
+    size_t header = write_header(text, CAPACITY - after_header, error);
+    char *at = write_excerpt(text + header, CAPACITY - header - caret_size(excerpt), excerpt);
     if (excerpt->caret != NO_CARET) write_caret(at, excerpt->caret);
     return raise_framed_error(error, text);
 }

@@ -11,19 +11,19 @@ struct mMatrix;
 struct mProc;
 struct mVector;
 
-/* Names of a global statement. The array has room for the next power of two of count. */
+/* Names of a global statement. The array has space for the next power of two of count. */
 struct NameList {
     int32_t count;
     const char **names;
 };
 
 /* Words of a command in source order, with the last cell at hand for the next word. A last word
- * that has been joined from several keeps room for more. */
+ * that has been joined from several keeps spare bytes for more. */
 struct WordList {
     vExpr *first;
     vExpr *last;
     uint32_t length; /* of the joined word's text */
-    uint32_t room;   /* free bytes after it and its NUL; 0 for any other word */
+    uint32_t spare;  /* free bytes after it and its NUL; 0 for any other word */
 };
 
 /* A range under way; no stop: it ends with end, or its last operand is still to come. */

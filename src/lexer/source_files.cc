@@ -61,10 +61,10 @@ bool is_cut(const OpenSource *source) {
            status.st_size < source->size;
 }
 
-size_t read_file(OpenSource *source, char *buffer, size_t room) {
+size_t read_file(OpenSource *source, char *buffer, size_t capacity) {
     ssize_t count;
     do {
-        count = read(source->descriptor, buffer, room);
+        count = read(source->descriptor, buffer, capacity);
     } while (count < 0 && errno == EINTR);
     source->has_failed = count < 0 || (count == 0 && is_cut(source));
     if (count <= 0) return 0;
@@ -99,25 +99,25 @@ void open_given(const PathState *state) {
 
 // A file that changes its length meanwhile stays open, to be read like a pipe.
 void open_whole(int descriptor, off_t size) {
-    size_t room = static_cast<size_t>(size) + 1;
-    OpenSource *source = new_source(descriptor, room, size);
-    source->length = read_file(source, text_of(source), room);
+    size_t capacity = static_cast<size_t>(size) + 1;
+    OpenSource *source = new_source(descriptor, capacity, size);
+    source->length = read_file(source, text_of(source), capacity);
     if (source->left == 0) close_file(source);
 }
 
-size_t take_text(OpenSource *source, char *buffer, size_t room) {
+size_t take_text(OpenSource *source, char *buffer, size_t capacity) {
     size_t rest = source->length - source->given;
-    size_t count = rest < room ? rest : room;
+    size_t count = rest < capacity ? rest : capacity;
     memcpy(buffer, text_of(source) + source->given, count);
     source->given += count;
     return count;
 }
 
 // 0 at the end of the file, and where a read fails.
-size_t read_some(OpenSource *source, char *buffer, size_t room) {
-    if (source->given < source->length) return take_text(source, buffer, room);
+size_t read_some(OpenSource *source, char *buffer, size_t capacity) {
+    if (source->given < source->length) return take_text(source, buffer, capacity);
     if (source->descriptor == CLOSED || source->has_failed) return 0;
-    return read_file(source, buffer, room);
+    return read_file(source, buffer, capacity);
 }
 
 int open_as(const char *path, const PathState *state) {
@@ -167,11 +167,11 @@ void close_all_sources() {
     while (OpenSources) close_source();
 }
 
-int read_source(char *buffer, int room) {
+int read_source(char *buffer, int capacity) {
     OpenSource *source = OpenSources;
-    assert(source && room > 0);
-    bool fills = room >= INITIAL_BUFFER_SIZE;
-    size_t wanted = static_cast<size_t>(fills || room < BLOCK_SIZE ? room : BLOCK_SIZE);
+    assert(source && capacity > 0);
+    bool fills = capacity >= INITIAL_BUFFER_SIZE;
+    size_t wanted = static_cast<size_t>(fills || capacity < BLOCK_SIZE ? capacity : BLOCK_SIZE);
     size_t count = read_some(source, buffer, wanted);
     while (fills && count > 0 && count < wanted) {
         size_t more = read_some(source, buffer + count, wanted - count);

@@ -12,7 +12,7 @@ int open_called_source(const char *path);
 void close_source();
 /* Closes whatever is still open. */
 void close_all_sources();
-/* Reads at most room characters of the file opened last into buffer; 0 at its end. A read error
+/* Reads at most capacity characters of the file opened last into buffer; 0 at its end. A read error
  * ends the run, after the characters in front of it have been given out; so does the end of a file
  * that has become shorter since it was opened. */
-int read_source(char *buffer, int room);
+int read_source(char *buffer, int capacity);

@@ -30,32 +30,32 @@ WordList add_word(WordList words, mExpr *word) {
     return {words.first, words.last->next, 0, 0};
 }
 
-// Joins by a copy, which gets as much room again for more. A text with backslashes gets none: they
+// Joins by a copy, which gets as much again for more. A text with backslashes gets none: they
 // are doubled each time.
 static WordList join_word_anew(WordList words, const char *name) {
     const char *text = words.last->item->text;
     char *contents = KeepText(text + 1, strlen(text) - 2);  // without its double quotes
     mExpr *joined = new_dotstring(contents, name);
     words.last->item = joined;
-    words.room = 0;
+    words.spare = 0;
     if (strchr(joined->text, '\\')) return words;
     size_t length = strlen(joined->text);
-    Writer roomy;
-    words.last->item = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * length + 1, &roomy);
-    write_text(&roomy, joined->text);
+    Writer growing;
+    words.last->item = alloc_text_mExpr(EXPR_STRING, SCALAR, 2 * length + 1, &growing);
+    write_text(&growing, joined->text);
     words.length = static_cast<uint32_t>(length);
-    words.room = static_cast<uint32_t>(free_bytes(&roomy));
+    words.spare = static_cast<uint32_t>(free_bytes(&growing));
     return words;
 }
 
 WordList join_word(WordList words, const char *name) {
     uint32_t added = static_cast<uint32_t>(strlen(name)) + 1;
-    if (words.room < added) return join_word_anew(words, name);
+    if (words.spare < added) return join_word_anew(words, name);
     char *quote = const_cast<char *>(words.last->item->text) + words.length - 1;
-    Writer to = {quote, quote + words.room + sizeof "\""};
+    Writer to = {quote, quote + words.spare + sizeof "\""};
     write_form(&to, ".%s\"", {name});
     words.length += added;
-    words.room -= added;
+    words.spare -= added;
     return words;
 }
 
@@ -107,7 +107,7 @@ NameList start_names(const char *name) {
 
 NameList add_global(NameList list, const char *name) {
     assert(list.count > 0);
-    bool is_full = (list.count & (list.count - 1)) == 0;  // room for powers of two
+    bool is_full = (list.count & (list.count - 1)) == 0;  // it holds powers of two
     if (is_full) {
         size_t size = 2 * static_cast<size_t>(list.count) * sizeof(char *);
         list.names = static_cast<const char **>(Realloc(list.names, size));

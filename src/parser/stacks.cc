@@ -26,16 +26,16 @@ static ptrdiff_t grown(ptrdiff_t capacity) {
 
 bool grow_stacks(int16_t **states, SemanticValue **values, ptrdiff_t used, ptrdiff_t *capacity) {
     if (*capacity >= MOST_ENTRIES) return false;
-    size_t room = static_cast<size_t>(grown(*capacity));
+    size_t new_capacity = static_cast<size_t>(grown(*capacity));
     size_t count = static_cast<size_t>(used);
-    void *block = HeapAlloc(room * (sizeof(SemanticValue) + sizeof(int16_t)));
+    void *block = HeapAlloc(new_capacity * (sizeof(SemanticValue) + sizeof(int16_t)));
     if (!block) return false;
     SemanticValue *new_values = static_cast<SemanticValue *>(block);
-    int16_t *new_states = reinterpret_cast<int16_t *>(new_values + room);
+    int16_t *new_states = reinterpret_cast<int16_t *>(new_values + new_capacity);
     for (size_t i = 0; i < count; i++) new_values[i] = (*values)[i];
     *values = new_values;
     *states = static_cast<int16_t *>(memcpy(new_states, *states, count * sizeof **states));
-    *capacity = static_cast<ptrdiff_t>(room);
+    *capacity = static_cast<ptrdiff_t>(new_capacity);
     HeapFree(StackBlock);
     StackBlock = block;
     return true;

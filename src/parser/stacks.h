@@ -8,7 +8,7 @@
 
 #include "lexer/semantic_value.h"
 
-/* Room for 200 entries to begin with; a source that needs more than 10000 is refused. */
+/* Space for 200 entries to begin with; a source that needs more than 10000 is refused. */
 constexpr ptrdiff_t FIRST_ENTRIES = 200;
 constexpr ptrdiff_t MOST_ENTRIES = 10000;
 
@@ -16,6 +16,6 @@ constexpr ptrdiff_t MOST_ENTRIES = 10000;
 void *begin_stacks();
 /* Releases the block at the end of the parse, and goes on with the outer one. */
 void end_stacks(void *outer);
-/* Moves the entries used so far into a new block with room for more. False when there are too many
+/* Moves the entries used so far into a new block with space for more. False when there are too many
  * or the heap is exhausted. */
 bool grow_stacks(int16_t **states, SemanticValue **values, ptrdiff_t used, ptrdiff_t *capacity);

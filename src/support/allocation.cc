@@ -21,7 +21,7 @@ bool PartsShareBlocks = true;
 #endif
 
 char *KeptNext;
-size_t KeptRoom;
+size_t KeptFree;
 
 namespace {
 
@@ -86,13 +86,13 @@ bool take_region() {
         Region = static_cast<char *>(mapped);
     }
     KeptNext = Region;
-    KeptRoom = REGION_SIZE;
+    KeptFree = REGION_SIZE;
     return true;
 }
 
 void take_block() {
     KeptNext = static_cast<char *>(Alloc(KEPT_BLOCK));
-    KeptRoom = KEPT_BLOCK;
+    KeptFree = KEPT_BLOCK;
 }
 
 }  // namespace
@@ -115,9 +115,9 @@ void *Realloc(void *block, size_t size) {
 }
 
 void *AllocKeptElsewhere(size_t size) {
-    assert(KeptRoom < size);
+    assert(KeptFree < size);
     if (!PartsShareBlocks || size > REGION_SIZE) return Alloc(size);
-    while (KeptRoom < size) {
+    while (KeptFree < size) {
         if (take_region()) continue;
         if (size > LARGEST_PART) return Alloc(size);
         take_block();
@@ -153,7 +153,7 @@ void FreeAll() {
         return 1;
     };
     HashForEach(AllocationTable, nullptr, nullptr, release);
-    KeptRoom = 0;
+    KeptFree = 0;
     HasRegion = false;
 }
 

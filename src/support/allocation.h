@@ -46,17 +46,17 @@ extern bool PartsShareBlocks;
 
 /* Where the next part is taken from: its bytes are free. Without sharing there are never any. */
 extern char *KeptNext;
-extern size_t KeptRoom;
-/* A part for which there is no room; size is a multiple of the alignment. */
+extern size_t KeptFree;
+/* A part larger than what is free; size is a multiple of the alignment. */
 void *AllocKeptElsewhere(size_t size);
 
 inline void *AllocKept(size_t size) {
     assert(size > 0);
     size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
-    if (KeptRoom < size) return AllocKeptElsewhere(size);
+    if (KeptFree < size) return AllocKeptElsewhere(size);
     char *part = KeptNext;
     KeptNext += size;
-    KeptRoom -= size;
+    KeptFree -= size;
     return part;
 }
 

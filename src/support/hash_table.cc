@@ -12,10 +12,10 @@
 namespace {
 
 // A bucket's capacity at its first insertion; it doubles from there. Most buckets hold an entry or
-// two, so memory follows the entries in steps of ROOM_FACTOR.
+// two, so memory follows the entries in steps of GROWTH_FACTOR.
 constexpr int32_t FIRST_CAPACITY = 256;
-constexpr int32_t FIRST_ROOM = 4;
-constexpr int32_t ROOM_FACTOR = 4;
+constexpr int32_t FIRST_RESERVED = 4;
+constexpr int32_t GROWTH_FACTOR = 4;
 // Bytes for buckets and key copies in a table's own block: those of a dozen names.
 constexpr size_t OWN_STORAGE = 2000;
 
@@ -44,26 +44,26 @@ HashBucket *bucket_of(const HashTable *table, int32_t key) {
     return is_used(table, index) ? table->buckets[index] : nullptr;
 }
 
-// The bucket, or a new one for null, with room for more. Null when the heap is exhausted.
+// The bucket, or a new one for null, with space for more. Null when the heap is exhausted.
 HashBucket *grow(HashTable *table, HashBucket *bucket) {
     int32_t count = bucket ? bucket->count : 0;
     int32_t capacity = bucket ? bucket->capacity : FIRST_CAPACITY;
-    int32_t room = bucket ? bucket->room * ROOM_FACTOR : FIRST_ROOM;
+    int32_t reserved = bucket ? bucket->reserved * GROWTH_FACTOR : FIRST_RESERVED;
     if (count == capacity) capacity *= 2;
-    if (room > capacity) room = capacity;
-    size_t size = sizeof(HashBucket) + static_cast<size_t>(room) * sizeof(HashEntry);
+    if (reserved > capacity) reserved = capacity;
+    size_t size = sizeof(HashBucket) + static_cast<size_t>(reserved) * sizeof(HashEntry);
     HashBucket *grown = static_cast<HashBucket *>(HashAlloc(table, size));
     if (!grown) return nullptr;
-    *grown = {reinterpret_cast<HashEntry *>(grown + 1), capacity, count, room};
+    *grown = {reinterpret_cast<HashEntry *>(grown + 1), capacity, count, reserved};
     if (bucket)
         memcpy(grown->entries, bucket->entries, static_cast<size_t>(count) * sizeof(HashEntry));
     HashFree(table, bucket);
     return grown;
 }
 
-HashBucket *bucket_with_room(HashTable *table, size_t index) {
+HashBucket *bucket_with_space(HashTable *table, size_t index) {
     HashBucket *bucket = is_used(table, index) ? table->buckets[index] : nullptr;
-    if (bucket && bucket->count < bucket->room) return bucket;
+    if (bucket && bucket->count < bucket->reserved) return bucket;
     bucket = grow(table, bucket);
     if (!bucket) return nullptr;
     table->buckets[index] = bucket;
@@ -139,7 +139,7 @@ int32_t HashNextUsed(const HashTable *table, int32_t index) {
 }
 
 int HashInsert(HashTable *table, int32_t key, HashValue value) {
-    HashBucket *bucket = bucket_with_room(table, index_of(table, key));
+    HashBucket *bucket = bucket_with_space(table, index_of(table, key));
     if (!bucket) return 0;
     bucket->entries[bucket->count++] = {key, value};
     return 1;

@@ -21,7 +21,7 @@ struct HashBucket {
     HashEntry *entries; /* growable array, after the record in the same block */
     int32_t capacity;   /* entries that the array can hold: 256, then doubled */
     int32_t count;      /* entries in use */
-    int32_t room;       /* entries that there is memory for as yet */
+    int32_t reserved;   /* entries that there is memory for as yet */
 };
 
 /* Making, visiting and releasing a table costs what it holds, not how many buckets it has: an array

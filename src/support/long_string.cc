@@ -47,7 +47,7 @@ void grow(Header *header, size_t more) {
     resize_data(header);
 }
 
-// Makes room for more characters after the text; the handle may move.
+// Makes space for more characters after the text; the handle may move.
 inline void reserve(Header *header, size_t more) {
     if (more >= static_cast<size_t>(header->capacity - header->length)) grow(header, more);
 }

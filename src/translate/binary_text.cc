@@ -11,7 +11,7 @@
 namespace {
 
 // A text in its block, of which the bytes on both sides of it are free.
-struct TextRoom {
+struct TextSpace {
     char *start;  // of the block
     size_t length;
     char *end;  // of the block
@@ -20,7 +20,7 @@ struct TextRoom {
 // What new_binary_expr makes.
 struct BinaryExpr {
     mExpr expr;
-    TextRoom room;
+    TextSpace space;
 };
 
 bool is_binary(const mExpr *expr) {
@@ -28,8 +28,8 @@ bool is_binary(const mExpr *expr) {
            (expr->kind >= OP_AND && expr->kind <= OP_GE);
 }
 
-const TextRoom *room_of(const mExpr *operand) {
-    return is_binary(operand) ? &reinterpret_cast<const BinaryExpr *>(operand)->room : nullptr;
+const TextSpace *space_of(const mExpr *operand) {
+    return is_binary(operand) ? &reinterpret_cast<const BinaryExpr *>(operand)->space : nullptr;
 }
 
 size_t total_length(std::initializer_list<const char *> pieces) {
@@ -45,25 +45,25 @@ void write_pieces(Writer *to, std::initializer_list<const char *> pieces) {
 }
 
 // Whether head and tail fit around the text of a chain's record.
-bool has_room(const mExpr *left, const TextRoom *room, size_t head, size_t tail) {
-    size_t before = static_cast<size_t>(left->text - room->start);
-    const char *nul = left->text + room->length;
-    return before >= head && static_cast<size_t>(room->end - nul) > tail;
+bool has_space(const mExpr *left, const TextSpace *space, size_t head, size_t tail) {
+    size_t before = static_cast<size_t>(left->text - space->start);
+    const char *nul = left->text + space->length;
+    return before >= head && static_cast<size_t>(space->end - nul) > tail;
 }
 
 BinaryExpr *new_record(size_t text_size) {
     return static_cast<BinaryExpr *>(AllocKept(sizeof(BinaryExpr) + text_size));
 }
 
-// A record around the text of its left operand, whose room it takes over.
-BinaryExpr *take_text(const mExpr *left, const TextRoom *room) {
+// A record around the text of its left operand, whose space it takes over.
+BinaryExpr *take_text(const mExpr *left, const TextSpace *space) {
     BinaryExpr *binary = new_record(0);
     binary->expr.text = left->text;
-    binary->room = *room;
+    binary->space = *space;
     return binary;
 }
 
-// A record with a copy of the left operand's text that has the room needed, and as much again as
+// A record with a copy of the left operand's text that has the space needed, and as much again as
 // the new text is long when the operand is an operator too: a chain.
 BinaryExpr *copy_text(const mExpr *left, size_t head, size_t tail) {
     size_t length = strlen(left->text);
@@ -75,7 +75,7 @@ BinaryExpr *copy_text(const mExpr *left, size_t head, size_t tail) {
     Writer to = {start + before, start + size};
     binary->expr.text = to.at;
     write_bytes(&to, left->text, length);
-    binary->room = {start, length, start + size};
+    binary->space = {start, length, start + size};
     return binary;
 }
 
@@ -84,22 +84,22 @@ BinaryExpr *copy_text(const mExpr *left, size_t head, size_t tail) {
 mExpr *new_binary_expr(int id, int scalar, const mExpr *left,
                        std::initializer_list<const char *> head,
                        std::initializer_list<const char *> tail) {
-    const TextRoom *room = room_of(left);
+    const TextSpace *space = space_of(left);
     size_t head_length = total_length(head);
     size_t tail_length = total_length(tail);
-    bool is_taken = room && has_room(left, room, head_length, tail_length);
+    bool is_taken = space && has_space(left, space, head_length, tail_length);
     BinaryExpr *binary =
-        is_taken ? take_text(left, room) : copy_text(left, head_length, tail_length);
+        is_taken ? take_text(left, space) : copy_text(left, head_length, tail_length);
     char *middle = const_cast<char *>(binary->expr.text);
     char *text = middle - head_length;
     char first = *middle;  // where the head ends
-    assert(text >= binary->room.start);
+    assert(text >= binary->space.start);
     Writer before = {text, middle + 1};
     write_pieces(&before, head);
     *middle = first;
-    Writer behind = {middle + binary->room.length, binary->room.end};
-    write_pieces(&behind, tail);
+    Writer after = {middle + binary->space.length, binary->space.end};
+    write_pieces(&after, tail);
     binary->expr = {id, text, scalar, nullptr};
-    binary->room.length += head_length + tail_length;
+    binary->space.length += head_length + tail_length;
     return &binary->expr;
 }

@@ -1,8 +1,8 @@
 /* The record of a binary operator, whose text stands around its left operand's.
  *
  * A chain such as a + b + c + … would copy its beginning again at every operator. So the text of an
- * operator in a chain gets room to grow in front and after, and the next operator of the chain, if
- * the room suffices, writes its own text around it in place. The left operand is used up by that:
+ * operator in a chain gets space to grow in front and after, and the next operator of the chain, if
+ * the space suffices, writes its own text around it in place. The left operand is used up by that:
  * its record stays, its text is the new one's middle. */
 #pragma once
 

@@ -18,7 +18,7 @@ struct mMatrix {
     mVector **items;
 };
 
-/* An empty container with room for capacity entries, at least 10. */
+/* An empty container with space for capacity entries, at least 10. */
 mMatrix *alloc_mMatrix(int32_t capacity);
 mVector *alloc_mVector(int32_t capacity);
 /* Append to a container and answer it; its items may move. */

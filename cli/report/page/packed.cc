@@ -35,13 +35,13 @@ struct PackedText::Stream {
     std::size_t size = 0;
 
     void run(int flush) {
-        std::array<unsigned char, 1 << 15> room;
+        std::array<unsigned char, 1 << 15> buffer;
         do {
-            deflate.next_out = room.data();
-            deflate.avail_out = room.size();
+            deflate.next_out = buffer.data();
+            deflate.avail_out = buffer.size();
             ::deflate(&deflate, flush);
-            packed.append(reinterpret_cast<const char *>(room.data()),
-                          room.size() - deflate.avail_out);
+            packed.append(reinterpret_cast<const char *>(buffer.data()),
+                          buffer.size() - deflate.avail_out);
         } while (deflate.avail_out == 0);
     }
 };

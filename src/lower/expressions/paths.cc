@@ -23,18 +23,18 @@
 
 namespace {
 
-// Room for size more bytes and a NUL; long paths do not copy their beginning at each selector.
+// Space for size more bytes and a NUL; long paths do not copy their beginning at each selector.
 char *reserve(Path *path, size_t size) {
-    if (path->room < size) {
-        size_t room = path->is_own ? path->length + size : size;
-        char *text = static_cast<char *>(AllocKept(path->length + room + 1));
+    if (path->spare < size) {
+        size_t spare = path->is_own ? path->length + size : size;
+        char *text = static_cast<char *>(AllocKept(path->length + spare + 1));
         memcpy(text, path->text, path->length + 1);
         path->text = text;
-        path->room = room;
+        path->spare = spare;
         path->is_own = true;
     }
-    assert(path->room >= size);
-    path->room -= size;
+    assert(path->spare >= size);
+    path->spare -= size;
     return const_cast<char *>(path->text) + path->length;
 }
 
@@ -118,7 +118,7 @@ void append_index_of(const char *base, Path *path, const vExpr *values) {
     write_text(&to, ")");
     size_t written = static_cast<size_t>(to.at - start);
     path->length += written;
-    path->room += size - written;
+    path->spare += size - written;
     free_vExpr(arguments);
 }
 

@@ -8,7 +8,7 @@
 struct Path {
     const char *text;
     size_t length;
-    size_t room;    /* bytes after the text that may be written */
+    size_t spare;   /* bytes after the text that may be written */
     bool is_own;    /* the text is no one else's */
     bool is_call;   /* of a call or an expression: it needs a name before it is indexed */
     bool has_index; /* the last selector is an index */

@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint32_t FIRST_SIZE = 64;
 
-// The slot of the name, or the free one where it belongs. The table has room.
+// The slot of the name, or the free one where it belongs. The table is not full.
 NameSlot *find_slot(const NameMap *map, const char *name) {
     uint64_t address = reinterpret_cast<uintptr_t>(name);
     uint64_t hash = (address >> 3) * 0x9E3779B97F4A7C15U;

@@ -44,7 +44,7 @@ const char *literal_text(const Node *argument) {
     size_t length = 0;
     for (const Node *element = row->first_child; element; element = element->next)
         length += strlen(element->text);
-    char *text = static_cast<char *>(take_room(length + 1));
+    char *text = static_cast<char *>(take_bytes(length + 1));
     char *at = text;
     for (const Node *element = row->first_child; element; element = element->next)
         at = stpcpy(at, element->text);

@@ -52,7 +52,7 @@ Node *read_to_end(Source *source, SourceLanguage language) {
 }  // namespace
 
 void begin_syntax() {
-    begin_room();
+    begin_arena();
     begin_spellings();
     begin_functions();
 }

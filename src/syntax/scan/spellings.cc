@@ -6,7 +6,7 @@
 
 #include "support/allocation.h"
 #include "support/row_index.h"
-#include "syntax/tree/room.h"
+#include "syntax/tree/arena.h"
 
 namespace {
 
@@ -93,7 +93,7 @@ void set_keyword(Spelling *spelling) {
 }
 
 Spelling *new_spelling(const char *text, uint32_t length, Ends ends) {
-    Spelling *spelling = static_cast<Spelling *>(take_room(sizeof(Spelling) + length + 1));
+    Spelling *spelling = static_cast<Spelling *>(take_bytes(sizeof(Spelling) + length + 1));
     *spelling = {ends.head, ends.tail, length, 0, TOKEN_NAME, NOT_SOFT, 0};
     char *copy = reinterpret_cast<char *>(spelling + 1);
     memcpy(copy, text, length);

@@ -246,7 +246,7 @@ const char *describe_character(const char *at, const char **end) {
 const char *join(std::initializer_list<const char *> parts) {
     size_t size = 1;
     for (const char *part : parts) size += strlen(part);
-    char *text = static_cast<char *>(take_room(size));
+    char *text = static_cast<char *>(take_bytes(size));
     char *to = text;
     for (const char *part : parts) to = stpcpy(to, part);
     return text;

@@ -1,7 +1,7 @@
 /* Making nodes. */
 #pragma once
 
-#include "syntax/tree/room.h"
+#include "syntax/tree/arena.h"
 #include "syntax/tree/tree.h"
 
 /* Children under way. */
@@ -29,7 +29,7 @@ inline void append_all(NodeList *list, NodeList *more) {
 
 /* A node at offset, of no length so far. */
 inline Node *new_node(NodeKind kind, uint32_t offset) {
-    Node *node = static_cast<Node *>(take_room(sizeof(Node)));
+    Node *node = static_cast<Node *>(take_bytes(sizeof(Node)));
     *node = {kind, OPERATOR_NONE, OPERATOR_NONE, 0, 0, 0, offset, 0, {nullptr}, {nullptr}, nullptr};
     return node;
 }

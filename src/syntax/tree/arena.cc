@@ -1,13 +1,13 @@
-// Room for the tree.
-#include "syntax/tree/room.h"
+// The arena of the trees.
+#include "syntax/tree/arena.h"
 
 #include <string.h>
 
 #include "support/allocation.h"
 
-char *RoomNext;
-char *RoomEnd;
-size_t RoomTaken;
+char *ArenaNext;
+char *ArenaEnd;
+size_t ArenaTaken;
 
 namespace {
 
@@ -18,24 +18,24 @@ size_t NextBlock = FIRST_BLOCK;
 
 }  // namespace
 
-void begin_room() {
-    RoomNext = RoomEnd = nullptr;
-    RoomTaken = 0;
+void begin_arena() {
+    ArenaNext = ArenaEnd = nullptr;
+    ArenaTaken = 0;
     NextBlock = FIRST_BLOCK;
 }
 
 void *take_from_new_block(size_t size) {
-    RoomTaken += size;
+    ArenaTaken += size;
     if (size > NextBlock / 4 || !PartsShareBlocks) return AllocKept(size);
-    RoomNext = static_cast<char *>(AllocKept(NextBlock));
-    RoomEnd = RoomNext + NextBlock;
-    RoomTaken += NextBlock - size;
+    ArenaNext = static_cast<char *>(AllocKept(NextBlock));
+    ArenaEnd = ArenaNext + NextBlock;
+    ArenaTaken += NextBlock - size;
     NextBlock = NextBlock * 2 < LARGEST_BLOCK ? NextBlock * 2 : LARGEST_BLOCK;
-    return take_room(size);
+    return take_bytes(size);
 }
 
 char *keep_bytes(const char *text, size_t length) {
-    char *copy = static_cast<char *>(take_room(length + 1));
+    char *copy = static_cast<char *>(take_bytes(length + 1));
     memcpy(copy, text, length);
     copy[length] = '\0';
     for (char *nul = copy;
