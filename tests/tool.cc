@@ -36,7 +36,7 @@ int Tool::run(const std::string &command) const {
     return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
 }
 
-void Tool::check(std::span<const ToolCall> rows) const {
+void Tool::check_all(std::span<const ToolCall> rows) const {
     for (const ToolCall &row : rows) {
         SCOPED_TRACE(row.command);
         EXPECT_EQ(run(row.command), row.exit_code);

@@ -33,7 +33,11 @@ protected:
     /* The exit code of a command; what it prints is in the files out and err. */
     int run(const std::string &command) const;
 
-    void check(std::span<const ToolCall> rows) const;
+    template <std::size_t N>
+    void check(const ToolCall (&rows)[N]) const {
+        check_all(rows);
+    }
+    void check_all(std::span<const ToolCall> rows) const;
 
     /* Whether the JSON text in the file is what the schema describes; says what is not. */
     testing::AssertionResult is_valid(const std::string &file, const std::string &schema) const;

@@ -10,7 +10,7 @@ struct RunRequest {
     const char *source; /* command text or file name */
     HostValue source_value;
     bool has_path;            /* a list option was given, perhaps an empty one */
-    HostValue unknown_option; /* the name of the first that looks like one of ours; 0 for none */
+    HostValue unknown_option; /* name of the first that looks like one of ours; 0 for none */
 };
 
 /* Reads the arguments; sets SearchPath, AddTranslator, UsedFrontEnd, KeepGoing and Displays by the

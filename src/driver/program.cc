@@ -189,7 +189,7 @@ HostValue translate_program(HostValue value) {
     set_options(request);
     const char *source = request->file ? request->file : request->command;
     RunRequest wanted = {request->file ? "file" : "command", source,
-                         reinterpret_cast<HostValue>(source), request->folders != nullptr};
+                         reinterpret_cast<HostValue>(source), request->folders != nullptr, 0};
     translate_anew(run, &wanted);
     mTranslateProgramResult *result = result_of(run);
     result->text_length = static_cast<size_t>(LengthString(OutputText));
