@@ -1,8 +1,8 @@
 /* toml++ without what it takes for granted of texts: that a table's name does not begin with a
  * brace, and that no letter of an alphabet but the Latin one stands where a blank may. Debug builds
  * end where that is not so, and others are compiled as if it were; the checks that follow find what
- * is wrong. For the first TOML_ASSERT is an option; for the second there is none, so the inner headers
- * that set and use it come before the whole. */
+ * is wrong. For the first TOML_ASSERT is an option; for the second there is none, so the inner
+ * headers that set and use it come before the whole. */
 #pragma once
 
 #pragma push_macro("NDEBUG")
