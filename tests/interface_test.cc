@@ -505,11 +505,13 @@ TEST(Interface, counts_on_where_it_is_asked_to) {
 const char *find_file(void *context, const mTranslateProgramSearch *search) {
     Tool *tool = static_cast<Tool *>(context);
     const std::string name = search->name;
+    static std::string path;  // valid until the next question
+    tool->when_asked = [] { path = "gone"; };
     tool->asked.push_back("find " + name + " of " + text_or(search->class_name, "any") + " for " +
                           text_or(search->caller, "a command"));
     if (search->kind == MTRANSLATE_SEARCH_METHOD) return nullptr;
-    if (name == "part") return "lib/./part.m";
-    return name == "f" ? "lib/./f.m" : nullptr;
+    path = "lib/./" + name + ".m";
+    return name == "part" || name == "f" ? path.c_str() : nullptr;
 }
 
 TEST(Interface, takes_what_the_caller_knows) {
@@ -538,6 +540,17 @@ TEST(Interface, takes_what_the_caller_knows) {
     EXPECT_EQ(std::string(result->files[1]->path), "lib/./part.m");
     EXPECT_EQ(std::string(result->files[1]->text), tool.files["lib/part.m"]);
     EXPECT_EQ(std::string(result->calls[0]->target), "lib/./f.m");
+}
+
+TEST(Interface, takes_no_path_that_leads_to_no_function) {
+    static const char *path;
+    Tool tool("main => x = 1; y = f(x); f");
+    tool.request.find = [](void *, const mTranslateProgramSearch *) { return path; };
+    for (const char *answered : {"", "/", "lib/", "f.m", "+p/f.m", "@/f.m", "@f/"}) {
+        path = answered;
+        const Result result = translated(tool.request);
+        EXPECT_EQ(std::string(result->text), "x := 1;\ny := f(x);\nf();\n") << answered;
+    }
 }
 
 TEST(Interface, asks_before_it_opens_a_file_of_the_disk) {

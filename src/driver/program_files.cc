@@ -1,4 +1,5 @@
 // The files of a program: what is told of them, who may open them, and where their names lead.
+#include <string.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -58,6 +59,7 @@ bool is_program_script(ProgramRun *run, const char *path) {
     return is_script_text(path, text.data(), static_cast<uint32_t>(text.size()));
 }
 
+// Null also for a path that ends with no name.
 const char *ask_for_file(const ProgramRun *run, int32_t kind, const char *name,
                          const char *class_name) {
     mTranslateProgramSearch search = {};
@@ -66,7 +68,9 @@ const char *ask_for_file(const ProgramRun *run, int32_t kind, const char *name,
     search.name = name;
     search.class_name = class_name;
     search.caller = CurrentFile->path;
-    return run->request.find(run->request.context, &search);
+    const char *path = run->request.find(run->request.context, &search);
+    bool is_name = path && *path && path[strlen(path) - 1] != '/';
+    return is_name ? path : nullptr;
 }
 
 }  // namespace
@@ -97,14 +101,16 @@ FileFinding find_program_file(ProgramRun *run, const char *name, const char **pa
     const char *found = ask_for_file(run, MTRANSLATE_SEARCH_FILE, name, nullptr);
     if (!found) return NOT_FOUND;
     const auto [at, is_new] = run->found_files.try_emplace(found);
-    if (is_new) at->second = is_program_script(run, found);
     *path = at->first.c_str();
+    if (is_new) at->second = is_program_script(run, *path);  // which may ask the caller for more
     return at->second ? FOUND_HERE : FOUND_ELSEWHERE;
 }
 
+// A file in no folder of a class has no method.
 const char *find_program_method(ProgramRun *run, const char *class_name, const char *method) {
     const char *found = ask_for_file(run, MTRANSLATE_SEARCH_METHOD, method, class_name);
-    return found ? run->found_methods.emplace(found).first->c_str() : nullptr;
+    bool is_method = found && class_place_of(found).name;
+    return is_method ? run->found_methods.emplace(found).first->c_str() : nullptr;
 }
 
 bool find_program_text(ProgramRun *run, const char *path, std::string *text) {

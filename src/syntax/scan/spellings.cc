@@ -1,7 +1,6 @@
 // The table of spellings: open addressing, by a hash of the first and last bytes.
 #include "syntax/scan/spellings.h"
 
-#include <assert.h>
 #include <string.h>
 
 #include "support/allocation.h"
@@ -74,6 +73,7 @@ struct Ends {
 Ends ends_of(const char *text, uint32_t length) {
     if (length >= 8) return {load<uint64_t>(text), load<uint64_t>(text + length - 8)};
     if (length >= 4) return {load<uint32_t>(text), load<uint32_t>(text + length - 4)};
+    if (length == 0) return {0, 0};
     uint64_t middle = static_cast<unsigned char>(text[length / 2]);
     uint64_t last = static_cast<unsigned char>(text[length - 1]);
     return {static_cast<unsigned char>(text[0]) | middle << 8 | last << 16, 0};
@@ -152,13 +152,11 @@ void begin_spellings() {
 }
 
 Spelling *spelling_of_bytes(const char *text, uint32_t length) {
-    assert(length > 0);
     Ends ends = ends_of(text, length);
     Spelling *known = find(text, length, ends);
     return known ? known : enter_spelling(text, length, ends);
 }
 
 const Spelling *find_spelling(const char *text, uint32_t length) {
-    assert(length > 0);
     return find(text, length, ends_of(text, length));
 }

@@ -28,7 +28,7 @@ enum SoftKeyword : uint8_t {
 
 /* Forgets the spellings of the run before, at the start of a run. */
 void begin_spellings();
-/* The spelling of length bytes, at least one. */
+/* The spelling of length bytes. A host may answer an empty text for a name. */
 Spelling *spelling_of_bytes(const char *text, uint32_t length);
 
 /* The same, or null: nothing has been spelled so. */
