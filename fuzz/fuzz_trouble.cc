@@ -246,7 +246,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     for (int i = 0; i < 2; i++) {  // what libraries keep for ever they have after the first
         const long before = Blocks;
         const Outcome outcome = outcome_of(run);
-        check(!outcome || outcome == expected, "another translation", outcome.value_or(""));
+        check(!outcome || outcome == expected, "another translation",
+              expected.value_or("none") + "\n---- and not\n" + outcome.value_or(""));
         check(outcome.has_value() == expected.has_value() || Heap.has_failed || System.has_failed,
               "an error of nothing");
         blocks = Blocks - before - static_cast<long>(outcome.has_value() && outcome->size() > 15);

@@ -185,9 +185,9 @@ mTranslateProgramSource one_source{sizeof one_source, "main.m", "x = 1", 5};
 
 const Ending Endings[] = {
     {[](Tool &tool) { tool.request.file = "none.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
-     "unable to open none.m"},
+     "unable to open none.m: No such file or directory"},
     {[](Tool &tool) { tool.files["main.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
-     "unable to open main.m"},
+     "unable to open main.m: Input/output error"},
     {[](Tool &tool) { tool.files["f.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
      "unable to open ./f.m: Input/output error"},
     {[](Tool &tool) {
@@ -551,6 +551,19 @@ TEST(Interface, takes_no_path_that_leads_to_no_function) {
         const Result result = translated(tool.request);
         EXPECT_EQ(std::string(result->text), "x := 1;\ny := f(x);\nf();\n") << answered;
     }
+}
+
+/* Which of its functions are scripts cannot be known then. */
+TEST(Interface, ends_where_a_found_file_cannot_be_read) {
+    const SourceFiles files("main => f");
+    const std::string main = files.path("main.m");
+    mTranslateProgramRequest request{};
+    request.size = sizeof request;
+    request.file = main.c_str();
+    request.find = [](void *, const mTranslateProgramSearch *) { return "/proc/self/mem"; };
+    const Result result = translated(request);
+    EXPECT_EQ(result->status, MTRANSLATE_PROGRAM_UNREADABLE);
+    EXPECT_EQ(std::string(result->failure), "unable to open /proc/self/mem: Input/output error");
 }
 
 TEST(Interface, asks_before_it_opens_a_file_of_the_disk) {

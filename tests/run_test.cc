@@ -137,6 +137,15 @@ TEST(HostCalls, take_strings_for_answers_alone) {
     }
 }
 
+TEST(HostCalls, may_be_answered_by_an_empty_name) {
+    StandInHost host;
+    host.translate_name("g", "");
+    const HostValue matlab[] = {host.values().equation(host.values().name("Language"),
+                                                       host.values().string("matlab"))};
+    EXPECT_EQ(translate(host, "command", "function f\nglobal g\ng = 1;\nend", matlab),
+              "f := proc( )\n    global ;\n     := 1;\nend proc;\n");
+}
+
 /* The files of a program, and a file run's translation of them, each procedure and statement
  * reduced to its name: "a b()" for a procedure a and a statement b(). */
 std::string order_of(const char *table, const std::vector<Texts> &paths = {},

@@ -188,6 +188,7 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
     write(directory / "b/called.m", "x = 1;\n");
     write(directory / "k/main.m", "f(1);\n");
     write(directory / "k/@box/f.m", "function f(box)\nend\n");
+    write(directory / "s/n.m", "function n(a)\nif nargin < 1, a = 1; end\nb = a\nend\n");
     const std::string own = "f := proc( own )\nend proc;\n\nf(1);\n";
     check({
         {"AT=/private trouble stat s/main.m", 0, own, ""},
@@ -203,6 +204,11 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
                  "0 written")},
         {"AT=@box trouble opendir k/main.m", 3, "",
          "mtranslate: error: unable to open k/@box: Input/output error\n"},
+        {"AT=@box/f.m trouble open k/main.m", 3, "",
+         "mtranslate: error: unable to open k/@box/f.m: Too many open files\n"},
+        // whether nargin is the language's own
+        {"AT=nargin.m trouble stat s/n.m", 3, "",
+         "mtranslate: error: unable to open s/nargin.m: Input/output error\n"},
         {"AFTER=1 trouble readdir k/main.m", 3, "",
          "mtranslate: error: unable to open k: Input/output error\n"},
         {"touch s/.gitignore; AT=s/.gitignore trouble stat check s 2>&1 | sed \"s:'/.*/s/:'s/:\"",

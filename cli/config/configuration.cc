@@ -31,7 +31,8 @@ std::string read_all(const std::string &path, Origin origin, FilesRead &files) {
     struct stat status;
     if (fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode))
         files.push_back({path, status.st_dev, status.st_ino});
-    return read_regular_file(path_of(spool(file.get(), "'" + path + "'"))).value_or("");
+    const std::string name = "'" + path + "'";
+    return text_of(spool(file.get(), name), name);
 }
 
 /* Of a text that is no TOML. */

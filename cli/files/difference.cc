@@ -60,7 +60,7 @@ std::string difference(const std::string &path, std::string_view text) {
                                old ? path : NO_FILE, "/proc/self/fd/" + std::to_string(next.get())},
                               result.get());
     if (code > 1) throw FileError("diff cannot compare '" + path + "' with its translation");
-    return read_regular_file("/proc/self/fd/" + std::to_string(result.get())).value_or("");
+    return text_of(result, "the differences of '" + path + "'");
 }
 
 }  // namespace mtranslate

@@ -109,18 +109,24 @@ Descriptor open_regular_file(const std::string &path) {
 }
 
 fs::path behind_links(fs::path path) {
-    std::error_code none;
-    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, none); ++links)
-        path = path.parent_path() / fs::read_symlink(path, none);
+    std::error_code error;
+    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, error); ++links) {
+        const fs::path to = fs::read_symlink(path, error);
+        if (error) break;  // who follows the link then finds out why
+        path = path.parent_path() / to;
+    }
     return path;
 }
 
-bool is_within(const fs::path &folder, const fs::path &path) {
+bool is_within(const fs::path &folder, const fs::path &path, int *reason) {
     std::error_code error;
-    const fs::path from = fs::weakly_canonical(fs::absolute(folder), error);
-    if (error) return false;
-    const fs::path to = fs::weakly_canonical(fs::absolute(behind_links(path)), error);
-    const fs::path way = to.lexically_relative(from);
+    const auto place_of = [&](const fs::path &named) {
+        const fs::path whole = error ? fs::path() : fs::absolute(named, error);
+        return error ? fs::path() : fs::weakly_canonical(whole, error);
+    };
+    const fs::path from = place_of(folder);
+    const fs::path way = place_of(behind_links(path)).lexically_relative(from);
+    if (error && reason) *reason = error.value();
     return !error && !way.empty() && *way.begin() != "..";
 }
 
@@ -140,6 +146,13 @@ Descriptor spool(int from, const std::string &name) {
 
 std::string path_of(const Descriptor &file) {
     return "/proc/self/fd/" + std::to_string(file.get());
+}
+
+std::string text_of(const Descriptor &file, const std::string &name) {
+    if (lseek(file.get(), 0, SEEK_SET) != 0) fail("cannot read " + name);
+    auto text = read_text(file.get());
+    if (!text) fail("cannot read " + name);
+    return std::move(*text);
 }
 
 std::optional<std::string> read_regular_file(const std::string &path) {
@@ -162,8 +175,8 @@ std::optional<std::string> read_file_if_there(const std::string &path) {
 }
 
 std::string read_named_file(const std::string &path) {
-    const Descriptor copy = spool(open_to_read(path).get(), "'" + path + "'");
-    return read_regular_file(path_of(copy)).value_or("");
+    const std::string name = "'" + path + "'";
+    return text_of(spool(open_to_read(path).get(), name), name);
 }
 
 void write_all(int descriptor, std::string_view text, const std::string &name) {

@@ -66,13 +66,17 @@ Descriptor open_regular_file(const std::string &path);
 /* The name of the file itself, which need not exist, behind the symbolic links that lead to it. */
 std::filesystem::path behind_links(std::filesystem::path path);
 /* Whether the path, which need not exist, is the folder or in it behind all links. False also where
- * that cannot be found out. */
-bool is_within(const std::filesystem::path &folder, const std::filesystem::path &path);
+ * that cannot be found out, with the errno in reason, which is else as it was. */
+bool is_within(const std::filesystem::path &folder, const std::filesystem::path &path,
+               int *reason = nullptr);
 
 /* A copy in memory of what is left to read in a descriptor that messages call name; path_of gives
  * it a name for as long as it is open. Throws FileError, also where there is too much. */
 Descriptor spool(int from, const std::string &name);
 std::string path_of(const Descriptor &file);
+
+/* The bytes of a file in memory that messages call name, from its beginning. Throws FileError. */
+std::string text_of(const Descriptor &file, const std::string &name);
 
 /* The bytes of a regular file; none where it cannot be read, is too large for a source or is no
  * regular file, which would give its bytes only once. */

@@ -102,8 +102,10 @@ private:
         const bool is_folder = S_ISDIR(status.st_mode);
         const bool is_source = S_ISREG(status.st_mode) && path.extension() == ".m";
         if ((!is_folder && !is_source) || is_ignored(relative, is_folder)) return;
-        if (search_.stays_inside && !is_within(given_, path))
-            return refuse(path, relative, "it leads out of '" + given_ + '\'');
+        int reason = 0;
+        if (search_.stays_inside && !is_within(given_, path, &reason))
+            return refuse(path, relative,
+                          reason ? std::strerror(reason) : "it leads out of '" + given_ + '\'');
         if (is_folder) return enter(path, status, relative);
         inputs.files.push_back({path, relative});
     }

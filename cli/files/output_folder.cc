@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -33,11 +34,11 @@ void OutputFolder::make() {
     if (stat(path_.c_str(), &made_) != 0) fail("cannot make the folder '" + path_ + '\'');
 }
 
-bool OutputFolder::holds(const std::string &output, bool is_link) const {
-    if (is_link) return is_within(limit_, output);
+bool OutputFolder::holds(const std::string &output, bool is_link, int &reason) const {
+    if (is_link) return is_within(limit_, output, &reason);
     const fs::path folder = fs::path(output).parent_path();
     if (folder == known_) return true;
-    if (!is_within(limit_, folder.empty() ? "." : folder)) return false;
+    if (!is_within(limit_, folder.empty() ? "." : folder, &reason)) return false;
     known_ = folder;
     return true;
 }
@@ -46,7 +47,11 @@ void OutputFolder::check(const std::string &output) const {
     struct stat status;
     const bool is_there = lstat(output.c_str(), &status) == 0;
     const bool is_link = is_there && S_ISLNK(status.st_mode);
-    if (!limit_.empty() && !holds(output, is_link))
+    int reason = 0;
+    const bool is_held = limit_.empty() || holds(output, is_link, reason);
+    if (reason != 0)
+        throw FileError("cannot write '" + output + "': " + std::strerror(reason));
+    if (!is_held)
         throw FileError("its output '" + output + "' leads out of the folder '" + limit_ + '\'');
     if (!is_there || (is_link && stat(output.c_str(), &status) != 0)) return;
     if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))

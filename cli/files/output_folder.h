@@ -22,7 +22,7 @@ public:
     void make_around(const std::string &output) const;
 
 private:
-    bool holds(const std::string &output, bool is_link) const;
+    bool holds(const std::string &output, bool is_link, int &reason) const;
 
     std::string path_;
     std::string limit_;

@@ -2,6 +2,7 @@
 #include "cli/run/translation.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <memory>
 #include <new>
@@ -88,8 +89,9 @@ private:
         const bool reads_pipes = !wanted_.is_untrusted && wanted_.language == "classic";
         if (file.kind == MTRANSLATE_IS_DEVICE) refuse(file.path, "a device");
         if (file.kind == MTRANSLATE_IS_PIPE && !reads_pipes) refuse(file.path, "a pipe");
-        if (wanted_.is_untrusted && !is_inside(file.path))
-            refuse(file.path, "it leads out of what is given");
+        int reason = 0;
+        if (wanted_.is_untrusted && !is_inside(file.path, reason))
+            refuse(file.path, reason ? std::strerror(reason) : "it leads out of what is given");
         check_size(file.bytes, file.path);
     }
 
@@ -97,9 +99,11 @@ private:
         throw FileError(std::string("cannot read '") + path + "': " + reason);
     }
 
-    bool is_inside(const char *path) const {
+    bool is_inside(const char *path, int &reason) const {
         if (source_.copy && path == source_.argument) return true;
-        const auto holds = [=](const std::string &folder) { return is_within(folder, path); };
+        const auto holds = [&](const std::string &folder) {
+            return is_within(folder, path, &reason);
+        };
         return std::ranges::any_of(source_.directories, holds) ||
                std::ranges::any_of(wanted_.given_folders, holds);
     }

@@ -35,8 +35,8 @@ void search_beside(const char *file) {
 }
 
 bool translate_file(const RunRequest *request) {
-    if (open_source(request->source) != 0) {
-        raise_error({"unable to open %1", FILE_IS_UNREADABLE}, request->source_value);
+    if (int reason = open_source(request->source)) {
+        raise_error({"unable to open %1", FILE_IS_UNREADABLE, reason}, request->source_value);
         return false;
     }
     if (!request->has_path) search_beside(request->source);

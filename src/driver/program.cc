@@ -73,9 +73,12 @@ void note_text(void *context, const char *path, const char *text, size_t length)
     observe(context, [=](ProgramRun *run) { note_program_text(run, path, text, length); });
 }
 
+// May end the run, too.
 FileFinding find_file(void *context, const char *, const char *name, const char **path) {
     FileFinding finding = NOT_FOUND;
     observe(context, [&](ProgramRun *run) { finding = find_program_file(run, name, path); });
+    ProgramRun *run = static_cast<ProgramRun *>(context);
+    if (!run->unread.empty()) end_program(run, MTRANSLATE_PROGRAM_UNREADABLE, run->unread);
     return finding;
 }
 

@@ -1,4 +1,5 @@
 // The files of a program: what is told of them, who may open them, and where their names lead.
+#include <errno.h>
 #include <string.h>
 #include <sys/stat.h>
 
@@ -6,6 +7,7 @@
 #include <fstream>
 
 #include "driver/program_run.h"
+#include "lexer/named_source.h"
 #include "lower/program/program_files.h"
 
 namespace {
@@ -37,25 +39,33 @@ bool is_allowed(const ProgramRun *run, const File *file) {
     return !is_asked || run->request.allow(run->request.context, file) != 0;
 }
 
-void read_file(const char *path, std::string *text) {
+// False, with errno, where the file cannot be read to its end.
+bool read_file(const char *path, std::string *text) {
     std::ifstream file(path, std::ios::binary);
     char block[16384];
     while (file.read(block, sizeof block), file.gcount() > 0)
         text->append(block, static_cast<size_t>(file.gcount()));
+    return file.is_open() && !file.bad();
 }
 
-// A pipe is read only once. What cannot or may not be read is taken for a script: who opens it then
-// finds out why.
+bool note_unread(ProgramRun *run, const char *path, int cause) {
+    run->unread = std::string("unable to open ") + path + ": " + strerror(cause);
+    return true;
+}
+
+// A pipe is read only once. What is not there, or may not be read, is taken for a script: who opens
+// it then finds out why. What cannot be read ends the run.
 bool is_program_script(ProgramRun *run, const char *path) {
     PathState state;
-    if (look_at(path, &state) != 0) return true;
+    int cause = look_at(path, &state);
+    if (cause != 0) return means_absent(cause) || note_unread(run, path, cause);
     if (state.text) return is_script_text(path, state.text, static_cast<uint32_t>(state.length));
     if (!S_ISREG(state.status.st_mode)) return false;
     const std::string name = shortest_path(path);
     File file = describe(name.c_str(), path, &state.status);
     if (!is_allowed(run, &file)) return true;
     std::string text;
-    read_file(path, &text);
+    if (!read_file(path, &text)) return note_unread(run, path, errno);
     return is_script_text(path, text.data(), static_cast<uint32_t>(text.size()));
 }
 
@@ -124,6 +134,5 @@ bool find_program_text(ProgramRun *run, const char *path, std::string *text) {
     if (wants(run, MTRANSLATE_WITHOUT_DISK)) return false;
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) return false;  // a pipe is read only once
-    read_file(path, text);
-    return true;
+    return read_file(path, text);
 }

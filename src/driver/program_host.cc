@@ -30,6 +30,7 @@ std::string failure_text(const char *message, HostValue value) {
     std::string text = LastError.line > 0 ? LastError.message : message;
     size_t place = value ? text.find("%1") : std::string::npos;
     if (place != std::string::npos) text.replace(place, 2, text_of_value(value));
+    if (LastError.reason != 0) text.append(": ").append(strerror(LastError.reason));
     return text;
 }
 

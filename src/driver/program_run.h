@@ -54,7 +54,8 @@ struct ProgramRun {
     std::vector<const mTranslateProgramToken *> tokens;
     std::vector<NotedLines> lines;
     std::unordered_map<const Origin *, size_t> newest_lines;
-    bool lacks_memory; /* an observer had not enough: the result would not be whole */
+    std::string unread; /* why a file cannot be read, which ends the run; else empty */
+    bool lacks_memory;  /* an observer had not enough: the result would not be whole */
 };
 
 inline mTranslateProgramResult *result_of(ProgramRun *run) { return &run->owned->result; }

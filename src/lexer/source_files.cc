@@ -57,8 +57,8 @@ int open_file(const char *path, bool waits) {
 // systems tell are not those of their files, but stay as they are.
 bool is_cut(const OpenSource *source) {
     struct stat status;
-    return source->left > 0 && fstat(source->descriptor, &status) == 0 &&
-           status.st_size < source->size;
+    return source->left > 0 &&
+           (fstat(source->descriptor, &status) != 0 || status.st_size < source->size);
 }
 
 size_t read_file(OpenSource *source, char *buffer, size_t capacity) {

@@ -16,7 +16,7 @@ static HostValue raise(const char *text, HostValue value) {
 }
 
 HostValue raise_error(const RunEnd &end, HostValue value) {
-    LastError = {end.message, InputFileName, 0, -1, end.cause};
+    LastError = {end.message, InputFileName, 0, -1, end.cause, end.reason};
     return raise(end.message, value);
 }
 

@@ -12,6 +12,7 @@ struct ErrorRecord {
     unsigned int line;   /* from 1, as the header of the host's text counts; 0 for no place */
     long offset;         /* of the token, in bytes from the start of the source; -1 for no place */
     EndCause cause;
+    int reason = 0; /* as of RunEnd */
 };
 
 /* Set right before RaiseError is called; cleared at the start of a run and when it is released, so

@@ -13,6 +13,7 @@ enum EndCause : uint8_t {
 struct RunEnd {
     const char *message;
     EndCause cause;
+    int reason = 0; /* errno of a file that cannot be opened, where the message lacks it */
 };
 
 /* Raises the message to the host. When the host's error operation returns, the run is given up: the

@@ -281,7 +281,7 @@ FoundFile find_private_file(const Node *place) {
 }
 
 SourceFile *open_method_file(const char *path, const Node *place) {
-    return open_called_source(path) == 0 ? load_opened_file(path, place) : nullptr;
+    return open_if_there(path) ? load_opened_file(path, place) : nullptr;
 }
 
 // path: null for none.
@@ -343,16 +343,18 @@ SourceFile *library_file(const char *text) {
     return find_once(&LibraryFiles, text, [=] { return read_library_file(text); });
 }
 
-// Only what is surely not there is none.
-static bool may_exist(const char *folder, const char *name) {
+// The run ends where that cannot be known.
+static bool exists(const char *folder, const char *name) {
+    const char *path = form_text("%s/%s.m", {folder, name});
     PathState state;
-    int cause = look_at(form_text("%s/%s.m", {folder, name}), &state);
-    return cause == 0 || !means_absent(cause);
+    int cause = look_at(path, &state);
+    if (cause != 0 && !means_absent(cause)) refuse_file(path, cause);
+    return cause == 0;
 }
 
 static bool find_on_disk(const char *name) {
     for (const SearchDirectory *at = search_directories(); at; at = at->next)
-        if (may_exist(at->directory, name)) return true;
+        if (exists(at->directory, name)) return true;
     return false;
 }
 
@@ -372,7 +374,7 @@ bool has_file(const Node *place) {
     if (find_method(nullptr, name) || find_constructor(name)) return true;
     if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
-    return (folder && may_exist(folder->path, name)) || is_on_path(name);
+    return (folder && exists(folder->path, name)) || is_on_path(name);
 }
 
 bool is_script_text(const char *path, const char *text, uint32_t length) {
