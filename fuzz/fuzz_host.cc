@@ -51,10 +51,10 @@ HostValue raise_error(const char *message, HostValue) {
 
 /* Texts that break forms: quotes, brackets and lines that do not end, names of others, nothing. */
 std::string odd_text(const char *asked, unsigned choice) {
-    static const char *const texts[] = {"",       " ",      "\n",  "\"",     "`",         "'",
-                                        "(",      "]",      "#",   "x\n\n#", "\x1b[31m",  "\xff\x80",
-                                        "a := b", "\\",     "end", "1",      "%1%s%n",    "A",
-                                        "A, A",   "proc()", "..",  "a, b",   "f(A)[A]\r", ";:"};
+    static const char *const texts[] = {
+        "",       " ",      "\n",       "\"",       "`",      "'",    "(",         "]",
+        "#",      "x\n\n#", "\x1b[31m", "\xff\x80", "a := b", "\\",   "end",       "1",
+        "%1%s%n", "A",      "A, A",     "proc()",   "..",     "a, b", "f(A)[A]\r", ";:"};
     constexpr unsigned COUNT = std::size(texts);
     choice %= COUNT + 6;
     if (choice < COUNT) return texts[choice];

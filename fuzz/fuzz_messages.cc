@@ -1,6 +1,6 @@
-/* What the tool says, in all its forms, of texts and names with any bytes: JSON is valid, a line is a
- * line, and nothing steers a terminal. What is written as JSON is a baseline that knows it all. The
- * first bytes of the input choose; a byte 255 begins the next text. */
+/* What the tool says, in all its forms, of texts and names with any bytes: JSON is valid, a line is
+ * a line, and nothing steers a terminal. What is written as JSON is a baseline that knows it all.
+ * The first bytes of the input choose; a byte 255 begins the next text. */
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>

@@ -1,7 +1,8 @@
 /* The entry for tools, with functions that answer oddly: files that are absent, broken or cut, that
  * have any bytes, or are other files than were asked for; paths that lead anywhere; texts and kinds
- * of every sort. The first bytes of the input choose; a byte 255 begins the next file. What a result
- * tells lies in its sources and in its text, and a second call with the same answers gives the same. */
+ * of every sort. The first bytes of the input choose; a byte 255 begins the next file. What a
+ * result tells lies in its sources and in its text, and a second call with the same answers gives
+ * the same. */
 #include <mtranslate_program.h>
 
 #include <algorithm>
@@ -16,12 +17,11 @@ using namespace mtranslate;
 namespace {
 
 constexpr std::size_t CHOICES = 24;
-constexpr const char *NAMES[] = {"main.m", "a.m",         "b.m",         "c.m", "private/d.m",
+constexpr const char *NAMES[] = {"main.m", "a.m",         "b.m",    "c.m",    "private/d.m",
                                  "+p/e.m", "@f/method.m", "@f/f.m", "sub/g.m"};
 
-constexpr const char *ODD_PATHS[] = {"",       "/",        ".m",   "sub/",   "@/a.m", "+/b.m",
-                                     "@f/.m",  "private/", "a",    "+p/@/m", "..",    "\xff.m",
-                                     "@f/@g.m"};
+constexpr const char *ODD_PATHS[] = {"",         "/", ".m",     "sub/", "@/a.m",  "+/b.m",  "@f/.m",
+                                     "private/", "a", "+p/@/m", "..",   "\xff.m", "@f/@g.m"};
 
 struct Caller {
     Choices choices;
@@ -215,10 +215,10 @@ void check_result(const mTranslateProgramRequest &request, const mTranslateProgr
           "a status that cannot be");
     check(is_done == !result.failure && is_done == !result.end, "a failure of nothing");
     check(is_done || result.text_length == 0, "a text of nothing");
-    const bool has_text = (request.flags & MTRANSLATE_TEXTS) != 0 && result.file_count > 0 &&
-                          result.files[0]->text;
-    Checked all{result, request.file && result.file_count > 0 ? result.files[0]->name : "", request.command ? request.command : "",
-                request.command || has_text};
+    const bool has_text =
+        (request.flags & MTRANSLATE_TEXTS) != 0 && result.file_count > 0 && result.files[0]->text;
+    Checked all{result, request.file && result.file_count > 0 ? result.files[0]->name : "",
+                request.command ? request.command : "", request.command || has_text};
     if (has_text && request.file)
         all.own_text = {result.files[0]->text, result.files[0]->text_length};
     check_messages(all);

@@ -1,7 +1,7 @@
 /* Whole runs whose allocations and system calls fail as the input plans it: once, from then on, or
  * now and then. The first bytes of the input choose; a byte 255 begins the next file. A run gives
- * what it gives without failures, or an error; it leaves no block and no open file, and the next run
- * is as in a fresh process. */
+ * what it gives without failures, or an error; it leaves no block and no open file, and the next
+ * run is as in a fresh process. */
 #include <dirent.h>
 #include <fcntl.h>
 #include <mtranslate_program.h>
@@ -228,11 +228,15 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
     static const ErrorExit exits[] = {ErrorExit::Throw, ErrorExit::Return, ErrorExit::Jump};
     static const int reasons[] = {EIO, EMFILE, ENOMEM, EACCES};
     const Folder folder;
-    write_files(folder.path,
-                {reinterpret_cast<const char *>(data) + CHOICES, size - CHOICES});
+    write_files(folder.path, {reinterpret_cast<const char *>(data) + CHOICES, size - CHOICES});
     Choices choices(data, CHOICES);
-    Run run{languages[choices.next() % 3], choices.flag(), 0, exits[choices.next() % 3],
-            folder.path + "/main.m", {}, {}};
+    Run run{languages[choices.next() % 3],
+            choices.flag(),
+            0,
+            exits[choices.next() % 3],
+            folder.path + "/main.m",
+            {},
+            {}};
     run.flags = choices.below(MTRANSLATE_COUNTS_ON) & ~MTRANSLATE_WITHOUT_DISK;
     const Outcome expected = outcome_of(run);
     const unsigned which = choices.next();

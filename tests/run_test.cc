@@ -140,8 +140,8 @@ TEST(HostCalls, take_strings_for_answers_alone) {
 TEST(HostCalls, may_be_answered_by_an_empty_name) {
     StandInHost host;
     host.translate_name("g", "");
-    const HostValue matlab[] = {host.values().equation(host.values().name("Language"),
-                                                       host.values().string("matlab"))};
+    const HostValue matlab[] = {
+        host.values().equation(host.values().name("Language"), host.values().string("matlab"))};
     EXPECT_EQ(translate(host, "command", "function f\nglobal g\ng = 1;\nend", matlab),
               "f := proc( )\n    global ;\n     := 1;\nend proc;\n");
 }

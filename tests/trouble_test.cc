@@ -64,6 +64,20 @@ TEST_F(Trouble, of_an_interrupt_leaves_whole_files_and_no_worker) {
     }
 }
 
+/* As of SIGHUP under nohup. */
+TEST_F(Trouble, of_an_ignored_signal_is_none) {
+    const std::string reset = "--default-signal=HUP,INT";
+    std::string start = START;
+    start.replace(start.find(reset), reset.size(), "--ignore-signal=HUP,INT");
+    check({{"{ " + start +
+                "kill -HUP $batch; kill -INT $batch; sleep 0.1; : > t/b.m; wait $batch; echo $?; } "
+                "2> /dev/null; cat e",
+            0,
+            "0\n" + summary("3 of 3 files: 3 without errors or gaps, 0 with gaps, 0 with errors, 0 "
+                            "failed; 3 written"),
+            ""}});
+}
+
 TEST_F(Trouble, with_processes_costs_no_other_file) {
     for (const char *name : {"a", "b", "c"})
         write(directory / "s" / (std::string(name) + ".m"), "x = 1;\n");
@@ -188,7 +202,9 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
     write(directory / "b/called.m", "x = 1;\n");
     write(directory / "k/main.m", "f(1);\n");
     write(directory / "k/@box/f.m", "function f(box)\nend\n");
-    write(directory / "s/n.m", "function n(a)\nif nargin < 1, a = 1; end\nb = a\nend\n");
+    write(directory / "c/main.m", "b = box(1);\n");
+    write(directory / "c/@box/box.m", "function b = box(x)\nb = class(struct('x', x), 'box');\n");
+    write(directory / "n/n.m", "function n(a)\nif nargin < 1, a = 1; end\nb = a\nend\n");
     const std::string own = "f := proc( own )\nend proc;\n\nf(1);\n";
     check({
         {"AT=/private trouble stat s/main.m", 0, own, ""},
@@ -204,11 +220,11 @@ TEST_F(Trouble, of_looking_at_a_file_does_not_hide_it) {
                  "0 written")},
         {"AT=@box trouble opendir k/main.m", 3, "",
          "mtranslate: error: unable to open k/@box: Input/output error\n"},
-        {"AT=@box/f.m trouble open k/main.m", 3, "",
-         "mtranslate: error: unable to open k/@box/f.m: Too many open files\n"},
+        {"AT=@box/box.m trouble open c/main.m", 3, "",
+         "mtranslate: error: unable to open c/@box/box.m: Too many open files\n"},
         // whether nargin is the language's own
-        {"AT=nargin.m trouble stat s/n.m", 3, "",
-         "mtranslate: error: unable to open s/nargin.m: Input/output error\n"},
+        {"AT=nargin.m trouble stat n/n.m", 3, "",
+         "mtranslate: error: unable to open n/nargin.m: Input/output error\n"},
         {"AFTER=1 trouble readdir k/main.m", 3, "",
          "mtranslate: error: unable to open k: Input/output error\n"},
         {"touch s/.gitignore; AT=s/.gitignore trouble stat check s 2>&1 | sed \"s:'/.*/s/:'s/:\"",

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <vector>
 
@@ -39,7 +40,8 @@ int run_diff(std::vector<std::string> words, int output) {
     posix_spawn_file_actions_destroy(&actions);
     if (errno != 0) fail("cannot run diff");
     int status = 0;
-    waitpid(process, &status, 0);
+    while (waitpid(process, &status, 0) < 0)
+        if (errno != EINTR) fail("cannot wait for diff");
     return WIFEXITED(status) ? WEXITSTATUS(status) : 2;
 }
 

@@ -49,8 +49,7 @@ void OutputFolder::check(const std::string &output) const {
     const bool is_link = is_there && S_ISLNK(status.st_mode);
     int reason = 0;
     const bool is_held = limit_.empty() || holds(output, is_link, reason);
-    if (reason != 0)
-        throw FileError("cannot write '" + output + "': " + std::strerror(reason));
+    if (reason != 0) throw FileError("cannot write '" + output + "': " + std::strerror(reason));
     if (!is_held)
         throw FileError("its output '" + output + "' leads out of the folder '" + limit_ + '\'');
     if (!is_there || (is_link && stat(output.c_str(), &status) != 0)) return;

@@ -49,14 +49,15 @@ Json map_of(const ReportFile &file) {
     return map;
 }
 
-/* Null where the source cannot be read again, or may not be. */
+/* Null where the source is there no more, or may not be shown. Throws FileError where it cannot be
+ * read again. */
 Json texts_of(const ReportFile &file) {
     if (file.state == FileState::Failed) return nullptr;
-    const auto source = read_regular_file(file.path);
+    const auto source = read_file_if_there(file.path);
     if (!source) return nullptr;
     Json texts = {{"source", readable(*source)}};
     auto translation = file.translation;
-    if (!translation && !file.output.empty()) translation = read_regular_file(file.output);
+    if (!translation && !file.output.empty()) translation = read_file_if_there(file.output);
     if (!translation) return texts;
     texts["translation"] = readable(*translation);
     texts["map"] = map_of(file);

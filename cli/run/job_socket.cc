@@ -48,6 +48,7 @@ ResultInPieces::State ResultInPieces::take(int socket) {
         const ssize_t count = recv(socket, block.data(), block.size(), MSG_DONTWAIT);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return State::Awaited;
+        if (count == 0) errno = ECONNRESET;
         if (count <= 0) return State::Broken;
         bytes_.append(block.data(), static_cast<std::size_t>(count));
     }

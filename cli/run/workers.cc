@@ -271,6 +271,8 @@ private:
             note_result(*worker);
             give_job(*worker);
         } else {
+            if (state == ResultInPieces::State::Broken && errno != ECONNRESET)
+                worker->trouble = std::string("its result cannot be read: ") + strerror(errno);
             const std::size_t job = worker->job.value();
             ends_[job] = JobEnd{false, "", bury(worker)};
         }

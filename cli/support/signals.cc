@@ -22,7 +22,11 @@ void end(int signal) {
 sigset_t ending_signals() {
     sigset_t ending;
     sigemptyset(&ending);
-    for (const int signal : ENDING_SIGNALS) sigaddset(&ending, signal);
+    for (const int signal : ENDING_SIGNALS) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_IGN) sigaddset(&ending, signal);
+    }
     return ending;
 }
 

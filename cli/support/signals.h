@@ -5,7 +5,7 @@
 
 namespace mtranslate {
 
-/* All of them. */
+/* All of them but those that the process ignores, as under nohup. */
 sigset_t ending_signals();
 
 /* Keeps them waiting for as long as this lives. Leaves errno as it is. */
