@@ -49,10 +49,12 @@ OwnedResult *new_owned_result() {
     return owned;
 }
 
-// The run tells of an observer's trouble when it has ended: none may end it.
+// The run tells of an observer's trouble when it has ended: none may end it. After that nothing is
+// noted: what has been is not whole.
 template <typename Work>
 void observe(void *context, Work work) {
     ProgramRun *run = static_cast<ProgramRun *>(context);
+    if (run->lacks_memory) return;
     try {
         work(run);
     } catch (...) {
