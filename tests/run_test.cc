@@ -143,7 +143,7 @@ TEST(HostCalls, may_be_answered_by_an_empty_name) {
     const HostValue matlab[] = {
         host.values().equation(host.values().name("Language"), host.values().string("matlab"))};
     EXPECT_EQ(translate(host, "command", "function f\nglobal g\ng = 1;\nend", matlab),
-              "f := proc( )\n    global ;\n     := 1;\nend proc;\n");
+              "f := proc(  )\n    global ;\n\n     := 1;\nend proc;\n\n");
 }
 
 /* The files of a program, and a file run's translation of them, each procedure and statement
