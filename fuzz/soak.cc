@@ -128,6 +128,7 @@ std::string said_by_fresh(const Run &run) {
 /* As many in one process, which is a host that lives long. */
 void check_sequence(const std::vector<Run> &runs) {
     std::vector<std::string> expected;
+    expected.reserve(runs.size());
     for (const Run &run : runs) expected.push_back(said_by_fresh(run));
     in_process([&] {
         for (std::size_t i = 0; i < runs.size(); ++i) {
@@ -181,21 +182,32 @@ Run random_run(Random &random, const std::vector<std::string> &texts) {
     return run;
 }
 
-}  // namespace
-
-int main(int argument_count, char **arguments) {
-    if (argument_count < 4) return 2;
-    file_of("");  // of one name in all processes
-    Random random(static_cast<unsigned>(std::strtoul(arguments[2], nullptr, 10)));
-    const std::vector<std::string> texts = texts_of(arguments + 3);
-    const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::seconds(std::strtol(arguments[1], nullptr, 10));
+/* How many runs there were. */
+long soak(std::chrono::seconds time, Random random, char **folders) {
+    const std::vector<std::string> texts = texts_of(folders);
+    const auto end = std::chrono::steady_clock::now() + time;
     long count = 0;
     for (; std::chrono::steady_clock::now() < end; count += SEQUENCE) {
         std::vector<Run> runs;
+        runs.reserve(SEQUENCE);
         for (int i = 0; i < SEQUENCE; ++i) runs.push_back(random_run(random, texts));
         check_sequence(runs);
     }
-    std::printf("%ld runs\n", count);
+    return count;
+}
+
+}  // namespace
+
+int main(int count, char **arguments) {
+    if (count < 4) return 2;
+    try {
+        file_of("");  // of one name in all processes
+        const Random random(static_cast<unsigned>(std::strtoul(arguments[2], nullptr, 10)));
+        const std::chrono::seconds time(std::strtol(arguments[1], nullptr, 10));
+        std::printf("%ld runs\n", soak(time, random, arguments + 3));
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
     return 0;
 }
