@@ -30,7 +30,7 @@ Diagnostic diagnostic_of(Choices &choices, const std::string *texts) {
     one.severity = static_cast<MessageSeverity>(choices.next() % 4);
     one.file = texts[0];
     one.text = texts[1];
-    one.operands = {texts[2], choices.flag() ? std::string(FOUND_IN_CLASSES) : ""};
+    one.operands = {texts[2], choices.flag() ? std::string(MTRANSLATE_FOUND_IN_CLASSES) : ""};
     one.line = choices.next() % 3;
     one.column = one.line > 0 ? choices.next() % 200 : 0;
     one.end_column = one.column + choices.next();
