@@ -42,7 +42,9 @@ private:
             const auto gain = gains.find(entry.first);
             return std::pair(gain == gains.end() ? 0 : gain->second, entry.second->count);
         };
-        const auto best = std::ranges::max_element(left_, {}, merit);
+        const auto best =
+            std::max_element(left_.begin(), left_.end(),
+                             [&](const auto &a, const auto &b) { return merit(a) < merit(b); });
         const Candidate chosen{best->second, merit(*best).first};
         left_.erase(best);
         answer(chosen.function->name);
@@ -94,7 +96,7 @@ void write_obstacles(std::ostream &to, const std::vector<MessageKind> &kinds) {
     for (const MessageKind &kind : kinds)
         if (kind.severity != SEVERITY_NOTE && kind.code != "MT401") shown.push_back(kind);
     if (shown.empty()) return;
-    std::ranges::stable_sort(shown, std::greater(), &MessageKind::count);
+    sort_by_count(shown);
     to << "\nWhat stands in the way (mtranslate explain CODE tells more)\n"
           "       times     files\n";
     for (std::size_t i = 0; i < std::min(shown.size(), MOST_MESSAGES); ++i)

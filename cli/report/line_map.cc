@@ -16,8 +16,9 @@ LineMap line_map_of(const mTranslateProgramResult &result, const RunFiles &files
                        place.line, files.column(place), place.end_line, files.end_column(place),
                        piece.first_line, piece.last_line});
     }
-    std::ranges::stable_sort(map, {}, [](const MappedLines &lines) {
-        return std::tie(lines.first, lines.file, lines.line, lines.column);
+    std::stable_sort(map.begin(), map.end(), [](const MappedLines &a, const MappedLines &b) {
+        return std::tie(a.first, a.file, a.line, a.column) <
+               std::tie(b.first, b.file, b.line, b.column);
     });
     return map;
 }

@@ -4,28 +4,10 @@
 #include <algorithm>
 
 #include "cli/files/file_index.h"
-#include "cli/files/files.h"
-#include "cli/files/output.h"
-#include "cli/report/report_summary.h"
 
 namespace mtranslate {
 
 namespace {
-
-/* How reports are written, by the endings of their files. */
-struct Form {
-    const char *ending;
-    std::string (*text)(const Report &report);
-    bool shows_translations;
-};
-constexpr Form FORMS[] = {
-    {".json", report_json, false}, {".md", report_markdown, false}, {".html", report_page, true}};
-
-const Form *form_of(const std::string &path) {
-    const auto *form = std::ranges::find_if(
-        FORMS, [&](const Form &candidate) { return path.ends_with(candidate.ending); });
-    return form == std::end(FORMS) ? nullptr : form;
-}
 
 /* Functions that calls of a file found elsewhere only by the files of other reports. */
 class Resolution {
@@ -95,7 +77,8 @@ FileState state_of(const Diagnostics &diagnostics) {
 }
 
 void sort_report(Report &report) {
-    std::ranges::stable_sort(report.files, {}, &ReportFile::path);
+    std::stable_sort(report.files.begin(), report.files.end(),
+                     [](const ReportFile &a, const ReportFile &b) { return a.path < b.path; });
     const auto is_same = [](const ReportFile &a, const ReportFile &b) { return a.path == b.path; };
     report.files.erase(std::unique(report.files.begin(), report.files.end(), is_same),
                        report.files.end());
@@ -116,17 +99,6 @@ Report merge_reports(std::vector<Report> reports) {
         join_waiting(file.facts);
     }
     return merged;
-}
-
-void write_report(const Report &report, const std::string &path) {
-    Output(path).write(form_of(path)->text(report));
-}
-
-bool is_report_path(const std::string &path) { return form_of(path) != nullptr; }
-
-bool shows_translations(const std::string &path) {
-    const Form *form = form_of(path);
-    return form && form->shows_translations;
 }
 
 }  // namespace mtranslate

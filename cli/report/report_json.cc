@@ -4,6 +4,8 @@
 #include <algorithm>
 
 #include "cli/files/files.h"
+#include "cli/messages/explain.h"
+#include "cli/report/assess.h"
 #include "cli/report/statistics_json.h"
 
 namespace mtranslate {
@@ -120,31 +122,31 @@ Diagnostic diagnostic_from(const Json &json, const std::string &path) {
     return diagnostic;
 }
 
-ReportFile file_from(const Json &json) {
-    ReportFile file;
-    json.get_to(file.facts);
-    json.at("path").get_to(file.path);
-    file.output = json.value("output", "");
-    file.state = static_cast<FileState>(place_in(STATES, json.at("state").get<std::string>()));
-    for (const Json &message : json.at("messages"))
-        file.diagnostics.push_back(diagnostic_from(message, file.path));
-    for (const auto &[title, count] : json.at("rules").items())
-        file.rules_used[title] = count.get<std::size_t>();
-    for (const CallFact &call : file.facts.calls)
-        if (call.in < -1 || call.in >= static_cast<int>(file.facts.functions.size()))
-            throw FileError("a call is in no function of its file");
-    return file;
-}
-
 Report report_from(const Json &json) {
     if (json.at("format") != FORMAT) throw FileError("it is another format");
     if (json.at("version") != VERSION_OF_FORMAT) throw FileError("it is of another version");
     Report report;
     json.at("interrupted").get_to(report.is_interrupted);
-    for (const Json &file : json.at("files")) report.files.push_back(file_from(file));
+    for (const Json &file : json.at("files")) report.files.push_back(report_file_of(file));
     for (const Json &rule : json.at("rules"))
         report.rules.insert(rule.at("title").get<std::string>());
     return report;
+}
+
+Json advice_of(const Report &report, const ReportSummary &summary) {
+    Json advice = Json::array();
+    for (const Candidate &candidate : candidates(report, summary))
+        advice.push_back({{"name", candidate.function->name}, {"completed", candidate.completed}});
+    return advice;
+}
+
+/* What the codes mean that occur, by code. */
+Json explanations_of(const ReportSummary &summary) {
+    Json explanations = Json::object();
+    for (const MessageKind &kind : summary.messages)
+        if (const auto text = explanation(kind.code); !kind.code.empty() && text)
+            explanations[kind.code] = *text;
+    return explanations;
 }
 
 }  // namespace
@@ -163,6 +165,22 @@ Json file_json(const ReportFile &file) {
     return json;
 }
 
+ReportFile report_file_of(const Json &json) {
+    ReportFile file;
+    json.get_to(file.facts);
+    json.at("path").get_to(file.path);
+    file.output = json.value("output", "");
+    file.state = static_cast<FileState>(place_in(STATES, json.at("state").get<std::string>()));
+    for (const Json &message : json.at("messages"))
+        file.diagnostics.push_back(diagnostic_from(message, file.path));
+    for (const auto &[title, count] : json.at("rules").items())
+        file.rules_used[title] = count.get<std::size_t>();
+    for (const CallFact &call : file.facts.calls)
+        if (call.in < -1 || call.in >= static_cast<int>(file.facts.functions.size()))
+            throw FileError("a call is in no function of its file");
+    return file;
+}
+
 Json head_json(const Report &report, const ReportSummary &summary) {
     return {{"format", FORMAT},
             {"version", VERSION_OF_FORMAT},
@@ -172,6 +190,15 @@ Json head_json(const Report &report, const ReportSummary &summary) {
             {"messages", summary.messages},
             {"unassigned", summary.unassigned},
             {"rules", summary.rules}};
+}
+
+Json page_head_json(const Report &report) {
+    const ReportSummary summary = summarise(report);
+    Json head = head_json(report, summary);
+    head["advice"] = advice_of(report, summary);
+    head["explanations"] = explanations_of(summary);
+    head["sources"] = report.shows_sources;
+    return head;
 }
 
 std::string text_of(const Json &json, int indent) {

@@ -10,8 +10,12 @@ namespace mtranslate {
 
 /* The report but for its files. */
 nlohmann::ordered_json head_json(const Report &report, const ReportSummary &summary);
+/* Likewise, with what a page needs besides. */
+nlohmann::ordered_json page_head_json(const Report &report);
 /* One of its files. */
 nlohmann::ordered_json file_json(const ReportFile &file);
+/* One of the files that file_json has told. Throws FileError, or an error of the JSON library. */
+ReportFile report_file_of(const nlohmann::ordered_json &json);
 /* As text, indented by indent or in one line (-1); paths may be any bytes. */
 std::string text_of(const nlohmann::ordered_json &json, int indent = -1);
 

@@ -18,10 +18,7 @@ void write(const Report &report, const std::string &path, const std::string &gra
 
 }  // namespace
 
-void ReportOutput::add(const Rules &rules) {
-    for (const Rule *rule : rules.of_names()) report_.rules.insert(title_of(*rule));
-    for (const Rule *rule : rules.of_functions()) report_.rules.insert(title_of(*rule));
-}
+void ReportOutput::add(const Rules &rules) { report_.rules.merge(rules.titles()); }
 
 void ReportOutput::add(const std::string &path, const std::string &output,
                        const FileResult &result) {

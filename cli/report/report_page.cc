@@ -1,8 +1,6 @@
 /* Reports as a page: the files of page/ with the report's JSON, and the texts of files in packs of
  * their own, which the page opens when they are wanted. */
 #include "cli/files/files.h"
-#include "cli/messages/explain.h"
-#include "cli/report/assess.h"
 #include "cli/report/page/packed.h"
 #include "cli/report/report_json.h"
 #include "cli/report/statistics_json.h"
@@ -102,31 +100,10 @@ private:
     std::size_t count_ = 0; /* of the texts in the pack */
 };
 
-Json advice_of(const Report &report, const ReportSummary &summary) {
-    Json advice = Json::array();
-    for (const Candidate &candidate : candidates(report, summary))
-        advice.push_back({{"name", candidate.function->name}, {"completed", candidate.completed}});
-    return advice;
-}
-
-/* What the codes mean that occur, by code. */
-Json explanations_of(const ReportSummary &summary) {
-    Json explanations = Json::object();
-    for (const MessageKind &kind : summary.messages)
-        if (const auto text = explanation(kind.code); !kind.code.empty() && text)
-            explanations[kind.code] = *text;
-    return explanations;
-}
-
 /* The report as the page reads it: without maps, which go with the texts. */
 std::string packed_report(const Report &report, const Packs &packs) {
-    const ReportSummary summary = summarise(report);
-    Json head = head_json(report, summary);
-    head["advice"] = advice_of(report, summary);
-    head["explanations"] = explanations_of(summary);
-    head["sources"] = report.shows_sources;
     PackedText packed;
-    std::string text = text_of(head);
+    std::string text = text_of(page_head_json(report));
     text.pop_back();
     packed.add(text + ",\"files\":[");
     for (std::size_t i = 0; i < report.files.size(); ++i) {
@@ -162,7 +139,7 @@ std::string report_page(const Report &report) {
     for (const std::string_view script :
          {elements_js, tables_js, places_js, call_graph_js, source_view_js, files_js, views_js})
         scripts.append(script) += '\n';
-    return filled(page_html, {{"STYLE", std::string(page_css)},
+    return filled(page_html, {{"STYLE", std::string(palette_css).append(page_css)},
                               {"REPORT", packed_report(report, packs)},
                               {"TEXTS", packs.elements()},
                               {"UNPACK", std::string(unpack_js)},

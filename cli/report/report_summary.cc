@@ -1,7 +1,6 @@
 /* Sums over the files of a report. */
 #include "cli/report/report_summary.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <set>
@@ -46,7 +45,7 @@ public:
             list.push_back(function);
             list.back().name = name;
         }
-        std::ranges::stable_sort(list, std::greater(), &UnresolvedFunction::count);
+        sort_by_count(list);
         return list;
     }
 
@@ -78,7 +77,7 @@ public:
         std::vector<MessageKind> list;
         for (const auto &[key, kind] : kinds_)
             list.push_back({key.second, key.first, kind.count, kind.files});
-        std::ranges::stable_sort(list, [](const MessageKind &a, const MessageKind &b) {
+        std::stable_sort(list.begin(), list.end(), [](const MessageKind &a, const MessageKind &b) {
             return std::tuple(a.severity, b.count) < std::tuple(b.severity, a.count);
         });
         return list;
@@ -88,9 +87,14 @@ private:
     std::map<std::pair<MessageSeverity, std::string>, MessageKind> kinds_;
 };
 
+bool is_unassigned(const Diagnostic &diagnostic) {
+    return std::find(UNASSIGNED_CODES.begin(), UNASSIGNED_CODES.end(), diagnostic.code) !=
+           UNASSIGNED_CODES.end();
+}
+
 void add_unassigned(std::vector<UnassignedName> &names, const ReportFile &file) {
     for (const Diagnostic &diagnostic : file.diagnostics)
-        if (std::ranges::find(UNASSIGNED_CODES, diagnostic.code) != UNASSIGNED_CODES.end())
+        if (is_unassigned(diagnostic))
             names.push_back({diagnostic.operands.at(0),
                              diagnostic.code,
                              {diagnostic.file, diagnostic.line, diagnostic.column}});
@@ -104,7 +108,7 @@ std::vector<RuleUse> used_rules(const Report &report) {
     std::vector<RuleUse> list;
     list.reserve(counts.size());
     for (const auto &[title, count] : counts) list.push_back({title, count});
-    std::ranges::stable_sort(list, std::greater(), &RuleUse::count);
+    sort_by_count(list);
     return list;
 }
 

@@ -1,6 +1,8 @@
 /* What a report says about all its files together. */
 #pragma once
 
+#include <algorithm>
+
 #include "cli/report/report.h"
 
 namespace mtranslate {
@@ -62,6 +64,13 @@ struct ReportSummary {
     std::vector<UnassignedName> unassigned;     /* by place */
     std::vector<RuleUse> rules;                 /* most used first, then by title */
 };
+
+/* The largest counts first; those with the same one stay as they are. */
+template <class Counted>
+void sort_by_count(std::vector<Counted> &list) {
+    std::stable_sort(list.begin(), list.end(),
+                     [](const Counted &a, const Counted &b) { return a.count > b.count; });
+}
 
 ReportSummary summarise(const Report &report);
 

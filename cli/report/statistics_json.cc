@@ -74,7 +74,8 @@ void to_json(Json &json, const MappedLines &lines) {
 }
 
 static void from_json(const Json &json, MappedLines &lines) {
-    const auto *kind = std::ranges::find(LINE_KINDS, json.at("kind").get<std::string>());
+    const auto *kind =
+        std::find(std::begin(LINE_KINDS), std::end(LINE_KINDS), json.at("kind").get<std::string>());
     if (kind == std::end(LINE_KINDS)) throw FileError("a map has an unknown kind");
     lines.kind = static_cast<std::int32_t>(kind - LINE_KINDS);
     lines.file = json.value("file", "");

@@ -72,7 +72,7 @@ private:
     bool is_block_mark(char brace) const {
         const std::string_view line = rest_of_line();
         return is_first_on_line() && line.size() >= 2 && line[1] == brace &&
-               std::ranges::all_of(line.substr(2), is_blank);
+               std::all_of(line.begin() + 2, line.end(), is_blank);
     }
 
     void skip_line() { at_ += rest_of_line().size(); }
@@ -120,7 +120,8 @@ private:
     }
 
     void end_statement() {
-        if (length_ > 0 && std::ranges::find(NO_STATEMENTS, first_word_) == NO_STATEMENTS.end())
+        if (length_ > 0 && std::find(NO_STATEMENTS.begin(), NO_STATEMENTS.end(), first_word_) ==
+                               NO_STATEMENTS.end())
             ++count_;
         first_word_.clear();
         length_ = 0;

@@ -44,4 +44,11 @@ std::vector<const Rule *> Rules::of_functions() const { return all_of(functions_
 
 std::vector<const Rule *> Rules::of_forms() const { return all_of(forms_); }
 
+std::set<std::string> Rules::titles() const {
+    std::set<std::string> titles;
+    for (const Rule *rule : of_names()) titles.insert(title_of(*rule));
+    for (const Rule *rule : of_functions()) titles.insert(title_of(*rule));
+    return titles;
+}
+
 }  // namespace mtranslate

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,8 @@ public:
     std::vector<const Rule *> of_names() const;
     std::vector<const Rule *> of_functions() const;
     std::vector<const Rule *> of_forms() const;
+    /* The titles (call_forms.h) of those of names and of functions. */
+    std::set<std::string> titles() const;
     bool is_empty() const { return names_.empty() && functions_.empty() && forms_.empty(); }
 
 private:
