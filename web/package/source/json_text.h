@@ -22,6 +22,8 @@ public:
     JsonText &number(std::int64_t value);
     JsonText &truth(bool value) { return word(value ? "true" : "false"); }
     JsonText &null() { return word("null"); }
+    /* A value that is JSON already. */
+    JsonText &json(std::string_view value) { return word(value); }
     /* Null for null. */
     JsonText &string_or_null(const char *value) { return value ? string(value) : null(); }
 

@@ -16,6 +16,7 @@
 #include "web/package/source/json_text.h"
 #include "web/package/source/questions.h"
 #include "web/package/source/result_json.h"
+#include "web/package/source/tree_report.h"
 
 namespace mtranslate::web {
 
@@ -92,6 +93,19 @@ std::vector<const char *> pointers_of(const std::vector<std::string> &texts) {
     return pointers;
 }
 
+/* Without the lists that only the report needs. */
+mTranslateProgramResult told_of(const mTranslateProgramResult &result, std::uint32_t flags) {
+    mTranslateProgramResult told = result;
+    const bool has_details = (flags & MTRANSLATE_DETAILS) != 0;
+    if (!has_details && (flags & MTRANSLATE_PIECES) == 0) told.piece_count = 0;
+    if (!has_details && (flags & MTRANSLATE_OUTLINE) == 0) {
+        told.function_count = told.statement_count = told.call_count = told.comment_count = 0;
+        told.statistics = nullptr;
+    }
+    if ((flags & MTRANSLATE_TEXTS) == 0) told.file_count = 0;
+    return told;
+}
+
 /* texts: the command, if there is one, and after it those of the sources. Throws
  * ConfigurationError. */
 const Output *translate(const Json &wanted, const char *texts) {
@@ -106,14 +120,19 @@ const Output *translate(const Json &wanted, const char *texts) {
     const Rules &rules =
         rules_of(wanted.at("rulesName").get<std::string>(), wanted.at("rules").get<std::string>());
     RuleAnswers answers(rules, true);
+    const auto *index =
+        reinterpret_cast<const FileIndex *>(wanted.value("index", std::uintptr_t{0}));
+    const auto flags = wanted.at("flags").get<std::uint32_t>();
+    const auto output = wanted.value("output", std::string());
     const Json &asks = wanted.at("asks");
     Questions questions(
         {asks.at("read"), asks.at("answer"), asks.at("find"), asks.at("resultKind")}, answers,
-        reinterpret_cast<const FileIndex *>(wanted.value("index", std::uintptr_t{0})));
+        index);
 
     mTranslateProgramRequest request{};
     request.size = sizeof request;
-    request.flags = wanted.at("flags").get<std::uint32_t>() | MTRANSLATE_WITHOUT_DISK;
+    request.flags = flags | MTRANSLATE_WITHOUT_DISK;
+    if (!output.empty()) request.flags |= FLAGS_OF_REPORT;
     if (language != "classic" && rules.find_form("display")) request.flags |= MTRANSLATE_DISPLAYS;
     (wanted.contains("file") ? request.file : request.command) =
         wanted.contains("file") ? file.c_str() : command.c_str();
@@ -126,7 +145,11 @@ const Output *translate(const Json &wanted, const char *texts) {
     questions.enter(request);
     Last.result.reset(mTranslateProgram(&request));
     JsonText json;
-    write_result(json, *Last.result, answers);
+    if (output.empty())
+        write_result(json, *Last.result, answers, "");
+    else
+        write_result(json, told_of(*Last.result, flags), answers,
+                     file_report(*Last.result, file, output, answers, index));
     return keep(json.release());
 }
 
@@ -149,6 +172,13 @@ const Output *make_index(const Json &names) {
     json.close(']').key("index");
     json.number(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(index.release())));
     return keep(json.close('}').release());
+}
+
+/* Throws ConfigurationError. */
+const Output *report(const nlohmann::ordered_json &wanted) {
+    const Rules &rules =
+        rules_of(wanted.at("rulesName").get<std::string>(), wanted.at("rules").get<std::string>());
+    return keep(report_head(wanted.at("files"), rules, wanted.at("interrupted").get<bool>()));
 }
 
 /* What work gives, or its error: none leaves the module. */
@@ -189,6 +219,11 @@ const Output *module_message_kinds() {
 
 const Output *module_make_index(const char *json, std::size_t length) {
     return attempt([=] { return make_index(parsed(json, length)); });
+}
+
+const Output *module_report(const char *json, std::size_t length) {
+    return attempt(
+        [=] { return report(nlohmann::ordered_json::parse(std::string_view(json, length))); });
 }
 
 void module_free_index(const FileIndex *index) { delete index; }

@@ -27,7 +27,8 @@ class Writer {
 public:
     explicit Writer(JsonText &json) : json_(json) {}
 
-    void write(const mTranslateProgramResult &result, const RuleAnswers &rules) {
+    void write(const mTranslateProgramResult &result, const RuleAnswers &rules,
+               const std::string &report) {
         json_.open('{').key("status");
         write_word(STATUSES, result.status);
         json_.key("failure").string_or_null(result.failure);
@@ -47,6 +48,7 @@ public:
         write(result.statistics);
         json_.key("tree").string_or_null(result.tree).key("values").string_or_null(result.values);
         write_rules(rules);
+        json_.key("report").json(report.empty() ? "null" : report);
         json_.close('}');
     }
 
@@ -248,8 +250,9 @@ private:
 
 }  // namespace
 
-void write_result(JsonText &json, const mTranslateProgramResult &result, const RuleAnswers &rules) {
-    Writer(json).write(result, rules);
+void write_result(JsonText &json, const mTranslateProgramResult &result, const RuleAnswers &rules,
+                  const std::string &report) {
+    Writer(json).write(result, rules, report);
 }
 
 void write_message_kinds(JsonText &json) { Writer(json).write_message_kinds(); }

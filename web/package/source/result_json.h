@@ -9,7 +9,9 @@
 namespace mtranslate::web {
 
 /* All of the result but its text. */
-void write_result(JsonText &json, const mTranslateProgramResult &result, const RuleAnswers &rules);
+/* report: JSON of the file for a report; empty for null. */
+void write_result(JsonText &json, const mTranslateProgramResult &result, const RuleAnswers &rules,
+                  const std::string &report);
 /* A list of all kinds of messages. */
 void write_message_kinds(JsonText &json);
 

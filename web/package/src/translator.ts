@@ -1,10 +1,14 @@
 /* The library's functions for JavaScript. */
+import { failedReport } from './failed_report.js';
 import { LostInstance, Module, toBytes, toText, type Asked, type Output } from './module.js';
 import {
     RulesError,
+    type FileReport,
     type Files,
     type MessageKind,
     type Options,
+    type ReportHead,
+    type ReportOptions,
     type Request,
     type Result,
     type Status,
@@ -82,6 +86,8 @@ interface Program {
     files: FileMap;
     options: Options;
     index?: number;
+    /** Where the translation will be, for a report. */
+    output?: string;
 }
 
 function requestOf(program: Program): { json: object; texts: Uint8Array[] } {
@@ -92,6 +98,7 @@ function requestOf(program: Program): { json: object; texts: Uint8Array[] } {
     const json = {
         ...(file === undefined ? { commandLength: command[0]!.length } : { file: shortest(file) }),
         ...(program.index === undefined ? {} : { index: program.index }),
+        ...(program.output === undefined ? {} : { output: program.output }),
         language: options.language ?? 'matlab',
         flags: flagsOf(options),
         folders: options.folders ?? [],
@@ -132,6 +139,7 @@ function resultWithout(status: Status, failure: string): Result {
         tree: null,
         values: null,
         rules: { used: [], unanswered: [] },
+        report: null,
     };
 }
 
@@ -186,12 +194,17 @@ class Tree {
         return names;
     }
 
-    translate(file: string): Result {
-        if (this.options.closure) return run(this.#module, { file, files: this.files, options: this.#wanted });
-        if (this.#generation !== this.#module.generation) this.#makeIndex();
-        const result = run(this.#module, {
+    translate(file: string, output: string): Result {
+        const program = {
             file,
             files: this.files,
+            options: this.#wanted,
+            ...(this.options.report ? { output } : {}),
+        };
+        if (this.options.closure) return run(this.#module, program);
+        if (this.#generation !== this.#module.generation) this.#makeIndex();
+        const result = run(this.#module, {
+            ...program,
             options: { ...this.#wanted, libraryApart: true },
             index: this.#index,
         });
@@ -252,7 +265,8 @@ export class Translator {
             owners.set(output, owner ?? file);
             const result = owner
                 ? resultWithout('invalid', `its output '${output}' is that of '${owner}'`)
-                : tree.translate(file);
+                : tree.translate(file, output);
+            if (options.report) result.report ??= failedReport(file, result.failure ?? '');
             needsLibrary ||= result.needsLibrary;
             yield { file, output, result, done: at + 1, count };
             if (Date.now() - since < LONGEST_BLOCK) continue;
@@ -260,6 +274,16 @@ export class Translator {
             since = Date.now();
         }
         if (needsLibrary) yield { file: null, output: library, result: tree.library(), done: count, count };
+    }
+
+    /** The report of a tree but for its files. files: the reports of the results of translateTree. */
+    report(files: readonly FileReport[], options: ReportOptions = {}): ReportHead {
+        const { rules = '', rulesName = 'rules', interrupted = false } = options;
+        const output = this.#module.call('module_report', { files, rules, rulesName, interrupted });
+        const json = output.json as ReportHead & { error?: string; message: string };
+        if (json.error === 'rules') throw new RulesError(json.message);
+        if (json.error !== undefined) throw new TypeError(json.message);
+        return json;
     }
 
     /** All kinds of messages, by their codes. */

@@ -256,11 +256,41 @@ export interface Result {
     tree: string | null;
     values: string | null;
     rules: RulesUse;
+    /** Where the option `report` of translateTree asks for it. */
+    report: FileReport | null;
+}
+
+/** A file as the tool's report in JSON has it: docs/report.schema.json. */
+export interface FileReport {
+    path: string;
+    output?: string;
+    state: 'translated' | 'gaps' | 'errors' | 'failed';
+    lines: number;
+    bytes: number;
+    messages: { severity: Severity; code?: string; message: string; file?: string; line?: number }[];
+    map: { kind: string; file?: string; line: number; endLine: number; first: number; last: number }[];
+    [field: string]: unknown;
+}
+
+export interface ReportOptions {
+    rules?: string;
+    rulesName?: string;
+    /** Whether files are missing that were asked for. */
+    interrupted?: boolean;
+}
+
+/** A report but for its files, with what its page shows besides: what to do first, and the
+ * explanations of the messages. */
+export interface ReportHead {
+    format: 'mtranslate report';
+    [field: string]: unknown;
 }
 
 export interface TreeOptions extends Omit<Options, 'find' | 'libraryApart' | 'wholeLibrary'> {
     /** Of the outputs' names; by default ".txt". */
     suffix?: string;
+    /** Whether results have what a report says of their files. */
+    report?: boolean;
     /** Whether each output holds the functions that its file calls. */
     closure?: boolean;
     /** Stops between two files: the generator throws the signal's reason. */
