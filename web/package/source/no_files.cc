@@ -30,7 +30,9 @@ std::string path_of(const Descriptor &) { return ""; }
 
 std::optional<std::string> read_regular_file(const std::string &) { return std::nullopt; }
 
-bool is_within(const std::filesystem::path &, const std::filesystem::path &) { return false; }
+bool is_within(const std::filesystem::path &, const std::filesystem::path &, int *) {
+    return false;
+}
 
 std::string refusal_of_suffix(const std::string &) { return "there are no outputs here"; }
 
