@@ -61,18 +61,21 @@ const Output *keep_error(const char *kind, const char *message) {
 
 /* The rules of the last request, which are mostly those of the next. */
 struct RulesRead {
-    std::string name;
-    std::string text;
+    Json texts;
     Rules rules;
 };
 RulesRead LastRules;
 
-/* Throws ConfigurationError. */
-const Rules &rules_of(const std::string &name, const std::string &text) {
-    if (name == LastRules.name && text == LastRules.text) return LastRules.rules;
-    Rules rules = read_rules_text(name, text);
+/* texts: objects with name and text; the rules of a later one replace those of an earlier one.
+ * Throws ConfigurationError. */
+const Rules &rules_of(const Json &texts) {
+    if (texts == LastRules.texts) return LastRules.rules;
+    Rules rules;
+    for (const Json &text : texts)
+        rules.add(read_rules_text(text.at("name").get<std::string>(),
+                                  text.at("text").get<std::string>()));
     check_reachable(rules);
-    LastRules = {name, text, std::move(rules)};
+    LastRules = {texts, std::move(rules)};
     return LastRules.rules;
 }
 
@@ -117,8 +120,7 @@ const Output *translate(const Json &wanted, const char *texts) {
     const std::string command(texts, wanted.value("commandLength", std::size_t{0}));
     const auto sources = sources_of(names, lengths, texts + command.size());
     const auto folder_names = pointers_of(folders);
-    const Rules &rules =
-        rules_of(wanted.at("rulesName").get<std::string>(), wanted.at("rules").get<std::string>());
+    const Rules &rules = rules_of(wanted.at("rules"));
     RuleAnswers answers(rules, true);
     const auto *index =
         reinterpret_cast<const FileIndex *>(wanted.value("index", std::uintptr_t{0}));

@@ -11,6 +11,7 @@ import {
     type ReportOptions,
     type Request,
     type Result,
+    type RulesText,
     type Status,
     type Text,
     type TreeOptions,
@@ -80,6 +81,11 @@ function questionsOf(options: Options, files: FileMap): Asked {
     ] as Asked;
 }
 
+function rulesOf({ rules = '', rulesName = 'rules' }: Options): RulesText[] {
+    if (typeof rules === 'string') return [{ name: rulesName, text: rules }];
+    return rules.map(({ name, text }) => ({ name, text }));
+}
+
 interface Program {
     text?: Text;
     file?: string;
@@ -104,8 +110,7 @@ function requestOf(program: Program): { json: object; texts: Uint8Array[] } {
         folders: options.folders ?? [],
         looksInFolders: options.folders !== undefined && options.folders.length > 0,
         maxMemory: options.maxMemory ?? 0,
-        rules: options.rules ?? '',
-        rulesName: options.rulesName ?? 'rules',
+        rules: rulesOf(options),
         sources: names,
         lengths: sources.map((source) => source.length),
         asks: {

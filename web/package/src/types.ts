@@ -62,12 +62,19 @@ export interface Callbacks {
     resultKind?: (name: string) => ResultKind | null | undefined;
 }
 
+/** Rules with what messages about them call them. */
+export interface RulesText {
+    name: string;
+    text: string;
+}
+
 export interface Options extends Callbacks {
     /** By default matlab. */
     language?: Language;
-    /** Rules as TOML, as the tool's option --rules has them. */
-    rules?: string;
-    /** What messages about the rules call them; by default "rules". */
+    /** Rules as TOML, as the tool's option --rules has them; those of a later text replace those of an
+     * earlier one. */
+    rules?: string | readonly RulesText[];
+    /** What messages about rules in a string call them; by default "rules". */
     rulesName?: string;
     /** Where called functions are looked for, the first one first; by default beside the file, and
      * for a text nowhere. */

@@ -33,6 +33,15 @@ test('files in memory, folders and the host\'s answers', () => {
     assert.deepEqual(result.rules.used, [{ rule: 'rules:2: functions.two = "2"', count: 1 }]);
 });
 
+test('rules of several texts', () => {
+    const texts = ['[functions]\nf = "a({1})"\ng = "b({1})"\n', '[functions]\ng = "c({1})"\n'];
+    const rules = texts.map((text, at) => ({ name: `${at}.toml`, text }));
+    assert.equal(translator.translate({ text: 'x = f(1); y = g(2);', rules }).text, 'x := a(1);\ny := c(2);\n');
+    const wrong = [...rules, { name: 'wrong.toml', text: '[functions]\nh = 3\n' }];
+    assert.throws(() => translator.translate({ text: 'x', rules: wrong }), { name: 'RulesError', message: /^wrong.toml:2:/ });
+    isRight();
+});
+
 test('messages have their places in bytes, characters and UTF-16', () => {
     const { messages } = translator.translate({ text: "s = '\u{1d4b3}\u00e9'; [a, s(1)] = 1:2; x = (1" });
     const { severity, code, place } = messages.at(-1)!;
