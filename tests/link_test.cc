@@ -67,7 +67,8 @@ int check_links(const fs::path &page) {
 
 TEST(Links, lead_to_files_and_headings) {
     int links = 0;
-    for (const char *folder : {".", "cli", "docs", "host", "python", "scripts", "src", "tests"}) {
+    for (const char *folder : {".", "cli", "docs", "host", "python", "scripts", "src", "tests",
+                               "web/package", "web/server", "web/vscode"}) {
         for (const auto &entry : fs::directory_iterator(fs::path(MTRANSLATE_SOURCE_DIR) / folder)) {
             if (entry.path().extension() != ".md") continue;
             SCOPED_TRACE(entry.path());
