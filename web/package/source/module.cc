@@ -178,8 +178,7 @@ const Output *make_index(const Json &names) {
 
 /* Throws ConfigurationError. */
 const Output *report(const nlohmann::ordered_json &wanted) {
-    const Rules &rules =
-        rules_of(wanted.at("rulesName").get<std::string>(), wanted.at("rules").get<std::string>());
+    const Rules &rules = rules_of(Json(wanted.at("rules")));
     return keep(report_head(wanted.at("files"), rules, wanted.at("interrupted").get<bool>()));
 }
 

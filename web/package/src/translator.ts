@@ -81,7 +81,7 @@ function questionsOf(options: Options, files: FileMap): Asked {
     ] as Asked;
 }
 
-function rulesOf({ rules = '', rulesName = 'rules' }: Options): RulesText[] {
+function rulesOf({ rules = '', rulesName = 'rules' }: Pick<Options, 'rules' | 'rulesName'>): RulesText[] {
     if (typeof rules === 'string') return [{ name: rulesName, text: rules }];
     return rules.map(({ name, text }) => ({ name, text }));
 }
@@ -283,8 +283,8 @@ export class Translator {
 
     /** The report of a tree but for its files. files: the reports of the results of translateTree. */
     report(files: readonly FileReport[], options: ReportOptions = {}): ReportHead {
-        const { rules = '', rulesName = 'rules', interrupted = false } = options;
-        const output = this.#module.call('module_report', { files, rules, rulesName, interrupted });
+        const { interrupted = false } = options;
+        const output = this.#module.call('module_report', { files, rules: rulesOf(options), interrupted });
         const json = output.json as ReportHead & { error?: string; message: string };
         if (json.error === 'rules') throw new RulesError(json.message);
         if (json.error !== undefined) throw new TypeError(json.message);

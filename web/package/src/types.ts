@@ -280,7 +280,7 @@ export interface FileReport {
 }
 
 export interface ReportOptions {
-    rules?: string;
+    rules?: string | readonly RulesText[];
     rulesName?: string;
     /** Whether files are missing that were asked for. */
     interrupted?: boolean;
