@@ -106,8 +106,8 @@ function listen(page: Page): void {
     window.addEventListener('hashchange', () => void page.followLink());
 }
 
-/** Files may be dropped anywhere; texts go where editors put them. */
-function listenToDrops(page: Page): void {
+/** Files may be dropped anywhere, also before the page has begun; texts go where editors put them. */
+function listenToDrops(page: Promise<Page>): void {
     const hasFiles = (event: DragEvent): boolean => event.dataTransfer?.types.includes('Files') ?? false;
     const sign = byId('drop');
     document.addEventListener('dragover', (event) => {
@@ -123,21 +123,23 @@ function listenToDrops(page: Page): void {
         event.preventDefault();
         event.stopPropagation();
         sign.hidden = true;
-        droppedFiles(event.dataTransfer!).then(
-            (given) => page.open(given),
+        Promise.all([page, droppedFiles(event.dataTransfer!)]).then(
+            ([page, given]) => page.open(given),
             (error: unknown) => tell(`That cannot be read: ${reasonOf(error)}`),
         );
     }, true);
 }
 
-async function begin(): Promise<void> {
+async function begin(): Promise<Page> {
     const [module, parts] = await Promise.all([moduleBytes(), packedParts()]);
     const page = new Page({ script: parts.worker, module }, parts.report, parts.examples);
     listen(page);
-    listenToDrops(page);
     if (!(await page.followLink())) page.showExample(FIRST_EXAMPLE);
+    return page;
 }
 
-begin().catch((error: unknown) =>
+const begun = begin();
+listenToDrops(begun);
+begun.catch((error: unknown) =>
     tell(`This browser cannot run the page (${reasonOf(error)}); one of 2023 or later can.`),
 );

@@ -52,6 +52,7 @@ export async function withPage(
     page.on('pageerror', (error) => said.push(error.message));
     try {
         await page.goto(address);
+        await page.locator('#examples option').nth(1).waitFor({ state: 'attached' });
         await work(page);
         const own = address.replace(/#.*/, '');
         const others = asked.filter((url) => url.replace(/#.*/, '') !== own && !/^(blob|data):/.test(url));

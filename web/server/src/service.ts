@@ -84,7 +84,10 @@ export class Service {
         const stamp = this.#stampOf(path);
         const kept = this.#kept.get(path);
         this.#kept.delete(path);
-        const analysis = kept?.stamp === stamp ? kept.analysis : this.#analyse(path);
+        // A document that is opened again counts its versions anew.
+        const text = this.open.get(path)?.text ?? kept?.analysis.source.text;
+        const isKept = kept?.stamp === stamp && kept.analysis.source.text === text;
+        const analysis = isKept ? kept.analysis : this.#analyse(path);
         if (!analysis) return null;
         this.#kept.set(path, { stamp, analysis });
         this.#forgetOldest();
