@@ -1,0 +1,19 @@
+# Reading rules and answering by them, in the tool's folder: of the tool and of the npm package.
+set(rules_sources
+    rules/call_forms.cc
+    rules/constructs.cc
+    rules/pattern.cc
+    rules/result_kinds.cc
+    rules/rules.cc
+    rules/rules_host.cc
+    rules/rules_template.cc
+    rules/rules_text.cc
+    rules/unanswered.cc
+    config/configuration.cc
+    config/configuration_options.cc
+    config/configuration_rules.cc
+    config/configuration_text.cc
+    config/construct_reader.cc
+    config/form_text.cc
+    config/function_reader.cc
+    config/key_depth.cc)
