@@ -188,6 +188,16 @@ void check_outline(const Checked &all) {
     for (size_t i = 0; i < result.comment_count; i++) all.place(result.comments[i]->place);
 }
 
+void check_tokens(const Checked &all) {
+    uint32_t end = 0;
+    for (size_t i = 0; i < all.result.token_count; i++) {
+        const mTranslateProgramToken &token = *all.result.tokens[i];
+        all.place(token.place);
+        check(token.place->begin >= end && token.place->end > token.place->begin, "tokens overlap");
+        end = token.place->end;
+    }
+}
+
 void check_names(const Checked &all) {
     for (size_t i = 0; i < all.result.name_count; i++) {
         const mTranslateProgramName &name = *all.result.names[i];
@@ -225,6 +235,7 @@ void check_result(const mTranslateProgramRequest &request, const mTranslateProgr
     if (!is_done) return;
     check_pieces(all);
     check_outline(all);
+    check_tokens(all);
     check_names(all);
     check_statistics(all);
 }
@@ -247,7 +258,7 @@ mTranslateProgramRequest request_of(Choices &choices, const std::string &command
     const char *file = is_odd ? ODD_PATHS[which / 16 % std::size(ODD_PATHS)] : "main.m";
     (which % 4 == 0 ? request.command : request.file) = which % 4 == 0 ? command.c_str() : file;
     request.language = languages[choices.next() / 3 % 4];
-    request.flags = choices.below(MTRANSLATE_COUNTS_ON * 2) & ~MTRANSLATE_COUNTS_ON;
+    request.flags = choices.below(MTRANSLATE_TOKENS * 2) & ~MTRANSLATE_COUNTS_ON;
     request.folders = folders;
     request.folder_count = choices.next() % 5;
     request.max_memory = choices.next() % 4 == 0 ? 1 + choices.next() % 8 : 0;

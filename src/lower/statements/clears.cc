@@ -16,7 +16,6 @@
 #include "lower/targets/part_starts.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/effects.h"
 #include "syntax/values/values.h"
 
 namespace {

@@ -147,27 +147,21 @@ const char *character_text(const char *number) {
 
 }  // namespace
 
-// The name of a value that is read before the target is touched; null for x += e.
-static const char *early_value(const Node *node) {
-    if (node->op != OPERATOR_NONE) return nullptr;
-    return stable_text(value_text(node->first_child, second_child(node)));
-}
-
 void put_assignment(const Node *node) {
     assert(node->kind == NODE_ASSIGN);
     if (is_deletion(node)) return put_deletion(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
-    const char *value = must_be_read_first(place, place->next) ? early_value(node) : nullptr;
-    Lowering.is_read_too = node->op != OPERATOR_NONE;
+    bool is_plain = node->op == OPERATOR_NONE;
+    bool is_early = is_plain && must_be_read_first(place, place->next);
+    const char *value = is_early ? stable_text(value_text(place, place->next)) : nullptr;
+    Lowering.is_read_too = !is_plain;
     Lowering.assigned = place->next;
     Target target = lower_target(place, nullptr);
     Lowering.is_read_too = false;
     Lowering.assigned = nullptr;
-    if (!value) {
-        bool is_plain = node->op == OPERATOR_NONE;
+    if (!is_early)
         value = is_plain ? value_text(place, place->next) : compound_value(&target, node);
-    }
     bool is_number = becomes_character(place, place->next);
     put_value(&target, is_number ? character_text(value) : value);
 }

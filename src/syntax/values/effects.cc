@@ -8,6 +8,7 @@
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/trace_function.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -92,11 +93,6 @@ bool are_names(const Node *word) {
 }
 
 }  // namespace
-
-Value cleared_value(const Symbol *symbol) {
-    if (symbol->flags & SYMBOL_HAS_BRACES) return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
-    return symbol->fields ? MAY_BE_RECORD | ONE : MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
-}
 
 void begin_effects() {
     TracedScripts = {};

@@ -12,8 +12,5 @@ bool is_in_called_script();
 /* clear x y, as a COMMAND or EXPRESSION: they have no values. What a script clears is not kept
  * apart. */
 void trace_clear(const Node *statement);
-/* What a cleared variable is made in the host, by what is selected of it: a cell, a struct or an
- * array without elements. */
-Value cleared_value(const Symbol *symbol);
 /* A COMMAND: clear x y, load f. */
 void trace_command(const Node *command);

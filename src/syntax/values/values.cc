@@ -417,3 +417,8 @@ bool may_be_cell(const Node *expression) {
     if (expression->kind != NODE_NAME) return !is_array(expression);
     return !is_ever_array(expression->symbol);
 }
+
+Value cleared_value(const Symbol *symbol) {
+    if (symbol->flags & SYMBOL_HAS_BRACES) return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
+    return symbol->fields ? MAY_BE_RECORD | ONE : MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
+}

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "syntax/names/assigned_values.h"
+#include "syntax/tree/value.h"
 
 /* Whether the value is a number that is surely not below 0; several numbers, each of them. */
 bool is_never_negative(const Node *expression);
@@ -29,3 +30,6 @@ bool is_always_cell(const Symbol *symbol);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
  * numbers, texts and arrays. Of a call or a parameter nobody knows: true. */
 bool may_be_cell(const Node *expression);
+/* What a cleared variable is made in the host, by what is selected of it: a cell, a struct or an
+ * array without elements. */
+Value cleared_value(const Symbol *symbol);
