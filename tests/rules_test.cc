@@ -313,8 +313,8 @@ pair.results.2 = "both()"
              "attempt do\n    f := 1; # one\n    for k from 1 to 2 do\n        break;\n"
              "    end do;\notherwise err do\n    # two\n    # three\n    attempt do\n"
              "        f := 2;\n    otherwise\n    end attempt;\n    raise err;\nend attempt;"},
-            {"s = 'a'; eval(s); x = eval(s); y = evalc(s); z = evalin('base', s);",
-             "s := \"a\";\nrun(s) + 0;\nx := (run(s) + 0);\ny := text_of(s);\n"
+            {"s = 'a'; x = 1; eval(s); x = eval(s); y = evalc(s); z = evalin('base', s);",
+             "s := \"a\";\nx := 1;\nrun(s) + 0;\nx := (run(s) + 0);\ny := text_of(s);\n"
              "z := run_in(\"base\", s);"},
             {"x = 1, y(2) = x; [by, z.a] = pair\nx, x + 1\ny(2)\nfor k = 1:2, k, end, f = @sine; "
              "f(1)",

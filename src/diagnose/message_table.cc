@@ -141,8 +141,8 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
     {EVAL_GAP, "MT204", "eval", SEVERITY_GAP,
      "'%s' runs a text as a program, which is not translated",
      "The text is MATLAB source that exists at run time only, or one that cannot be read. What a "
-     "literal text says is put in its place.",
-     "text = 'x = 1;';\neval(text);\n",
+     "literal text says is put in its place, and that of one put together where it can be read.",
+     "name = 'x';\neval([name ' = 1;']);\n",
      "Write the statements themselves. For names made at run time use fields: s.(name)."},
     {SCRIPT_CALL_GAP, "MT205", "script-call", SEVERITY_GAP,
      "the statements of the script '%s' cannot be put here: %s",
@@ -268,6 +268,13 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "stand in other functions, or are too many. The host gets the call.",
      "x(1) = 2;\nclear -regexp ^x\nx(2) = 3;\n",
      "Name the variables one by one: clear x y."},
+    {COMPOSED_TEXT, "MT319", "composed-text", SEVERITY_WARNING,
+     "this part of the program in a text is taken for %s",
+     "A part of the text that eval gets is known at run time only. Where it stands it is mostly one "
+     "thing alone, as the name of a field, and the text is translated with it. A part that holds more "
+     "of the program would mean something else.",
+     "s.a = 1;\nname = 'a';\neval(['s.' name ' = 2;']);\n",
+     "Nothing, if it is always of that kind. Better still write what the text says: s.(name) = 2;"},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found %s",

@@ -59,6 +59,7 @@ enum MessageId : uint8_t {
     CLASS_DECIDES,
     COLON_TEXT,
     CLEAR_COMMAND,
+    COMPOSED_TEXT,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

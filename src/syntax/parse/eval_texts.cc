@@ -4,6 +4,7 @@
 #include <assert.h>
 #include <string.h>
 
+#include "syntax/parse/composed_texts.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
 
@@ -13,7 +14,10 @@ namespace {
 constexpr int DEEPEST_TEXT = 8;
 
 SourceLanguage Language;
+Source *Text;
 int Depth;
+// The statement in front of the one that is looked at, if that runs next after it.
+const Node *Before;
 
 constexpr char EVAL[] = "eval";
 
@@ -27,28 +31,22 @@ Node *eval_arguments(const Node *expression) {
     return is_call ? arguments->first_child : nullptr;
 }
 
-// The only row of a matrix, if all its elements are texts.
-const Node *row_of_texts(const Node *matrix) {
-    const Node *row = matrix->kind == NODE_MATRIX ? matrix->first_child : nullptr;
-    if (!row || row->next) return nullptr;
-    for (const Node *element = row->first_child; element; element = element->next)
-        if (element->kind != NODE_STRING) return nullptr;
-    return row;
+// The statement that has given the variable its value, if it is the one before.
+const ComposedText *text_of_variable(const Node *name) {
+    const Node *before = Before;
+    if (!before || before->kind != NODE_ASSIGN || before->op != OPERATOR_NONE) return nullptr;
+    const Node *target = before->first_child;
+    if (target->kind != NODE_NAME || strcmp(target->text, name->text) != 0) return nullptr;
+    const ComposedText *text = composed_text(target->next);
+    return text && is_repeatable(text) ? text : nullptr;
 }
 
-// The characters of 'text' or of ['te' 'xt']; null for what is no literal.
-const char *literal_text(const Node *argument) {
-    if (argument->kind == NODE_STRING) return argument->text;
-    const Node *row = row_of_texts(argument);
-    if (!row) return nullptr;
-    size_t length = 0;
-    for (const Node *element = row->first_child; element; element = element->next)
-        length += strlen(element->text);
-    char *text = static_cast<char *>(take_bytes(length + 1));
-    char *at = text;
-    for (const Node *element = row->first_child; element; element = element->next)
-        at = stpcpy(at, element->text);
-    return text;
+// What a text in a text is put together from has no place in the source.
+const ComposedText *text_in(const Node *argument) {
+    if (Depth == DEEPEST_TEXT) return nullptr;
+    const ComposedText *text =
+        argument->kind == NODE_NAME ? text_of_variable(argument) : composed_text(argument);
+    return text && (Depth == 0 || has_no_pieces(text)) ? text : nullptr;
 }
 
 // Whether a statement means the same outside of a text.
@@ -79,14 +77,21 @@ void move_to(Node *node, const Node *call) {
 
 void replace_calls(Node *parent);
 
-// The tree of a text, at the place of a call; null where it cannot stand there.
-Node *tree_of(const char *text, const Node *call) {
-    if (!text || Depth == DEEPEST_TEXT) return nullptr;
-    Node *file = parse_text(text, Language);
+bool is_literal(const Node *argument) {
+    const ComposedText *text = text_in(argument);
+    return text && has_no_pieces(text);
+}
+
+// The tree of the text of an argument, at the place of a call; null where it cannot stand there.
+Node *tree_of(const Node *argument, const Node *call) {
+    const ComposedText *text = text_in(argument);
+    Node *file = text ? parse_text(text_of(text), Language) : nullptr;
     if (!file || !is_self_contained(file, false)) return nullptr;
     Depth++;
     replace_calls(file);
     Depth--;
+    if (!put_pieces(file, text)) return nullptr;
+    report_pieces(text, Text);
     move_to(file, call);
     return file;
 }
@@ -125,11 +130,12 @@ Node *without_handler(Node *statement, Node *argument) {
 
 // eval(tried, handler)
 void put_try(Node *statement, Node *arguments) {
-    const char *tried = literal_text(arguments);
-    const Node *handler = tree_of(literal_text(arguments->next), statement);
-    const Node *body = tried ? tree_of(tried, statement) : nullptr;
-    if (!handler || (tried && (!body || !body->first_child))) return;
-    Node *first = body ? body->first_child : without_handler(statement, arguments);
+    const Node *handler = tree_of(arguments->next, statement);
+    if (!handler) return;
+    const Node *body = tree_of(arguments, statement);
+    bool is_read = body && body->first_child;
+    if (!is_read && is_literal(arguments)) return;
+    Node *first = is_read ? body->first_child : without_handler(statement, arguments);
     Node *block = new_block(first, statement);
     block->next = new_block(handler->first_child, statement);
     statement->kind = NODE_TRY;
@@ -141,7 +147,7 @@ void replace_statement(Node *statement, Node *arguments) {
         if (!arguments->next->next) put_try(statement, arguments);
         return;
     }
-    const Node *file = tree_of(literal_text(arguments), statement);
+    const Node *file = tree_of(arguments, statement);
     if (file && file->first_child) put_statements(statement, file);
 }
 
@@ -155,7 +161,7 @@ bool needs_pair(const Node *value, const Node *parent) {
 
 // The value of the text's only statement stands in the place of the call.
 void replace_value(Node *call, const Node *arguments, const Node *parent) {
-    const Node *file = arguments->next ? nullptr : tree_of(literal_text(arguments), call);
+    const Node *file = arguments->next ? nullptr : tree_of(arguments, call);
     const Node *statement = file ? file->first_child : nullptr;
     if (!statement || statement->next || statement->kind != NODE_EXPRESSION) return;
     Node *value = statement->first_child;
@@ -170,22 +176,33 @@ void replace_value(Node *call, const Node *arguments, const Node *parent) {
     call->next = place.next;
 }
 
+void replace_call(Node *node, Node *arguments, const Node *parent) {
+    if (node->kind == NODE_EXPRESSION) {
+        replace_statement(node, arguments);
+    } else {
+        replace_value(node, arguments, parent);
+    }
+}
+
+bool is_block(const Node *node) { return node->kind == NODE_BLOCK || node->kind == NODE_FILE; }
+
+// Whether all of the statement is evaluated once, before another one.
+bool is_simple(const Node *statement) {
+    return statement->kind == NODE_EXPRESSION || statement->kind == NODE_ASSIGN ||
+           statement->kind == NODE_MULTI_ASSIGN;
+}
+
 // What has been put is not looked at again: its own calls are replaced.
 void replace_calls(Node *parent) {
+    const Node *last = nullptr;
     for (Node *node = first_child(parent); node;) {
         Node *next = node->next;
-        bool is_statement = node->kind == NODE_EXPRESSION;
-        Node *expression = is_statement ? node->first_child : node;
-        if (Node *arguments = eval_arguments(expression)) {
-            replace_calls(expression);
-            if (is_statement) {
-                replace_statement(node, arguments);
-            } else {
-                replace_value(node, arguments, parent);
-            }
-        } else {
-            replace_calls(node);
-        }
+        if (is_block(parent)) Before = is_simple(node) ? last : nullptr;
+        if (node->kind != NODE_COMMENT) last = node;
+        Node *expression = node->kind == NODE_EXPRESSION ? node->first_child : node;
+        Node *arguments = eval_arguments(expression);
+        replace_calls(arguments ? expression : node);
+        if (arguments) replace_call(node, arguments, parent);
         node = next;
     }
 }
@@ -200,9 +217,11 @@ bool is_defined(const Node *file) {
 
 }  // namespace
 
-void put_eval_texts(Node *file, SourceLanguage language) {
+void put_eval_texts(Node *file, Source *source, SourceLanguage language) {
     if (is_defined(file)) return;
     Language = language;
+    Text = source;
     Depth = 0;
+    Before = nullptr;
     replace_calls(file);
 }

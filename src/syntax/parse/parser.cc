@@ -60,7 +60,7 @@ void begin_syntax() {
 Node *parse_source(Source *source, SourceLanguage language) {
     Node *file = read_to_end(source, language);
     report_errors();
-    if (Scan.names_eval) put_eval_texts(file, language);
+    if (Scan.names_eval) put_eval_texts(file, source, language);
     return file;
 }
 
