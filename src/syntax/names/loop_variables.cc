@@ -17,7 +17,8 @@ void keep_variable(Node *loop) { loop->flags |= KEEPS_VARIABLE; }
 
 // Whatever has been read once need not be watched any longer.
 void keep_ended(LoopUse *use) {
-    for (; use->ended; use->ended = use->ended->next) keep_variable(use->ended->loop);
+    for (; use->ended && !use->ended->hides; use->ended = use->ended->next)
+        if (use->ended->loop) keep_variable(use->ended->loop);
 }
 
 // A setting hides the loops that have ended before it in the same block, unless a jump may have
@@ -25,6 +26,14 @@ void keep_ended(LoopUse *use) {
 void hide_ended(const LoopWalk *walk, LoopUse *use) {
     uint32_t since = std::max(walk->block_start, walk->last_jump);
     while (use->ended && use->ended->ended > since) use->ended = use->ended->next;
+}
+
+// Those that have ended before the block are hidden in the rest of it.
+void hide_in_block(LoopWalk *walk, LoopUse *use) {
+    if (!use->ended || use->ended->hides) return;
+    EndedLoop *setting = AllocRecord<EndedLoop>();
+    *setting = {nullptr, walk->clock, true, use->ended, walk->settings};
+    use->ended = walk->settings = setting;
 }
 
 void begin_use(LoopWalk *walk, OpenLoop *open, Symbol *symbol) {
@@ -54,7 +63,7 @@ void end_use(LoopWalk *walk, OpenLoop *open) {
     keep_ended(use);  // a loop over the same variable in this one
     use->open = open->outer_same;
     EndedLoop *ended = AllocRecord<EndedLoop>();
-    *ended = {open->loop, ++walk->clock, open->ended};
+    *ended = {open->loop, ++walk->clock, false, open->ended, nullptr};
     use->ended = ended;
     if (is_read_again(walk, open)) keep_variable(open->loop);
 }
@@ -96,6 +105,19 @@ void note_setting(LoopWalk *walk, Symbol *symbol) {
     if (!use) return;
     if (use->open) keep_variable(use->open->loop);
     hide_ended(walk, use);
+    hide_in_block(walk, use);
+}
+
+EndedLoop *begin_loop_block(LoopWalk *walk) {
+    EndedLoop *outer = walk->settings;
+    walk->settings = nullptr;
+    return outer;
+}
+
+void end_loop_block(LoopWalk *walk, EndedLoop *outer) {
+    for (EndedLoop *setting = walk->settings; setting; setting = setting->same_block)
+        setting->hides = false;
+    walk->settings = outer;
 }
 
 void note_change(LoopWalk *walk, Symbol *symbol) {

@@ -10,11 +10,14 @@
 
 struct LoopEntry;
 
-/* A loop that has ended and whose variable nobody has set since. */
+/* A loop that has ended and whose variable nobody has surely set since; or a setting, which hides
+ * the loops that ended before it until the block ends that it stands in. */
 struct EndedLoop {
-    Node *loop;
+    Node *loop; /* null for a setting, and for one whose block has ended */
     uint32_t ended;
-    EndedLoop *next; /* ended before */
+    bool hides;            /* a setting whose block goes on */
+    EndedLoop *next;       /* ended before */
+    EndedLoop *same_block; /* for a setting: one before in its block */
 };
 
 /* An open loop; lies in the walk's frame. */
@@ -40,12 +43,16 @@ struct LoopUse {
 struct LoopWalk {
     uint32_t clock;       /* the last moment */
     uint32_t block_start; /* moment in which the innermost block began */
+    EndedLoop *settings;  /* of the innermost block that hide loops, newest first */
     uint32_t last_jump;   /* moment of the last break or continue of the innermost loop */
     OpenLoop *innermost;  /* open loop, or null */
     uint32_t loop_start;  /* start of the outermost open loop; 0 outside of loops */
     LoopEntry *entries;   /* all loops with a variable */
 };
 
+/* A block begins and ends. Answers what the end needs. */
+EndedLoop *begin_loop_block(LoopWalk *walk);
+void end_loop_block(LoopWalk *walk, EndedLoop *outer);
 /* A loop over symbol, or null, begins: its range has been walked, its block not. */
 void begin_loop(LoopWalk *walk, OpenLoop *open, Node *loop, Symbol *symbol);
 void end_loop(LoopWalk *walk, OpenLoop *open);

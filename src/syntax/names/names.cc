@@ -198,9 +198,11 @@ void walk_multi_assignment(NameWalk *walk, Node *assignment) {
 void walk_statements(NameWalk *walk, Node *block) {
     uint32_t outer = walk->loops.block_start;
     const Node *outer_block = walk->block;
+    EndedLoop *outer_settings = begin_loop_block(&walk->loops);
     walk->loops.block_start = walk->loops.clock;
     walk->block = block;
     walk_nodes(walk, block->first_child);
+    end_loop_block(&walk->loops, outer_settings);
     walk->loops.block_start = outer;
     walk->block = outer_block;
 }
