@@ -372,7 +372,7 @@ bool is_array(const Node *node) {
 
 static bool is_ever_array(const Symbol *symbol) {
     for (const AssignedValue *value = symbol->values; value; value = value->next)
-        if (value->kind == VALUE_LOOP || (value->node && is_array(value->node))) return true;
+        if (value->node && is_array(value->node)) return true;
     return false;
 }
 
