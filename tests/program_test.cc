@@ -73,7 +73,7 @@ TEST(MatlabProcedures, have_their_heads_and_returns) {
 std::string returns(int count, const std::string &last = "") {
     std::string names = "function [a";
     for (int i = 0; i < count; i++) names += ", a" + std::to_string(i);
-    std::string text = names + last + "] = f(x)\n";
+    std::string text = names + last + "] = f(x)\na = 1;\n";
     for (int i = 0; i < count; i++) text += "if x, return, end\n";
     return text + "end\n";
 }
@@ -175,7 +175,7 @@ TEST(MatlabPrograms, find_classes_along_the_path_in_order) {
     const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
                                  values.list_of_strings({files.path("a"), files.path("b")})};
     EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
-              "c := proc( v )\n    local x;\n    return x;\nend proc;\n\n"
+              "c := proc( v )\n    local x;\nend proc;\n\n"
               "c_f := proc( x, inB )\nend proc;\n\n"
               "c_g := proc( x )\n    c_f(x);\n    c_private_h(x);\nend proc;\n\n"
               "c_private_h := proc( x )\nend proc;\n\nx := c(1);\nc_f(x);\nc_g(x);\n");

@@ -81,8 +81,11 @@ bool may_stand_before(const Node *statement, const Symbol *parameter) {
     switch (statement->kind) {
         case NODE_COMMENT: return true;
         case NODE_ASSIGN:
+        case NODE_MULTI_ASSIGN:
         case NODE_EXPRESSION:
-        case NODE_IF: return !mentions(statement, parameter) && !has_kind(statement, NODE_RETURN);
+        case NODE_SWITCH:
+        case NODE_FOR:
+        case NODE_IF: return !mentions(statement, parameter);
         default: return false;
     }
 }

@@ -154,7 +154,7 @@ void put_body(const Node *block, const Scope *scope) {
     put_statements(&prelude, put_argument_blocks(rest));
     if (last_return(block)) return;
     Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
-    put_return(false);
+    put_return(block);
     end_origin(outer);
 }
 

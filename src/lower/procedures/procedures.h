@@ -16,9 +16,9 @@ void lower_persistent(const Node *declaration);
 /* Where the return of the function that is being lowered is long, puts a procedure of its own that
  * gives the results, for all returns. */
 void put_results_procedure();
-/* Puts the return of the results of the function that is being lowered. is_written: the source has
- * it, so that nothing after it runs; else it is the end of the body. */
-void put_return(bool is_written);
+/* Puts the return of the results of the function that is being lowered. end: a RETURN of the
+ * source, after which nothing runs; else the BLOCK of its body, which ends. */
+void put_return(const Node *end);
 
 /* The return that a body or a script ends with; null when there is none. */
 const Node *last_return(const Node *body);

@@ -7,6 +7,8 @@
 #include "lower/procedures/procedures.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
+#include "lower/program/program_files.h"
+#include "syntax/tree/value.h"
 
 namespace {
 
@@ -131,12 +133,17 @@ void put_results_procedure() {
     Lowering.results_procedure = procedure;
 }
 
-void put_return(bool is_written) {
+// Where the first result surely has no value, a caller that asks for one goes wrong, and one that
+// asks for none does not.
+void put_return(const Node *end) {
     const Scope *scope = Lowering.scope;
+    bool is_written = end->kind == NODE_RETURN;
+    TextList names = output_names(scope);
+    bool is_seen = CurrentFile->source->errors == 0;
+    bool is_unset = is_seen && end->value == MAY_BE_MISSING;
+    if (!names.first || is_unset) return is_written ? put_line("return;", {}) : void();
     if (Lowering.results_procedure)
         return put_line("return %s(_nresults);", {Lowering.results_procedure});
-    TextList names = output_names(scope);
-    if (!names.first) return is_written ? put_line("return;", {}) : void();
     if (!(scope->flags & HAS_VARARGOUT)) return put_named_results(&names);
     if (names.first == names.last) return put_varargout(is_written);
     put_results_and_varargout(&names, names.last);

@@ -70,7 +70,7 @@ void put_initial_values(const Node *declaration) {
 
 void put_return_statement(const Node *node) {
     if (Lowering.script.is_open) return put_script_return(node);
-    put_return(true);
+    put_return(node);
 }
 
 void put_assigned(const Node *node) {

@@ -178,9 +178,12 @@ void trace_functions(FunctionFinders finders, bool may_know_calls) {
     trace_parameters(order.last);
 }
 
-void note_function_end(const Scope *scope) {
-    if (!scope->summary || is_dead()) return;
-    for (const Node *output = outputs_of(scope); output; output = output->next)
+void note_function_end(const Scope *scope, Node *end) {
+    if (is_dead()) return;
+    const Node *first = outputs_of(scope);
+    if (first && end) end->value = value_now(first->symbol);
+    if (!scope->summary) return;
+    for (const Node *output = first; output; output = output->next)
         add_result(scope->summary, output->symbol, value_now(output->symbol));
 }
 

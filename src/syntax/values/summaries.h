@@ -14,9 +14,10 @@ void add_function(Scope *scope);
  * for the first: then what all their calls give is what their parameters are. */
 void trace_functions(FunctionFinders finders, bool may_know_calls);
 
-/* The function ends here, where the flow is: so its outputs may be what they are now. Without an
- * effect for a script. */
-void note_function_end(const Scope *scope);
+/* The function ends here, where the flow is: so its outputs may be what they are now. The value of
+ * end, its RETURN or BLOCK, or null, becomes what the first one is. Without an effect for a
+ * script. */
+void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
  * been traced; null for none. ANY_VALUE where the name means no function that has been added. */
 Value value_of_own(const Node *name, const Node *arguments, int index);

@@ -168,7 +168,7 @@ void trace_unwind(Node *node) {
     end_region(region, true);
     set_dead(region->was_dead);
     trace_block(second_child(node));
-    note_function_end(TracedScope);
+    note_function_end(TracedScope, nullptr);
     if (!ends) end_here();
 }
 
@@ -262,7 +262,7 @@ void trace_statement(Node *node) {
         case NODE_CONTINUE:
             if (InnermostLoop) InnermostLoop->continues = true;
             return end_here();
-        case NODE_RETURN: note_function_end(TracedScope); return end_here();
+        case NODE_RETURN: note_function_end(TracedScope, node); return end_here();
         case NODE_ARGUMENT_BLOCK: return trace_arguments(node);
         default: return;
     }
@@ -330,7 +330,7 @@ void trace_owner(const Node *owner) {
     while (parameters->kind != NODE_PARAMETERS) parameters = parameters->next;
     trace_defaults(parameters);
     trace_body(parameters->next->first_child);
-    note_function_end(TracedScope);
+    note_function_end(TracedScope, parameters->next);
 }
 
 void forget_values(Node *first) {
