@@ -1,8 +1,10 @@
-// switch statements: an if chain over a variable that holds the value.
+// switch statements: an if chain over the value, or over a variable that holds it.
 #include <assert.h>
+#include <string.h>
 
 #include "lower/calls/keyword_calls.h"
 #include "lower/conditions/host_conditions.h"
+#include "lower/expressions/earlier_calls.h"
 #include "lower/expressions/expressions.h"
 #include "lower/lines/comments.h"
 #include "lower/lines/gaps.h"
@@ -10,6 +12,7 @@
 #include "lower/lines/origins.h"
 #include "lower/program/context.h"
 #include "lower/statements/statements.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -17,11 +20,6 @@ const char *new_switch_variable() {
     const char *name = form_text("switch_condition%s", {number_text(SwitchVariables++)});
     declare_generated(name);
     return name;
-}
-
-bool may_be_cell(const Node *value) {
-    value = without_parens(value);
-    return value->kind == NODE_NAME || value->kind == NODE_REFERENCE;
 }
 
 // The values of a case in braces, in all its rows, or its single value.
@@ -87,18 +85,79 @@ static void put_switch_comment(const Node *comment, Line *head, bool is_first) {
     put_comment(comment, is_trailing ? head : nullptr);
 }
 
+namespace {
+
+// Longer texts are not repeated, or not put into a head.
+constexpr size_t LONGEST_SUBJECT = 24;
+constexpr size_t LONGEST_IN_HEAD = 60;
+
+// Whether the cases change nothing.
+bool do_nothing(const Node *first) {
+    for (const Node *node = first; node; node = node->next)
+        if (node->kind == NODE_CASE && may_act(node->first_child)) return false;
+    return true;
+}
+
+// A field, or the element of a variable at one place.
+bool is_plain_selector(const Node *selector) {
+    if (selector->kind == NODE_FIELD) return true;
+    const Node *index = selector->first_child;
+    bool is_index = selector->kind == NODE_ARGUMENTS || selector->kind == NODE_BRACES;
+    return is_index && index && !index->next && is_surely_single(index) &&
+           (index->kind == NODE_NUMBER || index->kind == NODE_NAME);
+}
+
+bool is_count(const Node *name) {
+    return strcmp(name->text, "nargin") == 0 || strcmp(name->text, "nargout") == 0;
+}
+
+// Whether the value may be asked for in each case: nothing changes it between them.
+bool is_plain_subject(const Node *subject) {
+    subject = without_parens(subject);
+    if (subject->kind == NODE_NAME) return is_variable(subject->symbol) || is_count(subject);
+    const Node *base = subject->kind == NODE_REFERENCE ? subject->first_child : nullptr;
+    if (!base || base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
+    for (const Node *before = base; before->next; before = before->next)
+        if (!is_plain_selector(before->next) || may_be_called(before)) return false;
+    return true;
+}
+
+const Node *first_clause(const Node *subject) {
+    const Node *first = subject->next;
+    while (first && first->kind == NODE_COMMENT) first = first->next;
+    return first;
+}
+
+// What stands in front of the first case: the value in a variable, if it needs one. Answers what
+// the cases compare with.
+const char *put_subject(const Node *subject, const Node *first) {
+    const char *text = lower_expression(subject)->text;
+    bool is_asked = first && first->kind == NODE_CASE && do_nothing(first);
+    bool is_alone = is_asked && (!first->next || first->next->kind == NODE_OTHERWISE);
+    bool is_once = is_alone && without_parens(subject)->kind == NODE_REFERENCE;
+    if (is_once && strlen(text) <= LONGEST_IN_HEAD) return text;
+    if (is_asked && strlen(text) <= LONGEST_SUBJECT && is_plain_subject(subject)) return text;
+    const char *variable = new_switch_variable();
+    put_line("%s := %s;", {variable, text});
+    return variable;
+}
+
+}  // namespace
+
 void put_switch(const Node *node) {
     assert(node->kind == NODE_SWITCH);
     const Node *subject = node->first_child;
-    const char *variable = new_switch_variable();
-    put_line("%s := %s;", {variable, lower_expression(subject)->text});
-    Line *head = Lowering.lines->last;
-    const Node *first = subject->next;
-    for (; first && first->kind == NODE_COMMENT; first = first->next)
-        put_switch_comment(first, head, first == subject->next);
+    const Node *first = first_clause(subject);
+    const Line *before = Lowering.lines->last;
+    const char *variable = put_subject(subject, first);
+    Line *head = Lowering.lines->last == before ? nullptr : Lowering.lines->last;
+    for (const Node *comment = subject->next; comment != first; comment = comment->next)
+        put_switch_comment(comment, head, comment == subject->next);
     if (!first) return;
-    end_head(end_of(subject));
-    begin_rest(first->offset);
+    if (head) {
+        end_head(end_of(subject));
+        begin_rest(first->offset);
+    }
     Lines *front = Lowering.lines;
     Lines chain = {};
     Lowering.lines = &chain;
