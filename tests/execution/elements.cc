@@ -75,7 +75,9 @@ std::vector<Element> at_positions(const std::vector<Element> &all, const std::ve
 ValuePointer elements_at(const Value &value, const std::vector<size_t> &at, size_t rows,
                          size_t columns) {
     if (value.kind == ValueKind::CELL) return cell(rows, columns, at_positions(value.elements, at));
-    return array(value.kind, rows, columns, at_positions(value.numbers, at));
+    ValuePointer some = array(value.kind, rows, columns, at_positions(value.numbers, at));
+    some->is_byte = value.is_byte;
+    return some;
 }
 
 // One index: the elements of a row or a column stay in a row or a column.

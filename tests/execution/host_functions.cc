@@ -1,5 +1,6 @@
 // The functions of the host that translations of the tests call.
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <map>
 
@@ -116,6 +117,19 @@ ValuePointer are_same_texts(const Arguments &arguments) {
     return truth(are_texts && text_of(*arguments[0]) == text_of(*arguments[1]));
 }
 
+// Of integer classes, and of a row with a column: what the library leaves to the host.
+ValuePointer remainders(const Arguments &two) {
+    const Value &left = *two.at(0);
+    const Value &right = *two.at(1);
+    const bool is_row = left.rows == 1 && right.columns == 1;
+    if (!left.is_byte && !right.is_byte && !is_row) throw ExecutionError("mod of plain numbers");
+    std::vector<double> numbers;
+    for (const double number : left.numbers)
+        for (const double divisor : right.numbers)
+            numbers.push_back(number - divisor * std::floor(number / divisor));
+    return array(ValueKind::NUMBERS, right.rows, left.columns, std::move(numbers));
+}
+
 ValuePointer failed(const Arguments &arguments) {
     throw ExecutionError("error: " + (arguments.empty() ? "" : text_of(*arguments[0])));
 }
@@ -165,6 +179,8 @@ const std::map<std::string, std::function<ValuePointer(const Arguments &)>> FUNC
      [](const Arguments &two) { return truth(has_field(*two.at(0), text_of(*two.at(1)))); }},
     {"setdiff", difference},
     {"strcmp", are_same_texts},
+    {"mod", remainders},
+    {"int8", [](const Arguments &one) { return bytes(*one.at(0)); }},
     {"error", failed},
     {"double", as_numbers},
     {"iscell", is_cell},

@@ -27,7 +27,9 @@ ValuePointer pairwise(ValueKind kind, const Value &left, const Value &right,
     for (size_t at = 0; at < numbers.size(); at++)
         numbers[at] =
             operation(left.numbers[takes_left ? 0 : at], right.numbers[takes_right ? 0 : at]);
-    return array(kind, shape.rows, shape.columns, std::move(numbers));
+    ValuePointer result = array(kind, shape.rows, shape.columns, std::move(numbers));
+    const bool is_byte = kind == ValueKind::NUMBERS && (left.is_byte || right.is_byte);
+    return is_byte ? bytes(*result) : result;
 }
 
 double raised(double base, double exponent) {
@@ -92,6 +94,14 @@ void append_beside(Value &left, const Value &right) {
 }
 
 }  // namespace
+
+ValuePointer bytes(const Value &value) {
+    std::vector<double> numbers = operand(value).numbers;
+    for (double &each : numbers) each = std::clamp(std::round(each), -128., 127.);
+    ValuePointer result = array(ValueKind::NUMBERS, value.rows, value.columns, std::move(numbers));
+    result->is_byte = true;
+    return result;
+}
 
 ValuePointer each_two(char operation, const Value &left, const Value &right) {
     const auto with = [&](const auto &function) {

@@ -38,6 +38,7 @@ struct Value {
     std::string name = "";                /* of a function of the host */
     const Procedure *procedure = nullptr; /* of other functions; the program owns it */
     Frame *surrounding = nullptr;         /* of a procedure in a procedure; the machine owns it */
+    bool is_byte = false; /* numbers of an integer class: whole, from -128 to 127 */
 };
 
 /* An index: every position, a range from first to last (none for the end), or a value's. */
@@ -91,6 +92,8 @@ ValuePointer &field_of(Value &value, const std::string &name);
 ValuePointer joined(const std::vector<ValuePointer> &values, int side);
 ValuePointer transposed(const Value &value);
 
+/* The numbers, of that class. */
+ValuePointer bytes(const Value &value);
 /* The operators: + - * / ^ of each two elements; `.` of matrices, `^` of single values; relations,
  * and, or. */
 ValuePointer each_two(char operation, const Value &left, const Value &right);

@@ -49,7 +49,8 @@ y = $2;
 end
 )";
 
-// Words: the function, how the quotient is rounded, what is left of a division by zero.
+// Words: the function, how the quotient is rounded, what is left of a division by zero. Quotients of
+// integer classes are rounded, so that half of 1 is 1: they are the host's.
 const char Remainder[] = R"(function y = $1(a, b)
 % What is left of each two elements when they are divided.
 y = b + 0;
@@ -58,6 +59,8 @@ if numel(b) == 1
 end
 if numel(y) == 1
     y = $1_of(a, b);
+elseif numel(a) > 1 & numel(b) > 1 & (size(a, 1) ~= size(b, 1) | numel(a) ~= numel(b))
+    y = builtin('$1', a, b);
 else
     for k = 1:numel(y)
         y(k) = $1_of(element_of(a, k), element_of(b, k));
@@ -73,6 +76,8 @@ elseif b ~= b
     y = b;
 elseif b - b ~= 0
     y = a;
+elseif (quotient.*0 + 1)./2 == 1
+    y = builtin('$1', a, b);
 else
     y = a - $2(quotient).*b;
     nearest = whole_part(quotient + 0.5);
@@ -119,6 +124,8 @@ if numel(b) == 1
 end
 if numel(y) == 1
     y = $1_of(a, b);
+elseif numel(a) > 1 & numel(b) > 1 & (size(a, 1) ~= size(b, 1) | numel(a) ~= numel(b))
+    y = builtin('$1', a, b);
 else
     for k = 1:numel(y)
         y(k) = $1_of(element_of(a, k), element_of(b, k));
@@ -128,6 +135,10 @@ end
 
 function y = $1_of(a, b)
 y = 0;
+if ((a + b).*0 + 1)./2 == 1
+    y = builtin('$1', a, b);
+    return
+end
 power = 1;
 for k = 1:53
     half = whole_part(a./2);
@@ -146,6 +157,11 @@ end
 const char BitShift[] = R"(function y = bitshift(x, count)
 % Whole numbers with their bits moved up, or down for a negative count; 53 bits stay.
 y = mod(floor(x.*2.^count), 9007199254740992);
+if numel(x) > 0
+    if (x.*0 + 1)./2 == 1
+        y = builtin('bitshift', x, count);
+    end
+end
 )";
 
 // clang-format off
