@@ -22,6 +22,9 @@ export type Refuse = (id: number | string | null, code: number, message: string)
 
 type Fields = Record<string, unknown>;
 
+const isId = (value: unknown): value is number | string =>
+    typeof value === 'number' || typeof value === 'string';
+
 export class CheckedReader extends AbstractMessageReader implements MessageReader {
     #parts: Buffer[] = [];
     #length = 0;
@@ -139,19 +142,29 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
             return;
         }
         const trouble = this.#troubleOf(value);
-        if (!trouble) this.#callback(value as Message);
+        if (!trouble) this.#hand(value as Message);
         else if (trouble.text !== '') this.refuse(trouble.id, trouble.code, trouble.text);
+    }
+
+    /** What the connection cannot take may not end what is read after it. */
+    #hand(message: Message): void {
+        try {
+            this.#callback(message);
+        } catch (error) {
+            this.fireError(error as Error);
+        }
     }
 
     #troubleOf(value: unknown): { id: number | string | null; code: number; text: string } | null {
         const fields = (typeof value === 'object' && value !== null ? value : {}) as Fields;
         const given = fields['id'];
-        const id = typeof given === 'number' || typeof given === 'string' ? given : null;
+        const id = isId(given) ? given : null;
         const refused = (text: string, code: number = ErrorCodes.InvalidRequest) => ({ id, code, text });
         if (Array.isArray(value)) return refused('batches are not taken');
         const { method, params } = fields;
         if (method === undefined && id !== null && ('result' in fields || 'error' in fields)) return null;
         if (typeof method !== 'string') return refused('neither a request nor an answer');
+        if (method === '$/cancelRequest' && !isId((params as Fields | null | undefined)?.['id'])) return refused('');
         if (params !== undefined && (typeof params !== 'object' || params === null) && params !== null)
             return given === undefined
                 ? refused('')

@@ -23,6 +23,10 @@ export interface Client {
     encoding: Encoding;
     canRenameFiles: boolean;
     canCreateFiles: boolean;
+    readsMarkdown: boolean;
+    nestsSymbols: boolean;
+    /** Parameters of signatures are marked by offsets, not by their texts. */
+    marksByOffset: boolean;
     /** Of the page about messages. */
     messagesPage: string | null;
 }
@@ -36,7 +40,15 @@ export class Service {
     readonly configurations = new Configurations();
     readonly open = new Map<string, OpenText>();
     index = new FileIndex([]);
-    client: Client = { encoding: 'utf-16', canRenameFiles: false, canCreateFiles: false, messagesPage: null };
+    client: Client = {
+        encoding: 'utf-16',
+        canRenameFiles: false,
+        canCreateFiles: false,
+        readsMarkdown: true,
+        nestsSymbols: true,
+        marksByOffset: false,
+        messagesPage: null,
+    };
     /** Mistakes in rules of the last translation. */
     rulesMistakes: string | null = null;
     readonly #kept = new Map<string, Kept>();

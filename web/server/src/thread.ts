@@ -18,6 +18,20 @@ interface Waiting {
 
 const GIVEN_UP = { code: CANCELLED, message: 'cancelled' };
 
+/** A job that is cancelled while it runs has so many milliseconds to end by itself. */
+const LONGEST_CANCELLED = 300;
+
+export interface ThreadOptions {
+    /** What the thread runs, and what it gets. */
+    script: URL;
+    data: unknown;
+    /** All that a new thread has to know. */
+    whole: () => State;
+    log: (text: string) => void;
+    /** Whether the thread is given up for a job that nobody waits for, and with it what it knows. */
+    stopsCancelled: boolean;
+}
+
 export class TranslatorThread {
     #worker: Worker | null = null;
     #running: Waiting | null = null;
@@ -26,10 +40,8 @@ export class TranslatorThread {
     #pending: State = {};
 
     constructor(
-        readonly wasm: WebAssembly.Module,
-        /** All that a new thread has to know. */
-        readonly whole: () => State,
-        readonly log: (text: string) => void,
+        readonly options: ThreadOptions,
+        readonly mostMemory = MOST_MEMORY,
     ) {}
 
     /** What has changed; it goes along with the next job. */
@@ -71,9 +83,13 @@ export class TranslatorThread {
 
     #cancel(job: Waiting): void {
         const at = this.#waiting.indexOf(job);
-        if (at < 0) return;
-        this.#waiting.splice(at, 1);
-        job.settle({ id: job.id, error: GIVEN_UP });
+        if (at >= 0) {
+            this.#waiting.splice(at, 1);
+            job.settle({ id: job.id, error: GIVEN_UP });
+        } else if (this.options.stopsCancelled) {
+            const stop = (): void => void (this.#running === job && this.stopRunning());
+            setTimeout(stop, job.begun + LONGEST_CANCELLED - performance.now()).unref();
+        }
     }
 
     /** Gives up the job under way. */
@@ -91,7 +107,7 @@ export class TranslatorThread {
         this.#running = job;
         const isNew = this.#worker === null;
         this.#worker ??= this.#make();
-        const state = isNew ? this.whole() : this.#pending;
+        const state = isNew ? this.options.whole() : this.#pending;
         this.#pending = {};
         job.begun = performance.now();
         this.#worker.postMessage({ id: job.id, name: job.name, params: job.params, state });
@@ -105,9 +121,9 @@ export class TranslatorThread {
     }
 
     #make(): Worker {
-        const worker = new Worker(new URL('./worker.js', import.meta.url), {
-            workerData: { wasm: this.wasm },
-            resourceLimits: { maxOldGenerationSizeMb: MOST_MEMORY },
+        const worker = new Worker(this.options.script, {
+            workerData: this.options.data,
+            resourceLimits: { maxOldGenerationSizeMb: this.mostMemory },
         });
         worker.unref();
         worker.on('message', (done: Done) => {
@@ -121,7 +137,7 @@ export class TranslatorThread {
     #lose(worker: Worker, reason: string): void {
         if (this.#worker !== worker) return;
         this.#worker = null;
-        this.log(`the thread that translates is lost: ${reason}`);
+        this.options.log(`the thread that translates is lost: ${reason}`);
         this.#finish({
             id: this.#running?.id ?? 0,
             error: { code: INTERNAL_ERROR, message: `the translation was given up: ${reason}` },

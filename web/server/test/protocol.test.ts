@@ -16,6 +16,8 @@ const request = (id: number, method: string, params: unknown = {}): object => ({
 });
 const INITIALIZE = frame(request(1, 'initialize', { processId: null, capabilities: {}, rootUri: null }));
 
+const A = { textDocument: { uri: 'file:///a.m' } };
+
 /** A server that is written to byte by byte. */
 class Raw {
     readonly process: ChildProcess = spawn(process.execPath, [SERVER], { stdio: ['pipe', 'pipe', 'ignore'] });
@@ -101,6 +103,9 @@ test('what is no message, followed by one', async () => {
             frame(request(16, 'mtranslate/unheardOf')).replace('Content', 'content'),
             -32601,
         ],
+        ['a cancellation of nothing', frame({ jsonrpc: '2.0', method: '$/cancelRequest', params: {} }), null],
+        ['a hover without a position', frame(request(17, 'textDocument/hover', A)), -32602],
+        ['actions without a range', frame(request(18, 'textDocument/codeAction', A)), -32602],
         ['an answer to nothing', frame({ jsonrpc: '2.0', id: 99, result: null }), null],
         ['an unknown notification', frame({ jsonrpc: '2.0', method: 'unheardOf' }), null],
         [

@@ -97,9 +97,10 @@ class Actions {
         const table = /^[ \t]*\[functions\][ \t]*(#[^\n]*)?\r?(\n|$)/m.exec(text);
         const at = source.positionAt(table ? table.index + table[0].length : text.length);
         const gap = text === '' || text.endsWith('\n') ? '' : '\n';
+        const before = text === '' ? '' : `${gap}\n`;
         const edit = insert(
             at,
-            table ? gap.slice(0, table[2] === '' ? 1 : 0) + rule : `${gap}\n[functions]\n${rule}`,
+            table ? gap.slice(0, table[2] === '' ? 1 : 0) + rule : `${before}[functions]\n${rule}`,
         );
         return this.service.client.canCreateFiles
             ? { documentChanges: [change(edit)] }
