@@ -26,6 +26,13 @@ const fenced = (language: string, text: string): string => {
     return `${fence}${language}\n${text}\n${fence}`;
 };
 
+/** What is read as it stands: without fences, rules and the quotes of names. */
+const withoutMarks = (markdown: string): string =>
+    markdown
+        .replace(/^(`{3,})\S*\n([^]*?)\n\1$/gm, '$2')
+        .replace(/^---\n\n/gm, '')
+        .replace(/`([^`\n]*)`/g, '$1');
+
 function variableText(analysis: Analysis, { name }: Found & { kind: 'variable' }): string {
     const owner = analysis.result.functions[name.function]?.name;
     const where = owner === undefined ? 'the file' : `the function \`${owner}\``;
@@ -73,8 +80,11 @@ export function hover(service: Service, { path, position }: At): Hover | null {
         hostText(analysis, offset),
     ].filter((text): text is string => text !== null);
     if (texts.length === 0) return null;
+    const markdown = texts.join('\n\n---\n\n');
     return {
-        contents: { kind: 'markdown', value: texts.join('\n\n---\n\n') },
+        contents: service.client.readsMarkdown
+            ? { kind: 'markdown', value: markdown }
+            : { kind: 'plaintext', value: withoutMarks(markdown) },
         ...(found ? { range: analysis.source.rangeAt(found.span) } : {}),
     };
 }

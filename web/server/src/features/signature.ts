@@ -1,5 +1,6 @@
 /* The signature of the function in whose call the cursor stands. */
-import type { SignatureHelp } from 'vscode-languageserver-types';
+import type { ParameterInformation, SignatureHelp } from 'vscode-languageserver-types';
+import type { Head } from '../analysis.js';
 import type { Service } from '../service.js';
 import { definitionOfName, type At } from './lookup.js';
 
@@ -35,6 +36,17 @@ export function openCall(text: string): OpenCall | null {
     return null;
 }
 
+/** A parameter may have the name of the function or of an output, so places are better than texts. */
+function parametersOf(service: Service, { signature, parameters }: Head): ParameterInformation[] {
+    if (!service.client.marksByOffset) return parameters.map((label) => ({ label }));
+    let from = signature.lastIndexOf('(');
+    return parameters.map((name) => {
+        const begin = signature.indexOf(name, from);
+        from = begin + name.length;
+        return { label: [begin, from] };
+    });
+}
+
 export function signatureHelp(service: Service, { path, position }: At): SignatureHelp | null {
     const analysis = service.analysis(path);
     if (!analysis) return null;
@@ -51,7 +63,7 @@ export function signatureHelp(service: Service, { path, position }: At): Signatu
         signatures: [
             {
                 label: signature,
-                parameters: parameters.map((label) => ({ label })),
+                parameters: parametersOf(service, defined.own.head),
                 ...(help === null ? {} : { documentation: help }),
             },
         ],

@@ -44,16 +44,27 @@ function classSymbol({ source }: Analysis): DocumentSymbol | null {
     };
 }
 
-export function documentSymbols(service: Service, { path }: { path: string }): DocumentSymbol[] {
+/** For clients that know no symbols in symbols. */
+const flat = (uri: string, symbols: DocumentSymbol[], containerName = ''): SymbolInformation[] =>
+    symbols.flatMap(({ name, kind, range, children = [] }) => [
+        { name, kind, location: { uri, range }, ...(containerName === '' ? {} : { containerName }) },
+        ...flat(uri, children, name),
+    ]);
+
+export function documentSymbols(
+    service: Service,
+    { path }: { path: string },
+): DocumentSymbol[] | SymbolInformation[] {
     const analysis = service.analysis(path);
     if (!analysis) return [];
     const ofClass = classSymbol(analysis);
     const functions = analysis.functions.filter(({ outer }) => outer < 0);
-    return [
+    const symbols = [
         ...(ofClass ? [ofClass] : []),
         ...functions.map((own) => functionSymbol(analysis, own)),
         ...variableSymbols(analysis),
     ];
+    return service.client.nestsSymbols ? symbols : flat(analysis.source.uri, symbols);
 }
 
 /** Whether the characters of the query come in the name, in their order. */
