@@ -203,6 +203,7 @@ test('requests about one program', async (t) => {
             [of('s.alpha'), 'n'.repeat(64)],
             [of('half(x) +'), 'main'],
             [of('other(x'), 'caller'],
+            [of('other(x'), 'eval'],
             [of('unknown_one'), 'known'],
             [of('% Main'), 'name'],
         ];
@@ -313,6 +314,7 @@ test('names that several functions and files share', async () => {
     const files = {
         'one.m': 'function one(x)\nglobal total\ntotal = x;\n',
         'two.m': 'function y = two\nglobal total\ny = total;\nend\nfunction total_of\ntotal = 1;\nend\n',
+        'three.m': 'global sum\nsum = 1;\n',
         'nested.m': nested,
     };
     await withClient(files, async (client) => {
@@ -330,6 +332,7 @@ test('names that several functions and files share', async () => {
         });
         for (const name of ['a', 'd', 'inner'])
             await assert.rejects(rename('nested.m', 1, 0, name), /already a name/);
+        await assert.rejects(rename('one.m', 2, 0, 'sum'), /'sum' is a name in three.m already/);
     });
 });
 

@@ -64,7 +64,7 @@ function usesOfFile(analysis: Analysis, path: string): Use[] {
 }
 
 /** The other files whose text has the word. */
-function* filesWith(service: Service, word: string, but: string): Iterable<Analysis> {
+export function* filesWith(service: Service, word: string, but: string): Iterable<Analysis> {
     const pattern = new RegExp(`(?<![A-Za-z0-9_])${word}(?![A-Za-z0-9_])`);
     for (const path of new Set([...service.index.paths, ...service.open.keys()])) {
         if (path === but) continue;

@@ -3,11 +3,11 @@ import type { Range, RenameFile, TextDocumentEdit, WorkspaceEdit } from 'vscode-
 import type { Name } from 'mtranslate';
 import type { Analysis, Found } from '../analysis.js';
 import { stampOf } from '../disk.js';
-import { folderOf, stemOf } from '../file_index.js';
+import { folderOf, packageOf, stemOf } from '../file_index.js';
 import { INVALID_REQUEST, Refusal } from '../refusal.js';
 import type { Service } from '../service.js';
 import { definitionOf, findAt, isMethodFile, type At, type Definition } from './lookup.js';
-import { usesOf, type Use } from './references.js';
+import { filesWith, usesOf, type Use } from './references.js';
 import { KEYWORDS } from './words.js';
 
 const LONGEST_NAME = 63;
@@ -65,6 +65,20 @@ function checkFree(
     for (const file of new Set(uses.map(({ analysis }) => analysis)))
         if (knows(file, name, within)) refuse(`'${name}' is already a name in ${stemOf(file.source.path)}.m`);
     if (target !== null && service.text(target) !== null) refuse(`the file '${target}' is there already`);
+    const isShared = target !== null || (found.kind === 'variable' && found.name.kind === 'global');
+    if (isShared) checkElsewhere(service, name, target);
+}
+
+/** A file that has the name would mean the renamed function, or the renamed global variable, with it. */
+function checkElsewhere(service: Service, name: string, target: string | null): void {
+    const full = target === null ? name : packageOf(folderOf(target)) + name;
+    for (const { source, result } of filesWith(service, name, '')) {
+        const means =
+            target === null
+                ? result.names.some(({ kind, text }) => kind === 'global' && text === name)
+                : result.calls.some((call) => call.end !== 'own' && call.name === full);
+        if (means) refuse(`'${full}' is a name in ${stemOf(source.path)}.m already`);
+    }
 }
 
 function editOf(
