@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cli/messages/diagnostic.h"
-#include "cli/report/statistics.h"
+#include "cli/report/facts/statistics.h"
 
 namespace mtranslate {
 

@@ -3,8 +3,8 @@
 #include <iostream>
 
 #include "cli/files/output.h"
-#include "cli/report/assess.h"
-#include "cli/report/call_graph.h"
+#include "cli/report/forms/assess.h"
+#include "cli/report/forms/call_graph.h"
 #include "cli/rules/rules.h"
 
 namespace mtranslate {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "cli/report/file_result.h"
+#include "cli/report/facts/file_result.h"
 #include "cli/report/report.h"
 #include "cli/request/options.h"
 

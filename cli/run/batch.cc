@@ -22,7 +22,7 @@
 #include "cli/files/output.h"
 #include "cli/files/output_folder.h"
 #include "cli/messages/baseline.h"
-#include "cli/report/file_result.h"
+#include "cli/report/facts/file_result.h"
 #include "cli/report/report_output.h"
 #include "cli/run/message_output.h"
 #include "cli/run/open_source.h"

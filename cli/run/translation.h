@@ -8,8 +8,8 @@
 
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
-#include "cli/report/file_result.h"
-#include "cli/report/statistics.h"
+#include "cli/report/facts/file_result.h"
+#include "cli/report/facts/statistics.h"
 #include "cli/request/options.h"
 #include "cli/rules/rules_host.h"
 #include "cli/support/exit_code.h"

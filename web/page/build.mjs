@@ -38,7 +38,7 @@ async function script(file) {
 /** A text with its marks (@NAME@) replaced. */
 const filled = (text, values) => text.replace(/@([A-Z]+)@/g, (mark, name) => values[name] ?? mark);
 
-/** The page of a report, as cli/report/report_page.cc fills it. */
+/** The page of a report, as cli/report/forms/report_page.cc fills it. */
 function reportPage() {
     const part = (name) => read('cli/report/page', name);
     const names = ['elements', 'tables', 'places', 'call_graph', 'source_view', 'files', 'views'];

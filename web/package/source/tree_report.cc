@@ -1,7 +1,7 @@
 #include "web/package/source/tree_report.h"
 
 #include "cli/messages/messages.h"
-#include "cli/report/report_json.h"
+#include "cli/report/forms/report_json.h"
 
 namespace mtranslate::web {
 

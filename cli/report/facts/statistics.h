@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "cli/messages/run_files.h"
-#include "cli/report/line_map.h"
+#include "cli/report/facts/line_map.h"
 
 namespace mtranslate {
 

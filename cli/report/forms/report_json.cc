@@ -1,12 +1,12 @@
 /* Reports as JSON: docs/report.schema.json. */
-#include "cli/report/report_json.h"
+#include "cli/report/forms/report_json.h"
 
 #include <algorithm>
 
 #include "cli/files/files.h"
 #include "cli/messages/explain.h"
-#include "cli/report/assess.h"
-#include "cli/report/statistics_json.h"
+#include "cli/report/forms/assess.h"
+#include "cli/report/forms/statistics_json.h"
 
 namespace mtranslate {
 

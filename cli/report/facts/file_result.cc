@@ -1,5 +1,5 @@
 /* Results as bytes, for the same program in another process. */
-#include "cli/report/file_result.h"
+#include "cli/report/facts/file_result.h"
 
 #include <cereal/types/map.hpp>
 #include <cereal/types/optional.hpp>

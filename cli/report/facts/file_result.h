@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "cli/messages/diagnostic.h"
-#include "cli/report/statistics.h"
+#include "cli/report/facts/statistics.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {

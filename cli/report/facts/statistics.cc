@@ -1,5 +1,5 @@
 /* From the library's outline of a source to what is told about it. */
-#include "cli/report/statistics.h"
+#include "cli/report/facts/statistics.h"
 
 #include <algorithm>
 #include <map>
@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "cli/files/file_index.h"
-#include "cli/report/unread_statements.h"
+#include "cli/report/facts/unread_statements.h"
 
 namespace mtranslate {
 

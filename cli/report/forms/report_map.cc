@@ -1,8 +1,8 @@
 /* Where the lines of translations come from, as JSON. */
 #include <nlohmann/json.hpp>
 
+#include "cli/report/forms/statistics_json.h"
 #include "cli/report/report.h"
-#include "cli/report/statistics_json.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Statements counted over bytes. */
-#include "cli/report/unread_statements.h"
+#include "cli/report/facts/unread_statements.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 /* Reports as Markdown. */
 #include <sstream>
 
+#include "cli/report/forms/report_words.h"
 #include "cli/report/report.h"
 #include "cli/report/report_summary.h"
-#include "cli/report/report_words.h"
 
 namespace mtranslate {
 

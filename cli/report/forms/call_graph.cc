@@ -1,5 +1,5 @@
 /* From the calls of files to a graph. */
-#include "cli/report/call_graph.h"
+#include "cli/report/forms/call_graph.h"
 
 #include <set>
 #include <sstream>

@@ -1,5 +1,5 @@
 /* Numbers and names in words. */
-#include "cli/report/report_words.h"
+#include "cli/report/forms/report_words.h"
 
 namespace mtranslate {
 

@@ -3,7 +3,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "cli/report/statistics.h"
+#include "cli/report/facts/statistics.h"
 
 namespace mtranslate {
 

@@ -1,9 +1,9 @@
 /* Reports as a page: the files of page/ with the report's JSON, and the texts of files in packs of
  * their own, which the page opens when they are wanted. */
 #include "cli/files/files.h"
+#include "cli/report/forms/report_json.h"
+#include "cli/report/forms/statistics_json.h"
 #include "cli/report/page/packed.h"
-#include "cli/report/report_json.h"
-#include "cli/report/statistics_json.h"
 #include "cli/support/characters.h"
 #include "report_page_texts.h"
 

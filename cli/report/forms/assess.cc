@@ -1,12 +1,12 @@
 /* The page of an assessment. */
-#include "cli/report/assess.h"
+#include "cli/report/forms/assess.h"
 
 #include <algorithm>
 #include <iomanip>
 #include <set>
 #include <sstream>
 
-#include "cli/report/report_words.h"
+#include "cli/report/forms/report_words.h"
 
 namespace mtranslate {
 

@@ -1,5 +1,5 @@
 /* Members in the words of the report. */
-#include "cli/report/statistics_json.h"
+#include "cli/report/forms/statistics_json.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,5 @@
 /* From the library's pieces to places in the user's files. */
-#include "cli/report/line_map.h"
+#include "cli/report/facts/line_map.h"
 
 #include <algorithm>
 #include <tuple>
