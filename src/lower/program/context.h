@@ -19,6 +19,13 @@ struct GeneratedName {
     GeneratedName *next;
 };
 
+/* A variable that begins in front of an outermost statement. */
+struct StartedName {
+    const char *name;
+    const char *start; /* what it begins as */
+    StartedName *next;
+};
+
 struct Origin;
 
 /* A branch and where its end comes from. */
@@ -74,7 +81,7 @@ struct LoweringContext {
     Lines *in_front;      /* lines in front of the outermost statement; null outside of one */
     int front_level;      /* of those lines */
     int32_t inner_procedures; /* of several lines, that the texts of expressions hold so far */
-    GeneratedName *started;   /* variables that begin there without elements */
+    StartedName *started;     /* variables that begin there without elements */
     bool is_read_too;         /* the target being lowered is read before it is set: x(f()) += e */
     const Node *assigned;   /* the value of the assignment whose target is being lowered, or null */
     bool in_comment;        /* the lines become comments */

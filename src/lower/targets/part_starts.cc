@@ -2,6 +2,7 @@
 #include "lower/targets/part_starts.h"
 
 #include <limits.h>
+#include <string.h>
 
 #include "lower/calls/keyword_calls.h"
 #include "lower/conditions/host_conditions.h"
@@ -113,22 +114,17 @@ void start_field(PartStarts *starts, const char *holder, const Node *field) {
     put_start(form_text("not %s", {value_condition(is_there->text)}), path.text, start);
 }
 
-bool is_started(const char *name) {
-    for (const GeneratedName *started = Lowering.started; started; started = started->next)
-        if (started->text == name) return true;
-    return false;
-}
-
 // A variable whose first use in the text is to have a part set begins in front of all loops.
-void start_in_front(const Symbol *symbol, const char *written, const Node *selector) {
-    if (is_started(symbol->name)) return;
-    GeneratedName *started = AllocRecord<GeneratedName>();
-    *started = {symbol->name, Lowering.started};
+// Answers what it begins as there.
+const char *start_in_front(const Symbol *symbol, const char *written, const Node *selector) {
+    for (const StartedName *started = Lowering.started; started; started = started->next)
+        if (started->name == symbol->name) return started->start;
+    StartedName *started = AllocRecord<StartedName>();
+    *started = {symbol->name, start_text(selector, is_always_cell(symbol)), Lowering.started};
     Lowering.started = started;
-    if (!Lowering.in_front) return;
-    const char *line =
-        form_text("%s := %s;", {written, start_text(selector, is_always_cell(symbol))});
-    add_line(Lowering.in_front, Lowering.front_level, line);
+    add_line(Lowering.in_front, Lowering.front_level,
+             form_text("%s := %s;", {written, started->start}));
+    return started->start;
 }
 
 // What is a number, truth value or text that may have no elements is a cell once an element of it
@@ -252,13 +248,14 @@ PartStarts start_variable(const Node *target, const char *written) {
     starts.unknown = base->next;
     starts.read = -1;
     if (!may_be(base->value, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return starts;
+    bool is_in_front = symbol->starts_in_front && Lowering.in_front;
+    const char *front = is_in_front ? start_in_front(symbol, written, base->next) : "";
     if (base->value == MAY_BE_MISSING) {
-        put_line("%s := %s;", {written, start_text(base->next, is_always_cell(symbol))});
+        const char *start = start_text(base->next, is_always_cell(symbol));
+        if (strcmp(front, start) != 0) put_line("%s := %s;", {written, start});
         starts.is_there = true;
         starts.unknown = start_fields(written, base->next);
-        return starts;
     }
-    if (symbol->starts_in) start_in_front(symbol, written, base->next);
     return starts;
 }
 

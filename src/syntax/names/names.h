@@ -89,11 +89,13 @@ struct Symbol {
     Symbol *parts;                  /* the values of its fields (values/field_values.h), or null */
     bool has_given_parts;  /* it may have had fields that the walk has not seen being set */
     const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
-    const Node *start; /* selector of a target before which it may have no value, so that it must
-                          begin with one; null for none */
-    uint16_t now;      /* what its value may be where the values are being traced (tree/value.h) */
-    uint16_t since;    /* what it has been since the outermost loop or try around began */
-    uint16_t ever;     /* what it may be anywhere in the function; 0 before its values are traced */
+    bool
+        starts_in_front; /* it may have no value at a later target in that, so it begins in front */
+    const Node *start;   /* selector of a target before which it may have no value, so that it must
+                            begin with one; null for none */
+    uint16_t now;    /* what its value may be where the values are being traced (tree/value.h) */
+    uint16_t since;  /* what it has been since the outermost loop or try around began */
+    uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
     uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
     Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */
     const char *class_name; /* what class_of_value has found of all its values; null for nothing */

@@ -347,6 +347,7 @@ void forget_trace(Scope *scope) {
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         symbol->ever = 0;
         symbol->start = symbol->starts_in = nullptr;
+        symbol->starts_in_front = false;
     }
 }
 

@@ -115,7 +115,9 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     bool is_first = symbol->flags & SYMBOL_STARTS_AS_PART;
     if (is_first && !symbol->starts_in) symbol->starts_in = OutermostStatement;
     bool is_same = is_first && symbol->starts_in == OutermostStatement;
-    if (kinds_of(before) && !is_same) symbol->start = selector;
+    if (!kinds_of(before)) return;
+    symbol->starts_in_front = is_same;
+    if (!is_same) symbol->start = selector;
 }
 
 // struct('a', 1, 'b', 2) makes one record, where no value is a cell.
