@@ -206,7 +206,7 @@ static bool goes_on(std::string_view line, std::string_view next) {
         if (token[0] == '#') return false;
         last = token;
     }
-    return last == "," || begins_with_operator(next);
+    return last == "," || last == "=" || last == "(" || begins_with_operator(next);
 }
 
 std::string with_whole_lines(std::string_view host_text) {

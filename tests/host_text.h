@@ -6,8 +6,8 @@
 
 namespace mtranslate {
 
-/* The translation with each long line, which goes on in others after a comma or in front of an
- * operator, as one line. */
+/* The translation with each long line, which goes on in others after a comma, := or a bracket or in
+ * front of an operator, as one line. */
 std::string with_whole_lines(std::string_view host_text);
 
 /* What is wrong with a translation, as "line N: ..."; empty when nothing is. Brackets and quotes

@@ -14,7 +14,18 @@ struct Reader {
     char quote;  // of the string or name around; 0 for none
 };
 
+// What holds a line together more than a bracket does: a procedure in an expression, and the target
+// of an assignment.
+constexpr int HELD = 2;
+
+bool is_at_word(const char *at, const char *word) {
+    size_t length = strlen(word);
+    return strncmp(at, word, length) == 0;
+}
+
 inline void read_character(Reader *from) {
+    if (*from->at == 'p' && !from->quote && is_at_word(from->at, "proc(")) from->depth += HELD;
+    if (*from->at == 'e' && !from->quote && is_at_word(from->at, "end proc")) from->depth -= HELD;
     char c = *from->at++;
     if (from->quote) {
         if (c == '\\' && from->quote == '"' && *from->at) from->at++;
@@ -59,9 +70,34 @@ int tightness_of(const char *word, size_t length) {
 constexpr int TIGHTEST = 8;
 constexpr int NO_PLACE = -1;
 
-// That in front of what is read next: after a comma, before an operator.
+bool is_name_character(char c) {
+    return c == '_' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// Whether the bracket in front opens the arguments of a call that is no part of a longer form. A
+// text is not put into a line of its own.
+bool opens_arguments(const char *at, const char *start) {
+    if (strchr(")[\"`", *at)) return false;
+    const char *end = at - 1;
+    if (end > start && end[-1] == ']') {
+        while (end > start && *end != '[') end--;
+        return end - start >= 3 && is_at_word(end - 3, "QXR");
+    }
+    const char *word = end;
+    while (word > start && is_name_character(word[-1])) word--;
+    if (word == end) return false;
+    for (const char *form :
+         {"eval(", "evalhf(", "zip(", "map(", "seq(", "rtable(", "copy(", "proc("})
+        if (is_at_word(word, form)) return false;
+    return true;
+}
+
+// That in front of what is read next: after a comma, before an operator, and where these are deeper
+// inside, after the bracket of an outermost call.
 inline int place_at(const Reader *from, const char *start) {
     if (from->at == start || from->quote) return NO_PLACE;
+    if (from->at[-1] == '(' && from->depth == 1 && opens_arguments(from->at, start))
+        return TIGHTEST + TIGHTEST - 1;
     bool is_after_comma = from->at[-1] == ',';
     if (!is_after_comma && *from->at != ' ') return NO_PLACE;
     if (is_after_comma) return from->depth * TIGHTEST;
@@ -122,11 +158,32 @@ void write_line_end(uint32_t margin) {
     write_blanks(margin);
 }
 
+// Behind the sign of an assignment, or null.
+const char *value_of_line(const char *line, const char *end) {
+    Reader from = {line, 0, 0};
+    for (; from.at < end; read_character(&from))
+        if (from.depth == 0 && !from.quote && is_at_word(from.at, " := ")) return from.at + 3;
+    return nullptr;
+}
+
+// Whether the value alone fits into a line, and its target would have to be broken, or the value
+// deep inside.
+bool stands_alone(const char *line, const char *value, const char *end, const Reader *next,
+                  uint32_t margin) {
+    bool fits =
+        end - value + margin + INDENT <= LONGEST_LINE && value - line + margin <= LONGEST_LINE;
+    bool is_head = is_at_word(value, " proc(");
+    return fits && !is_head && next->at &&
+           (next->at < value || next->depth > 1 || next->at[-1] == '(');
+}
+
 void write_code(const char *line, const char *end, uint32_t margin) {
     Reader from = {line, 0, 0};
     uint32_t deeper = margin + INDENT;
     while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
         Reader next = find_break(from, end, from.at + (LONGEST_LINE - margin));
+        const char *value = from.at == line ? value_of_line(line, end) : nullptr;
+        if (value && stands_alone(line, value, end, &next, margin)) next = {value + 1, 0, 0};
         if (!next.at || next.at >= end) break;
         const char *last = next.at;
         while (last[-1] == ' ') last--;
