@@ -4,6 +4,7 @@
 
 #include "lower/expressions/operands.h"
 #include "syntax/tree/tree.h"
+#include "syntax/tree/value.h"
 
 /* One value. A list of values, c{:}, stands for its first one. */
 Operand lower_operand(const Node *node);
@@ -14,6 +15,9 @@ Operand lower_chain(const Node *node);
 Operand lower_prefix(const Node *node);
 /* The value of a binary operator; left is spent. */
 Operand new_binary(OperatorId op, const Operand *left, const Operand *right);
+/* The same of an operand and what is known of it, and of an expression: plain where both are surely
+ * single numbers. */
+Operand join_values(OperatorId op, const Operand *left, Value left_value, const Node *right);
 
 /* A NUMBER, a STRING; the text of a string's characters. */
 Operand lower_number(const Node *node);

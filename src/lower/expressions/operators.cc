@@ -95,6 +95,10 @@ const PlainOperator *plain_operator(OperatorId id) {
     return nullptr;
 }
 
+bool is_plain_operation(OperatorId op, Value left, Value right) {
+    return plain_operator(op) && is_one_number(left) && is_one_number(right);
+}
+
 bool is_long_text(const Node *node) {
     node = without_parens(node);
     return node->kind == NODE_STRING && strlen(node->text) > 1;
@@ -170,9 +174,8 @@ Operand lower_after(Operand *left, bool acts, const Node *next) {
 
 Operand join_next(Operand *left, Value left_value, bool acts, const Node *next) {
     Operand right = lower_after(left, acts, next);
-    const PlainOperator *plain = plain_operator(next->joint);
-    if (plain && is_one_number(left_value) && is_one_number(value_of(next)))
-        return join_numbers(plain, left, &right);
+    if (is_plain_operation(next->joint, left_value, value_of(next)))
+        return join_numbers(plain_operator(next->joint), left, &right);
     spell_characters(next->joint, left, left_value, &right, value_of(next));
     bool is_inner = next->next && is_infix_power(next) && is_infix_power(next->next);
     return is_inner ? new_inner_power(next, left, &right) : new_binary(next->joint, left, &right);
@@ -227,10 +230,16 @@ Operand new_binary(OperatorId op, const Operand *left, const Operand *right) {
     return {new_operator2(row->builder, first, second), form};
 }
 
+Operand join_values(OperatorId op, const Operand *left, Value left_value, const Node *right) {
+    Operand other = lower_operand(right);
+    if (is_plain_operation(op, left_value, value_of(right)))
+        return join_numbers(plain_operator(op), left, &other);
+    return new_binary(op, left, &other);
+}
+
 // What is known of a number, or not, and the operand that joins it.
 static Value joined_value(const Node *next, Value left) {
-    bool are_numbers =
-        plain_operator(next->joint) && is_one_number(left) && is_one_number(value_of(next));
+    bool are_numbers = is_plain_operation(next->joint, left, value_of(next));
     return are_numbers ? MAY_BE_NUMBER | ONE | ANY_SIGN : ANY_VALUE & ~MAY_BE_TEXT;
 }
 

@@ -39,7 +39,7 @@ constexpr UnaryWord Unary[] = {
 
 constexpr auto UnaryIndex = index_rows(Unary);
 
-Operand join_values(OperatorId op, const vExpr *values) {
+Operand join_all(OperatorId op, const vExpr *values) {
     Operand value = without_parentheses(values->item);
     for (const vExpr *cell = values->next; cell; cell = cell->next) {
         Operand right = without_parentheses(cell->item);
@@ -50,7 +50,7 @@ Operand join_values(OperatorId op, const vExpr *values) {
 
 mExpr *new_binary_call(OperatorId op, const vExpr *values, int count) {
     if (count < 2 || (count > 2 && !takes_more(op))) return nullptr;
-    Operand value = join_values(op, values);
+    Operand value = join_all(op, values);
     return in_parentheses(&value);
 }
 
@@ -97,11 +97,12 @@ const char *operator_value(const char *name) {
     vExpr *second = alloc_vExpr(new_leaf("qxrp_y"));
     vExpr *both = prepend_vExpr(new_leaf("qxrp_x"), second);
     vExpr *one = alloc_vExpr(new_leaf("qxrp_x"));
-    const mExpr *binary = new_call(name, both, 2);
-    const mExpr *unary = binary ? nullptr : new_call(name, one, 1);
+    mExpr *binary = new_call(name, both, 2);
+    mExpr *unary = binary ? nullptr : new_call(name, one, 1);
     free_vExpr(both);
     free_vExpr(one);
-    if (binary) return form_text("proc( qxrp_x, qxrp_y ) return %s; end proc", {binary->text});
-    if (unary) return form_text("proc( qxrp_x ) return %s; end proc", {unary->text});
+    if (binary)
+        return form_text("proc( qxrp_x, qxrp_y ) return %s; end proc", {plain_value(binary)->text});
+    if (unary) return form_text("proc( qxrp_x ) return %s; end proc", {plain_value(unary)->text});
     return nullptr;
 }

@@ -130,7 +130,10 @@ mExpr *take_numbers(const OfferedCall *call) {
     if (call->count != 1) return nullptr;
     if (is_surely_text(call->first)) return new_keyword_call("double", call->values);
     if (!is_surely(value_of(call->first), MAY_BE_TRUTH)) return nullptr;
-    return new_call_leaf(form_text("(%s +~ 0)", {call->values->item->text}));
+    Operand left = without_parentheses(call->values->item);
+    Operand right = {new_node(EXPR_INTEGER, "0"), HOST_ATOM};
+    Operand sum = new_binary(OPERATOR_PLUS, &left, &right);
+    return in_parentheses(&sum);
 }
 
 // The value, or a variable that holds it, which may be written twice.

@@ -64,7 +64,8 @@ void choose_form(const OpenRest *rest, const Node *statement) {
     if (!is_outermost(rest)) return;
     ScriptContext *script = &Lowering.script;
     bool is_last = !has_statement_after(statement);
-    if (statement->kind == NODE_RETURN && is_last) script->left_out = statement;
+    if (statement->kind == NODE_RETURN && (is_last || rest->guards < MOST_GUARDS))
+        script->left_out = statement;
     const Node *found = guarding_return(statement);
     if (!found || (!is_last && rest->guards >= MOST_GUARDS)) return;
     script->left_out = found;
@@ -116,7 +117,9 @@ void end_in_rest(OpenRest *rest, const Node *statement, const ScriptContext *bef
         rest->origin = CurrentOrigin;
     }
     if (!is_outermost(rest)) return;
-    if (script->guard == statement) {
+    bool is_cut_off = script->left_out == statement && has_statement_after(statement);
+    if (is_cut_off) put_line("if false then", {});
+    if (is_cut_off || script->guard == statement) {
         open_branch(rest);
         rest->guards++;
         rest->is_tested = rest->is_pending = false;

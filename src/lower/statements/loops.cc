@@ -137,7 +137,20 @@ void put_column_head(const LoopHead *head) {
     }
 }
 
+// One round: over a single whole number as it is, which may be asked for twice.
+bool put_single_head(const LoopHead *head) {
+    const Node *values = without_parens(head->variable->next);
+    bool is_plain = values->kind == NODE_NUMBER || values->kind == NODE_NAME;
+    bool is_number = kinds_of(value_of(values)) == MAY_BE_NUMBER && is_surely_single(values);
+    if (!is_plain || !is_number || !is_surely_whole(values)) return false;
+    if (values->kind == NODE_NAME && reads(head->variable, values->symbol)) return false;
+    const char *text = lower_expression(values)->text;
+    put_line("for %s from %s to %s do", {head->counter, text, text});
+    return true;
+}
+
 void put_head(const LoopHead *head) {
+    if (put_single_head(head)) return;
     if (const Node *range = counted_range(head->variable->next)) {
         put_counted_head(head, range);
     } else {

@@ -22,7 +22,7 @@ const Node *only_statement(const Node *block) {
 }
 
 // What is read: s.a, or x = s.a.
-const Node *value_of(const Node *statement) {
+const Node *value_after(const Node *statement) {
     if (statement->kind == NODE_EXPRESSION) return statement->first_child;
     bool is_plain = statement->kind == NODE_ASSIGN && statement->op == OPERATOR_NONE &&
                     statement->first_child->kind == NODE_NAME;
@@ -49,7 +49,7 @@ bool are_fields(const Node *reference) {
 
 const Node *tried_fields(const Node *node) {
     const Node *statement = only_statement(node->first_child);
-    const Node *value = statement ? value_of(statement) : nullptr;
+    const Node *value = statement ? value_after(statement) : nullptr;
     if (!value || has_flag(node, HAS_IDENTIFIER)) return nullptr;
     value = without_parens(value);
     return value->kind == NODE_REFERENCE && are_fields(value) ? value : nullptr;

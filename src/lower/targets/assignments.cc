@@ -47,8 +47,8 @@ const Node *element_value(const Node *target, const Node *value) {
 // x += e.
 const char *compound_value(const Target *target, const Node *node) {
     Operand left = {new_leaf(target_value(target)), HOST_ATOM};
-    Operand right = lower_operand(second_child(node));
-    return new_binary(node->op, &left, &right).expr->text;
+    const Node *place = node->first_child;
+    return join_values(node->op, &left, value_of(place), place->next).expr->text;
 }
 
 // Functions that ask their first argument for as many results as they are asked for.
