@@ -10,6 +10,7 @@
 #include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
+#include "lower/targets/shared_parts.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/values.h"
 #include "translate/ranges.h"
@@ -155,7 +156,10 @@ static ExprList lower_positions(const Node *selector, const char *base, bool *is
 }
 
 ExprList lower_index(const Node *selector, const char *base, bool may_be_call) {
-    return lower_positions(selector, base, nullptr, may_be_call);
+    Holder outer = begin_holding(nullptr, nullptr);
+    ExprList positions = lower_positions(selector, base, nullptr, may_be_call);
+    end_holding(outer);
+    return positions;
 }
 
 ExprList lower_values(const Node *arguments) {

@@ -90,8 +90,9 @@ struct LoweringContext {
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;
-    uint32_t defaults_end; /* no statement from this byte on gives a parameter its default */
-    int32_t clearing_cost; /* of clear so far (clears.cc) */
+    uint32_t defaults_end;      /* no statement from this byte on gives a parameter its default */
+    const Node *outermost_loop; /* around the current statement; null for none */
+    int32_t clearing_cost;      /* of clear so far (clears.cc) */
 };
 
 /* Saved by value, and restored, around a function inside another. */

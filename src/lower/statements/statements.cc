@@ -88,9 +88,12 @@ void put_assigned(const Node *node) {
 // A return of a script inside of the loop leaves the loops around it too.
 void put_loop(const Node *node, void (*put)(const Node *)) {
     int32_t returns = Lowering.script.returns;
+    const Node *outermost = Lowering.outermost_loop;
+    if (!outermost) Lowering.outermost_loop = node;
     Lowering.script.loops++;
     put(node);
     Lowering.script.loops--;
+    Lowering.outermost_loop = outermost;
     if (Lowering.script.returns != returns) put_exit_after_loop();
 }
 

@@ -3,10 +3,12 @@
 
 #include <string.h>
 
+#include <algorithm>
+
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/value_lists.h"
 #include "run/run_state.h"
-#include "syntax/names/names.h"
+#include "syntax/names/part_changes.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/shapes.h"
 #include "translate/text_forms.h"
@@ -62,9 +64,25 @@ bool may_hold_parts(const Node *value) {
            (target && target->kind == NODE_NAME && has_parts(target->symbol));
 }
 
+// A later command may change the variables of this one.
+bool is_left_open(const Symbol *symbol) {
+    return !FileMode && symbol->scope->owner->kind == NODE_FILE;
+}
+
+// Whether anything inside of a part is set from here on, in the order of execution. What an
+// anonymous function gives is given at any time.
+bool changes_from_here(const Symbol *symbol, const Node *part, uint32_t depth) {
+    if (is_left_open(symbol)) return symbol->depth_changed > depth_of(part) + depth;
+    const Node *target = Lowering.holder.target;
+    const Node *loop = Lowering.outermost_loop;
+    uint32_t since = target ? target->offset : 0;
+    if (loop) since = std::min(since, loop->offset);
+    return changes_inside(symbol, part, depth, since);
+}
+
 bool changes_at(const Node *target, uint32_t depth) {
     const Symbol *symbol = target->kind == NODE_TILDE ? nullptr : variable_of(target);
-    return symbol && symbol->depth_changed > depth_of(target) + depth;
+    return symbol && changes_from_here(symbol, target, depth);
 }
 
 // x(k) of what is used as no cell takes over the characters that are put there.
@@ -82,7 +100,7 @@ bool changes_characters(const Node *value) {
     const Node *target = Lowering.holder.target;
     const Symbol *from = variable_of(value);
     if (target && takes_elements(target)) return false;
-    if (from && from->depth_changed > depth_of(value)) return true;
+    if (from && changes_from_here(from, value, 0)) return true;
     return target && target->kind != NODE_TARGETS && changes_at(target, 0);
 }
 
@@ -147,11 +165,6 @@ struct Depths {
     uint32_t in_target;
 };
 
-// A later command may change the variables of this one.
-bool is_left_open(const Symbol *symbol) {
-    return !FileMode && symbol->scope->owner->kind == NODE_FILE;
-}
-
 // Whether the target takes the elements of an array, x(:, k) = y, and none of them is shared.
 bool is_spread(const Node *value) {
     const Node *target = Lowering.holder.target;
@@ -169,8 +182,8 @@ bool needs_copy(const Node *value, Depths depths) {
     if (!Lowering.holder.value || is_replaced(value, from)) return false;
     if (value->is_given_away || is_spread(value)) return false;
     if (value->kind == NODE_NAME && is_left_open(from)) return true;
-    return from->depth_changed > depth_of(value) + depths.in_value ||
-           (from->flags & SEEN_ELSEWHERE) || is_in_danger(depths.in_target);
+    return changes_from_here(from, value, depths.in_value) || (from->flags & SEEN_ELSEWHERE) ||
+           is_in_danger(depths.in_target);
 }
 
 // What an expression may give as it is: x in +x, [x] and full(x); else null.
@@ -261,7 +274,7 @@ const char *looped_text(const Node *variable, const char *text) {
     const Symbol *from = variable_of(value);
     if (!from || is_immutable(value)) return text;
     Holder outer = begin_holding(variable, value);
-    bool changes = from->depth_changed > depth_of(value) || (from->flags & SEEN_ELSEWHERE) ||
+    bool changes = changes_from_here(from, value, 0) || (from->flags & SEEN_ELSEWHERE) ||
                    (may_hold_parts(value) && is_in_danger(0));
     end_holding(outer);
     return changes ? copy_text(text) : text;

@@ -7,6 +7,7 @@
 
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
+#include "syntax/names/part_changes.h"
 #include "syntax/scan/spellings.h"
 
 /* An assignment of a variable as a whole. */
@@ -15,6 +16,7 @@ struct Giving {
     const Node *target;
     const Node *loop;       /* statement around it, or null */
     const Node *last_named; /* where its variable is named last while it is not used again */
+    uint32_t since;         /* offset from which on what is done may be done after it */
     Giving *before;         /* in the text, or null */
 };
 
@@ -24,9 +26,10 @@ const Node *base_of(const Node *target) {
     return target->kind == NODE_REFERENCE ? target->first_child : target;
 }
 
-// What they hold at the end lives on.
-constexpr uint32_t LIVE_ON = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT |
-                             SYMBOL_OUTPUT | SYMBOL_LIVES_ON;
+// What they hold at the end lives on: by themselves, or in what takes it.
+constexpr uint32_t SEEN_OUTSIDE =
+    SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_OUTPUT;
+constexpr uint32_t LIVE_ON = SEEN_OUTSIDE | SYMBOL_LIVES_ON;
 
 // Whether it is set to what another variable holds: that would be copied there instead.
 bool is_set_to_shared(const Symbol *symbol) {
@@ -43,7 +46,7 @@ bool is_set_to_shared(const Symbol *symbol) {
 // Whether all that it holds has been made for it.
 bool can_own(const Symbol *symbol, const Scope *scope) {
     if (!is_variable(symbol) || symbol->scope != scope) return false;
-    if (symbol->flags & (LIVE_ON | SYMBOL_OPTIONS)) return false;
+    if (symbol->flags & (SEEN_OUTSIDE | SYMBOL_OPTIONS)) return false;
     if (is_set_to_shared(symbol)) return false;
     if (symbol->position > 0) return is_copied_parameter(symbol) && owns_given_value(symbol);
     return !(scope->flags & HAS_VARARGIN) || strcmp(symbol->name, "varargin") != 0;
@@ -56,14 +59,43 @@ bool is_set_in_turns(const Symbol *symbol, const Node *loop) {
     return false;
 }
 
-void settle_giving(const Giving *giving, const Scope *scope) {
-    Symbol *from = giving->value->symbol;
+// Whether the value is named for the last time.
+bool is_last_use(const Giving *giving) {
+    const Node *value = giving->value;
+    return value->kind == NODE_NAME && giving->last_named &&
+           value->symbol->last_named == giving->last_named;
+}
+
+// Whether it is given once, to an output, and neither of them changes it any more: when the
+// function has ended, the output has it alone.
+bool is_left_to_output(const Giving *giving) {
+    const Symbol *from = base_of(giving->value)->symbol;
     const Symbol *taker = base_of(giving->target)->symbol;
-    if (from->last_named != giving->last_named || !can_own(from, scope)) return;
-    if (giving->loop && !is_set_in_turns(from, giving->loop)) return;
+    if ((taker->flags & LIVE_ON) != SYMBOL_OUTPUT || taker == from) return false;
+    if (from->loops || (from->flags & (SYMBOL_GIVEN_AWAY | SYMBOL_TAKES_PARTS))) return false;
+    return !changes_inside(from, giving->value, 0, giving->since) &&
+           !changes_inside(taker, giving->target, 0, giving->since);
+}
+
+// x or s.f.g: what is put there again replaces itself.
+bool is_one_place(const Node *target) {
+    const Node *selector = target->kind == NODE_REFERENCE ? second_child(target) : nullptr;
+    while (selector && selector->kind == NODE_FIELD) selector = selector->next;
+    return !selector;
+}
+
+void settle_giving(const Giving *giving, const Scope *scope) {
+    Symbol *from = base_of(giving->value)->symbol;
+    const Symbol *taker = base_of(giving->target)->symbol;
+    bool is_last = is_last_use(giving);
+    if (!is_last && !is_left_to_output(giving)) return;
+    if (!can_own(from, scope)) return;
+    bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
+    if (is_repeated && !is_set_in_turns(from, giving->loop)) return;
     giving->value->is_given_away = true;
     from->flags |= SYMBOL_GIVEN_AWAY;
     if (taker->flags & LIVE_ON) from->flags |= SYMBOL_LIVES_ON;
+    pass_part_changes(from, giving->target);
     uint32_t depth = depth_of(giving->target);
     if (taker->depth_changed > depth)
         from->depth_changed = std::max(from->depth_changed, taker->depth_changed - depth);
@@ -81,10 +113,15 @@ bool has_captured(const Scope *scope) {
 void note_giving(Givings *givings, const Node *assignment, const Node *loop,
                  const Node *outermost) {
     const Node *target = assignment->first_child;
-    if (target->next->kind != NODE_NAME || base_of(target)->kind != NODE_NAME) return;
+    Node *value = target->next;
+    if (base_of(value)->kind != NODE_NAME || base_of(target)->kind != NODE_NAME) return;
+    bool is_selection =
+        value->kind == NODE_REFERENCE && last_selector(value)->kind == NODE_ARGUMENTS;
+    if (is_selection) return;
     if (outermost && outermost->offset < givings->last_unseen) return;
+    uint32_t since = outermost ? outermost->offset : target->offset;
     Giving *giving = AllocRecord<Giving>();
-    *giving = {target->next, target, loop, target->next, givings->last};
+    *giving = {value, target, loop, base_of(value), since, givings->last};
     givings->last = giving;
 }
 
@@ -96,16 +133,17 @@ void note_unseen_uses(Givings *givings, const Node *name) {
 
 void end_giving_branch(const Givings *givings, const Giving *before) {
     for (Giving *giving = givings->last; giving && giving != before; giving = giving->before)
-        if (giving->value->symbol->last_named != giving->last_named) giving->last_named = nullptr;
+        if (base_of(giving->value)->symbol->last_named != giving->last_named)
+            giving->last_named = nullptr;
 }
 
 void end_giving_branches(const Givings *givings, const Giving *before) {
     for (Giving *giving = givings->last; giving && giving != before; giving = giving->before)
-        if (giving->last_named) giving->last_named = giving->value->symbol->last_named;
+        if (giving->last_named) giving->last_named = base_of(giving->value)->symbol->last_named;
 }
 
 void finish_givings(const Givings *givings, const Scope *scope) {
     if (!givings->last || scope->owner->kind != NODE_FUNCTION || has_captured(scope)) return;
     for (const Giving *giving = givings->last; giving; giving = giving->before)
-        if (giving->last_named) settle_giving(giving, scope);
+        settle_giving(giving, scope);
 }

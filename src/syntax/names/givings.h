@@ -1,6 +1,7 @@
-/* Variables that are given away: y = x where x is not used again, so that y may hold what x held
- * and nobody needs a copy. The walk over the statements reports what may be such an assignment, and
- * what may use variables without naming them. */
+/* Variables that are given away: y = x where x is not used again, or where y is an output and
+ * nobody changes either of them, so that y may hold what x held and nobody needs a copy. The walk
+ * over the statements reports what may be such an assignment, and what may use variables without
+ * naming them. */
 #pragma once
 
 #include "syntax/names/names.h"

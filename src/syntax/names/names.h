@@ -14,6 +14,7 @@ struct Findings;
 struct LibraryFunction;
 struct LoopUse;
 struct Outcome;
+struct PartChange;
 struct Summary;
 
 enum SymbolFlag : uint32_t {
@@ -49,8 +50,9 @@ enum SymbolFlag : uint32_t {
     SYMBOL_CAPTURED = 1 << 24,       /* an anonymous function names it */
     SYMBOL_GIVEN_AWAY = 1 << 25,     /* an assignment gives away what it holds (names/givings.h) */
     SYMBOL_LIVES_ON = 1 << 26,       /* and to what outlives the function */
-    SYMBOL_GIVEN_IS_OWN = 1 << 27    /* a parameter of whose given value a part may be set, or which
+    SYMBOL_GIVEN_IS_OWN = 1 << 27,   /* a parameter of whose given value a part may be set, or which
                                         may be returned with it */
+    SYMBOL_TAKES_PARTS = 1 << 28 /* what others hold becomes part of it: [x, y], {x}, x(k) = y */
 };
 
 /* A name in the functions that share it. */
@@ -59,6 +61,7 @@ struct Symbol {
     Scope *scope;     /* to which it belongs */
     uint32_t flags;
     uint32_t depth_changed; /* most selectors of a target of it, as depth_of counts them */
+    PartChange *changes;    /* of parts (part_changes.h); null for none */
     int32_t position;       /* of a parameter, from 1; else 0 */
     Node *definition;       /* FUNCTION of a nested function, FILE of a called script; else null */
     const char *written;    /* its host name; null until lowering asks for it */

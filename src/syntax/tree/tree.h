@@ -182,7 +182,7 @@ struct Node {
     NodeKind kind;
     OperatorId op;
     OperatorId joint;   /* how it joins the sibling before it in a CHAIN; else OPERATOR_NONE */
-    bool is_given_away; /* NAME as the value of an assignment, after which what the variable held
+    bool is_given_away; /* NAME or REFERENCE as the value of an assignment, after which what it held
                            is the target's alone (names/givings.h) */
     uint16_t flags;     /* of NodeFlag */
     uint16_t value;     /* what its value may be (tree/value.h); 0: nothing is known */
