@@ -36,15 +36,32 @@ int descriptor_named(std::string_view path) {
 
 bool is_named_as_source(const fs::path &path) { return path.extension() == ".m"; }
 
-void write_whole(int descriptor, std::string_view text, const std::string &name,
+/* Small pieces are written together. */
+void write_pieces(int descriptor, const Pieces &text, const std::string &name) {
+    constexpr std::size_t MOST_HELD = 1 << 16;
+    std::string held;
+    text([&](std::string_view piece) {
+        if (held.size() + piece.size() > MOST_HELD) {
+            write_all(descriptor, held, name);
+            held.clear();
+        }
+        if (piece.size() > MOST_HELD)
+            write_all(descriptor, piece, name);
+        else
+            held += piece;
+    });
+    write_all(descriptor, held, name);
+}
+
+void write_whole(int descriptor, const Pieces &text, const std::string &name,
                  Durability durability) {
-    write_all(descriptor, text, name);
+    write_pieces(descriptor, text, name);
     if (durability == Durability::OnDisk && fsync(descriptor) != 0) fail("cannot write " + name);
 }
 
 /* Replaces target, old where it exists. False, with errno, where the place allows no new file or
  * not one of the same owner. */
-bool replace(const fs::path &target, const struct stat *old, std::string_view text,
+bool replace(const fs::path &target, const struct stat *old, const Pieces &text,
              const std::string &name, Durability durability) {
     PartialFile file(target.has_parent_path() ? target.parent_path() : ".");
     if (file.descriptor() < 0) return false;
@@ -72,13 +89,19 @@ void overwrite(const fs::path &target, const struct stat &old, std::string_view 
 }
 
 /* A pipe or a device. */
-void write_directly(const fs::path &target, std::string_view text, const std::string &name) {
+void write_directly(const fs::path &target, const Pieces &text, const std::string &name) {
     const Descriptor file(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     if (!file) fail("cannot write " + name);
-    write_all(file.get(), text, name);
+    write_pieces(file.get(), text, name);
 }
 
-void write_file(const fs::path &target, std::string_view text, const std::string &name,
+std::string joined(const Pieces &text) {
+    std::string whole;
+    text([&](std::string_view piece) { whole += piece; });
+    return whole;
+}
+
+void write_file(const fs::path &target, const Pieces &text, const std::string &name,
                 Durability durability) {
     struct stat old;
     const bool exists = stat(target.c_str(), &old) == 0;
@@ -88,7 +111,7 @@ void write_file(const fs::path &target, std::string_view text, const std::string
         fail("cannot write " + name);
     if (replace(target, exists ? &old : nullptr, text, name, durability)) return;
     if (!exists) fail("cannot write " + name);
-    overwrite(target, old, text, name);
+    overwrite(target, old, joined(text), name);
 }
 
 }  // namespace
@@ -118,8 +141,12 @@ void Output::refuse_sources(const FilesRead &sources) const {
 }
 
 void Output::write(std::string_view text, Durability durability) const {
+    write([&](const Sink &to) { to(text); }, durability);
+}
+
+void Output::write(const Pieces &text, Durability durability) const {
     if (descriptor_ >= 0)
-        write_all(descriptor_, text, name_);
+        write_pieces(descriptor_, text, name_);
     else
         write_file(behind_links(path_), text, name_, durability);
 }

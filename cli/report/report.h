@@ -3,11 +3,11 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "cli/files/output.h"
 #include "cli/messages/diagnostic.h"
 #include "cli/report/facts/statistics.h"
 
@@ -27,8 +27,7 @@ struct ReportFile {
     FileFacts facts;
     Diagnostics diagnostics;
     std::map<std::string, std::size_t> rules_used; /* how often, by title (rules.h) */
-    /* The translation, where it is in no file; not in a report's JSON. */
-    std::optional<std::string> translation;
+    std::string details;                           /* packed (details.h) */
 };
 
 struct Report {
@@ -60,11 +59,14 @@ bool is_report_path(const std::string &path);
 /* Whether that form shows translations. */
 bool shows_translations(const std::string &path);
 
-std::string report_json(const Report &report);
-std::string report_markdown(const Report &report);
-std::string report_page(const Report &report);
+/* Its forms, given to the sink piece by piece: what is written of a large tree is never in memory
+ * as a whole. The page throws FileError where a source cannot be read again, before it gives any.
+ */
+void write_json(const Report &report, const Sink &to);
+void write_markdown(const Report &report, const Sink &to);
+void write_page(const Report &report, const Sink &to);
 
 /* The maps of its files as JSON: docs/map.schema.json. */
-std::string map_json(const Report &report);
+void write_map(const Report &report, const Sink &to);
 
 }  // namespace mtranslate

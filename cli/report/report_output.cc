@@ -2,7 +2,6 @@
 
 #include <iostream>
 
-#include "cli/files/output.h"
 #include "cli/report/forms/assess.h"
 #include "cli/report/forms/call_graph.h"
 #include "cli/rules/rules.h"
@@ -30,8 +29,9 @@ void ReportOutput::add(const std::string &path, const std::string &output,
         result.code == ExitCode::Trouble ? FileState::Failed : state_of(result.diagnostics);
     file.facts = result.facts;
     file.diagnostics = result.diagnostics;
+    for (Diagnostic &diagnostic : file.diagnostics) diagnostic.excerpt = {};  // no form shows it
     file.rules_used = result.rules_used;
-    file.translation = result.translation;
+    file.details = result.details;
     report_.files.push_back(std::move(file));
 }
 
@@ -41,8 +41,13 @@ void ReportOutput::finish(bool is_interrupted) {
     report_.shows_sources = options_.report_sources;
     sort_report(report_);
     write(report_, options_.report, options_.graph);
-    if (!options_.map.empty()) Output(options_.map).write(map_json(report_));
+    if (!options_.map.empty())
+        Output(options_.map).write([&](const Sink &to) { write_map(report_, to); });
     if (options_.mode == Mode::Assess) Output(std::nullopt).write(assessment(report_));
+}
+
+bool report_shows_translations(const Options &options) {
+    return options.report_sources && shows_translations(options.report);
 }
 
 void merge_and_write(const ReportMerge &merge) {
@@ -52,7 +57,7 @@ void merge_and_write(const ReportMerge &merge) {
     report.shows_sources = merge.shows_sources;
     write(report, merge.output, merge.graph);
     if (merge.output.empty() && merge.graph.empty())
-        Output(std::nullopt).write(report_markdown(report));
+        Output(std::nullopt).write([&](const Sink &to) { write_markdown(report, to); });
 }
 
 }  // namespace mtranslate

@@ -35,6 +35,9 @@ private:
     Report report_;
 };
 
+/* Whether the report that is asked for does. */
+bool report_shows_translations(const Options &options);
+
 /* Throws FileError where a report cannot be read or written. */
 void merge_and_write(const ReportMerge &merge);
 

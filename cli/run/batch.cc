@@ -131,7 +131,8 @@ private:
         const Source source = open_source(options);
         const Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
-        result = result_of(translation);
+        const bool is_in_no_file = options_.mode != Mode::Translate;
+        result = result_of(translation, is_in_no_file && report_shows_translations(options_));
         if (translation.text) put_text(result, *translation.text, translation.files_read, output);
     }
 
@@ -144,8 +145,6 @@ private:
             return;
         }
         if (options_.mode == Mode::Compare) result.difference = difference(output, text);
-        if (options_.report_sources && shows_translations(options_.report))
-            result.translation = text;
     }
 
     bool write(const std::string &path, const std::string &text, const FilesRead &sources) const {

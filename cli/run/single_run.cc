@@ -28,11 +28,11 @@ std::string name_of_source(const Options &options) {
 }
 
 void report(const Options &options, const Translation &translation) {
-    FileResult result = result_of(translation);
-    result.translation = translation.text;
+    if (!options.wants_statistics()) return;
     ReportOutput output(options);
     output.add(*options.rules);
-    output.add(name_of_source(options), options.output.value_or(""), result);
+    output.add(name_of_source(options), options.output.value_or(""),
+               result_of(translation, report_shows_translations(options)));
     output.finish(false);
 }
 

@@ -12,6 +12,7 @@
 #include "cli/files/files.h"
 #include "cli/messages/messages.h"
 #include "cli/messages/source_error.h"
+#include "cli/report/facts/details.h"
 #include "cli/rules/rules_host.h"
 
 namespace mtranslate {
@@ -224,7 +225,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     else
         add_failure(*result, source, translation);
     if (wanted.wants_statistics()) translation.facts = facts_of(*result, files, index);
-    if (wanted.wants_map()) translation.facts.map = line_map_of(*result, files);
+    if (wanted.wants_map()) translation.map = line_map_of(*result, files);
     translation.calls_library = result->needs_library != 0;
     translation.rules_used = rules.used();
     translation.unanswered = rules.unanswered();
@@ -240,7 +241,7 @@ std::string library_text() {
     return {result->text, result->text_length};
 }
 
-FileResult result_of(const Translation &translation) {
+FileResult result_of(const Translation &translation, bool report_shows_text) {
     FileResult result;
     result.code = translation.code;
     result.diagnostics = translation.diagnostics;
@@ -249,6 +250,7 @@ FileResult result_of(const Translation &translation) {
     result.files_read = names_of(translation.files_read);
     result.rules_used = translation.rules_used;
     result.facts = translation.facts;
+    result.details = packed({translation.map, report_shows_text ? translation.text : std::nullopt});
     return result;
 }
 

@@ -9,6 +9,7 @@
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
 #include "cli/report/facts/file_result.h"
+#include "cli/report/facts/line_map.h"
 #include "cli/report/facts/statistics.h"
 #include "cli/request/options.h"
 #include "cli/rules/rules_host.h"
@@ -33,6 +34,7 @@ struct Translation {
     std::map<std::string, UnansweredCalls> unanswered{};
     bool calls_library = false; /* which stands apart (Options::is_library_apart) */
     FileFacts facts{};          /* where the options ask for statistics */
+    LineMap map{};              /* where they ask for it */
 };
 
 /* Translates the source, as the options say, in a host that answers by their rules. With an index
@@ -41,8 +43,8 @@ struct Translation {
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);
 
-/* What the translation tells; where its text goes is left open. */
-FileResult result_of(const Translation &translation);
+/* What the translation tells; where its text goes is left open, unless the report shows it. */
+FileResult result_of(const Translation &translation, bool report_shows_text);
 
 /* All functions that the translator brings along, in the host's language: the same for all sources.
  * Throws std::bad_alloc. */

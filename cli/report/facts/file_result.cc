@@ -2,7 +2,6 @@
 #include "cli/report/facts/file_result.h"
 
 #include <cereal/types/map.hpp>
-#include <cereal/types/optional.hpp>
 #include <cereal/types/string.hpp>
 #include <cereal/types/vector.hpp>
 
@@ -32,20 +31,15 @@ void serialize(Archive &archive, WaitingFact &of) {
 }
 
 template <class Archive>
-void serialize(Archive &archive, MappedLines &of) {
-    archive(of.kind, of.file, of.line, of.column, of.end_line, of.end_column, of.first, of.last);
-}
-
-template <class Archive>
 void serialize(Archive &archive, FileFacts &of) {
     archive(of.lines, of.bytes, of.statements, of.without_message, of.waiting, of.comments,
-            of.comments_kept, of.functions, of.calls, of.map);
+            of.comments_kept, of.functions, of.calls);
 }
 
 template <class Archive>
 void serialize(Archive &archive, FileResult &of) {
     archive(of.code, of.diagnostics, of.ignored, of.difference, of.files_read, of.has_output,
-            of.is_written, of.calls_library, of.rules_used, of.facts, of.translation);
+            of.is_written, of.calls_library, of.rules_used, of.facts, of.details);
 }
 
 std::string to_text(const FileResult &result) { return to_bytes(result); }

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,7 +28,7 @@ struct FileResult {
     std::map<std::string, std::size_t> rules_used;
     /* For a report. */
     FileFacts facts;
-    std::optional<std::string> translation; /* where it is in no file */
+    std::string details; /* packed (details.h) */
 };
 
 /* One text that another process can read back. */

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "cli/messages/run_files.h"
-#include "cli/report/facts/line_map.h"
 
 namespace mtranslate {
 
@@ -60,10 +59,9 @@ struct FileFacts {
     std::size_t comments_kept = 0;
     std::vector<FunctionFact> functions; /* in source order, nested ones too */
     std::vector<CallFact> calls;         /* in the order of their first places */
-    LineMap map;                         /* where it is asked for */
 };
 
-/* Of a run that is done; without the map. index: of the run, or null for none. */
+/* Of a run that is done. index: of the run, or null for none. */
 FileFacts facts_of(const mTranslateProgramResult &result, const RunFiles &files,
                    const FileIndex *index);
 

@@ -1,7 +1,6 @@
 /* Reports in files, in the form that their endings name. */
 #include <algorithm>
 
-#include "cli/files/output.h"
 #include "cli/report/report.h"
 
 namespace mtranslate {
@@ -11,11 +10,11 @@ namespace {
 /* How reports are written, by the endings of their files. */
 struct Form {
     const char *ending;
-    std::string (*text)(const Report &report);
+    void (*write)(const Report &report, const Sink &to);
     bool shows_translations;
 };
 constexpr Form FORMS[] = {
-    {".json", report_json, false}, {".md", report_markdown, false}, {".html", report_page, true}};
+    {".json", write_json, false}, {".md", write_markdown, false}, {".html", write_page, true}};
 
 const Form *form_of(const std::string &path) {
     const auto *form = std::ranges::find_if(
@@ -26,7 +25,7 @@ const Form *form_of(const std::string &path) {
 }  // namespace
 
 void write_report(const Report &report, const std::string &path) {
-    Output(path).write(form_of(path)->text(report));
+    Output(path).write([&](const Sink &to) { form_of(path)->write(report, to); });
 }
 
 bool is_report_path(const std::string &path) { return form_of(path) != nullptr; }

@@ -122,17 +122,6 @@ Diagnostic diagnostic_from(const Json &json, const std::string &path) {
     return diagnostic;
 }
 
-Report report_from(const Json &json) {
-    if (json.at("format") != FORMAT) throw FileError("it is another format");
-    if (json.at("version") != VERSION_OF_FORMAT) throw FileError("it is of another version");
-    Report report;
-    json.at("interrupted").get_to(report.is_interrupted);
-    for (const Json &file : json.at("files")) report.files.push_back(report_file_of(file));
-    for (const Json &rule : json.at("rules"))
-        report.rules.insert(rule.at("title").get<std::string>());
-    return report;
-}
-
 Json advice_of(const Report &report, const ReportSummary &summary) {
     Json advice = Json::array();
     for (const Candidate &candidate : candidates(report, summary))
@@ -151,11 +140,12 @@ Json explanations_of(const ReportSummary &summary) {
 
 }  // namespace
 
-Json file_json(const ReportFile &file) {
+Json file_json(const ReportFile &file, const LineMap *map) {
     Json json = {{"path", file.path}};
     if (!file.output.empty()) json["output"] = file.output;
     json["state"] = STATES[static_cast<std::size_t>(file.state)];
     json.update(Json(file.facts));
+    if (map) json["map"] = *map;
     json["messageCounts"] = by_severity(count_severities(file.diagnostics));
     json["messages"] = Json::array();
     for (const Diagnostic &diagnostic : file.diagnostics)
@@ -181,6 +171,11 @@ ReportFile report_file_of(const Json &json) {
     return file;
 }
 
+void check_format(const Json &head) {
+    if (head.at("format") != FORMAT) throw FileError("it is another format");
+    if (head.at("version") != VERSION_OF_FORMAT) throw FileError("it is of another version");
+}
+
 Json head_json(const Report &report, const ReportSummary &summary) {
     return {{"format", FORMAT},
             {"version", VERSION_OF_FORMAT},
@@ -203,29 +198,6 @@ Json page_head_json(const Report &report) {
 
 std::string text_of(const Json &json, int indent) {
     return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
-std::string report_json(const Report &report) {
-    std::string text = text_of(head_json(report, summarise(report)), 1);
-    text.resize(text.size() - 2);  // the end of the line and the object
-    text += ",\n \"files\": [";
-    for (const ReportFile &file : report.files) {
-        text += &file == report.files.data() ? "\n  " : ",\n  ";
-        for (const char c : text_of(file_json(file), 1)) {
-            text += c;
-            if (c == '\n') text += "  ";
-        }
-    }
-    return text + (report.files.empty() ? "]\n}\n" : "\n ]\n}\n");
-}
-
-Report read_report(const std::string &path) {
-    const std::string text = read_named_file(path);
-    try {
-        return report_from(Json::parse(text));
-    } catch (const std::exception &error) {
-        throw FileError("'" + path + "' is no report of mtranslate: " + error.what());
-    }
 }
 
 }  // namespace mtranslate

@@ -1,6 +1,7 @@
 /* Where the lines of translations come from, as JSON. */
 #include <nlohmann/json.hpp>
 
+#include "cli/report/facts/details.h"
 #include "cli/report/forms/statistics_json.h"
 #include "cli/report/report.h"
 
@@ -18,19 +19,20 @@ std::string text_of(const ReportFile &file) {
     std::string text = "{\"path\": " + line_of(file.path);
     if (!file.output.empty()) text += ", \"output\": " + line_of(file.output);
     text += ", \"map\": [";
-    for (const MappedLines &lines : file.facts.map)
-        text += (&lines == file.facts.map.data() ? "\n" : ",\n") + line_of(lines);
+    const LineMap map = unpacked_details(file.details).map;
+    for (const MappedLines &lines : map)
+        text += (&lines == map.data() ? "\n" : ",\n") + line_of(lines);
     return text + "]}";
 }
 
 }  // namespace
 
 /* A line for each entry: maps are long. */
-std::string map_json(const Report &report) {
-    std::string text = "{\"format\": \"mtranslate map\", \"version\": 1, \"files\": [";
+void write_map(const Report &report, const Sink &to) {
+    to("{\"format\": \"mtranslate map\", \"version\": 1, \"files\": [");
     for (const ReportFile &file : report.files)
-        text += (&file == report.files.data() ? "\n" : ",\n") + text_of(file);
-    return text + "]}\n";
+        to((&file == report.files.data() ? "\n" : ",\n") + text_of(file));
+    to("]}\n");
 }
 
 }  // namespace mtranslate

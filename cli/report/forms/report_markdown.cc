@@ -123,7 +123,7 @@ void write_files(std::ostream &to, const std::vector<ReportFile> &files) {
 
 }  // namespace
 
-std::string report_markdown(const Report &report) {
+void write_markdown(const Report &report, const Sink &to) {
     const ReportSummary summary = summarise(report);
     std::ostringstream text;
     text << "# Translation report\n\n";
@@ -134,7 +134,7 @@ std::string report_markdown(const Report &report) {
     write_unassigned(text, summary.unassigned);
     write_rules(text, summary.rules);
     write_files(text, report.files);
-    return text.str();
+    to(text.str());
 }
 
 }  // namespace mtranslate

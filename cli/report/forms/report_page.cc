@@ -1,9 +1,10 @@
 /* Reports as a page: the files of page/ with the report's JSON, and the texts of files in packs of
  * their own, which the page opens when they are wanted. */
 #include "cli/files/files.h"
+#include "cli/report/facts/details.h"
 #include "cli/report/forms/report_json.h"
 #include "cli/report/forms/statistics_json.h"
-#include "cli/report/page/packed.h"
+#include "cli/report/packed.h"
 #include "cli/support/characters.h"
 #include "report_page_texts.h"
 
@@ -38,13 +39,13 @@ std::string readable(std::string_view bytes) {
 }
 
 /* What the page needs of it: lines alone, of the file itself. */
-Json map_of(const ReportFile &file) {
-    Json map = Json::array();
-    for (const MappedLines &lines : file.facts.map)
+Json short_map(const LineMap &map) {
+    Json json = Json::array();
+    for (const MappedLines &lines : map)
         if (lines.file.empty())
-            map.push_back(
+            json.push_back(
                 {lines.line, lines.end_line, lines.first, lines.last, name_of_kind(lines.kind)});
-    return map;
+    return json;
 }
 
 /* Null where the source is there no more, or may not be shown. Throws FileError where it cannot be
@@ -54,11 +55,12 @@ Json texts_of(const ReportFile &file) {
     const auto source = read_file_if_there(file.path);
     if (!source) return nullptr;
     Json texts = {{"source", readable(*source)}};
-    auto translation = file.translation;
+    FileDetails details = unpacked_details(file.details);
+    auto &translation = details.translation;
     if (!translation && !file.output.empty()) translation = read_file_if_there(file.output);
     if (!translation) return texts;
     texts["translation"] = readable(*translation);
-    texts["map"] = map_of(file);
+    texts["map"] = short_map(details.map);
     return texts;
 }
 
@@ -71,14 +73,18 @@ public:
         if (count_ > 0) close();
     }
 
-    const std::string &elements() const { return elements_; }
+    void write(const Sink &to) const {
+        for (std::size_t i = 0; i < packs_.size(); ++i)
+            to("<script type=\"text/plain\" id=\"pack-" + std::to_string(i) + "\">" +
+               base64(packs_[i]) + "</script>\n");
+    }
     /* The numbers of the pack and of the text in it; null where there is none. */
     const Json &place(std::size_t file) const { return places_[file]; }
 
 private:
     void add(std::size_t file, const Json &texts) {
-        if (texts.is_null() || elements_.size() > MOST_BYTES_OF_TEXTS) return;
-        places_[file] = {pack_, count_};
+        if (texts.is_null() || bytes_ > MOST_BYTES_OF_TEXTS) return;
+        places_[file] = {packs_.size(), count_};
         text_.add(count_ == 0 ? "[" : ",");
         text_.add(text_of(texts));
         ++count_;
@@ -87,17 +93,16 @@ private:
 
     void close() {
         text_.add("]");
-        elements_ += "<script type=\"text/plain\" id=\"pack-" + std::to_string(pack_) + "\">" +
-                     text_.take() + "</script>\n";
-        ++pack_;
+        packs_.push_back(text_.take());
+        bytes_ += packs_.back().size() / 3 * 4;
         count_ = 0;
     }
 
     std::vector<Json> places_;
-    std::string elements_;
+    std::vector<std::string> packs_;
     PackedText text_;
-    std::size_t pack_ = 0;
-    std::size_t count_ = 0; /* of the texts in the pack */
+    std::size_t bytes_ = 0; /* of the packs in the page */
+    std::size_t count_ = 0; /* of the texts in the pack under way */
 };
 
 /* The report as the page reads it: without maps, which go with the texts. */
@@ -107,43 +112,50 @@ std::string packed_report(const Report &report, const Packs &packs) {
     text.pop_back();
     packed.add(text + ",\"files\":[");
     for (std::size_t i = 0; i < report.files.size(); ++i) {
-        Json file = file_json(report.files[i]);
-        file.erase("map");
+        Json file = file_json(report.files[i], nullptr);
         if (!packs.place(i).is_null()) file["texts"] = packs.place(i);
         packed.add((i == 0 ? "" : ",") + text_of(file));
     }
     packed.add("]}");
-    return packed.take();
+    return base64(packed.take());
 }
 
-/* The page with each of its marks replaced by a text; marks in these texts stay. */
-std::string filled(std::string_view page, const std::map<std::string_view, std::string> &texts) {
-    std::string filled;
+void write_scripts(const Sink &to) {
+    for (const std::string_view script :
+         {elements_js, tables_js, places_js, call_graph_js, source_view_js, files_js, views_js}) {
+        to(script);
+        to("\n");
+    }
+}
+
+/* Writes the page with each of its marks replaced by a text. */
+void fill(std::string_view page, const std::map<std::string_view, Pieces> &texts, const Sink &to) {
     while (!page.empty()) {
         const std::size_t begin = page.find('@');
         const std::size_t end = page.find('@', begin + 1);
-        if (end == page.npos) return filled.append(page);
+        if (end == page.npos) return to(page);
         const auto text = texts.find(page.substr(begin + 1, end - begin - 1));
-        filled += page.substr(0, begin);
-        filled += text == texts.end() ? page.substr(begin, end - begin) : text->second;
+        to(page.substr(0, text == texts.end() ? end : begin));
+        if (text != texts.end()) text->second(to);
         page.remove_prefix(text == texts.end() ? end : end + 1);
     }
-    return filled;
 }
 
 }  // namespace
 
-std::string report_page(const Report &report) {
+void write_page(const Report &report, const Sink &to) {
     const Packs packs(report);
-    std::string scripts;
-    for (const std::string_view script :
-         {elements_js, tables_js, places_js, call_graph_js, source_view_js, files_js, views_js})
-        scripts.append(script) += '\n';
-    return filled(page_html, {{"STYLE", std::string(palette_css).append(page_css)},
-                              {"REPORT", packed_report(report, packs)},
-                              {"TEXTS", packs.elements()},
-                              {"UNPACK", std::string(unpack_js)},
-                              {"SCRIPTS", scripts}});
+    const auto styles = [](const Sink &sink) {
+        sink(palette_css);
+        sink(page_css);
+    };
+    fill(page_html,
+         {{"STYLE", styles},
+          {"REPORT", [&](const Sink &sink) { sink(packed_report(report, packs)); }},
+          {"TEXTS", [&](const Sink &sink) { packs.write(sink); }},
+          {"UNPACK", [](const Sink &sink) { sink(unpack_js); }},
+          {"SCRIPTS", write_scripts}},
+         to);
 }
 
 }  // namespace mtranslate

@@ -73,7 +73,7 @@ void to_json(Json &json, const MappedLines &lines) {
     json["last"] = lines.last;
 }
 
-static void from_json(const Json &json, MappedLines &lines) {
+void from_json(const Json &json, MappedLines &lines) {
     const auto *kind =
         std::find(std::begin(LINE_KINDS), std::end(LINE_KINDS), json.at("kind").get<std::string>());
     if (kind == std::end(LINE_KINDS)) throw FileError("a map has an unknown kind");
@@ -94,8 +94,7 @@ void to_json(Json &json, const FileFacts &facts) {
             {"statements", {{"all", facts.statements}, {"withoutMessage", facts.without_message}}},
             {"waiting", facts.waiting},
             {"comments", {{"all", facts.comments}, {"kept", facts.comments_kept}}},
-            {"calls", facts.calls},
-            {"map", facts.map}};
+            {"calls", facts.calls}};
 }
 
 void from_json(const Json &json, FileFacts &facts) {
@@ -108,7 +107,6 @@ void from_json(const Json &json, FileFacts &facts) {
     json.at("comments").at("all").get_to(facts.comments);
     json.at("comments").at("kept").get_to(facts.comments_kept);
     json.at("calls").get_to(facts.calls);
-    if (json.contains("map")) json.at("map").get_to(facts.map);
 }
 
 }  // namespace mtranslate

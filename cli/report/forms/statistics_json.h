@@ -3,6 +3,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "cli/report/facts/line_map.h"
 #include "cli/report/facts/statistics.h"
 
 namespace mtranslate {
@@ -10,7 +11,8 @@ namespace mtranslate {
 const char *name_of_kind(std::int32_t kind);
 void to_json(nlohmann::ordered_json &json, const MappedLines &lines);
 void to_json(nlohmann::ordered_json &json, const FileFacts &facts);
-/* Throws nlohmann::json::exception where the value is no such record. */
+/* They throw nlohmann::json::exception, or FileError, where the value is no such record. */
+void from_json(const nlohmann::ordered_json &json, MappedLines &lines);
 void from_json(const nlohmann::ordered_json &json, FileFacts &facts);
 
 }  // namespace mtranslate

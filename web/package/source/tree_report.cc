@@ -41,10 +41,10 @@ std::string file_report(const mTranslateProgramResult &result, const std::string
     report.diagnostics = messages_of(result, files, MessagePolicy()).diagnostics;
     report.state = state_of(report.diagnostics);
     report.facts = facts_of(result, files, index);
-    report.facts.map = line_map_of(result, files);
     report.rules_used = rules.used();
     if (result.status != MTRANSLATE_PROGRAM_DONE) add_failure(result, files, report);
-    return text_of(file_json(report));
+    const LineMap map = line_map_of(result, files);
+    return text_of(file_json(report, &map));
 }
 
 std::string report_head(const nlohmann::ordered_json &files, const Rules &rules,

@@ -1,4 +1,4 @@
-/* Texts as a page holds them: compressed, in characters that mean nothing in HTML. */
+/* Texts and records deflated, to take little memory, or little of a page. */
 #pragma once
 
 #include <memory>
@@ -11,19 +11,26 @@ namespace mtranslate {
  * std::bad_alloc where there is no memory. */
 class PackedText {
 public:
-    PackedText();
+    enum class Effort { Little, Usual };
+    explicit PackedText(Effort effort = Effort::Usual);
     ~PackedText();
     PackedText(const PackedText &) = delete;
     PackedText &operator=(const PackedText &) = delete;
 
     void add(std::string_view piece);
     std::size_t size() const; /* of what was added */
-    /* All that was added, as base64 of a raw deflate stream. The text is empty then, for others. */
+    /* All that was added, as a raw deflate stream. The text is empty then, for others. */
     std::string take();
 
 private:
     struct Stream;
     std::unique_ptr<Stream> stream_;
 };
+
+/* The text of such a stream. Throws std::bad_alloc. */
+std::string unpacked(std::string_view packed);
+
+/* Bytes in characters that mean nothing in HTML. */
+std::string base64(std::string_view bytes);
 
 }  // namespace mtranslate
