@@ -178,7 +178,8 @@ TEST_F(Messages, show_people_at_a_terminal_colours_and_progress) {
     check({
         {"TERM=xterm script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, coloured, ""},
         {"TERM=dumb script -qec \"$tool -o o a.m\" /dev/null | tr -d '\\r'", 0, plain, ""},
-        {"TERM=xterm script -qec \"$tool check a.m b.m\" /dev/null > o; tr '\\r' '\\n' < o | grep -ac "
+        {"TERM=xterm script -qec \"$tool check a.m b.m\" /dev/null > o; tr '\\r' '\\n' < o | grep "
+         "-ac "
          "'^.*\\[[12]/2\\] [0-9.]* MB/s, 1 with errors$'",
          0, "2\n", ""},
         {"tr '\\r' '\\n' < o | grep -a mtranslate:", 0,

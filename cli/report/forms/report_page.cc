@@ -105,19 +105,21 @@ private:
     std::size_t count_ = 0; /* of the texts in the pack under way */
 };
 
-/* The report as the page reads it: without maps, which go with the texts. */
-std::string packed_report(const Report &report, const Packs &packs) {
-    PackedText packed;
+/* The report as the page reads it: without maps, which go with the texts. Its head takes much
+ * memory while it is made, and so do the packs from then on. */
+void add_head(const Report &report, PackedText &packed) {
     std::string text = text_of(page_head_json(report));
     text.pop_back();
     packed.add(text + ",\"files\":[");
+}
+
+void add_files(const Report &report, const Packs &packs, PackedText &packed) {
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         Json file = file_json(report.files[i], nullptr);
         if (!packs.place(i).is_null()) file["texts"] = packs.place(i);
         packed.add((i == 0 ? "" : ",") + text_of(file));
     }
     packed.add("]}");
-    return base64(packed.take());
 }
 
 void write_scripts(const Sink &to) {
@@ -144,14 +146,18 @@ void fill(std::string_view page, const std::map<std::string_view, Pieces> &texts
 }  // namespace
 
 void write_page(const Report &report, const Sink &to) {
+    PackedText packed_report;
+    add_head(report, packed_report);
     const Packs packs(report);
+    add_files(report, packs, packed_report);
+    const std::string text = base64(packed_report.take());
     const auto styles = [](const Sink &sink) {
         sink(palette_css);
         sink(page_css);
     };
     fill(page_html,
          {{"STYLE", styles},
-          {"REPORT", [&](const Sink &sink) { sink(packed_report(report, packs)); }},
+          {"REPORT", [&](const Sink &sink) { sink(text); }},
           {"TEXTS", [&](const Sink &sink) { packs.write(sink); }},
           {"UNPACK", [](const Sink &sink) { sink(unpack_js); }},
           {"SCRIPTS", write_scripts}},
