@@ -1,4 +1,5 @@
 /* The library's functions for JavaScript. */
+import { checkedAnswer, checkOptions, checkRequest, isText } from './checks.js';
 import { failedReport } from './failed_report.js';
 import { LostInstance, Module, toBytes, toText, type Asked, type Output } from './module.js';
 import {
@@ -7,11 +8,13 @@ import {
     type Files,
     type MessageKind,
     type Options,
+    type Question,
     type ReportHead,
     type ReportOptions,
     type Request,
     type Result,
     type RulesText,
+    type Search,
     type Status,
     type Text,
     type TreeOptions,
@@ -58,7 +61,10 @@ type FileMap = ReadonlyMap<string, Text>;
 
 function mapOf(files: Files | undefined): FileMap {
     const all = files instanceof Map ? files : Object.entries((files ?? {}) as Record<string, Text>);
-    return new Map([...all].map(([path, text]) => [shortest(path), text]));
+    const map = new Map([...all].map(([path, text]) => [shortest(path), text]));
+    for (const [path, text] of map)
+        if (!isText(text)) throw new TypeError(`the file '${path}' is neither a string nor a Uint8Array`);
+    return map;
 }
 
 /** Whether the library has to see the file when it looks into folders, for which it asks nobody. */
@@ -69,14 +75,15 @@ const orNone = <Answer>(answer: Answer | null | undefined): Answer | undefined =
 function questionsOf(options: Options, files: FileMap): Asked {
     const { read, answer, find, resultKind } = options;
     const kindOf = (name: string): string | undefined => {
-        const number = RESULT_KINDS.indexOf(orNone(resultKind?.(name)) ?? '');
+        const kind = checkedAnswer('resultKind', resultKind?.(name));
+        const number = RESULT_KINDS.indexOf(kind ?? '');
         return number < 0 ? undefined : String(number);
     };
     // ORDER QUESTIONS
     return [
-        (path: string) => files.get(path) ?? read?.(path),
-        (question: Parameters<NonNullable<typeof answer>>[0]) => orNone(answer?.(question)),
-        (search: Parameters<NonNullable<typeof find>>[0]) => orNone(find?.(search)),
+        (path: string) => files.get(path) ?? checkedAnswer('read', read?.(path)),
+        (question: Question) => orNone(checkedAnswer('answer', answer?.(question))),
+        (search: Search) => orNone(checkedAnswer('find', find?.(search))),
         kindOf,
     ] as Asked;
 }
@@ -238,9 +245,8 @@ export class Translator {
     /** Whatever is wrong with a source is told in the result. Throws RulesError for mistakes in the
      * rules, TypeError for a request that makes no sense, and what a callback has thrown. */
     translate(request: Request): Result {
+        checkRequest(request);
         const { text, file, files, ...options } = request;
-        if ((text === undefined) === (file === undefined))
-            throw new TypeError('either a text or a file is translated');
         if (text !== undefined && toBytes(text).includes(0))
             throw new TypeError('a text holds no NUL: give it as a file');
         if (this.#module.isInCall)
@@ -256,6 +262,7 @@ export class Translator {
     /** Translates the files *.m, each for itself, as the tool does a folder; files are not read from
      * anywhere else but by `read`. Gives way to other work between files. */
     async *translateTree(files: Files, options: TreeOptions = {}): AsyncGenerator<TreeOutput, void> {
+        checkOptions(options);
         const tree = new Tree(this.#module.compiled, mapOf(files), options);
         const { suffix = '.txt', signal } = options;
         const library = `qxrp_library${suffix}`;

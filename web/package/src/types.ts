@@ -47,7 +47,7 @@ export interface Search {
 }
 
 /** What one of these throws ends up at the caller of the translation, when the run has ended. They
- * may not translate themselves. */
+ * answer at once, with no promise, and may not translate themselves. */
 export interface Callbacks {
     /** The text of a file that is none of the files; null where it cannot be read, undefined where
      * there is none. */

@@ -95,23 +95,39 @@ test('texts and files that are no UTF-8, hold NULs, or end their lines otherwise
 });
 
 test('requests that make no sense', () => {
-    const requests: [Request, object][] = [
-        [{}, TypeError],
-        [{ text: 'x', file: 'x.m' }, TypeError],
-        [{ text: 'x\0' }, TypeError],
-        [{ text: 'x', maxMemory: Number.NaN }, TypeError],
+    const promise = (): never => Promise.resolve('x = 1') as never;
+    const requests: [request: unknown, says: RegExp | typeof RulesError][] = [
+        [undefined, /a request is an object/],
+        [{}, /either a text or a file/],
+        [{ text: 'x', file: 'x.m' }, /either a text or a file/],
+        [{ text: 5 }, /text is a string/],
+        [{ file: 5 }, /file is a string/],
+        [{ text: 'x\0' }, /NUL/],
+        [{ text: 'x', language: 3 }, /language is a string/],
+        [{ text: 'x', folders: 'lib' }, /folders is a list/],
+        [{ text: 'x', maxMemory: 1.5 }, /maxMemory is a whole number/],
+        [{ text: 'x', answer: 'y' }, /answer is a function/],
+        [{ text: 'x', rules: [5] }, /rules is a string, or a list/],
+        [{ file: 'a.m', files: { 'a.m': null } }, /'a.m' is neither/],
+        [{ file: 'a.m', read: promise }, /read has to answer a text at once, not a promise/],
+        [{ text: 'x = f(1)', answer: () => 7 }, /answer has to answer a text$/],
+        [{ text: 'x = f(1)', find: promise }, /find has to answer/],
+        [{ text: 'x = f(1)', resultKind: promise }, /resultKind has to answer/],
         [{ text: 'x', rules: '[functions]\nf = 3\n' }, RulesError],
         [{ text: 'x', rules: '[names' }, RulesError],
     ];
-    for (const [request, error] of requests) {
-        assert.throws(() => translator.translate(request), error as typeof Error, JSON.stringify(request));
+    for (const [request, says] of requests) {
+        const error = says instanceof RegExp ? { name: 'TypeError', message: says } : says;
+        assert.throws(() => translator.translate(request as Request), error, JSON.stringify(request));
         isRight();
     }
-    const status = (request: Request): string => translator.translate(request).status;
-    assert.equal(status({ text: 'x', language: 'french' as 'matlab' }), 'invalid');
-    assert.equal(status({ text: 'x', maxMemory: -1 }), 'invalid');
-    assert.equal(status({ file: 'absent.m', files: {} }), 'unreadable');
-    assert.equal(status({ file: 'broken.m', read: () => null }), 'unreadable');
+    const results: [Request, string][] = [
+        [{ text: 'x', language: 'french' as 'matlab' }, 'invalid'],
+        [{ text: 'x', maxMemory: -1 }, 'invalid'],
+        [{ file: 'absent.m', files: {} }, 'unreadable'],
+        [{ file: 'broken.m', read: () => null }, 'unreadable'],
+    ];
+    for (const [request, status] of results) assert.equal(translator.translate(request).status, status);
     isRight();
 });
 
