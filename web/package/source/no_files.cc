@@ -26,6 +26,8 @@ std::string read_named_file(const std::string &path) { refuse(path); }
 
 Descriptor spool(int, const std::string &name) { refuse(name); }
 
+std::string text_of(const Descriptor &, const std::string &name) { refuse(name); }
+
 std::string path_of(const Descriptor &) { return ""; }
 
 std::optional<std::string> read_regular_file(const std::string &) { return std::nullopt; }
