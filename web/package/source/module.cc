@@ -60,29 +60,28 @@ const Output *keep_error(const char *kind, const char *message) {
 }
 
 /* The rules of the last request, which are mostly those of the next. */
-struct RulesRead {
-    Json texts;
-    Rules rules;
-};
-RulesRead LastRules;
+Json LastTexts;
+Rules LastRules;
 
 /* texts: objects with name and text; the rules of a later one replace those of an earlier one.
  * Throws ConfigurationError. */
 const Rules &rules_of(const Json &texts) {
-    if (texts == LastRules.texts) return LastRules.rules;
+    if (texts == LastTexts) return LastRules;
     Rules rules;
     for (const Json &text : texts)
         rules.add(read_rules_text(text.at("name").get<std::string>(),
                                   text.at("text").get<std::string>()));
     check_reachable(rules);
-    LastRules = {texts, std::move(rules)};
-    return LastRules.rules;
+    LastTexts = texts;
+    LastRules = std::move(rules);
+    return LastRules;
 }
 
 std::vector<mTranslateProgramSource> sources_of(const std::vector<std::string> &names,
                                                 const std::vector<std::size_t> &lengths,
                                                 const char *texts) {
     std::vector<mTranslateProgramSource> sources;
+    sources.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
         sources.push_back({sizeof(mTranslateProgramSource), names[i].c_str(), texts, lengths[i]});
         texts += lengths[i];
@@ -92,6 +91,7 @@ std::vector<mTranslateProgramSource> sources_of(const std::vector<std::string> &
 
 std::vector<const char *> pointers_of(const std::vector<std::string> &texts) {
     std::vector<const char *> pointers;
+    pointers.reserve(texts.size());
     for (const std::string &text : texts) pointers.push_back(text.c_str());
     return pointers;
 }
@@ -161,6 +161,7 @@ std::vector<InputFile> inputs_of(std::vector<std::string> names) {
         return std::filesystem::path(a) < std::filesystem::path(b);
     });
     std::vector<InputFile> inputs;
+    inputs.reserve(names.size());
     for (const std::string &name : names) inputs.push_back({name, name});
     return inputs;
 }

@@ -1,4 +1,5 @@
 /* The files of a module that sees none: what the reader of rules has for rules in files. */
+#include <cassert>
 #include <utility>
 
 #include "cli/files/files.h"
@@ -16,7 +17,7 @@ namespace {
 
 Descriptor::Descriptor(Descriptor &&other) noexcept : number_(std::exchange(other.number_, -1)) {}
 
-Descriptor::~Descriptor() = default;
+Descriptor::~Descriptor() { assert(number_ < 0); }
 
 Descriptor open_to_read(const std::string &path) { refuse(path); }
 
