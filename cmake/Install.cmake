@@ -33,7 +33,7 @@ if(MTRANSLATE_TOOL)
     # What the tool's messages link to, and what its pages name.
     file(GLOB documents docs/*.md docs/*.schema.json docs/*.png README.md CHANGELOG.md)
     install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT tool)
-    install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT license)
+    install(FILES LICENSE THIRD_PARTY_NOTICES DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT license)
     install(DIRECTORY examples/rules DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples" COMPONENT tool)
 
     # The host's headers name each other as host/NAME.h.

@@ -41,7 +41,8 @@ class BuildPackage(build_py):
         (folder / "_version.py").write_text(f'VERSION = "{version(PROJECT)}"\n')
         if not (LIBRARIES / "libmtranslate.so").exists():
             sys.exit(f"no library in {LIBRARIES}: build it first (scripts/python does)")
-        self.copy_file(str(PROJECT / "LICENSE"), str(folder / "LICENSE"))
+        for name in ("LICENSE", "THIRD_PARTY_NOTICES"):
+            self.copy_file(str(PROJECT / name), str(folder / name))
         for name in ("libmtranslate.so", "libmtranslate_rules.so"):
             if (LIBRARIES / name).exists():
                 self.copy_file(str(LIBRARIES / name), str(folder / name))

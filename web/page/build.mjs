@@ -4,6 +4,7 @@ import { mkdirSync, readFileSync, readdirSync, statSync, writeFileSync } from 'n
 import { join } from 'node:path';
 import { deflateRawSync } from 'node:zlib';
 import { build } from 'esbuild';
+import { noticesOf } from '../notices.mjs';
 
 const here = import.meta.dirname ?? new URL('.', import.meta.url).pathname;
 const project = join(here, '../..');
@@ -11,8 +12,8 @@ const read = (...path) => readFileSync(join(project, ...path), 'utf8');
 const packed = (bytes) => deflateRawSync(bytes, { level: 9 }).toString('base64');
 const hashOf = (text) => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
 
-/** Names of the npm packages that are in the page. */
-const packages = new Set();
+/** Paths of all that is in the scripts, from the working folder on. */
+const bundled = new Set();
 
 async function script(file) {
     const { outputFiles, metafile } = await build({
@@ -28,10 +29,7 @@ async function script(file) {
         legalComments: 'none',
         charset: 'utf8',
     });
-    for (const input of Object.keys(metafile.inputs)) {
-        const name = /node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(input)?.[1];
-        if (name) packages.add(name);
-    }
+    for (const input of Object.keys(metafile.inputs)) bundled.add(input);
     return outputFiles[0].text.replaceAll('</script', '<\\/script');
 }
 
@@ -77,13 +75,6 @@ function examples() {
     return found.filter(({ files }) => Object.keys(files).length > 0);
 }
 
-/** Those of the packages, which the page has to hold. */
-const licenses = () =>
-    [...packages]
-        .sort()
-        .map((name) => `${name}\n\n${read('web/page/node_modules', name, 'LICENSE')}`)
-        .join('\n\n');
-
 const report = reportPage();
 const parts = JSON.stringify({ worker: await script('worker.ts'), report, examples: examples() });
 const template = read('web/page/src/page.html');
@@ -93,7 +84,7 @@ const values = {
     PARTS: packed(Buffer.from(parts)),
     SCRIPT: await script('main.ts'),
 };
-values.LICENSES = licenses();
+values.LICENSES = noticesOf(process.cwd(), [...bundled]);
 const own = inlined(filled(template, { STYLE: values.STYLE, SCRIPT: values.SCRIPT }));
 const framed = inlined(report.head + report.middle + report.tail);
 const policy = [
