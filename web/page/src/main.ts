@@ -101,6 +101,11 @@ function listen(page: Page): void {
             input.value = '';
         });
     }
+    byId('skip').addEventListener('click', (event) => {
+        event.preventDefault();
+        if (page.tree.isShown) byId('tree-title').focus();
+        else page.text.focus();
+    });
     byId('link-button').addEventListener('click', () => void page.copyLink());
     page.text.language.addEventListener('change', () => page.tree.again(page.text.linked.language));
     window.addEventListener('hashchange', () => void page.followLink());

@@ -92,7 +92,7 @@ export class TextView implements TextListener {
 
     lost(why: string): void {
         const message = { code: '', help: '', from: 0, to: 0, line: 0, column: 0 };
-        const text = `The translator was lost, and has begun anew: ${why}`;
+        const text = `The translator was lost, and begins anew with the next change: ${why}`;
         this.list.show([{ ...message, severity: 'error', text }], 1, () => undefined);
         byId('counts').textContent = 'not translated';
         byId('time').textContent = '';

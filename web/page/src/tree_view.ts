@@ -35,6 +35,10 @@ export class TreeView {
         });
     }
 
+    get isShown(): boolean {
+        return this.#given !== null;
+    }
+
     open(tree: Given, wanted: Wanted): void {
         const { name, files } = tree;
         this.#end();

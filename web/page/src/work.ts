@@ -42,7 +42,7 @@ export class TextWork {
         readonly parts: Parts,
         readonly listener: TextListener,
     ) {
-        this.#start();
+        this.#worker = this.#started();
     }
 
     translate(text: string, wanted: Wanted): void {
@@ -51,21 +51,22 @@ export class TextWork {
         else this.#hurry(this.#running.since);
     }
 
-    #start(): void {
+    #started(): Worker {
         const worker = started(this.parts);
-        this.#worker = worker;
         worker.onmessage = ({ data }: MessageEvent<FromWorker>) => this.#hear(data);
         worker.onerror = (event) => {
             event.preventDefault();
             this.#lose(event.message);
         };
+        return worker;
     }
 
     #send(): void {
         if (!this.#next) return;
         const { turn } = this.#next;
         this.#running = { turn, since: performance.now() };
-        tell(this.#worker!, { kind: 'text', ...this.#next });
+        this.#worker ??= this.#started();
+        tell(this.#worker, { kind: 'text', ...this.#next });
         this.#next = null;
     }
 
@@ -84,20 +85,23 @@ export class TextWork {
         this.#patience ??= setTimeout(() => this.#restart(), since + LONGEST_STALE - performance.now());
     }
 
-    #restart(): void {
-        this.#worker!.terminate();
+    #end(): void {
+        clearTimeout(this.#patience);
         this.#patience = undefined;
-        this.#start();
+        this.#worker?.terminate();
+        this.#worker = null;
+        this.#running = null;
+    }
+
+    #restart(): void {
+        this.#end();
         this.#send();
     }
 
+    /** The next worker begins with the next text: one that cannot begin here would be lost for ever. */
     #lose(why: string): void {
-        clearTimeout(this.#patience);
-        this.#worker!.terminate();
         const isStale = this.#next !== null;
-        this.#running = null;
-        this.#patience = undefined;
-        this.#start();
+        this.#end();
         if (isStale) this.#send();
         else this.listener.lost(why);
     }

@@ -42,9 +42,12 @@ export async function withPage(
     address = addresses.disk(),
     options: BrowserContextOptions = {},
     complaints = /^$/,
+    /** Runs in the page before it begins. */
+    first = (): void => {},
 ): Promise<void> {
     const context = await browser.newContext({ viewport: { width: 1280, height: 860 }, ...options });
     const page = await context.newPage();
+    await page.addInitScript(first);
     const asked: string[] = [];
     const said: string[] = [];
     context.on('request', (request) => asked.push(request.url()));

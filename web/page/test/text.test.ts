@@ -140,9 +140,25 @@ test('a worker that is lost is told, and the next one translates', { skip }, () 
     withPage(async (page) => {
         await waitForText(page, '#time', 'ms');
         await page.workers()[0]!.evaluate(() => void setTimeout(() => { throw new Error('no memory'); }));
-        await waitForText(page, '#messages li', 'has begun anew');
+        await waitForText(page, '#messages li', 'begins anew');
         await paste(page, 'source', 'g = 6;');
         await waitForText(page, '#host .cm-line', 'g := 6;');
+    }));
+
+test('a browser in which no worker can begin is told so once', { skip }, () =>
+    withPage(async (page) => {
+        await waitForText(page, '#messages li', 'was lost');
+        await page.waitForTimeout(300);
+        assert.ok((await page.evaluate(() => (window as unknown as { begun: number }).begun)) <= 3);
+    }, addresses.disk(), {}, /^$/, () => {
+        const { Worker } = window;
+        let begun = 0;
+        window.Worker = class extends Worker {
+            constructor() {
+                super(URL.createObjectURL(new Blob(["throw new Error('no WebAssembly')"])));
+                Object.assign(window, { begun: ++begun });
+            }
+        };
     }));
 
 test('a thousand lines are translated while one types', { skip }, (context) =>
