@@ -16,8 +16,6 @@ async function compile(wasm: Wasm): Promise<WebAssembly.Module> {
 }
 
 /** Makes a translator. Rejects where the module cannot be loaded. */
-export async function load(
-    wasm: Wasm = new URL('./mtranslate.wasm', import.meta.url),
-): Promise<Translator> {
+export async function load(wasm: Wasm = new URL('./mtranslate.wasm', import.meta.url)): Promise<Translator> {
     return new Translator(await compile(wasm));
 }

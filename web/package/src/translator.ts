@@ -41,8 +41,7 @@ const LONGEST_BLOCK = 16; // milliseconds that a tree takes from the page at a t
 
 function flagsOf(options: Options): number {
     let flags = options.translator === false ? WITHOUT_TRANSLATOR : 0;
-    for (const [name, flag] of Object.entries(FLAGS))
-        if (options[name as keyof typeof FLAGS]) flags |= flag;
+    for (const [name, flag] of Object.entries(FLAGS)) if (options[name as keyof typeof FLAGS]) flags |= flag;
     return flags;
 }
 
@@ -249,8 +248,7 @@ export class Translator {
         const { text, file, files, ...options } = request;
         if (text !== undefined && toBytes(text).includes(0))
             throw new TypeError('a text holds no NUL: give it as a file');
-        if (this.#module.isInCall)
-            return resultWithout('refused', 'a translation is already running');
+        if (this.#module.isInCall) return resultWithout('refused', 'a translation is already running');
         const program: Program = { files: mapOf(files), options };
         if (text !== undefined) program.text = text;
         if (file !== undefined) program.file = file;

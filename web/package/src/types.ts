@@ -8,23 +8,9 @@ export type Text = string | Uint8Array;
 export type Files = Readonly<Record<string, Text>> | ReadonlyMap<string, Text>;
 
 export type Language = 'matlab' | 'octave' | 'classic';
-export type Status =
-    | 'done'
-    | 'stopped'
-    | 'unreadable'
-    | 'too-large'
-    | 'no-memory'
-    | 'invalid'
-    | 'refused';
+export type Status = 'done' | 'stopped' | 'unreadable' | 'too-large' | 'no-memory' | 'invalid' | 'refused';
 export type Severity = 'error' | 'gap' | 'warning' | 'note';
-export type ResultKind =
-    | 'unknown'
-    | 'number'
-    | 'truth'
-    | 'text'
-    | 'cell'
-    | 'record'
-    | 'several';
+export type ResultKind = 'unknown' | 'number' | 'truth' | 'text' | 'cell' | 'record' | 'several';
 
 /** What the host is asked for: its text for a name, or for a call or construct with arguments. */
 export interface Question {

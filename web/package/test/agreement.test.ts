@@ -13,7 +13,12 @@ const rules = join(PROJECT, 'examples/rules/neutral.toml');
 
 type Sources = ReadonlyMap<string, Uint8Array>;
 
-async function compare(folder: string, files: Sources, options: TreeOptions, arguments_: string[]): Promise<string> {
+async function compare(
+    folder: string,
+    files: Sources,
+    options: TreeOptions,
+    arguments_: string[],
+): Promise<string> {
     const expected = outputsOfTool(folder, arguments_);
     const different: string[] = [];
     let compared = 0;
@@ -33,17 +38,19 @@ type At = (work: (folder: string) => Promise<void>) => Promise<void>;
 function compareAll(name: string, files: Sources, at: At, closures = [false, true]): void {
     for (const language of ['matlab', 'octave', 'classic'] as Language[])
         for (const closure of closures)
-            test(`${name} in ${language}${closure ? ', each file with what it calls' : ''}`, { skip: !hasTool }, (t) =>
-                at(async (folder) => {
-                    const arguments_ = ['--language', language, ...(closure ? ['--closure'] : [])];
-                    t.diagnostic(await compare(folder, files, { language, closure }, arguments_));
-                }),
+            test(
+                `${name} in ${language}${closure ? ', each file with what it calls' : ''}`,
+                { skip: !hasTool },
+                (t) =>
+                    at(async (folder) => {
+                        const arguments_ = ['--language', language, ...(closure ? ['--closure'] : [])];
+                        t.diagnostic(await compare(folder, files, { language, closure }, arguments_));
+                    }),
             );
 }
 
 const folders = ['examples', 'tests/classic'].map((name) => join(PROJECT, name));
-for (const folder of [...folders, ...given])
-    compareAll(folder, filesOf(folder), (work) => work(folder));
+for (const folder of [...folders, ...given]) compareAll(folder, filesOf(folder), (work) => work(folder));
 const cases = casesOf();
 compareAll('rows of tests/cases', cases, (work) => inFolder(cases, work), [false]);
 

@@ -9,10 +9,9 @@ import { load, RulesError, type Request, type TreeOptions } from 'mtranslate';
 const translator = await load();
 const bytesOf = (text: string): Uint8Array => new Uint8Array(Buffer.from(text, 'latin1'));
 const RIGHT = 'x := LinearAlgebra:-HermitianTranspose(Vector[row]([1, 2]));\n';
-const isRight = (): void =>
-    assert.equal(translator.translate({ text: "x = [1 2]'" }).text, RIGHT);
+const isRight = (): void => assert.equal(translator.translate({ text: "x = [1 2]'" }).text, RIGHT);
 
-test('files in memory, folders and the host\'s answers', () => {
+test("files in memory, folders and the host's answers", () => {
     const files = {
         './main.m': 'y = half(rate) + p.area(2);',
         'lib/half.m': 'function y = half(x)\ny = x/two;\n',
@@ -36,9 +35,15 @@ test('files in memory, folders and the host\'s answers', () => {
 test('rules of several texts', () => {
     const texts = ['[functions]\nf = "a({1})"\ng = "b({1})"\n', '[functions]\ng = "c({1})"\n'];
     const rules = texts.map((text, at) => ({ name: `${at}.toml`, text }));
-    assert.equal(translator.translate({ text: 'x = f(1); y = g(2);', rules }).text, 'x := a(1);\ny := c(2);\n');
+    assert.equal(
+        translator.translate({ text: 'x = f(1); y = g(2);', rules }).text,
+        'x := a(1);\ny := c(2);\n',
+    );
     const wrong = [...rules, { name: 'wrong.toml', text: '[functions]\nh = 3\n' }];
-    assert.throws(() => translator.translate({ text: 'x', rules: wrong }), { name: 'RulesError', message: /^wrong.toml:2:/ });
+    assert.throws(() => translator.translate({ text: 'x', rules: wrong }), {
+        name: 'RulesError',
+        message: /^wrong.toml:2:/,
+    });
     isRight();
 });
 
@@ -53,10 +58,26 @@ test('messages have their places in bytes, characters and UTF-16', () => {
 });
 
 test('details of a source', () => {
-    const text = 'function r = f(x)\n% twice\nr = g(x);\nif r > 1, r = h(r); end\nend\nfunction y = g(x)\ny = 2*x;\nend\n';
-    const { pieces, functions, statements, calls, names, comments, statistics } = translator.translate({ text, details: true });
-    assert.deepEqual(functions.map(({ name, outer }) => [name, outer]), [['f', -1], ['g', -1]]);
-    assert.deepEqual(calls.map(({ name, end }) => [name, end]), [['g', 'own'], ['h', 'unknown']]);
+    const text =
+        'function r = f(x)\n% twice\nr = g(x);\nif r > 1, r = h(r); end\nend\nfunction y = g(x)\ny = 2*x;\nend\n';
+    const { pieces, functions, statements, calls, names, comments, statistics } = translator.translate({
+        text,
+        details: true,
+    });
+    assert.deepEqual(
+        functions.map(({ name, outer }) => [name, outer]),
+        [
+            ['f', -1],
+            ['g', -1],
+        ],
+    );
+    assert.deepEqual(
+        calls.map(({ name, end }) => [name, end]),
+        [
+            ['g', 'own'],
+            ['h', 'unknown'],
+        ],
+    );
     const r = names.find((name) => name.text === 'r');
     assert.deepEqual([r?.kind, r?.function, r?.uses.length, r?.definition?.line], ['output', 0, 5, 1]);
     assert.deepEqual([comments.length, comments[0]?.isKept], [1, true]);
@@ -69,8 +90,19 @@ test('tokens', () => {
     const text = "hold on\ns.a = 'x'; % c";
     const { tokens } = translator.translate({ text, tokens: true, onlyRead: true });
     const read = tokens.map(({ kind, place }) => [kind, text.slice(place.begin, place.end)]);
-    const expected = ['command hold on', 'name s', 'field .a', 'operator =', "text 'x'", 'separator ;', 'comment % c'];
-    assert.deepEqual(read.map((pair) => pair.join(' ')), expected);
+    const expected = [
+        'command hold on',
+        'name s',
+        'field .a',
+        'operator =',
+        "text 'x'",
+        'separator ;',
+        'comment % c',
+    ];
+    assert.deepEqual(
+        read.map((pair) => pair.join(' ')),
+        expected,
+    );
 });
 
 test('results of find and resultKind', () => {
@@ -191,7 +223,11 @@ function limited(wasm: Uint8Array, pages: number): Uint8Array {
             const memory = [1, 1, ...leb(least), ...leb(Math.max(pages, least))];
             assert.ok(end < begin + size);
             const section = [5, ...leb(memory.length), ...memory];
-            return Buffer.concat([wasm.subarray(0, at), Uint8Array.from(section), wasm.subarray(begin + size)]);
+            return Buffer.concat([
+                wasm.subarray(0, at),
+                Uint8Array.from(section),
+                wasm.subarray(begin + size),
+            ]);
         }
         at = begin + size;
     }
@@ -211,7 +247,11 @@ test('a file of 10 MB', () => {
 });
 
 test('10,000 requests leave no more memory in use than 1,000', () => {
-    const request: Request = { text: 'x = f(a); for k = 1:3, y(k) = x + "s"; end', details: true, rules: '[functions]\nf = "g({1})"\n' };
+    const request: Request = {
+        text: 'x = f(a); for k = 1:3, y(k) = x + "s"; end',
+        details: true,
+        rules: '[functions]\nf = "g({1})"\n',
+    };
     const run = (count: number): number => {
         for (let i = 0; i < count; ++i) translator.translate(i % 7 ? request : { text: 'x = (' });
         return process.memoryUsage().arrayBuffers + process.memoryUsage().external;
@@ -246,7 +286,13 @@ test('1,000 lines with details take less than 50 ms', (t) => {
 });
 
 test('a tree tells how far it is, keeps its outputs apart and stops', async () => {
-    const files = { 'b.m': 'y = sum([1 2; 3 4](:)) + f(x);', 'a/f.m': 'function y = f(x)\ny = x(x > 0); y(1:end-1) = [];', 'qxrp_library.m': 'x = 1', '.hidden.m': 'x', 'notes.txt': '' };
+    const files = {
+        'b.m': 'y = sum([1 2; 3 4](:)) + f(x);',
+        'a/f.m': 'function y = f(x)\ny = x(x > 0); y(1:end-1) = [];',
+        'qxrp_library.m': 'x = 1',
+        '.hidden.m': 'x',
+        'notes.txt': '',
+    };
     const outputs = async (options: TreeOptions): Promise<(string | number | null)[][]> => {
         const all = [];
         for await (const { file, output, done, count, result } of translator.translateTree(files, options))

@@ -41,7 +41,9 @@ for (const [folder, options, arguments_] of rows)
         const { advice, explanations, sources: _, ...head } = translator.report(reports, options);
         const { files, ...expected } = reportOfTool(join(PROJECT, folder), arguments_);
         assert.deepEqual(head, expected);
-        assert.deepEqual(new Map(reports.map((file) => [file.path, withoutOutput(file)])),
-            new Map(files.map((file) => [file.path, withoutOutput(file)])));
+        assert.deepEqual(
+            new Map(reports.map((file) => [file.path, withoutOutput(file)])),
+            new Map(files.map((file) => [file.path, withoutOutput(file)])),
+        );
         assert.ok(Array.isArray(advice) && typeof explanations === 'object');
     });

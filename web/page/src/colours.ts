@@ -25,7 +25,8 @@ const field = StateField.define<DecorationSet>({
     create: () => Decoration.none,
     update(shown, { changes, effects, newDoc }) {
         let now = shown.map(changes);
-        for (const effect of effects) if (effect.is(setTokens)) now = decorations(effect.value, newDoc.length);
+        for (const effect of effects)
+            if (effect.is(setTokens)) now = decorations(effect.value, newDoc.length);
         return now;
     },
     provide: (own) => EditorView.decorations.from(own),

@@ -30,8 +30,14 @@ const look = EditorView.theme({
         outline: '1px solid var(--accent)',
     },
     '.cm-lintRange': { backgroundImage: 'none !important', paddingBottom: '0' },
-    '.cm-lintRange-error': { textDecoration: 'underline wavy var(--bar-bad) 1px', textUnderlineOffset: '3px' },
-    '.cm-lintRange-warning': { textDecoration: 'underline wavy var(--bar-wait) 1px', textUnderlineOffset: '3px' },
+    '.cm-lintRange-error': {
+        textDecoration: 'underline wavy var(--bar-bad) 1px',
+        textUnderlineOffset: '3px',
+    },
+    '.cm-lintRange-warning': {
+        textDecoration: 'underline wavy var(--bar-wait) 1px',
+        textUnderlineOffset: '3px',
+    },
     '.cm-lintRange-info': { textDecoration: 'underline wavy var(--accent) 1px', textUnderlineOffset: '3px' },
     '.cm-tooltip, .cm-panels': {
         color: 'var(--ink)',
@@ -79,7 +85,12 @@ const common = (label: string): Extension => [
     search({ top: true }),
     keymap.of([...defaultKeymap, ...historyKeymap, ...searchKeymap, ...lintKeymap]),
     replacing,
-    EditorView.contentAttributes.of({ 'aria-label': label, tabindex: '0', spellcheck: 'false', autocapitalize: 'off' }),
+    EditorView.contentAttributes.of({
+        'aria-label': label,
+        tabindex: '0',
+        spellcheck: 'false',
+        autocapitalize: 'off',
+    }),
 ];
 
 function editor(place: HTMLElement, extensions: Extension): EditorView {
@@ -113,7 +124,9 @@ export function replaceText(view: EditorView, text: string): void {
     let same = 0;
     while (same < most - from && before[before.length - 1 - same] === text[text.length - 1 - same]) same++;
     if (from === before.length && from === text.length) return;
-    view.dispatch({ changes: { from, to: before.length - same, insert: text.slice(from, text.length - same) } });
+    view.dispatch({
+        changes: { from, to: before.length - same, insert: text.slice(from, text.length - same) },
+    });
 }
 
 export function showDiagnostics(view: EditorView, diagnostics: Diagnostic[]): void {

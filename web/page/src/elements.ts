@@ -17,7 +17,11 @@ export function element<Name extends keyof HTMLElementTagNameMap>(
     return node;
 }
 
-export function button(text: string, attributes: Record<string, string>, click: () => void): HTMLButtonElement {
+export function button(
+    text: string,
+    attributes: Record<string, string>,
+    click: () => void,
+): HTMLButtonElement {
     const node = element('button', { type: 'button', ...attributes }, text);
     node.addEventListener('click', click);
     return node;

@@ -87,7 +87,9 @@ function listen(page: Page): void {
     const examples = byId<HTMLSelectElement>('examples');
     for (const { name, files } of page.examples) {
         const count = Object.keys(files).length;
-        examples.append(new Option(`${name.replaceAll('_', ' ')}${count > 1 ? ` (${count} files)` : ''}`, name));
+        examples.append(
+            new Option(`${name.replaceAll('_', ' ')}${count > 1 ? ` (${count} files)` : ''}`, name),
+        );
     }
     examples.addEventListener('change', () => {
         page.showExample(examples.value);
@@ -115,24 +117,32 @@ function listen(page: Page): void {
 function listenToDrops(page: Promise<Page>): void {
     const hasFiles = (event: DragEvent): boolean => event.dataTransfer?.types.includes('Files') ?? false;
     const sign = byId('drop');
-    document.addEventListener('dragover', (event) => {
-        if (!hasFiles(event)) return;
-        event.preventDefault();
-        sign.hidden = false;
-    }, true);
+    document.addEventListener(
+        'dragover',
+        (event) => {
+            if (!hasFiles(event)) return;
+            event.preventDefault();
+            sign.hidden = false;
+        },
+        true,
+    );
     document.addEventListener('dragleave', (event) => {
         if (event.relatedTarget === null) sign.hidden = true;
     });
-    document.addEventListener('drop', (event) => {
-        if (!hasFiles(event)) return;
-        event.preventDefault();
-        event.stopPropagation();
-        sign.hidden = true;
-        Promise.all([page, droppedFiles(event.dataTransfer!)]).then(
-            ([page, given]) => page.open(given),
-            (error: unknown) => tell(`That cannot be read: ${reasonOf(error)}`),
-        );
-    }, true);
+    document.addEventListener(
+        'drop',
+        (event) => {
+            if (!hasFiles(event)) return;
+            event.preventDefault();
+            event.stopPropagation();
+            sign.hidden = true;
+            Promise.all([page, droppedFiles(event.dataTransfer!)]).then(
+                ([page, given]) => page.open(given),
+                (error: unknown) => tell(`That cannot be read: ${reasonOf(error)}`),
+            );
+        },
+        true,
+    );
 }
 
 async function begin(): Promise<Page> {

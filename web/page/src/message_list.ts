@@ -19,9 +19,18 @@ export class MessageList {
     }
 
     showMistakes(mistakes: string): void {
-        const items = mistakes.split('\n').filter((line) => line !== '').map((line) =>
-            element('li', {}, element('span', { class: 'badge error' }, 'rules'), ' ', element('span', {}, line)),
-        );
+        const items = mistakes
+            .split('\n')
+            .filter((line) => line !== '')
+            .map((line) =>
+                element(
+                    'li',
+                    {},
+                    element('span', { class: 'badge error' }, 'rules'),
+                    ' ',
+                    element('span', {}, line),
+                ),
+            );
         this.#list.replaceChildren(...items);
     }
 
@@ -31,7 +40,13 @@ export class MessageList {
         const dialog = byId<HTMLDialogElement>('explanation');
         byId('explanation-title').textContent = `${kind.code} ${kind.name}`;
         byId('explanation-text').replaceChildren(
-            element('p', {}, element('span', { class: `badge ${kind.severity}` }, kind.severity), ' ', kind.form.replaceAll('%s', '…')),
+            element(
+                'p',
+                {},
+                element('span', { class: `badge ${kind.severity}` }, kind.severity),
+                ' ',
+                kind.form.replaceAll('%s', '…'),
+            ),
             element('p', {}, kind.explanation),
             ...(kind.example === null ? [] : [element('pre', { tabindex: '0' }, kind.example)]),
             element('p', {}, element('b', {}, 'What to do: '), kind.help),
@@ -41,9 +56,17 @@ export class MessageList {
 
     #item(message: ShownMessage, go: (message: ShownMessage) => void): HTMLLIElement {
         const { severity, line, column, text, code } = message;
-        const place = line > 0
-            ? button(`${line}:${column}`, { class: 'place', 'aria-label': `${line}:${column}, go to line ${line}, column ${column}` }, () => go(message))
-            : null;
+        const place =
+            line > 0
+                ? button(
+                      `${line}:${column}`,
+                      {
+                          class: 'place',
+                          'aria-label': `${line}:${column}, go to line ${line}, column ${column}`,
+                      },
+                      () => go(message),
+                  )
+                : null;
         const more = this.kinds.has(code)
             ? button(code, { class: 'code', 'aria-label': `Explain ${code}` }, () => this.explain(code))
             : null;

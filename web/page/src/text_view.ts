@@ -32,11 +32,16 @@ export class TextView implements TextListener {
     constructor(parts: Parts) {
         this.#source = sourceEditor(byId('source'), this.#listening('source'));
         this.#host = hostEditor(byId('host'), this.#listening('host'));
-        this.#rules = rulesEditor(byId('rules'), EditorView.updateListener.of((update) => this.#onChange(update)));
+        this.#rules = rulesEditor(
+            byId('rules'),
+            EditorView.updateListener.of((update) => this.#onChange(update)),
+        );
         this.#work = new TextWork(parts, this);
         this.language.addEventListener('change', () => this.#translate());
         byId('copy').addEventListener('click', () => void this.#copy());
-        byId('save').addEventListener('click', () => save(new Blob([this.#text(this.#host)]), 'translation.txt'));
+        byId('save').addEventListener('click', () =>
+            save(new Blob([this.#text(this.#host)]), 'translation.txt'),
+        );
         byId('rules-button').addEventListener('click', () => this.showRules(byId('rules-pane').hidden));
     }
 
@@ -190,7 +195,10 @@ export class TextView implements TextListener {
         const { length } = this.#source.state.doc;
         const selection = { anchor: Math.min(from, length), head: Math.min(to, length) };
         this.#source.focus();
-        this.#source.dispatch({ selection, effects: EditorView.scrollIntoView(selection.anchor, { y: 'center' }) });
+        this.#source.dispatch({
+            selection,
+            effects: EditorView.scrollIntoView(selection.anchor, { y: 'center' }),
+        });
     }
 
     async #copy(): Promise<void> {

@@ -72,7 +72,8 @@ export class TreeView {
     async #show({ report, translated, isStopped, unread }: TreeDone): Promise<void> {
         this.#stop.hidden = byId('progress').hidden = true;
         this.#zip.disabled = false;
-        byId('progress-text').textContent = `${counted(translated, 'file')}${isStopped ? ', then stopped' : ''}`;
+        byId('progress-text').textContent =
+            `${counted(translated, 'file')}${isStopped ? ', then stopped' : ''}`;
         byId('tree-status').textContent = unread.length > 0 ? `Not read:\n${unread.join('\n')}` : '';
         showPage(await report.text());
     }

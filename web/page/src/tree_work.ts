@@ -83,7 +83,10 @@ export class TreeWork {
 
     async #translate(sources: Map<string, Uint8Array>, wanted: Wanted): Promise<void> {
         const options = { ...wanted, report: true };
-        for await (const { file, output, result, done, count } of this.translator.translateTree(sources, options)) {
+        for await (const { file, output, result, done, count } of this.translator.translateTree(
+            sources,
+            options,
+        )) {
             if (result.status === 'done') this.#outputs.set(output, result.bytes);
             if (file !== null) this.#add(sources.get(file)!, result);
             this.#tellProgress(done, count, file ?? output);

@@ -43,5 +43,9 @@ async function answer(message: ToWorker): Promise<void> {
 
 self.onmessage = ({ data }: MessageEvent<ToWorker>) => {
     // Thrown outside of the promise, so that the page hears of it.
-    answer(data).catch((error: unknown) => setTimeout(() => { throw error; }));
+    answer(data).catch((error: unknown) =>
+        setTimeout(() => {
+            throw error;
+        }),
+    );
 };

@@ -60,7 +60,10 @@ export async function withPage(
         const own = address.replace(/#.*/, '');
         const others = asked.filter((url) => url.replace(/#.*/, '') !== own && !/^(blob|data):/.test(url));
         assert.deepEqual(others, []);
-        assert.deepEqual(said.filter((text) => !complaints.test(text)), []);
+        assert.deepEqual(
+            said.filter((text) => !complaints.test(text)),
+            [],
+        );
     } finally {
         await context.close();
     }
@@ -77,12 +80,19 @@ export async function paste(page: Page, pane: 'source' | 'rules', text: string):
     await editor.evaluate((element, pasted) => {
         const clipboardData = new DataTransfer();
         clipboardData.setData('text/plain', pasted);
-        element.dispatchEvent(new ClipboardEvent('paste', { clipboardData, bubbles: true, cancelable: true }));
+        element.dispatchEvent(
+            new ClipboardEvent('paste', { clipboardData, bubbles: true, cancelable: true }),
+        );
     }, text);
 }
 
 /** Waits until an element holds the text. */
-export async function waitForText(page: Page, selector: string, text: string | RegExp, timeout = 20_000): Promise<void> {
+export async function waitForText(
+    page: Page,
+    selector: string,
+    text: string | RegExp,
+    timeout = 20_000,
+): Promise<void> {
     await page.locator(selector).filter({ hasText: text }).first().waitFor({ timeout });
 }
 

@@ -20,37 +20,47 @@ async function findings(page: Page): Promise<string[]> {
     for (const frame of page.frames()) {
         await frame.evaluate(axe);
         const { violations } = await frame.evaluate(() =>
-            (window as unknown as { axe: { run(options: object): Promise<AxeResults> } }).axe.run({ iframes: false }),
+            (window as unknown as { axe: { run(options: object): Promise<AxeResults> } }).axe.run({
+                iframes: false,
+            }),
         );
         for (const { id, impact, nodes } of violations)
             if (impact === 'serious' || impact === 'critical')
-                found.push(`${id}: ${nodes.map((node) => `${node.target.join(' ')} ${node.failureSummary}`).join(', ')}`);
+                found.push(
+                    `${id}: ${nodes.map((node) => `${node.target.join(' ')} ${node.failureSummary}`).join(', ')}`,
+                );
     }
     return found;
 }
 
-const GAPS = "function y = f(x)\n% a comment\nhold on\ny = eval(x) + missing(x, 'a');\nend\nif s == 'abc', y = 1; end\n";
+const GAPS =
+    "function y = f(x)\n% a comment\nhold on\ny = eval(x) + missing(x, 'a');\nend\nif s == 'abc', y = 1; end\n";
 
 for (const colorScheme of ['light', 'dark'] as const)
     test(`axe has no serious findings, ${colorScheme}`, { skip }, () =>
-        withPage(async (page) => {
-            await page.getByRole('button', { name: 'Rules' }).click();
-            await paste(page, 'rules', '[names]\nrate = "r" # a rate\n');
-            await paste(page, 'source', GAPS);
-            await waitForText(page, '#messages li', 'MT204');
-            await page.locator('#source .cm-token-comment').first().waitFor();
-            assert.deepEqual(await findings(page), []);
-            await page.getByRole('button', { name: 'Explain MT204' }).click();
-            assert.deepEqual(await findings(page), []);
-            await page.keyboard.press('Escape');
-            await page.selectOption('#examples', 'newton');
-            await page.frameLocator('#report iframe').getByRole('heading', { name: '5 files' }).waitFor();
-            assert.deepEqual(await findings(page), []);
-        }, undefined, { colorScheme }));
+        withPage(
+            async (page) => {
+                await page.getByRole('button', { name: 'Rules' }).click();
+                await paste(page, 'rules', '[names]\nrate = "r" # a rate\n');
+                await paste(page, 'source', GAPS);
+                await waitForText(page, '#messages li', 'MT204');
+                await page.locator('#source .cm-token-comment').first().waitFor();
+                assert.deepEqual(await findings(page), []);
+                await page.getByRole('button', { name: 'Explain MT204' }).click();
+                assert.deepEqual(await findings(page), []);
+                await page.keyboard.press('Escape');
+                await page.selectOption('#examples', 'newton');
+                await page.frameLocator('#report iframe').getByRole('heading', { name: '5 files' }).waitFor();
+                assert.deepEqual(await findings(page), []);
+            },
+            undefined,
+            { colorScheme },
+        ),
+    );
 
 test('the page is used by keyboard alone', { skip }, () =>
     withPage(async (page) => {
-        await paste(page, 'source', "a = 1;\nb = eval(x);\n");
+        await paste(page, 'source', 'a = 1;\nb = eval(x);\n');
         await waitForText(page, '#messages li', 'MT204');
         const focused = () =>
             page.evaluate(() => {
@@ -80,16 +90,26 @@ test('the page is used by keyboard alone', { skip }, () =>
         await page.keyboard.press('Enter');
         assert.equal(await focused(), 'MATLAB source');
         await page.keyboard.press('F8');
-        await page.locator('#source .cm-tooltip', { hasText: 'MT204' }).or(page.locator('#source .cm-joined', { hasText: 'eval' })).first().waitFor();
-    }));
+        await page
+            .locator('#source .cm-tooltip', { hasText: 'MT204' })
+            .or(page.locator('#source .cm-joined', { hasText: 'eval' }))
+            .first()
+            .waitFor();
+    }),
+);
 
 test('a narrow screen shows all without scrolling sideways', { skip }, () =>
-    withPage(async (page) => {
-        await paste(page, 'source', GAPS);
-        await waitForText(page, '#messages li', 'MT204');
-        const wide = () => page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
-        assert.ok((await wide()) <= 0);
-        await page.selectOption('#examples', 'newton');
-        await page.frameLocator('#report iframe').getByRole('heading', { name: '5 files' }).waitFor();
-        assert.ok((await wide()) <= 0);
-    }, undefined, { viewport: { width: 390, height: 844 }, isMobile: true, hasTouch: true }));
+    withPage(
+        async (page) => {
+            await paste(page, 'source', GAPS);
+            await waitForText(page, '#messages li', 'MT204');
+            const wide = () => page.evaluate(() => document.documentElement.scrollWidth - innerWidth);
+            assert.ok((await wide()) <= 0);
+            await page.selectOption('#examples', 'newton');
+            await page.frameLocator('#report iframe').getByRole('heading', { name: '5 files' }).waitFor();
+            assert.ok((await wide()) <= 0);
+        },
+        undefined,
+        { viewport: { width: 390, height: 844 }, isMobile: true, hasTouch: true },
+    ),
+);

@@ -1,7 +1,17 @@
 /* The editors: what is typed, what is said of it, and links. */
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import { addresses, hasBrowser, paste, sourceOf, start, stop, waitForText, watchPauses, withPage } from './browser.js';
+import {
+    addresses,
+    hasBrowser,
+    paste,
+    sourceOf,
+    start,
+    stop,
+    waitForText,
+    watchPauses,
+    withPage,
+} from './browser.js';
 
 const skip = hasBrowser ? false : 'there is no chromium';
 
@@ -15,7 +25,9 @@ for (const [from, address] of Object.entries(addresses))
         withPage(async (page) => {
             await sourceOf(page).click();
             await page.keyboard.press('Control+a');
-            await page.keyboard.type("total = 0;\nfor k = 1:3\ntotal = total + k; % one\nend\ns = 'ü😀'; y = eval(s);");
+            await page.keyboard.type(
+                "total = 0;\nfor k = 1:3\ntotal = total + k; % one\nend\ns = 'ü😀'; y = eval(s);",
+            );
             await waitForText(page, '#host .cm-line', 'for k from 1 to 3 do');
             await waitForText(page, '#host .cm-line', '# one');
             await waitForText(page, '#messages li', 'MT204');
@@ -23,11 +35,12 @@ for (const [from, address] of Object.entries(addresses))
             assert.equal(await page.locator('#source .cm-lintRange').textContent(), 'eval');
             await page.locator('#source .cm-token-keyword', { hasText: 'for' }).waitFor();
             assert.equal(await page.locator('#source .cm-token-comment').textContent(), '% one');
-        }, address()));
+        }, address()),
+    );
 
 test('messages lead to their places and are explained', { skip }, () =>
     withPage(async (page) => {
-        await paste(page, 'source', "x = 1;\n\ny = eval(x);\n");
+        await paste(page, 'source', 'x = 1;\n\ny = eval(x);\n');
         await waitForText(page, '#messages li', 'MT204');
         await page.getByRole('button', { name: 'go to line 3, column 5' }).click();
         await page.keyboard.type('half');
@@ -39,13 +52,15 @@ test('messages lead to their places and are explained', { skip }, () =>
         assert.match((await dialog.textContent())!, /What to do:/);
         await page.keyboard.press('Escape');
         await dialog.waitFor({ state: 'hidden' });
-    }));
+    }),
+);
 
 test('lines that belong together light up on both sides', { skip }, () =>
     withPage(async (page) => {
         await paste(page, 'source', 'x = 1;\nif x > 0\n  y = [1 2 ...\n 3];\nend\n');
         await waitForText(page, '#host .cm-line', 'end if');
-        const lit = async (side: string) => (await page.locator(`#${side} .cm-joined`).allTextContents()).map((line) => line.trim());
+        const lit = async (side: string) =>
+            (await page.locator(`#${side} .cm-joined`).allTextContents()).map((line) => line.trim());
         const rows: [side: string, line: string, source: string[], host: string[]][] = [
             ['source', 'if x', ['if x > 0'], ['if x > 0 then']],
             ['source', '3];', ['y = [1 2 ...', '3];'], ['y := Vector[row]([1, 2, 3]);']],
@@ -57,7 +72,8 @@ test('lines that belong together light up on both sides', { skip }, () =>
             assert.deepEqual(await lit('source'), source, line);
             assert.deepEqual(await lit('host'), host, line);
         }
-    }));
+    }),
+);
 
 test('language and rules are heeded, and mistakes in rules told', { skip }, () =>
     withPage(async (page) => {
@@ -76,7 +92,8 @@ test('language and rules are heeded, and mistakes in rules told', { skip }, () =
         await page.selectOption('#language', 'classic');
         await waitForText(page, '#counts', '1 error');
         await waitForText(page, '#time', 'not translated');
-    }));
+    }),
+);
 
 test('a link carries text, language and rules', { skip }, () =>
     withPage(async (page) => {
@@ -97,9 +114,12 @@ test('a link carries text, language and rules', { skip }, () =>
             await page.goto(link.replace(/#.*/, damaged));
             await waitForText(page, '#notice', 'damaged');
         }
-        await page.goto(link.replace(/#.*/, `#plain=${Buffer.from('{"text":"b = 2;"}').toString('base64url')}`));
+        await page.goto(
+            link.replace(/#.*/, `#plain=${Buffer.from('{"text":"b = 2;"}').toString('base64url')}`),
+        );
         await waitForText(page, '#host .cm-line', 'b := 2;');
-    }));
+    }),
+);
 
 test('a pasted text of 10 MB leaves the page usable', { skip }, () =>
     withPage(async (page) => {
@@ -111,7 +131,8 @@ test('a pasted text of 10 MB leaves the page usable', { skip }, () =>
         assert.ok((await longest()) < 2000, `the page did nothing else for ${await longest()} ms`);
         await paste(page, 'source', 'after = 1;\n');
         await waitForText(page, '#host .cm-line', 'after := 1;', 60_000);
-    }));
+    }),
+);
 
 test('NUL, CR and deep nesting are told or translated', { skip }, () =>
     withPage(async (page) => {
@@ -125,41 +146,64 @@ test('NUL, CR and deep nesting are told or translated', { skip }, () =>
         await paste(page, 'source', 'f = 5;');
         await waitForText(page, '#host .cm-line', 'f := 5;');
         assert.equal(await page.textContent('#counts'), 'none');
-    }));
+    }),
+);
 
 test('neither the page nor its worker can connect, even to its own server', { skip }, () =>
-    withPage(async (page) => {
-        await waitForText(page, '#time', 'ms');
-        const connect = (url: string): Promise<string> =>
-            fetch(url, { mode: 'no-cors' }).then(() => 'connected', () => 'refused');
-        assert.equal(await page.evaluate(connect, addresses.server()), 'refused');
-        assert.equal(await page.workers()[0]!.evaluate(connect, addresses.server()), 'refused');
-    }, addresses.server(), {}, /Content Security Policy/));
+    withPage(
+        async (page) => {
+            await waitForText(page, '#time', 'ms');
+            const connect = (url: string): Promise<string> =>
+                fetch(url, { mode: 'no-cors' }).then(
+                    () => 'connected',
+                    () => 'refused',
+                );
+            assert.equal(await page.evaluate(connect, addresses.server()), 'refused');
+            assert.equal(await page.workers()[0]!.evaluate(connect, addresses.server()), 'refused');
+        },
+        addresses.server(),
+        {},
+        /Content Security Policy/,
+    ),
+);
 
 test('a worker that is lost is told, and the next one translates', { skip }, () =>
     withPage(async (page) => {
         await waitForText(page, '#time', 'ms');
-        await page.workers()[0]!.evaluate(() => void setTimeout(() => { throw new Error('no memory'); }));
+        await page.workers()[0]!.evaluate(
+            () =>
+                void setTimeout(() => {
+                    throw new Error('no memory');
+                }),
+        );
         await waitForText(page, '#messages li', 'begins anew');
         await paste(page, 'source', 'g = 6;');
         await waitForText(page, '#host .cm-line', 'g := 6;');
-    }));
+    }),
+);
 
 test('a browser in which no worker can begin is told so once', { skip }, () =>
-    withPage(async (page) => {
-        await waitForText(page, '#messages li', 'was lost');
-        await page.waitForTimeout(300);
-        assert.ok((await page.evaluate(() => (window as unknown as { begun: number }).begun)) <= 3);
-    }, addresses.disk(), {}, /^$/, () => {
-        const { Worker } = window;
-        let begun = 0;
-        window.Worker = class extends Worker {
-            constructor() {
-                super(URL.createObjectURL(new Blob(["throw new Error('no WebAssembly')"])));
-                Object.assign(window, { begun: ++begun });
-            }
-        };
-    }));
+    withPage(
+        async (page) => {
+            await waitForText(page, '#messages li', 'was lost');
+            await page.waitForTimeout(300);
+            assert.ok((await page.evaluate(() => (window as unknown as { begun: number }).begun)) <= 3);
+        },
+        addresses.disk(),
+        {},
+        /^$/,
+        () => {
+            const { Worker } = window;
+            let begun = 0;
+            window.Worker = class extends Worker {
+                constructor() {
+                    super(URL.createObjectURL(new Blob(["throw new Error('no WebAssembly')"])));
+                    Object.assign(window, { begun: ++begun });
+                }
+            };
+        },
+    ),
+);
 
 test('a thousand lines are translated while one types', { skip }, (context) =>
     withPage(async (page) => {
@@ -174,4 +218,5 @@ test('a thousand lines are translated while one types', { skip }, (context) =>
         }
         context.diagnostic(`1,000 lines in ${times.join(', ')} ms`);
         assert.ok(Math.min(...times) < 100, times.join(' '));
-    }));
+    }),
+);

@@ -7,13 +7,23 @@ import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
 import { unzipSync, zipSync } from 'fflate';
 import type { Page } from 'playwright-core';
-import { addresses, hasBrowser, paste, PROJECT, start, stop, waitForText, watchPauses, withPage } from './browser.js';
+import {
+    addresses,
+    hasBrowser,
+    paste,
+    PROJECT,
+    start,
+    stop,
+    waitForText,
+    watchPauses,
+    withPage,
+} from './browser.js';
 
 const skip = hasBrowser ? false : 'there is no chromium';
 const bytes = (text: string): Uint8Array => new Uint8Array(Buffer.from(text, 'latin1'));
 
 const FILES: Record<string, Uint8Array> = {
-    'src/main.m': bytes("x = area(2);\ny = missing(x);\nz = eval(y);\n"),
+    'src/main.m': bytes('x = area(2);\ny = missing(x);\nz = eval(y);\n'),
     'src/area.m': bytes('function a = area(r)\n% of a circle\na = pi*r^2;\nend\n'),
     'src/lib/latin.m': bytes("s = 'caf\xE9';\nif s == 'a', t = 1; end\n"),
     'src/lib/nul.m': bytes('a = 1;\0 b = 2;\n'),
@@ -65,9 +75,13 @@ const drop = (page: Page, name: string, content: Uint8Array): Promise<void> =>
     page.evaluate(
         ([name, content]) => {
             const dataTransfer = new DataTransfer();
-            dataTransfer.items.add(new File([Uint8Array.from(atob(content!), (c) => c.charCodeAt(0))], name!));
+            dataTransfer.items.add(
+                new File([Uint8Array.from(atob(content!), (c) => c.charCodeAt(0))], name!),
+            );
             for (const type of ['dragover', 'drop'])
-                document.body.dispatchEvent(new DragEvent(type, { dataTransfer, bubbles: true, cancelable: true }));
+                document.body.dispatchEvent(
+                    new DragEvent(type, { dataTransfer, bubbles: true, cancelable: true }),
+                );
         },
         [name, Buffer.from(content).toString('base64')],
     );
@@ -92,21 +106,28 @@ for (const [from, address] of Object.entries(addresses))
             await page.getByRole('button', { name: 'Back to the editor' }).click();
             await paste(page, 'source', 'b = 1;');
             await waitForText(page, '#host .cm-line', 'b := 1;');
-        }, address()));
+        }, address()),
+    );
 
 test('a zip of 3,000 files does not hold up the page', { skip }, (context) =>
     withPage(async (page) => {
         const source = readFileSync(join(PROJECT, 'examples/statistics.m'));
-        const entries = Array.from({ length: 3000 }, (_, at) => [`t/f${at}.m`, new Uint8Array(source)] as const);
+        const entries = Array.from(
+            { length: 3000 },
+            (_, at) => [`t/f${at}.m`, new Uint8Array(source)] as const,
+        );
         const longest = await watchPauses(page);
         const since = Date.now();
         await drop(page, 'many.zip', zipSync(Object.fromEntries(entries)));
         await waitForText(page, '#progress-text', /^\d[\d,]* of 3,000/);
         await report(page).getByRole('heading', { name: '3,000 files' }).waitFor({ timeout: 60_000 });
-        context.diagnostic(`3,000 files in ${Date.now() - since} ms; at most ${Math.round(await longest())} ms at once`);
+        context.diagnostic(
+            `3,000 files in ${Date.now() - since} ms; at most ${Math.round(await longest())} ms at once`,
+        );
         assert.ok((await longest()) < 1500, `${await longest()} ms`);
         assert.equal((await downloaded(page)).size, 3001 + 1);
-    }));
+    }),
+);
 
 test('what is done when a run is stopped is reported', { skip }, () =>
     withPage(async (page) => {
@@ -117,7 +138,8 @@ test('what is done when a run is stopped is reported', { skip }, () =>
         await page.getByRole('button', { name: 'Stop' }).click();
         await report(page).getByText('The run was interrupted').waitFor({ timeout: 30_000 });
         await waitForText(page, '#progress-text', 'then stopped');
-    }));
+    }),
+);
 
 test('a dropped source opens in the editor, and what is none is told', { skip }, () =>
     withPage(async (page) => {
@@ -133,16 +155,22 @@ test('a dropped source opens in the editor, and what is none is told', { skip },
         await report(page).getByRole('heading', { name: '1 file' }).waitFor();
         await drop(page, 'a.txt', bytes('a'));
         await waitForText(page, '#notice', 'no MATLAB source');
-    }));
+    }),
+);
 
 test('examples of several files are translated with their rules', { skip }, () =>
     withPage(async (page) => {
         await page.selectOption('#examples', 'migration');
-        await report(page).getByRole('link', { name: /Functions and rules/ }).click();
+        await report(page)
+            .getByRole('link', { name: /Functions and rules/ })
+            .click();
         await report(page).locator('#rules').waitFor();
         await page.selectOption('#language', 'octave');
-        await report(page).getByRole('link', { name: /Functions and rules/ }).click();
+        await report(page)
+            .getByRole('link', { name: /Functions and rules/ })
+            .click();
         await report(page).locator('#rules').waitFor();
         await page.selectOption('#examples', 'loops');
         await waitForText(page, '#host .cm-line', 'for ');
-    }));
+    }),
+);

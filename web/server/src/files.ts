@@ -35,7 +35,7 @@ async function withRulesOf(folder: string, outer: readonly Ignored[]): Promise<r
 /** Those of the folders around, in the same work tree. */
 async function rulesAround(folder: string): Promise<readonly Ignored[]> {
     const around: string[] = [];
-    for (let at = folder; !existsSync(join(at, '.git'));) {
+    for (let at = folder; !existsSync(join(at, '.git')); ) {
         const outer = dirname(at);
         if (outer === at) return [];
         at = outer;

@@ -39,9 +39,11 @@ export function clientOf(capabilities: ClientCapabilities): Client {
         canRenameFiles: documentChanges === true && resourceOperations.includes('rename'),
         canCreateFiles: documentChanges === true && resourceOperations.includes('create'),
         readsMarkdown: textDocument?.hover?.contentFormat?.includes('markdown') ?? true,
-        nestsSymbols: documentSymbol === undefined || documentSymbol.hierarchicalDocumentSymbolSupport === true,
+        nestsSymbols:
+            documentSymbol === undefined || documentSymbol.hierarchicalDocumentSymbolSupport === true,
         marksByOffset:
-            textDocument?.signatureHelp?.signatureInformation?.parameterInformation?.labelOffsetSupport === true,
+            textDocument?.signatureHelp?.signatureInformation?.parameterInformation?.labelOffsetSupport ===
+            true,
         messagesPage: messagesPage(),
     };
 }

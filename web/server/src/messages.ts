@@ -1,6 +1,11 @@
 /* The messages of open documents: each is translated again when its text has changed, or what it reads. */
 import { pathToFileURL } from 'node:url';
-import { DiagnosticSeverity, type Connection, type Diagnostic, type TextDocuments } from 'vscode-languageserver/node.js';
+import {
+    DiagnosticSeverity,
+    type Connection,
+    type Diagnostic,
+    type TextDocuments,
+} from 'vscode-languageserver/node.js';
 import type { TextDocument } from 'vscode-languageserver-textdocument';
 import { Published, pathOf, type OpenDocument } from './documents.js';
 import type { Threads } from './threads.js';
@@ -10,10 +15,7 @@ import type { Workspace } from './workspace.js';
 const LONGEST_STALE = 300;
 
 const errorAt = (line: number, character: number, endLine: number, message: string): Diagnostic => ({
-    range: {
-        start: { line, character },
-        end: { line: endLine, character: endLine > line ? 0 : character },
-    },
+    range: { start: { line, character }, end: { line: endLine, character: endLine > line ? 0 : character } },
     severity: DiagnosticSeverity.Error,
     source: 'mtranslate',
     message,

@@ -24,7 +24,10 @@ export const invalidParams = (text: string): ResponseError<void> =>
     new ResponseError(ErrorCodes.InvalidParams, text);
 
 /** With the path of the document. Throws a ResponseError. */
-export function withPath<Params extends HasDocument>(params: Params, needs: Needs): Params & { path: string } {
+export function withPath<Params extends HasDocument>(
+    params: Params,
+    needs: Needs,
+): Params & { path: string } {
     const fields = params as unknown as Fields;
     const uri = params?.textDocument?.uri;
     if (typeof uri !== 'string') throw invalidParams('a document is expected: textDocument with its uri');

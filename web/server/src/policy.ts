@@ -8,7 +8,7 @@ const isNamed = (list: string, { code, name }: Message): boolean =>
 
 /** Whether a comment of the line names the message. */
 function ignores(line: string, message: Message): boolean {
-    for (let rest = line; ;) {
+    for (let rest = line; ; ) {
         const found = COMMENT.exec(rest);
         if (!found) return false;
         if (isNamed(found[1]!, message)) return true;

@@ -164,7 +164,8 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
         const { method, params } = fields;
         if (method === undefined && id !== null && ('result' in fields || 'error' in fields)) return null;
         if (typeof method !== 'string') return refused('neither a request nor an answer');
-        if (method === '$/cancelRequest' && !isId((params as Fields | null | undefined)?.['id'])) return refused('');
+        if (method === '$/cancelRequest' && !isId((params as Fields | null | undefined)?.['id']))
+            return refused('');
         if (params !== undefined && (typeof params !== 'object' || params === null) && params !== null)
             return given === undefined
                 ? refused('')

@@ -48,8 +48,7 @@ export class Server {
         this.#workspace = new Workspace(open, () => this.#filesChanged(), log);
         this.#documents = new TextDocuments({
             create: TextDocument.create,
-            update: (document, changes, version) =>
-                update(document, changes, version, this.#client.encoding),
+            update: (document, changes, version) => update(document, changes, version, this.#client.encoding),
         });
         this.#messages = new Messages(connection, this.#documents, open, this.#workspace, this.#threads);
         this.#listen();
@@ -212,7 +211,8 @@ export class Server {
         this.#threads.tell({ forget: true });
         if (changes.some((change) => change.type !== FileChangeType.Changed || !isSource(change)))
             void this.#workspace.scan();
-        if (changes.every(isSource)) this.#messages.againReaders(new Set(changes.map(({ uri }) => pathOf(uri))));
+        if (changes.every(isSource))
+            this.#messages.againReaders(new Set(changes.map(({ uri }) => pathOf(uri))));
         else this.#messages.againAll();
     }
 

@@ -71,10 +71,7 @@ export class Source {
     span(place: Place): Span {
         const at = (line: number, column: number): number =>
             this.#document.offsetAt({ line: line - 1, character: column - 1 });
-        return {
-            begin: at(place.line, place.columnUtf16),
-            end: at(place.endLine, place.endColumnUtf16),
-        };
+        return { begin: at(place.line, place.columnUtf16), end: at(place.endLine, place.endColumnUtf16) };
     }
 }
 
@@ -82,14 +79,8 @@ export class Source {
 export function rangeOf(place: Place, encoding: Encoding): Range {
     const wide = encoding === 'utf-16';
     return {
-        start: {
-            line: place.line - 1,
-            character: (wide ? place.columnUtf16 : place.column) - 1,
-        },
-        end: {
-            line: place.endLine - 1,
-            character: (wide ? place.endColumnUtf16 : place.endColumn) - 1,
-        },
+        start: { line: place.line - 1, character: (wide ? place.columnUtf16 : place.column) - 1 },
+        end: { line: place.endLine - 1, character: (wide ? place.endColumnUtf16 : place.endColumn) - 1 },
     };
 }
 

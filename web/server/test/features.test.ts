@@ -588,20 +588,31 @@ test('positions in UTF-16 and in UTF-8', async () => {
 
 test('answers have the forms that the client reads', async () => {
     const offsets = { parameterInformation: { labelOffsetSupport: true } };
-    const rows: [capabilities: object, method: string, pick: (answer: any) => unknown, expected: unknown][] = [
-        [{ hover: { contentFormat: ['plaintext'] } }, 'hover', ({ contents }) => contents.kind, 'plaintext'],
-        [{ hover: { contentFormat: ['plaintext'] } }, 'hover', ({ contents }) => /`|---/.test(contents.value), false],
-        [{ hover: {} }, 'hover', ({ contents }) => contents.kind, 'markdown'],
+    const rows: [capabilities: object, method: string, pick: (answer: any) => unknown, expected: unknown][] =
         [
-            { signatureHelp: { signatureInformation: offsets } },
-            'signatureHelp',
-            ({ signatures: [{ parameters }] }) => parameters.map(({ label }: any) => label.join('-')),
-            ['11-12', '14-15'],
-        ],
-        [{}, 'signatureHelp', ({ signatures: [{ parameters }] }) => parameters[0].label, 'f'],
-        [{ documentSymbol: {} }, 'documentSymbol', ([symbol]) => symbol.location.range.end.line, 1],
-        [{}, 'documentSymbol', ([symbol]) => symbol.selectionRange.start.character, 18],
-    ];
+            [
+                { hover: { contentFormat: ['plaintext'] } },
+                'hover',
+                ({ contents }) => contents.kind,
+                'plaintext',
+            ],
+            [
+                { hover: { contentFormat: ['plaintext'] } },
+                'hover',
+                ({ contents }) => /`|---/.test(contents.value),
+                false,
+            ],
+            [{ hover: {} }, 'hover', ({ contents }) => contents.kind, 'markdown'],
+            [
+                { signatureHelp: { signatureInformation: offsets } },
+                'signatureHelp',
+                ({ signatures: [{ parameters }] }) => parameters.map(({ label }: any) => label.join('-')),
+                ['11-12', '14-15'],
+            ],
+            [{}, 'signatureHelp', ({ signatures: [{ parameters }] }) => parameters[0].label, 'f'],
+            [{ documentSymbol: {} }, 'documentSymbol', ([symbol]) => symbol.location.range.end.line, 1],
+            [{}, 'documentSymbol', ([symbol]) => symbol.selectionRange.start.character, 18],
+        ];
     for (const [textDocument, method, pick, expected] of rows) {
         const work = async (client: Client): Promise<void> => {
             await client.open('f.m', 'function [x, f] = f(f, x)\nx = f(1, 2);');

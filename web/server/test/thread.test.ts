@@ -33,14 +33,25 @@ test('threads that are lost, or given up', async () => {
     ];
     const alive = setInterval(() => {}, 1000); // threads alone keep no process going
     for (const [params, error] of rows) {
-        const options = { script, data: null, whole: () => ({ files: [] }), log: () => {}, stopsCancelled: true };
+        const options = {
+            script,
+            data: null,
+            whole: () => ({ files: [] }),
+            log: () => {},
+            stopsCancelled: true,
+        };
         const thread = new TranslatorThread(options, 64);
         const tokens = [new CancellationTokenSource(), new CancellationTokenSource()];
         const [bad, waiting, next] = [
             thread.ask('hover', params, tokens[0]!.token),
             thread.ask('hover', '', tokens[1]!.token),
             thread.ask('hover', ''),
-        ].map((job) => job.then((told) => told as unknown, (refused: Error) => refused.message));
+        ].map((job) =>
+            job.then(
+                (told) => told as unknown,
+                (refused: Error) => refused.message,
+            ),
+        );
         tokens[1]!.cancel();
         if (params === 'late') tokens[0]!.cancel();
         assert.match(String(await bad), error);
