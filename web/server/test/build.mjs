@@ -1,5 +1,6 @@
 /* test/build.mjs TESTS FOLDER: makes the tests, each in one file, in FOLDER. */
 import { readdirSync } from 'node:fs';
+import { fileURLToPath } from 'node:url';
 import { build } from 'esbuild';
 
 const [tests, outdir] = process.argv.slice(2);
@@ -16,5 +17,7 @@ await build({
     banner: {
         js: "import { createRequire as bundled } from 'node:module'; const require = bundled(import.meta.url);",
     },
+    // What the editor brings along.
+    alias: { vscode: fileURLToPath(new URL('../../vscode/test/stand_in.ts', import.meta.url)) },
     logLevel: 'warning',
 });

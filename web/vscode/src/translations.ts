@@ -37,7 +37,7 @@ export class Translations implements vscode.TextDocumentContentProvider, vscode.
             this.#changed,
             this.#mark,
             vscode.workspace.registerTextDocumentContentProvider(SCHEME, this),
-            vscode.workspace.onDidChangeTextDocument(({ document }) => this.#later(document)),
+            vscode.workspace.onDidChangeTextDocument(({ document }) => this.#changedText(document)),
             vscode.workspace.onDidCloseTextDocument(({ uri }) => void this.#pieces.delete(uri.toString())),
             vscode.window.onDidChangeTextEditorSelection(({ textEditor }) => this.#follow(textEditor)),
         ];
@@ -79,8 +79,14 @@ export class Translations implements vscode.TextDocumentContentProvider, vscode.
         return this.#pieces.get(uri.toString()) ?? [];
     }
 
-    #later({ uri, languageId }: vscode.TextDocument): void {
-        if (languageId !== 'matlab') return;
+    /** What belongs together is known anew with each translation. */
+    #changedText(document: vscode.TextDocument): void {
+        const active = vscode.window.activeTextEditor;
+        if (document.languageId === 'matlab') this.#later(document);
+        else if (document.uri.scheme === SCHEME && active) this.#follow(active);
+    }
+
+    #later({ uri }: vscode.TextDocument): void {
         const address = addressOf(uri);
         const key = address.toString();
         if (!this.#pieces.has(key)) return;
