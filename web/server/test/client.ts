@@ -1,6 +1,6 @@
 /* A client of the protocol, and workspaces for it. */
 import { spawn, type ChildProcess } from 'node:child_process';
-import { mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { dirname, join } from 'node:path';
 import { after } from 'node:test';
@@ -138,14 +138,22 @@ export class Client {
         }
     }
 
-    /** Of the codes alone. */
-    async codes(path: string, isRight?: (codes: unknown[]) => boolean): Promise<unknown[]> {
-        const codesOf = ({ diagnostics }: PublishDiagnosticsParams): unknown[] =>
-            diagnostics.map(({ code }) => code);
-        return codesOf({
-            uri: '',
-            diagnostics: await this.messages(path, (params) => isRight?.(codesOf(params)) ?? true),
-        });
+    /** As soon as these are their codes, with commas between them; "none" for one without. */
+    has(path: string, codes: string): Promise<Diagnostic[]> {
+        return this.messages(
+            path,
+            ({ diagnostics }) => diagnostics.map(({ code = 'none' }) => code).join(',') === codes,
+        );
+    }
+
+    /** Another program writes the file, or removes it, and the editor tells. */
+    async write(path: string, text: string | null): Promise<void> {
+        const file = join(this.folder, path);
+        const type = text === null ? 3 : existsSync(file) ? 2 : 1;
+        if (text === null) rmSync(file);
+        else writeFileSync(file, text);
+        const changes = [{ uri: this.uri(path), type }];
+        await this.connection.sendNotification('workspace/didChangeWatchedFiles', { changes });
     }
 
     ask<Answer = any>(method: string, path: string, params: object = {}): Promise<Answer> {

@@ -1,9 +1,10 @@
 /* What each request answers, in a workspace of a few files. */
 import assert from 'node:assert/strict';
-import { existsSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { test } from 'node:test';
+import { TextDocument } from 'vscode-languageserver-textdocument';
 import { Client, makeFolder, marked, withClient } from './client.js';
 
 const MAIN = `% Main of all.
@@ -59,30 +60,21 @@ const places = (client: Client, locations: { uri: string; range: any }[]): strin
         )
         .sort();
 
-/** The texts of files after an edit, and new names of files as "new: old". */
-function applied(client: Client, edit: any): Record<string, string> {
+/** The texts of files after an edit, and new names of files as "from OLD". */
+function applied(client: Client, { documentChanges, changes = {} }: any): Record<string, string> {
     const texts: Record<string, string> = {};
-    for (const { kind, oldUri, newUri, uri, textDocument, edits = [] } of edit.documentChanges ?? []) {
-        const name = (of: string): string => of.slice(client.uri('').length + 1);
+    const name = (uri: string): string => uri.slice(client.uri('').length + 1);
+    const plain = Object.entries(changes).map(([uri, edits]) => ({ textDocument: { uri }, edits }));
+    for (const { kind, oldUri, newUri, uri, textDocument, edits } of documentChanges ?? plain) {
         if (kind === 'rename') texts[name(newUri)] = `from ${name(oldUri)}`;
         if (kind === 'create') texts[name(uri)] ??= '';
         if (!textDocument) continue;
         const path = fileURLToPath(textDocument.uri);
-        let lines = (
-            texts[name(textDocument.uri)] ?? (existsSync(path) ? readFileSync(path, 'utf8') : '')
-        ).split('\n');
-        for (const {
-            range: { start, end },
-            newText,
-        } of [...edits].sort(
-            (a: any, b: any) =>
-                b.range.start.line - a.range.start.line || b.range.start.character - a.range.start.character,
-        )) {
-            assert.equal(start.line, end.line);
-            const line = lines[start.line]!;
-            lines[start.line] = line.slice(0, start.character) + newText + line.slice(end.character);
-        }
-        texts[name(textDocument.uri)] = lines.join('\n');
+        const before = texts[name(textDocument.uri)] ?? readFileSync(path, 'utf8');
+        texts[name(textDocument.uri)] = TextDocument.applyEdits(
+            TextDocument.create(textDocument.uri, 'matlab', 0, before),
+            edits,
+        );
     }
     return texts;
 }
@@ -93,21 +85,13 @@ test('requests about one program', async (t) => {
     await client.open('main.m', MAIN);
 
     await t.test('diagnostics', async () => {
-        const diagnostics = await client.messages('main.m');
-        assert.deepEqual(
-            diagnostics.map(({ code, severity, source }) => [code, severity, source]),
-            [['MT401', 2, 'mtranslate']],
-        );
-        assert.deepEqual(diagnostics[0]!.range, range(8, 8, 19));
-        assert.match(
-            diagnostics[0]!.codeDescription!.href,
-            /^file:.*messages\.md#mt401-unknown-function-warning$/,
-        );
-        const page = readFileSync(
-            fileURLToPath(diagnostics[0]!.codeDescription!.href.replace(/#.*/, '')),
-            'utf8',
-        );
-        assert.match(page, /^### MT401: unknown-function \(warning\)$/m);
+        const [message, ...others] = await client.messages('main.m');
+        const { code, severity, source, codeDescription } = message!;
+        assert.deepEqual([code, severity, source, others], ['MT401', 2, 'mtranslate', []]);
+        assert.deepEqual(message!.range, range(8, 8, 19));
+        const [page, anchor] = codeDescription!.href.split('#');
+        assert.equal(anchor, 'mt401-unknown-function-warning');
+        assert.match(readFileSync(new URL(page!), 'utf8'), /^### MT401: unknown-function \(warning\)$/m);
     });
 
     await t.test('hover', async () => {
@@ -439,16 +423,7 @@ test('quick fixes', async () => {
             });
             const action = actions.find((action: any) => action.title === title);
             assert.ok(action, `${title} among ${actions.map(({ title }: any) => title)}`);
-            const { changes, documentChanges } = action.edit;
-            const edit = documentChanges
-                ? action.edit
-                : {
-                      documentChanges: Object.entries(changes).map(([uri, edits]) => ({
-                          textDocument: { uri },
-                          edits,
-                      })),
-                  };
-            assert.equal(applied(client, edit)[file], after);
+            assert.equal(applied(client, action.edit)[file], after);
             await client.close('new.m');
             rmSync(join(client.folder, 'new.m'));
         }
@@ -463,76 +438,61 @@ test('the messages follow texts, files and settings', async () => {
         'host.toml': '[functions]\nf = "g({1})"\n',
     };
     await withClient(files, async (client) => {
-        const watched = (path: string, type: number) =>
-            client.connection.sendNotification('workspace/didChangeWatchedFiles', {
-                changes: [{ uri: client.uri(path), type }],
-            });
         const configure = (settings: object): Promise<void> => {
             client.settings = settings;
             return client.connection.sendNotification('workspace/didChangeConfiguration', { settings: null });
         };
-        const are =
-            (...codes: string[]) =>
-            (told: unknown[]): boolean =>
-                String(told) === String(codes);
-        await client.open('a.m', files['a.m']);
-        await client.open('b.m', files['b.m']);
-        await client.codes('a.m', are('MT401'));
-        // A file appears, and goes.
-        writeFileSync(join(client.folder, 'f.m'), 'function y = f(x)\ny = x;\n');
-        await watched('f.m', 1);
-        await client.codes('a.m', are());
-        rmSync(join(client.folder, 'f.m'));
-        await watched('f.m', 3);
-        await client.codes('a.m', are('MT401'));
-        // A rules file, one with a mistake, and a pattern of messages.
-        await configure({ rules: ['host.toml'] });
-        await client.codes('a.m', are());
-        assert.match((await client.ask('mtranslate/translation', 'a.m')).text, /y := g\(1\)/);
-        writeFileSync(join(client.folder, 'host.toml'), '[functions]\nf = 3\n');
-        await watched('host.toml', 2);
-        assert.equal(
-            (await client.messages('host.toml', ({ diagnostics }) => diagnostics.length > 0))[0]!.range.start
-                .line,
-            1,
-        );
-        await configure({ messages: ['no-unknown-function'], language: 'klingon', maxMemory: -1 });
-        await client.codes('a.m', are());
-        await client.messages('host.toml', ({ diagnostics }) => diagnostics.length === 0);
-        await configure({ messages: ['error=MT401'] });
-        assert.equal(
-            (await client.messages('a.m', ({ diagnostics }) => diagnostics.length > 0))[0]!.severity,
-            1,
-        );
-        // The text of a called script, on the disk and in the editor.
-        await client.codes('b.m', are());
-        writeFileSync(join(client.folder, 'setup.m'), 'x = 1;\neval(s);\n');
-        await watched('setup.m', 2);
-        const [inScript] = await client.messages('setup.m', ({ diagnostics }) =>
-            diagnostics.some(({ code }) => code === 'MT204'),
-        );
-        assert.equal(inScript!.relatedInformation![0]!.location.uri, client.uri('b.m'));
-        await client.open('setup.m', 'x = (1;\n');
-        await client.codes('setup.m', are('MT102'));
-        await client.change('setup.m', { text: 'x = 2;\n' });
-        await client.codes('setup.m', are());
-        await client.close('setup.m');
-        await client.messages('setup.m', ({ diagnostics }) =>
-            diagnostics.some(({ code }) => code === 'MT204'),
-        );
-        // Comments in the source, and another language.
-        await client.change('a.m', { range: range(0, 9, 9), text: ' % mtranslate: ignore MT401' });
-        await client.codes('a.m', are());
-        await configure({ language: 'classic' });
-        await client.change('a.m', { text: "y = 'text" });
-        assert.equal(
-            (await client.messages('a.m', ({ diagnostics }) => diagnostics.length > 0))[0]!.message.split(
-                '\n',
-            )[0],
-            'syntax error',
-        );
-        await client.close('a.m');
-        await client.codes('a.m', are());
+        const isCalledFromB = ({ relatedInformation: [{ location }] }: any): boolean =>
+            location.uri === client.uri('b.m');
+        const ignored = { range: range(0, 9, 9), text: ' % mtranslate: ignore MT401' };
+        const steps: [
+            does: () => Promise<unknown>,
+            path: string,
+            codes: string,
+            is?: (first: any) => boolean,
+        ][] = [
+            [() => client.open('a.m', files['a.m']), 'a.m', 'MT401'],
+            // A file appears, and goes.
+            [() => client.write('f.m', 'function y = f(x)\ny = x;\n'), 'a.m', ''],
+            [() => client.write('f.m', null), 'a.m', 'MT401'],
+            // A rules file, one with a mistake, and patterns of messages.
+            [() => configure({ rules: ['host.toml'] }), 'a.m', ''],
+            [
+                () => client.write('host.toml', '[functions]\nf = 3\n'),
+                'host.toml',
+                'none',
+                ({ range }) => range.start.line === 1,
+            ],
+            [() => configure({ messages: ['no-MT401'], language: 'klingon', maxMemory: -1 }), 'a.m', ''],
+            [async () => {}, 'host.toml', ''],
+            [
+                () => configure({ messages: ['error=MT401'] }),
+                'a.m',
+                'MT401',
+                ({ severity }) => severity === 1,
+            ],
+            // The text of a called script, on the disk and in the editor, which then leaves it.
+            [() => client.open('b.m', files['b.m']), 'b.m', ''],
+            [() => client.write('setup.m', 'x = 1;\neval(s);\n'), 'setup.m', 'MT204,MT402', isCalledFromB],
+            [() => client.open('setup.m', 'x = (1;\n'), 'setup.m', 'MT102'],
+            [() => client.change('setup.m', { text: 'x = 2;\n' }), 'setup.m', ''],
+            [() => client.close('setup.m'), 'setup.m', 'MT204,MT402', isCalledFromB],
+            // Comments in the source, and another language.
+            [() => client.change('a.m', ignored), 'a.m', ''],
+            [() => client.change('a.m', { text: "y = 'text" }), 'a.m', 'MT103'],
+            [
+                () => configure({ language: 'classic' }),
+                'a.m',
+                'none',
+                ({ message }) => /^syntax error/.test(message),
+            ],
+            [() => client.close('a.m'), 'a.m', ''],
+        ];
+        for (const [does, path, codes, is = () => true] of steps) {
+            await does();
+            const [first] = await client.has(path, codes);
+            assert.ok(is(first), JSON.stringify(first));
+        }
     });
 });
 
@@ -553,7 +513,7 @@ test("a tree's own configuration decides what the tool lets it", async () => {
             files,
             async (client) => {
                 await client.open('a.m', files['a.m']);
-                await client.codes('a.m', (told) => String(told) === codes);
+                await client.has('a.m', codes);
             },
             { options: { untrusted } },
         );

@@ -21,7 +21,7 @@ test('10,000 files in a workspace', async (t) => {
     await client.start();
     let begin = performance.now();
     await client.open('main.m', 'y = f_17(1) + f_9999(2) + nowhere(3);\n');
-    assert.deepEqual(await client.codes('main.m'), ['MT401']);
+    await client.has('main.m', 'MT401');
     const first = performance.now() - begin;
     begin = performance.now();
     const uses = await client.ask('textDocument/references', 'main.m', {
@@ -85,7 +85,7 @@ test('a file of 10 MB', async (t) => {
     const version = await client.change('long.m', { text: 'z = nowhere(2);\n' });
     await client.messages('long.m', (params) => params.version === version);
     const changed = performance.now() - begin;
-    await client.codes('short.m', (codes) => String(codes) === 'MT401');
+    await client.has('short.m', 'MT401');
     t.diagnostic(
         `another request after ${free.toFixed(0)} ms; messages of a newer text after ${changed.toFixed(0)} ms`,
     );
