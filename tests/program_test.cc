@@ -208,7 +208,7 @@ TEST(MatlabPrograms, ask_the_host_in_order_of_the_source) {
         std::string source, calls;
     } rows[] = {
         {"command", "function y = f(x, ~)\ny = g(x) + h(1, x);\nfunction h(z)\nz = k(f(z));",
-         "y x g call(g, x) z k call(k, f(z))"},
+         "y x g call(g, x) z k call(k, f(qxrp_z))"},
         {"command", "function f\nn(1);\nfunction n(x)\nm(x); f;\nend\nend", "x m call(m, x)"},
         {"command", "x = @g; x(1); f{2}; g = @(t) t + k(t);", "x g f g t k call(k, t)"},
         {"file", files.path("main.m"), "h call(h, 1) own call(own, 2) q r x"}};

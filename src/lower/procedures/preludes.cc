@@ -11,6 +11,7 @@
 #include "lower/procedures/argument_counts.h"
 #include "lower/procedures/defaults.h"
 #include "lower/procedures/given_parameters.h"
+#include "lower/procedures/taken_parameters.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
 #include "lower/program/program_files.h"
@@ -56,7 +57,7 @@ void put_copy(const Prelude *prelude, Symbol *parameter, bool has_value) {
     if (is_given_after(&prelude->check, scope, parameter)) return;
     bool is_plain = !may_be_missing(scope, parameter) ||
                     (!has_value && is_read_at_once(prelude->first, parameter));
-    if (is_plain) return put_given_value(parameter);
+    if (is_plain) return find_taking(scope, parameter) ? void() : put_given_value(parameter);
     if (find_default(scope, parameter)) return;
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     Lowering.level++;
@@ -75,6 +76,10 @@ void put_varargin(const Scope *scope, Symbol *varargin) {
     const char *name = written_name(varargin);
     int first = scope->parameters + 1;
     bool changes = varargin->depth_changed > 1;
+    if (first == 1)
+        return put_line(changes ? "%s := copy(rtable([args],subtype='Vector[row]'));"
+                                : "%s := rtable([args],subtype='Vector[row]');",
+                        {name});
     const char *form = changes ? "%s := copy(rtable([args[%s..]],subtype='Vector[row]'));"
                                : "%s := rtable([args[%s..]],subtype='Vector[row]');";
     put_line("if %s then", {count_condition("nargs", OP_GE, first)});
@@ -191,7 +196,7 @@ void put_checked_parameters(const Prelude *prelude) {
         bool is_set_here = symbol->position > 0 && is_copied_parameter(symbol) &&
                            !is_set_first(scope, symbol) &&
                            is_given_after(&prelude->check, scope, symbol);
-        if (is_set_here) put_given_value(symbol);
+        if (is_set_here && !find_taking(scope, symbol)) put_given_value(symbol);
     }
     end_origin(outer);
 }

@@ -91,6 +91,7 @@ struct LoweringContext {
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;
     uint32_t defaults_end;      /* no statement from this byte on gives a parameter its default */
+    uint32_t taken_end;         /* no statement from this byte on takes what was given */
     const Node *outermost_loop; /* around the current statement; null for none */
     int32_t clearing_cost;      /* of clear so far (clears.cc) */
 };

@@ -13,6 +13,7 @@
 #include "lower/lines/origins.h"
 #include "lower/procedures/procedures.h"
 #include "lower/procedures/script_returns.h"
+#include "lower/procedures/taken_parameters.h"
 #include "lower/program.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
@@ -140,6 +141,7 @@ bool put_or_give_up(const Node *node, Lines *lines) {
     bool is_given_up = Lowering.gap != MESSAGE_COUNT;
     if (is_given_up) {
         *lines = {nullptr, nullptr};
+        put_untaken(node);
         put_gap(node, Lowering.gap);
     }
     Lowering.gap = outer;

@@ -11,6 +11,7 @@
 #include "lower/expressions/value_lists.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
+#include "lower/procedures/taken_parameters.h"
 #include "lower/program/context.h"
 #include "lower/targets/cell_elements.h"
 #include "lower/targets/counted_targets.h"
@@ -160,8 +161,10 @@ void put_assignment(const Node *node) {
     Target target = lower_target(place, nullptr);
     Lowering.is_read_too = false;
     Lowering.assigned = nullptr;
+    TakenName *taken = begin_taking(node);
     if (!is_early)
         value = is_plain ? value_text(place, place->next) : compound_value(&target, node);
+    end_taking(taken);
     bool is_number = becomes_character(place, place->next);
     put_value(&target, is_number ? character_text(value) : value);
 }
@@ -318,7 +321,9 @@ static void put_targets(const Node *node) {
     if (is_open && is_dealt(node)) return put_dealt(node);
     if (is_open && is_counted(node)) return put_counted(node);
     TargetTexts targets = lower_targets(list);
+    TakenName *taken = begin_taking(node);
     put_values(&targets, list->next);
+    end_taking(taken);
     free_vExpr(targets.texts.first);
 }
 

@@ -67,6 +67,8 @@ struct Symbol {
     const char *written;    /* its host name; null until lowering asks for it */
     const Node *default_in; /* IF that sets it where it is not given, and takes the given value
                                elsewhere (lower/procedures/defaults.h); null for none */
+    const Node *taken_in;   /* assignment that replaces what was given, which it reads
+                               (lower/procedures/taken_parameters.h); null for none */
     const char *presence;   /* a host variable that tells whether it has a value; null for none */
     Symbol *next;           /* in its scope, or null */
     Symbol *around;         /* what the name stands for around the scope, or null */
