@@ -1,7 +1,6 @@
-/* Parentheses of host text: that its grouping needs each pair, but for those that are listed. */
+/* Parentheses of host text: that its grouping needs each pair. */
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <regex>
 #include <vector>
@@ -16,38 +15,6 @@ namespace {
 using execution::Grouping;
 using execution::HostProgram;
 using execution::Token;
-
-/* A pair that changes nothing, and the tokens beside it. */
-struct NeedlessPair {
-    std::string before, inner, after;
-};
-
-/* Pairs that are written where they are not needed, and why. */
-struct Exception {
-    const char *reason;
-    bool (*holds)(const NeedlessPair &pair);
-    int count = 0;
-};
-
-bool is_one_of(const Texts &texts, const std::string &text) {
-    return std::find(texts.begin(), texts.end(), text) != texts.end();
-}
-
-std::vector<Exception> exceptions() {
-    return {
-        {"a whole argument, index or bound of a range that is an operation: the builders, which "
-         "classic shares, put it there",
-         [](const NeedlessPair &pair) {
-             return is_one_of({"(", ",", ".."}, pair.before) &&
-                    is_one_of({")", ",", ".."}, pair.after);
-         }},
-        {"what a function of the library becomes, which is one operand wherever it stands",
-         [](const NeedlessPair &pair) {
-             static const Texts FORMS = {"1./0", "0./0", "2^(-52)",    "y.2",
-                                         "x+~1", "1+2",  "(x+~1)^~.5", "qxrp_x+~qxrp_y"};
-             return is_one_of(FORMS, pair.inner);
-         }}};
-}
 
 std::string text_of(const std::vector<Token> &tokens, size_t first, size_t end) {
     std::string text;
@@ -73,23 +40,14 @@ bool is_needed(const HostProgram &program, const Grouping &pair) {
     }
 }
 
-void expect_needed_pairs(const std::string &host_text, std::vector<Exception> &exceptions) {
+void expect_needed_pairs(const std::string &host_text) {
     const HostProgram program = execution::read_host_text(host_text);
     const std::vector<Token> &tokens = program.tokens;
     for (const Grouping &pair : program.groupings) {
         if (is_needed(program, pair)) continue;
-        const NeedlessPair needless{pair.open > 0 ? tokens[pair.open - 1].text : "",
-                                    text_of(tokens, pair.open + 1, pair.close),
-                                    tokens[pair.close + 1].text};
-        const auto found =
-            std::find_if(exceptions.begin(), exceptions.end(),
-                         [&](const Exception &each) { return each.holds(needless); });
-        if (found != exceptions.end())
-            found->count++;
-        else
-            ADD_FAILURE() << "line " << tokens[pair.open].line << ": (" << needless.inner
-                          << ") needs no parentheses in\n"
-                          << host_text;
+        ADD_FAILURE() << "line " << tokens[pair.open].line << ": ("
+                      << text_of(tokens, pair.open + 1, pair.close) << ") needs no parentheses in\n"
+                      << host_text;
     }
 }
 
@@ -100,15 +58,12 @@ std::string host_text_of(const Row &row) {
 }
 
 TEST(Grouping, needs_its_parentheses) {
-    std::vector<Exception> listed = exceptions();
     for (const char *name :
          {"matlab_expressions", "matlab_references", "matlab_short_circuits", "matlab_library"})
-        for (const Row &row : short_rows(table(name))) expect_needed_pairs(row.expected, listed);
+        for (const Row &row : short_rows(table(name))) expect_needed_pairs(row.expected);
     for (const char *name : {"matlab_statements", "matlab_procedures", "matlab_programs",
                              "matlab_comments", "matlab_classes"})
-        for (const Row &row : side_by_side(table(name)))
-            expect_needed_pairs(host_text_of(row), listed);
-    for (const Exception &each : listed) EXPECT_GT(each.count, 0) << each.reason << ": is mended";
+        for (const Row &row : side_by_side(table(name))) expect_needed_pairs(host_text_of(row));
 }
 
 /* Operators and signs in a row, without parentheses. */
@@ -125,14 +80,13 @@ std::string made_up_expression(std::mt19937 &random, const Texts &operands) {
 }
 
 TEST(Grouping, needs_the_parentheses_that_it_adds) {
-    std::vector<Exception> listed = exceptions();
     std::mt19937 random(1);
     for (int program = 0; program < 60; program++) {
         std::string source = "a = 2; b = 3; x = f(1); y = [1 2];\n";
         for (int k = 0; k < 20; k++)
             source +=
                 "z = " + made_up_expression(random, {"a", "b", "x", "y", "2", "x(a)"}) + ";\n";
-        expect_needed_pairs(run_matlab(source).text.value_or(""), listed);
+        expect_needed_pairs(run_matlab(source).text.value_or(""));
     }
 }
 

@@ -38,7 +38,7 @@ struct Value {
     std::string name = "";                /* of a function of the host */
     const Procedure *procedure = nullptr; /* of other functions; the program owns it */
     Frame *surrounding = nullptr;         /* of a procedure in a procedure; the machine owns it */
-    bool is_byte = false; /* numbers of an integer class: whole, from -128 to 127 */
+    bool is_byte = false;                 /* numbers of an integer class: whole, from -128 to 127 */
 };
 
 /* An index: every position, a range from first to last (none for the end), or a value's. */

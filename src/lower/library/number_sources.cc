@@ -49,8 +49,8 @@ y = $2;
 end
 )";
 
-// Words: the function, how the quotient is rounded, what is left of a division by zero. Quotients of
-// integer classes are rounded, so that half of 1 is 1: they are the host's.
+// Words: the function, how the quotient is rounded, what is left of a division by zero. Quotients
+// of integer classes are rounded, so that half of 1 is 1: they are the host's.
 const char Remainder[] = R"(function y = $1(a, b)
 % What is left of each two elements when they are divided.
 y = b + 0;
