@@ -40,6 +40,17 @@ void run_over_picked(ValueRun *run, const mExpr *picked) {
     run->positions = some;
 }
 
+// Positions in a variable that is surely no mask.
+bool holds_positions(const Node *argument) {
+    return argument->kind == NODE_NAME && is_variable(argument->symbol) &&
+           kinds_of(value_of(argument)) == MAY_BE_NUMBER;
+}
+
+void run_over_variable(ValueRun *run, const mExpr *variable) {
+    run->to = form_text("ArrayNumElems(%s,'All')", {variable->text});
+    run->positions = variable->text;
+}
+
 void run_over_values(ValueRun *run, const mExpr *values) {
     const char *name = new_temporary();
     put_line("%s := %s;", {name, values->text});
@@ -63,6 +74,8 @@ void set_bounds(ValueRun *run, const Node *argument) {
         run->to = last_of(run);
     } else if (argument->kind == NODE_RANGE) {
         run_over_range(run, argument);
+    } else if (holds_positions(argument)) {
+        run_over_variable(run, lower_expression(argument));
     } else {
         run_over_picked(run, lower_expression(argument));
     }
