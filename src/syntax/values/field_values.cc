@@ -49,6 +49,21 @@ void note_presence(Symbol *field) {
     if (may_be(value, MAY_BE_MISSING) && kinds_of(value)) set_value(field, value & ANY_VALUE);
 }
 
+static void copy_fields_at(Symbol *holder, const Symbol *from, int depth) {
+    const Symbol *first = from->parts;
+    for (const Symbol *part = first ? first->next : nullptr; part; part = part->next) {
+        Value value = value_now(part);
+        Symbol *field = value == UNKNOWN_FIELD ? nullptr : field_of(holder, part->name, depth);
+        if (!field) continue;
+        set_value(field, value);
+        copy_fields_at(field, part, depth + 1);
+    }
+}
+
+void copy_fields(Symbol *variable, const Symbol *from) {
+    if (variable != from) copy_fields_at(variable, from, 0);
+}
+
 void forget_fields(Symbol *holder) {
     holder->has_given_parts = true;
     for (Symbol *part = holder->parts; part; part = part->next)

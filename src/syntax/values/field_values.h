@@ -17,8 +17,10 @@ inline bool is_one_record(Value value) {
  * Null where there are too many, or it lies too deep: nothing is known of that one. name: interned;
  * depth: of fields around the holder, 0 for a variable. */
 Symbol *field_of(Symbol *holder, const char *name, int depth);
-/* The field has been read, or been found to be there. */
+/* The field, or variable, has been read, or been found to be there. */
 void note_presence(Symbol *field);
+/* The variable holds what another one does, which has such fields. */
+void copy_fields(Symbol *variable, const Symbol *from);
 /* The variable or field has another value from here on, with fields of which nothing is known. */
 void assign(Symbol *holder, Value value);
 /* Nothing is known of its fields from here on. */

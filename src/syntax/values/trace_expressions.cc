@@ -1,6 +1,7 @@
 // The values of expressions.
 #include <string.h>
 
+#include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
@@ -27,8 +28,15 @@ Value value_of_string(const Node *node) {
     return text | MAY_BE_FILLED | (length > 1 ? MAY_HAVE_COLUMNS : 0);
 }
 
+// What has been read is there, in a function: a script would call a function of the name.
+Value value_of_variable(Symbol *variable) {
+    Value value = value_now(variable);
+    if (TracedScope->owner->kind == NODE_FUNCTION) note_presence(variable);
+    return value;
+}
+
 Value value_of_name(Node *name) {
-    if (is_variable(name->symbol)) return value_now(name->symbol);
+    if (is_variable(name->symbol)) return value_of_variable(name->symbol);
     return value_of_call(name, nullptr, nullptr);
 }
 
@@ -137,11 +145,14 @@ Value trace_chain(Node *chain) {
     if (chain->op == OPERATOR_OR_ELSE || chain->op == OPERATOR_AND_THEN)
         return trace_lazy_chain(chain);
     Value value = trace_expression(chain->first_child);
+    Mark start = mark_flow();
     for (Node *node = second_child(chain); node; node = node->next) {
         bool is_postfix = node->kind == NODE_POSTFIX;
         value = is_postfix ? transposed(value)
                            : join_operands(node->joint, read(value), trace_expression(node));
     }
+    // A condition may leave the right sides of & and | alone.
+    if (chain->op == OPERATOR_OR || chain->op == OPERATOR_AND) undo_flow(start);
     return read(value);
 }
 

@@ -122,6 +122,8 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
 
 // struct('a', 1, 'b', 2) makes one record, where no value is a cell.
 void set_fields(Symbol *holder, int depth, Node *expression) {
+    bool is_name = depth == 0 && expression && expression->kind == NODE_NAME;
+    if (is_name && is_variable(expression->symbol)) return copy_fields(holder, expression->symbol);
     LibraryCall call = expression ? library_call(expression) : LibraryCall{};
     if (!call.function || strcmp(call.function->name, "struct") != 0) return;
     if (!is_one_record(value_of(expression))) return;
