@@ -113,12 +113,64 @@ bool any_can_fail(const Node *first, const Node *evaluated) {
     return false;
 }
 
+// An element or a field of a variable.
+bool is_part_of_variable(const Node *node) {
+    if (node->kind != NODE_REFERENCE) return false;
+    const Node *before = node->first_child;
+    if (before->kind != NODE_NAME || !is_variable(before->symbol)) return false;
+    for (; before->next; before = before->next)
+        if (may_be_called(before)) return false;
+    return true;
+}
+
+// Whether the evaluation of the expression surely evaluates such a part.
+bool surely_evaluates(const Node *node, const Node *part) {
+    if (node->kind == NODE_ANONYMOUS) return false;
+    if (node->kind == part->kind && is_same_tree(node, part)) return true;
+    bool is_lazy = node->kind == NODE_CHAIN && node->op <= OPERATOR_AND;
+    for (const Node *child = first_child(node); child; child = is_lazy ? nullptr : child->next)
+        if (surely_evaluates(child, part)) return true;
+    return false;
+}
+
+// isempty(s.f) || numel(s.f) > 2: what takes whatever it gets may be given the same again.
+bool can_argument_fail(const Node *argument, const Node *evaluated) {
+    const Node *part = without_parens(argument);
+    bool is_again = evaluated && evaluated->length <= LONGEST_LOOK && is_part_of_variable(part) &&
+                    surely_evaluates(evaluated, part);
+    return !is_again && can_fail(argument, evaluated);
+}
+
 // A function of one selector, its arguments, that takes whatever it gets.
 bool can_reference_fail(const Node *reference, const Node *evaluated) {
     const Node *base = reference->first_child;
     const Node *arguments = base->next;
     if (!is_total(base) || arguments->next || arguments->kind != NODE_ARGUMENTS) return true;
-    return any_can_fail(arguments->first_child, evaluated);
+    for (const Node *node = arguments->first_child; node; node = node->next)
+        if (can_argument_fail(node, evaluated)) return true;
+    return false;
+}
+
+bool is_comparison(const Node *node) {
+    return node->kind == NODE_CHAIN && node->op >= OPERATOR_LESS && node->op <= OPERATOR_GREATER &&
+           !second_child(node)->next;
+}
+
+bool is_operand_of(const Node *part, const Node *comparison) {
+    const Node *left = comparison->first_child;
+    return is_same_tree(part, without_parens(left)) ||
+           is_same_tree(part, without_parens(left->next));
+}
+
+// s.n == 1 || s.n == 2: what has been compared once may be again.
+bool is_compared_again(const Node *node, const Node *evaluated) {
+    if (!evaluated || evaluated->length > LONGEST_LOOK || !is_comparison(node)) return false;
+    evaluated = without_parens(evaluated);
+    const Node *part = without_parens(node->first_child);
+    bool is_again =
+        is_comparison(evaluated) && is_part_of_variable(part) && is_operand_of(part, evaluated);
+    const Node *other = without_parens(second_child(node));
+    return is_again && !may_be_no_operand(other, evaluated) && !can_fail(other, evaluated);
 }
 
 }  // namespace
@@ -134,6 +186,7 @@ bool can_fail(const Node *node, const Node *evaluated) {
         case NODE_HANDLE:
         case NODE_ANONYMOUS: return false;
         default:
+            if (is_compared_again(node, evaluated)) return false;
             if (is_operation(node) && any_is_no_operand(first_child(node), evaluated)) return true;
             return any_can_fail(first_child(node), evaluated);
     }
