@@ -39,6 +39,14 @@ bool is_cell_value(const Node *target, const Node *value) {
 
 bool is_part(const Node *value) { return value->kind == NODE_REFERENCE && is_cell_part(value); }
 
+// x(k) of a variable: in the host the element of a cell, or what a function gives.
+bool may_be_element(const Node *value) {
+    if (value->kind != NODE_REFERENCE) return false;
+    const Node *base = value->first_child;
+    return last_selector(value)->kind == NODE_ARGUMENTS && base->kind == NODE_NAME &&
+           is_variable(base->symbol);
+}
+
 const char *named_value(const Node *value) {
     const char *text = lower_expression(value)->text;
     if (value->kind == NODE_NAME && is_variable(value->symbol)) return text;
@@ -80,7 +88,7 @@ static void put_element(const Node *assignment) {
     }
     const char *name = named_value(value);
     const char *element = joined_text(value, form_text("%s(1)", {name}));
-    if (any_argument(last_selector(place), may_be_several))
+    if (any_argument(last_selector(place), may_be_several) || may_be_element(value))
         return put_branches(&target, name, held_text(value, name), element);
     put_value(&target, element);
 }

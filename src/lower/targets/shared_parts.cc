@@ -11,6 +11,7 @@
 #include "syntax/names/part_changes.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/shapes.h"
+#include "syntax/values/values.h"
 #include "translate/text_forms.h"
 
 namespace {
@@ -51,13 +52,26 @@ bool is_given_on(const Node *target) {
     return symbol && (symbol->flags & SYMBOL_GIVEN_AWAY);
 }
 
+// c(k) of a cell takes the elements of one.
+bool is_cell_place(const Node *target) {
+    return target && target->kind == NODE_REFERENCE &&
+           last_selector(target)->kind == NODE_ARGUMENTS && is_cell_base(target);
+}
+
+// [x, c] of a cell is one, so x may have been part of one.
+bool makes_parts(const Node *value) {
+    Value kinds = value && value->kind == NODE_MATRIX ? kinds_of(value_of(value)) : 0;
+    return may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD) && !may_be(kinds, ARITHMETIC | MAY_BE_TEXT);
+}
+
 // Where the text does not tell, a variable that is used as a cell or a struct is one.
 bool may_hold_parts(const Node *value) {
     Value kinds = kinds_of(value_of(value));
     if (!may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD)) return false;
     if (!may_be(kinds, ARITHMETIC | MAY_BE_TEXT)) return true;
     const Node *target = Lowering.holder.target;
-    if (is_given_on(target)) return true;
+    if (is_given_on(target) || is_cell_place(target) || makes_parts(Lowering.holder.value))
+        return true;
     bool is_inside = value->kind == NODE_REFERENCE && second_child(value)->next;
     const Symbol *from = is_inside ? nullptr : variable_of(value);
     return (from && has_parts(from)) ||
