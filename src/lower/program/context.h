@@ -11,6 +11,7 @@
 struct Scope;
 struct EndBase;
 struct Node;
+struct OtherBranches;
 struct Symbol;
 
 /* A name that the front end has made up. */
@@ -93,7 +94,8 @@ struct LoweringContext {
     uint32_t defaults_end;      /* no statement from this byte on gives a parameter its default */
     uint32_t taken_end;         /* no statement from this byte on takes what was given */
     const Node *outermost_loop; /* around the current statement; null for none */
-    int32_t clearing_cost;      /* of clear so far (clears.cc) */
+    const OtherBranches *other_branches; /* than that of the current statement, not in a loop */
+    int32_t clearing_cost;               /* of clear so far (clears.cc) */
 };
 
 /* Saved by value, and restored, around a function inside another. */

@@ -21,6 +21,7 @@
 #include "lower/statements/clears.h"
 #include "lower/statements/displays.h"
 #include "lower/targets/assignments.h"
+#include "syntax/names/part_changes.h"
 
 namespace {
 
@@ -270,7 +271,13 @@ void lower_more_siblings(const Node *first, const Node *end) {
 void lower_block_at(const Node *block, int level) {
     assert(block->kind == NODE_BLOCK);
     end_head(block->offset);
+    const OtherBranches *outer = Lowering.other_branches;
+    const Node *statement = Lowering.statement;
+    OtherBranches others = {end_of(block), statement ? end_of(statement) : 0, outer};
+    bool is_branch = statement && (statement->kind == NODE_IF || statement->kind == NODE_SWITCH);
+    if (is_branch && !Lowering.outermost_loop) Lowering.other_branches = &others;
     lower_siblings(block->first_child, nullptr, level);
+    Lowering.other_branches = outer;
     begin_rest(end_of(block));
 }
 

@@ -89,9 +89,10 @@ bool changes_from_here(const Symbol *symbol, const Node *part, uint32_t depth) {
     if (is_left_open(symbol)) return symbol->depth_changed > depth_of(part) + depth;
     const Node *target = Lowering.holder.target;
     const Node *loop = Lowering.outermost_loop;
-    uint32_t since = target ? target->offset : 0;
-    if (loop) since = std::min(since, loop->offset);
-    return changes_inside(symbol, part, depth, since);
+    Reach reach = {0, nullptr};
+    if (target) reach = {target->offset, Lowering.other_branches};
+    if (loop) reach.since = std::min(reach.since, loop->offset);
+    return changes_inside(symbol, part, depth, &reach);
 }
 
 bool changes_at(const Node *target, uint32_t depth) {

@@ -16,7 +16,7 @@ struct Giving {
     const Node *target;
     const Node *loop;       /* statement around it, or null */
     const Node *last_named; /* where its variable is named last while it is not used again */
-    uint32_t since;         /* offset from which on what is done may be done after it */
+    Reach reach;            /* from it */
     Giving *before;         /* in the text, or null */
 };
 
@@ -73,8 +73,8 @@ bool is_left_to_output(const Giving *giving) {
     const Symbol *taker = base_of(giving->target)->symbol;
     if ((taker->flags & LIVE_ON) != SYMBOL_OUTPUT || taker == from) return false;
     if (from->loops || (from->flags & (SYMBOL_GIVEN_AWAY | SYMBOL_TAKES_PARTS))) return false;
-    return !changes_inside(from, giving->value, 0, giving->since) &&
-           !changes_inside(taker, giving->target, 0, giving->since);
+    return !changes_inside(from, giving->value, 0, &giving->reach) &&
+           !changes_inside(taker, giving->target, 0, &giving->reach);
 }
 
 // x or s.f.g: what is put there again replaces itself.
@@ -121,7 +121,7 @@ void note_giving(Givings *givings, const Node *assignment, const Node *loop,
     if (outermost && outermost->offset < givings->last_unseen) return;
     uint32_t since = outermost ? outermost->offset : target->offset;
     Giving *giving = AllocRecord<Giving>();
-    *giving = {value, target, loop, base_of(value), since, givings->last};
+    *giving = {value, target, loop, base_of(value), {since, givings->others}, givings->last};
     givings->last = giving;
 }
 

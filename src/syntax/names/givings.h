@@ -7,11 +7,13 @@
 #include "syntax/names/names.h"
 
 struct Giving;
+struct OtherBranches;
 
 /* Where the walk is; at first {}. */
 struct Givings {
-    Giving *last;         /* in the text, or null */
-    uint32_t last_unseen; /* offset of the last name that may use any variable */
+    Giving *last;                /* in the text, or null */
+    uint32_t last_unseen;        /* offset of the last name that may use any variable */
+    const OtherBranches *others; /* than the branch, outside of loops; null for none */
 };
 
 /* A plain assignment has been walked; loop is the innermost one around it, and outermost the

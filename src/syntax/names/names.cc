@@ -14,6 +14,7 @@
 #include "syntax/names/assigned_values.h"
 #include "syntax/names/field_uses.h"
 #include "syntax/names/name_walk.h"
+#include "syntax/names/part_changes.h"
 #include "syntax/scan/spellings.h"
 
 namespace {
@@ -214,12 +215,19 @@ void walk_block(NameWalk *walk, Node *block) {
 }
 
 // Its block is the last child.
-void walk_branch(NameWalk *walk, Node *branch, SetBranches *branches) {
+void walk_branch(NameWalk *walk, const Node *statement, Node *branch, SetBranches *branches) {
     Node *block = branch->first_child;
     for (; block->next; block = block->next) walk_node(walk, block);
     SetCell *outer = begin_set_block(&walk->sets);
     const Giving *before = walk->givings.last;
+    const OtherBranches *around = walk->givings.others;
+    if (!walk->loops.innermost) {
+        OtherBranches *others = AllocRecord<OtherBranches>();
+        *others = {end_of(block), end_of(statement), around};
+        walk->givings.others = others;
+    }
     walk_statements(walk, block);
+    walk->givings.others = around;
     end_giving_branch(&walk->givings, before);
     end_set_branch(&walk->sets, outer, branches, block);
 }
@@ -232,7 +240,7 @@ void walk_branches(NameWalk *walk, Node *statement) {
         bool is_rest = child->kind == NODE_ELSE || child->kind == NODE_OTHERWISE;
         if (is_rest) branches.is_whole = true;
         if (is_rest || child->kind == NODE_BRANCH || child->kind == NODE_CASE)
-            walk_branch(walk, child, &branches);
+            walk_branch(walk, statement, child, &branches);
         else
             walk_node(walk, child);
     }

@@ -4,11 +4,25 @@
 
 #include "syntax/names/names.h"
 
+/* Branches of an if or switch that are taken instead of one: bytes of the source. */
+struct OtherBranches {
+    uint32_t from;
+    uint32_t to;
+    const OtherBranches *outer; /* of the statement around, or null */
+};
+
+/* What may be executed after a place: what follows it in the source and all of the outermost loop
+ * around, but no branch that is taken instead. */
+struct Reach {
+    uint32_t since;              /* offset */
+    const OtherBranches *others; /* not of what is in that loop; null for none */
+};
+
 /* A part of the variable, the base of target, is set; is_element: an element of what the target's
  * last selector is applied to. */
 void note_part_change(Symbol *symbol, const Node *target, bool is_element);
 /* What the variable from held is the target's alone: what changes in it changes what it was. */
 void pass_part_changes(Symbol *from, const Node *target);
 /* Whether something inside of what the place, a NAME or REFERENCE with the variable as its base,
- * holds is set at an offset of the source or after it; so many levels deeper than itself. */
-bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, uint32_t since);
+ * holds is set within reach; so many levels deeper than itself. */
+bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach);
