@@ -17,6 +17,7 @@ struct Giving {
     const Node *loop;       /* statement around it, or null */
     const Node *last_named; /* where its variable is named last while it is not used again */
     Reach reach;            /* from it */
+    const Giving *given;    /* another one of the same variable, settled before, or null */
     Giving *before;         /* in the text, or null */
 };
 
@@ -66,17 +67,6 @@ bool is_last_use(const Giving *giving) {
            value->symbol->last_named == giving->last_named;
 }
 
-// Whether it is given once, to an output, and neither of them changes it any more: when the
-// function has ended, the output has it alone.
-bool is_left_to_output(const Giving *giving) {
-    const Symbol *from = base_of(giving->value)->symbol;
-    const Symbol *taker = base_of(giving->target)->symbol;
-    if ((taker->flags & LIVE_ON) != SYMBOL_OUTPUT || taker == from) return false;
-    if (from->loops || (from->flags & (SYMBOL_GIVEN_AWAY | SYMBOL_TAKES_PARTS))) return false;
-    return !changes_inside(from, giving->value, 0, &giving->reach) &&
-           !changes_inside(taker, giving->target, 0, &giving->reach);
-}
-
 // x or s.f.g: what is put there again replaces itself.
 bool is_one_place(const Node *target) {
     const Node *selector = target->kind == NODE_REFERENCE ? second_child(target) : nullptr;
@@ -84,7 +74,43 @@ bool is_one_place(const Node *target) {
     return !selector;
 }
 
-void settle_giving(const Giving *giving, const Scope *scope) {
+// Whether both are fields of the same variable, and not the same one.
+bool are_other_fields(const Node *value, const Node *other) {
+    if (value->kind != NODE_REFERENCE || other->kind != NODE_REFERENCE) return false;
+    const Node *field = second_child(value);
+    const Node *other_field = second_child(other);
+    return field->kind == NODE_FIELD && other_field->kind == NODE_FIELD &&
+           field->text != other_field->text;
+}
+
+// More of a variable are not looked through.
+constexpr int MOST_GIVINGS = 16;
+
+// Whether what the variable holds has one owner where it has been given before: another part of it,
+// or to the same place.
+bool has_one_owner(const Giving *giving) {
+    int count = 0;
+    for (const Giving *other = base_of(giving->value)->symbol->given; other; other = other->given) {
+        bool is_replaced =
+            is_one_place(giving->target) && is_same_tree(giving->target, other->target);
+        if (!is_replaced && !are_other_fields(giving->value, other->value)) return false;
+        if (++count == MOST_GIVINGS) return false;
+    }
+    return true;
+}
+
+// Whether an output, and nothing else, is given it, and neither of them changes it any more: when
+// the function has ended, the output has it alone.
+bool is_left_to_output(const Giving *giving) {
+    const Symbol *from = base_of(giving->value)->symbol;
+    const Symbol *taker = base_of(giving->target)->symbol;
+    if ((taker->flags & LIVE_ON) != SYMBOL_OUTPUT || taker == from) return false;
+    if (from->loops || (from->flags & SYMBOL_TAKES_PARTS) || !has_one_owner(giving)) return false;
+    return !changes_inside(from, giving->value, 0, &giving->reach) &&
+           !changes_inside(taker, giving->target, 0, &giving->reach);
+}
+
+void settle_giving(Giving *giving, const Scope *scope) {
     Symbol *from = base_of(giving->value)->symbol;
     const Symbol *taker = base_of(giving->target)->symbol;
     bool is_last = is_last_use(giving);
@@ -94,6 +120,8 @@ void settle_giving(const Giving *giving, const Scope *scope) {
     if (is_repeated && !is_set_in_turns(from, giving->loop)) return;
     giving->value->is_given_away = true;
     from->flags |= SYMBOL_GIVEN_AWAY;
+    giving->given = from->given;
+    from->given = giving;
     if (taker->flags & LIVE_ON) from->flags |= SYMBOL_LIVES_ON;
     pass_part_changes(from, giving->target);
     uint32_t depth = depth_of(giving->target);
@@ -121,7 +149,8 @@ void note_giving(Givings *givings, const Node *assignment, const Node *loop,
     if (outermost && outermost->offset < givings->last_unseen) return;
     uint32_t since = outermost ? outermost->offset : target->offset;
     Giving *giving = AllocRecord<Giving>();
-    *giving = {value, target, loop, base_of(value), {since, givings->others}, givings->last};
+    *giving = {value,   target,       loop, base_of(value), {since, givings->others},
+               nullptr, givings->last};
     givings->last = giving;
 }
 
@@ -144,6 +173,6 @@ void end_giving_branches(const Givings *givings, const Giving *before) {
 
 void finish_givings(const Givings *givings, const Scope *scope) {
     if (!givings->last || scope->owner->kind != NODE_FUNCTION || has_captured(scope)) return;
-    for (const Giving *giving = givings->last; giving; giving = giving->before)
+    for (Giving *giving = givings->last; giving; giving = giving->before)
         settle_giving(giving, scope);
 }

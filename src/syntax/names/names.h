@@ -10,6 +10,7 @@ struct AssignedValue;
 struct SetBranchCell;
 struct Capture;
 struct FieldUse;
+struct Giving;
 struct Findings;
 struct LibraryFunction;
 struct LoopUse;
@@ -62,6 +63,7 @@ struct Symbol {
     uint32_t flags;
     uint32_t depth_changed; /* most selectors of a target of it, as depth_of counts them */
     PartChange *changes;    /* of parts (part_changes.h); null for none */
+    const Giving *given;    /* the first one that gives away what it holds, or null */
     int32_t position;       /* of a parameter, from 1; else 0 */
     Node *definition;       /* FUNCTION of a nested function, FILE of a called script; else null */
     const char *written;    /* its host name; null until lowering asks for it */
