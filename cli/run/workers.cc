@@ -139,7 +139,10 @@ private:
         const pid_t parent = getpid();
         const pid_t process = fork();
         if (process < 0) return false;
-        if (process == 0) begin_work(there.get(), parent);
+        if (process == 0) {
+            here = Descriptor();  // else it would never see the end of its own socket
+            begin_work(there.get(), parent);
+        }
         workers_.emplace_back();
         workers_.back().process = process;
         workers_.back().socket = std::move(here);
@@ -278,10 +281,12 @@ private:
         }
     }
 
-    /* Takes a worker out that has ended or has nothing left to remove; answers why it ended. */
+    /* Takes a worker out that has ended or has nothing left to remove; answers why it ended. One
+     * that waits for a job ends by itself where its socket does, and a profiler in it can write. */
     std::string bury(std::vector<Worker>::iterator worker) {
         int status = 0;
-        kill(worker->process, SIGKILL);
+        if (worker->job) kill(worker->process, SIGKILL);
+        worker->socket = Descriptor();
         waitpid(worker->process, &status, 0);
         const std::string trouble = worker->trouble;
         workers_.erase(worker);
