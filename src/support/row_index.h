@@ -8,7 +8,7 @@
 #include <string.h>
 
 /* Rows whose names have the same hash are a chain. Rows are counted from 1; 0 ends a chain. */
-constexpr size_t ROW_CHAINS = 128;
+constexpr size_t ROW_CHAINS = 512;
 
 template <size_t COUNT>
 struct RowIndex {
@@ -16,11 +16,11 @@ struct RowIndex {
     uint16_t next[COUNT];
 };
 
-/* The first letters tell names apart. */
+/* The first letters tell most names apart. */
 constexpr size_t row_chain(const char *name) {
     uint32_t hash = 0;
-    for (int k = 0; k < 4 && name[k]; k++) hash = hash * 37 + static_cast<unsigned char>(name[k]);
-    return (hash ^ hash >> 7) % ROW_CHAINS;
+    for (int k = 0; k < 6 && name[k]; k++) hash = hash * 37 + static_cast<unsigned char>(name[k]);
+    return (hash ^ hash >> 9) % ROW_CHAINS;
 }
 
 /* Of rows that have a name each. */

@@ -42,10 +42,22 @@ Writer new_text(size_t size) {
     return {text, text + size};
 }
 
+// Most texts of a translation are made here: the operands' lengths are found once.
 const char *form_text(const char *form, std::initializer_list<const char *> operands) {
-    Writer to = new_text(form_size(form, operands));
-    const char *text = to.at;
-    write_form(&to, form, operands);
+    constexpr size_t MOST_OPERANDS = 16;
+    assert(operands.size() <= MOST_OPERANDS);
+    size_t lengths[MOST_OPERANDS];
+    size_t size = strlen(form) + 1 - operands.size() * strlen("%s");
+    const char *const *operand = operands.begin();
+    for (size_t k = 0; k < operands.size(); k++) size += lengths[k] = strlen(operand[k]);
+    char *text = static_cast<char *>(AllocKept(size));
+    char *at = text;
+    for (size_t k = 0; k < operands.size(); k++, form += strlen("%s")) {
+        while (*form != '%') *at++ = *form++;
+        memcpy(at, operand[k], lengths[k]);
+        at += lengths[k];
+    }
+    stpcpy(at, form);
     return text;
 }
 

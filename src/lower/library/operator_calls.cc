@@ -5,17 +5,12 @@
 
 #include "lower/expressions/expressions.h"
 #include "support/row_index.h"
+#include "syntax/tree/operators.h"
 #include "translate/operators.h"
 #include "translate/ranges.h"
 #include "translate/text_forms.h"
 
 namespace {
-
-OperatorId operator_of(const char *function) {
-    for (const OperatorRow &row : OperatorRows)
-        if (row.function && strcmp(row.function, function) == 0) return row.id;
-    return OPERATOR_NONE;
-}
 
 /* More than two arguments, from the left. */
 bool takes_more(OperatorId op) {

@@ -46,6 +46,21 @@ inline void read_character(Reader *from) {
     }
 }
 
+// What means nothing to a reader outside of strings, nor to whether a line may end there.
+struct PlainBytes {
+    bool is_plain[256];
+};
+
+constexpr PlainBytes plain_bytes() {
+    PlainBytes bytes = {};
+    for (bool &is_plain : bytes.is_plain) is_plain = true;
+    for (char c : {'"', '`', '\'', '(', '[', '{', ')', ']', '}', ',', ' '})
+        bytes.is_plain[static_cast<unsigned char>(c)] = false;
+    return bytes;
+}
+
+constexpr PlainBytes Plain = plain_bytes();
+
 // How tight an operator binds, from 1; 0 for what is none.
 int tightness_of(const char *word, size_t length) {
     bool is_elementwise = length == 2 && word[1] == '~';
@@ -107,6 +122,18 @@ inline int place_at(const Reader *from, const char *start) {
     return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
+// Over a character, and over what is left of a word or of a quoted text, where no line may end.
+inline void read_on(Reader *from, const char *end) {
+    read_character(from);
+    const char *at = from->at;
+    if (from->quote) {
+        while (at < end && *at != from->quote && *at != '\\') at++;
+    } else if (at[-1] != ',') {
+        while (at < end && Plain.is_plain[static_cast<unsigned char>(*at)]) at++;
+    }
+    from->at = at;
+}
+
 // Whether a row of a matrix begins where one ends that the line has begun inside.
 bool is_between_rows(const Reader *from, int place, int outer) {
     return place < outer * TIGHTEST && from->at[0] == ' ' && from->at[1] == '[';
@@ -121,7 +148,7 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     const char *early = start + (limit - start) * 2 / 5;
     Reader best = {nullptr, 0, 0};
     int best_place = NO_PLACE;
-    for (; from.at < end && !(from.at > limit && best.at); read_character(&from)) {
+    for (; from.at < end && !(from.at > limit && best.at); read_on(&from, end)) {
         int place = place_at(&from, start);
         if (place == NO_PLACE || (best.at >= early && best.at && place > best_place)) continue;
         best = from;
@@ -132,12 +159,12 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     return best;
 }
 
-// The end of the string or name that begins at a quote.
+// The end of the string or name that begins at a quote. Only strings have backslashes.
 const char *end_of_quoted(const char *at) {
-    Reader from = {at, 0, 0};
-    do read_character(&from);
-    while (from.quote && *from.at);
-    return from.at;
+    const char *stops = *at == '"' ? "\"\\" : *at == '`' ? "`" : "'";
+    at++;
+    while (*(at += strcspn(at, stops)) == '\\') at += at[1] ? 2 : 1;
+    return *at ? at + 1 : at;
 }
 
 // Where the code of a line ends, in front of a comment and the blank before it.
@@ -195,9 +222,16 @@ void write_code(const char *line, const char *end, uint32_t margin) {
     write_output(from.at, end);
 }
 
+// As most lines are.
+bool fits(const char *text, size_t length, uint32_t margin) {
+    return length + margin <= LONGEST_LINE && !memchr(text, '\n', length);
+}
+
 }  // namespace
 
 void write_broken(const char *text, uint32_t margin) {
+    size_t length = strlen(text);
+    if (fits(text, length, margin)) return write_output(text, text + length);
     for (;;) {
         const char *code = end_of_code(text);
         const char *end = *code == '\n' ? code : end_of_line(code);

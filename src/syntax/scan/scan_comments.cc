@@ -79,7 +79,11 @@ void close_block_comment() {
 
 }  // namespace
 
-const char *find_line_end(const char *at) { return line_end(at, Scan.end); }
+const char *find_line_end(const char *at) {
+    if (Scan.has_returns) return line_end(at, Scan.end);
+    const void *feed = memchr(at, '\n', static_cast<size_t>(Scan.end - at));
+    return feed ? static_cast<const char *>(feed) : Scan.end;
+}
 
 bool scan_comment(const char *at) {
     const char *end = find_line_end(at);

@@ -31,6 +31,7 @@ struct ScannerState {
     BracketContext context; /* of the innermost open bracket */
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */
     bool names_eval;        /* a name so far has been eval */
+    bool has_returns;       /* the text has a \r, as few have */
     int32_t depth;          /* open brackets, at most MOST_NESTED */
     int32_t block_comments; /* open block comments */
     int32_t comments_made;  /* nodes of comments that have not been taken back */

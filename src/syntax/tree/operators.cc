@@ -1,8 +1,10 @@
 // The operators of the source language.
 #include "syntax/tree/operators.h"
 
+#include "support/row_index.h"
+
 // clang-format off
-const OperatorRow OperatorRows[OPERATOR_COUNT] = { // ORDER OPERATORS
+constexpr OperatorRow OperatorRows[OPERATOR_COUNT] = { // ORDER OPERATORS
     {OPERATOR_NONE,            "",   LEVEL_NONE,       nullptr},
     {OPERATOR_OR_ELSE,         "||", LEVEL_OR_ELSE,    nullptr},
     {OPERATOR_AND_THEN,        "&&", LEVEL_AND_THEN,   nullptr},
@@ -30,3 +32,31 @@ const OperatorRow OperatorRows[OPERATOR_COUNT] = { // ORDER OPERATORS
     {OPERATOR_DOT_TRANSPOSE,   ".'", LEVEL_POWER,      "transpose"},
 };
 // clang-format on
+
+namespace {
+
+struct NamedOperator {
+    const char *name;
+    OperatorId id;
+};
+
+struct NamedOperators {
+    NamedOperator rows[OPERATOR_COUNT];
+};
+
+constexpr NamedOperators named_operators() {
+    NamedOperators named = {};
+    for (const OperatorRow &row : OperatorRows)
+        named.rows[row.id] = {row.function ? row.function : "", row.id};
+    return named;
+}
+
+constexpr NamedOperators Named = named_operators();
+constexpr auto NamedIndex = index_rows(Named.rows);
+
+}  // namespace
+
+OperatorId operator_of(const char *function) {
+    const NamedOperator *named = find_row(Named.rows, NamedIndex, function);
+    return named ? named->id : OPERATOR_NONE;
+}

@@ -57,3 +57,6 @@ struct OperatorRow {
 };
 
 extern const OperatorRow OperatorRows[OPERATOR_COUNT];
+
+/* The operator that the function means, or OPERATOR_NONE; function: not empty. */
+OperatorId operator_of(const char *function);
