@@ -24,15 +24,20 @@ void add_block(ResultMemory *memory, size_t size) {
     *memory = {block, reinterpret_cast<char *>(block) + HEAD, capacity};
 }
 
-}  // namespace
-
-void *take_result(ResultMemory *memory, size_t size) {
+// Its bytes are not set.
+char *take_bytes(ResultMemory *memory, size_t size) {
     size = (size + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
     if (memory->left < size) add_block(memory, size);
     char *part = memory->next;
     memory->next += size;
     memory->left -= size;
-    return memset(part, 0, size);
+    return part;
+}
+
+}  // namespace
+
+void *take_result(ResultMemory *memory, size_t size) {
+    return memset(take_bytes(memory, size), 0, size);
 }
 
 void release_result(const ResultMemory *memory) {
@@ -44,7 +49,8 @@ void release_result(const ResultMemory *memory) {
 }
 
 const char *keep_result(ResultMemory *memory, const char *text, size_t length) {
-    char *copy = static_cast<char *>(take_result(memory, length + 1));
+    char *copy = take_bytes(memory, length + 1);
     if (length > 0) memcpy(copy, text, length);
+    copy[length] = '\0';
     return copy;
 }

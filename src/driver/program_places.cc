@@ -1,6 +1,8 @@
 // From bytes to lines and columns.
 #include "driver/program_places.h"
 
+#include <string.h>
+
 #include <algorithm>
 #include <functional>
 
@@ -12,12 +14,17 @@ namespace {
 struct Walk {
     const char *text;
     uint32_t length;
+    bool has_returns;  // a \r, which few texts have
     uint32_t at;
     uint32_t line;
     uint32_t start;  // of the line
     uint32_t units;  // of UTF-16 on the line, in front of at
     uint32_t characters;
 };
+
+Walk walk_of(const PlacedText *in) {
+    return {in->text, in->length, memchr(in->text, '\r', in->length) != nullptr, 0, 1, 0, 0, 0};
+}
 
 bool is_continuation(char byte) { return (byte & 0xC0) == 0x80; }
 
@@ -54,12 +61,19 @@ void begin_line(Walk *walk, const char *at) {
     walk->units = walk->characters = 0;
 }
 
+const char *next_line_end(const Walk *walk, const char *wanted) {
+    const char *at = walk->text + walk->at;
+    if (walk->has_returns) return line_end(at, wanted);
+    const void *feed = memchr(at, '\n', static_cast<size_t>(wanted - at));
+    return feed ? static_cast<const char *>(feed) : wanted;
+}
+
 // To the start of the line that the offset is in. Answers the offset, or the start of the line end
 // that it is inside of.
 uint32_t skip_lines(Walk *walk, uint32_t offset) {
     const char *wanted = walk->text + offset;
     for (;;) {
-        const char *end = line_end(walk->text + walk->at, wanted);
+        const char *end = next_line_end(walk, wanted);
         if (end == wanted) return offset;
         bool is_pair = *end == '\r' && end + 1 < walk->text + walk->length && end[1] == '\n';
         const char *next = end + (is_pair ? 2 : 1);
@@ -126,7 +140,7 @@ void find_places(ProgramPlaces *places) {
               });
     Walk walk = {};
     for (const AskedPlace &asked : places->asked) {
-        if (walk.text != asked.in.text) walk = {asked.in.text, asked.in.length, 0, 1, 0, 0, 0};
+        if (walk.text != asked.in.text) walk = walk_of(&asked.in);
         find(&walk, &asked);
     }
     places->asked.clear();

@@ -1,12 +1,22 @@
 // The files that a tool gives.
 #include "driver/program_texts.h"
 
+#include <string.h>
+
 #include <filesystem>
 #include <set>
 
 #include "driver/program_request.h"
 
+// As most paths are: without "//", and without names that begin with a dot, as . and .. do.
+static bool is_shortest(const char *path) {
+    for (const char *slash = path; (slash = strchr(slash, '/')); slash++)
+        if (slash[1] == '/' || slash[1] == '.') return false;
+    return *path != '.';
+}
+
 std::string shortest_path(const char *path) {
+    if (is_shortest(path)) return path;
     return std::filesystem::path(path).lexically_normal().string();
 }
 
