@@ -97,7 +97,7 @@ TEST_F(Page, shows_source_and_translation_with_messages) {
 TEST_F(Page, shows_each_statement_beside_its_translation) {
     write(directory / "src/z.m",
           "x = [1 ... one\n    2];  % two\n\n% three\nif x(1) == 2, y = 1; end\nsettings\n"
-          "function r = f(p)\n  % four\n  p = inner(p);\n  function inner\n  end\n  r = 1;\nend\n");
+          "function r = f(p)\n  % four\n  p(1) = 2;\n  function inner\n  end\n  r = 1;\nend\n");
     run("mtranslate check src --report r.html");
     std::string rows = elements("#file=7");
     const std::size_t begin = rows.find("<tbody>", rows.find("class=\"source\""));
@@ -114,9 +114,9 @@ TEST_F(Page, shows_each_statement_beside_its_translation) {
               "6|settings|20|settings();|\n"
               "7|function r = f(p)|1|f := proc( qxrp_p )|\n||2|    local r, p, inner;|\n"
               "8|  % four|3|    # four|\n"
-              "9|  p = inner(p);|8|    p := inner(p);|\n"
+              "9|  p(1) = 2;|8|    p(1) := 2;|\n"
               "10|  function inner|4|    inner := proc(  )|\n"
-              "11|  end|5|    end proc;|\n||6||\n||7|    p := qxrp_p;|\n"
+              "11|  end|5|    end proc;|\n||6||\n||7|    p := copy(qxrp_p);|\n"
               "12|  r = 1;|9|    r := 1;|\n||10|    return r;|\n"
               "13|end|11|end proc;|\n||12||\n");
 }
