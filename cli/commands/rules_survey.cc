@@ -72,8 +72,8 @@ class Surveyor {
 public:
     explicit Surveyor(const Options &options)
         : options_(options),
-          inputs_(find_inputs(search_in(options.paths, options)).files),
-          index_(inputs_) {
+          index_(find_inputs(search_in(options.paths, options)).files),
+          inputs_(index_.files()) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         options_.message_policy = {};
         for (const InputFile &input : inputs_)
@@ -125,8 +125,8 @@ private:
     }
 
     Options options_;
-    std::vector<InputFile> inputs_;
     FileIndex index_;
+    const InputFiles &inputs_;
     std::vector<const Configuration *> configurations_; /* of the inputs */
     Survey survey_;
 };

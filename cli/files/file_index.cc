@@ -2,8 +2,10 @@
 #include "cli/files/file_index.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <functional>
+#include <map>
 #include <system_error>
+#include <utility>
 
 namespace mtranslate {
 
@@ -19,60 +21,81 @@ std::string package_of(const fs::path &folder) {
     return package_of(folder.parent_path()) + name.substr(1) + '.';
 }
 
+std::string name_in_package(const std::string &name) { return name.substr(name.rfind('.') + 1); }
+
+std::uint32_t hash_of(const std::string &name) {
+    return static_cast<std::uint32_t>(std::hash<std::string>()(name));
+}
+
+/* Of a function, with its package. */
+std::string name_of(const std::string &path) {
+    const fs::path normal = fs::path(path).lexically_normal();
+    return package_of(normal.parent_path()) + normal.stem().string();
+}
+
+}  // namespace
+
+FileIndex::FileIndex(InputFiles files) : files_(std::move(files)) {
+    std::error_code error;  // there is none in a browser
+    current_ = fs::current_path(error);
+    std::uint32_t number = 0;
+    for (const InputFile &file : files_) {
+        const std::uint32_t at = number++;
+        if (!file.trouble.empty() && fs::path(file.path).extension() != ".m") continue;
+        if (class_of(file.path).empty())
+            functions_.push_back({hash_of(name_of(file.path)), at});
+        else
+            methods_.push_back({hash_of(fs::path(file.path).stem()), at});
+    }
+    std::sort(functions_.begin(), functions_.end());
+    std::sort(methods_.begin(), methods_.end());
+}
+
 /* "a.b" for a file in the folders +a/@b, "" for one outside of class folders. */
-std::string class_of(const fs::path &folder) {
+std::string FileIndex::class_of(const std::string &path) const {
+    const fs::path folder = (current_ / path).lexically_normal().parent_path();
     const std::string name = folder.filename();
     if (!name.starts_with('@') || name.size() == 1) return "";
     return package_of(folder.parent_path()) + name.substr(1);
 }
 
-std::string name_in_package(const std::string &name) { return name.substr(name.rfind('.') + 1); }
-
-}  // namespace
-
-FileIndex::FileIndex(const std::vector<InputFile> &inputs) {
-    std::error_code error;  // there is none in a browser
-    const fs::path current = fs::current_path(error);
-    for (const InputFile &input : inputs) {
-        if (!input.trouble.empty() && fs::path(input.path).extension() != ".m") continue;
-        const fs::path whole = (current / input.path).lexically_normal();
-        if (const std::string name = class_of(whole.parent_path()); !name.empty()) {
-            methods_[whole.stem()].try_emplace(name, IndexedFile{input.path, ""});
-            continue;
-        }
-        const fs::path path = fs::path(input.path).lexically_normal();
-        const fs::path folder = path.parent_path();
-        const bool is_private = folder.filename() == "private";
-        const std::string name = path.stem();
-        files_[package_of(folder) + name].push_back(
-            {input.path, is_private ? folder.parent_path().string() : ""});
-    }
+/* Of files that may have the name, in their order. */
+std::vector<std::string> FileIndex::paths_in(const Entries &entries,
+                                             const std::string &name) const {
+    std::vector<std::string> paths;
+    const std::uint32_t hash = hash_of(name);
+    for (auto at = std::lower_bound(entries.begin(), entries.end(), Entry{hash, 0});
+         at != entries.end() && at->hash == hash; ++at)
+        paths.push_back(files_[at->file].path);
+    return paths;
 }
 
-const IndexedFile *FileIndex::find(const std::string &caller, const std::string &name) const {
-    const auto found = files_.find(name);
-    if (found == files_.end()) return nullptr;
-    fs::path folder = fs::path(caller).lexically_normal().parent_path();
-    if (folder.filename() == "private") folder = folder.parent_path();
-    const IndexedFile *open = nullptr;
-    for (const IndexedFile &file : found->second) {
-        if (file.folder.empty() && !open) open = &file;
-        if (!file.folder.empty() && file.folder == folder) return &file;
+std::optional<std::string> FileIndex::find(const std::string &caller,
+                                           const std::string &name) const {
+    const auto folder_of = [](const std::string &path) {
+        return fs::path(path).lexically_normal().parent_path();
+    };
+    fs::path from = folder_of(caller);
+    if (from.filename() == "private") from = from.parent_path();
+    std::optional<std::string> open;
+    for (const std::string &path : paths_in(functions_, name)) {
+        if (name_of(path) != name) continue;
+        const fs::path folder = folder_of(path);
+        const bool is_private = folder.filename() == "private" && folder.has_parent_path();
+        if (is_private && folder.parent_path() == from) return path;
+        if (!is_private && !open) open = path;
     }
     return open;
 }
 
-const IndexedFile *FileIndex::find_method(const char *class_name, const std::string &method) const {
-    const auto found = methods_.find(method);
-    if (found == methods_.end()) return nullptr;
-    const auto &classes = found->second;
-    if (class_name) {
-        const auto at = classes.find(class_name);
-        return at == classes.end() ? nullptr : &at->second;
-    }
-    for (const auto &[name, file] : classes)
-        if (name_in_package(name) != method) return &file;
-    return nullptr;
+std::optional<std::string> FileIndex::find_method(const char *class_name,
+                                                  const std::string &method) const {
+    std::map<std::string, std::string> found; /* by class; of two with one, the first */
+    for (const std::string &path : paths_in(methods_, method))
+        if (fs::path(path).stem() == method) found.try_emplace(class_of(path), path);
+    for (const auto &[name, path] : found)
+        if (class_name ? name == class_name : name_in_package(name) != method) return path;
+    return std::nullopt;
 }
 
 }  // namespace mtranslate

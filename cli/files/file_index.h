@@ -3,34 +3,46 @@
  * that a file of the batch defines is not unknown. */
 #pragma once
 
-#include <map>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/files/inputs.h"
+#include "cli/files/input_files.h"
 
 namespace mtranslate {
 
-struct IndexedFile {
-    std::string path;
-    std::string folder; /* that may call it, where that is one alone (private); else empty */
-};
-
 class FileIndex {
 public:
-    explicit FileIndex(const std::vector<InputFile> &inputs);
-    /* The file that the name means when the file caller calls it, or null; no method, which only
+    explicit FileIndex(InputFiles files);
+    const InputFiles &files() const { return files_; }
+    /* The file that the name means when the file caller calls it, or none; no method, which only
      * the class of an argument makes a name mean. Functions of packages have their package in the
      * name: package.name. */
-    const IndexedFile *find(const std::string &caller, const std::string &name) const;
+    std::optional<std::string> find(const std::string &caller, const std::string &name) const;
     /* The file of a class's method, or of its constructor. Classes of packages have their package
      * in the name. class_name null: of the first class that has the method, but as a constructor.
      */
-    const IndexedFile *find_method(const char *class_name, const std::string &method) const;
+    std::optional<std::string> find_method(const char *class_name, const std::string &method) const;
 
 private:
-    std::map<std::string, std::vector<IndexedFile>> files_; /* by name; methods are none of them */
-    std::map<std::string, std::map<std::string, IndexedFile>> methods_; /* by name and class */
+    /* What a file defines; its name is made of its path whenever it is asked for. */
+    struct Entry {
+        std::uint32_t hash; /* of the name */
+        std::uint32_t file;
+
+        auto operator<=>(const Entry &) const = default;
+    };
+    using Entries = std::vector<Entry>;
+
+    std::string class_of(const std::string &path) const;
+    std::vector<std::string> paths_in(const Entries &entries, const std::string &name) const;
+
+    InputFiles files_;
+    std::filesystem::path current_;
+    Entries functions_;
+    Entries methods_;
 };
 
 }  // namespace mtranslate

@@ -27,7 +27,7 @@ public:
     void add(const std::string &path) {
         const struct stat status = status_of(path);
         if (!S_ISDIR(status.st_mode)) {
-            inputs.files.push_back({path, fs::path(path).filename()});
+            inputs.files.add({path, fs::path(path).filename()});
             return;
         }
         given_ = path;
@@ -74,7 +74,7 @@ private:
     void enter_ignore_file(const fs::path &folder, const fs::path &relative) try {
         ignore_files_.enter(below_root(relative));
     } catch (const FileError &error) {
-        inputs.files.push_back({folder / ".gitignore", relative / ".gitignore", error.what()});
+        inputs.files.add({folder / ".gitignore", relative / ".gitignore", error.what()});
     }
 
     /* Whether it is not surely another file, as far as its folder tells. */
@@ -107,7 +107,7 @@ private:
             return refuse(path, relative,
                           reason ? std::strerror(reason) : "it leads out of '" + given_ + '\'');
         if (is_folder) return enter(path, status, relative);
-        inputs.files.push_back({path, relative});
+        inputs.files.add({path, relative});
     }
 
     /* Nothing is missed where a link leads nowhere. */
@@ -118,7 +118,7 @@ private:
     }
 
     void refuse(const fs::path &path, const fs::path &relative, const std::string &reason) {
-        inputs.files.push_back({path, relative, "cannot read '" + path.string() + "': " + reason});
+        inputs.files.add({path, relative, "cannot read '" + path.string() + "': " + reason});
     }
 
     const InputSearch &search_;
@@ -136,13 +136,16 @@ Inputs find_inputs(const InputSearch &search) {
     return std::move(walk.inputs);
 }
 
-void place_below(const std::string &root, std::vector<InputFile> &inputs) {
+InputFiles place_below(const std::string &root, const InputFiles &inputs) {
     const fs::path folder = fs::path(root + '/').lexically_normal();
-    for (InputFile &input : inputs) {
+    InputFiles placed;
+    for (InputFile input : inputs) {
         input.relative = fs::path(input.path).lexically_normal().lexically_relative(folder);
         if (input.relative.empty() || input.relative.starts_with(".."))
             throw FileError("'" + input.path + "' is not in the folder '" + root + "'");
+        placed.add(input);
     }
+    return placed;
 }
 
 }  // namespace mtranslate

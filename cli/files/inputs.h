@@ -5,16 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "cli/files/input_files.h"
+
 namespace mtranslate {
 
-struct InputFile {
-    std::string path;      /* as messages show it: below the path that the user gave */
-    std::string relative;  /* to the folder that the user gave; of a file, its name alone */
-    std::string trouble{}; /* why it cannot be read, as far as that is known; else empty */
-};
-
-/* Makes the files relative to the folder root. Throws FileError where one is not in it. */
-void place_below(const std::string &root, std::vector<InputFile> &inputs);
+/* The files, relative to the folder root. Throws FileError where one is not in it. */
+InputFiles place_below(const std::string &root, const InputFiles &inputs);
 
 struct InputSearch {
     std::vector<std::string> paths;
@@ -25,7 +21,7 @@ struct InputSearch {
 };
 
 struct Inputs {
-    std::vector<InputFile> files;
+    InputFiles files;
     std::size_t ignored = 0; /* files and folders that a file .gitignore leaves out */
 };
 

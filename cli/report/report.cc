@@ -27,22 +27,21 @@ public:
     }
 
 private:
-    static std::vector<InputFile> inputs(const std::vector<ReportFile> &files) {
-        std::vector<InputFile> inputs;
-        inputs.reserve(files.size());
-        for (const ReportFile &file : files) inputs.push_back({file.path, ""});
+    static InputFiles inputs(const std::vector<ReportFile> &files) {
+        InputFiles inputs;
+        for (const ReportFile &file : files) inputs.add({file.path, file.path});
         return inputs;
     }
 
-    const IndexedFile *find(const ReportFile &file, const std::string &name) const {
+    std::optional<std::string> find(const ReportFile &file, const std::string &name) const {
         return index_.find(file.path, name);
     }
 
     void resolve(const ReportFile &file, CallFact &call) const {
         if (!is_left_to_host(call.end)) return;
-        if (const IndexedFile *found = find(file, call.name)) {
+        if (const auto found = find(file, call.name)) {
             call.end = CallEnd::Found;
-            call.target = found->path;
+            call.target = *found;
         } else if (index_.find_method(nullptr, call.name)) {
             call.end = CallEnd::ClassOnly;
         }

@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <map>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "cli/config/configuration_search.h"
 #include "cli/config/configured.h"
@@ -51,21 +54,19 @@ public:
     explicit Batch(const Options &options)
         : options_(options),
           found_(find_inputs(search_in(options.paths, options))),
-          inputs_(found_.files),
-          index_(options.root.empty() ? inputs_
+          index_(options.root.empty() ? std::move(found_.files)
                                       : find_inputs(search_in({options.root}, options)).files),
+          inputs_(options.root.empty() ? index_.files() : found_.files),
           output_folder_(options.output_folder, options.output_limit),
           baseline_(options.baseline.empty() ? Baseline() : Baseline(options.baseline)),
           messages_(options),
           report_(options),
           progress_(inputs_.size()) {
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
-        if (!options.root.empty()) place_below(options.root, inputs_);
-        for (std::size_t i = 0; i < inputs_.size(); ++i) {
-            if (inputs_[i].trouble.empty())
-                first_with_output_.try_emplace(output_of(inputs_[i]), i);
-            configurations_.push_back(&options.configurations->of_input(inputs_[i]));
-        }
+        if (!options.root.empty()) found_.files = place_below(options.root, inputs_);
+        for (const InputFile &input : inputs_)
+            configurations_.push_back(&options.configurations->of_input(input));
+        if (!options.output_folder.empty()) note_equal_outputs();
         for (const Configuration *configuration :
              std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
             report_.add(configuration->rules);
@@ -102,6 +103,31 @@ private:
         return (fs::path(options_.output_folder) / ("qxrp_library" + options_.suffix)).string();
     }
 
+    /* Those that an earlier input has, too. All are looked at by their hashes first: a batch may
+     * have millions. */
+    void note_equal_outputs() {
+        std::vector<std::pair<std::size_t, std::uint32_t>> hashes;
+        hashes.reserve(inputs_.size());
+        std::uint32_t number = 0;
+        for (const InputFile &input : inputs_) {
+            if (input.trouble.empty())
+                hashes.emplace_back(std::hash<std::string>()(output_of(input)), number);
+            ++number;
+        }
+        std::sort(hashes.begin(), hashes.end());
+        std::map<std::string, std::size_t> first; /* of the outputs of one hash */
+        for (std::size_t i = 1; i < hashes.size(); ++i) {
+            if (hashes[i].first != hashes[i - 1].first) {
+                first.clear();
+                continue;
+            }
+            for (const std::uint32_t input : {hashes[i - 1].second, hashes[i].second}) {
+                const auto known = first.try_emplace(output_of(inputs_[input]), input).first;
+                if (known->second != input) first_with_output_[input] = known->second;
+            }
+        }
+    }
+
     /* In a worker. */
     FileResult work_on(std::size_t i) const {
         FileResult result;
@@ -119,9 +145,9 @@ private:
     void translate_into(FileResult &result, const InputFile &input, std::size_t i) const {
         if (!input.trouble.empty()) throw FileError(input.trouble);
         const std::string output = output_of(input);
-        const std::size_t first = first_with_output_.at(output);
-        if (!output.empty() && first != i)
-            throw FileError("its output '" + output + "' is that of '" + inputs_[first].path + "'");
+        if (const auto first = first_with_output_.find(i); first != first_with_output_.end())
+            throw FileError("its output '" + output + "' is that of '" +
+                            inputs_[first->second].path + "'");
         if (!output.empty() && output == library_output())
             throw FileError("its output '" + output + "' is that of the library");
         Options options = options_;
@@ -181,7 +207,8 @@ private:
         }
         result.ignored += baseline_.leave_out(result.diagnostics);
         count(result);
-        if (result.has_output) made_.push_back({output_of(inputs_[i]), result.files_read});
+        if (result.has_output && !options_.depfile.empty())
+            made_.push_back({output_of(inputs_[i]), result.files_read});
         report_.add(inputs_[i].path, result.has_output ? output_of(inputs_[i]) : "", result);
         progress_.clear();
         if (options_.mode != Mode::Assess || result.code == ExitCode::Trouble)
@@ -244,14 +271,14 @@ private:
 
     const Options &options_;
     Inputs found_;
-    std::vector<InputFile> &inputs_;
     FileIndex index_;
+    const InputFiles &inputs_; /* in one of these */
     OutputFolder output_folder_;
     Baseline baseline_;
     MessageOutput messages_;
     ReportOutput report_;
-    std::map<std::string, std::size_t> first_with_output_;
-    std::vector<const Configuration *> configurations_; /* of the inputs */
+    std::map<std::size_t, std::size_t> first_with_output_; /* where that is another input */
+    std::vector<const Configuration *> configurations_;    /* of the inputs */
     Tally tally_;
     std::vector<MadeFrom> made_;
     bool calls_library_ = false; /* a translation does */

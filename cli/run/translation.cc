@@ -111,16 +111,16 @@ private:
 
     const char *find(const mTranslateProgramSearch *search) {
         const bool is_method = search->kind == MTRANSLATE_SEARCH_METHOD;
-        const IndexedFile *file = is_method ? index_->find_method(search->class_name, search->name)
-                                            : index_->find(search->caller, search->name);
-        return file ? file->path.c_str() : nullptr;
+        text_ = is_method ? index_->find_method(search->class_name, search->name)
+                          : index_->find(search->caller, search->name);
+        return text_ ? text_->c_str() : nullptr;
     }
 
     const Source &source_;
     const Options &wanted_;
     const FileIndex *index_;
     RuleAnswers &rules_;
-    std::optional<std::string> text_;
+    std::optional<std::string> text_; /* the last answer, until the library has copied it */
 };
 
 std::uint32_t flags_of(const Options &wanted) {

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <map>
 #include <new>
 #include <optional>
 #include <sstream>
@@ -104,7 +105,7 @@ class Round {
 public:
     Round(std::size_t jobs, const Workers::Job &job, const Workers::Report &report, Limits limits,
           Programs programs)
-        : ends_(jobs), job_(job), report_(report), limits_(limits), programs_(programs) {
+        : jobs_(jobs), job_(job), report_(report), limits_(limits), programs_(programs) {
         const sigset_t ending = ending_signals();
         signals_ = Descriptor(signalfd(-1, &ending, SFD_CLOEXEC));
     }
@@ -113,9 +114,9 @@ public:
     Round &operator=(const Round &) = delete;
 
     int run(std::size_t count) {
-        count_ = std::min(count, ends_.size());
+        count_ = std::min(count, jobs_);
         add_workers();
-        while (reported_ < ends_.size())
+        while (reported_ < jobs_)
             if (const int signal = wait()) return stop(signal);
         return 0;
     }
@@ -123,7 +124,7 @@ public:
 private:
     /* As many as there shall be, or as can be made now. */
     void add_workers() {
-        while (workers_.size() < count_ && next_ < ends_.size()) {
+        while (workers_.size() < count_ && next_ < jobs_) {
             if (add_worker()) continue;
             if (workers_.empty()) fail("cannot make a worker");
             return;
@@ -166,7 +167,7 @@ private:
     /* One that cannot be told of its job is ended; where it has ended already, that shows next. */
     void give_job(Worker &worker) {
         worker.job.reset();
-        if (next_ == ends_.size()) return;
+        if (next_ == jobs_) return;
         worker.job = next_++;
         worker.deadline = Clock::now() + limits_.time;
         if (send_job(worker.socket.get(), *worker.job)) return;
@@ -231,8 +232,7 @@ private:
     int stop(int signal) {
         end_workers();
         report_ready();
-        for (std::size_t i = reported_; i < ends_.size(); ++i)
-            if (ends_[i]) report_(i, *ends_[i]);
+        for (const auto &[job, end] : ends_) report_(job, end);
         return signal;
     }
 
@@ -294,13 +294,13 @@ private:
     }
 
     void report_ready() {
-        for (; reported_ < ends_.size() && ends_[reported_]; ++reported_) {
-            report_(reported_, *ends_[reported_]);
-            ends_[reported_] = JobEnd();
-        }
+        for (auto next = ends_.begin(); next != ends_.end() && next->first == reported_;
+             next = ends_.erase(next))
+            report_(reported_++, next->second);
     }
 
-    std::vector<std::optional<JobEnd>> ends_;
+    const std::size_t jobs_;
+    std::map<std::size_t, JobEnd> ends_; /* that wait for an earlier one */
     std::vector<Worker> workers_;
     const Workers::Job &job_;
     const Workers::Report &report_;

@@ -30,8 +30,7 @@ CallEnd end_of_call(std::int32_t end) {
 std::string target_of(const Call &call, const RunFiles &files, const FileIndex *index) {
     if (call.target) return files.path(call.target);
     if (call.end != MTRANSLATE_CALL_OF_FILE || !index) return "";
-    const IndexedFile *found = index->find(files.path(call.place->file), call.name);
-    return found ? found->path : "";
+    return index->find(files.path(call.place->file), call.name).value_or("");
 }
 
 /* Those that end in the same way together. */

@@ -156,22 +156,20 @@ const Output *translate(const Json &wanted, const char *texts) {
 }
 
 /* As find_inputs sorts the files of a folder and of those in it. */
-std::vector<InputFile> inputs_of(std::vector<std::string> names) {
+InputFiles inputs_of(std::vector<std::string> names) {
     std::sort(names.begin(), names.end(), [](const std::string &a, const std::string &b) {
         return std::filesystem::path(a) < std::filesystem::path(b);
     });
-    std::vector<InputFile> inputs;
-    inputs.reserve(names.size());
-    for (const std::string &name : names) inputs.push_back({name, name});
+    InputFiles inputs;
+    for (const std::string &name : names) inputs.add({name, name});
     return inputs;
 }
 
 const Output *make_index(const Json &names) {
-    const auto inputs = inputs_of(names.get<std::vector<std::string>>());
-    auto index = std::make_unique<FileIndex>(inputs);
+    auto index = std::make_unique<FileIndex>(inputs_of(names.get<std::vector<std::string>>()));
     JsonText json;
     json.open('{').key("names").open('[');
-    for (const InputFile &input : inputs) json.string(input.path);
+    for (const InputFile &input : index->files()) json.string(input.path);
     json.close(']').key("index");
     json.number(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(index.release())));
     return keep(json.close('}').release());

@@ -91,10 +91,9 @@ const char *Questions::find(const mTranslateProgramSearch &search) {
     }
     if (!index_) return nullptr;
     const bool is_method = search.kind == MTRANSLATE_SEARCH_METHOD;
-    const IndexedFile *file = is_method
-                                  ? index_->find_method(search.class_name, search.name)
-                                  : index_->find(search.caller ? search.caller : "", search.name);
-    return file ? file->path.c_str() : nullptr;
+    text_ = is_method ? index_->find_method(search.class_name, search.name)
+                      : index_->find(search.caller ? search.caller : "", search.name);
+    return text_ ? text_->c_str() : nullptr;
 }
 
 std::int32_t Questions::result_kind(const char *name) {
