@@ -1,6 +1,4 @@
 // Sorting the buckets of a hash table: a quicksort with the median of three as the pivot.
-#include <stdio.h>
-
 #include "support/hash_table.h"
 
 namespace {
@@ -27,12 +25,6 @@ int32_t partition(HashEntry *entries, int32_t lo, int32_t hi) {
     return place;
 }
 
-void check_order(const HashEntry *entries, int32_t lo, int32_t hi) {
-    for (int32_t i = lo; i < hi; i++) {
-        if (entries[i].key > entries[i + 1].key) puts("hash sort error");
-    }
-}
-
 void sort_range(HashEntry *entries, int32_t lo, int32_t hi) {
     if (lo >= hi) return;
     int32_t mid = lo + (hi - lo) / 2;
@@ -45,7 +37,6 @@ void sort_range(HashEntry *entries, int32_t lo, int32_t hi) {
         sort_range(entries, lo, place - 1);
         sort_range(entries, place + 1, hi);
     }
-    check_order(entries, lo, hi);
 }
 
 }  // namespace

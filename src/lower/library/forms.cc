@@ -89,10 +89,6 @@ constexpr Form Forms[] = {
 
 constexpr auto FormIndex = index_rows(Forms);
 
-bool is_placeholder(const char *text) {
-    return text[0] == '{' && text[1] >= '1' && text[1] <= '3' && text[2] == '}';
-}
-
 // What stands alone between commas, brackets and the dots of a range is kept together by them.
 bool is_alone(const char *form, const char *placeholder) {
     const char *next = placeholder + strlen("{1}");
@@ -107,17 +103,16 @@ const char *argument_text(const char *form, const char *placeholder, const vExpr
 size_t expanded_size(const char *form, const vExpr *values) {
     size_t size = strlen(form) + 1;
     for (const char *at = form; (at = strchr(at, '{')); at++)
-        if (is_placeholder(at)) size += strlen(argument_text(form, at, values));
+        size += strlen(argument_text(form, at, values));
     return size;
 }
 
-// The form with the values in the places of the arguments.
+// The form with the values in the places of the arguments. Nothing else in a form has braces.
 const char *expand(const char *form, const vExpr *values) {
     Writer to = new_text(expanded_size(form, values));
     const char *expanded = to.at;
     const char *from = form;
     for (const char *at = form; (at = strchr(at, '{')); at++) {
-        if (!is_placeholder(at)) continue;
         write_bytes(&to, from, static_cast<size_t>(at - from));
         write_text(&to, argument_text(form, at, values));
         from = at + strlen("{1}");
