@@ -8,6 +8,7 @@
 #include <cctype>
 #include <random>
 #include <regex>
+#include <sstream>
 #include <vector>
 
 #include "diagnose/messages.h"
@@ -17,6 +18,7 @@
 #include "tests/generate.h"
 #include "tests/host_text.h"
 #include "tests/matlab_run.h"
+#include "tests/tool.h"
 
 namespace mtranslate {
 
@@ -105,6 +107,51 @@ TEST(Damage, gives_messages_at_their_places_and_well_formed_text) {
     });
 }
 
+Texts found_in(const std::string &text, const std::regex &form) {
+    Texts found(std::sregex_token_iterator(text.begin(), text.end(), form), {});
+    std::ranges::sort(found);
+    return found;
+}
+
+/* A translation or a message, whatever the source is; and the same again in the same process. */
+void check_odd(const std::string &source) {
+    SCOPED_TRACE(source);
+    for (const char *language : {"matlab", "octave"}) {
+        const MatlabRun run = run_matlab(source, {language, "command", true});
+        EXPECT_EQ(run.misplaced, "");
+        EXPECT_EQ(run.errors, Texts());
+        EXPECT_EQ(form_error(run.text.value()), "") << *run.text;
+        EXPECT_EQ(run_matlab(source, {language, "command", true}).text, run.text);
+    }
+}
+
+/* What nobody writes, and what stands where something else is meant. */
+TEST(Damage, may_be_odd_programs) {
+    std::istringstream all(read(MTRANSLATE_SOURCE_DIR "/tests/cases/odd_programs.txt"));
+    std::string program;
+    for (std::string line; std::getline(all, line);) {
+        program += line + '\n';
+        if (!line.empty() && !all.eof()) continue;
+        check_odd(program);
+        program.clear();
+    }
+    check_odd(program);
+}
+
+/* Each function of the library with none of its arguments, with all kinds of them, with too many,
+ * and in the places of other things. */
+TEST(Damage, may_be_odd_calls_of_the_library) {
+    const std::string forms =
+        "y = F; y = F(); y = F(x); y = F(x, z, 3); y = F('a', 2); y = F(2, 'a'); y = F(2, 3, 4); "
+        "y = F([1 2], 2); y = F({1, 2}); y = F(@(t) t + 1, x); y = F(true); y = F(x(:)); "
+        "y = F([], 1, 2); y = F(x(:, 1), 1); y = F('', ''); y = F(-2.5); y = F(3i); [y, z] = F(x); "
+        "F(x); F; F x; y = F.a; y = F(x).a; y = @F; if F(x) && y, end, y = x(F(x)); "
+        "y = x(1:end-F(x)); y = F(x{:}); y = F(s.a, 'b', 1, 'c'); y = F(:);";
+    const std::string table = read(MTRANSLATE_SOURCE_DIR "/src/syntax/library/library_table.cc");
+    for (const std::string &row : found_in(table, std::regex("\\n    \\{\"\\w+")))
+        check_odd(std::regex_replace(forms, std::regex("F"), row.substr(7)));
+}
+
 /* The first tokens of a file tell the same of it as its tree does. */
 void compare_kinds(void * /*context*/, const Node *tree) {
     const Node *first = tree->first_child;
@@ -131,12 +178,6 @@ TEST(Damage, is_reported_in_order) {
             last = message.offset;
         }
     });
-}
-
-Texts found_in(const std::string &text, const std::regex &form) {
-    Texts found(std::sregex_token_iterator(text.begin(), text.end(), form), {});
-    std::ranges::sort(found);
-    return found;
 }
 
 /* What is called is in the translation, or in the comments of what could not be translated, and so
@@ -207,12 +248,12 @@ std::string outcome_alone(const Trial &trial) {
     if (child == 0) {
         const std::string text = trial.outcome();
         close(ends[0]);
-        _exit(write(ends[1], text.data(), text.size()) < 0);
+        _exit(::write(ends[1], text.data(), text.size()) < 0);
     }
     close(ends[1]);
     std::string text;
     char bytes[4096];
-    for (ssize_t size; (size = read(ends[0], bytes, sizeof bytes)) > 0;)
+    for (ssize_t size; (size = ::read(ends[0], bytes, sizeof bytes)) > 0;)
         text.append(bytes, static_cast<size_t>(size));
     close(ends[0]);
     waitpid(child, nullptr, 0);

@@ -183,6 +183,21 @@ struct Ending {
 
 mTranslateProgramSource one_source{sizeof one_source, "main.m", "x = 1", 5};
 
+/* Two sources, one of which is wrong. */
+template <int FAULT>
+void give_sources(Tool &tool) {
+    static NewerSource sources[2];
+    for (NewerSource &source : sources)
+        source = {{sizeof(NewerSource), &source == sources ? "a.m" : "b.m", "x = 1", 5}, 0};
+    if (FAULT == 0) sources[0].known.size = 2;
+    if (FAULT == 1) sources[1].known.size = sizeof(mTranslateProgramSource);
+    if (FAULT == 2) sources[1].added = 1;
+    if (FAULT == 3) sources[1].known.name = nullptr;
+    if (FAULT == 4) sources[0].known.text = nullptr;
+    tool.request.sources = &sources[0].known;
+    tool.request.source_count = 2;
+}
+
 const Ending Endings[] = {
     {[](Tool &tool) { tool.request.file = "none.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
      "unable to open none.m: No such file or directory"},
@@ -227,6 +242,13 @@ const Ending Endings[] = {
          tool.request.source_count = 2;
      },
      MTRANSLATE_PROGRAM_INVALID, "invalid request: two sources have the same name"},
+    {give_sources<0>, MTRANSLATE_PROGRAM_INVALID, "invalid request: a source has no size"},
+    {give_sources<1>, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: the sources have different sizes"},
+    {give_sources<2>, MTRANSLATE_PROGRAM_INVALID,
+     "invalid request: it has fields that this library does not know"},
+    {give_sources<3>, MTRANSLATE_PROGRAM_INVALID, "invalid request: a source has no name"},
+    {give_sources<4>, MTRANSLATE_PROGRAM_INVALID, "invalid request: a source has no text"},
 };
 
 /* And the next run is as it would be without. */
