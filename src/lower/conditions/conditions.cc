@@ -71,7 +71,10 @@ Test lower_value(const Node *node) {
     if (is_literal(node, "false")) return constant_test(false);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0) return constant_test(true);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "0") == 0) return constant_test(false);
+    bool outer = Lowering.takes_test;
+    Lowering.takes_test = without_parens(node)->kind == NODE_REFERENCE;
     const mExpr *value = lower_tested(node);
+    Lowering.takes_test = outer;
     if (const Test *relation = relation_of(value)) return *relation;
     if (is_truth_word(value->text)) return constant_test(*value->text == 't');
     if (is_one_number(value_of(node))) return new_relation(value->text, OP_NE, "0", true);

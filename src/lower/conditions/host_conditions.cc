@@ -102,6 +102,12 @@ mExpr *new_truth_value(const Test *relation) {
     return &value->expr;
 }
 
+mExpr *new_tested_value(const Test *test) {
+    TruthValue *value = AllocRecord<TruthValue>();
+    *value = {{EXPR_TRUTH, "", NOT_SCALAR, nullptr}, *test};
+    return &value->expr;
+}
+
 const Test *relation_of(const mExpr *value) {
     if (value->kind != EXPR_TRUTH) return nullptr;
     return &reinterpret_cast<const TruthValue *>(value)->relation;

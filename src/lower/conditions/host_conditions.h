@@ -50,7 +50,9 @@ Test join_tests(const JoinedTests *joined);
 
 /* A relation as a value. */
 mExpr *new_truth_value(const Test *relation);
-/* The relation that such a value stands for; null for any other. */
+/* A test as what a condition asks for; it has no text as a value. */
+mExpr *new_tested_value(const Test *test);
+/* The relation or test that such a value stands for; null for any other. */
 const Test *relation_of(const mExpr *value);
 
 /* left (a host name or form) compared with a number, op of Operator: as a value. */

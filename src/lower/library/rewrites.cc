@@ -136,6 +136,16 @@ mExpr *take_numbers(const OfferedCall *call) {
     return in_parentheses(&sum);
 }
 
+// In a condition a text is compared as by a switch.
+mExpr *compare_texts(const OfferedCall *call) {
+    bool is_test = call->count == 2 && call->is_tested && Lowering.takes_test;
+    if (!is_test || !meets_needs(call, NEEDS_TEXTS)) return nullptr;
+    const vExpr *values = call->values;
+    Test test = new_test(form_text(
+        "%s = %s", {plain_value(values->item)->text, plain_value(values->next->item)->text}));
+    return new_tested_value(&test);
+}
+
 // The value, or a variable that holds it, which may be written twice.
 const char *shared_text(const Node *argument, const char *value) {
     if (is_identifier(value) || argument->kind == NODE_NUMBER) return value;
@@ -181,6 +191,7 @@ constexpr Rewrite Rewrites[] = {
     {"isfield",  false, false, ask_field},
     {"double",   false, false, take_numbers},
     {"deal",     false, true,  deal_values},
+    {"strcmp",   false, false, compare_texts},
     {"sprintf",  false, false, new_formatted_text},
 };
 // clang-format on
