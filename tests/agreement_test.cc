@@ -83,10 +83,11 @@ private:
             default: return atom(0);
         }
     }
-    // What is known to be a text is joined to others, and counts by its characters.
+    // What is known to be a text is joined to others, and counts by its characters. Of single
+    // numbers alone only matlab knows.
     std::string row(int depth) {
         const std::string first = pick({"a", "b", "d", "7", "0.5", "f(2)", "(a)", "b(1)"});
-        return first + ", " + pick({"1", "a", "b'"}) + (depth > 0 && one_in(2) ? ", d" : "");
+        return first + ", " + pick({"f(1)", "b'"}) + (depth > 0 && one_in(2) ? ", d" : "");
     }
     std::string index() {
         return pick({"1", "end", ":", "2:3", "a", "1:2:5", "2:end", "1:2:end", "b > 2",

@@ -58,7 +58,9 @@ mExpr *lower_joined_element(const Node *element, bool is_alone) {
     if (is_value_list(element, is_alone)) return lower_value_list(element);
     mExpr *expr = lower_expression(element);
     const char *text = joined_text(element, expr->text);
-    return text == expr->text ? expr : new_call_leaf(text);
+    if (text != expr->text) return new_call_leaf(text);
+    if (is_one_number(value_of(element))) expr->scalar = SCALAR;  // for the constructor
+    return expr;
 }
 
 // An array in a cell is not the variable, which may change.
