@@ -24,7 +24,7 @@ count = numel(x);
 places = 1:count;
 width = 1;
 while width < count
-    merged = places;
+    merged = 0*places;
     first = 1;
     while first <= count
         middle = smaller(first + width, count + 1);
