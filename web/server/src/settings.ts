@@ -69,8 +69,13 @@ export function mergeSettings(
         if (taken === null) complain(`the setting '${key}' makes no sense: ${JSON.stringify(given[key])}`);
         else merged[key] = taken;
     };
-    const paths = (value: unknown): string[] | null =>
-        textsOf(value)?.map((path) => resolvePath(path, folder)) ?? null;
+    const paths = (value: unknown): string[] | null => {
+        try {
+            return textsOf(value)?.map((path) => resolvePath(path, folder)) ?? null;
+        } catch {
+            return null; // an address that is none of this machine
+        }
+    };
     take('language', (value) => (isLanguage(value) ? value : null));
     take('rules', paths);
     take('folders', paths);

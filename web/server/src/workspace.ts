@@ -47,7 +47,7 @@ export class Workspace {
 
     setFolders(uris: readonly string[]): void {
         this.configurations.folders = uris
-            .filter((uri) => uri.startsWith('file:'))
+            .filter((uri) => typeof uri === 'string' && uri.startsWith('file:'))
             .map((uri) => withoutSlash(pathOf(uri)));
     }
 

@@ -14,7 +14,21 @@ const request = (id: number, method: string, params: unknown = {}): object => ({
     method,
     params,
 });
-const INITIALIZE = frame(request(1, 'initialize', { processId: null, capabilities: {}, rootUri: null }));
+/** What makes no sense in it is passed over. */
+const INITIALIZE = frame(
+    request(1, 'initialize', {
+        processId: null,
+        capabilities: {},
+        rootUri: null,
+        workspaceFolders: [{}, { uri: 'untitled:a' }],
+        initializationOptions: {
+            rules: ['file://elsewhere/a.toml'],
+            folders: [3],
+            language: 'klingon',
+            debounce: -1,
+        },
+    }),
+);
 
 const A = { textDocument: { uri: 'file:///a.m' } };
 
@@ -132,7 +146,7 @@ test('what is no message, followed by one', async () => {
     server.write(frame(request(0, 'textDocument/hover')));
     assert.equal((await server.answer(({ id }) => id === 0)).error.code, -32002);
     server.write(INITIALIZE);
-    await server.answer(({ id }) => id === 1);
+    assert.ok((await server.answer(({ id }) => id === 1)).result.capabilities.hoverProvider);
     let next = 1000;
     for (const [what, bytes, code] of rows) {
         const before = server.answers.length;
