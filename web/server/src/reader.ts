@@ -18,7 +18,14 @@ const HEADER = /Content-Length:[ \t]*(\d+)[ \t]*\r\n/i;
 const NAME = /Content-Length:/i;
 const NAME_LENGTH = 'Content-Length:'.length;
 
-export type Refuse = (id: number | string | null, code: number, message: string) => void;
+/** Who hears of what is read. */
+export interface Hearer {
+    refuse(id: number | string | null, code: number, message: string): void;
+    /** Of each message that is handed on. */
+    taken(message: Message): void;
+    /** At the end of the input, once. The connection is not told: what it has taken may still be answered. */
+    ended(): void;
+}
 
 type Fields = Record<string, unknown>;
 
@@ -33,11 +40,12 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
     #told = false;
     #isInitialized = false;
     #isDown = false;
+    #hasEnded = false;
     #callback: DataCallback = () => {};
 
     constructor(
         readonly stream: Readable,
-        readonly refuse: Refuse,
+        readonly hearer: Hearer,
     ) {
         super();
     }
@@ -51,9 +59,16 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
         this.#callback = callback;
         this.stream.on('data', (bytes: Buffer) => this.#take(bytes));
         this.stream.on('error', (error) => this.fireError(error));
-        this.stream.on('end', () => this.fireClose());
-        this.stream.on('close', () => this.fireClose());
+        this.stream.on('end', () => this.#end());
+        this.stream.on('close', () => this.#end());
         return { dispose: () => void this.stream.removeAllListeners() };
+    }
+
+    #end(): void {
+        if (this.#hasEnded) return;
+        this.#hasEnded = true;
+        if (this.#wanted >= 0 || this.#length > 0) this.#complain('the input ends within a message');
+        this.hearer.ended();
     }
 
     #take(bytes: Buffer): void {
@@ -114,7 +129,7 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
 
     /** Once for all that is skipped in a row. */
     #complain(text: string): void {
-        if (!this.#told) this.refuse(null, ErrorCodes.ParseError, text);
+        if (!this.#told) this.hearer.refuse(null, ErrorCodes.ParseError, text);
         this.#told = true;
     }
 
@@ -138,16 +153,17 @@ export class CheckedReader extends AbstractMessageReader implements MessageReade
         try {
             value = JSON.parse(body.toString('utf8'));
         } catch (error) {
-            this.refuse(null, ErrorCodes.ParseError, `no JSON: ${(error as Error).message}`);
+            this.hearer.refuse(null, ErrorCodes.ParseError, `no JSON: ${(error as Error).message}`);
             return;
         }
         const trouble = this.#troubleOf(value);
         if (!trouble) this.#hand(value as Message);
-        else if (trouble.text !== '') this.refuse(trouble.id, trouble.code, trouble.text);
+        else if (trouble.text !== '') this.hearer.refuse(trouble.id, trouble.code, trouble.text);
     }
 
     /** What the connection cannot take may not end what is read after it. */
     #hand(message: Message): void {
+        this.hearer.taken(message);
         try {
             this.#callback(message);
         } catch (error) {

@@ -68,7 +68,7 @@ class Raw {
     }
 
     exit(): Promise<number | null> {
-        return new Promise((resolve) => this.process.on('exit', resolve));
+        return new Promise((resolve) => this.process.on('close', resolve));
     }
 }
 
@@ -174,17 +174,26 @@ test('what is no message, followed by one', async () => {
 });
 
 test('the end of the input, and an output that nobody reads', async () => {
-    const rows: [input: string, code: number][] = [
-        ['', 1],
-        ['Content-Length: 30\r\n\r\n{"half', 1],
-        [INITIALIZE, 1],
-        [INITIALIZE + frame(request(2, 'shutdown', null)), 0],
+    const asked = frame(request(2, 'workspace/symbol', { query: '' }));
+    const rows: [input: string, code: number, answers: (number | string)[]][] = [
+        ['', 1, []],
+        ['garbage', 1, [-32700]],
+        ['Content-Length: 2\r\n\r\n{}', 1, [-32600]],
+        ['Content-Length: 30\r\n\r\n{"half', 1, [-32700]],
+        [INITIALIZE + asked, 1, ['1', '2']],
+        [INITIALIZE + frame(request(2, 'shutdown', null)), 0, ['1', '2']],
     ];
-    for (const [input, code] of rows) {
+    for (const [input, code, answers] of rows) {
         const server = new Raw();
         const ended = server.exit();
         server.process.stdin!.end(input);
         assert.equal(await ended, code, input);
+        const told = server.answers.filter(({ method }) => method === undefined);
+        assert.deepEqual(
+            told.map(({ id, error }) => error?.code ?? `${id}`),
+            answers,
+            input,
+        );
     }
     const server = new Raw();
     server.write(INITIALIZE);
