@@ -36,7 +36,8 @@ x = zeros(height, width) + value;
 
 const char Cells[] = R"(function c = cells(height, width)
 % Empty cells. Without a width the height stands for both sides.
-c = {};
+line = {};
+c = line(1:0, :);
 if nargin < 2
     if numel(height) == 1
         c = cells(height, height);
@@ -49,7 +50,13 @@ elseif height > 0
     if width > 0
         line = cell(1, width);
         c = stacked(line, height);
+    else
+        line = cell(height, 1);
+        c = line(:, 1:0);
     end
+elseif width > 0
+    line = cell(1, width);
+    c = line(1:0, :);
 end
 )";
 

@@ -170,6 +170,12 @@ mExpr *deal_values(const OfferedCall *call) {
     return new_call_leaf(form_text("seq(%s(qxrp_i),qxrp_i=1..%s)", {all, count}));
 }
 
+// No struct of any: an array without elements, as a literal is.
+mExpr *make_no_structs(const OfferedCall *call) {
+    bool is_empty = call->count == 1 && is_empty_matrix(without_parens(call->first));
+    return is_empty ? call->values->item : nullptr;
+}
+
 struct Rewrite {
     const char *name;
     bool takes_lists; /* of values, whose number nobody knows */
@@ -193,6 +199,7 @@ constexpr Rewrite Rewrites[] = {
     {"deal",     false, true,  deal_values},
     {"strcmp",   false, false, compare_texts},
     {"sprintf",  false, false, new_formatted_text},
+    {"struct",   false, false, make_no_structs},
 };
 // clang-format on
 

@@ -140,8 +140,14 @@ mExpr *lower_known_part(const char *base, const Node *arguments) {
     return part;
 }
 
+// What is selected by one position of a list, as a cell: of what may be an array, an array of it.
+const char *single_part(const char *base, const char *positions, bool is_cell) {
+    return is_cell ? form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, positions})
+                   : form_text("%s(%s(1)..%s(1))", {base, positions, positions});
+}
+
 // Whether the index is one position or several shows at run time.
-mExpr *lower_unknown_part(const char *base, const Node *arguments) {
+mExpr *lower_unknown_part(const char *base, const Node *arguments, bool is_cell) {
     const char *positions = new_temporary();
     const char *part = new_temporary();
     ExprList index = lower_repeated_index(arguments, base);
@@ -150,7 +156,7 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
     const mExpr *picked = new_element_node(positions, VARIABLE_INDEX, index.first);
     put_line("%s := %s;", {positions, picked->text});
     put_line("if %s then", {count_condition(count, OP_EQ, 1)});
-    put_inner_line("%s := rtable([%s(%s)],subtype='Vector[row]');", {part, base, positions});
+    put_inner_line("%s := %s;", {part, single_part(base, positions, is_cell)});
     put_line("else", {});
     put_inner_line("%s := %s;", {part, new_element_node(base, VARIABLE_INDEX, index.first)->text});
     put_line("end if;", {});
@@ -163,7 +169,7 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments) {
 bool is_cell_part(const Node *reference) {
     const Node *arguments = last_selector(reference);
     if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
-    if (!is_cell_base(reference)) return false;
+    if (!is_cell_base(reference) && !may_give_cell(reference)) return false;
     int several = count_several(arguments);
     bool is_unknown = several < 0 && !arguments->first_child->next;
     return several == 0 || is_unknown;
@@ -182,5 +188,5 @@ mExpr *lower_cell_part(const Node *reference) {
     name_repeated_path(&path);
     if (is_listed_part(reference)) return lower_listed_part(path.text, arguments);
     if (count_several(arguments) == 0) return lower_known_part(path.text, arguments);
-    return lower_unknown_part(path.text, arguments);
+    return lower_unknown_part(path.text, arguments, is_cell_base(reference));
 }

@@ -6,7 +6,7 @@
 #include "syntax/tree/tree.h"
 
 /* Whether the reference is an index in parentheses, and nothing more, of a variable that holds a
- * cell, where that makes a difference. */
+ * cell, or may hold one, where that makes a difference. */
 bool is_cell_part(const Node *reference);
 /* Whether the reference is such an index of lists that may hold one position each. */
 bool is_listed_part(const Node *reference);

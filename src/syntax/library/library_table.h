@@ -58,8 +58,9 @@ enum LibraryTrait : uint32_t {
     TAKES_CODE = 1 << 21,     /* texts that are programs, or names of variables to be set */
     TAKES_FIELD = 1 << 22,    /* the second one is the name of a field */
     PAIRS_ELEMENTS = 1 << 23, /* each two elements by themselves */
-    IS_OPERATOR = 1 << 24     /* operators, brackets or indices mean it: an object that has it as a
+    IS_OPERATOR = 1 << 24,    /* operators, brackets or indices mean it: an object that has it as a
                                  method may be any argument */
+    HOLDS_TEXTS = 1 << 25     /* its result is a cell of texts */
 };
 
 struct LibraryFunction {

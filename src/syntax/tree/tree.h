@@ -175,6 +175,7 @@ enum NodeFlag : uint16_t {
     REPEATING = 1 << 12,
     FOR_OUTPUTS = 1 << 13,
     KEEPS_VARIABLE = 1 << 14,
+    IS_OPERAND = 1 << 14, /* REFERENCE: of an operator, a condition or an index, as no cell is */
     HAS_GAP = 1 << 15 /* nothing stands between two commas of the ROW, or in front of the first */
 };
 

@@ -9,6 +9,8 @@ namespace {
 constexpr int MOST_FIELDS = 64;
 constexpr int MOST_INNER_FIELDS = 8;
 constexpr int DEEPEST_HOLDER = 3;
+// The name of elements, which no field has, as it is not interned.
+constexpr char ELEMENTS[] = "{}";
 
 // Nothing is known of it, wherever the flow goes on or back to; but of what has got all its fields
 // one by one, it has not got this one.
@@ -42,6 +44,19 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
     Symbol *part = last->next = new_part(holder, name);
     if (value_now(holder->parts) == MAY_BE_MISSING) start_late(part, MAY_BE_MISSING);
     return part;
+}
+
+Symbol *elements_of(Symbol *holder, int depth) { return field_of(holder, ELEMENTS, depth); }
+
+void add_elements(Symbol *holder, int depth, Value value) {
+    Symbol *elements = elements_of(holder, depth);
+    if (elements) assign(elements, value_now(elements) | value);
+}
+
+void begin_elements(Symbol *holder, int depth, Value elements) {
+    if (elements == UNKNOWN_FIELD) return;
+    begin_fields(holder);
+    if (elements != MAY_BE_MISSING) add_elements(holder, depth, elements & ANY_VALUE);
 }
 
 void note_presence(Symbol *field) {

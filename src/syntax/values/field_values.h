@@ -1,5 +1,6 @@
-/* The values of fields. Where a variable is one record, each of its fields flows as a variable
- * does, and so do the fields of these. */
+/* The values of fields and of cells' elements. Where a variable is one record, each of its fields
+ * flows as a variable does, and so do the fields of these. The elements of a cell flow together, as
+ * one field that only ever gets more: what any of them may be. */
 #pragma once
 
 #include "syntax/values/flow.h"
@@ -17,6 +18,15 @@ inline bool is_one_record(Value value) {
  * Null where there are too many, or it lies too deep: nothing is known of that one. name: interned;
  * depth: of fields around the holder, 0 for a variable. */
 Symbol *field_of(Symbol *holder, const char *name, int depth);
+/* The elements of what surely is a cell there; null as of a field. */
+Symbol *elements_of(Symbol *holder, int depth);
+/* Elements of the cell may be this, too. */
+void add_elements(Symbol *holder, int depth, Value value);
+/* The holder is a cell from here on, with such elements: MAY_BE_MISSING for none, and the
+ * UNKNOWN_FIELD for any. */
+void begin_elements(Symbol *holder, int depth, Value elements);
+/* What a cell holds where nothing has been put: []. */
+constexpr Value NO_ELEMENT = MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
 /* The field, or variable, has been read, or been found to be there. */
 void note_presence(Symbol *field);
 /* The variable holds what another one does, which has such fields. */

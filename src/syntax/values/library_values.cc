@@ -91,11 +91,19 @@ Value shape_of_test(const Node *arguments) {
     return may_be(joined(arguments), MAY_BE_CELL) ? ANY_SHAPE : ONE;
 }
 
-// Names and values; struct of anything else may give several.
+// A cell of one element stands for that.
+bool may_be_several(const Node *value) {
+    value = without_parens(value);
+    bool is_one = value->kind == NODE_CELL && single_element(value);
+    return !is_one && may_be(value_of(value), MAY_BE_CELL);
+}
+
+// Names and values; struct of anything else may give several. Of [] there is none.
 Value shape_of_struct(const Node *arguments) {
+    if (arguments && is_empty_matrix(arguments)) return MAY_BE_ARRAY | MAY_BE_EMPTY;
     for (const Node *name = arguments; name; name = name->next->next) {
         const Node *value = name->kind == NODE_STRING ? name->next : nullptr;
-        if (!value || may_be(value_of(value), MAY_BE_CELL)) return ANY_SHAPE;
+        if (!value || may_be_several(value)) return ANY_SHAPE;
     }
     return ONE;
 }

@@ -21,6 +21,12 @@ extern const Node *OutermostStatement;
 Value trace_expression(Node *node);
 /* The values of arguments, of a row: first and its siblings. */
 void trace_all(Node *first);
+/* The same of what no cell can be: a condition, or the positions in an index, first and siblings.
+ */
+Value trace_condition(Node *condition);
+void trace_positions(Node *first);
+/* No cell can be the value of the expression where it stands. */
+void note_operand(Node *node);
 /* MATLAB's own function that a name means, or null. */
 const LibraryFunction *library_of(Node *name);
 /* The function that a reference or a name calls, and first of its arguments; all null for another
@@ -46,6 +52,9 @@ void trace_selectors(Node *reference);
 Value trace_operator(OperatorId op, Node *target, Value value);
 /* Part of a value that an index selects. */
 Value selected_value(Value base, const Node *arguments);
+/* What the elements of a cell may be that the expression gives; MAY_BE_MISSING for none, and
+ * UNKNOWN_FIELD of which nothing is known. Its values have been traced. */
+Value elements_given(Node *expression);
 /* Whether it may stand for any number of values, as c{:} and s.f do. */
 bool may_be_list(const Node *element);
 /* Whether an index, the arguments of a reference, surely selects one element. */

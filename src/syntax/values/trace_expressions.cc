@@ -11,6 +11,13 @@
 
 FunctionFinders Finders;
 
+// x(k) is an element there, also where x may be a cell. A transposed one may be a cell.
+void note_operand(Node *node) {
+    bool is_turned = node->next && node->next->kind == NODE_POSTFIX;
+    while (node->kind == NODE_PARENS) node = node->first_child;
+    if (node->kind == NODE_REFERENCE && !is_turned) node->flags |= IS_OPERAND;
+}
+
 namespace {
 
 const LibraryFunction NotMatlab = {nullptr, 0, 0, SHAPE_ANY, 0};
@@ -125,6 +132,10 @@ Value join_operands(OperatorId joint, Value left, Value right) {
            sign_of_joint(joint, left, right);
 }
 
+void note_operands(Node *first) {
+    for (; first; first = first->next) note_operand(first);
+}
+
 // The right side of && is traced where the left one is true. What it assumes ends with it.
 Value trace_lazy_chain(Node *chain) {
     Mark start = mark_flow();
@@ -142,6 +153,7 @@ Value trace_lazy_chain(Node *chain) {
 }
 
 Value trace_chain(Node *chain) {
+    note_operands(chain->first_child);
     if (chain->op == OPERATOR_OR_ELSE || chain->op == OPERATOR_AND_THEN)
         return trace_lazy_chain(chain);
     Value value = trace_expression(chain->first_child);
@@ -157,6 +169,7 @@ Value trace_chain(Node *chain) {
 }
 
 Value trace_prefix(Node *node) {
+    note_operand(node->first_child);
     Value operand = read(trace_expression(node->first_child));
     Value shape = numeric_shape(operand);
     if (node->op == OPERATOR_NOT) return MAY_BE_TRUTH | (operand & MAY_BE_OTHER) | shape;
@@ -190,6 +203,7 @@ Value trace_range(Node *range) {
     Node *start = range->first_child;
     Node *second = start->next;
     const Node *stop = second->next ? second->next : second;
+    note_operands(start);
     trace_all(start);
     Value first = read(value_of(start));
     Value last = read(value_of(stop));
@@ -203,6 +217,16 @@ Value trace_range(Node *range) {
 }
 
 }  // namespace
+
+Value trace_condition(Node *condition) {
+    note_operand(condition);
+    return trace_expression(condition);
+}
+
+void trace_positions(Node *first) {
+    note_operands(first);
+    trace_all(first);
+}
 
 Value value_of_call(Node *name, const Node *selectors, const Node *arguments) {
     if (Value told = told_value(name, selectors)) return told;

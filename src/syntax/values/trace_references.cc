@@ -1,4 +1,6 @@
 // The values of references: elements, fields, calls.
+#include <string.h>
+
 #include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
@@ -121,6 +123,7 @@ Value value_after_call(Node *base) {
     bool has_arguments = selector->kind == NODE_ARGUMENTS;
     const Node *arguments = has_arguments ? selector->first_child : nullptr;
     note_applied(base->text, arguments);
+    if (arguments && is_known_to(base->text, TAKES_FIELD)) note_operand(selector->first_child);
     Value value = value_of_call(base, selector, arguments);
     return has_arguments && !selector->next ? value : Value(ANY_VALUE);
 }
@@ -142,18 +145,37 @@ Part field_part(Part of, const char *name) {
     return {value, field, false, of.depth + 1};
 }
 
+// What has elements is a cell there.
+bool may_hold_elements(Part part) { return part.holder && may_be(part.value, MAY_BE_CELL); }
+
+// One element of a cell. Of a list of them nothing is said.
+Part element_part(Part of, const Node *arguments) {
+    bool is_known = may_hold_elements(of) && selects_one(arguments);
+    Symbol *elements = is_known ? elements_of(of.holder, of.depth) : nullptr;
+    if (!elements) return {ANY_VALUE, nullptr, false, 0};
+    Value value = value_now(elements) & ANY_VALUE;
+    return {kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1};
+}
+
+// What a part of a cell holds, the cell holds.
 Part selected_part(Part of, const Node *selector) {
     const Node *arguments = selector->first_child;
     if (selector->kind == NODE_FIELD) return field_part(of, selector->text);
+    if (selector->kind == NODE_BRACES) return element_part(of, arguments);
     if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false, 0};
     bool is_data = of.is_data || is_surely_index(arguments);
-    return {value_of_index(of.value, is_data, arguments), nullptr, false, 0};
+    Symbol *holder = may_hold_elements(of) ? of.holder : nullptr;
+    return {value_of_index(of.value, is_data, arguments), holder, false, of.depth};
+}
+
+Part whole_part(Symbol *variable) {
+    constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
+    return {value_now(variable), variable, (variable->flags & DATA) != 0, 0};
 }
 
 // A selector has the value of its part, for who asks what is after it.
 Value value_of_part(Symbol *variable, Node *selector) {
-    constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
-    Part part = {value_now(variable), variable, (variable->flags & DATA) != 0, 0};
+    Part part = whole_part(variable);
     for (; selector; selector = selector->next) {
         part = selected_part(part, selector);
         selector->value |= part.value;
@@ -163,6 +185,79 @@ Value value_of_part(Symbol *variable, Node *selector) {
 }
 
 }  // namespace
+
+namespace {
+
+// Those of the cell that a variable, or selectors after it up to the end, give.
+Value elements_in(const Node *base, const Node *end) {
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return UNKNOWN_FIELD;
+    Part part = whole_part(base->symbol);
+    for (const Node *selector = base->next; selector != end; selector = selector->next)
+        part = selected_part(part, selector);
+    Symbol *elements = may_hold_elements(part) ? elements_of(part.holder, part.depth) : nullptr;
+    return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
+}
+
+// Of c{:} all elements of c.
+Value elements_of_item(Node *item) {
+    if (!may_be_list(item)) return value_of(item) & ANY_VALUE;
+    const Node *reference = without_parens(item);
+    const Node *last = last_selector(reference);
+    return last->kind == NODE_BRACES ? elements_in(reference->first_child, last)
+                                     : Value(UNKNOWN_FIELD);
+}
+
+Value elements_of_rows(Node *literal, Value (*elements)(Node *item)) {
+    Value all = MAY_BE_MISSING;
+    for (Node *row = literal->first_child; row; row = row->next) {
+        for (Node *item = row->first_child; item; item = item->next) {
+            if (item->kind == NODE_POSTFIX) return UNKNOWN_FIELD;
+            Value value = elements(item);
+            if (value == UNKNOWN_FIELD) return UNKNOWN_FIELD;
+            all |= value;
+        }
+    }
+    return all;
+}
+
+// What stands in brackets beside cells is an element itself.
+Value elements_of_joined(Node *item) {
+    if (is_empty_matrix(without_parens(item))) return MAY_BE_MISSING;
+    Value value = value_of(item) & ANY_VALUE;
+    if (kinds_of(value) == MAY_BE_CELL) return elements_given(item);
+    return may_be(value, MAY_BE_CELL) ? Value(UNKNOWN_FIELD) : elements_of_item(item);
+}
+
+Value elements_of_call(Node *expression) {
+    LibraryCall call = library_call(expression);
+    if (!call.function) return UNKNOWN_FIELD;
+    if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
+    if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
+    return UNKNOWN_FIELD;
+}
+
+}  // namespace
+
+Value elements_given(Node *expression) {
+    while (expression->kind == NODE_PARENS) expression = expression->first_child;
+    if (kinds_of(value_of(expression) & ANY_VALUE) != MAY_BE_CELL) return UNKNOWN_FIELD;
+    switch (expression->kind) {
+        case NODE_CELL: return elements_of_rows(expression, elements_of_item);
+        case NODE_MATRIX: return elements_of_rows(expression, elements_of_joined);
+        case NODE_NAME:
+            if (is_variable(expression->symbol)) {
+                const Symbol *elements = elements_of(expression->symbol, 0);
+                return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
+            }
+            return elements_of_call(expression);
+        case NODE_REFERENCE: {
+            const Node *base = expression->first_child;
+            bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
+            return is_call ? elements_of_call(expression) : elements_in(base, nullptr);
+        }
+        default: return UNKNOWN_FIELD;
+    }
+}
 
 bool may_be_list(const Node *element) {
     while (element->kind == NODE_PARENS) element = element->first_child;
@@ -186,8 +281,16 @@ bool may_be_called(const Node *before) {
 }
 
 void trace_selectors(Node *reference) {
-    for (Node *selector = second_child(reference); selector; selector = selector->next)
-        if (selector->kind != NODE_FIELD) trace_all(selector->first_child);
+    const Node *base = reference->first_child;
+    bool is_index = base->kind == NODE_NAME && is_variable(base->symbol);
+    for (Node *selector = second_child(reference); selector; selector = selector->next) {
+        if (selector->kind == NODE_FIELD) continue;
+        if (is_index) {
+            trace_positions(selector->first_child);
+        } else {
+            trace_all(selector->first_child);
+        }
+    }
 }
 
 // A row without elements has a row: who is asked for its sides begins without any.
@@ -205,7 +308,11 @@ Value trace_reference(Node *reference) {
     trace_selectors(reference);
     if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
     if (is_call) return value_after_call(base);
-    return base->kind == NODE_NAME ? value_of_part(base->symbol, base->next) : Value(ANY_VALUE);
+    if (base->kind != NODE_NAME) return ANY_VALUE;
+    Value value = value_of_part(base->symbol, base->next);
+    if (!may_give_cell(reference)) return value;
+    return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |
+           (may_be(value, MAY_BE_TEXT) ? MAY_BE_SINGLE : 0);
 }
 
 LibraryCall library_call(Node *node) {

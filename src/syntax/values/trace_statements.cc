@@ -32,7 +32,7 @@ Symbol *LastAnswer;  // the variable ans, where the function has one
 
 void trace_branch(Node *branch, Branches *branches) {
     Node *condition = branch->first_child;
-    trace_expression(condition);
+    trace_condition(condition);
     Mark since = mark_flow();
     assume(condition, true);
     trace_block(condition->next);
@@ -67,7 +67,7 @@ void trace_if(Node *node) {
 void trace_switch(Node *node) {
     Branches branches;
     bool has_otherwise = false;
-    trace_expression(node->first_child);
+    trace_condition(node->first_child);
     begin_branches(&branches);
     for (Node *part = node->first_child->next; part; part = part->next) {
         if (part->kind == NODE_COMMENT) continue;
@@ -91,9 +91,12 @@ Value value_of_column(const Node *values) {
 void set_loop_variable(Node *loop) {
     Node *variable = loop->first_child;
     Value value = value_of_column(variable->next);
+    Value elements = elements_given(variable->next);
     if (variable->kind == NODE_REFERENCE) trace_selectors(variable);
     trace_target(variable, value, nullptr);
-    if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
+    if (variable->kind != NODE_NAME) return;
+    begin_elements(variable->symbol, 0, elements);
+    variable->symbol->ever |= value;
 }
 
 // After a loop without a round its variable is empty, as it is made in the host.
@@ -115,11 +118,11 @@ void trace_round(Node *loop) {
             trace_block(third_child(loop));
             break;
         case NODE_WHILE:
-            trace_expression(loop->first_child);
+            trace_condition(loop->first_child);
             assume(loop->first_child, true);
             trace_block(second_child(loop));
             break;
-        default: trace_block(loop->first_child); trace_expression(second_child(loop));
+        default: trace_block(loop->first_child); trace_condition(second_child(loop));
     }
 }
 

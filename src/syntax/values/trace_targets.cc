@@ -120,7 +120,7 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (!is_same) symbol->start = selector;
 }
 
-// struct('a', 1, 'b', 2) makes one record, where no value is a cell.
+// struct('a', 1, 'b', {{2}}) makes one record, where no value is a cell, or one of one element.
 void set_fields(Symbol *holder, int depth, Node *expression) {
     bool is_name = depth == 0 && expression && expression->kind == NODE_NAME;
     if (is_name && is_variable(expression->symbol)) return copy_fields(holder, expression->symbol);
@@ -130,8 +130,85 @@ void set_fields(Symbol *holder, int depth, Node *expression) {
     begin_fields(holder);
     for (const Node *name = call.arguments; name; name = name->next->next) {
         Symbol *field = *name->text ? field_of(holder, intern(name->text), depth) : nullptr;
-        if (field) assign(field, value_of(name->next) & ANY_VALUE);
+        if (!field) continue;
+        const Node *value = without_parens(name->next);
+        const Node *element = value->kind == NODE_CELL ? single_element(value) : nullptr;
+        assign(field, value_of(element ? element : value) & ANY_VALUE);
     }
+}
+
+// The cells among the elements of a literal: what is in them.
+void set_inner_elements(Symbol *holder, int depth, const Node *literal) {
+    Symbol *inner = elements_of(holder, depth);
+    if (!inner || kinds_of(value_now(inner)) == 0) return;
+    Value all = MAY_BE_MISSING;
+    for (const Node *row = literal->first_child; row; row = row->next) {
+        for (Node *item = row->first_child; item; item = item->next) {
+            if (!may_be(value_of(item), MAY_BE_CELL)) continue;
+            Value elements = elements_given(item);
+            if (elements == UNKNOWN_FIELD) return;
+            all |= elements;
+        }
+    }
+    begin_elements(inner, depth + 1, all);
+}
+
+// The holder has been set to the value of the expression, null for another one: what is in it.
+void set_inside(Symbol *holder, int depth, Node *expression, Value elements) {
+    if (elements == UNKNOWN_FIELD) return set_fields(holder, depth, expression);
+    begin_elements(holder, depth, elements);
+    expression = const_cast<Node *>(without_parens(expression));
+    if (expression->kind == NODE_CELL) set_inner_elements(holder, depth, expression);
+}
+
+// x{1} = value and x{end+1} = value leave no place free.
+bool leaves_none_free(const Node *arguments) {
+    if (!arguments || arguments->next) return false;
+    if (arguments->kind == NODE_END) return true;
+    if (arguments->kind == NODE_NUMBER) return strcmp(arguments->text, "1") == 0;
+    const Node *end = arguments->kind == NODE_CHAIN ? arguments->first_child : nullptr;
+    const Node *one = end && end->kind == NODE_END ? end->next : nullptr;
+    return one && !one->next && one->joint == OPERATOR_PLUS && one->kind == NODE_NUMBER &&
+           strcmp(one->text, "1") == 0;
+}
+
+// What a selector of a cell sets its element to.
+Value element_after(const Symbol *elements, const Node *braces, Value value,
+                    const Node *expression) {
+    if (!selects_one(braces->first_child)) return UNKNOWN_FIELD;
+    if (!braces->next) return value & ANY_VALUE;
+    return after_change(value_now(elements) | MAY_BE_MISSING, braces->next, value, expression) &
+           ANY_VALUE;
+}
+
+// c{...} = value.
+void set_element(Symbol *holder, int depth, const Node *braces, Value value,
+                 const Node *expression) {
+    const Symbol *elements = elements_of(holder, depth);
+    if (!elements) return;
+    Value free = leaves_none_free(braces->first_child) ? Value(0) : NO_ELEMENT;
+    add_elements(holder, depth, element_after(elements, braces, value, expression) | free);
+}
+
+// c(...) = value.
+void set_elements(Symbol *holder, int depth, const Node *selector, Value value, Node *expression) {
+    if (may_delete(selector, expression)) return;
+    bool is_cell = kinds_of(value & ANY_VALUE) == MAY_BE_CELL;
+    bool is_known =
+        !selector->next && (is_cell ? expression != nullptr : !may_be(value, MAY_BE_CELL));
+    Value elements = is_known && is_cell ? elements_given(expression) : Value(value & ANY_VALUE);
+    add_elements(holder, depth, is_known ? elements | NO_ELEMENT : UNKNOWN_FIELD);
+}
+
+// A part of the holder is set that is no field: what it has inside now.
+void change_inside(Symbol *holder, int depth, Value before, const Node *selector, Value value,
+                   Node *expression) {
+    bool is_cell = (kinds_of(before) & ~MAY_BE_MISSING) == MAY_BE_CELL;
+    if (selector->kind == NODE_BRACES && (is_cell || before == MAY_BE_MISSING))
+        return set_element(holder, depth, selector, value, expression);
+    if (selector->kind == NODE_ARGUMENTS && is_cell)
+        return set_elements(holder, depth, selector, value, expression);
+    forget_fields(holder);
 }
 
 // The part of the holder after a selector is set. A selector has the value of its part before
@@ -144,15 +221,16 @@ void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expr
     if (selector->kind == NODE_FIELD) {
         field = field_of(holder, selector->text, depth);
     } else {
-        forget_fields(holder);
+        change_inside(holder, depth, before, selector, value, expression);
     }
     set_value(holder, after);
     if (!field) return;
     if (selector->next && reads_what_is_there(selector->next, expression)) note_presence(field);
     selector->value |= value_now(field);
     if (selector->next) return set_part(field, depth + 1, selector->next, value, expression);
+    Value elements = expression ? elements_given(expression) : UNKNOWN_FIELD;
     assign(field, value & ANY_VALUE);
-    set_fields(field, depth + 1, expression);
+    set_inside(field, depth + 1, expression, elements);
 }
 
 }  // namespace
@@ -160,8 +238,9 @@ void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expr
 void trace_target(Node *target, Value value, Node *expression) {
     if (target->kind == NODE_NAME) {
         target->value |= value_now(target->symbol);
+        Value elements = expression ? elements_given(expression) : UNKNOWN_FIELD;
         assign(target->symbol, value & ANY_VALUE);
-        return set_fields(target->symbol, 0, expression);
+        return set_inside(target->symbol, 0, expression, elements);
     }
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;

@@ -8,6 +8,7 @@
 
 #include "support/allocation.h"
 #include "syntax/library/library_table.h"
+#include "syntax/names/field_uses.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
 
@@ -392,7 +393,7 @@ bool is_cell_variable(const Node *name) {
 
 static bool is_surely_cell(const Node *base, const Node *field) {
     for (const Node *selector = base->next; selector != field->next; selector = selector->next)
-        if (selector->kind != NODE_FIELD) return false;
+        if (selector->kind != NODE_FIELD && selector->kind != NODE_BRACES) return false;
     return (kinds_of(value_of(field)) & ~MAY_BE_OTHER) == MAY_BE_CELL;
 }
 
@@ -403,6 +404,25 @@ bool is_cell_base(const Node *reference) {
     const Node *before = base;
     while (before->next != last) before = before->next;
     return before == base ? is_cell_variable(base) : is_surely_cell(base, before);
+}
+
+// s.f, where s.f{k} stands somewhere.
+static bool is_used_as_cell(const Node *base, const Node *holder) {
+    return holder == base->next && holder->kind == NODE_FIELD &&
+           is_cell_field(base->symbol, holder->text);
+}
+
+bool may_give_cell(const Node *reference) {
+    constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT | MAY_BE_CELL | MAY_BE_OTHER;
+    const Node *base = reference->first_child;
+    const Node *last = last_selector(reference);
+    bool is_index = last->kind == NODE_ARGUMENTS && !has_flag(reference, IS_OPERAND);
+    if (!is_index || base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
+    const Node *holder = base;
+    while (holder->next != last) holder = holder->next;
+    Value kinds = kinds_of(value_of(holder));
+    if (!may_be(kinds, MAY_BE_CELL) || is_cell_base(reference)) return false;
+    return is_within(kinds, PLAIN) || is_used_as_cell(base, holder);
 }
 
 bool is_always_cell(const Symbol *symbol) {

@@ -25,6 +25,9 @@ bool is_cell_variable(const Node *name);
 /* The same of what the last selector of a reference or target is applied to, where that is the
  * variable; a field of it, or of such a field, surely is a cell. */
 bool is_cell_base(const Node *reference);
+/* Whether x(k), which is used as a value, may be a part of a cell or an element of an array: what x
+ * is, depends on the way to this place. Where nothing is known, it is taken for an element. */
+bool may_give_cell(const Node *reference);
 /* Whether the variable is a cell wherever it has a value. */
 bool is_always_cell(const Symbol *symbol);
 /* Whether the value is a cell, as far as the text can tell; false for what is surely none, and for
