@@ -2,6 +2,7 @@
 #include "lower/program/settled_functions.h"
 
 #include "lower/program/called_functions.h"
+#include "run/run_state.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace_function.h"
 
@@ -17,11 +18,21 @@ Node *find_called_script(const Node *name) {
     return script;
 }
 
+// The statements of the run's own script call its functions, and nobody else does: later commands
+// do not, nor do those of a file that calls it. Answers whether they have been added.
+bool add_statements() {
+    if (!CurrentFile->functions || !CurrentFile->is_open || !FileMode) return false;
+    HasScripts = false;
+    Scope *scope = settle_script(CurrentFile->tree, find_called_script);
+    if (!HasScripts) add_function(scope);
+    return !HasScripts;
+}
+
 }  // namespace
 
 void settle_functions(bool is_script) {
     begin_summaries();
-    bool may_know_calls = !is_script;
+    bool may_know_calls = !is_script || add_statements();
     for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
         HasScripts = false;
         Scope *scope = settle_function(function->node, find_called_script);

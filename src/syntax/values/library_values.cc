@@ -2,8 +2,10 @@
 #include "syntax/values/library_values.h"
 
 #include <string.h>
+#include <strings.h>
 
 #include "syntax/values/shapes.h"
+#include "syntax/values/trace.h"
 
 namespace {
 
@@ -166,10 +168,61 @@ Value value_of_options(const LibraryFunction *function, const Node *arguments) {
     return has_digits ? joined(arguments) & MAY_BE_BROKEN : 0;
 }
 
+// An option may be abbreviated, in letters of either kind.
+bool asks_for_output(const Node *option) {
+    return *option->text && strncasecmp(option->text, "UniformOutput", strlen(option->text)) == 0;
+}
+
+bool is_one_of(const Node *value, const char *word, const char *digit) {
+    value = without_parens(value);
+    bool is_spelled = value->kind == NODE_NAME || value->kind == NODE_NUMBER;
+    return is_spelled && (strcmp(value->text, word) == 0 || strcmp(value->text, digit) == 0);
+}
+
+Value kinds_of_output(const Node *value, Value uniform) {
+    if (!value || value->next) return ANY_KIND;
+    if (is_one_of(value, "false", "0")) return MAY_BE_CELL;
+    return is_one_of(value, "true", "1") ? uniform : ANY_KIND;
+}
+
+// Those of each value of a function that is known: numbers, truth values or characters.
+Value kinds_of_each(const Node *function) {
+    constexpr Value UNIFORM = ARITHMETIC | MAY_BE_TEXT;
+    bool is_anonymous = function->kind == NODE_ANONYMOUS;
+    Value kinds = is_anonymous ? kinds_of(value_of(second_child(function))) : ANY_KIND;
+    return kinds == ANY_KIND ? kinds : kinds & UNIFORM ? Value(kinds & UNIFORM) : ANY_KIND;
+}
+
+// cellfun(f, x, ...) and arrayfun: whether a cell holds what f gives. Unknown are options that a
+// list or a variable may hold.
+Value kinds_of_applied(const Node *first, Value uniform) {
+    if (may_be_list(first)) return ANY_KIND;
+    for (const Node *argument = first->next; argument; argument = argument->next) {
+        if (may_be_list(argument)) return ANY_KIND;
+        if (argument->kind != NODE_STRING) {
+            if (may_be(value_of(argument), MAY_BE_TEXT)) return ANY_KIND;
+        } else if (asks_for_output(argument)) {
+            return kinds_of_output(argument->next, uniform);
+        } else if (argument->next) {
+            argument = argument->next;  // 'ErrorHandler', f
+        }
+    }
+    return uniform;
+}
+
+Value value_of_applied(const Node *function) {
+    constexpr Value SIZE = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS | MAY_BE_EMPTY | MAY_BE_FILLED;
+    const Node *first = function ? function->next : nullptr;
+    Value kinds = first ? kinds_of_applied(first, kinds_of_each(function)) : ANY_KIND;
+    if (kinds == MAY_BE_CELL) return kinds | MAY_BE_ARRAY | (value_of(first) & SIZE);
+    return kinds | ANY_SHAPE | ANY_SIGN;
+}
+
 }  // namespace
 
 Value library_value(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_NOTHING) return ANY_VALUE;
+    if (function->shape == SHAPE_APPLIED) return value_of_applied(arguments);
     Value value = function->value | (taken_from(function, arguments) & function->taken);
     value |= value_of_options(function, arguments);
     if (!kinds_of(value)) value |= ANY_KIND;
@@ -177,6 +230,7 @@ Value library_value(const LibraryFunction *function, const Node *arguments) {
 }
 
 Value library_others(const LibraryFunction *function, const Node *arguments) {
+    if (function->shape == SHAPE_APPLIED) return value_of_applied(arguments);
     Value others = function->others ? function->others : ANY_VALUE;
     bool is_of_text =
         kinds_of(others) == (MAY_BE_TEXT | MAY_BE_CELL) && !may_be(joined(arguments), MAY_BE_CELL);

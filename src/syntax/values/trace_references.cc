@@ -274,8 +274,9 @@ bool may_be_list(const Node *element) {
 bool may_be_called(const Node *before) {
     const Node *selector = before->next;
     if (selector->kind != NODE_ARGUMENTS || is_surely_index(selector->first_child)) return false;
-    if (!may_be(value_of(before), MAY_BE_FUNCTION)) return false;
-    if (before->kind == NODE_FIELD) return true;
+    bool is_missing = kinds_of(value_of(before)) == 0;  // sum = sum(1:3)
+    if (!is_missing && !may_be(value_of(before), MAY_BE_FUNCTION)) return false;
+    if (before->kind == NODE_FIELD) return !is_missing;
     return before->kind == NODE_NAME && is_variable(before->symbol) &&
            !is_surely_data(before->symbol, nullptr);
 }

@@ -193,7 +193,8 @@ Value value_of_first(Node *expression) {
     if (!call.name) return ANY_VALUE;
     if (!call.function) return value_of(expression) & ANY_VALUE;
     if (call.function->shape == SHAPE_SIZE) return call.function->others;
-    return call.function->others ? value_of(expression) & ANY_VALUE : ANY_VALUE;
+    bool is_known = call.function->others || call.function->shape == SHAPE_APPLIED;
+    return is_known ? value_of(expression) & ANY_VALUE : ANY_VALUE;
 }
 
 void trace_results(Node *target, Node *expression) {
@@ -220,9 +221,16 @@ void trace_multi_assignment(Node *node) {
     trace_results(first, targets->next);
 }
 
+// d = c(k), where d{...} stands somewhere: c is a cell, unless something else is known of it.
+void note_use(const Node *target, Node *value) {
+    bool is_used = target->kind == NODE_NAME && (target->symbol->flags & SYMBOL_HAS_BRACES);
+    if (is_used && value->kind == NODE_REFERENCE) value->flags |= IS_USED_AS_CELL;
+}
+
 // x += y: a number, as far as x and y are.
 void trace_assignment(Node *node) {
     Node *target = node->first_child;
+    note_use(target, target->next);
     Value value = trace_expression(target->next);
     if (target->kind == NODE_REFERENCE) trace_selectors(target);
     if (node->op != OPERATOR_NONE) value = trace_operator(node->op, target, value);

@@ -422,7 +422,8 @@ bool may_give_cell(const Node *reference) {
     while (holder->next != last) holder = holder->next;
     Value kinds = kinds_of(value_of(holder));
     if (!may_be(kinds, MAY_BE_CELL) || is_cell_base(reference)) return false;
-    return is_within(kinds, PLAIN) || is_used_as_cell(base, holder);
+    return is_within(kinds, PLAIN) || is_used_as_cell(base, holder) ||
+           has_flag(reference, IS_USED_AS_CELL);
 }
 
 bool is_always_cell(const Symbol *symbol) {
