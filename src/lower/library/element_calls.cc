@@ -9,6 +9,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/source_calls.h"
+#include "syntax/tree/value.h"
 
 namespace {
 
@@ -57,12 +58,21 @@ bool is_plain_function(const Node *function) {
            strcmp(function->text, "prodofsize") != 0 && strcmp(function->text, "isclass") != 0;
 }
 
+// The element of a cell that arrayfun gives to its function is a cell.
+bool takes_cells(const OfferedCall *call) {
+    if (strcmp(call->name->text, "arrayfun") != 0) return false;
+    for (const Node *argument = call->first->next; argument; argument = argument->next)
+        if (is_surely(value_of(argument), MAY_BE_CELL)) return true;
+    return false;
+}
+
 }  // namespace
 
 mExpr *new_element_call(const OfferedCall *call) {
     const char *name = call->name->text;
     bool is_application = strcmp(name, "cellfun") == 0 || strcmp(name, "arrayfun") == 0;
     if (!is_application || call->count < 2 || !is_plain_function(call->first)) return nullptr;
+    if (takes_cells(call)) return nullptr;
     Application application = application_of(call);
     if (!application.row || application.count < 2) return nullptr;
     ExprList values = arguments_of(call, application.count);

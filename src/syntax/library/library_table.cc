@@ -271,6 +271,8 @@ constexpr LibraryFunction Functions[] = {
     {"real", NUMBER, SIGN, SHAPE_FIRST, 0},
     {"realmax", POSITIVE, 0, SHAPE_SIZES, 0, STANDS_FOR_VALUE},
     {"realmin", POSITIVE, 0, SHAPE_SIZES, 0, STANDS_FOR_VALUE},
+    {"regexp", ANY, 0, SHAPE_MATCHES, 0},
+    {"regexpi", ANY, 0, SHAPE_MATCHES, 0},
     {"regexprep", TEXT, CELL, SHAPE_TEXT, 0},
     {"rem", NUMBER, SIGN, SHAPE_ALL, 0, NEVER_CELL | PAIRS_ELEMENTS},
     {"repmat", 0, ANY, SHAPE_ANY, 0},

@@ -25,6 +25,7 @@ enum ResultShape : uint8_t {
     SHAPE_STRUCT,    /* struct: one record, unless a value is a cell */
     SHAPE_JOINT,     /* any; it takes over from all arguments, where others do from the first */
     SHAPE_APPLIED,   /* cellfun: whatever, of the shape of the second argument; in a cell, or not */
+    SHAPE_MATCHES,   /* regexp: what the first of its words asks for */
     SHAPE_FILE,      /* fopen: one number, where a file is opened */
     SHAPE_NOTHING,   /* it does not return */
     SHAPE_UNKNOWN    /* nothing is said of what it gives: library_result has no such row */

@@ -8,8 +8,8 @@ struct TracedCalls {
     Summary *caller;
     Summary *callee;
     uint32_t trace;    /* moment of the caller's trace: the last one counts */
-    Value *given;      /* for each parameter what the calls give, joined; MAY_BE_MISSING where one
-                          gives nothing */
+    Value *given;      /* for each parameter what the calls give, joined, and for varargin;
+                          MAY_BE_MISSING where one gives nothing */
     TracedCalls *next; /* of the caller */
     TracedCalls *next_of_callee;
 };

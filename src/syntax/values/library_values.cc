@@ -218,10 +218,26 @@ Value value_of_applied(const Node *function) {
     return kinds | ANY_SHAPE | ANY_SIGN;
 }
 
+bool is_word(const Node *argument, const char *word) { return strcmp(argument->text, word) == 0; }
+
+// regexp(text, pattern, 'match', ...): a cell of all matches, unless the first one is asked for.
+Value value_of_matches(const Node *arguments) {
+    const Node *pattern = arguments ? arguments->next : nullptr;
+    const Node *first = pattern ? pattern->next : nullptr;
+    for (const Node *word = first; word; word = word->next)
+        if (word->kind != NODE_STRING || is_word(word, "once")) return ANY_VALUE;
+    bool is_cell =
+        first && (is_word(first, "match") || is_word(first, "tokens") || is_word(first, "split"));
+    if (!is_cell) return ANY_VALUE;
+    bool is_of_text = kinds_of(value_of(arguments)) == MAY_BE_TEXT;
+    return MAY_BE_CELL | (is_of_text ? ROW : ANY_SHAPE & ~MAY_BE_SINGLE);
+}
+
 }  // namespace
 
 Value library_value(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_NOTHING) return ANY_VALUE;
+    if (function->shape == SHAPE_MATCHES) return value_of_matches(arguments);
     if (function->shape == SHAPE_APPLIED) return value_of_applied(arguments);
     Value value = function->value | (taken_from(function, arguments) & function->taken);
     value |= value_of_options(function, arguments);

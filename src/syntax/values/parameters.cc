@@ -12,6 +12,9 @@ namespace {
 constexpr Value UNKNOWN = ANY_VALUE | MAY_BE_MISSING;
 // Those after are unknown.
 constexpr int32_t MOST_PARAMETERS = 16;
+// What is given after all of them, in varargin.
+constexpr int32_t REST = MOST_PARAMETERS;
+constexpr int32_t GIVEN_VALUES = MOST_PARAMETERS + 1;
 constexpr size_t LONGEST_NAME = 63;
 
 NameMap Named;     // functions of the file by their names, as texts may name them
@@ -29,7 +32,7 @@ TracedCalls *calls_of(Summary *caller, Summary *callee) {
     calls = AllocRecord<TracedCalls>();
     *calls = {caller, callee, caller->traced, nullptr, caller->calls, callee->callers};
     caller->calls = callee->callers = calls;
-    size_t size = sizeof(Value) * MOST_PARAMETERS;
+    size_t size = sizeof(Value) * GIVEN_VALUES;
     calls->given = static_cast<Value *>(AllocKept(size));
     memset(calls->given, 0, size);
     return calls;
@@ -70,9 +73,12 @@ Value joined_value(const Summary *summary, int32_t parameter) {
 // Whether anything is known. A function that is never called is given anything.
 bool join_calls(Summary *summary) {
     int32_t count = count_followed(summary);
-    if (summary->is_open || count == 0 || has_argument_block(summary->scope)) return false;
-    Value *given = static_cast<Value *>(AllocKept(sizeof(Value) * MOST_PARAMETERS));
-    bool is_known = false;
+    bool has_any = count > 0 || (summary->scope->flags & HAS_VARARGIN);
+    if (summary->is_open || !has_any || has_argument_block(summary->scope)) return false;
+    Value *given = static_cast<Value *>(AllocKept(sizeof(Value) * GIVEN_VALUES));
+    given[REST] = joined_value(summary, REST);
+    if (!given[REST]) return false;
+    bool is_known = (summary->scope->flags & HAS_VARARGIN) && given[REST] != UNKNOWN;
     for (int32_t k = 0; k < count; k++) {
         Value value = joined_value(summary, k);
         if (!value) return false;
@@ -108,14 +114,25 @@ void note_applied(const char *name, const Node *function) {
     if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
 }
 
+// MAY_BE_MISSING: nothing.
+static Value value_of_rest(const Node *arguments) {
+    Value all = MAY_BE_MISSING;
+    for (; arguments; arguments = arguments->next) {
+        if (may_be_list(arguments)) return UNKNOWN;
+        all |= value_of_argument(arguments);
+    }
+    return all;
+}
+
 void note_call(Summary *caller, Summary *callee, const Node *arguments) {
     Value *given = calls_of(caller, callee)->given;
     int32_t count = count_followed(callee);
     int32_t k = 0;
     for (; arguments && k < count && !may_be_list(arguments); arguments = arguments->next)
         given[k++] |= value_of_argument(arguments);
-    Value rest = arguments ? UNKNOWN : Value(MAY_BE_MISSING);
-    while (k < count) given[k++] |= rest;
+    bool has_list = arguments && k < count;
+    while (k < count) given[k++] |= has_list ? UNKNOWN : Value(MAY_BE_MISSING);
+    given[REST] |= has_list ? UNKNOWN : value_of_rest(arguments);
 }
 
 void trace_parameters(Summary *last) {
@@ -130,4 +147,9 @@ Value value_given(const Scope *scope, const Symbol *parameter) {
     const Value *given = scope->summary ? scope->summary->given : nullptr;
     return given && parameter->position <= MOST_PARAMETERS ? given[parameter->position - 1]
                                                            : UNKNOWN;
+}
+
+Value rest_given(const Scope *scope) {
+    const Value *given = scope->summary ? scope->summary->given : nullptr;
+    return given ? given[REST] : UNKNOWN;
 }

@@ -20,3 +20,5 @@ void note_call(Summary *caller, Summary *callee, const Node *arguments);
 void trace_parameters(Summary *last);
 /* What a parameter of the function is given; ANY_VALUE | MAY_BE_MISSING where that is not known. */
 Value value_given(const Scope *scope, const Symbol *parameter);
+/* What the elements of its varargin are; MAY_BE_MISSING for none. */
+Value rest_given(const Scope *scope);

@@ -105,8 +105,8 @@ Value trace_cell(Node *cell) {
     return CELL | size | MAY_BE_FILLED;
 }
 
-// Nothing is known of its parameters; what it takes from around it, it takes now. What it asks and
-// does in it speaks of its own variables.
+// Its parameters have the values that their nodes have; else nothing is known of them. What it
+// takes from around it, it takes now. What it asks and does in it speaks of its own variables.
 Value trace_anonymous(Node *anonymous) {
     const Scope *scope = anonymous->first_child->scope;
     const Scope *outer = TracedScope;
@@ -114,6 +114,8 @@ Value trace_anonymous(Node *anonymous) {
     TracedScope = scope;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
         if (is_variable(symbol)) assign(symbol, ANY_VALUE);
+    for (const Node *given = anonymous->first_child->first_child; given; given = given->next)
+        if (given->kind == NODE_NAME && given->value) assign(given->symbol, given->value);
     trace_expression(second_child(anonymous));
     TracedScope = outer;
     set_dead(was_dead);

@@ -294,6 +294,38 @@ void trace_selectors(Node *reference) {
     }
 }
 
+// What a function is given of each element: of what is in a cell, or of an array.
+static Value value_of_each(Node *values, bool is_in_cell) {
+    Value value = value_of(values) & ANY_VALUE;
+    if (is_in_cell) value = elements_given(values) & ANY_VALUE;
+    if (!kinds_of(value) || may_be(value, MAY_BE_OTHER)) return ANY_VALUE;
+    if (is_in_cell) return value;
+    return may_be(value, MAY_BE_CELL) ? Value(ANY_VALUE)
+                                      : Value((value & (ANY_KIND | ANY_SIGN)) | ONE);
+}
+
+// cellfun(@(x) ..., c), arrayfun(@(x, y) ..., a, b): what x is given.
+static void trace_applied(const Node *name, Node *function) {
+    bool is_in_cell = strcmp(name->text, "cellfun") == 0;
+    Node *values = function->next;
+    trace_all(values);
+    Node *parameter = function->first_child->first_child;
+    for (; parameter && values; parameter = parameter->next, values = values->next) {
+        bool is_value = values->kind != NODE_STRING && !may_be_list(values);
+        if (!is_value) break;
+        if (parameter->kind == NODE_NAME) parameter->value |= value_of_each(values, is_in_cell);
+    }
+    for (; parameter; parameter = parameter->next)
+        if (parameter->kind == NODE_NAME) parameter->value |= ANY_VALUE;
+    trace_expression(function);
+}
+
+static bool is_applied(const Node *name, const Node *arguments) {
+    if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
+    if (arguments->first_child->kind != NODE_ANONYMOUS) return false;
+    return strcmp(name->text, "cellfun") == 0 || strcmp(name->text, "arrayfun") == 0;
+}
+
 // A row without elements has a row: who is asked for its sides begins without any.
 static void note_sides(const Node *base) {
     const Node *variable = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
@@ -306,7 +338,11 @@ Value trace_reference(Node *reference) {
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
     if (is_call) note_sides(base);
     if (!is_call) trace_expression(base);
-    trace_selectors(reference);
+    if (is_call && is_applied(base, base->next) && !base->next->next) {
+        trace_applied(base, base->next->first_child);
+    } else {
+        trace_selectors(reference);
+    }
     if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
     if (is_call) return value_after_call(base);
     if (base->kind != NODE_NAME) return ANY_VALUE;

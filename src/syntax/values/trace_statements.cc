@@ -284,13 +284,16 @@ bool may_be_there(const Scope *scope, const Symbol *symbol) {
     return (symbol->flags & SYMBOL_READ_FIRST) || (scope->flags & ASKS_EXIST);
 }
 
+bool is_varargin(const Scope *scope, const Symbol *symbol) {
+    return (scope->flags & HAS_VARARGIN) && strcmp(symbol->name, "varargin") == 0;
+}
+
 // What a variable is before anything is said of it.
 Value value_at_start(const Scope *scope, const Symbol *symbol) {
     if (scope->owner->kind == NODE_FILE && may_be_there(scope, symbol))
         return ANY_VALUE | MAY_BE_MISSING;
     if (symbol->position == 0) {
-        bool is_list = strcmp(symbol->name, "varargin") == 0 && (scope->flags & HAS_VARARGIN);
-        if (is_list) return MAY_BE_CELL | ROW;
+        if (is_varargin(scope, symbol)) return MAY_BE_CELL | ROW;
         if (strcmp(symbol->name, "varargout") == 0 && (scope->flags & HAS_VARARGOUT))
             return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
         return scope->creator ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(MAY_BE_MISSING);
@@ -309,6 +312,7 @@ void begin_values(const Scope *scope) {
         symbol->parts = nullptr;
         symbol->has_given_parts = symbol->now != MAY_BE_MISSING;
         symbol->ever |= symbol->now;
+        if (is_varargin(scope, symbol)) begin_elements(symbol, 0, rest_given(scope));
         if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
     }
 }
