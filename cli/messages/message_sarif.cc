@@ -1,10 +1,8 @@
 /* Messages as a log of the Static Analysis Results Interchange Format, version 2.1.0. */
 #include <algorithm>
-#include <cctype>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
-#include <string_view>
 
 #include "cli/messages/explain.h"
 #include "cli/messages/message_writer.h"
@@ -20,20 +18,6 @@ using Json = nlohmann::ordered_json;
 const char *level_of(MessageSeverity severity) {
     if (severity == SEVERITY_NOTE) return "note";
     return severity == SEVERITY_WARNING ? "warning" : "error";
-}
-
-/* The path as a reference of a URI. */
-std::string uri_of(std::string_view path) {
-    constexpr std::string_view PLAIN = "-._~/";
-    constexpr const char *DIGITS = "0123456789ABCDEF";
-    std::string uri;
-    for (const char byte : path) {
-        const auto code = static_cast<unsigned char>(byte);
-        const bool is_plain = (code < 0x80 && std::isalnum(code)) || PLAIN.find(byte) != PLAIN.npos;
-        uri += is_plain ? std::string(1, byte)
-                        : std::string{'%', DIGITS[code >> 4], DIGITS[code & 15]};
-    }
-    return uri;
 }
 
 Json rule_of(const MessageRow &row) {

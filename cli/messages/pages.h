@@ -2,13 +2,17 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "cli/messages/message_table.h"
 
 namespace mtranslate {
 
-/* The folder of the installed pages, or what the build named in its place; a URI without a slash
- * at its end. */
+/* The path as a reference of a URI. */
+std::string uri_of(std::string_view path);
+
+/* The folder of the pages that were installed with the tool, wherever the two are by now, or what
+ * the build named in its place; a URI without a slash at its end. */
 std::string pages_uri();
 /* The URI of the message's section. */
 std::string uri_of_explanation(const MessageRow &row);
