@@ -46,8 +46,11 @@ ConfigurationSearch::ConfigurationSearch(const std::vector<std::string> &rule_fi
 
 const Configuration &ConfigurationSearch::in_folder(const std::string &folder) {
     if (!looks_for_files_) return *none_;
+    if (last_found_ && folder == last_folder_) return *last_found_;
     const fs::path path = fs::absolute(folder.empty() ? "." : folder).lexically_normal();
-    return *find(path.has_filename() ? path : path.parent_path());
+    last_found_ = find(path.has_filename() ? path : path.parent_path());
+    last_folder_ = folder;
+    return *last_found_;
 }
 
 const Configuration &ConfigurationSearch::of_file(const std::string &path) {

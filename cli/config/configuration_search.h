@@ -36,6 +36,8 @@ private:
     bool looks_for_files_;
     Found none_; /* for folders without a file */
     std::map<std::filesystem::path, Found> found_;
+    std::string last_folder_; /* that was asked for, as it was named */
+    Found last_found_;        /* null before */
 };
 
 }  // namespace mtranslate

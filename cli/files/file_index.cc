@@ -75,14 +75,17 @@ std::optional<std::string> FileIndex::find(const std::string &caller,
     const auto folder_of = [](const std::string &path) {
         return fs::path(path).lexically_normal().parent_path();
     };
-    fs::path from = folder_of(caller);
-    if (from.filename() == "private") from = from.parent_path();
+    const auto sees = [&](const fs::path &private_folder) {
+        fs::path from = folder_of(caller);
+        if (from.filename() == "private") from = from.parent_path();
+        return private_folder.parent_path() == from;
+    };
     std::optional<std::string> open;
     for (const std::string &path : paths_in(functions_, name)) {
         if (name_of(path) != name) continue;
         const fs::path folder = folder_of(path);
         const bool is_private = folder.filename() == "private" && folder.has_parent_path();
-        if (is_private && folder.parent_path() == from) return path;
+        if (is_private && sees(folder)) return path;
         if (!is_private && !open) open = path;
     }
     return open;

@@ -36,7 +36,7 @@ void OutputFolder::make() {
 
 bool OutputFolder::holds(const std::string &output, bool is_link, int &reason) const {
     if (is_link) return is_within(limit_, output, &reason);
-    const fs::path folder = fs::path(output).parent_path();
+    const std::string folder = fs::path(output).parent_path();
     if (folder == known_) return true;
     if (!is_within(limit_, folder.empty() ? "." : folder, &reason)) return false;
     known_ = folder;

@@ -25,6 +25,8 @@ public:
     RuleAnswers(const RuleAnswers &) = delete;
     RuleAnswers &operator=(const RuleAnswers &) = delete;
 
+    /* Whether it is worth asking. */
+    bool may_answer() const { return counts_unanswered_ || !rules_.is_empty(); }
     /* The host's text by the rules; none where they have none. */
     std::optional<std::string> answer(const mTranslateProgramQuestion &question);
     /* What the result of the function is by the rules: MTRANSLATE_RESULT_... */

@@ -70,6 +70,7 @@ public:
         for (const Configuration *configuration :
              std::set<const Configuration *>(configurations_.begin(), configurations_.end()))
             report_.add(configuration->rules);
+        library_output_ = library_output();
         if (options.mode == Mode::Translate) output_folder_.make();
     }
 
@@ -148,17 +149,17 @@ private:
         if (const auto first = first_with_output_.find(i); first != first_with_output_.end())
             throw FileError("its output '" + output + "' is that of '" +
                             inputs_[first->second].path + "'");
-        if (!output.empty() && output == library_output())
+        if (!output.empty() && output == library_output_)
             throw FileError("its output '" + output + "' is that of the library");
         Options options = options_;
         options.file = input.path;
         options.is_library_apart = !options_.is_closure;
         configure_run(options, *configurations_[i]);
         const Source source = open_source(options);
-        const Translation translation =
+        Translation translation =
             translate(source, options, options_.is_closure ? nullptr : &index_);
         const bool is_in_no_file = options_.mode != Mode::Translate;
-        result = result_of(translation, is_in_no_file && report_shows_translations(options_));
+        result = take_result(translation, is_in_no_file && report_shows_translations(options_));
         if (translation.text) put_text(result, *translation.text, translation.files_read, output);
     }
 
@@ -184,7 +185,7 @@ private:
 
     /* Once for all of them, where one of them calls it. */
     void put_library() {
-        const std::string output = library_output();
+        const std::string &output = library_output_;
         if (output.empty() || !calls_library_) return;
         FileResult result;
         try {
@@ -277,6 +278,7 @@ private:
     Baseline baseline_;
     MessageOutput messages_;
     ReportOutput report_;
+    std::string library_output_;
     std::map<std::size_t, std::size_t> first_with_output_; /* where that is another input */
     std::vector<const Configuration *> configurations_;    /* of the inputs */
     Tally tally_;

@@ -27,12 +27,12 @@ std::string name_of_source(const Options &options) {
     return *options.file == "-" ? "<stdin>" : *options.file;
 }
 
-void report(const Options &options, const Translation &translation) {
+void report(const Options &options, Translation &translation) {
     if (!options.wants_statistics()) return;
     ReportOutput output(options);
     output.add(*options.rules);
     output.add(name_of_source(options), options.output.value_or(""),
-               result_of(translation, report_shows_translations(options)));
+               take_result(translation, report_shows_translations(options)));
     output.finish(false);
 }
 
@@ -40,7 +40,7 @@ ExitCode translate_and_write(const Options &options) {
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);
-    const Translation translation = translate(source, options);
+    Translation translation = translate(source, options);
     show(options, translation.diagnostics);
     if (translation.text) {
         output.refuse_sources(translation.files_read);

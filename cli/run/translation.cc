@@ -6,6 +6,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "cli/files/file_index.h"
@@ -58,7 +59,7 @@ public:
 
     void answer(Request &request) {
         request.context = this;
-        request.answer = Answer<&Answers::text>::give;
+        if (rules_.may_answer()) request.answer = Answer<&Answers::text>::give;
         request.allow = Answer<&Answers::allow>::give;
         request.result_kind = Answer<&Answers::kind_of_result>::give;
         if (index_) request.find = Answer<&Answers::find>::give;
@@ -241,15 +242,15 @@ std::string library_text() {
     return {result->text, result->text_length};
 }
 
-FileResult result_of(const Translation &translation, bool report_shows_text) {
+FileResult take_result(Translation &translation, bool report_shows_text) {
     FileResult result;
     result.code = translation.code;
-    result.diagnostics = translation.diagnostics;
+    result.diagnostics = std::move(translation.diagnostics);
     result.ignored = translation.ignored;
     result.calls_library = translation.calls_library;
     result.files_read = names_of(translation.files_read);
-    result.rules_used = translation.rules_used;
-    result.facts = translation.facts;
+    result.rules_used = std::move(translation.rules_used);
+    result.facts = std::move(translation.facts);
     result.details = packed({translation.map, report_shows_text ? translation.text : std::nullopt});
     return result;
 }

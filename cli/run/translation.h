@@ -43,8 +43,9 @@ struct Translation {
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr);
 
-/* What the translation tells; where its text goes is left open, unless the report shows it. */
-FileResult result_of(const Translation &translation, bool report_shows_text);
+/* What the translation tells, which it no longer has then but for its text, the files and the code;
+ * where its text goes is left open, unless the report shows it. */
+FileResult take_result(Translation &translation, bool report_shows_text);
 
 /* All functions that the translator brings along, in the host's language: the same for all sources.
  * Throws std::bad_alloc. */
