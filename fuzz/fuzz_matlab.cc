@@ -30,7 +30,8 @@ void check(bool condition, const char *what) {
 void check_message(void * /*context*/, const Message *message) {
     const Source *source = message->source;
     check(message->offset + message->length <= source->length, "a message outside of the source");
-    check(message->line >= 1 && message->column >= 1, "a message without a place");
+    check(place_of(message).line >= 1 && place_of(message).column >= 1,
+          "a message without a place");
     check(!std::strchr(message->text, '\n') && *message->text, "a message that is no line");
     HasFailure |= is_failure(message->id);
 }

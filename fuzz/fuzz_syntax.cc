@@ -35,7 +35,7 @@ void check_messages(std::string_view source) {
     int count = 0;
     for (const Message *message = FirstMessage; message; message = message->next, count++) {
         assert(message->offset + message->length <= source.size());
-        assert(message->line >= 1 && message->column >= 1 && *message->text);
+        assert(place_of(message).line >= 1 && place_of(message).column >= 1 && *message->text);
     }
     assert(count <= MOST_ERRORS);
 }

@@ -81,7 +81,7 @@ std::string shape_of(const std::string &source) {
     Source *record = new_source(nullptr, source.c_str(), static_cast<uint32_t>(source.size()));
     std::string text = shape(parse_source(record, LANGUAGE_MATLAB));
     for (const Message *message = FirstMessage; message; message = message->next)
-        text += std::to_string(message->line) + ": " + message->text + "\n";
+        text += std::to_string(place_of(message).line) + ": " + message->text + "\n";
     release_run();
     return text;
 }

@@ -42,7 +42,8 @@ std::string place_error(const Message *message) {
     const size_t end = message->offset + message->length;
     if (end > source.size()) return "after the end";
     const auto [line, column] = counted_place(source, message->offset);
-    if (line != message->line || column != message->column)
+    const Position place = place_of(message);
+    if (line != place.line || column != place.column)
         return "not at " + std::to_string(line) + ":" + std::to_string(column);
     if (is_inside_character(source, message->offset) || is_inside_character(source, end))
         return "inside a character";
@@ -51,12 +52,13 @@ std::string place_error(const Message *message) {
 
 void note(void *context, const Message *message) {
     auto &run = *static_cast<MatlabRun *>(context);
-    run.messages.push_back({message->id, message->line, message->column, message->offset,
-                            message->length, message->text});
+    const Position place = place_of(message);
+    run.messages.push_back(
+        {message->id, place.line, place.column, message->offset, message->length, message->text});
     const std::string error = place_error(message);
     if (!error.empty())
-        run.misplaced = std::string(message->text) + " at " + std::to_string(message->line) + ":" +
-                        std::to_string(message->column) + " is " + error;
+        run.misplaced = std::string(message->text) + " at " + std::to_string(place.line) + ":" +
+                        std::to_string(place.column) + " is " + error;
 }
 
 }  // namespace

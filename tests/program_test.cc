@@ -23,7 +23,7 @@ void note_message(void *context, const Message *message) {
     if (message->id == UNKNOWN_FUNCTION) return;
     const std::filesystem::path file = message->file ? message->file : "";
     auto &messages = *static_cast<std::string *>(context);
-    messages += file.filename().string() + ":" + std::to_string(message->line) + " " +
+    messages += file.filename().string() + ":" + std::to_string(place_of(message).line) + " " +
                 MessageTable[message->id].code + " " + message->text;
     if (message->called_from)
         messages += " (from " + std::filesystem::path(message->called_from).filename().string() +

@@ -95,10 +95,10 @@ std::string messages(Source *source, SourceLanguage language) {
     parse_source(source, language);
     std::string lines;
     for (const Message *message = FirstMessage; message; message = message->next) {
-        lines += (lines.empty() ? "" : " & ") + std::to_string(message->line) + ":" +
-                 std::to_string(message->column);
-        if (message->length > 0)
-            lines += "-" + std::to_string(message->column + message->length - 1);
+        const Position place = place_of(message);
+        lines += (lines.empty() ? "" : " & ") + std::to_string(place.line) + ":" +
+                 std::to_string(place.column);
+        if (message->length > 0) lines += "-" + std::to_string(place.column + message->length - 1);
         lines += " " + std::string(MessageTable[message->id].code) + " " + message->text;
     }
     return lines;

@@ -90,9 +90,6 @@ bool is_too_much(MessageId id, Source *source) {
 }
 
 void set_place(Message *message, Source *source) {
-    Position position = position_of(source, message->offset);
-    message->line = position.line;
-    message->column = position.column;
     message->file = source->name;
     if (!source->caller) return;
     message->called_from = source->caller->name;

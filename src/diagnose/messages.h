@@ -19,13 +19,16 @@ struct Message {
     const char *file;        /* null for a command */
     const char *called_from; /* name of the file that calls this one, or null */
     uint32_t called_from_line;
-    uint32_t line;   /* from 1 */
-    uint32_t column; /* from 1, in bytes */
     uint32_t offset; /* in the file, in bytes from 0 */
     uint32_t length; /* of the marked range, in bytes; may be 0 */
     Source *source;
     Message *next; /* reported after this one, or null */
 };
+
+/* Line and column of the offset. Most messages are never asked. */
+inline Position place_of(const Message *message) {
+    return position_of(message->source, message->offset);
+}
 
 /* The first message of the run, or null, and the first one that is an error or a gap. */
 extern const Message *FirstMessage;

@@ -62,11 +62,12 @@ const char *failure_text(const Message *failure) {
 }
 
 void raise_failure(const Message *failure) {
+    Position at = place_of(failure);
     uint32_t length;
-    const char *line = line_text(failure->source, failure->line, &length);
-    ErrorRecord error = {failure_text(failure), failure->file, failure->line,
+    const char *line = line_text(failure->source, at.line, &length);
+    ErrorRecord error = {failure_text(failure), failure->file, at.line,
                          static_cast<long>(failure->offset), GIVEN_IS_WRONG};
-    raise_in_line(&error, line, length, failure->column - 1);
+    raise_in_line(&error, line, length, at.column - 1);
 }
 
 // Called files have been translated with their callers.
