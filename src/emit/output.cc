@@ -23,6 +23,10 @@ void write_blanks(size_t count) {
     if (count > 0) write_output(blanks + LENGTH - count);
 }
 
+void write_line(size_t blanks, const char *text, size_t length) {
+    OutputText = AppendLineToString(OutputText, blanks, text, length);
+}
+
 void write_indent(int level) {
     if (level > 0) write_blanks(4 * static_cast<size_t>(level));
 }

@@ -83,6 +83,17 @@ LongString AppendBytesToString(LongString handle, const char *bytes, size_t leng
     return text_of(header);
 }
 
+LongString AppendLineToString(LongString handle, size_t blanks, const char *bytes, size_t length) {
+    Header *header = header_of(handle);
+    reserve(header, blanks + length + 1);
+    char *at = text_of(header) + header->length;
+    memset(at, ' ', blanks);
+    memcpy(at + blanks, bytes, length);
+    memcpy(at + blanks + length, "\n", sizeof "\n");
+    header->length += static_cast<int32_t>(blanks + length + 1);
+    return text_of(header);
+}
+
 LongString AppendStringToString(LongString handle, const char *text) {
     return AppendBytesToString(handle, text, strlen(text));
 }

@@ -17,6 +17,9 @@ LongString NewLongString();
 [[nodiscard]] LongString AppendToString(LongString handle, char character);
 [[nodiscard]] LongString AppendStringToString(LongString handle, const char *text);
 [[nodiscard]] LongString AppendBytesToString(LongString handle, const char *bytes, size_t length);
+/* A whole line: blanks, the bytes and a line end. */
+[[nodiscard]] LongString AppendLineToString(LongString handle, size_t blanks, const char *bytes,
+                                            size_t length);
 /* Number of characters, the terminator not counted. */
 int32_t LengthString(LongString handle);
 /* Empties the text and keeps its storage. */

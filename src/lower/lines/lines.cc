@@ -22,21 +22,28 @@ constexpr int DEEPEST_INDENT = 50;
 // further.
 int shown_level(const Line *line) { return std::min(line->level, DEEPEST_INDENT); }
 
-// What is a comment is as wide as it is.
-void write_line_text(const Line *line) {
-    if (line->comment == NO_COMMENT && *line->text != '#')
-        write_broken(line->text, INDENT * static_cast<uint32_t>(shown_level(line)));
-    else
-        write_output(line->text);
+size_t indentation(const Line *line) {
+    return *line->text ? INDENT * static_cast<size_t>(shown_level(line)) : 0;
 }
 
-void write_margin(const Line *line) {
-    int level = *line->text ? shown_level(line) : 0;
-    if (line->comment == NO_COMMENT) return write_indent(level);
+// A line that has become a comment.
+void write_comment(const Line *line) {
     int outer = std::min(line->comment, DEEPEST_INDENT);
     write_indent(outer);
     write_output(*line->text ? "# " : "#");
-    write_indent(level - outer);
+    if (*line->text) write_indent(shown_level(line) - outer);
+    write_line(0, line->text, strlen(line->text));
+}
+
+// What is a comment is as wide as it is.
+void write_text_line(const Line *line) {
+    size_t margin = indentation(line);
+    size_t length = strlen(line->text);
+    if (*line->text == '#' || is_short_line(line->text, length, margin))
+        return write_line(margin, line->text, length);
+    write_blanks(margin);
+    write_broken(line->text, static_cast<uint32_t>(margin));
+    write_character('\n');
 }
 
 }  // namespace
@@ -68,10 +75,11 @@ void append_lines(Lines *lines, Lines *more) {
 
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
-        write_margin(line);
         int32_t begin = LengthString(OutputText);
-        write_line_text(line);
-        write_character('\n');
+        if (line->comment == NO_COMMENT)
+            write_text_line(line);
+        else
+            write_comment(line);
         if (!Observing.lines) continue;
         int64_t count = std::count(OutputText + begin, OutputText + LengthString(OutputText), '\n');
         tell_lines(*line->text ? line->origin : nullptr, static_cast<uint32_t>(count));
@@ -82,10 +90,6 @@ namespace {
 
 void write_blanks(Writer *to, size_t count) {
     for (; count > 0; count--) write_character(to, ' ');
-}
-
-size_t indentation(const Line *line) {
-    return *line->text ? INDENT * static_cast<size_t>(shown_level(line)) : 0;
 }
 
 // Where a line end is the next one of the text that stands outside of strings; null for none.

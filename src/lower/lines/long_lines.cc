@@ -222,16 +222,13 @@ void write_code(const char *line, const char *end, uint32_t margin) {
     write_output(from.at, end);
 }
 
-// As most lines are.
-bool fits(const char *text, size_t length, uint32_t margin) {
+}  // namespace
+
+bool is_short_line(const char *text, size_t length, size_t margin) {
     return length + margin <= LONGEST_LINE && !memchr(text, '\n', length);
 }
 
-}  // namespace
-
 void write_broken(const char *text, uint32_t margin) {
-    size_t length = strlen(text);
-    if (fits(text, length, margin)) return write_output(text, text + length);
     for (;;) {
         const char *code = end_of_code(text);
         const char *end = *code == '\n' ? code : end_of_line(code);
