@@ -207,8 +207,9 @@ HostValue translate_program(HostValue value) {
 bool translate(ProgramRun *run) {
     Observers observers = observers_of(run);
     HostValue value = reinterpret_cast<HostValue>(run);
+    const HostKernelTable *host = run->request.answer ? &ProgramHost : &SilentHost;
     try {
-        return run_in_turn(&ProgramHost, &observers, translate_program, &value);
+        return run_in_turn(host, &observers, translate_program, &value);
     } catch (const ProgramEnd &) {
         mTranslateRelease();
         return true;

@@ -60,7 +60,6 @@ mTranslateProgramQuestion question_of(const char *procedure, HostValue argument)
 
 HostValue call_host_function(HostValue procedure, HostValue argument) {
     const mTranslateProgramRequest *request = &current_run()->request;
-    if (!request->answer) return 0;
     mTranslateProgramQuestion question = question_of(text_of_value(procedure), argument);
     question.size = sizeof question;
     question.results = RequestedResults;
@@ -99,9 +98,12 @@ void end_program(ProgramRun *run, int32_t status, const std::string &failure) {
 }
 
 // Without those that only the arguments of mTranslate need.
-const HostKernelTable ProgramHost = {raise,         call_host_function,
-                                     value_of_text, [](HostValue value) { return value ? 1 : 0; },
-                                     nullptr,       nullptr,
-                                     text_of_value, nullptr,
-                                     new_sequence,  value_of_text,
-                                     nullptr};
+static constexpr HostKernelTable host_that(HostValue (*call)(HostValue, HostValue)) {
+    return {
+        raise,        call,          value_of_text, [](HostValue value) { return value ? 1 : 0; },
+        nullptr,      nullptr,       text_of_value, nullptr,
+        new_sequence, value_of_text, nullptr};
+}
+
+const HostKernelTable ProgramHost = host_that(call_host_function);
+const HostKernelTable SilentHost = host_that(nullptr);

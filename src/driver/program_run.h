@@ -71,6 +71,8 @@ struct ProgramEnd {};
 
 /* The operations of the host that the tool stands for. They find their run by Observing.context. */
 extern const HostKernelTable ProgramHost;
+/* The same where the request has no answers. */
+extern const HostKernelTable SilentHost;
 /* What the library tells of the run and asks. */
 Observers observers_of(ProgramRun *run);
 
