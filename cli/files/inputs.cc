@@ -46,8 +46,7 @@ private:
         return status;
     }
 
-    bool is_excluded(const fs::path &relative) const {
-        const std::string name = relative.filename();
+    bool is_excluded(const std::string &name, const fs::path &relative) const {
         return std::ranges::any_of(search_.excludes, [&](const std::string &pattern) {
             const bool is_path = pattern.find('/') != std::string::npos;
             return fnmatch(pattern.c_str(), (is_path ? relative.string() : name).c_str(), 0) == 0;
@@ -61,13 +60,14 @@ private:
         std::error_code error;
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
              at.increment(error)) {
-            if (may_matter(*at)) names.push_back(at->path().filename());
-            has_ignore_file |= search_.reads_ignore_files && at->path().filename() == ".gitignore";
+            std::string name = at->path().filename();
+            has_ignore_file |= search_.reads_ignore_files && name == ".gitignore";
+            if (may_matter(name, *at)) names.push_back(std::move(name));
         }
         if (error) return refuse(folder, relative, error.message());
         std::sort(names.begin(), names.end());
         if (has_ignore_file) enter_ignore_file(folder, relative);
-        for (const std::string &name : names) visit(folder / name, relative / name);
+        for (const std::string &name : names) visit(name, folder / name, relative / name);
         if (has_ignore_file) ignore_files_.leave();
     }
 
@@ -78,9 +78,9 @@ private:
     }
 
     /* Whether it is not surely another file, as far as its folder tells. */
-    static bool may_matter(const fs::directory_entry &entry) {
+    static bool may_matter(const std::string &name, const fs::directory_entry &entry) {
         std::error_code none;
-        return entry.path().extension() == ".m" || !entry.is_regular_file(none);
+        return name.ends_with(".m") || !entry.is_regular_file(none);
     }
 
     fs::path below_root(const fs::path &relative) const {
@@ -94,13 +94,12 @@ private:
         return is_out;
     }
 
-    void visit(const fs::path &path, const fs::path &relative) {
-        const std::string name = path.filename();
+    void visit(const std::string &name, const fs::path &path, const fs::path &relative) {
         struct stat status;
-        if (name.starts_with('.') || is_excluded(relative)) return;
+        if (name.starts_with('.') || is_excluded(name, relative)) return;
         if (stat(path.c_str(), &status) != 0) return visit_unknown(path, relative);
         const bool is_folder = S_ISDIR(status.st_mode);
-        const bool is_source = S_ISREG(status.st_mode) && path.extension() == ".m";
+        const bool is_source = S_ISREG(status.st_mode) && name.ends_with(".m");
         if ((!is_folder && !is_source) || is_ignored(relative, is_folder)) return;
         int reason = 0;
         if (search_.stays_inside && !is_within(given_, path, &reason))

@@ -54,7 +54,7 @@ bool is_truth_value(const char *name) {
 }
 
 void check_eval(const Node *name) {
-    if (has_trait(name->text, TAKES_CODE)) report_gap(EVAL_GAP, name, {name->text});
+    if (is_known_to(name->text, TAKES_CODE)) report_gap(EVAL_GAP, name, {name->text});
 }
 
 // A global that is asked for before it is set is empty in MATLAB, and has no value here.

@@ -7,6 +7,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "syntax/library/library_table.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 
@@ -56,7 +57,7 @@ bool can_name_fail(const Node *name, const Node *evaluated) {
     constexpr uint32_t SET_ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     const Symbol *symbol = name->symbol;
-    if (!is_variable(symbol)) return !has_trait(name->text, IS_CONSTANT);
+    if (!is_variable(symbol)) return !is_known_to(name->text, IS_CONSTANT);
     bool may_be_missing = symbol->position > 0 ? may_parameter_be_missing(name, evaluated)
                                                : may_be(value_of(name), MAY_BE_MISSING) &&
                                                      !(symbol->flags & SET_ELSEWHERE);
@@ -66,7 +67,7 @@ bool can_name_fail(const Node *name, const Node *evaluated) {
 
 bool is_total(const Node *name) {
     if (name->kind != NODE_NAME || is_variable(name->symbol)) return false;
-    return has_trait(name->text, IS_TOTAL) && !has_function(name);
+    return is_known_to(name->text, IS_TOTAL) && !has_function(name);
 }
 
 bool is_kind_test(const Node *reference, const Symbol *symbol) {
@@ -75,7 +76,7 @@ bool is_kind_test(const Node *reference, const Symbol *symbol) {
     if (base->kind != NODE_NAME || arguments->kind != NODE_ARGUMENTS) return false;
     const Node *first = arguments->first_child;
     bool is_of_it = first && first->kind == NODE_NAME && first->symbol == symbol;
-    return is_of_it && has_trait(base->text, TELLS_KIND);
+    return is_of_it && is_known_to(base->text, TELLS_KIND);
 }
 
 // Whether the expression asks of which kind the variable is.
@@ -176,7 +177,7 @@ bool is_compared_again(const Node *node, const Node *evaluated) {
 }  // namespace
 
 bool is_unknown_function(const Node *name) {
-    return !has_trait(name->text, IS_CONSTANT) && !is_total(name);
+    return !is_known_to(name->text, IS_CONSTANT) && !is_total(name);
 }
 
 bool can_fail(const Node *node, const Node *evaluated) {

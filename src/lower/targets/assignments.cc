@@ -22,6 +22,7 @@
 #include "lower/targets/targets.h"
 #include "support/allocation.h"
 #include "syntax/library/library_table.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 #include "translate/assignment.h"
@@ -55,7 +56,7 @@ const char *compound_value(const Target *target, const Node *node) {
 // Functions that ask their first argument for as many results as they are asked for.
 bool is_applier(const Node *base) {
     return base->kind == NODE_NAME && !is_variable(base->symbol) &&
-           has_trait(base->text, APPLIES_FUNCTION | CALLS_FUNCTION);
+           is_known_to(base->text, APPLIES_FUNCTION | CALLS_FUNCTION);
 }
 
 // The function that several results of a value are asked of: the value itself, which is called

@@ -265,7 +265,11 @@ Holder begin_holding(const Node *target, const Node *value) {
 
 void end_holding(const Holder &outer) { Lowering.holder = outer; }
 
+// Most values of large literals are numbers, which nobody shares.
+static bool is_number(const Node *value) { return value->kind == NODE_NUMBER; }
+
 const char *held_text(const Node *value, const char *text) {
+    if (is_number(value)) return text;
     value = same_value(value);
     if (is_transpose(value)) return joined_text(value->first_child, text);
     if (shares_itself(value)) return copy_text(text);
@@ -274,10 +278,12 @@ const char *held_text(const Node *value, const char *text) {
 }
 
 const char *held_element_text(const Node *value, const char *text) {
+    if (is_number(value)) return text;
     return shared_text(same_value(value), text, 1);
 }
 
 const char *joined_text(const Node *value, const char *text) {
+    if (is_number(value)) return text;
     value = same_value(value);
     if (!is_shared(value) || !may_hold_parts(value)) return text;
     uint32_t depth = depth_of_elements(value);

@@ -216,8 +216,8 @@ bool scan_operator(const char *at) {
 // Goes over a run of line ends and blanks; the token after it gets to know.
 const char *skip_lines(const char *at) {
     int lines = 0;
-    for (; is_blank(*at) || is_line_end(*at); at++) {
-        if (*at == '\n' || (*at == '\r' && at[1] != '\n')) lines++;
+    for (; is_line_end(*at); at = skip_blanks(at + 1)) {
+        if (*at == '\n' || at[1] != '\n') lines++;
     }
     Scan.line_flags |= lines > 1 ? FIRST_ON_LINE | AFTER_BLANK_LINE : FIRST_ON_LINE;
     return at;

@@ -19,14 +19,23 @@ struct Elements {
 void add_element(Elements *elements, const Node *node) {
     Value value = value_of(node) & ANY_VALUE;
     bool is_empty = !may_be(value, MAY_BE_FILLED);
+    bool is_list = may_be_list(node);
     elements->all |= value;
     elements->count++;
-    elements->has_list |= may_be_list(node);
+    elements->has_list |= is_list;
     if (!is_empty || may_be(value, MAY_BE_TEXT | MAY_BE_CELL))
         elements->may_hold |= kinds_of(value);
     Value kinds = kinds_of(value);
-    if ((kinds & (kinds - 1)) == 0 && !may_be_list(node)) elements->always |= kinds;
-    if (!may_be(value, MAY_BE_EMPTY) && !may_be_list(node)) elements->always |= MAY_BE_FILLED;
+    if ((kinds & (kinds - 1)) == 0 && !is_list) elements->always |= kinds;
+    if (!may_be(value, MAY_BE_EMPTY) && !is_list) elements->always |= MAY_BE_FILLED;
+}
+
+void add_elements(Elements *all, const Elements *row) {
+    all->all |= row->all;
+    all->always |= row->always;
+    all->may_hold |= row->may_hold;
+    all->count += row->count;
+    all->has_list |= row->has_list;
 }
 
 // A cell among the elements makes a cell of all, else a text a text.
@@ -68,10 +77,9 @@ Value trace_rows(Node *literal, Elements *all, int *rows) {
     for (Node *row = literal->first_child; row; row = row->next) {
         Elements elements = {};
         trace_all(row->first_child);
-        for (const Node *element = row->first_child; element; element = element->next) {
+        for (const Node *element = row->first_child; element; element = element->next)
             add_element(&elements, element);
-            add_element(all, element);
-        }
+        add_elements(all, &elements);
         size |= size_of_row(&elements);
         ++*rows;
     }
