@@ -87,6 +87,7 @@ private:
 GivenMessages messages_of(const mTranslateProgramResult &result, const RunFiles &files,
                           const MessagePolicy &policy) {
     GivenMessages given;
+    given.diagnostics.reserve(result.message_count);
     IgnoreComments comments(files);
     for (std::size_t i = 0; i < result.message_count; ++i) {
         const Message &message = *result.messages[i];

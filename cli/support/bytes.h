@@ -2,18 +2,49 @@
 #pragma once
 
 #include <cereal/archives/binary.hpp>
+#include <cstddef>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace mtranslate {
 
+/* Writes what a cereal::BinaryInputArchive reads. Through a stream each number would cost several
+ * times as much, and results are many small parts. */
+class BytesArchive : public cereal::OutputArchive<BytesArchive, cereal::AllowEmptyClassElision> {
+public:
+    BytesArchive() : OutputArchive(this) {}
+    void append(const void *data, std::size_t size) {
+        bytes.append(static_cast<const char *>(data), size);
+    }
+
+    std::string bytes;
+};
+
+/* By these names cereal finds how each kind of part is written. */
+template <class Number>
+std::enable_if_t<std::is_arithmetic_v<Number>> save(BytesArchive &archive, const Number &number) {
+    archive.append(&number, sizeof number);
+}
+template <class Type>
+void save(BytesArchive &archive, const cereal::BinaryData<Type> &data) {
+    archive.append(data.data, data.size);
+}
+template <class Type>
+void serialize(BytesArchive &archive, cereal::SizeTag<Type> &tag) {
+    archive(tag.size);
+}
+template <class Type>
+void serialize(BytesArchive &archive, cereal::NameValuePair<Type> &pair) {
+    archive(pair.value);
+}
+
 template <class Value>
 std::string to_bytes(const Value &value) {
-    std::ostringstream bytes;
-    cereal::BinaryOutputArchive archive(bytes);
+    BytesArchive archive;
     archive(value);
-    return std::move(bytes).str();
+    return std::move(archive.bytes);
 }
 
 template <class Value>
