@@ -19,7 +19,7 @@ struct RowIndex {
 /* The first letters tell most names apart. */
 constexpr size_t row_chain(const char *name) {
     uint32_t hash = 0;
-    for (int k = 0; k < 6 && name[k]; k++) hash = hash * 37 + static_cast<unsigned char>(name[k]);
+    for (int k = 0; k < 4 && name[k]; k++) hash = hash * 37 + static_cast<unsigned char>(name[k]);
     return (hash ^ hash >> 9) % ROW_CHAINS;
 }
 
@@ -55,7 +55,8 @@ template <typename Row, typename Test>
 const Row *find_row(const NamedRows<Row> &table, size_t chain, const char *name, Test is_wanted) {
     for (size_t number = table.first[chain]; number; number = table.next[number - 1]) {
         const Row *row = table.rows + number - 1;
-        if (strcmp(row->name, name) == 0 && is_wanted(row)) return row;
+        bool may_be_same = row->name[0] == name[0];  // few of a chain: most need no call
+        if (may_be_same && strcmp(row->name, name) == 0 && is_wanted(row)) return row;
     }
     return nullptr;
 }

@@ -52,8 +52,8 @@ void add_line(Lines *lines, int level, const char *text) {
     assert(level >= 0);
     Line *line = AllocRecord<Line>();
     *line = {level, NO_COMMENT, text, nullptr, CurrentOrigin, 0};
-    Lines one = {line, line};
-    append_lines(lines, &one);
+    (lines->last ? lines->last->next : lines->first) = line;
+    lines->last = line;
 }
 
 void add_line_again(Lines *lines, int level, const Line *line) {
