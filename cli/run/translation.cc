@@ -59,9 +59,11 @@ public:
 
     void answer(Request &request) {
         request.context = this;
-        if (rules_.may_answer()) request.answer = Answer<&Answers::text>::give;
         request.allow = Answer<&Answers::allow>::give;
-        request.result_kind = Answer<&Answers::kind_of_result>::give;
+        if (rules_.may_answer()) {
+            request.answer = Answer<&Answers::text>::give;
+            request.result_kind = Answer<&Answers::kind_of_result>::give;
+        }
         if (index_) request.find = Answer<&Answers::find>::give;
     }
 
