@@ -23,9 +23,15 @@ bool is_at_word(const char *at, const char *word) {
     return strncmp(at, word, length) == 0;
 }
 
+// The first letters alone are looked at where most words begin otherwise.
+inline void note_procedure(Reader *from) {
+    const char *at = from->at;
+    if (at[0] == 'p' && at[1] == 'r' && is_at_word(at, "proc(")) from->depth += HELD;
+    if (at[0] == 'e' && at[1] == 'n' && is_at_word(at, "end proc")) from->depth -= HELD;
+}
+
 inline void read_character(Reader *from) {
-    if (*from->at == 'p' && !from->quote && is_at_word(from->at, "proc(")) from->depth += HELD;
-    if (*from->at == 'e' && !from->quote && is_at_word(from->at, "end proc")) from->depth -= HELD;
+    if (!from->quote) note_procedure(from);
     char c = *from->at++;
     if (from->quote) {
         if (c == '\\' && from->quote == '"' && *from->at) from->at++;
@@ -46,7 +52,8 @@ inline void read_character(Reader *from) {
     }
 }
 
-// What means nothing to a reader outside of strings, nor to whether a line may end there.
+// What means nothing to a reader outside of strings, nor to whether a line may end there. A p or e
+// may begin a procedure or its end.
 struct PlainBytes {
     bool is_plain[256];
 };
@@ -54,7 +61,7 @@ struct PlainBytes {
 constexpr PlainBytes plain_bytes() {
     PlainBytes bytes = {};
     for (bool &is_plain : bytes.is_plain) is_plain = true;
-    for (char c : {'"', '`', '\'', '(', '[', '{', ')', ']', '}', ',', ' '})
+    for (char c : {'"', '`', '\'', '(', '[', '{', ')', ']', '}', ',', ' ', 'p', 'e'})
         bytes.is_plain[static_cast<unsigned char>(c)] = false;
     return bytes;
 }
@@ -122,13 +129,14 @@ inline int place_at(const Reader *from, const char *start) {
     return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
-// Over a character, and over what is left of a word or of a quoted text, where no line may end.
+// Over a character, and over what is left of a word or of a quoted text, where no line may end. One
+// may end after a comma and after a bracket.
 inline void read_on(Reader *from, const char *end) {
     read_character(from);
     const char *at = from->at;
     if (from->quote) {
         while (at < end && *at != from->quote && *at != '\\') at++;
-    } else if (at[-1] != ',') {
+    } else if (at[-1] != ',' && at[-1] != '(') {
         while (at < end && Plain.is_plain[static_cast<unsigned char>(*at)]) at++;
     }
     from->at = at;
@@ -188,8 +196,10 @@ void write_line_end(uint32_t margin) {
 // Behind the sign of an assignment, or null.
 const char *value_of_line(const char *line, const char *end) {
     Reader from = {line, 0, 0};
-    for (; from.at < end; read_character(&from))
-        if (from.depth == 0 && !from.quote && is_at_word(from.at, " := ")) return from.at + 3;
+    for (; from.at < end; read_on(&from, end)) {
+        bool may_be_sign = *from.at == ' ' && from.depth == 0 && !from.quote;
+        if (may_be_sign && is_at_word(from.at, " := ")) return from.at + 3;
+    }
     return nullptr;
 }
 
