@@ -163,17 +163,30 @@ Operand join_numbers(const PlainOperator *plain, const Operand *left, const Oper
     return {value, plain->level};
 }
 
-// acts: something in front may. Lines that the operand needs come after it.
-Operand lower_after(Operand *left, bool acts, const Node *next) {
+// Operands in front of the next one. Few are ever asked: chains nest, and each would be walked once
+// for every chain around it.
+struct InFront {
+    const Node *unasked;
+    bool acts;  // one of those before
+};
+
+bool acts_before(InFront *front, const Node *next) {
+    for (; !front->acts && front->unasked != next; front->unasked = front->unasked->next)
+        front->acts = may_act(front->unasked);
+    return front->acts;
+}
+
+// Lines that the operand needs come after what acts in front of it.
+Operand lower_after(Operand *left, InFront *front, const Node *next) {
     LinesEnd end = end_of_lines();
     Operand right = lower_operand(next);
-    if (acts && has_more_lines(&end))
+    if (has_more_lines(&end) && acts_before(front, next))
         *left = {new_leaf(name_earlier(&end, left->expr->text)), HOST_ATOM};
     return right;
 }
 
-Operand join_next(Operand *left, Value left_value, bool acts, const Node *next) {
-    Operand right = lower_after(left, acts, next);
+Operand join_next(Operand *left, Value left_value, InFront *front, const Node *next) {
+    Operand right = lower_after(left, front, next);
     if (is_plain_operation(next->joint, left_value, value_of(next)))
         return join_numbers(plain_operator(next->joint), left, &right);
     spell_characters(next->joint, left, left_value, &right, value_of(next));
@@ -249,10 +262,9 @@ static Value joined_value(const Node *next, Value left) {
     Operand value = lower_operand(last);
     Value known = value_of(last);
     bool is_text = is_string_object(last);
-    bool acts = may_act(last);
+    InFront front = {last, false};
     const char *left_class = class_in_front(last);
     for (const Node *next = last->next; next; last = next, next = next->next) {
-        if (last != node->first_child) acts = acts || may_act(last);
         check_comparison(node, last, next);
         is_text = next->joint == OPERATOR_PLUS && (is_text || is_string_object(next));
         if (const char *method = joining_method(node, next, &left_class)) {
@@ -261,7 +273,7 @@ static Value joined_value(const Node *next, Value left) {
         } else if (next->kind == NODE_POSTFIX) {
             value = join_postfixes(&value, &next);
         } else {
-            value = is_text ? join_with_text(&value, next) : join_next(&value, known, acts, next);
+            value = is_text ? join_with_text(&value, next) : join_next(&value, known, &front, next);
             known = is_text ? ANY_VALUE : joined_value(next, known);
         }
     }
