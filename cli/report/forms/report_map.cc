@@ -30,8 +30,10 @@ std::string text_of(const ReportFile &file) {
 /* A line for each entry: maps are long. */
 void write_map(const Report &report, const Sink &to) {
     to("{\"format\": \"mtranslate map\", \"version\": 1, \"files\": [");
-    for (const ReportFile &file : report.files)
-        to((&file == report.files.data() ? "\n" : ",\n") + text_of(file));
+    for (const ReportFile &file : report.files) {
+        to(&file == report.files.data() ? "\n" : ",\n");
+        to(text_of(file));
+    }
     to("]}\n");
 }
 

@@ -117,7 +117,8 @@ void add_files(const Report &report, const Packs &packs, PackedText &packed) {
     for (std::size_t i = 0; i < report.files.size(); ++i) {
         Json file = file_json(report.files[i], nullptr);
         if (!packs.place(i).is_null()) file["texts"] = packs.place(i);
-        packed.add((i == 0 ? "" : ",") + text_of(file));
+        if (i > 0) packed.add(",");
+        packed.add(text_of(file));
     }
     packed.add("]}");
 }
