@@ -10,14 +10,11 @@
 #include <string_view>
 
 #include "host/stand_in_host.h"
+#include "tests/growth/constructs.h"
 
 using namespace mtranslate;
 
 namespace {
-
-struct Construct {
-    std::string_view front, piece, inside, closing; /* # in a piece: its number, from 1 */
-};
 
 // clang-format off
 constexpr Construct ROWS[] = {
@@ -154,61 +151,7 @@ constexpr Construct ROWS[] = {
 constexpr Construct SQUARE[] = {
     {"s", ".a", " = 1;", ""},
 };
-
-/* The same of what is put into itself. */
-constexpr Construct NESTED[] = {
-    {"y = ", "(1 + ", "1", ")"},
-    {"y = ", "[1 ", "1", "]"},
-    {"y = ", "{1, ", "1", "}"},
-    {"y = ", "f(1, ", "1", ")"},
-    {"y = ", "f(1 + ", "1", ")"},
-    {"y = ", "x(", "1", ")"},
-    {"y = ", "x(end - ", "1", ")"},
-    {"y = ", "s.(", "1", ")"},
-    {"y = ", "-", "1", ""},
-    {"y = ", "~", "1", ""},
-    {"y = ", "x && f(", "1", ")"},
-    {"y = ", "(x || ~", "1", ")"},
-    {"y = ", "@() f(", "1", ")"},
-    {"y = ", "@(t) ", "1", ""},
-    {"y = ", "c{", "1", "}{:}"},
-    {"y = ", "x(1, ", "1", ")'"},
-    {"y = ", "f(", "1", " == 1)^2"},
-    {"y = ", "x(", "1", ")(end - 1)"},
-    {"y = ", "['a' f(", "1", ")]"},
-    {"y = ", "f(1).b(end - ", "1", ")'.c"},
-    {"", "if x\n", "y = 1;\n", "end\n"},
-    {"", "if x, else\n", "y = 1;\n", "end\n"},
-    {"", "for k = 1:3\n", "y = 1;\n", "end\n"},
-    {"", "do\n", "y = 1;\n", "until x\n"},
-    {"", "switch x, case {1, 2}\n", "y = 1;\n", "end\n"},
-    {"", "try\n", "y = 1;\n", "catch e, f(2), end\n"},
-    {"", "try, y = 2; catch e\n", "y = 1;\n", "end\n"},
-    {"", "unwind_protect\n", "y = 1;\n", "unwind_protect_cleanup, f(1); end\n"},
-    {"", "function f#\n", "y = 1;\n", "end\n"},
-};
 // clang-format on
-
-std::string numbered(std::string_view piece, int number) {
-    std::string text;
-    for (const char c : piece)
-        if (c == '#')
-            text += std::to_string(number);
-        else
-            text += c;
-    return text;
-}
-
-std::string source_of(const Construct &construct, int pieces) {
-    const bool is_function =
-        construct.front.starts_with("function") || construct.piece.starts_with("function");
-    std::string text = is_function ? "" : "x = 1; c = {}; s.a = 1;\n";
-    text += construct.front;
-    for (int k = 1; k <= pieces; k++) text += numbered(construct.piece, k);
-    text += construct.inside;
-    for (int k = 1; k <= pieces; k++) text += construct.closing;
-    return text + '\n';
-}
 
 std::size_t translate(const std::string &source) {
     StandInHost host;
@@ -249,6 +192,7 @@ int main() {
     translate("x = 1");  // what only the first run does
     measure(ROWS, "row", 200);
     measure(SQUARE, "square", 200);
-    measure(NESTED, "nested", 60);
+    measure(NESTED_EXPRESSIONS, "nested", 60);
+    measure(NESTED_BLOCKS, "nested_block", 60);
     return 0;
 }
