@@ -95,7 +95,7 @@ function sourceTable(source, target, map, messages) {
     body.append(sourceRow(row, source, target, own));
     if (own.length) body.append(messageRow(own));
   }
-  const head = title => [element("th"), element("th", { scope: "col" }, title)];
+  const head = title => [element("td"), element("th", { scope: "col" }, title)];
   return element("table", { class: "source" },
     element("colgroup", {}, element("col", { class: "digits" }), element("col"),
             element("col", { class: "digits" }), element("col")),

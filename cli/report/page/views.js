@@ -170,7 +170,6 @@ document.addEventListener("keydown", onKey);
 
 document.getElementById("subtitle").textContent =
   `${counted(totals.files, "file", "files")}, ${counted(totals.lines, "line", "lines")} of MATLAB`;
-set(document.querySelector("form"), { submit: event => event.preventDefault() });
 searchField.addEventListener("input", search);
 window.addEventListener("hashchange", async () => {
   const { scroll } = history.state ?? {};
