@@ -47,7 +47,11 @@ export class Server {
         this.#threads = new Threads(wasm, () => this.#whole(), log);
         this.#workspace = new Workspace(open, () => this.#filesChanged(), log);
         this.#documents = new TextDocuments({
-            create: TextDocument.create,
+            create: (uri, language, version, text) => {
+                if (typeof uri !== 'string' || typeof text !== 'string')
+                    throw invalidParams('a document has an address and a text');
+                return TextDocument.create(uri, language, version, text);
+            },
             update: (document, changes, version) => update(document, changes, version, this.#client.encoding),
         });
         this.#messages = new Messages(connection, this.#documents, open, this.#workspace, this.#threads);

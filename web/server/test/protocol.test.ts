@@ -124,7 +124,7 @@ test('what is no message, followed by one', async () => {
         ['an unknown notification', frame({ jsonrpc: '2.0', method: 'unheardOf' }), null],
         [
             'a document that is none',
-            frame({ jsonrpc: '2.0', method: 'textDocument/didOpen', params: {} }),
+            frame({ jsonrpc: '2.0', method: 'textDocument/didOpen', params: { textDocument: {} } }),
             null,
         ],
         [
