@@ -276,17 +276,10 @@ test('requests about one program', async (t) => {
         assert.match(whole.text, /main := proc[^]*other := proc/);
         const lenses = await client.ask('textDocument/codeLens', 'main.m');
         assert.deepEqual(
-            lenses.map(({ range, command }: any) => [range.start.line, command.title]),
-            [
-                [1, 'translation'],
-                [14, 'translation'],
-            ],
+            lenses.map(({ range, command }: any) => `${range.start.line} ${command.title}`),
+            ['1 translation', '14 translation'],
         );
-        const { command, arguments: given } = lenses[0].command;
-        const run: any = await client.connection.sendRequest('workspace/executeCommand', {
-            command,
-            arguments: given,
-        });
+        const run = await client.connection.sendRequest<any>('workspace/executeCommand', lenses[0].command);
         assert.equal(run.text, text);
     });
     assert.equal(await client.stop(), 0);
@@ -339,91 +332,55 @@ test('completion', async () => {
             const { text, position } = marked(source);
             await client.open('new.m', text);
             const { items } = await client.ask('textDocument/completion', 'new.m', { position });
-            const labels = new Set(items.map(({ label }: any) => label));
-            assert.deepEqual(
-                has.filter((label) => !labels.has(label)),
-                [],
-                source,
-            );
-            assert.deepEqual(
-                hasNot.filter((label) => labels.has(label)),
-                [],
-                source,
-            );
+            const labels: string[] = items.map(({ label }: any) => label);
+            const wrong = [
+                has.filter((label) => !labels.includes(label)),
+                hasNot.filter((label) => labels.includes(label)),
+            ];
+            assert.deepEqual(wrong, [[], []], source);
             const other = items.find(({ label }: any) => label === 'other');
-            if (other)
-                assert.equal(
-                    (await client.connection.sendRequest<any>('completionItem/resolve', other)).documentation,
-                    'Adds both.',
-                );
+            const resolve = () => client.connection.sendRequest<any>('completionItem/resolve', other);
+            if (other) assert.equal((await resolve()).documentation, 'Adds both.');
             await client.close('new.m');
         }
     });
 });
 
 test('quick fixes', async () => {
-    const rows: [source: string, at: number, title: string, file: string, after: string][] = [
+    // Of another file, all of it.
+    const rows: [source: string, title: string, inserted: string, file?: string][] = [
+        ["x = 1;\ny = x == 'abc';@\n", 'Leave MT302 out here', '  % mtranslate: ignore MT302'],
+        ["y = nowhere(1) == 'a'; % mtranslate: ignore MT302@\n", 'Leave MT401 out here', ', MT401'],
+        ['@y = nowhere(1);\n', 'Leave MT401 out in this file', '% mtranslate: ignore MT401\n'],
+        ['syms a\nif 1\n@    x = a(1, :);\nend\n', "Declare 'a' as a variable", '    a = [];\n'],
+        ['function [a, b] = new(x)\n% help\n@  a = x;\n', "Declare 'b' as a variable", '  b = [];\n'],
         [
-            "x = 1;\ny = x == 'abc';\n",
-            1,
-            'Leave MT302 out here',
-            'new.m',
-            "x = 1;\ny = x == 'abc';  % mtranslate: ignore MT302\n",
-        ],
-        [
-            "y = nowhere(1) == 'abc'; % mtranslate: ignore MT302\n",
-            0,
-            'Leave MT401 out here',
-            'new.m',
-            "y = nowhere(1) == 'abc'; % mtranslate: ignore MT302, MT401\n",
-        ],
-        [
-            'y = nowhere(1);\n',
-            0,
-            'Leave MT401 out in this file',
-            'new.m',
-            '% mtranslate: ignore MT401\ny = nowhere(1);\n',
-        ],
-        [
-            'y = nowhere(1);\n',
-            0,
+            'y = nowhere(1);@\n',
             "Add a rule for 'nowhere'",
-            'mtranslate.toml',
             '[names]\n[functions] # ours\nnowhere = "nowhere({args})"\na = "b"\n',
+            'mtranslate.toml',
         ],
         [
-            'y = nowhere(1, [2, 3]);\n',
-            0,
+            'y = nowhere(1, [2, 3]);@\n',
             "Declare 'nowhere' as a function in nowhere.m",
-            'nowhere.m',
             'function y = nowhere(x1, x2)\n    y = [];\nend\n',
-        ],
-        [
-            'syms a\nif 1\n    x = a(1, :);\nend\n',
-            2,
-            "Declare 'a' as a variable",
-            'new.m',
-            'syms a\nif 1\n    a = [];\n    x = a(1, :);\nend\n',
-        ],
-        [
-            'function [a, b] = new(x)\n% help\n  a = x;\n',
-            0,
-            "Declare 'b' as a variable",
-            'new.m',
-            'function [a, b] = new(x)\n% help\n  b = [];\n  a = x;\n',
+            'nowhere.m',
         ],
     ];
+    const everywhere = { start: at(0, 0).position, end: at(9, 0).position };
     await withClient({ 'mtranslate.toml': '[names]\n[functions] # ours\na = "b"\n' }, async (client) => {
-        for (const [source, line, title, file, after] of rows) {
-            writeFileSync(join(client.folder, 'new.m'), source);
-            await client.open('new.m', source);
-            const actions = await client.ask('textDocument/codeAction', 'new.m', {
-                range: range(line, 0, 99),
-                context: { diagnostics: [] },
-            });
-            const action = actions.find((action: any) => action.title === title);
-            assert.ok(action, `${title} among ${actions.map(({ title }: any) => title)}`);
-            assert.equal(applied(client, action.edit)[file], after);
+        const actionsIn = (range: object): Promise<any[]> =>
+            client.ask('textDocument/codeAction', 'new.m', { range, context: { diagnostics: [] } });
+        for (const [source, title, inserted, file] of rows) {
+            const { text } = marked(source);
+            writeFileSync(join(client.folder, 'new.m'), text);
+            await client.open('new.m', text);
+            const actions = await actionsIn(everywhere);
+            const action = actions.find((action) => action.title === title);
+            assert.ok(action, `${title} among ${actions.map(({ title }) => title)}`);
+            const expected = file === undefined ? source.replace('@', inserted) : inserted;
+            assert.equal(applied(client, action.edit)[file ?? 'new.m'], expected);
+            assert.deepEqual(await actionsIn(range(9, 0, 1)), []);
             await client.close('new.m');
             rmSync(join(client.folder, 'new.m'));
         }
