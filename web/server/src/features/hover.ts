@@ -21,36 +21,48 @@ const ENDS: Record<string, string> = {
 };
 const LONGEST = 30; // lines of host text
 
-const fenced = (language: string, text: string): string => {
-    const fence = '`'.repeat(Math.max(3, ...[...text.matchAll(/`+/g)].map(([run]) => run.length + 1)));
-    return `${fence}${language}\n${text}\n${fence}`;
-};
-
-/** What is read as it stands: without fences, rules and the quotes of names. */
-const withoutMarks = (markdown: string): string =>
-    markdown
-        .replace(/^(`{3,})\S*\n([^]*?)\n\1$/gm, '$2')
-        .replace(/^---\n\n/gm, '')
-        .replace(/`([^`\n]*)`/g, '$1');
-
-function variableText(analysis: Analysis, { name }: Found & { kind: 'variable' }): string {
-    const owner = analysis.result.functions[name.function]?.name;
-    const where = owner === undefined ? 'the file' : `the function \`${owner}\``;
-    const many = name.uses.length === 1 ? 'used once' : `used ${name.uses.length} times`;
-    return `\`${name.text}\`: ${KINDS[name.kind]} of ${where}, ${many}`;
+/** How texts stand in the answer: in Markdown, or as they are for a client that reads none. */
+interface Form {
+    fenced(language: string, text: string): string;
+    quoted(name: string): string;
+    between: string;
 }
 
-function functionText(service: Service, analysis: Analysis, found: Found & { kind: 'function' }): string {
+const MARKDOWN: Form = {
+    fenced: (language, text) => {
+        const fence = '`'.repeat(Math.max(3, ...[...text.matchAll(/`+/g)].map(([run]) => run.length + 1)));
+        return `${fence}${language}\n${text}\n${fence}`;
+    },
+    quoted: (name) => `\`${name}\``,
+    between: '\n\n---\n\n',
+};
+const PLAIN: Form = { fenced: (_language, text) => text, quoted: (name) => name, between: '\n\n' };
+
+function variableText(form: Form, analysis: Analysis, { name }: Found & { kind: 'variable' }): string {
+    const owner = analysis.result.functions[name.function]?.name;
+    const where = owner === undefined ? 'the file' : `the function ${form.quoted(owner)}`;
+    const many = name.uses.length === 1 ? 'used once' : `used ${name.uses.length} times`;
+    return `${form.quoted(name.text)}: ${KINDS[name.kind]} of ${where}, ${many}`;
+}
+
+function functionText(
+    form: Form,
+    service: Service,
+    analysis: Analysis,
+    found: Found & { kind: 'function' },
+): string {
     const definition = definitionOf(service, analysis, found);
-    if (!definition) return `\`${found.name}\`: ${ENDS[found.call?.end ?? 'unknown']}`;
+    if (!definition) return `${form.quoted(found.name)}: ${ENDS[found.call?.end ?? 'unknown']}`;
     const { own, analysis: other } = definition;
     const help = other.help(own);
-    const where = other === analysis ? 'function of this file' : `\`${shortPath(other.source.path)}\``;
-    const what = own ? fenced('matlab', `function ${own.head.signature}`) : `\`${found.name}\`: a script`;
-    return [what, where, ...(help === null ? [] : [fenced('text', help)])].join('\n\n');
+    const where = other === analysis ? 'function of this file' : form.quoted(shortPath(other.source.path));
+    const what = own
+        ? form.fenced('matlab', `function ${own.head.signature}`)
+        : `${form.quoted(found.name)}: a script`;
+    return [what, where, ...(help === null ? [] : [form.fenced('text', help)])].join('\n\n');
 }
 
-function hostText(analysis: Analysis, offset: number): string | null {
+function hostText(form: Form, analysis: Analysis, offset: number): string | null {
     const statement = analysis.statementAt(offset);
     const head = statement ? null : headOf(analysis, offset);
     const lines = statement
@@ -59,7 +71,7 @@ function hostText(analysis: Analysis, offset: number): string | null {
     if (!lines) return null;
     const last = Math.min(lines.last, lines.first + LONGEST - 1);
     const rest = lines.last > last ? '\n...' : '';
-    return fenced('mtranslate-host', analysis.hostText({ first: lines.first, last }) + rest);
+    return form.fenced('mtranslate-host', analysis.hostText({ first: lines.first, last }) + rest);
 }
 
 const headOf = (analysis: Analysis, offset: number): { begin: number; end: number } | null => {
@@ -72,19 +84,18 @@ export function hover(service: Service, { path, position }: At): Hover | null {
     if (!analysis?.hasDetails) return null;
     const offset = analysis.source.offsetAt(position);
     const found = analysis.find(offset);
+    const { readsMarkdown } = service.client;
+    const form = readsMarkdown ? MARKDOWN : PLAIN;
     const texts = [
         found &&
             (found.kind === 'variable'
-                ? variableText(analysis, found)
-                : functionText(service, analysis, found)),
-        hostText(analysis, offset),
+                ? variableText(form, analysis, found)
+                : functionText(form, service, analysis, found)),
+        hostText(form, analysis, offset),
     ].filter((text): text is string => text !== null);
     if (texts.length === 0) return null;
-    const markdown = texts.join('\n\n---\n\n');
     return {
-        contents: service.client.readsMarkdown
-            ? { kind: 'markdown', value: markdown }
-            : { kind: 'plaintext', value: withoutMarks(markdown) },
+        contents: { kind: readsMarkdown ? 'markdown' : 'plaintext', value: texts.join(form.between) },
         ...(found ? { range: analysis.source.rangeAt(found.span) } : {}),
     };
 }
