@@ -223,10 +223,10 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
         {"function [a, b] = f(c, varargin)\n% help\nglobal g\n[a, c(1)] = h(2);\nreturn\nend\n",
          "function 1:1-1:33 1-3\n"
          "comment 2:1-2:7 5-5\n"
-         "prelude 1:20-1:33 6-11\n"
-         "statement 4:1-4:17 12-12\n"
-         "statement 5:1-5:7 13-17\n"
-         "end 6:1-6:4 18-18\n"},
+         "prelude 1:20-1:33 6-7\n"
+         "statement 4:1-4:17 8-8\n"
+         "statement 5:1-5:7 9-13\n"
+         "end 6:1-6:4 14-14\n"},
         {"function f\nx = 1;\nfunction g\nx = (1;\n",
          "function 1:1-1:11 1-2\n"
          "statement 2:1-2:6 3-3\n"

@@ -73,20 +73,13 @@ void put_copy(const Prelude *prelude, Symbol *parameter, bool has_value) {
 
 // What is changed in the arguments are copies of them.
 void put_varargin(const Scope *scope, Symbol *varargin) {
-    const char *name = written_name(varargin);
     int first = scope->parameters + 1;
+    const char *values =
+        first == 1 ? "args" : form_text("seq(args[qxrp_i],qxrp_i=%s..nargs)", {number_text(first)});
     bool changes = varargin->depth_changed > 1;
-    if (first == 1)
-        return put_line(changes ? "%s := copy(rtable([args],subtype='Vector[row]'));"
-                                : "%s := rtable([args],subtype='Vector[row]');",
-                        {name});
-    const char *form = changes ? "%s := copy(rtable([args[%s..]],subtype='Vector[row]'));"
-                               : "%s := rtable([args[%s..]],subtype='Vector[row]');";
-    put_line("if %s then", {count_condition("nargs", OP_GE, first)});
-    put_inner_line(form, {name, number_text(first)});
-    put_line("else", {});
-    put_inner_line("%s := rtable([],subtype='Vector[row]');", {name});
-    put_line("end if;", {});
+    put_line(changes ? "%s := copy(rtable([%s],subtype='Vector[row]'));"
+                     : "%s := rtable([%s],subtype='Vector[row]');",
+             {written_name(varargin), values});
 }
 
 void put_parameter(const Prelude *prelude, const Node *parameter) {
