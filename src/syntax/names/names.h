@@ -94,8 +94,9 @@ struct Symbol {
     FieldUse *fields;               /* of it that are named in the text; null for none */
     FieldUse *cell_fields;          /* after which braces are used; null for none */
     Symbol *parts;                  /* the values of its fields (values/field_values.h), or null */
-    bool has_given_parts;  /* it may have had fields that the walk has not seen being set */
-    const Node *starts_in; /* outermost statement that sets a part of it first; null for none */
+    bool has_given_parts;   /* it may have had fields that the walk has not seen being set */
+    const Node *first_part; /* selector of that part; null for none */
+    const Node *starts_in;  /* outermost statement that sets a part of it first; null for none */
     bool
         starts_in_front; /* it may have no value at a later target in that, so it begins in front */
     const Node *start;   /* selector of a target before which it may have no value, so that it must
@@ -104,6 +105,7 @@ struct Symbol {
     uint16_t since;  /* what it has been since the outermost loop or try around began */
     uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
     uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
+    uint16_t element_result; /* and of a cell there, what its elements may be */
     Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */
     const char *class_name; /* what class_of_value has found of all its values; null for nothing */
 };

@@ -8,6 +8,7 @@
 #include "support/allocation.h"
 #include "syntax/values/calls_traced.h"
 #include "syntax/values/effects.h"
+#include "syntax/values/field_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/trace_function.h"
 
@@ -112,15 +113,24 @@ bool settles(Summary *first) {
     return false;
 }
 
-void add_result(Summary *summary, Symbol *output, Value value) {
-    if ((output->result | value) == output->result) return;
+void add_result(Summary *summary, Symbol *output, Value value, Value elements) {
+    bool is_known = (output->result | value) == output->result &&
+                    (output->element_result | elements) == output->element_result;
+    if (is_known) return;
     output->result |= value;
+    output->element_result |= elements;
     summary->grown = ++Moment;
+}
+
+Value elements_now(Symbol *output) {
+    if (!may_be(value_now(output), MAY_BE_CELL)) return 0;
+    const Symbol *elements = elements_of(output, 0);
+    return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
 }
 
 void give_up(Summary *summary) {
     for (const Node *output = outputs_of(summary->scope); output; output = output->next)
-        add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING);
+        add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING, UNKNOWN_FIELD);
 }
 
 bool has_end(const Summary *summary) {
@@ -184,7 +194,8 @@ void note_function_end(const Scope *scope, Node *end) {
     if (first && end) end->value = value_now(first->symbol);
     if (!scope->summary) return;
     for (const Node *output = first; output; output = output->next)
-        add_result(scope->summary, output->symbol, value_now(output->symbol));
+        add_result(scope->summary, output->symbol, value_now(output->symbol),
+                   elements_now(output->symbol));
 }
 
 Value value_of_own(const Node *name, const Node *arguments, int index) {
@@ -197,4 +208,10 @@ Value value_of_own(const Node *name, const Node *arguments, int index) {
     if (!output->result) end_here();
     Value result = output->result & ANY_VALUE;
     return kinds_of(result) ? result : ANY_VALUE;
+}
+
+Value elements_of_own(const Node *name) {
+    const Summary *summary = is_in_called_script() ? nullptr : summary_of(name->symbol);
+    const Symbol *output = summary ? output_of(summary->scope, 0) : nullptr;
+    return output && output->element_result ? output->element_result : Value(UNKNOWN_FIELD);
 }

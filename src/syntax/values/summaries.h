@@ -21,3 +21,6 @@ void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
  * been traced; null for none. ANY_VALUE where the name means no function that has been added. */
 Value value_of_own(const Node *name, const Node *arguments, int index);
+/* What the elements of the first result are, where that is a cell; MAY_BE_MISSING for none, and
+ * UNKNOWN_FIELD for any. */
+Value elements_of_own(const Node *name);

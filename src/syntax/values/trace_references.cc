@@ -230,7 +230,8 @@ Value elements_of_joined(Node *item) {
 
 Value elements_of_call(Node *expression) {
     LibraryCall call = library_call(expression);
-    if (!call.function) return UNKNOWN_FIELD;
+    if (!call.name) return UNKNOWN_FIELD;
+    if (!call.function) return elements_of_own(call.name);
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
     return UNKNOWN_FIELD;

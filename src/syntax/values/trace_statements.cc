@@ -197,14 +197,19 @@ Value value_of_first(Node *expression) {
     return is_known ? value_of(expression) & ANY_VALUE : ANY_VALUE;
 }
 
+// x(k) takes what is in an array, and may be deleted.
+bool takes_whole(const Node *target) {
+    return target->kind != NODE_REFERENCE || last_selector(target)->kind != NODE_ARGUMENTS;
+}
+
 void trace_results(Node *target, Node *expression) {
-    const Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
+    Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
     bool is_only = argument && !argument->next;
     Value value = value_of_first(expression);
     int index = 0;
     for (; target; target = target->next) {
         if (argument) value = value_of(argument) & ANY_VALUE;
-        trace_target(target, value, nullptr);
+        trace_target(target, value, is_only && takes_whole(target) ? argument : nullptr);
         value = value_of_other(expression, ++index);
         if (argument && !is_only) argument = argument->next;
     }

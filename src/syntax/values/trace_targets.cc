@@ -113,11 +113,14 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (!symbol->start && is_shared_in_parts(symbol)) symbol->start = selector;
     if (!may_be(before, MAY_BE_MISSING) || !is_traced(symbol) || symbol->start) return;
     bool is_first = symbol->flags & SYMBOL_STARTS_AS_PART;
-    if (is_first && !symbol->starts_in) symbol->starts_in = OutermostStatement;
+    if (is_first && !symbol->starts_in) {
+        symbol->starts_in = OutermostStatement;
+        symbol->first_part = selector;
+    }
     bool is_same = is_first && symbol->starts_in == OutermostStatement;
     if (!kinds_of(before)) return;
     symbol->starts_in_front = is_same;
-    if (!is_same) symbol->start = selector;
+    if (!is_same) symbol->start = is_first ? symbol->first_part : selector;
 }
 
 // struct('a', 1, 'b', {{2}}) makes one record, where no value is a cell, or one of one element.
@@ -172,10 +175,12 @@ bool leaves_none_free(const Node *arguments) {
            strcmp(one->text, "1") == 0;
 }
 
-// What a selector of a cell sets its element to.
+// What a selector of a cell sets its element to. Of several targets it may be a list of values, of
+// which only the first is known.
 Value element_after(const Symbol *elements, const Node *braces, Value value,
                     const Node *expression) {
-    if (!selects_one(braces->first_child)) return UNKNOWN_FIELD;
+    bool takes_it = expression || selects_one(braces->first_child);
+    if (!takes_it) return UNKNOWN_FIELD;
     if (!braces->next) return value & ANY_VALUE;
     return after_change(value_now(elements) | MAY_BE_MISSING, braces->next, value, expression) &
            ANY_VALUE;
