@@ -87,6 +87,8 @@ constexpr Construct ROWS[] = {
     {"function f\n", "function g#, x = #; end\n", "", ""},
     {"function f(x)\n", "if nargin < #, x = 1; end\n", "", ""},
     {"function [a, b, c] = f(x)\n", "if x, return, end\n", "", ""},
+    {"function y = f(k)\ns = g(k);\n", "y.a# = s.a#; s.b#(2) = 1; z# = s;\n", "", ""},
+    {"function f(s, k)\nif k, x = s;\n", "elseif k < #, x = s.a; s.b(2) = x;\n", "", ""},
     {"y = 1", " + #", "", ""},
     {"y = 1", " + f(#)", "", ""},
     {"y = x", " * x", "", ""},
