@@ -20,6 +20,8 @@ namespace {
 
 // Further down a default is not looked for: functions begin with theirs.
 constexpr int32_t MOST_STATEMENTS = 40;
+// Longer loops and switches are not looked through.
+constexpr uint32_t LONGEST_BLOCK = 2000;
 
 bool has_kind(const Node *node, NodeKind kind) {
     if (node->kind == kind) return true;
@@ -80,11 +82,13 @@ bool is_asked_default_of(const Node *statement, const Symbol *parameter) {
 bool may_stand_before(const Node *statement, const Symbol *parameter) {
     switch (statement->kind) {
         case NODE_COMMENT: return true;
+        case NODE_SWITCH:
+        case NODE_FOR:
+            if (statement->length > LONGEST_BLOCK) return false;
+            [[fallthrough]];
         case NODE_ASSIGN:
         case NODE_MULTI_ASSIGN:
         case NODE_EXPRESSION:
-        case NODE_SWITCH:
-        case NODE_FOR:
         case NODE_IF: return !mentions(statement, parameter);
         default: return false;
     }

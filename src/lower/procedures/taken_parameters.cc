@@ -1,8 +1,6 @@
 // Parameters whose first use is to be replaced.
 #include "lower/procedures/taken_parameters.h"
 
-#include <algorithm>
-
 #include "lower/procedures/given_parameters.h"
 #include "lower/procedures/preludes.h"
 #include "lower/program/context.h"
@@ -14,6 +12,11 @@ namespace {
 
 // Functions that begin with something else are not looked through.
 constexpr int32_t MOST_STATEMENTS = 40;
+// Each assignment asks for all of them.
+constexpr int MOST_TAKEN = 16;
+// Longer statements, and functions of more parameters, are not looked through.
+constexpr uint32_t LONGEST_STATEMENT = 2000;
+constexpr int32_t MOST_PARAMETERS = 64;
 
 // An anonymous function would read the variable later.
 bool has_anonymous(const Node *node) {
@@ -44,10 +47,6 @@ bool replaces(const Node *statement, const Symbol *parameter) {
     return is_set && mentions(target->next, parameter) && !has_anonymous(target->next);
 }
 
-bool is_taken_in(const Symbol *symbol, const Node *statement) {
-    return symbol->position > 0 && symbol->taken_in == statement;
-}
-
 }  // namespace
 
 bool find_taking(const Scope *scope, Symbol *parameter) {
@@ -55,15 +54,20 @@ bool find_taking(const Scope *scope, Symbol *parameter) {
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_OUTPUT;
     bool is_alone = scope->owner->kind == NODE_FUNCTION && !scope->creator &&
                     parameter->last_asked == 0 && !(parameter->flags & ELSEWHERE);
-    if (!is_alone || must_own(parameter)) return false;
+    if (!is_alone || must_own(parameter) || Lowering.taken_count == MOST_TAKEN ||
+        scope->parameters > MOST_PARAMETERS)
+        return false;
     int32_t count = 0;
     const Node *node = child_of_kind(scope->owner, NODE_BLOCK)->first_child;
     for (; node && ++count < MOST_STATEMENTS; node = node->next) {
         if (node->kind == NODE_COMMENT || node->kind == NODE_FUNCTION) continue;
+        if (node->length > LONGEST_STATEMENT) return false;
         if (!mentions(node, parameter)) continue;
         if (!replaces(node, parameter)) return false;
         parameter->taken_in = node;
-        Lowering.taken_end = std::max(Lowering.taken_end, end_of(node));
+        parameter->also_taken = Lowering.taken;
+        Lowering.taken = parameter;
+        Lowering.taken_count++;
         return true;
     }
     return false;
@@ -71,9 +75,8 @@ bool find_taking(const Scope *scope, Symbol *parameter) {
 
 TakenName *begin_taking(const Node *assignment) {
     TakenName *taken = nullptr;
-    if (assignment->offset >= Lowering.taken_end) return taken;
-    for (Symbol *symbol = Lowering.scope->first_symbol; symbol; symbol = symbol->next) {
-        if (!is_taken_in(symbol, assignment)) continue;
+    for (Symbol *symbol = Lowering.taken; symbol; symbol = symbol->also_taken) {
+        if (symbol->taken_in != assignment) continue;
         TakenName *name = AllocRecord<TakenName>();
         *name = {symbol, written_name(symbol), taken};
         taken = name;
@@ -87,7 +90,6 @@ void end_taking(const TakenName *taken) {
 }
 
 void put_untaken(const Node *statement) {
-    if (statement->offset >= Lowering.taken_end) return;
-    for (Symbol *symbol = Lowering.scope->first_symbol; symbol; symbol = symbol->next)
-        if (is_taken_in(symbol, statement)) put_given_value(symbol);
+    for (Symbol *symbol = Lowering.taken; symbol; symbol = symbol->also_taken)
+        if (symbol->taken_in == statement) put_given_value(symbol);
 }

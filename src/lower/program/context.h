@@ -92,9 +92,10 @@ struct LoweringContext {
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;
-    uint32_t defaults_end;      /* no statement from this byte on gives a parameter its default */
-    uint32_t taken_end;         /* no statement from this byte on takes what was given */
-    const Node *outermost_loop; /* around the current statement; null for none */
+    uint32_t defaults_end; /* no statement from this byte on gives a parameter its default */
+    Symbol *taken;         /* parameters that are read under the head's names, or null */
+    int taken_count;
+    const Node *outermost_loop;          /* around the current statement; null for none */
     const OtherBranches *other_branches; /* than that of the current statement, not in a loop */
     int32_t clearing_cost;               /* of clear so far (clears.cc) */
 };

@@ -71,6 +71,7 @@ struct Symbol {
                                elsewhere (lower/procedures/defaults.h); null for none */
     const Node *taken_in;   /* assignment that replaces what was given, which it reads
                                (lower/procedures/taken_parameters.h); null for none */
+    Symbol *also_taken;     /* another parameter of which that is so, or null */
     const char *presence;   /* a host variable that tells whether it has a value; null for none */
     Symbol *next;           /* in its scope, or null */
     Symbol *around;         /* what the name stands for around the scope, or null */
