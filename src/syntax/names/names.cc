@@ -5,6 +5,7 @@
 // are walked after the statements of their caller, as its statements tell which names are
 // variables and call nothing.
 #include "syntax/names/names.h"
+#include "syntax/library/kind_tests.h"
 
 #include <string.h>
 
@@ -83,6 +84,12 @@ void note_braces(const Node *base) {
         note_cell_field(base->symbol, field->text);
 }
 
+void note_cell_question(const Node *base) {
+    if (!tells_cells(base->text) || base->next->kind != NODE_ARGUMENTS) return;
+    const Node *asked = base->next->first_child;
+    if (asked && asked->kind == NODE_NAME) asked->symbol->flags |= SYMBOL_CELL_ASKED;
+}
+
 // exist('x') of a parameter: it may not have been given.
 void walk_reference(NameWalk *walk, Node *reference) {
     Node *base = reference->first_child;
@@ -95,6 +102,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
     if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     note_braces(base);
     walk_nodes(walk, base->next);
+    note_cell_question(base);
     if (!is_known_to(base->text, ASKS_PRESENCE)) return;
     const Node *asked = base->next->first_child;
     if (base->next->kind != NODE_ARGUMENTS || !asked || asked->kind != NODE_STRING) return;

@@ -176,7 +176,8 @@ enum NodeFlag : uint16_t {
     FOR_OUTPUTS = 1 << 13,
     KEEPS_VARIABLE = 1 << 14,
     IS_OPERAND = 1 << 14, /* REFERENCE: of an operator, a condition or an index, as no cell is */
-    IS_USED_AS_CELL = 1 << 13, /* REFERENCE: it is assigned to a variable that braces follow */
+    IS_USED_AS_CELL = 1 << 13, /* REFERENCE: it is assigned to a variable that braces follow or that
+                                  is asked whether it is a cell, or is asked itself */
     HAS_GAP = 1 << 15 /* nothing stands between two commas of the ROW, or in front of the first */
 };
 

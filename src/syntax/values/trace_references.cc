@@ -1,6 +1,7 @@
 // The values of references: elements, fields, calls.
 #include <string.h>
 
+#include "syntax/library/kind_tests.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
@@ -328,6 +329,13 @@ static bool is_applied(const Node *name, const Node *arguments) {
 }
 
 // A row without elements has a row: who is asked for its sides begins without any.
+// iscell(c(k))
+static void note_cell_question(const Node *base) {
+    if (!tells_cells(base->text) || base->next->kind != NODE_ARGUMENTS) return;
+    Node *asked = base->next->first_child;
+    if (asked && asked->kind == NODE_REFERENCE) asked->flags |= IS_USED_AS_CELL;
+}
+
 static void note_sides(const Node *base) {
     const Node *variable = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
     if (!variable || variable->kind != NODE_NAME || !is_variable(variable->symbol)) return;
@@ -338,6 +346,7 @@ Value trace_reference(Node *reference) {
     Node *base = reference->first_child;
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
     if (is_call) note_sides(base);
+    if (is_call) note_cell_question(base);
     if (!is_call) trace_expression(base);
     if (is_call && is_applied(base, base->next) && !base->next->next) {
         trace_applied(base, base->next->first_child);

@@ -226,9 +226,11 @@ void trace_multi_assignment(Node *node) {
     trace_results(first, targets->next);
 }
 
-// d = c(k), where d{...} stands somewhere: c is a cell, unless something else is known of it.
+// d = c(k), where d{...} or iscell(d) stands somewhere: c may be a cell, unless something else is
+// known of it.
 void note_use(const Node *target, Node *value) {
-    bool is_used = target->kind == NODE_NAME && (target->symbol->flags & SYMBOL_HAS_BRACES);
+    constexpr uint32_t AS_CELL = SYMBOL_HAS_BRACES | SYMBOL_CELL_ASKED;
+    bool is_used = target->kind == NODE_NAME && (target->symbol->flags & AS_CELL);
     if (is_used && value->kind == NODE_REFERENCE) value->flags |= IS_USED_AS_CELL;
 }
 
