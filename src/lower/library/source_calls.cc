@@ -1,6 +1,7 @@
 // Functions that the front end brings along.
 #include "lower/library/source_calls.h"
 
+#include <assert.h>
 #include <string.h>
 
 #include "lower/calls/keyword_calls.h"
@@ -53,20 +54,22 @@ const LibrarySource *find_called(const char *name, const OfferedCall *call) {
     });
 }
 
-bool is_word(const char *text) { return text[0] == '$' && text[1] >= '1' && text[1] <= '4'; }
+// The word of a row for which "$1" to "$4" stands.
+const char *word_at(const LibrarySource *row, const char *at) {
+    assert(at[1] >= '1' && at[1] <= '4');
+    return row->words[at[1] - '1'];
+}
 
 // The source with its words in their places.
 const char *new_source_text(const LibrarySource *row) {
     size_t size = strlen(row->text) + 1;
-    for (const char *at = row->text; (at = strchr(at, '$')); at++)
-        if (is_word(at)) size += strlen(row->words[at[1] - '1']);
+    for (const char *at = row->text; (at = strchr(at, '$')); at++) size += strlen(word_at(row, at));
     Writer to = new_text(size);
     const char *text = to.at;
     const char *from = row->text;
     for (const char *at = from; (at = strchr(at, '$')); at++) {
-        if (!is_word(at)) continue;
         write_bytes(&to, from, static_cast<size_t>(at - from));
-        write_text(&to, row->words[at[1] - '1']);
+        write_text(&to, word_at(row, at));
         from = at + strlen("$1");
     }
     write_text(&to, from);

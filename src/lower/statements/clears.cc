@@ -120,12 +120,12 @@ bool has_pattern(const Clearing *clearing) {
 // Sets what after the options is meant. False for options that are not known.
 bool read_words(const Node *first, Clearing *clearing) {
     if (means_all(first)) return !first || !first->next;
-    if (first && is_one_of(first->text, {"global", "-global", "-g"})) {
+    if (is_one_of(first->text, {"global", "-global", "-g"})) {
         clearing->is_global = true;
         first = first->next;
         if (!first) return false;
     }
-    if (first && is_one_of(first->text, {"-x", "-exclusive"})) {
+    if (is_one_of(first->text, {"-x", "-exclusive"})) {
         clearing->except = first->next;
         return true;
     }
