@@ -138,6 +138,42 @@ TEST(Damage, may_be_odd_programs) {
     check_odd(program);
 }
 
+/* What is looked through only so far: long statements, deep ones, many of them. */
+TEST(Damage, may_be_odd_programs_without_measure) {
+    const std::string sum = "(a" + repeated(" + a", 600) + ")";
+    const std::string call = repeated("max(", 210) + "a" + repeated(")", 210);
+    const std::string rows = repeated("[", 210) + "a" + repeated("]", 210);
+    const std::string checks = "if nargin < 2, error('a'), end, b = b + 1; c = 1; y = b;";
+    const std::string many = repeated("x = 1; ", 50);
+    std::string text = "x = 1;", copies = "v0 = a;";
+    std::string fields = "t.a.b.c.d{1} = 1; t.a.b.c.d{1}{2} = {};";
+    for (int k = 0; k < 80; k++) {
+        const std::string cell = std::to_string(k) + "{1} = {1};";
+        fields += " s.f" + cell + " t.a.f" + cell;
+    }
+    for (int k = 0; k < 250; k++)
+        copies += " v" + std::to_string(k + 1) + " = v" + std::to_string(k) + ";";
+    for (int k = 0; k < 10; k++)
+        text = "eval('" + std::regex_replace(text, std::regex("'"), "''") + "');";
+    const std::string function = "function y = f(a, b, c)\n";
+    for (const std::string &program :
+         {fields + "s.g{1} = 2; s.g{2}{1} = {}; y = {s.g{:}}; t.a.g{1} = {2}; y = [t.a.g, {1}]; "
+                   "if isfield(s, 'h'), y = s.h; end, if isfield(t.a, 'h'), y = t.a.h{1}; end",
+          function + "x = " + sum + "; " + checks, function + many + checks, text,
+          function + "for k = 1:3, x = " + sum + "; end, if nargin < 2, b = 1; end, y = b;",
+          function + many + "if nargin < 2, b = 1; end, y = b;",
+          function + checks + many + "x = " + sum + ";" + many + "y = b;",
+          "x(1:" + call + ").a = 1; y = x(1:" + call + "); x(" + rows + ").a = 1; z = " + rows +
+              "; z(1) = {1}; x = y(" + rows + ");",
+          function + "y = nargin; y = isempty(a) || " + sum + " || b;",
+          function + "c = {};" + repeated(" y.p = c; c{1} = 1; d = c; d(2) = y;", 70),
+          function + copies + "x(1:v250).a = 1; y = x(v250).a; v250(1) = {1}; y(v250).b = 1;",
+          function + "if nargin > 1 && " + sum + " && b > 1 && s.f == 1 && s.f == 2, y = 1; end",
+          function + "y = " + sum + " == 1 || iscell(b) || b == 2 || isempty(s.f);",
+          "a." + repeated("b", 210) + "(3).c{2} = 1; a." + repeated("b", 210) + "(3).d.e{2} = 1;"})
+        check_odd(program);
+}
+
 /* Each function of the library with none of its arguments, with all kinds of them, with too many,
  * and in the places of other things. */
 TEST(Damage, may_be_odd_calls_of_the_library) {

@@ -181,8 +181,10 @@ TEST_F(TreeOf, classes_calls_methods_alike_from_everywhere) {
         const fs::path path = name;
         if (path == "main.m" || path == "lib/copy.m") continue;
         const std::string folder = "t/" + path.parent_path().string();
-        const std::string within = output_of("r=$PWD; cd " + folder + "; mtranslate -I $r/t -I " +
-                                             "$r/t/lib " + path.filename().string());
+        const std::string go = "r=$PWD; cd " + folder + "; mtranslate -I $r/t -I $r/t/lib ";
+        const std::string file = path.filename().string();
+        const std::string within = output_of(go + file);
+        EXPECT_EQ(output_of(go + "../${PWD##*/}/./" + file), within);
         EXPECT_EQ(output_of("mtranslate -I t -I t/lib t/" + path.string()), within);
         const std::string whole = read(directory / "o" / fs::path(path).replace_extension("txt"));
         EXPECT_TRUE(within.starts_with(whole)) << within << whole;
