@@ -68,16 +68,6 @@ void append_piece(ComposedText *composed, const Node *text, const Node *number) 
     append_part(composed, nullptr, composed->count);
 }
 
-// The arguments of a call of the function by that name, and nothing more; null for another node.
-const Node *arguments_of(const Node *node, const char *function) {
-    if (node->kind != NODE_REFERENCE) return nullptr;
-    const Node *base = node->first_child;
-    bool is_call = base->kind == NODE_NAME && strcmp(base->text, function) == 0;
-    const Node *arguments = base->next;
-    if (!is_call || arguments->kind != NODE_ARGUMENTS || arguments->next) return nullptr;
-    return arguments->first_child;
-}
-
 // c{:} and c{1:2} are several values.
 bool may_be_list(const Node *node) {
     if (node->kind != NODE_REFERENCE) return false;
@@ -91,7 +81,7 @@ bool may_be_list(const Node *node) {
 // The number in num2str(number), int2str(number) or mat2str(number), or null.
 const Node *number_in(const Node *text) {
     for (const char *function : {"num2str", "int2str", "mat2str"}) {
-        const Node *argument = arguments_of(text, function);
+        const Node *argument = arguments_of_call(text, function);
         if (argument) return argument->next ? nullptr : argument;
     }
     return nullptr;
@@ -108,15 +98,18 @@ bool read_piece(ComposedText *composed, const Node *node) {
     }
 }
 
+Node *new_call(const char *function, Node *argument) {
+    Node *name = new_text_node(NODE_NAME, 0, 0, intern(function));
+    name->next = new_parent(NODE_ARGUMENTS, argument);
+    return new_parent(NODE_REFERENCE, name);
+}
+
+// sprintf('%d', argument), at the place of the argument.
 Node *new_conversion(const char *conversion, const Node *argument) {
-    Node *format = new_text_node(NODE_STRING, argument->offset, end_of(argument), conversion);
-    Node *value = new_node(argument->kind, argument->offset);
-    *value = *argument;
-    value->next = nullptr;
-    format->next = value;
-    Node *name = new_text_node(NODE_NAME, argument->offset, end_of(argument), intern("sprintf"));
-    name->next = new_parent(NODE_ARGUMENTS, format);
-    Node *call = new_parent(NODE_REFERENCE, name);
+    Node *format = new_text_node(NODE_STRING, 0, 0, conversion);
+    format->next = copy_node(argument);
+    Node *call = new_call("sprintf", format);
+    call->offset = argument->offset;
     call->length = argument->length;
     return call;
 }
@@ -151,7 +144,8 @@ bool read_format(ComposedText *composed, const Node *format) {
 
 bool read_text(ComposedText *composed, const Node *node) {
     if (node->kind == NODE_STRING) return append_characters(composed, node->text);
-    if (const Node *format = arguments_of(node, "sprintf")) return read_format(composed, format);
+    if (const Node *format = arguments_of_call(node, "sprintf"))
+        return read_format(composed, format);
     if (node->kind != NODE_MATRIX) return read_piece(composed, node);
     const Node *row = node->first_child;
     if (!row || row->next) return false;
@@ -184,13 +178,11 @@ void join_parts(ComposedText *composed) {
 
 struct Placing {
     const ComposedText *composed;
-    uint32_t placed;
+    bool is_spoilt;  // a piece stands in two places
 };
 
 Node *copy_tree(const Node *node) {
-    Node *copy = new_node(node->kind, node->offset);
-    *copy = *node;
-    copy->next = nullptr;
+    Node *copy = copy_node(node);
     NodeList children;
     for (const Node *child = first_child(node); child; child = child->next)
         append(&children, copy_tree(child));
@@ -198,58 +190,65 @@ Node *copy_tree(const Node *node) {
     return copy;
 }
 
-bool has_stand_in(const char *text) { return text && strstr(text, STAND_IN); }
+// A name that stands for a piece, as the text shows it.
+struct StandIn {
+    const char *at;   // null for none
+    const char *end;  // after it
+    Piece *piece;
+};
+
+// The first one in a text. What the program itself writes alike means no piece.
+StandIn next_stand_in(const Placing *placing, const char *text) {
+    const ComposedText *composed = placing->composed;
+    for (; (text = strstr(text, STAND_IN)); text++) {
+        char *end;
+        unsigned long number = strtoul(text + STAND_IN_LENGTH, &end, 10);
+        bool is_piece = number > 0 && number <= composed->count && *end == '_';
+        if (is_piece) return {text, end + 1, &composed->pieces[number - 1]};
+    }
+    return {nullptr, nullptr, nullptr};
+}
+
+bool has_stand_in(const Placing *placing, const char *text) {
+    return next_stand_in(placing, text).at != nullptr;
+}
 
 // The piece whose name is the whole text, or null.
 Piece *piece_named(const Placing *placing, const char *text) {
-    if (strncmp(text, STAND_IN, STAND_IN_LENGTH) != 0) return nullptr;
-    char *end;
-    unsigned long number = strtoul(text + STAND_IN_LENGTH, &end, 10);
-    assert(number > 0 && number <= placing->composed->count);
-    return strcmp(end, "_") == 0 ? &placing->composed->pieces[number - 1] : nullptr;
+    StandIn found = next_stand_in(placing, text);
+    return found.at == text && *found.end == '\0' ? found.piece : nullptr;
 }
 
-Node *new_string(const char *start, size_t length) {
-    return new_text_node(NODE_STRING, 0, 0, keep_bytes(start, length));
-}
-
-Node *place_piece(Placing *placing, unsigned long number, const char *taken_for) {
-    Piece *piece = &placing->composed->pieces[number - 1];
+void place(Placing *placing, Piece *piece, const char *taken_for) {
+    if (piece->taken_for) placing->is_spoilt = true;
     piece->taken_for = taken_for;
-    placing->placed++;
-    return copy_tree(piece->text);
 }
 
 // Whether a piece in the text is a number.
 bool has_number(const Placing *placing, const char *text) {
-    while (const char *found = strstr(text, STAND_IN)) {
-        char *end;
-        unsigned long number = strtoul(found + STAND_IN_LENGTH, &end, 10);
-        if (placing->composed->pieces[number - 1].number) return true;
-        text = end;
-    }
+    StandIn found = next_stand_in(placing, text);
+    for (; found.at; found = next_stand_in(placing, found.end))
+        if (found.piece->number) return true;
     return false;
+}
+
+Node *new_string(const char *start, const char *end) {
+    return new_text_node(NODE_STRING, 0, 0, keep_bytes(start, static_cast<size_t>(end - start)));
 }
 
 // The text with its pieces: an expression.
 Node *new_text(Placing *placing, const char *text, const char *taken_for) {
     NodeList parts;
-    while (const char *found = strstr(text, STAND_IN)) {
-        if (found != text) append(&parts, new_string(text, static_cast<size_t>(found - text)));
-        char *end;
-        unsigned long number = strtoul(found + STAND_IN_LENGTH, &end, 10);
-        append(&parts, place_piece(placing, number, taken_for));
-        text = end + 1;
+    StandIn found = next_stand_in(placing, text);
+    for (; found.at; found = next_stand_in(placing, text)) {
+        if (found.at != text) append(&parts, new_string(text, found.at));
+        place(placing, found.piece, taken_for);
+        append(&parts, copy_tree(found.piece->text));
+        text = found.end;
     }
-    if (*text) append(&parts, new_string(text, strlen(text)));
+    if (*text || !parts.first) append(&parts, new_string(text, text + strlen(text)));
     if (parts.first == parts.last) return parts.first;
     return new_parent(NODE_MATRIX, new_parent(NODE_ROW, parts.first));
-}
-
-Node *new_call(const char *function, Node *argument) {
-    Node *name = new_text_node(NODE_NAME, 0, 0, intern(function));
-    name->next = new_parent(NODE_ARGUMENTS, argument);
-    return new_parent(NODE_REFERENCE, name);
 }
 
 bool is_operation(const Node *node) {
@@ -284,9 +283,9 @@ void put_system_call(Node *statement, Placing *placing) {
     statement->first_child = new_call("system", new_text(placing, words, "words of the command"));
 }
 
-bool words_have_stand_in(const Node *command) {
+bool words_have_stand_in(const Node *command, const Placing *placing) {
     for (const Node *word = command->first_child->next; word; word = word->next)
-        if (has_stand_in(word->text)) return true;
+        if (has_stand_in(placing, word->text)) return true;
     return false;
 }
 
@@ -294,8 +293,7 @@ bool words_have_stand_in(const Node *command) {
 bool put_number(Node *name, Placing *placing) {
     Piece *piece = piece_named(placing, name->text);
     if (!piece || !piece->number) return false;
-    piece->taken_for = "this number";
-    placing->placed++;
+    place(placing, piece, "this number");
     put_value(name, copy_tree(piece->number));
     return true;
 }
@@ -317,8 +315,8 @@ bool put_function(Node *reference, Placing *placing) {
 // '[TEXT]' as str2num(TEXT)
 bool put_numbers(Node *matrix, Placing *placing) {
     const Node *element = single_element(matrix);
-    if (!element || element->kind != NODE_NAME || !has_stand_in(element->text)) return false;
-    Piece *piece = piece_named(placing, element->text);
+    if (!element || element->kind != NODE_NAME) return false;
+    const Piece *piece = piece_named(placing, element->text);
     if (!piece || piece->number) return false;
     put_value(matrix, new_call("str2num", new_text(placing, element->text, "numbers")));
     return true;
@@ -343,7 +341,7 @@ bool put_into_assignment(Node *node, Placing *placing) {
 
 bool put_into_reference(Node *reference, Placing *placing, bool is_target) {
     Node *base = reference->first_child;
-    if (base->kind == NODE_NAME && has_stand_in(base->text)) {
+    if (base->kind == NODE_NAME && has_stand_in(placing, base->text)) {
         if (is_target || !put_function(reference, placing)) return false;
     } else if (!put_into(base, placing, is_target)) {
         return false;
@@ -392,7 +390,8 @@ bool put_into_text(Node *node, Placing *placing, bool is_target) {
 }
 
 bool put_into(Node *node, Placing *placing, bool is_target) {
-    if (has_text(node)) return !has_stand_in(node->text) || put_into_text(node, placing, is_target);
+    if (has_text(node))
+        return !has_stand_in(placing, node->text) || put_into_text(node, placing, is_target);
     switch (node->kind) {
         case NODE_REFERENCE: return put_into_reference(node, placing, is_target);
         case NODE_ASSIGN:
@@ -401,7 +400,7 @@ bool put_into(Node *node, Placing *placing, bool is_target) {
         case NODE_TARGETS:
         case NODE_GLOBAL: return put_into_children(node, placing, true);
         case NODE_COMMAND:
-            if (words_have_stand_in(node)) put_call_of_command(node, placing);
+            if (words_have_stand_in(node, placing)) put_call_of_command(node, placing);
             return true;
         case NODE_MATRIX:
             if (put_numbers(node, placing)) return true;
@@ -455,8 +454,11 @@ bool is_repeatable(const ComposedText *composed) {
 
 bool put_pieces(Node *file, const ComposedText *composed) {
     if (composed->count == 0) return true;
-    Placing placing = {composed, 0};
-    return put_into_children(file, &placing, false) && placing.placed == composed->count;
+    Placing placing = {composed, false};
+    if (!put_into_children(file, &placing, false) || placing.is_spoilt) return false;
+    for (uint32_t k = 0; k < composed->count; k++)
+        if (!composed->pieces[k].taken_for) return false;
+    return true;
 }
 
 void report_pieces(const ComposedText *composed, Source *source) {

@@ -21,16 +21,6 @@ const Node *Before;
 
 constexpr char EVAL[] = "eval";
 
-// The arguments of eval(...) and nothing more; null for any other expression.
-Node *eval_arguments(const Node *expression) {
-    if (expression->kind != NODE_REFERENCE) return nullptr;
-    Node *base = expression->first_child;
-    bool is_eval = base->kind == NODE_NAME && strcmp(base->text, EVAL) == 0;
-    Node *arguments = base->next;
-    bool is_call = is_eval && arguments->kind == NODE_ARGUMENTS && !arguments->next;
-    return is_call ? arguments->first_child : nullptr;
-}
-
 // The statement that has given the variable its value, if it is the one before.
 const ComposedText *text_of_variable(const Node *name) {
     const Node *before = Before;
@@ -120,10 +110,8 @@ Node *new_block(Node *first, const Node *call) {
 
 // The statement as it is, without the text of its handler.
 Node *without_handler(Node *statement, Node *argument) {
-    Node *copy = new_node(statement->kind, statement->offset);
-    *copy = *statement;
+    Node *copy = copy_node(statement);
     copy->flags &= ~uint16_t(BLANK_BEFORE | INSIDE);
-    copy->next = nullptr;
     argument->next = nullptr;
     return copy;
 }
@@ -200,7 +188,7 @@ void replace_calls(Node *parent) {
         if (is_block(parent)) Before = is_simple(node) ? last : nullptr;
         if (node->kind != NODE_COMMENT) last = node;
         Node *expression = node->kind == NODE_EXPRESSION ? node->first_child : node;
-        Node *arguments = eval_arguments(expression);
+        Node *arguments = arguments_of_call(expression, EVAL);
         replace_calls(arguments ? expression : node);
         if (arguments) replace_call(node, arguments, parent);
         node = next;

@@ -70,13 +70,6 @@ Node *new_assignment(NodeKind kind, Node *target, Node *value) {
     return finish(node);
 }
 
-Node *copy_node(const Node *node) {
-    Node *copy = new_node(node->kind, node->offset);
-    *copy = *node;
-    copy->next = nullptr;
-    return copy;
-}
-
 // x = y = v: the inner assignments go in front, and the outer one reads what they have set.
 Node *split_assignments(Statement *statement, const NodeList *targets, Node *value) {
     Node *target = targets->first;  // the innermost one
@@ -84,7 +77,6 @@ Node *split_assignments(Statement *statement, const NodeList *targets, Node *val
         Node *outer = target->next;
         append(statement->list, new_assignment(NODE_ASSIGN, target, value));
         value = copy_node(target);
-        value->next = nullptr;
         target = outer;
     }
     return new_assignment(NODE_ASSIGN, target, value);

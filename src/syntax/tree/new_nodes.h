@@ -40,6 +40,13 @@ inline Node *new_text_node(NodeKind kind, uint32_t start, uint32_t end, const ch
     node->text = text;
     return node;
 }
+/* The same node alone, without siblings after it; its children are shared. */
+inline Node *copy_node(const Node *node) {
+    Node *copy = new_node(node->kind, node->offset);
+    *copy = *node;
+    copy->next = nullptr;
+    return copy;
+}
 /* A node around a child, which may be followed by siblings. */
 inline Node *new_parent(NodeKind kind, Node *child) {
     Node *node = new_node(kind, child->offset);

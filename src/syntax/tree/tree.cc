@@ -44,6 +44,15 @@ Node *child_of_kind(const Node *node, NodeKind kind) {
     return child;
 }
 
+Node *arguments_of_call(const Node *expression, const char *function) {
+    if (expression->kind != NODE_REFERENCE) return nullptr;
+    const Node *base = expression->first_child;
+    bool is_named_so = base->kind == NODE_NAME && strcmp(base->text, function) == 0;
+    const Node *arguments = base->next;
+    bool is_call = is_named_so && arguments->kind == NODE_ARGUMENTS && !arguments->next;
+    return is_call ? arguments->first_child : nullptr;
+}
+
 bool has_end_inside(const Node *node) {
     if (node->kind == NODE_END) return true;
     for (const Node *child = first_child(node); child; child = child->next)

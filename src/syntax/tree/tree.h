@@ -223,6 +223,9 @@ bool grows_in_plane(const Node *selector);
 Node *nth_child(const Node *node, int n);
 /* The first child of a kind, which there is. */
 Node *child_of_kind(const Node *node, NodeKind kind);
+/* The first argument in function(arguments) and nothing more; null for another expression, and for
+ * none. What the name stands for is not asked. */
+Node *arguments_of_call(const Node *expression, const char *function);
 /* Whether an END is among the node and those inside of it. */
 bool has_end_inside(const Node *node);
 /* Whether two expressions or selectors are written alike, but for blanks and comments; never of
