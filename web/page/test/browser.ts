@@ -4,6 +4,7 @@ import { existsSync } from 'node:fs';
 import { readFile } from 'node:fs/promises';
 import { createServer, type Server } from 'node:http';
 import type { AddressInfo } from 'node:net';
+import { after, before } from 'node:test';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 import { chromium, type Browser, type BrowserContextOptions, type Page } from 'playwright-core';
 
@@ -11,12 +12,13 @@ export const PROJECT = fileURLToPath(new URL('../../../..', import.meta.url));
 const FILE = fileURLToPath(new URL('../index.html', import.meta.url));
 const CHROMIUM = process.env['CHROMIUM'] ?? '/usr/bin/chromium';
 
-export const hasBrowser = existsSync(CHROMIUM);
+/** Why the tests are left out, or false. */
+export const skip = existsSync(CHROMIUM) ? false : 'there is no chromium';
 
 let browser: Browser;
 let server: Server;
 
-export async function start(): Promise<void> {
+async function start(): Promise<void> {
     browser = await chromium.launch({ executablePath: CHROMIUM, args: ['--no-sandbox'] });
     server = createServer((request, response) => {
         const isPage = request.url === '/' || request.url === '/index.html';
@@ -26,9 +28,16 @@ export async function start(): Promise<void> {
     await new Promise<void>((resolve) => server.listen(0, '127.0.0.1', resolve));
 }
 
-export async function stop(): Promise<void> {
+async function stop(): Promise<void> {
     await browser.close();
     server.close();
+}
+
+/** Begins the browser before the tests of a file, and ends it after them. */
+export function useBrowser(): void {
+    if (skip !== false) return;
+    before(start);
+    after(stop);
 }
 
 export const addresses = {

@@ -1,18 +1,14 @@
 /* By keyboard and screen reader, in light and dark, on a telephone. */
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
-import { after, before, test } from 'node:test';
+import { test } from 'node:test';
 import type { AxeResults } from 'axe-core';
 import type { Page } from 'playwright-core';
-import { hasBrowser, paste, start, stop, waitForText, withPage } from './browser.js';
+import { paste, skip, useBrowser, waitForText, withPage } from './browser.js';
 
-const skip = hasBrowser ? false : 'there is no chromium';
 const axe = readFileSync(new URL('../../node_modules/axe-core/axe.min.js', import.meta.url), 'utf8');
 
-if (hasBrowser) {
-    before(start);
-    after(stop);
-}
+useBrowser();
 
 /** The findings that keep people out, with their elements. */
 async function findings(page: Page): Promise<string[]> {

@@ -1,24 +1,18 @@
 /* The editors: what is typed, what is said of it, and links. */
 import assert from 'node:assert/strict';
-import { after, before, test } from 'node:test';
+import { test } from 'node:test';
 import {
     addresses,
-    hasBrowser,
     paste,
+    skip,
     sourceOf,
-    start,
-    stop,
+    useBrowser,
     waitForText,
     watchPauses,
     withPage,
 } from './browser.js';
 
-const skip = hasBrowser ? false : 'there is no chromium';
-
-if (hasBrowser) {
-    before(start);
-    after(stop);
-}
+useBrowser();
 
 for (const [from, address] of Object.entries(addresses))
     test(`what is typed is translated, ${from}`, { skip }, () =>

@@ -9,17 +9,15 @@ import { unzipSync, zipSync } from 'fflate';
 import type { Page } from 'playwright-core';
 import {
     addresses,
-    hasBrowser,
     paste,
     PROJECT,
-    start,
-    stop,
+    skip,
+    useBrowser,
     waitForText,
     watchPauses,
     withPage,
 } from './browser.js';
 
-const skip = hasBrowser ? false : 'there is no chromium';
 const bytes = (text: string): Uint8Array => new Uint8Array(Buffer.from(text, 'latin1'));
 
 const FILES: Record<string, Uint8Array> = {
@@ -33,20 +31,15 @@ const FILES: Record<string, Uint8Array> = {
 };
 
 let work: string;
-if (hasBrowser) {
-    before(async () => {
-        await start();
-        work = mkdtempSync(join(tmpdir(), 'mtranslate-'));
-        for (const [path, content] of Object.entries(FILES)) {
-            mkdirSync(dirname(join(work, path)), { recursive: true });
-            writeFileSync(join(work, path), content);
-        }
-    });
-    after(async () => {
-        await stop();
-        rmSync(work, { recursive: true });
-    });
-}
+useBrowser();
+before(() => {
+    work = mkdtempSync(join(tmpdir(), 'mtranslate-'));
+    for (const [path, content] of Object.entries(FILES)) {
+        mkdirSync(dirname(join(work, path)), { recursive: true });
+        writeFileSync(join(work, path), content);
+    }
+});
+after(() => rmSync(work, { recursive: true }));
 
 /** What the package gives for the tree. */
 async function expectedOutputs(): Promise<Map<string, string>> {
