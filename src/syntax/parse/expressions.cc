@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "syntax/parse/parser_state.h"
+#include "syntax/parse/steps.h"
 #include "syntax/scan/class_table.h"
 
 namespace {
@@ -42,6 +43,8 @@ Node *parse_chain(Node *left, int level) {
     Node *chain = new_parent(NODE_CHAIN, left);
     chain->op = Current.op;
     enter_chain();
+    bool may_step = Parsing.may_step;
+    if (level == LEVEL_OR_ELSE || level == LEVEL_AND_THEN) Parsing.may_step = false;
     while (current_level() == level) {
         OperatorId joint = Current.op;
         advance();
@@ -49,6 +52,7 @@ Node *parse_chain(Node *left, int level) {
         right->joint = joint;
         append(&operands, right);
     }
+    Parsing.may_step = may_step;
     leave_chain();
     return end_at_child(chain, operands.last);
 }
@@ -264,8 +268,11 @@ Node *parse_parameters() {
 Node *parse_anonymous(uint32_t start) {
     Node *node = new_node(NODE_ANONYMOUS, start);
     enter_level();
+    bool may_step = Parsing.may_step;
+    Parsing.may_step = false;
     if (!Failed) node->first_child = parse_parameters();
     if (!Failed) node->first_child->next = parse_expression();
+    Parsing.may_step = may_step;
     leave_level();
     return finish(node);
 }
@@ -302,6 +309,7 @@ Node *refuse(MessageId id) {
         case TOKEN_OPEN_BRACKET:
         case TOKEN_OPEN_BRACE: return parse_literal();
         case TOKEN_AT: return parse_at();
+        case TOKEN_STEP: return take_step_before();
         case TOKEN_END_INDEX: return take_end();
         case TOKEN_QUESTION: return refuse(CLASS_QUERY);
         default: return bad_operand();
@@ -436,8 +444,10 @@ Node *parse_arguments() {
 Node *parse_reference() {
     Node *base = parse_base();
     if (base->kind == NODE_NAME && is_superclass_call()) take_superclass(base);
+    if (is_step_after()) return take_step_after(base);
     if (!is_selector()) return base;
     Node *reference = parse_selectors(base);
+    if (is_step_after()) return take_step_after(reference);
     return is_superclass_call() ? refuse_superclass_call(reference) : reference;
 }
 

@@ -6,6 +6,7 @@
 #include "syntax/scan/scanner.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/scan/syntax_errors.h"
+#include "syntax/tree/new_nodes.h"
 
 /* Whether the functions of the source are closed by an end. */
 enum FunctionEnds : uint8_t { ENDS_UNKNOWN, WITH_ENDS, WITHOUT_ENDS };
@@ -33,9 +34,13 @@ struct ParserState {
     uint32_t lone_tilde;  /* offset of such a ~, or NO_TILDE */
     uint32_t read_again;  /* bytes that have been read again after an error */
     FunctionEnds ends;
-    bool may_be_target; /* the statement has only begun: = may follow what is read */
-    bool is_script;     /* a statement stands in front of all functions */
-    bool at_body_start; /* no statement of the function's body has been read */
+    bool may_be_target;    /* the statement has only begun: = may follow what is read */
+    bool is_script;        /* a statement stands in front of all functions */
+    bool at_body_start;    /* no statement of the function's body has been read */
+    bool may_step;         /* what is read is evaluated once, in a simple statement of Octave */
+    uint8_t steps;         /* ++ and -- in that statement */
+    NodeList steps_before; /* they as statements, in front of it and after it */
+    NodeList steps_after;
     FunctionFrame *function;
 };
 constexpr uint32_t NO_TILDE = UINT32_MAX;

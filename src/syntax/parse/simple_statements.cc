@@ -3,6 +3,7 @@
 
 #include "syntax/parse/expressions.h"
 #include "syntax/parse/statements.h"
+#include "syntax/parse/steps.h"
 
 namespace {
 
@@ -100,6 +101,7 @@ Node *parse_assignment(Statement *statement, Node *target) {
         value = parse_expression();
     }
     if (Current.kind == TOKEN_ASSIGN) syntax_error(DOUBLE_ASSIGNMENT, Current.start, Current.end);
+    if (targets.first->next) refuse_steps();
     return Failed ? new_assignment(NODE_ASSIGN, target, value)
                   : split_assignments(statement, &targets, value);
 }
@@ -123,16 +125,10 @@ Node *parse_op_assignment(Node *target) {
     return node;
 }
 
-// x++ is x += 1.
 Node *parse_increment(Node *target) {
-    Node *one = new_text_node(NODE_NUMBER, Current.start, Current.end, "1");
-    one->flags = NUMBER_INTEGER;
-    OperatorId op = Current.assigned;
-    settle_target(target);
+    Token step = Current;
     if (!Failed) advance();
-    Node *node = new_assignment(NODE_ASSIGN, target, one);
-    node->op = op;
-    return node;
+    return new_increment(target, step);
 }
 
 // [ ] at the start of a statement may hold targets, lone ~ among them.
@@ -163,6 +159,18 @@ Node *parse_declared() {
     return new_assignment(NODE_ASSIGN, name, parse_expression());
 }
 
+// An expression or an assignment, by what follows the first expression.
+Node *parse_by_sign(Statement *statement) {
+    Node *first = parse_first_expression();
+    if (Current.kind == TOKEN_ASSIGN)
+        return first->kind == NODE_MATRIX ? parse_multi_assignment(first)
+                                          : parse_assignment(statement, first);
+    refuse_lone_tilde();
+    if (Current.kind == TOKEN_OP_ASSIGN) return parse_op_assignment(first);
+    if (Current.kind == TOKEN_INCREMENT) return parse_increment(first);
+    return finish(new_parent(NODE_EXPRESSION, first));
+}
+
 }  // namespace
 
 void settle_target(Node *target) {
@@ -175,14 +183,11 @@ void settle_target(Node *target) {
 }
 
 Node *parse_simple(Statement *statement) {
-    Node *first = parse_first_expression();
-    if (Current.kind == TOKEN_ASSIGN)
-        return first->kind == NODE_MATRIX ? parse_multi_assignment(first)
-                                          : parse_assignment(statement, first);
-    refuse_lone_tilde();
-    if (Current.kind == TOKEN_OP_ASSIGN) return parse_op_assignment(first);
-    if (Current.kind == TOKEN_INCREMENT) return parse_increment(first);
-    return finish(new_parent(NODE_EXPRESSION, first));
+    if (Scan.language != LANGUAGE_OCTAVE) return parse_by_sign(statement);
+    begin_steps(true);
+    Node *node = parse_by_sign(statement);
+    Parsing.may_step = false;
+    return node;
 }
 
 Node *parse_declaration(NodeKind kind) {

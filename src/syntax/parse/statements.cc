@@ -5,6 +5,7 @@
 #include "syntax/parse/expressions.h"
 #include "syntax/parse/open_blocks.h"
 #include "syntax/parse/recovery.h"
+#include "syntax/parse/steps.h"
 #include "syntax/scan/class_table.h"
 #include "syntax/scan/scan_comments.h"
 
@@ -121,6 +122,7 @@ void append_statement(Statement *statement, Node *node) {
 void parse_line_statement(Statement *statement) {
     Node *node = parse_line(statement);
     end_statement(node);
+    if (has_steps()) node = put_steps(statement, node);
     if (Failed) {
         append_statement(statement, recover_statement(statement->start));
         return;

@@ -173,15 +173,19 @@ bool ends_statement(const char *at) {
     }
 }
 
+// ++ and --, which MATLAB has at the end of a statement only: elsewhere they are two signs.
+bool scan_step(OperatorId op, const char *end) {
+    if (Scan.depth == 0 && ends_statement(end)) return make_assigning(TOKEN_INCREMENT, op, end);
+    if (Scan.language == LANGUAGE_OCTAVE) return make_assigning(TOKEN_STEP, op, end);
+    return make_operator(op, end - 1);
+}
+
 // + and the like, which = or a second one may follow at the end of a target.
 bool scan_arithmetic(OperatorId op, const char *at, const char *end) {
-    if (Scan.depth == 0) {
-        if (end[0] == '=' && end[1] != '=') return make_assigning(TOKEN_OP_ASSIGN, op, end + 1);
-        bool counts = op == OPERATOR_PLUS || op == OPERATOR_MINUS;
-        if (counts && *end == *at && ends_statement(end + 1))
-            return make_assigning(TOKEN_INCREMENT, op, end + 1);
-    }
-    return make_operator(op, end);
+    bool assigns = Scan.depth == 0 && end[0] == '=' && end[1] != '=';
+    if (assigns) return make_assigning(TOKEN_OP_ASSIGN, op, end + 1);
+    bool counts = op == OPERATOR_PLUS || op == OPERATOR_MINUS;
+    return counts && *end == *at ? scan_step(op, end + 1) : make_operator(op, end);
 }
 
 bool scan_comparison(OperatorId op, OperatorId op_with_equals, const char *at) {

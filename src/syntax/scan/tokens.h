@@ -35,7 +35,8 @@ enum TokenKind : uint8_t {
     TOKEN_NOT,       /* ~ or ! */
     TOKEN_ASSIGN,    /* = */
     TOKEN_OP_ASSIGN, /* assigned: + of += */
-    TOKEN_INCREMENT, /* assigned: + of ++, - of -- */
+    TOKEN_INCREMENT, /* assigned: + of ++, - of --; at the end of a statement */
+    TOKEN_STEP,      /* the same in Octave, anywhere else */
     /* keywords; text: the spelling. Openers of blocks that an end closes first */
     TOKEN_IF,
     TOKEN_FOR,
@@ -87,7 +88,7 @@ struct Token {
     TokenKind kind;
     uint8_t flags;
     OperatorId op;       /* OPERATOR, TRANSPOSE; else OPERATOR_NONE */
-    OperatorId assigned; /* OP_ASSIGN, INCREMENT */
+    OperatorId assigned; /* OP_ASSIGN, INCREMENT, STEP */
     uint32_t start;      /* offset in the source */
     uint32_t end;        /* after its last byte */
     const char *text;    /* set for the kinds that say so */
