@@ -6,10 +6,15 @@ namespace {
 
 const char Folded[] = R"(function y = folded(f, x, side)
 % What f makes of the columns (side 1) or the rows (2) of x; for side 0, of a row as a whole or else
-% of the columns.
+% of the columns. Along a further side each element is alone.
 sides = size(x);
-if side > 2
+if numel(x) == 1
+    y = f(x);
+elseif side > 2
     y = x;
+    for k = 1:numel(x)
+        y(k) = f(x(k));
+    end
 elseif side > 0
     across = 3 - side;
     if sides(across) == 1
