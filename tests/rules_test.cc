@@ -252,6 +252,7 @@ t = { default = "tt({args})", kind = "truth" }
 w = { default = "ww({args})", kind = "text" }
 c = { default = "cc({args})", kind = "cell" }
 s = { default = "ss({args})", kind = "several" }
+r = { default = "rr({args})", kind = "record" }
 "p.n" = { default = "pn({args})", kind = "number" }
 numel = { default = "sides({args})", kind = "several" }
 )toml";
@@ -266,6 +267,7 @@ numel = { default = "sides({args})", kind = "several" }
                       {"a = c(1); b = a(2);", "a := cc(1);\nb := a(2..2);"},
                       {"a = {1, 2}; b = a(s(1));",
                        "a := rtable([1, 2],subtype='Vector[row]');\nb := a(ss(1));"},
+                      {"a = r(1); b = isstruct(a);", "a := rr(1);\nb := true;"},
                       {"x = f(1); a = numel(x) + 1;", "x := ff(1);\na := sides(x) +~ 1;"},
                       {"x = f(1); f(numel(x));", "x := ff(1);\nff(sides(x));"},
                   });
