@@ -47,21 +47,9 @@ bool is_text_range(const Node *node) {
     return kinds_of(value_of(start)) == MAY_BE_TEXT && kinds_of(value_of(stop)) == MAY_BE_TEXT;
 }
 
-static const char *code_of(const Node *character) {
-    Operand code = lower_operand(character);
-    spell_prefixed(&code, value_of(character));
-    return code.expr->text;
-}
-
 // From one character to another the values are characters, too.
 static mExpr *lower_text_range(const Node *node) {
-    const Node *second = second_child(node);
-    const char *start = code_of(node->first_child);
-    const char *next = code_of(second);
-    const char *numbers = second->next
-                              ? form_text("%s..%s,%s", {start, code_of(second->next), next})
-                              : form_text("%s..%s", {start, next});
-    return new_keyword_call("char", {form_text("Vector[row]([seq(%s)])", {numbers})});
+    return new_keyword_call("char", {lower_range(node)->text});
 }
 
 // Of objects the value of a method.
@@ -79,11 +67,18 @@ static mExpr *lower_range_value(const Node *node) {
     return is_text_range(node) ? lower_text_range(node) : lower_range(node);
 }
 
+// A character counts by its code.
+static mExpr *lower_side(const Node *node) {
+    Operand side = lower_operand(node);
+    spell_prefixed(&side, value_of(node));
+    return side.expr;
+}
+
 mExpr *lower_range(const Node *node) {
     assert(node->kind == NODE_RANGE);
     const Node *second = second_child(node);
-    mExpr *start = lower_expression(node->first_child);
-    mExpr *next = lower_expression(second);
+    mExpr *start = lower_side(node->first_child);
+    mExpr *next = lower_side(second);
     if (!second->next) return new_seq_node(start, unit_step(), next, nullptr);
-    return new_seq_node(start, next, lower_expression(second->next), nullptr);
+    return new_seq_node(start, next, lower_side(second->next), nullptr);
 }
