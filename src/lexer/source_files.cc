@@ -172,12 +172,12 @@ int read_source(char *buffer, int capacity) {
     assert(source && capacity > 0);
     bool fills = capacity >= INITIAL_BUFFER_SIZE;
     size_t wanted = static_cast<size_t>(fills || capacity < BLOCK_SIZE ? capacity : BLOCK_SIZE);
-    size_t count = read_some(source, buffer, wanted);
-    while (fills && count > 0 && count < wanted) {
-        size_t more = read_some(source, buffer + count, wanted - count);
-        if (more == 0) break;
+    size_t count = 0;
+    size_t more;
+    do {
+        more = read_some(source, buffer + count, wanted - count);
         count += more;
-    }
+    } while (fills && more > 0 && count < wanted);
     if (count == 0 && source->has_failed) {
         raise_where_read({"input in flex scanner failed", FILE_IS_UNREADABLE});
         abandon_run();

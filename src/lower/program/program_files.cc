@@ -135,8 +135,7 @@ Folder *private_folder_of(const char *path) {
     for (Folder *known = PrivateFolders; known; known = known->next)
         if (strcmp(known->path, wanted) == 0) return known;
     // one that cannot be looked at is not taken for none: a call then says why
-    int cause = look_at_folder(wanted);
-    if (cause != 0 && means_absent(cause)) return nullptr;
+    if (means_absent(look_at_folder(wanted))) return nullptr;
     Folder *found = AllocRecord<Folder>();
     *found = {wanted, {}, PrivateFolders};
     return PrivateFolders = found;

@@ -112,11 +112,7 @@ void walk_reference(NameWalk *walk, Node *reference) {
 // A target is named before its value, so that it counts as the first to appear, and set after it.
 void name_target(NameWalk *walk, Node *target) {
     Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
-    if (base->kind == NODE_NAME) {
-        mention(walk, base);
-    } else {
-        walk_node(walk, base);
-    }
+    if (base->kind == NODE_NAME) mention(walk, base);
     if (base != target) walk_nodes(walk, base->next);
 }
 
