@@ -260,6 +260,13 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
                  "written")},
         {"mtranslate s -O file", 3, "",
          "mtranslate: error: cannot make the folder 'file': Not a directory\n"},
+        {"mkdir k; ln -s /proc k/p; ln -s /proc/self/environ k/e.m; mtranslate check k "
+         "/proc/self/attr",
+         3, "",
+         "k/e.m: error: cannot read 'k/e.m': it lies in a file system of the kernel\n"
+         "k/p: error: cannot read 'k/p': it lies in a file system of the kernel\n" +
+             summary("2 of 2 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 2 "
+                     "failed")},
     });
     // who may read everything has to be somebody else
     const std::string other = "setpriv --reuid=65534 --regid=65534 --clear-groups ";

@@ -2,10 +2,14 @@
 #include "cli/files/inputs.h"
 
 #include <fnmatch.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -20,6 +24,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/* Whether what lies there shows the running system: folders without end, and files of no tree. */
+bool is_of_kernel(const fs::path &path) {
+    constexpr auto KINDS = std::to_array<std::uint32_t>(
+        {PROC_SUPER_MAGIC, SYSFS_MAGIC, DEVPTS_SUPER_MAGIC, CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC,
+         DEBUGFS_MAGIC, TRACEFS_MAGIC, SECURITYFS_MAGIC});
+    struct statfs system;
+    if (statfs(path.c_str(), &system) != 0) return false;
+    return std::ranges::find(KINDS, static_cast<std::uint32_t>(system.f_type)) != KINDS.end();
+}
+
 class Walk {
 public:
     explicit Walk(const InputSearch &search) : search_(search) {}
@@ -31,6 +45,7 @@ public:
             return;
         }
         given_ = path;
+        device_ = status.st_dev;
         root_ = fs::absolute(path + '/').lexically_normal().parent_path();
         ignore_files_ = {};
         if (search_.reads_ignore_files) ignore_files_.enter_root(root_);
@@ -105,6 +120,8 @@ private:
         if (search_.stays_inside && !is_within(given_, path, &reason))
             return refuse(path, relative,
                           reason ? std::strerror(reason) : "it leads out of '" + given_ + '\'');
+        if (status.st_dev != device_ && is_of_kernel(path))
+            return refuse(path, relative, "it lies in a file system of the kernel");
         if (is_folder) return enter(path, status, relative);
         inputs.files.add({path, relative});
     }
@@ -123,6 +140,7 @@ private:
     const InputSearch &search_;
     std::string given_; /* the folder under way */
     fs::path root_;     /* the same, absolute */
+    dev_t device_ = 0;  /* its file system */
     IgnoreFiles ignore_files_;
     std::set<std::pair<dev_t, ino_t>> entered_;
 };

@@ -29,7 +29,8 @@ struct Inputs {
  * them, in the order of the paths and, in each, of the names. Hidden files and folders, pipes
  * and devices are left out, and so is what an exclude pattern or a file .gitignore matches. A
  * folder is entered once, whatever links lead to it. What cannot be looked at is given with its
- * trouble, file or folder. Throws FileError where a path is not there. */
+ * trouble, file or folder, and so is what lies in a file system of the kernel, as /proc, where no
+ * path names one. Throws FileError where a path is not there. */
 Inputs find_inputs(const InputSearch &search);
 
 }  // namespace mtranslate
