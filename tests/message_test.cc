@@ -212,8 +212,10 @@ TEST_F(Messages, speak_to_programs) {
         {"mtranslate --format json main.m > o", 1, "", called},
         {"mtranslate check --format json a*.m 2> o | grep -o 'operands.*\\],'", 0,
          "operands\":[\"'$'\"],\noperands\":[\"f\",\"nowhere\"],\n", ""},
-        {"mtranslate check --format json none.m", 3, "",
-         "mtranslate: error: cannot read 'none.m': No such file or directory\n"},
+        {"mtranslate check --format json none.m", 3,
+         "{\"severity\":\"error\",\"message\":\"cannot read 'none.m': No such file or "
+         "directory\"}\n",
+         ""},
         {"mtranslate check --format json main.m > /dev/full", 3, "",
          "mtranslate: error: cannot write standard output: No space left on device\n"},
         {"mtranslate --format json diff main.m -O o2 2>&1 | grep -c '^{\\|^[-+]'", 0, "4\n", ""},
@@ -257,6 +259,34 @@ TEST_F(Messages, in_sarif_name_their_rules) {
               "warning MT401 main%20file.m 4\nerror MT101 ./g.m 2\n");
     run("mtranslate check --format sarif '" MTRANSLATE_SOURCE_DIR "/examples/survey' > log");
     EXPECT_TRUE(is_valid("log", "tests/cases/sarif.schema.json")) << "without messages";
+}
+
+/* Also where nothing can be begun, and where what has been translated cannot be written. */
+TEST_F(Messages, of_what_fails_are_in_the_format_of_the_others) {
+    write(directory / "a.m", "x = 3 $ 4;\n");
+    const struct {
+        const char *arguments;
+        std::size_t results;
+        const char *failure;
+    } rows[] = {
+        {"check none", 0, "cannot read 'none': No such file or directory"},
+        {"check empty", 0, "no file *.m is found in what was given"},
+        {"none.m", 0, "cannot read 'none.m': No such file or directory"},
+        {"none.m --max-time 9", 0, "cannot read 'none.m': No such file or directory"},
+        {"a.m -o /dev/full", 1, "cannot write '/dev/full': No space left on device"},
+        {"a.m -o /dev/full --untrusted", 1, "cannot write '/dev/full': No space left on device"},
+    };
+    run("mkdir empty");
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.arguments);
+        EXPECT_EQ(run(std::string("mtranslate --format sarif > log 2>&1 ") + row.arguments), 3);
+        ASSERT_TRUE(is_valid("log", "tests/cases/sarif.schema.json"));
+        const Json sarif = Json::parse(read(directory / "log"))["runs"][0];
+        EXPECT_EQ(sarif["results"].size(), row.results);
+        EXPECT_EQ(sarif["invocations"][0]["toolExecutionNotifications"],
+                  Json::parse(R"([{"level": "error", "message": {"text": ")" +
+                              std::string(row.failure) + "\"}}]"));
+    }
 }
 
 }  // namespace mtranslate

@@ -74,19 +74,28 @@ Json result_of(const Diagnostic &diagnostic) {
     return result;
 }
 
+/* Of what the tool itself failed in. */
+Json invocation_of(Json notifications) {
+    return {{"executionSuccessful", false},
+            {"toolExecutionNotifications", std::move(notifications)}};
+}
+
 /* One object, written at the end. */
 class SarifWriter : public MessageWriter {
 public:
     explicit SarifWriter(std::ostream &to) : to_(to) {}
 
     void write(const Diagnostics &diagnostics) override {
-        for (const Diagnostic &diagnostic : diagnostics) results_.push_back(result_of(diagnostic));
+        for (const Diagnostic &diagnostic : diagnostics)
+            (diagnostic.file.empty() ? failures_ : results_).push_back(result_of(diagnostic));
     }
 
     void finish() override {
         Json run = {{"tool", {{"driver", driver()}}},
                     {"columnKind", "unicodeCodePoints"},
                     {"results", std::move(results_)}};
+        if (!failures_.empty())
+            run["invocations"] = Json::array({invocation_of(std::move(failures_))});
         const Json log = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                           {"version", "2.1.0"},
                           {"runs", Json::array({std::move(run)})}};
@@ -96,6 +105,7 @@ public:
 private:
     std::ostream &to_;
     Json results_ = Json::array();
+    Json failures_ = Json::array();
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <utility>
@@ -291,6 +292,17 @@ private:
 
 }  // namespace
 
-ExitCode run_batch(const Options &options) { return Batch(options).run(); }
+ExitCode run_batch(const Options &options) {
+    std::optional<Batch> batch;
+    try {
+        batch.emplace(options);
+    } catch (const FileError &error) {
+        MessageOutput messages(options);
+        messages.write({trouble_with("", error.what())});
+        messages.finish();
+        return ExitCode::Trouble;
+    }
+    return batch->run();
+}
 
 }  // namespace mtranslate

@@ -10,8 +10,8 @@
 namespace mtranslate {
 
 /* Translates, checks or compares the files that the options name, and writes messages, differences
- * and a summary. The same is written whatever the number of workers is. Throws FileError where
- * nothing can be begun. */
+ * and a summary. The same is written whatever the number of workers is. Where nothing can be begun
+ * that is a message. Throws FileError where something of all files cannot be written. */
 ExitCode run_batch(const Options &options);
 
 }  // namespace mtranslate

@@ -36,12 +36,12 @@ void report(const Options &options, Translation &translation) {
     output.finish(false);
 }
 
-ExitCode translate_and_write(const Options &options) {
+ExitCode translate_and_write(const Options &options, MessageOutput &messages) {
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);
     Translation translation = translate(source, options);
-    show(options, translation.diagnostics);
+    messages.write(translation.diagnostics);
     if (translation.text) {
         output.refuse_sources(translation.files_read);
         output.write(*translation.text);
@@ -52,19 +52,24 @@ ExitCode translate_and_write(const Options &options) {
     return translation.code;
 }
 
-/* In a worker. Its result is the exit code. */
-std::string work(const Options &options) {
+/* What fails is a message like the others. */
+ExitCode translate_and_tell(const Options &options) {
+    MessageOutput messages(options);
+    ExitCode code = ExitCode::Trouble;
     try {
-        return std::to_string(static_cast<int>(translate_and_write(options)));
+        code = translate_and_write(options, messages);
     } catch (const FileError &error) {
-        show(options, {trouble_with("", error.what())});
-        return std::to_string(static_cast<int>(ExitCode::Trouble));
+        messages.write({trouble_with("", error.what())});
     }
+    messages.finish();
+    return code;
 }
 
 ExitCode run_in_worker(const Options &options) {
     ExitCode code = ExitCode::Trouble;
-    const auto job = [&](std::size_t) { return work(options); };
+    const auto job = [&](std::size_t) {
+        return std::to_string(static_cast<int>(translate_and_tell(options)));
+    };
     const auto report = [&](std::size_t, const JobEnd &end) {
         if (end.is_done)
             code = static_cast<ExitCode>(std::stoi(end.result));
@@ -79,7 +84,7 @@ ExitCode run_in_worker(const Options &options) {
 
 ExitCode run_single(const Options &options) {
     const bool runs_here = options.limits.are_none() && !options.is_untrusted;
-    return runs_here ? translate_and_write(options) : run_in_worker(options);
+    return runs_here ? translate_and_tell(options) : run_in_worker(options);
 }
 
 }  // namespace mtranslate

@@ -6,8 +6,8 @@
 
 namespace mtranslate {
 
-/* Translates the file or the command of the options, within their limits. Throws FileError, or
- * std::bad_alloc, where nothing is written. */
+/* Translates the file or the command of the options, within their limits. What fails is
+ * written with the messages. Throws FileError where these cannot be written, and std::bad_alloc. */
 ExitCode run_single(const Options &options);
 
 }  // namespace mtranslate
