@@ -560,6 +560,38 @@ TEST_F(ClassicTool, writes_over_no_source) {
     });
 }
 
+/* Nor does what is asked for beside the translations, whatever it is called. */
+TEST_F(Tool, writes_over_no_source_by_anything_else) {
+    write(directory / "a.m", "x = 1;\n");
+    run("cp a.m named; cp a.m before; ln -s a.m l; ln -s a.m l.html; ln -s named n.json; mkdir o");
+    const std::string output = "mtranslate: error: the output ";
+    const auto is_source = [&](const std::string &name) {
+        return output + "'" + name + "' is the source 'a.m' itself\n";
+    };
+    const auto is_matlab = [&](const std::string &name) {
+        return output + "'" + name + "' is an existing MATLAB file\n";
+    };
+    check({
+        {"mtranslate check a.m --map a.m", 3, "", is_source("a.m")},
+        {"mtranslate check a.m --graph l", 3, "", is_source("l")},
+        {"mtranslate check named --report l.html", 3, "", is_matlab("l.html")},
+        {"mtranslate check named --report n.json", 3, "",
+         output + "'n.json' is the source 'named' itself\n"},
+        {"mtranslate named -O o --depfile named", 3, "",
+         output + "'named' is the source 'named' itself\n"},
+        {"mtranslate - -o o/x --depfile named < named", 3, "",
+         output + "'named' is the source '<stdin>' itself\n"},
+        {"mtranslate a.m -o o/x --map l; ls o", 0, "", is_source("l")},
+        {"mtranslate library -o l", 3, "", is_matlab("l")},
+        {"mtranslate rules a.m -o a.m", 3, "",
+         "mtranslate: no rules are in force\n" + is_matlab("a.m")},
+        {"mtranslate rules --template a.m -o l", 3, "", is_matlab("l")},
+        {"mtranslate check named --report r.json 2> e; mtranslate report r.json -o l.html", 3, "",
+         is_matlab("l.html")},
+        {"cmp a.m before; cmp named before", 0, "", ""},
+    });
+}
+
 TEST_F(ClassicTool, replaces_an_output_by_a_whole_one_or_not_at_all) {
     write(directory / "large.m", repeated("x = 1\n", 1000));
     write(directory / "d/o", "old\n");

@@ -36,9 +36,7 @@ void write_depfile(const std::string &path, const std::vector<MadeFrom> &outputs
         all.insert(made.files.begin(), made.files.end());
     }
     for (const std::string &file : all) text += '\n' + escaped(file) + ":\n";
-    const Output output(path);
-    output.refuse_sources({});
-    output.write(text, Durability::Whole);
+    Output(path).write(text, Durability::Whole);
 }
 
 }  // namespace mtranslate

@@ -34,7 +34,12 @@ int descriptor_named(std::string_view path) {
     return -1;
 }
 
-bool is_named_as_source(const fs::path &path) { return path.extension() == ".m"; }
+/* Throws FileError for a name of an existing file that is a source's, the file's own or a link's.
+ */
+void refuse_matlab_file(const fs::path &path, const std::string &title) {
+    for (const fs::path &name : {path, behind_links(path)})
+        if (name.extension() == ".m") throw FileError(title + " is an existing MATLAB file");
+}
 
 /* Small pieces are written together. */
 void write_pieces(int descriptor, const Pieces &text, const std::string &name) {
@@ -101,12 +106,14 @@ std::string joined(const Pieces &text) {
     return whole;
 }
 
-void write_file(const fs::path &target, const Pieces &text, const std::string &name,
+void write_file(const fs::path &path, const Pieces &text, const std::string &name,
                 Durability durability) {
+    const fs::path target = behind_links(path);
     struct stat old;
     const bool exists = stat(target.c_str(), &old) == 0;
     if (!exists && errno != ENOENT) fail("cannot write " + name);
     if (exists && !S_ISREG(old.st_mode)) return write_directly(target, text, name);
+    if (exists) refuse_matlab_file(path, "the output " + name);
     if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         fail("cannot write " + name);
     if (replace(target, exists ? &old : nullptr, text, name, durability)) return;
@@ -136,8 +143,7 @@ void Output::refuse_sources(const FilesRead &sources) const {
     const std::string title = (path_ == "-" ? "" : "the output ") + name_;
     if (source != sources.end())
         throw FileError(title + " is the source '" + source->path + "' itself");
-    if (is_named_as_source(path_) || is_named_as_source(behind_links(path_)))
-        throw FileError(title + " is an existing MATLAB file");
+    refuse_matlab_file(path_, title);
 }
 
 void Output::write(std::string_view text, Durability durability) const {
@@ -148,7 +154,7 @@ void Output::write(const Pieces &text, Durability durability) const {
     if (descriptor_ >= 0)
         write_pieces(descriptor_, text, name_);
     else
-        write_file(behind_links(path_), text, name_, durability);
+        write_file(path_, text, name_, durability);
 }
 
 }  // namespace mtranslate

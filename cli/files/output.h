@@ -34,7 +34,7 @@ public:
 
     /* Writes text, all of it or nothing: a file is replaced when its successor is whole and on the
      * disk, and keeps its owner and mode; a link stays and what it leads to is replaced. Pipes and
-     * devices are written directly. Throws FileError. */
+     * devices are written directly. Throws FileError, also for an existing file *.m. */
     void write(std::string_view text, Durability durability = Durability::OnDisk) const;
     /* Likewise a text that is never there as a whole. What it throws while it is made leaves a file
      * as it was. */

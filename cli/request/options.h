@@ -109,6 +109,8 @@ struct Options {
     /* The file for what lines come from; empty for none. */
     std::string map;
 
+    /* What is asked for beside translations and messages; empty ones are not. */
+    std::vector<std::string> other_outputs() const { return {report, graph, map, depfile}; }
     bool wants_map() const {
         return !map.empty() || report.ends_with(".json") ||
                (report.ends_with(".html") && report_sources);

@@ -63,6 +63,7 @@ public:
           messages_(options),
           report_(options),
           progress_(inputs_.size()) {
+        refuse_given_as_outputs();
         if (inputs_.empty()) throw FileError("no file *.m is found in what was given");
         if (!options.root.empty()) found_.files = place_below(options.root, inputs_);
         for (const InputFile &input : inputs_)
@@ -93,6 +94,15 @@ public:
     }
 
 private:
+    /* Those in folders are known by their names. */
+    void refuse_given_as_outputs() const {
+        FilesRead given;
+        for (const std::string &path : options_.paths)
+            if (struct stat status; stat(path.c_str(), &status) == 0)
+                given.push_back({path, status.st_dev, status.st_ino});
+        for (const std::string &path : options_.other_outputs()) Output(path).refuse_sources(given);
+    }
+
     std::string output_of(const InputFile &input) const {
         if (options_.output_folder.empty()) return "";
         fs::path path = fs::path(options_.output_folder) / input.relative;

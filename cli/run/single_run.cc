@@ -40,6 +40,8 @@ ExitCode translate_and_write(const Options &options, MessageOutput &messages) {
     const Output output(options.output);
     const Source source = open_source(options);
     output.refuse_sources(source.files);
+    for (const std::string &path : options.other_outputs())
+        Output(path).refuse_sources(source.files);
     Translation translation = translate(source, options);
     messages.write(translation.diagnostics);
     if (translation.text) {
