@@ -114,6 +114,25 @@ TEST(MatlabPrograms, hold_what_is_called) {
     }
 }
 
+TEST(MatlabPrograms, put_scripts_into_scripts_up_to_limits) {
+    const SourceFiles files;
+    for (int k = 0; k < 22; k++) {
+        const std::string own = std::to_string(k) + ".m", next = std::to_string(k + 1) + "; ";
+        files.write("deep" + own, "deep" + next);
+        if (k < 14) files.write("wide" + own, "wide" + next + "wide" + next);
+    }
+    const struct {
+        std::string name;
+        bool is_deep, is_wide;
+    } rows[] = {{"deep0", true, false}, {"deep1", false, false}, {"wide0", false, true},
+                {"wide2", false, false}};
+    for (const auto &row : rows) {
+        const std::string text = translated("file", files.path(row.name + ".m"), files.path(""));
+        EXPECT_EQ(text.find("more than 20 scripts call each other") != text.npos, row.is_deep);
+        EXPECT_EQ(text.find("10000 scripts have been put already") != text.npos, row.is_wide);
+    }
+}
+
 TEST(MatlabPrograms, look_along_the_path_in_order) {
     const SourceFiles files("main => f(g(1))   a/f => function f(x)   b/f => function f(x, y)");
     files.write("b/g.m", "function y = g(x)\ny = 2;");
