@@ -131,6 +131,7 @@ enum {
                                         the translator brings along */
     MTRANSLATE_WHOLE_LIBRARY = 2048, /* the text holds all of these */
     MTRANSLATE_TOKENS = 8192,        /* the tokens */
+    MTRANSLATE_WITHOUT_METHODS = 16384, /* find knows no methods of classes: it is asked for none */
     /* Of classic alone: */
     MTRANSLATE_COUNTS_ON = 4096 /* it numbers its variables on from the run before */
 };

@@ -564,6 +564,14 @@ TEST(Interface, takes_what_the_caller_knows) {
     EXPECT_EQ(std::string(result->calls[0]->target), "lib/./f.m");
 }
 
+TEST(Interface, asks_for_no_methods_where_there_are_none) {
+    Tool tool("main => y = f(1) + 2;   lib/f => function y = f(x)\ny = x;");
+    tool.request.find = find_file;
+    tool.request.flags |= MTRANSLATE_WITHOUT_METHODS;
+    translated(tool.request);
+    EXPECT_EQ(tool.asked, (std::vector<std::string>{"find f of any for main.m", "f 1 -> 1"}));
+}
+
 TEST(Interface, takes_no_path_that_leads_to_no_function) {
     static const char *path;
     Tool tool("main => x = 1; y = f(x); f");

@@ -25,6 +25,7 @@ public:
      * in the name. class_name null: of the first class that has the method, but as a constructor.
      */
     std::optional<std::string> find_method(const char *class_name, const std::string &method) const;
+    bool has_methods() const { return !methods_.empty(); }
 
 private:
     /* What a file defines; its name is made of its path whenever it is asked for. */
@@ -41,6 +42,7 @@ private:
 
     InputFiles files_;
     std::filesystem::path current_;
+    bool is_in_class_folder_ = false; /* the current one may be */
     Entries functions_;
     Entries methods_;
 };

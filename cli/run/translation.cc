@@ -141,8 +141,8 @@ std::uint32_t flags_of(const Options &wanted) {
     return flags;
 }
 
-/* folders: gets what the request has to keep. */
-Request request_for(const Source &source, const Options &wanted,
+/* index: null for none. folders: gets what the request has to keep. */
+Request request_for(const Source &source, const Options &wanted, const FileIndex *index,
                     std::vector<const char *> &folders) {
     for (const std::string &folder : source.directories) folders.push_back(folder.c_str());
     Request request{};
@@ -153,13 +153,14 @@ Request request_for(const Source &source, const Options &wanted,
     request.language = wanted.language.c_str();
     request.folders = folders.empty() ? nullptr : folders.data();
     request.folder_count = folders.size();
+    if (index && !index->has_methods()) request.flags |= MTRANSLATE_WITHOUT_METHODS;
     return request;
 }
 
 Result run(const Source &source, const Options &wanted, const FileIndex *index,
            RuleAnswers &rules) {
     std::vector<const char *> folders;
-    Request request = request_for(source, wanted, folders);
+    Request request = request_for(source, wanted, index, folders);
     Answers answers(source, wanted, index, rules);
     answers.answer(request);
     Result result = run(request);

@@ -269,7 +269,8 @@ Observers observers_of(ProgramRun *run) {
     if (gives_files) observers.given_file = give_file;
     if (gives_files) observers.given_in_folder = give_in_folder;
     if (request->find) observers.find_file = find_file;
-    if (request->find) observers.find_method = find_method;
+    if (request->find && !wants(run, MTRANSLATE_WITHOUT_METHODS))
+        observers.find_method = find_method;
     if (request->result_kind) observers.result_kind = find_result_kind;
     if (wants(run, MTRANSLATE_TEXTS)) observers.text = note_text;
     if (wants(run, MTRANSLATE_TREE | MTRANSLATE_TOKENS)) observers.tree = note_source;

@@ -133,10 +133,11 @@ const SearchDirectory *search_directories() {
     return Directories;
 }
 
+bool may_find_methods() { return AddTranslator && (!knows_files() || Observing.find_method); }
+
 const char *find_method(const char *class_name, const char *method) {
-    if (!AddTranslator) return nullptr;
+    if (!may_find_methods()) return nullptr;
     if (knows_files()) {
-        if (!Observing.find_method) return nullptr;
         if (!class_name) return find_any_elsewhere(method);
         return Observing.find_method(Observing.context, class_name, method);
     }

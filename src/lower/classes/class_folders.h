@@ -10,5 +10,7 @@ void begin_class_folders();
 const SearchDirectory *search_directories();
 /* As described at Observers::find_method; the names are interned. */
 const char *find_method(const char *class_name, const char *method);
+/* False: find_method finds none. */
+bool may_find_methods();
 /* The file that makes objects of the class, or null. */
 const char *find_constructor(const char *class_name);

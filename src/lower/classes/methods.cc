@@ -37,6 +37,7 @@ const char *class_with(const char *method) {
 bool any_class_has(const char *method) { return find_method(nullptr, intern(method)) != nullptr; }
 
 bool find_operator_methods() {
+    if (!may_find_methods()) return false;
     for (const OperatorRow &row : OperatorRows)
         if (row.function && any_class_has(row.function)) return true;
     for (const char *method : OTHER_METHODS)

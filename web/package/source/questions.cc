@@ -115,6 +115,8 @@ void Questions::enter(mTranslateProgramRequest &request) {
         request.find = [](void *self, const mTranslateProgramSearch *search) {
             return static_cast<Questions *>(self)->find(*search);
         };
+    if (index_ && !asked_.find && !index_->has_methods())
+        request.flags |= MTRANSLATE_WITHOUT_METHODS;
     request.result_kind = [](void *self, const char *name) {
         return static_cast<Questions *>(self)->result_kind(name);
     };
