@@ -96,12 +96,16 @@ bool is_used_as_cell(const Node *target) {
 // the element in the host.
 bool leaves_cell(const Node *target) { return is_cell_base(target) || is_used_as_cell(target); }
 
-// Whether it may leave a cell: of what nobody knows, and never makes an array of.
+// Whether it may leave a cell: of what is one on some ways to this place, or of what nobody knows
+// and never makes an array of.
 bool may_leave_cell(const Node *target) {
+    constexpr Value PLAIN = ARITHMETIC | MAY_BE_TEXT | MAY_BE_CELL | MAY_BE_OTHER;
     const Node *base = target->first_child;
     const Node *holder = base;
     while (holder->next != last_selector(target)) holder = holder->next;
-    return holder == base ? may_be_cell(base) : may_be(value_of(holder), MAY_BE_CELL);
+    Value kinds = kinds_of(value_of(holder));
+    if (!may_be(kinds, MAY_BE_CELL)) return false;
+    return holder != base || is_within(kinds, PLAIN) || may_be_cell(base);
 }
 
 // What a deletion of the first or the last element leaves; null for any other position, and where
