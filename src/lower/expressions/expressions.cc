@@ -14,6 +14,8 @@
 #include "lower/expressions/end_positions.h"
 #include "lower/expressions/references.h"
 #include "lower/lines/lines.h"
+#include "lower/program/called_functions.h"
+#include "syntax/values/values.h"
 #include "translate/indices.h"
 #include "translate/ranges.h"
 
@@ -62,9 +64,19 @@ static mExpr *call_range(const char *method, const Node *range) {
     return call;
 }
 
+// The values are of the class that one of the bounds has.
+static mExpr *lower_class_range(const Node *name, const Node *range) {
+    vExpr *numbers = alloc_vExpr(new_call_leaf(lower_range(range)->text));
+    mExpr *call = new_call_of(host_function(name), numbers);
+    free_vExpr(numbers);
+    return call;
+}
+
 static mExpr *lower_range_value(const Node *node) {
     if (const char *method = range_method(node)) return call_range(method, node);
-    return is_text_range(node) ? lower_text_range(node) : lower_range(node);
+    if (is_text_range(node)) return lower_text_range(node);
+    const Node *name = integer_class(node);
+    return name ? lower_class_range(name, node) : lower_range(node);
 }
 
 // A character counts by its code.

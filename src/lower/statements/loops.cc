@@ -18,11 +18,13 @@
 
 namespace {
 
-// The range that a loop counts over, also in parentheses or alone in brackets; null for a value.
+// The range of plain numbers that a loop counts over, also in parentheses or alone in brackets;
+// null for a value.
 const Node *counted_range(const Node *node) {
     for (;;) {
         node = without_parens(node);
-        if (node->kind == NODE_RANGE) return is_text_range(node) ? nullptr : node;
+        if (node->kind == NODE_RANGE)
+            return is_text_range(node) || integer_class(node) ? nullptr : node;
         const Node *row = node->kind == NODE_MATRIX ? node->first_child : nullptr;
         if (!row || row->next || row->first_child->next) return nullptr;
         node = row->first_child;

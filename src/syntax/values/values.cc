@@ -15,7 +15,7 @@
 namespace {
 
 // What is asked of variables.
-enum Question : uint8_t { LEAST, SEVERAL, CELL, QUESTIONS };
+enum Question : uint8_t { LEAST, SEVERAL, CELL, INTEGER, QUESTIONS };
 enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
 
 }  // namespace
@@ -23,6 +23,7 @@ enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
 /* What has been found of a variable: each question is answered once, however many ask it. */
 struct Findings {
     double least;
+    const Node *integer_class;
     bool is_true[QUESTIONS];
     AnswerState states[QUESTIONS];
 };
@@ -274,6 +275,89 @@ bool several(const Node *node, Asker asker) {
 }
 
 }  // namespace
+
+namespace {
+
+const Node *class_in(const Node *node, Asker asker);
+
+bool is_integer_class(const char *name) {
+    if (name[0] == 'u') name++;
+    if (strncmp(name, "int", 3) != 0) return false;
+    for (const char *bits : {"8", "16", "32", "64"})
+        if (strcmp(name + 3, bits) == 0) return true;
+    return false;
+}
+
+// What stands for the class of a variable in its own values: n = n + 1 leaves it alone.
+const Node OwnClass = {};
+
+// What the values of a variable that have a class all have; null where one has none.
+const Node *class_of_values(Symbol *symbol, Asker asker) {
+    const Node *found = &OwnClass;
+    for (const AssignedValue *value = symbol->values; value; value = value->next) {
+        bool is_known = value->kind == VALUE_WHOLE || value->kind == VALUE_LOOP;
+        const Node *next = is_known ? class_in(value->node, {symbol, asker.depth + 1}) : nullptr;
+        if (!next) return nullptr;
+        if (next != &OwnClass) found = next;
+    }
+    return found == &OwnClass ? nullptr : found;
+}
+
+const Node *class_of_name(const Node *name, Asker asker) {
+    Symbol *symbol = name->symbol;
+    if (!is_variable(symbol) || !is_known(symbol)) return nullptr;
+    Findings *findings = findings_of(symbol);
+    if (findings->states[INTEGER] == IS_FOUND) return findings->integer_class;
+    if (findings->states[INTEGER] == IN_QUESTION)
+        return asker.symbol == symbol ? &OwnClass : nullptr;
+    findings->states[INTEGER] = IN_QUESTION;
+    findings->integer_class = class_of_values(symbol, asker);
+    findings->states[INTEGER] = IS_FOUND;
+    return findings->integer_class;
+}
+
+// x(k) is of the class of x, int8(x) of that class.
+const Node *class_of_reference(const Node *reference, Asker asker) {
+    const Node *base = reference->first_child;
+    bool is_plain =
+        base->kind == NODE_NAME && base->next->kind == NODE_ARGUMENTS && !base->next->next;
+    if (!is_plain) return nullptr;
+    if (is_variable(base->symbol)) return class_of_name(base, asker);
+    return is_integer_class(base->text) && count_of(base->next) == 1 ? base : nullptr;
+}
+
+// One operand, part or element decides.
+const Node *class_of_parts(const Node *first, Asker asker) {
+    const Node *found = nullptr;
+    for (const Node *part = first; part; part = part->next) {
+        const Node *next = class_in(part, inner(asker));
+        if (next && (!found || found == &OwnClass)) found = next;
+    }
+    return found;
+}
+
+const Node *class_in(const Node *node, Asker asker) {
+    node = without_parens(node);
+    if (asker.depth > DEEPEST) return nullptr;
+    switch (node->kind) {
+        case NODE_NAME: return class_of_name(node, asker);
+        case NODE_REFERENCE: return class_of_reference(node, asker);
+        case NODE_RANGE: return class_of_parts(node->first_child, asker);
+        case NODE_CHAIN:
+            if (node->op <= OPERATOR_GREATER) return nullptr;
+            return class_of_parts(node->first_child, asker);
+        case NODE_MATRIX:
+            return node->first_child ? class_of_parts(node->first_child->first_child, asker)
+                                     : nullptr;
+        case NODE_PREFIX:
+            return node->op == OPERATOR_NOT ? nullptr : class_in(node->first_child, inner(asker));
+        default: return nullptr;
+    }
+}
+
+}  // namespace
+
+const Node *integer_class(const Node *expression) { return class_in(expression, Asker{}); }
 
 bool is_surely_single(const Node *expression) {
     Value value = value_of(expression);
