@@ -239,7 +239,7 @@ TEST_F(Tool, writes_its_own_functions_apart) {
          "--- o/qxrp_library.txt\n", ""},
         {"mtranslate u -O p 2> /dev/null; mtranslate t -O q --closure 2> /dev/null; ls p q; "
          "grep -c proc q/f.txt",
-         0, "p:\nb.txt\n\nq:\na.txt\nf.txt\n8\n", ""},
+         0, "p:\nb.txt\n\nq:\na.txt\nf.txt\n10\n", ""},
         {"mtranslate t/f.m --no-library", 0,
          "f := proc( x )\n    local y;\n    y := qxrp_larger_ones(x, 3);\n    return y;\nend "
          "proc;\n\n",

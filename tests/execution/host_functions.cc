@@ -3,6 +3,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <numeric>
 
 #include "tests/execution/machine.h"
 
@@ -130,6 +131,20 @@ ValuePointer remainders(const Arguments &two) {
     return array(ValueKind::NUMBERS, right.rows, left.columns, std::move(numbers));
 }
 
+// Of integer classes alone, as the library sums up all else.
+ValuePointer total(const Arguments &one) {
+    const Value &value = *one.at(0);
+    if (!value.is_byte) throw ExecutionError("sum of plain numbers");
+    return number(std::accumulate(value.numbers.begin(), value.numbers.end(), 0.0));
+}
+
+ValuePointer larger(const Arguments &two) {
+    const Value &left = *two.at(0);
+    const Value &right = *two.at(1);
+    if (!left.is_byte && !right.is_byte) throw ExecutionError("max of plain numbers");
+    return bytes(*number(std::max(number_of(left), number_of(right))));
+}
+
 ValuePointer failed(const Arguments &arguments) {
     throw ExecutionError("error: " + (arguments.empty() ? "" : text_of(*arguments[0])));
 }
@@ -180,6 +195,8 @@ const std::map<std::string, std::function<ValuePointer(const Arguments &)>> FUNC
     {"setdiff", difference},
     {"strcmp", are_same_texts},
     {"mod", remainders},
+    {"sum", total},
+    {"max", larger},
     {"int8", [](const Arguments &one) { return bytes(*one.at(0)); }},
     {"error", failed},
     {"double", as_numbers},

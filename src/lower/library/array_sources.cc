@@ -130,6 +130,8 @@ const char Linspace[] = R"(function x = linspace(first, last, count)
 % Numbers with the same distance between each other.
 if nargin < 3
     x = linspace(first, last, 100);
+elseif numel(first) ~= 1 | numel(last) ~= 1
+    x = given_to('linspace');
 else
     x = last;
     if count > 1

@@ -7,7 +7,9 @@ namespace {
 const char Abs[] = R"(function y = abs(x)
 % Distances from zero.
 y = x;
-if numel(x) > 0
+if ndims(x) > 2
+    y = given_to('abs');
+elseif numel(x) > 0
     if x.' == x'
         y = x.*(1 - 2*(x < 0));
     else
@@ -105,7 +107,9 @@ end
 const char ComplexPart[] = R"(function y = $1(x)
 % The $1 parts of numbers.
 y = x + 0;
-if numel(x) > 0
+if ndims(x) > 2
+    y = given_to('$1');
+elseif numel(x) > 0
     if x.' == x'
         y = $2;
     elseif x - x == 0

@@ -14,9 +14,9 @@ end
 
 const char Chosen[] = R"(function y = chosen(is_first, a, b)
 % Of each two elements that of a where is_first says so, else that of b.
-y = b;
+y = b + 0;
 if numel(b) == 1
-    y = a;
+    y = a + 0;
 end
 if numel(y) == 1
     y = b;
@@ -44,7 +44,7 @@ if nargin < 3
 else
     along = side;
 end
-if ndims(x) > 2
+if ndims(x) > 2 | ~is_plain(x)
     [y, place] = given_to('$1');
 elseif numel(x) > 0
     y = folded(@$2, x, along);
@@ -58,11 +58,13 @@ const char ExtremeOfVector[] = R"(function [y, place] = $2(x)
 % The $2 element of a row or a column, and its place. What is no number comes last.
 y = [];
 place = [];
-if numel(x) > 0
-    y = x(1);
+if ~is_plain(x)
+    [y, place] = builtin('$1', x);
+elseif numel(x) > 0
+    y = x(1) + 0;
     place = 1;
     for k = 2:numel(x)
-        element = x(k);
+        element = x(k) + 0;
         comes_first = element $4 y | y ~= y & element == element;
         if comes_first
             y = element;
@@ -80,15 +82,23 @@ const char ExtremePlace[] = R"(function place = place_of_$2(x)
 const char ExtremeOfNumbers[] = R"(function y = $3(a, b)
 % The $3 one of two numbers.
 y = b;
-is_first = a $4 b | b ~= b;
-if is_first
-    y = a;
+if is_rounded(a) | is_rounded(b)
+    y = builtin('$1', a, b);
+else
+    is_first = a $4 b | b ~= b;
+    if is_first
+        y = a;
+    end
 end
 )";
 
 const char ExtremeOfArrays[] = R"(function y = $3_ones(a, b)
 % Of each two elements the $3 one.
-y = chosen(a $4 b | b ~= b, a, b);
+if is_rounded(a) | is_rounded(b)
+    y = builtin('$1', a, b);
+else
+    y = chosen(a $4 b | b ~= b, a, b);
+end
 )";
 
 const char ExtremeAsValue[] = R"(function [y, place] = $1_or_$3(x, other)

@@ -61,12 +61,17 @@ else
 end
 )";
 
-// Words: the function, its value for no elements, that with one more element, what it is.
+// Words: the function, its value for no elements, the operator, MATLAB's function. What an integer
+// class cannot hold is the host's.
 const char FoldOfVector[] = R"(function y = $1(x)
 % The $4 of a row or a column.
 y = $2;
-for k = 1:numel(x)
-    y = $3;
+if is_rounded(x)
+    y = builtin('$4', x);
+else
+    for k = 1:numel(x)
+        y = y $3 x(k);
+    end
 end
 )";
 
@@ -89,9 +94,9 @@ end
 )";
 
 #define TOTAL \
-    { "total", "0", "y + x(k)", "sum" }
+    { "total", "0", "+", "sum" }
 #define PRODUCT \
-    { "product", "1", "y.*x(k)", "product" }
+    { "product", "1", ".*", "prod" }
 
 // clang-format off
 constexpr LibrarySource Rows[] = {

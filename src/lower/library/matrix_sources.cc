@@ -40,7 +40,7 @@ if nargin > 1
 elseif size(x, 1) == 1
     along = 2;
 end
-if ndims(x) > 2
+if ndims(x) > 2 | is_rounded(x)
     y = given_to('$1');
 elseif along == 1
     for k = 2:size(x, 1)
@@ -57,7 +57,7 @@ const char Diag[] = R"(function y = diag(x)
 % A square matrix with the elements on its diagonal, or the diagonal of a matrix.
 y = [];
 count = numel(x);
-if ndims(x) > 2
+if ndims(x) > 2 | is_rounded(x)
     y = given_to('diag');
 elseif count == 1
     y = x;
@@ -80,7 +80,9 @@ end
 const char Trace[] = R"(function y = trace(x)
 % The sum of the diagonal.
 y = 0;
-if numel(x) == 1
+if is_rounded(x)
+    y = given_to('trace');
+elseif numel(x) == 1
     y = x;
 else
     for k = 1:smaller(size(x, 1), size(x, 2))

@@ -4,11 +4,35 @@
 
 namespace {
 
+const char IsRounded[] = R"(function answer = is_rounded(x)
+% Whether the class of x holds whole numbers alone: there half of 1 is 1.
+answer = false;
+if numel(x) > 0
+    half = (x(1).*0 + 1)./2;
+    answer = half == 1;
+end
+)";
+
+const char IsPlain[] = R"(function answer = is_plain(x)
+% Whether no number of x has an imaginary part, or a class that holds whole numbers alone.
+answer = true;
+if numel(x) > 0
+    line = x(:).';
+    is_real = line == x(:)' | line ~= line;
+    answer = false;
+    if is_real
+        answer = ~is_rounded(x);
+    end
+end
+)";
+
 const char WholePart[] = R"(function y = whole_part(x)
 % The largest whole number that is not above a number. Beyond 2^52 all are whole.
 y = x;
 distance = x.*(1 - 2*(x < 0));
-if distance < 4503599627370496
+if x ~= x' & x == x
+    y = builtin('floor', x);
+elseif distance < 4503599627370496 & (x.*0 + 1)./2 < 1
     step = 1;
     while step <= distance
         step = 2*step;
@@ -43,9 +67,14 @@ end
 end
 
 function y = $1_of(x)
-whole = whole_part(x);
-part = x - whole;
-y = $2;
+y = x;
+if x == x'
+    whole = whole_part(x);
+    part = x - whole;
+    y = $2;
+elseif x == x
+    y = builtin('$1', x);
+end
 end
 )";
 
@@ -91,17 +120,23 @@ end
 
 const char Sign[] = R"(function y = sign(x)
 % 1, 0 or -1; what is no number stays.
-y = 0 + (x > 0) - (x < 0);
+y = x + 0;
 if numel(x) == 1
-    if x ~= x
-        y = x;
-    end
+    y = sign_of(x);
 else
     for k = 1:numel(x)
-        if x(k) ~= x(k)
-            y(k) = x(k);
-        end
+        y(k) = sign_of(x(k));
     end
+end
+end
+
+function y = sign_of(x)
+y = 0 + (x > 0) - (x < 0);
+if x ~= x
+    y = x;
+elseif x ~= x'
+    y = builtin('sign', x);
+end
 end
 )";
 
@@ -167,6 +202,8 @@ end
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
+    {"is_rounded", 1, 1, 1, FOR_LIBRARY, nullptr, IsRounded, {}},
+    {"is_plain", 1, 1, 1, FOR_LIBRARY, nullptr, IsPlain, {}},
     {"whole_part", 1, 1, 1, FOR_LIBRARY, nullptr, WholePart, {}},
     {"floor", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_SINGLES, nullptr, WholePart, {}},
     {"floor", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Rounding, {"floor", "whole", "rounded down"}},

@@ -60,7 +60,7 @@ y = x;
 place = [];
 if holds_texts(x)
     [y, place] = given_to('sort');
-elseif ndims(x) > 2
+elseif ndims(x) > 2 | ~is_plain(x)
     [y, place] = given_to('sort');
 elseif size(x, 1) == 1
     if numel(x) == 1
@@ -88,6 +88,8 @@ const char Unique[] = R"(function y = unique(x)
 % The different elements in order, in a row if x is one.
 y = x;
 if holds_texts(x)
+    y = given_to('unique');
+elseif ~is_plain(x)
     y = given_to('unique');
 elseif numel(x) > 0
     places = ordered(x);

@@ -170,7 +170,7 @@ const char Int2Str[] = R"(function y = int2str(x)
 y = '0';
 if numel(x) == 1
     distance = abs(x);
-    if distance < 4503599627370496
+    if distance < 4503599627370496 & x == x'
         y = digits(round(distance), 1);
         if x <= -0.5
             y = signed(y);
@@ -196,7 +196,9 @@ const char Num2Str[] = R"(function y = num2str(x)
 y = '0';
 if numel(x) == 1
     distance = abs(x);
-    if distance == round(distance)
+    if x ~= x'
+        y = given_to('num2str');
+    elseif distance == round(distance)
         y = int2str(x);
     elseif distance < 100000000 & distance >= 0.0001
         places = 4;
