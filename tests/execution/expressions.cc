@@ -33,11 +33,6 @@ ValuePointer member_of_package(const std::string &package, const std::string &na
     return function_of_host(name);
 }
 
-ValuePointer as_value(const ValuePointer &value) {
-    if (value->kind != ValueKind::CONDITION) return value;
-    return array(ValueKind::TRUTHS, 1, 1, value->numbers);
-}
-
 }  // namespace
 
 ValuePointer Machine::evaluate(const Expression &node, size_t requested_results) {
@@ -72,7 +67,7 @@ ValuePointer Machine::evaluate(const Expression &node, size_t requested_results)
 
 ValuePointer Machine::single(const Expression &node) {
     const ValuePointer value = evaluate(node);
-    if (value->kind != ValueKind::LIST) return as_value(value);
+    if (value->kind != ValueKind::LIST) return held(value);
     if (value->elements.size() == 1) return value->elements[0];
     throw ExecutionError(std::to_string(value->elements.size()) + " values where one is needed");
 }
@@ -85,7 +80,7 @@ std::vector<ValuePointer> Machine::spread(const std::vector<ExpressionPointer> &
         if (value->kind == ValueKind::LIST)
             values.insert(values.end(), value->elements.begin(), value->elements.end());
         else
-            values.push_back(as_value(value));
+            values.push_back(held(value));
     }
     return values;
 }

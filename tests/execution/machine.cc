@@ -21,8 +21,7 @@ ValuePointer storable(const ValuePointer &value) {
         throw ExecutionError(std::to_string(value->elements.size()) + " values for one target");
     }
     if (value->kind == ValueKind::SIDES) throw ExecutionError("sides as a value");
-    if (value->kind != ValueKind::CONDITION) return value;
-    return array(ValueKind::TRUTHS, 1, 1, value->numbers);
+    return held(value);
 }
 
 // MATLAB's arrays of records have the same fields everywhere.
@@ -124,7 +123,7 @@ Machine::Flow Machine::run_loop(const Statement &statement,
 
 bool Machine::holds(const Expression &node) {
     const ValuePointer value = evaluate(node);
-    if (value->kind != ValueKind::CONDITION)
+    if (value->kind != ValueKind::CONDITION && !value->is_word)
         throw ExecutionError("a condition that is " + kind_of(*value));
     return value->numbers[0] != 0;
 }

@@ -18,6 +18,13 @@ ValuePointer condition(bool is_true) {
     return array(ValueKind::CONDITION, 1, 1, {is_true ? 1.0 : 0.0});
 }
 
+ValuePointer held(const ValuePointer &value) {
+    if (value->kind != ValueKind::CONDITION) return value;
+    const ValuePointer truth = array(ValueKind::TRUTHS, 1, 1, value->numbers);
+    truth->is_word = true;
+    return truth;
+}
+
 ValuePointer text(const std::string &characters) {
     std::vector<double> codes(characters.begin(), characters.end());
     return array(ValueKind::CHARACTERS, characters.empty() ? 0 : 1, characters.size(),

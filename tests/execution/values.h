@@ -38,6 +38,7 @@ struct Value {
     std::string name = "";                /* of a function of the host */
     const Procedure *procedure = nullptr; /* of other functions; the program owns it */
     Frame *surrounding = nullptr;         /* of a procedure in a procedure; the machine owns it */
+    bool is_word = false;                 /* a truth value that is true or false itself */
     bool is_byte = false;                 /* numbers of an integer class: whole, from -128 to 127 */
 };
 
@@ -56,6 +57,8 @@ std::vector<double> numbers_from(double first, double last, double step);
 
 ValuePointer number(double number);
 ValuePointer condition(bool is_true);
+/* What holds a condition: a truth value, which an if takes as well. Others are as they are. */
+ValuePointer held(const ValuePointer &value);
 ValuePointer text(const std::string &characters);
 ValuePointer array(ValueKind kind, size_t rows, size_t columns, std::vector<double> numbers);
 ValuePointer row_of(std::vector<double> numbers);

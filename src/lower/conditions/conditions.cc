@@ -10,14 +10,29 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "lower/statements/branches.h"
+#include "syntax/names/assigned_values.h"
 #include "syntax/names/names.h"
 #include "syntax/tree/value.h"
+#include "syntax/values/flow.h"
 
 namespace {
 
 bool is_literal(const Node *node, const char *text) {
     return node->kind == NODE_NAME && !is_variable(node->symbol) && strcmp(node->text, text) == 0 &&
            !has_function(node);
+}
+
+// Whether a variable holds true or false there, as they are written: all that it is ever set to.
+bool holds_literal_truth(const Node *node) {
+    bool is_own = node->kind == NODE_NAME && is_variable(node->symbol) &&
+                  node->symbol->position == 0 && is_traced(node->symbol);
+    if (!is_own || !is_within(value_of(node), ONE_TRUTH | MAY_BE_MISSING)) return false;
+    for (const AssignedValue *value = node->symbol->values; value; value = value->next) {
+        if (value->kind != VALUE_WHOLE) return false;
+        const Node *literal = without_parens(value->node);
+        if (!is_literal(literal, "true") && !is_literal(literal, "false")) return false;
+    }
+    return true;
 }
 
 int host_comparison(OperatorId op) {
@@ -38,18 +53,22 @@ bool has_cell_argument(const Node *call) {
     return false;
 }
 
-// The function that is called for a condition, perhaps after ~. Of a cell without elements neither
-// the value nor ~ of it is true: it is no test.
-const Node *tested_function(const Node *node) {
-    bool is_negated = false;
-    for (;; node = node->first_child) {
-        node = without_parens(node);
-        if (node->kind != NODE_PREFIX || node->op != OPERATOR_NOT) break;
-        is_negated = true;
-    }
+bool is_not(const Node *node) { return node->kind == NODE_PREFIX && node->op == OPERATOR_NOT; }
+
+// The function that is called for a condition.
+struct Tested {
+    const Node *name; /* or null */
+    bool is_denied;   /* it stands after ~ */
+};
+
+// Of a cell without elements neither the value nor ~ of it is true: it is no test.
+Tested tested_function(const Node *node) {
+    int negations = 0;
+    for (node = without_parens(node); is_not(node); node = without_parens(node->first_child))
+        negations++;
     bool is_call = node->kind == NODE_REFERENCE && !node->first_child->next->next;
-    if (!is_call || (is_negated && has_cell_argument(node))) return nullptr;
-    return node->first_child;
+    if (!is_call || (negations > 0 && has_cell_argument(node))) return {};
+    return {node->first_child, negations % 2 == 1};
 }
 
 Test lower_comparison(const Node *node) {
@@ -71,8 +90,10 @@ Test lower_value(const Node *node) {
     if (is_literal(node, "false")) return constant_test(false);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0) return constant_test(true);
     if (node->kind == NODE_NUMBER && strcmp(node->text, "0") == 0) return constant_test(false);
+    const Node *inner = without_parens(node);
+    if (holds_literal_truth(inner)) return new_test(lower_expression(inner)->text);
     bool outer = Lowering.takes_test;
-    Lowering.takes_test = without_parens(node)->kind == NODE_REFERENCE;
+    Lowering.takes_test = inner->kind == NODE_REFERENCE || is_not(inner);
     const mExpr *value = lower_tested(node);
     Lowering.takes_test = outer;
     if (const Test *relation = relation_of(value)) return *relation;
@@ -101,9 +122,13 @@ Test lower_value(const Node *node) {
 
 mExpr *lower_tested(const Node *node) {
     const Node *outer = Lowering.tested;
-    Lowering.tested = tested_function(node);
+    bool was_denied = Lowering.is_denied;
+    Tested tested = tested_function(node);
+    Lowering.tested = tested.name;
+    Lowering.is_denied = tested.is_denied;
     mExpr *value = lower_expression(node);
     Lowering.tested = outer;
+    Lowering.is_denied = was_denied;
     return value;
 }
 

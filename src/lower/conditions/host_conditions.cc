@@ -102,6 +102,12 @@ mExpr *new_truth_value(const Test *relation) {
     return &value->expr;
 }
 
+mExpr *new_flag(const char *name) {
+    TruthValue *value = AllocRecord<TruthValue>();
+    *value = {{EXPR_TRUTH, name, NOT_SCALAR, nullptr}, flag_test(name)};
+    return &value->expr;
+}
+
 mExpr *new_tested_value(const Test *test) {
     TruthValue *value = AllocRecord<TruthValue>();
     *value = {{EXPR_TRUTH, "", NOT_SCALAR, nullptr}, *test};
@@ -112,6 +118,8 @@ const Test *relation_of(const mExpr *value) {
     if (value->kind != EXPR_TRUTH) return nullptr;
     return &reinterpret_cast<const TruthValue *>(value)->relation;
 }
+
+bool is_test_alone(const mExpr *value) { return value->kind == EXPR_TRUTH && !*value->text; }
 
 mExpr *count_comparison(const char *left, int op, int number) {
     Test test = count_test(left, op, number);

@@ -50,10 +50,14 @@ Test join_tests(const JoinedTests *joined);
 
 /* A relation as a value. */
 mExpr *new_truth_value(const Test *relation);
+/* A variable that holds 1, and else 0, as a value. */
+mExpr *new_flag(const char *name);
 /* A test as what a condition asks for; it has no text as a value. */
 mExpr *new_tested_value(const Test *test);
 /* The relation or test that such a value stands for; null for any other. */
 const Test *relation_of(const mExpr *value);
+/* Whether it is such a test, which has no text. */
+bool is_test_alone(const mExpr *value);
 
 /* left (a host name or form) compared with a number, op of Operator: as a value. */
 mExpr *count_comparison(const char *left, int op, int number);

@@ -11,6 +11,7 @@
 #include "lower/classes/methods.h"
 #include "lower/classes/objects.h"
 #include "lower/conditions/condition_sides.h"
+#include "lower/conditions/host_conditions.h"
 #include "lower/expressions/characters.h"
 #include "lower/expressions/earlier_calls.h"
 #include "lower/expressions/expressions.h"
@@ -290,6 +291,7 @@ static Operand negate_value(const mExpr *value) {
 
 Operand lower_prefix(const Node *node) {
     Operand operand = lower_operand(node->first_child);
+    if (is_test_alone(operand.expr)) return operand;  // ~ is told with it
     if (const char *method = prefix_method(node))
         return call_operator(method, operand.expr, nullptr);
     spell_prefixed(&operand, value_of(node->first_child));

@@ -194,8 +194,12 @@ end
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"isequal", 2, 2, 1, NEEDS_NUMBERS, nullptr, IsEqual, {}},
+    {"isequal", 2, 2, 1, NEEDS_NUMBERS | GIVES_TRUTH, nullptr, IsEqual, {}},
     {"abs", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Abs, {}},
+    {"isnan", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_TEST | GIVES_TRUTH, nullptr, Asked,
+     {"is_nan", "isnan(x)", "x"}},
+    {"isnan", 1, 1, 1, NEEDS_NO_TEXT | NEEDS_DENIED | GIVES_TRUTH, nullptr, Asked,
+     {"not_nan", "~isnan(x)", "x"}},
     {"isnan", 1, 1, 1, NEEDS_NO_TEXT, nullptr, IsNan, {}},
     {"find", 1, 2, 1, NEEDS_NO_TEXT, nullptr, Find, {}},
     {"find", 3, 3, 1, NEEDS_FIRST, nullptr, FindFirst, {}},

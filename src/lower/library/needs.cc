@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "lower/expressions/expressions.h"
+#include "lower/program/context.h"
 #include "lower/program/program_files.h"
 #include "syntax/library/library_table.h"
 #include "syntax/names/names.h"
@@ -115,11 +116,17 @@ bool are_texts(const OfferedCall *call) {
     return is_surely(first, MAY_BE_TEXT) || is_surely(second, MAY_BE_TEXT);
 }
 
+// Whether all that matters is that it is true, or that ~ of it is.
+bool is_asked(const OfferedCall *call, bool is_denied) {
+    return call->is_tested && Lowering.is_denied == is_denied;
+}
+
 }  // namespace
 
 bool meets_needs(const OfferedCall *call, uint32_t needs) {
     if ((needs & FOR_LIBRARY) && !CurrentFile->is_library) return false;
-    if ((needs & NEEDS_TEST) && !call->is_tested) return false;
+    if ((needs & NEEDS_TEST) && !is_asked(call, false)) return false;
+    if ((needs & NEEDS_DENIED) && !(is_asked(call, true) && Lowering.takes_test)) return false;
     if ((needs & NEEDS_NO_TEXT) && !is_true_of_all(call, is_no_text)) return false;
     if ((needs & NEEDS_JOINABLE) && !is_true_of_all(call, is_joinable)) return false;
     if ((needs & NEEDS_NUMBERS) && !is_true_of_all(call, is_number)) return false;

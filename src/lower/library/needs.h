@@ -24,6 +24,8 @@ enum LibraryNeed : uint32_t {
     NEEDS_DESCEND = 1 << 14,      /* the first argument is no text, the second the text 'descend' */
     NEEDS_TWO_RESULTS = 1 << 15,  /* two are asked for */
     NEEDS_TEST = 1 << 16,         /* of the value only matters whether it is true */
+    NEEDS_DENIED = 1 << 25,       /* only matters whether ~ of it is, which the function tells */
+    GIVES_TRUTH = 1 << 26,        /* no need: it gives true or false, as conditions take it */
     FOR_LIBRARY = 1 << 17,        /* a word of the library's own functions */
     NEEDS_CELL_SECOND = 1 << 19,  /* the second argument is surely a cell */
     NEEDS_EXACT = 1 << 20,        /* the last one is the text 'exact' */

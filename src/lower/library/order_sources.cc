@@ -235,7 +235,7 @@ end
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"holds_texts", 1, 1, 1, FOR_LIBRARY, nullptr, HoldsTexts, {}},
+    {"holds_texts", 1, 1, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, HoldsTexts, {}},
     {"ordered", 1, 1, 1, FOR_LIBRARY, nullptr, Ordered,
      {"ordered", "b < a | a ~= a & b == b", "smallest"}},
     {"ordered_down", 1, 1, 1, FOR_LIBRARY, nullptr, Ordered,

@@ -206,7 +206,9 @@ const char StrNCmp[] = R"(function answer = $1(one, other, count)
 % $2 of the first characters of two texts.
 answer = false;
 if count > numel(one) & count > numel(other)
-    answer = given_to('$1');
+    if given_to('$1')
+        answer = true;
+    end
 elseif count <= numel(one) & count <= numel(other)
     answer = $2(one(1:count), other(1:count));
 end
@@ -215,9 +217,9 @@ end
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"is_line", 1, 1, 1, FOR_LIBRARY, nullptr, IsLine, {}},
-    {"has_letter", 2, 2, 1, FOR_LIBRARY, nullptr, HasLetter, {}},
-    {"is_letter", 1, 1, 1, FOR_LIBRARY, nullptr, IsLetter, {}},
+    {"is_line", 1, 1, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, IsLine, {}},
+    {"has_letter", 2, 2, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, HasLetter, {}},
+    {"is_letter", 1, 1, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, IsLetter, {}},
     {"strfind", 2, 2, 1, NEEDS_TEXTS_AFTER, nullptr, StrFind, {}},
     {"strfind_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrFind, {}},
     {"findstr", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, FindStr, {}},
@@ -228,8 +230,8 @@ constexpr LibrarySource Rows[] = {
      {"strtrim", "first < last", "at its ends"}},
     {"strtok", 2, 2, 2, NEEDS_TEXTS_AFTER, nullptr, StrTok, {}},
     {"strtok", 1, 1, 2, NEEDS_NOTHING, nullptr, StrTokAtBlanks, {}},
-    {"strncmp", 3, 3, 1, NEEDS_TEXTS, nullptr, StrNCmp, {"strncmp", "same_text"}},
-    {"strncmpi", 3, 3, 1, NEEDS_TEXTS, nullptr, StrNCmp, {"strncmpi", "alike_text"}},
+    {"strncmp", 3, 3, 1, NEEDS_TEXTS | GIVES_TRUTH, nullptr, StrNCmp, {"strncmp", "same_text"}},
+    {"strncmpi", 3, 3, 1, NEEDS_TEXTS | GIVES_TRUTH, nullptr, StrNCmp, {"strncmpi", "alike_text"}},
 };
 // clang-format on
 

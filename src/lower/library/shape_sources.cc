@@ -43,22 +43,34 @@ end
 
 const char IsVector[] = R"(function answer = isvector(x)
 % Whether x is a row or a column.
-answer = ndims(x) == 2 & (size(x, 1) == 1 | size(x, 2) == 1);
+answer = false;
+if ndims(x) == 2 & (size(x, 1) == 1 | size(x, 2) == 1)
+    answer = true;
+end
 )";
 
 const char IsRow[] = R"(function answer = isrow(x)
 % Whether x is a row.
-answer = ndims(x) == 2 & size(x, 1) == 1;
+answer = false;
+if ndims(x) == 2 & size(x, 1) == 1
+    answer = true;
+end
 )";
 
 const char IsColumn[] = R"(function answer = iscolumn(x)
 % Whether x is a column.
-answer = ndims(x) == 2 & size(x, 2) == 1;
+answer = false;
+if ndims(x) == 2 & size(x, 2) == 1
+    answer = true;
+end
 )";
 
 const char IsSquare[] = R"(function answer = issquare(x)
 % Whether x has as many rows as columns.
-answer = ndims(x) == 2 & size(x, 1) == size(x, 2);
+answer = false;
+if ndims(x) == 2 & size(x, 1) == size(x, 2)
+    answer = true;
+end
 )";
 
 // clang-format off
@@ -68,10 +80,10 @@ constexpr LibrarySource Rows[] = {
     {"size", 1, 2, 1, NEEDS_SECOND_SINGLE, nullptr, Size, {}},
     {"size", 1, 1, 3, NEEDS_NOTHING, nullptr, Size, {}},
     {"@size", 1, 2, 3, NEEDS_NOTHING, nullptr, Size, {}},
-    {"isvector", 1, 1, 1, NEEDS_NOTHING, nullptr, IsVector, {}},
-    {"isrow", 1, 1, 1, NEEDS_NOTHING, nullptr, IsRow, {}},
-    {"iscolumn", 1, 1, 1, NEEDS_NOTHING, nullptr, IsColumn, {}},
-    {"issquare", 1, 1, 1, NEEDS_NOTHING, nullptr, IsSquare, {}},
+    {"isvector", 1, 1, 1, GIVES_TRUTH, nullptr, IsVector, {}},
+    {"isrow", 1, 1, 1, GIVES_TRUTH, nullptr, IsRow, {}},
+    {"iscolumn", 1, 1, 1, GIVES_TRUTH, nullptr, IsColumn, {}},
+    {"issquare", 1, 1, 1, GIVES_TRUTH, nullptr, IsSquare, {}},
 };
 // clang-format on
 

@@ -6,10 +6,12 @@
 
 #include "lower/calls/keyword_calls.h"
 #include "lower/calls/plain_calls.h"
+#include "lower/conditions/host_conditions.h"
 #include "lower/expressions/operands.h"
 #include "lower/library/needs.h"
 #include "lower/library/sources.h"
 #include "lower/program/called_functions.h"
+#include "lower/program/context.h"
 #include "syntax/names/name_map.h"
 #include "syntax/scan/spellings.h"
 #include "translate/host_queries.h"
@@ -88,6 +90,18 @@ const char *text_of(const LibrarySource *row) {
     return text;
 }
 
+// Whether a condition may take the call as it is. What is asked about an array after ~ is told with
+// it.
+bool is_test(const LibrarySource *row, const OfferedCall *call) {
+    if (!(row->needs & GIVES_TRUTH) || !call->is_tested || !Lowering.takes_test) return false;
+    return !Lowering.is_denied || (row->needs & NEEDS_DENIED);
+}
+
+mExpr *new_call_test(const mExpr *call) {
+    Test test = new_test(call->text);
+    return new_tested_value(&test);
+}
+
 }  // namespace
 
 void begin_source_calls() { Texts = {}; }
@@ -96,7 +110,10 @@ mExpr *new_source_call(const char *name, const OfferedCall *call) {
     const LibrarySource *source = find_called(name, call);
     if (!source) return nullptr;
     const char *procedure = supplied_function(text_of(source));
-    if (!source->given) return new_call_of(procedure, call->values);
+    if (!source->given) {
+        mExpr *value = new_call_of(procedure, call->values);
+        return is_test(source, call) ? new_call_test(value) : value;
+    }
     ExprList values = {};
     append_expr(&values, new_leaf(source->given));
     for (const vExpr *cell = call->values; cell; cell = cell->next)

@@ -17,6 +17,17 @@ struct LibrarySource {
     const char *words[4]; /* all null: the text has none */
 };
 
+/* The text of a function that tells whether a condition is true. Words: the function, the
+ * condition, its arguments. */
+inline constexpr char Asked[] = R"(function answer = $1($3)
+% Whether $2 is true.
+answer = false;
+value = $2;
+if value
+    answer = true;
+end
+)";
+
 typedef NamedRows<LibrarySource> LibrarySources;
 
 LibrarySources shape_sources();

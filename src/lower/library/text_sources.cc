@@ -19,11 +19,10 @@ const char IsEqualText[] = R"(function answer = is_equal_text(one, other)
 answer = same_text(one, other);
 if ~answer
     if numel(one) == numel(other)
-        answer = holds_texts(one) & holds_texts(other);
-        if answer
-            answer = false;
-        else
-            answer = given_to('isequal');
+        if ~(holds_texts(one) & holds_texts(other))
+            if given_to('isequal')
+                answer = true;
+            end
         end
     end
 end
@@ -31,26 +30,47 @@ end
 
 // Words: the function, the argument that may be anything, the text.
 const char StrcmpInTest[] = R"(function answer = $1(one, other)
-% Whether $2 is the text; of cells, which of them are, and false if none is.
+% Whether $2 is the text, or a cell of nothing else.
 answer = false;
 switch $2
     case {$3}
         answer = true;
     otherwise
-        found = 0*(1:numel($2));
+        found = 0;
         for k = 1:numel($2)
             switch $2(k)
                 case {$3}
-                    found(k) = 1;
-                    answer = true;
+                    found = found + 1;
             end
         end
-        if answer
-            answer = found == 1;
+        if found > 0 & found == numel($2)
+            answer = true;
             if numel($3) == 1
                 if is_text($2, $3)
                     answer = false;
                 end
+            end
+        end
+end
+)";
+
+// Words: the function, the argument that may be anything, the text.
+const char StrcmpDenied[] = R"(function answer = $1(one, other)
+% Whether $2 is not the text, nor a cell that holds it.
+answer = true;
+switch $2
+    case {$3}
+        answer = false;
+    otherwise
+        for k = 1:numel($2)
+            switch $2(k)
+                case {$3}
+                    answer = false;
+            end
+        end
+        if ~answer
+            if numel($3) == 1
+                answer = is_text($2, $3);
             end
         end
 end
@@ -314,35 +334,43 @@ end
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
-    {"strcmp", 2, 2, 1, NEEDS_TEXTS, nullptr, Strcmp, {}},
-    {"isequal", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, IsEqualText, {}},
-    {"isequal", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, IsEqualText, {}},
-    {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST, nullptr, StrcmpInTest,
+    {"strcmp", 2, 2, 1, NEEDS_TEXTS | GIVES_TRUTH, nullptr, Strcmp, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXT_FIRST | GIVES_TRUTH, nullptr, IsEqualText, {}},
+    {"isequal", 2, 2, 1, NEEDS_TEXT_LAST | GIVES_TRUTH, nullptr, IsEqualText, {}},
+    {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST | GIVES_TRUTH, nullptr, StrcmpInTest,
      {"is_same_text", "one", "other"}},
-    {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpInTest,
+    {"strcmp", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST | GIVES_TRUTH, nullptr, StrcmpInTest,
      {"has_same_text", "other", "one"}},
+    {"strcmp", 2, 2, 1, NEEDS_DENIED | NEEDS_TEXT_LAST | GIVES_TRUTH, nullptr, StrcmpDenied,
+     {"is_other_text", "one", "other"}},
+    {"strcmp", 2, 2, 1, NEEDS_DENIED | NEEDS_TEXT_FIRST | GIVES_TRUTH, nullptr, StrcmpDenied,
+     {"has_other_text", "other", "one"}},
     {"strcmp", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, StrcmpAsValue, {"which_same_text", "one", "other"}},
     {"strcmp", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, StrcmpAsValue, {"same_text_which", "other", "one"}},
     {"which_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpAsValue, {"which_same_text", "one", "other"}},
     {"same_text_which", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpAsValue, {"same_text_which", "other", "one"}},
-    {"is_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest,
-     {"is_same_text", "one", "other"}},
-    {"has_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest,
-     {"has_same_text", "other", "one"}},
-    {"same_text", 2, 2, 1, FOR_LIBRARY, nullptr, Strcmp, {}},
-    {"alike_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
-    {"strcmpi", 2, 2, 1, NEEDS_TEXTS, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
-    {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST, nullptr, StrcmpiOf,
+    {"is_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest, {"is_same_text", "one", "other"}},
+    {"has_same_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpInTest, {"has_same_text", "other", "one"}},
+    {"is_other_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpDenied, {"is_other_text", "one", "other"}},
+    {"has_other_text", 2, 2, 1, FOR_LIBRARY, nullptr, StrcmpDenied, {"has_other_text", "other", "one"}},
+    {"same_text", 2, 2, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, Strcmp, {}},
+    {"alike_text", 2, 2, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_TEXTS | GIVES_TRUTH, nullptr, StrcmpiOf, {"strcmpi", "same_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_LAST | GIVES_TRUTH, nullptr, StrcmpiOf,
      {"is_alike_text", "is_same_text"}},
-    {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST, nullptr, StrcmpiOf,
+    {"strcmpi", 2, 2, 1, NEEDS_TEST | NEEDS_TEXT_FIRST | GIVES_TRUTH, nullptr, StrcmpiOf,
      {"has_alike_text", "has_same_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_DENIED | NEEDS_TEXT_LAST | GIVES_TRUTH, nullptr, StrcmpiOf,
+     {"is_unlike_text", "is_other_text"}},
+    {"strcmpi", 2, 2, 1, NEEDS_DENIED | NEEDS_TEXT_FIRST | GIVES_TRUTH, nullptr, StrcmpiOf,
+     {"has_unlike_text", "has_other_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEXT_LAST, nullptr, StrcmpiOf, {"which_alike_text", "which_same_text"}},
     {"strcmpi", 2, 2, 1, NEEDS_TEXT_FIRST, nullptr, StrcmpiOf, {"alike_text_which", "same_text_which"}},
     {"strmatch", 2, 2, 1, NEEDS_CELL_SECOND, nullptr, StrMatch,
      {"strmatch", ">=", "part(1:numel(text))", "begin with"}},
     {"strmatch", 3, 3, 1, NEEDS_CELL_SECOND | NEEDS_EXACT, nullptr, StrMatch,
      {"strmatch_exactly", "==", "part", "are"}},
-    {"is_text", 2, 2, 1, FOR_LIBRARY, nullptr, IsText, {}},
+    {"is_text", 2, 2, 1, FOR_LIBRARY | GIVES_TRUTH, nullptr, IsText, {}},
     {"lower", 1, 1, 1, NEEDS_NOTHING, nullptr, Letters, {"lower", CAPITALS, SMALL}},
     {"upper", 1, 1, 1, NEEDS_NOTHING, nullptr, Letters, {"upper", SMALL, CAPITALS}},
     {"digits", 2, 2, 1, FOR_LIBRARY, nullptr, Digits, {}},

@@ -76,6 +76,7 @@ struct LoweringContext {
     const Symbol *single; /* a struct a field of which gets the value being lowered, so that it is
                              no array; null for none */
     const Node *tested;   /* NAME of a function: only whether its value is true matters; or null */
+    bool is_denied;       /* it stands after ~, which the test of an array takes in */
     bool takes_test;      /* a test may stand for the value of that call */
     const Node *asked;    /* ANONYMOUS of which several results are asked; null for none */
     int32_t results;      /* how many */

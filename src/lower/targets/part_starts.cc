@@ -190,7 +190,7 @@ const char *lacks(const char *row, std::initializer_list<const char *> operands)
                         1,       false};
     const mExpr *answer = new_source_call(row, &call);
     free_vExpr(values.first);
-    return value_condition(answer->text);
+    return answer->text;
 }
 
 // A field of an element of which a part is set: neither has to be there.
