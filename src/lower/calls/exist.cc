@@ -24,8 +24,9 @@ static const Node *asked_name(const Node *arguments) {
 }
 
 static mExpr *lower_asked(const Symbol *symbol) {
-    if (symbol->presence) return new_leaf(symbol->presence);
     bool is_parameter = symbol->position > 0 && symbol->scope == Lowering.scope;
+    if (symbol->presence)
+        return symbol->position > 0 ? new_leaf(symbol->presence) : new_flag(symbol->presence);
     return is_parameter ? count_comparison("nargs", OP_GE, symbol->position) : nullptr;
 }
 

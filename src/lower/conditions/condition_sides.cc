@@ -26,6 +26,7 @@ bool is_elementwise(const Node *node) { return is_chain_between(node, OPERATOR_O
 
 bool joins_conditions(const Node *node) {
     if (!is_elementwise(node)) return is_lazy(node);
+    if (is_and(node)) return true;
     for (const Node *side = node->first_child; side->next; side = side->next)
         if (!is_single(side)) return false;
     return true;

@@ -8,8 +8,8 @@ bool is_and(const Node *chain);
 /* Of && or ||; of & or |. */
 bool is_lazy(const Node *node);
 bool is_elementwise(const Node *node);
-/* Whether each side is a condition of its own: of && and ||, of & and | where all but the last are
- * single values. */
+/* Whether each side is a condition of its own: of && and ||, of &, as no element of a & b is zero
+ * where none of a and of b is, of | where all but the last are single values. */
 bool joins_conditions(const Node *node);
 /* Whether it is ~x, and the condition x tells its value: ~x of an array asks whether all elements
  * are zero. */

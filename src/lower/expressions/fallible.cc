@@ -65,10 +65,12 @@ bool can_name_fail(const Node *name, const Node *evaluated) {
            !(evaluated && evaluated->length <= LONGEST_LOOK && surely_reads(evaluated, symbol));
 }
 
-bool is_total(const Node *name) {
+bool is_own_function(const Node *name, uint32_t trait) {
     if (name->kind != NODE_NAME || is_variable(name->symbol)) return false;
-    return is_known_to(name->text, IS_TOTAL) && !has_function(name);
+    return is_known_to(name->text, trait) && !has_function(name);
 }
+
+bool is_total(const Node *name) { return is_own_function(name, IS_TOTAL); }
 
 bool is_kind_test(const Node *reference, const Symbol *symbol) {
     const Node *base = reference->first_child;
@@ -142,11 +144,30 @@ bool can_argument_fail(const Node *argument, const Node *evaluated) {
     return !is_again && can_fail(argument, evaluated);
 }
 
+// numel(a) == numel(b) && all(a == b): two arrays may not fit each other.
+bool joins_arrays(const Node *node) {
+    int arrays = 0;
+    for (const Node *child = first_child(node); child; child = child->next) {
+        if (joins_arrays(child)) return true;
+        arrays += !is_surely_single(child);
+    }
+    return node->kind == NODE_CHAIN && arrays > 1;
+}
+
+// any(x), all(x > 1): what takes numbers takes what operators do.
+bool can_number_fail(const Node *argument, const Node *evaluated) {
+    return !argument || argument->next || may_be_no_operand(without_parens(argument), evaluated) ||
+           joins_arrays(argument) || can_argument_fail(argument, evaluated);
+}
+
 // A function of one selector, its arguments, that takes whatever it gets.
 bool can_reference_fail(const Node *reference, const Node *evaluated) {
     const Node *base = reference->first_child;
     const Node *arguments = base->next;
-    if (!is_total(base) || arguments->next || arguments->kind != NODE_ARGUMENTS) return true;
+    if (arguments->next || arguments->kind != NODE_ARGUMENTS) return true;
+    if (is_own_function(base, TAKES_NUMBERS))
+        return can_number_fail(arguments->first_child, evaluated);
+    if (!is_total(base)) return true;
     for (const Node *node = arguments->first_child; node; node = node->next)
         if (can_argument_fail(node, evaluated)) return true;
     return false;

@@ -62,7 +62,8 @@ enum LibraryTrait : uint32_t {
     PAIRS_ELEMENTS = 1 << 23, /* each two elements by themselves */
     IS_OPERATOR = 1 << 24,    /* operators, brackets or indices mean it: an object that has it as a
                                  method may be any argument */
-    HOLDS_TEXTS = 1 << 25     /* its result is a cell of texts */
+    HOLDS_TEXTS = 1 << 25,    /* its result is a cell of texts */
+    TAKES_NUMBERS = 1 << 26 /* one argument, of any numbers, and does nothing but give its result */
 };
 
 struct LibraryFunction {

@@ -157,10 +157,19 @@ bool opens_file(const Node *arguments) {
     return !is_all && kinds_of(value_of(arguments)) == MAY_BE_TEXT;
 }
 
+// exist(name) and exist(name, kind), of anything but a variable: a number. Of a variable whether it
+// is there.
+bool asks_for_variable(const Node *arguments) {
+    if (!arguments || arguments->kind != NODE_STRING) return !arguments;
+    const Node *kind = arguments->next;
+    return !kind || (kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0);
+}
+
 // What a function may give beyond its row in the table.
 Value value_of_options(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_SIZES && is_like_another(arguments)) return ANY_KIND | ANY_SIGN;
     if (arguments && strcmp(function->name, "eps") == 0) return ANY_SHAPE;
+    if (strcmp(function->name, "exist") == 0 && asks_for_variable(arguments)) return MAY_BE_TRUTH;
     bool makes_object = arguments && arguments->next && strcmp(function->name, "class") == 0;
     if (makes_object) return ANY_VALUE;
     if (function->shape == SHAPE_FILE) return opens_file(arguments) ? ONE : ANY_VALUE;
