@@ -13,6 +13,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
+#include "lower/program/outside_functions.h"
 #include "lower/program/packages.h"
 #include "lower/program/settled_functions.h"
 #include "lower/statements/statements.h"
@@ -126,6 +127,7 @@ void begin_program(SourceLanguage language) {
     begin_files(language);
     begin_origins();
     begin_calls();
+    begin_outside_functions();
     begin_source_calls();
     begin_methods();
     begin_procedures();

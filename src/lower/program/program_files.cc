@@ -39,6 +39,12 @@ NameMap MethodFiles;     // by paths: SourceFile
 NameMap LibraryFiles;    // by the addresses of their texts: SourceFile
 NameMap Procedures;      // host names that are taken: SourceFile, or NO_FILE
 NameMap LastNumbers;     // of names that several want: LastNumber
+NameMap Texts;           // of files that have been read, by their paths: FileText
+
+struct FileText {
+    const char *bytes;
+    uint32_t length;
+};
 
 struct LastNumber {
     int number;
@@ -147,7 +153,6 @@ SourceFile *new_file(const char *path, const char *text, uint32_t length) {
     file->path = path;
     file->source = new_source(path, text, length);
     if (!path) return file;
-    if (Observing.text) Observing.text(Observing.context, path, text, length);
     file->stem = stem_of(path);
     file->namesake = static_cast<SourceFile *>(enter_name(&FilesByStem, file->stem, file));
     file->place = class_place_of(path);
@@ -169,18 +174,37 @@ SourceFile *find_loaded(const char *path, const char *stem) {
     return file;
 }
 
-SourceFile *load_opened_file(const char *path, const Node *place) {
-    SourceFile *loaded = find_loaded(path, stem_of(path));
-    if (loaded) {
-        close_source();
-        return loaded;
-    }
+void tell_text(const char *path, const FileText *text) {
+    if (Observing.text) Observing.text(Observing.context, path, text->bytes, text->length);
+}
+
+FileText *read_opened_text(const char *path) {
+    FileText *text = AllocRecord<FileText>();
     InputFileName = path;
-    uint32_t length;
-    const char *text = read_whole_source(&length);
+    text->bytes = read_whole_source(&text->length);
     close_source();
     InputFileName = CurrentFile->path;
-    SourceFile *file = new_file(path, text, length);
+    tell_text(path, text);
+    return text;
+}
+
+// Read once, whoever asks; null where there is none.
+const FileText *text_at(const char *path) {
+    path = intern(path);
+    FileText *text = static_cast<FileText *>(find_name(&Texts, path));
+    if (text) return text;
+    if (!open_if_there(path)) return nullptr;
+    text = read_opened_text(path);
+    enter_name(&Texts, path, text);
+    return text;
+}
+
+// Null where there is none.
+SourceFile *load_file(const char *path, const Node *place) {
+    const FileText *text = text_at(path);
+    if (!text) return nullptr;
+    if (SourceFile *loaded = find_loaded(path, stem_of(path))) return loaded;
+    SourceFile *file = new_file(path, text->bytes, text->length);
     file->source->caller = CurrentFile->source;
     file->source->caller_offset = place->offset;
     parse_file(file, true);
@@ -195,6 +219,10 @@ const char *file_name_of(const char *name) {
     for (const char *dot; (dot = strchr(name, '.')) && dot <= last; name = dot + 1)
         file = form_text("%s+%s/", {file, KeepText(name, static_cast<size_t>(dot - name))});
     return form_text("%s%s", {file, name});
+}
+
+const char *source_path(const char *directory, const char *name) {
+    return form_text("%s/%s.m", {directory, name});
 }
 
 // Folders after the one in which a file was found are not looked into for a translation, only for
@@ -213,9 +241,8 @@ void report_shadowed(const SearchDirectory *at, const char *name, const SourceFi
 SourceFile *find_on_path(const Node *place) {
     const char *name = file_name_of(place->text);
     for (const SearchDirectory *at = search_directories(); at; at = at->next) {
-        const char *path = open_named_source(at->directory, name);
-        if (!path) continue;
-        SourceFile *file = load_opened_file(path, place);
+        SourceFile *file = load_file(source_path(at->directory, name), place);
+        if (!file) continue;
         report_shadowed(at->next, name, file, place);
         return file;
     }
@@ -223,8 +250,7 @@ SourceFile *find_on_path(const Node *place) {
 }
 
 SourceFile *find_private(Folder *folder, const Node *place) {
-    const char *path = open_named_source(folder->path, place->text);
-    return path ? load_opened_file(path, place) : nullptr;
+    return load_file(source_path(folder->path, place->text), place);
 }
 
 // What has been found under the name before, or what search finds now.
@@ -245,7 +271,7 @@ void begin_files(SourceLanguage language) {
     Language = language;
     CurrentFile = nullptr;
     PrivateFolders = nullptr;
-    FilesByStem = PathFiles = MethodFiles = LibraryFiles = OnPath = {};
+    FilesByStem = PathFiles = MethodFiles = LibraryFiles = OnPath = Texts = {};
     Procedures = LastNumbers = {};
     begin_class_names();
     begin_class_folders();
@@ -253,6 +279,8 @@ void begin_files(SourceLanguage language) {
 
 SourceFile *read_main_file(const char *path, const char *text, uint32_t length) {
     SourceFile *file = CurrentFile = new_file(path, text, length);
+    FileText told = {text, length};
+    if (path) tell_text(path, &told);
     file->is_queued = true;  // whoever calls it finds it written
     parse_file(file, false);
     return file;
@@ -266,8 +294,8 @@ FoundFile find_known(const Node *place) {
     const char *path;
     FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
     if (finding == FOUND_ELSEWHERE) return {nullptr, path};
-    if (finding == NOT_FOUND || !open_if_there(path)) return {};
-    return {load_opened_file(path, place), path};
+    SourceFile *file = finding == FOUND_HERE ? load_file(path, place) : nullptr;
+    return {file, file ? path : nullptr};
 }
 
 FoundFile found_file(SourceFile *file) { return {file, file ? file->path : nullptr}; }
@@ -279,15 +307,11 @@ FoundFile find_private_file(const Node *place) {
         find_once(&folder->files, place->text, [=] { return find_private(folder, place); }));
 }
 
-SourceFile *open_method_file(const char *path, const Node *place) {
-    return open_if_there(path) ? load_opened_file(path, place) : nullptr;
-}
-
 // path: null for none.
 FoundFile method_file(const char *path, const Node *place) {
     if (!path || knows_files()) return {nullptr, path};
     return found_file(
-        find_once(&MethodFiles, intern(path), [=] { return open_method_file(path, place); }));
+        find_once(&MethodFiles, intern(path), [=] { return load_file(path, place); }));
 }
 
 bool is_private_path(const char *path) {
@@ -344,7 +368,7 @@ SourceFile *library_file(const char *text) {
 
 // The run ends where that cannot be known.
 static bool exists(const char *folder, const char *name) {
-    const char *path = form_text("%s/%s.m", {folder, name});
+    const char *path = source_path(folder, name);
     PathState state;
     int cause = look_at(path, &state);
     if (cause != 0 && !means_absent(cause)) refuse_file(path, cause);
@@ -374,6 +398,57 @@ bool has_file(const Node *place) {
     if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
     return (folder && exists(folder->path, name)) || is_on_path(name);
+}
+
+// As find_file finds it.
+static const char *path_on_disk(const Node *place) {
+    const Folder *folder = CurrentFile->private_folder;
+    if (folder && exists(folder->path, place->text)) return source_path(folder->path, place->text);
+    const char *name = file_name_of(place->text);
+    for (const SearchDirectory *at = search_directories(); at; at = at->next)
+        if (exists(at->directory, name)) return source_path(at->directory, name);
+    return nullptr;
+}
+
+const char *path_of_function(const Node *place) {
+    if (!knows_files()) return path_on_disk(place);
+    const char *path;
+    FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
+    return finding == FOUND_ELSEWHERE ? path : nullptr;
+}
+
+bool means_script(const Node *place) {
+    const char *path;
+    if (knows_files())
+        return find_known_file(CurrentFile->path, place->text, &path) == FOUND_HERE;
+    path = path_on_disk(place);
+    const FileText *text = path ? text_at(path) : nullptr;
+    return text && is_script_text(path, text->bytes, text->length);
+}
+
+SourceFile *look_into_file(const char *path) {
+    const FileText *text = text_at(path);
+    if (!text) return nullptr;
+    SourceFile *file = AllocRecord<SourceFile>();
+    *file = {};
+    file->path = path;
+    file->stem = stem_of(path);
+    file->source = new_source(path, text->bytes, text->length);
+    file->place = class_place_of(path);
+    file->private_folder = private_folder_of(path);
+    bool has_errors;
+    file->tree = parse_unreported(file->source, Language, &has_errors);
+    if (has_errors) return nullptr;
+    file->is_script = is_script_file(file->tree, file->stem, false, Language);
+    FileFunction **end = &file->functions;
+    for (Node *node = file->tree->first_child; node; node = node->next) {
+        if (node->kind != NODE_FUNCTION) continue;
+        *end = AllocRecord<FileFunction>();
+        const char *name = end == &file->functions ? file->stem : node->text;
+        **end = {name, name, node, false, nullptr};
+        end = &(*end)->next;
+    }
+    return file;
 }
 
 bool is_script_text(const char *path, const char *text, uint32_t length) {

@@ -35,6 +35,7 @@ struct SourceFile {
     bool has_fewest;         /* the next is made */
     NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
+    NameMap outside;         /* what functions of others give (outside_functions.cc) */
     NameMap undecided;       /* methods about which a message has been given (methods.cc) */
     SourceFile *namesake;    /* another file with this stem, read before, or null */
 };
@@ -83,6 +84,15 @@ bool has_library_name(const SourceFile *file);
 bool has_file(const Node *place);
 /* Whether there may be a file of the interned name on the search path. */
 bool is_on_path(const char *name);
+
+/* The path of the file that the name means in the current file, in no class folder; null for none,
+ * and perhaps for a script. */
+const char *path_of_function(const Node *place);
+/* Whether that is a script. Its text may be read. */
+bool means_script(const Node *place);
+/* What is in that file, read for what it tells: it does not become part of the run, and nothing is
+ * reported. Null where it has errors. */
+SourceFile *look_into_file(const char *path);
 
 /* Whether the text of a file makes it a script; for who knows_files, while the run lowers. The text
  * may go afterwards. */

@@ -2,13 +2,14 @@
 #include "lower/program/settled_functions.h"
 
 #include "lower/program/called_functions.h"
+#include "lower/program/outside_functions.h"
 #include "run/run_state.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace_function.h"
 
 namespace {
 
-const FunctionFinders FINDERS = {has_function, own_definition};
+const FunctionFinders FINDERS = {has_function, own_definition, outside_results};
 
 bool HasScripts;  // the function being settled calls some
 
@@ -19,25 +20,30 @@ Node *find_called_script(const Node *name) {
 }
 
 // The statements of the run's own script call its functions, and nobody else does: later commands
-// do not, nor do those of a file that calls it. Answers whether they have been added.
-bool add_statements() {
-    if (!CurrentFile->functions || !CurrentFile->is_open || !FileMode) return false;
+// do not, nor do those of a file that calls it. Null where they call scripts, too.
+Scope *settle_callers() {
+    if (!CurrentFile->functions || !CurrentFile->is_open || !FileMode) return nullptr;
     HasScripts = false;
     Scope *scope = settle_script(CurrentFile->tree, find_called_script);
-    if (!HasScripts) add_function(scope);
-    return !HasScripts;
+    read_outside_functions(scope);
+    return HasScripts ? nullptr : scope;
 }
 
 }  // namespace
 
+// Names are settled, and other files read, before the first one is added.
 void settle_functions(bool is_script) {
-    begin_summaries();
-    bool may_know_calls = !is_script || add_statements();
+    Scope *callers = is_script ? settle_callers() : nullptr;
     for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
         HasScripts = false;
-        Scope *scope = settle_function(function->node, find_called_script);
+        read_outside_functions(settle_function(function->node, find_called_script));
         function->is_traced = !HasScripts;
-        if (function->is_traced) add_function(scope);
+    }
+    begin_summaries();
+    bool may_know_calls = !is_script || callers;
+    if (callers) add_function(callers);
+    for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
+        if (function->is_traced) add_function(scope_of(function->node));
         may_know_calls &= function->is_traced;
     }
     trace_functions(FINDERS, may_know_calls);
@@ -49,6 +55,7 @@ void settle_late(const FileFunction *function) {
 
 Scope *settle_statements() {
     Scope *scope = settle_script(CurrentFile->tree, find_script);
+    read_outside_functions(scope);
     trace_function(scope, FINDERS);
     return scope;
 }

@@ -198,10 +198,21 @@ void note_function_end(const Scope *scope, Node *end) {
                    elements_now(output->symbol));
 }
 
+static const OutputValue *outside_output(const Node *name, int index) {
+    const FunctionResults *results = Finders.outside ? Finders.outside(name->text) : nullptr;
+    return results && index < results->count ? &results->outputs[index] : nullptr;
+}
+
+static Value value_of_outside(const Node *name, int index) {
+    const OutputValue *output = outside_output(name, index);
+    Value result = output ? output->value & ANY_VALUE : ANY_VALUE;
+    return kinds_of(result) ? result : ANY_VALUE;
+}
+
 Value value_of_own(const Node *name, const Node *arguments, int index) {
     if (is_in_called_script()) return ANY_VALUE;
     Summary *summary = summary_of(name->symbol);
-    if (!summary) return ANY_VALUE;
+    if (!summary) return value_of_outside(name, index);
     if (Traced) note_call(Traced, summary, arguments);
     const Symbol *output = output_of(summary->scope, index);
     if (!output) return ANY_VALUE;
@@ -211,7 +222,24 @@ Value value_of_own(const Node *name, const Node *arguments, int index) {
 }
 
 Value elements_of_own(const Node *name) {
-    const Summary *summary = is_in_called_script() ? nullptr : summary_of(name->symbol);
-    const Symbol *output = summary ? output_of(summary->scope, 0) : nullptr;
+    if (is_in_called_script()) return UNKNOWN_FIELD;
+    const Summary *summary = summary_of(name->symbol);
+    if (!summary) {
+        const OutputValue *outside = outside_output(name, 0);
+        return outside && outside->elements ? outside->elements : Value(UNKNOWN_FIELD);
+    }
+    const Symbol *output = output_of(summary->scope, 0);
     return output && output->element_result ? output->element_result : Value(UNKNOWN_FIELD);
+}
+
+FunctionResults results_of(const Scope *scope) {
+    int32_t count = 0;
+    while (output_of(scope, count)) count++;
+    OutputValue *outputs =
+        static_cast<OutputValue *>(AllocKept(sizeof(OutputValue) * static_cast<size_t>(count + 1)));
+    for (int32_t k = 0; k < count; k++) {
+        const Symbol *output = output_of(scope, k);
+        outputs[k] = {output->result, output->element_result};
+    }
+    return {count, outputs};
 }

@@ -19,8 +19,10 @@ void trace_functions(FunctionFinders finders, bool may_know_calls);
  * script. */
 void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
- * been traced; null for none. ANY_VALUE where the name means no function that has been added. */
+ * been traced; null for none. Of a function that has not been added it is what the finders know. */
 Value value_of_own(const Node *name, const Node *arguments, int index);
+/* What a function that has been added gives, for whoever calls it from another file. */
+FunctionResults results_of(const Scope *scope);
 /* What the elements of the first result are, where that is a cell; MAY_BE_MISSING for none, and
  * UNKNOWN_FIELD for any. */
 Value elements_of_own(const Node *name);

@@ -4,11 +4,24 @@
 #include "syntax/values/flow.h"
 #include "syntax/values/given_counts.h"
 
+/* What a function of another file gives, as that file tells by itself. */
+struct OutputValue {
+    Value value;    /* what the output may be where the function ends */
+    Value elements; /* and of a cell there, what its elements may be */
+};
+struct FunctionResults {
+    int32_t count; /* of outputs, varargout not */
+    const OutputValue *outputs;
+};
+
 /* What the program itself has under the names of functions. */
 struct FunctionFinders {
     bool (*has)(const Node *name);             /* whether it has a function, or may have one */
     Node *(*definition)(const Symbol *symbol); /* FUNCTION of a name that means one of the same
                                                   file, or null; null: none is looked for */
+    const FunctionResults *(*outside)(const char *name); /* of a name that means one of another
+                                                  file; null where nothing is known, or nobody
+                                                  is asked */
 };
 extern FunctionFinders Finders;
 /* The function or script whose values are being traced. */
