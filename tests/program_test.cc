@@ -208,6 +208,7 @@ TEST(MatlabPrograms, find_class_folders) {
         const Texts folders = {files.path("one"), files.path("two"), files.path("three/@c"),
                                files.path(".")};
         for (const std::string &folder : folders) std::filesystem::create_directories(folder);
+        files.write("one/@c/tell", "no source");
         StandInHost host;
         ValueStore &values = host.values();
         const HostValue options[] = {
@@ -298,6 +299,9 @@ TEST(MatlabPrograms, tell_what_becomes_of_their_pieces) {
          "comment, comment, eval unknown, source, comment, comment, source"},
         {"while g(1) && f(2), n = isempty(k); end",
          "g unknown, f file f.m, isempty language, k host"},
+        {"s.a = 1; x = isfield(s, 'a');", "isfield language"},
+        {"function f(x)\nerror(nargchk(0, 1, nargin));",
+         "error unknown, nargchk language, nargin language"},
     };
     for (const auto &row : rows) {
         NotedProgram noted;

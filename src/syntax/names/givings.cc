@@ -3,8 +3,6 @@
 
 #include <string.h>
 
-#include <algorithm>
-
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
 #include "syntax/names/part_changes.h"
@@ -124,9 +122,6 @@ void settle_giving(Giving *giving, const Scope *scope) {
     from->given = giving;
     if (taker->flags & LIVE_ON) from->flags |= SYMBOL_LIVES_ON;
     pass_part_changes(from, giving->target);
-    uint32_t depth = depth_of(giving->target);
-    if (taker->depth_changed > depth)
-        from->depth_changed = std::max(from->depth_changed, taker->depth_changed - depth);
 }
 
 // A function that is made may keep what a variable shares with another one.

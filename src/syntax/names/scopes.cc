@@ -249,7 +249,6 @@ void note_clearing(NameWalk *walk, const Node *statement) {
 void declare_name(NameWalk *walk, Node *name, SymbolFlag flag) {
     Symbol *symbol = mention(walk, name);
     symbol->flags |= flag;
-    note_whole_set(&walk->sets, symbol);
     add_global(walk->function, symbol);
 }
 
