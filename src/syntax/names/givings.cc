@@ -51,11 +51,16 @@ bool can_own(const Symbol *symbol, const Scope *scope) {
     return !(scope->flags & HAS_VARARGIN) || strcmp(symbol->name, "varargin") != 0;
 }
 
-// Whether each turn of the loop sets it before it uses it.
-bool is_set_in_turns(const Symbol *symbol, const Node *loop) {
-    for (const Node *child = loop->first_child; child; child = child->next)
-        if (child->kind == NODE_BLOCK && child == symbol->set_in) return true;
-    return false;
+bool is_inside(const Node *node, const Node *outer) {
+    return node->offset >= outer->offset && end_of(node) <= end_of(outer);
+}
+
+// Whether each turn of the loop that comes to the giving sets the variable first: in a block around
+// it.
+bool is_set_in_turns(const Symbol *symbol, const Giving *giving) {
+    const Node *block = symbol->set_in;
+    return block && block->kind == NODE_BLOCK && is_inside(block, giving->loop) &&
+           is_inside(giving->target, block);
 }
 
 // Whether the value is named for the last time.
@@ -115,7 +120,7 @@ void settle_giving(Giving *giving, const Scope *scope) {
     if (!is_last && !is_left_to_output(giving)) return;
     if (!can_own(from, scope)) return;
     bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
-    if (is_repeated && !is_set_in_turns(from, giving->loop)) return;
+    if (is_repeated && !is_set_in_turns(from, giving)) return;
     giving->value->is_given_away = true;
     from->flags |= SYMBOL_GIVEN_AWAY;
     giving->given = from->given;
