@@ -3,6 +3,7 @@
 
 #include "lower/expressions/paths.h"
 #include "lower/expressions/value_lists.h"
+#include "lower/library/source_calls.h"
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
 #include "syntax/values/values.h"
@@ -32,18 +33,18 @@ const char *last_of(const ValueRun *run) {
 
 // Positions in a variable of their own, from which the index picks some: right for masks too.
 void run_over_picked(ValueRun *run, const mExpr *picked) {
-    const char *all = new_temporary();
     const char *some = new_temporary();
-    put_line("%s := Vector[row]([seq(1..%s)]);", {all, last_of(run)});
-    put_line("%s := %s(%s);", {some, all, picked->text});
+    const char *positions = source_call_text("%positions", {last_of(run), picked->text});
+    put_line("%s := %s;", {some, positions});
     run->to = form_text("ArrayNumElems(%s,'All')", {some});
     run->positions = some;
 }
 
-// Positions in a variable that is surely no mask.
-bool holds_positions(const Node *argument) {
-    return argument->kind == NODE_NAME && is_variable(argument->symbol) &&
-           kinds_of(value_of(argument)) == MAY_BE_NUMBER;
+// Whether it is surely no mask.
+bool are_positions(const Node *argument) { return kinds_of(value_of(argument)) == MAY_BE_NUMBER; }
+
+bool is_variable_name(const Node *argument) {
+    return argument->kind == NODE_NAME && is_variable(argument->symbol);
 }
 
 void run_over_variable(ValueRun *run, const mExpr *variable) {
@@ -74,8 +75,10 @@ void set_bounds(ValueRun *run, const Node *argument) {
         run->to = last_of(run);
     } else if (argument->kind == NODE_RANGE) {
         run_over_range(run, argument);
-    } else if (holds_positions(argument)) {
-        run_over_variable(run, lower_expression(argument));
+    } else if (are_positions(argument)) {
+        const mExpr *positions = lower_expression(argument);
+        is_variable_name(argument) ? run_over_variable(run, positions)
+                                   : run_over_values(run, positions);
     } else {
         run_over_picked(run, lower_expression(argument));
     }

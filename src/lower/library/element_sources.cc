@@ -169,6 +169,23 @@ else
 end
 )";
 
+const char Positions[] = R"(function places = positions(count, index)
+% The positions, of so many, that an index or a mask selects.
+places = 1:count;
+places = places(index);
+)";
+
+// Words: the function, what the whole is, one element of it as a part.
+const char PartOf[] = R"(function part = $1(x, index)
+% What an index or a mask selects of $2, also where that is one element.
+places = 1:numel(x);
+places = places(index);
+part = x(index);
+if numel(places) == 1
+    part = $3;
+end
+)";
+
 const char LacksCell[] = R"(function answer = lacks_cell(c, k)
 % Whether element k of a cell is not there, or without elements.
 answer = true;
@@ -212,6 +229,11 @@ constexpr LibrarySource Rows[] = {
     {"num2cell", 1, 1, 1, NEEDS_NUMBERS, nullptr, Num2Cell, {}},
     {"cell2mat", 1, 1, 1, NEEDS_NO_TEXT, nullptr, Cell2Mat, {}},
     {"bsxfun", 3, 3, 1, NEEDS_NO_TEXT | NEEDS_PAIRING_FIRST, nullptr, Expanded, {}},
+    {"%positions", 2, 2, 1, NEEDS_NOTHING, nullptr, Positions, {}},
+    {"%cell_part", 2, 2, 1, NEEDS_NOTHING, nullptr, PartOf,
+     {"cell_part", "a cell", "{x(places(1))}"}},
+    {"%part", 2, 2, 1, NEEDS_NOTHING, nullptr, PartOf,
+     {"part", "a cell or an array", "part_at(x, places(1))"}},
     {"%lacks_cell", 2, 2, 1, NEEDS_NOTHING, nullptr, LacksCell, {}},
     {"%lacks_field", 3, 3, 1, NEEDS_NOTHING, nullptr, LacksField, {}},
     {"apply", 2, 3, 1, NEEDS_NOTHING, nullptr, Apply, {"apply", "[]", "row_of", "The values"}},

@@ -107,6 +107,13 @@ mExpr *leave_positions(const OfferedCall *call) {
     return meets_needs(call, FOR_LIBRARY) ? new_keyword_call("setdiff", call->values) : nullptr;
 }
 
+// One element of what is no function, as a part of it.
+mExpr *take_part(const OfferedCall *call) {
+    if (!meets_needs(call, FOR_LIBRARY)) return nullptr;
+    const char *position = plain_value(call->values->next->item)->text;
+    return new_call_leaf(form_text("%s(%s..%s)", {call->values->item->text, position, position}));
+}
+
 // s.name or s.(name).
 mExpr *take_field(const OfferedCall *call) {
     if (!has_field_name(call, 2)) return nullptr;
@@ -191,6 +198,7 @@ constexpr Rewrite Rewrites[] = {
     {"feval",    false, true,  call_function},
     {"builtin",  false, true,  call_builtin},
     {"given_to", false, true,  call_with_all},
+    {"part_at", false, false, take_part},
     {"left_positions", false, false, leave_positions},
     {"getfield", false, false, take_field},
     {"setfield", false, false, set_field},

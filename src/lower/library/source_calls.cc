@@ -121,6 +121,16 @@ mExpr *new_source_call(const char *name, const OfferedCall *call) {
     return new_call_of(procedure, values.first);
 }
 
+const char *source_call_text(const char *row, std::initializer_list<const char *> operands) {
+    ExprList values = {};
+    for (const char *operand : operands) append_expr(&values, new_leaf(operand));
+    OfferedCall call = {nullptr, nullptr, values.first, static_cast<int>(operands.size()),
+                        1,       false};
+    const mExpr *answer = new_source_call(row, &call);
+    free_vExpr(values.first);
+    return answer->text;
+}
+
 mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->name->text, call); }
 
 namespace {

@@ -1,6 +1,8 @@
 /* Functions that the front end brings along (sources.h). */
 #pragma once
 
+#include <initializer_list>
+
 #include "lower/library/offered_call.h"
 
 /* At the start of a run. */
@@ -9,6 +11,8 @@ void begin_source_calls();
 mExpr *new_source_call(const OfferedCall *call);
 /* The same for the row of that name. */
 mExpr *new_source_call(const char *row, const OfferedCall *call);
+/* The same, of host texts. */
+const char *source_call_text(const char *row, std::initializer_list<const char *> operands);
 /* Calls all of them. */
 void call_all_sources();
 /* The procedure's name as a value; null for others. */

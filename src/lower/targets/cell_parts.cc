@@ -10,6 +10,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/paths.h"
 #include "lower/expressions/value_lists.h"
+#include "lower/library/source_calls.h"
 #include "lower/lines/lines.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
@@ -140,28 +141,13 @@ mExpr *lower_known_part(const char *base, const Node *arguments) {
     return part;
 }
 
-// What is selected by one position of a list, as a cell: of what may be an array, an array of it.
-const char *single_part(const char *base, const char *positions, bool is_cell) {
-    return is_cell ? form_text("rtable([%s(%s)],subtype='Vector[row]')", {base, positions})
-                   : form_text("%s(%s(1)..%s(1))", {base, positions, positions});
-}
-
 // Whether the index is one position or several shows at run time.
 mExpr *lower_unknown_part(const char *base, const Node *arguments, bool is_cell) {
-    const char *positions = new_temporary();
-    const char *part = new_temporary();
-    ExprList index = lower_repeated_index(arguments, base);
-    const char *count = form_text("ArrayNumElems(%s,'All')", {positions});
-    put_line("%s := Vector[row]([seq(1..%s)]);", {positions, last_position_text(base, 1, 1)});
-    const mExpr *picked = new_element_node(positions, VARIABLE_INDEX, index.first);
-    put_line("%s := %s;", {positions, picked->text});
-    put_line("if %s then", {count_condition(count, OP_EQ, 1)});
-    put_inner_line("%s := %s;", {part, single_part(base, positions, is_cell)});
-    put_line("else", {});
-    put_inner_line("%s := %s;", {part, new_element_node(base, VARIABLE_INDEX, index.first)->text});
-    put_line("end if;", {});
+    ExprList index = lower_index(arguments, base);
+    const char *selected = list_text(index.first->item, base, 1, 1);
+    const char *part = source_call_text(is_cell ? "%cell_part" : "%part", {base, selected});
     free_vExpr(index.first);
-    return new_leaf(part);
+    return new_call_leaf(part);
 }
 
 }  // namespace
@@ -186,7 +172,8 @@ mExpr *lower_cell_part(const Node *reference) {
     const Node *arguments = last_selector(reference);
     Path path = value_path(reference, arguments);
     name_repeated_path(&path);
-    if (is_listed_part(reference)) return lower_listed_part(path.text, arguments);
+    if (is_listed_part(reference) && arguments->first_child->next)
+        return lower_listed_part(path.text, arguments);
     if (count_several(arguments) == 0) return lower_known_part(path.text, arguments);
     return lower_unknown_part(path.text, arguments, is_cell_base(reference));
 }

@@ -182,25 +182,15 @@ int count_read(const Node *base) {
     return Lowering.assigned ? reading_of(base, Lowering.assigned).count : 0;
 }
 
-// A call of what the front end brings along as a condition.
-const char *lacks(const char *row, std::initializer_list<const char *> operands) {
-    ExprList values = {};
-    for (const char *operand : operands) append_expr(&values, new_leaf(operand));
-    OfferedCall call = {nullptr, nullptr, values.first, static_cast<int>(operands.size()),
-                        1,       false};
-    const mExpr *answer = new_source_call(row, &call);
-    free_vExpr(values.first);
-    return answer->text;
-}
-
 // A field of an element of which a part is set: neither has to be there.
 void put_element_field(const char *array, const char *position, const Path *element,
                        const Node *field) {
     Path path = *element;
     path.is_own = false;
     add_field(&path, field);
-    const char *condition = lacks("%lacks_field", {array, position, string_text(field->text)});
-    put_start(condition, path.text, start_text(field->next, false));
+    const char *is_missing =
+        source_call_text("%lacks_field", {array, position, string_text(field->text)});
+    put_start(is_missing, path.text, start_text(field->next, false));
 }
 
 // Whether what an index selects must be there for a cell in it that begins: itself, or the one in a
@@ -233,7 +223,8 @@ void start_element(PartStarts *starts, Path *path, const Node *index) {
     starts->position = stable_position(index->first_child, path->text);
     const char *element = form_text("%s(%s)", {starts->array, starts->position});
     if (index->next->kind == NODE_BRACES)
-        put_start(lacks("%lacks_cell", {starts->array, starts->position}), element, EMPTY_CELL);
+        put_start(source_call_text("%lacks_cell", {starts->array, starts->position}), element,
+                  EMPTY_CELL);
     *path = begin_path(element, false);
     path->has_index = true;
 }
