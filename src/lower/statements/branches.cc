@@ -83,18 +83,44 @@ void put_break_if(const Node *node, bool is_true) {
     close_branches(level);
 }
 
-// The last side decides in the innermost branch.
-const char *decide_by_last(const Node *chain, const Node *last) {
+// The last side decides in the innermost branch, by what put_last puts there.
+const char *decide_by_last(const Node *chain, const Node *last,
+                           void (*put_last)(const char *name, const Node *last, bool is_and)) {
     const char *name = new_temporary();
     put_line("%s := %s;", {name, is_and(chain) ? "false" : "true"});
     int level = Lowering.level;
     open_sides(BRANCH_IF, chain, is_and(chain), last);
     Lowering.level++;
-    const char *value = lower_tested(last)->text;
-    put_line("%s := %s;", {name, is_truth(last) ? value : value_condition(value)});
+    put_last(name, last, is_and(chain));
     Lowering.level--;
     close_branches(level);
     return name;
+}
+
+void put_last_value(const char *name, const Node *last, bool) {
+    const char *value = lower_tested(last)->text;
+    put_line("%s := %s;", {name, is_truth(last) ? value : value_condition(value)});
+}
+
+// What tells the truth is taken as it is.
+void put_last_test(const char *name, const Node *last, bool is_and) {
+    Test test = lower_test(last);
+    bool is_truth = test.text && test.level == TEST_ATOM;
+    if (is_truth) return put_line("%s := %s;", {name, test.text});
+    if (!is_and) test = negate_test(&test);
+    open_if(&test);
+    put_inner_line("%s := %s;", {name, is_and ? "true" : "false"});
+    put_line("end if;", {});
+}
+
+const Node *last_side(const Node *chain) {
+    const Node *last = chain->first_child;
+    while (last->next) last = last->next;
+    return last;
+}
+
+bool decides_alone(const Node *chain, const Node *last) {
+    return can_side_fail(chain, last) && !needs_branches(last);
 }
 
 }  // namespace
@@ -148,12 +174,15 @@ void put_break(const Test *test) {
     put_line("end if;", {});
 }
 
-Test decide(const Node *condition) { return flag_test(put_decision(condition, "1", "0")); }
+Test decide(const Node *condition) {
+    const Node *last = last_side(condition);
+    return new_test(decides_alone(condition, last) ? decide_by_last(condition, last, put_last_test)
+                                                   : put_decision(condition, "true", "false"));
+}
 
 Operand lower_branched_value(const Node *chain) {
-    const Node *last = chain->first_child;
-    while (last->next) last = last->next;
-    bool decides = can_side_fail(chain, last) && !needs_branches(last);
-    const char *name = decides ? decide_by_last(chain, last) : put_decision(chain, "true", "false");
-    return {new_leaf(name), HOST_ATOM};
+    const Node *last = last_side(chain);
+    return {new_leaf(decides_alone(chain, last) ? decide_by_last(chain, last, put_last_value)
+                                                : put_decision(chain, "true", "false")),
+            HOST_ATOM};
 }
