@@ -201,8 +201,11 @@ void give_sources(Tool &tool) {
 const Ending Endings[] = {
     {[](Tool &tool) { tool.request.file = "none.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
      "unable to open none.m: No such file or directory"},
-    {[](Tool &tool) { tool.files["main.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
-     "unable to open main.m: Input/output error"},
+    {[](Tool &tool) {
+         tool.files["main.m"] = "broken";
+         tool.request.max_memory = 1U << 20;
+     },
+     MTRANSLATE_PROGRAM_UNREADABLE, "unable to open main.m: Input/output error"},
     {[](Tool &tool) { tool.files["f.m"] = "broken"; }, MTRANSLATE_PROGRAM_UNREADABLE,
      "unable to open ./f.m: Input/output error"},
     {[](Tool &tool) {
@@ -224,7 +227,7 @@ const Ending Endings[] = {
      "invalid request: it has fields that this library does not know"},
     {[](Tool &tool) { tool.request.language = "C"; }, MTRANSLATE_PROGRAM_INVALID,
      "invalid request: the language must be classic, matlab or octave"},
-    {[](Tool &tool) { tool.request.max_memory = 1U << 21; }, MTRANSLATE_PROGRAM_INVALID,
+    {[](Tool &tool) { tool.request.max_memory = (1U << 20) + 1; }, MTRANSLATE_PROGRAM_INVALID,
      "invalid request: max_memory must be a number of megabytes"},
     {[](Tool &tool) { tool.request.source_count = 1; }, MTRANSLATE_PROGRAM_INVALID,
      "invalid request: there are no sources"},
