@@ -4,6 +4,8 @@
 #include <assert.h>
 #include <string.h>
 
+#include <algorithm>
+
 #include "syntax/parse/open_blocks.h"
 #include "syntax/parse/parser_state.h"
 #include "syntax/scan/class_table.h"
@@ -185,7 +187,7 @@ void skip_token(NodeList *comments) {
 // Between two tokens stand comments of continued lines.
 Node *finish_bad(Node *node) {
     assert(node->kind == NODE_BAD);
-    uint32_t after = Previous.end > Current.start ? Previous.end : Current.start;
+    uint32_t after = std::max(Previous.end, Current.start);
     const char *end = Scan.text + after;
     while (end > Scan.text + node->offset && (is_blank(end[-1]) || is_line_end(end[-1]))) end--;
     node->length = offset_of(end) - node->offset;
