@@ -423,16 +423,15 @@ bool is_cell(const Node *node, Asker asker) {
     return holds_for_all(base->symbol, CELL, asker, is_cell_value);
 }
 
-// x(x > 0): what is compared is no cell, nor are its parts.
+// x(x > 0): what an operator takes is no cell, nor are its parts.
 bool is_compared_part(const Node *node) {
     if (node->kind != NODE_REFERENCE || node->first_child->kind != NODE_NAME) return false;
     const Node *arguments = node->first_child->next;
     const Node *mask = arguments->kind == NODE_ARGUMENTS ? arguments->first_child : nullptr;
     if (!mask || mask->next || mask->kind != NODE_CHAIN) return false;
-    bool is_comparison = mask->op > OPERATOR_AND && mask->op <= OPERATOR_GREATER;
     const Node *left = mask->first_child;
     bool is_same = left->kind == NODE_NAME && left->symbol == node->first_child->symbol;
-    return is_comparison && is_same && !arguments->next;
+    return is_same && !arguments->next;
 }
 
 bool is_array(const Node *node) {
