@@ -194,6 +194,7 @@ void give_sources(Tool &tool) {
     if (FAULT == 2) sources[1].added = 1;
     if (FAULT == 3) sources[1].known.name = nullptr;
     if (FAULT == 4) sources[0].known.text = nullptr;
+    if (FAULT == 4) sources[0].known.length = 1;
     tool.request.sources = &sources[0].known;
     tool.request.source_count = 2;
 }
