@@ -172,6 +172,13 @@ typedef struct mTranslateProgramRequest {
     /* What the result is of a function that no file of the run defines: MTRANSLATE_RESULT_..., in
      * matlab and octave. The name is valid during the question, and has the dots of packages. */
     int32_t (*result_kind)(void *context, const char *name);
+    /* For who translates many files of find's: what a run has found out about the file of a path,
+     * a text that the next runs with the same find, result_kind and language need not find out
+     * again as long as the files stay as they are; the caller keeps it. It is valid during the
+     * call. */
+    void (*remember)(void *context, const char *path, const char *results);
+    /* That text, which is copied at once, or null for none. */
+    const char *(*recall)(void *context, const char *path);
 } mTranslateProgramRequest;
 
 /* How a run has ended. */

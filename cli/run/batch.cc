@@ -168,7 +168,8 @@ private:
         configure_run(options, *configurations_[i]);
         const Source source = open_source(options);
         Translation translation =
-            translate(source, options, options_.is_closure ? nullptr : &index_);
+            options_.is_closure ? translate(source, options)
+                                : translate(source, options, &index_, &known_[configurations_[i]]);
         const bool is_in_no_file = options_.mode != Mode::Translate;
         result = take_result(translation, is_in_no_file && report_shows_translations(options_));
         if (translation.text) put_text(result, *translation.text, translation.files_read, output);
@@ -290,8 +291,9 @@ private:
     MessageOutput messages_;
     ReportOutput report_;
     std::string library_output_;
-    std::map<std::size_t, std::size_t> first_with_output_; /* where that is another input */
-    std::vector<const Configuration *> configurations_;    /* of the inputs */
+    std::map<std::size_t, std::size_t> first_with_output_;        /* where that is another input */
+    std::vector<const Configuration *> configurations_;           /* of the inputs */
+    mutable std::map<const Configuration *, KnownResults> known_; /* in a worker: its own */
     Tally tally_;
     std::vector<MadeFrom> made_;
     bool calls_library_ = false; /* a translation does */

@@ -43,7 +43,7 @@ struct Answer<METHOD> {
             return (run->*METHOD)(arguments...);
         } catch (...) {
             run->trouble = std::current_exception();
-            return {};
+            return Type();
         }
     }
 };
@@ -51,9 +51,10 @@ struct Answer<METHOD> {
 /* What the library asks while it translates a source. */
 class Answers {
 public:
-    /* All of it lives as long as this. index: null for none. */
-    Answers(const Source &source, const Options &wanted, const FileIndex *index, RuleAnswers &rules)
-        : source_(source), wanted_(wanted), index_(index), rules_(rules) {}
+    /* All of it lives as long as this. index, known: null for none. */
+    Answers(const Source &source, const Options &wanted, const FileIndex *index,
+            KnownResults *known, RuleAnswers &rules)
+        : source_(source), wanted_(wanted), index_(index), known_(known), rules_(rules) {}
     Answers(const Answers &) = delete;
     Answers &operator=(const Answers &) = delete;
 
@@ -65,6 +66,9 @@ public:
             request.result_kind = Answer<&Answers::kind_of_result>::give;
         }
         if (index_) request.find = Answer<&Answers::find>::give;
+        if (!known_) return;
+        request.remember = Answer<&Answers::remember>::give;
+        request.recall = Answer<&Answers::recall>::give;
     }
 
     std::exception_ptr trouble;
@@ -119,9 +123,17 @@ private:
         return text_ ? text_->c_str() : nullptr;
     }
 
+    void remember(const char *path, const char *results) { (*known_)[path] = results; }
+
+    const char *recall(const char *path) {
+        const auto found = known_->find(path);
+        return found == known_->end() ? nullptr : found->second.c_str();
+    }
+
     const Source &source_;
     const Options &wanted_;
     const FileIndex *index_;
+    KnownResults *known_;
     RuleAnswers &rules_;
     std::optional<std::string> text_; /* the last answer, until the library has copied it */
 };
@@ -157,11 +169,11 @@ Request request_for(const Source &source, const Options &wanted, const FileIndex
     return request;
 }
 
-Result run(const Source &source, const Options &wanted, const FileIndex *index,
+Result run(const Source &source, const Options &wanted, const FileIndex *index, KnownResults *known,
            RuleAnswers &rules) {
     std::vector<const char *> folders;
     Request request = request_for(source, wanted, index, folders);
-    Answers answers(source, wanted, index, rules);
+    Answers answers(source, wanted, index, known, rules);
     answers.answer(request);
     Result result = run(request);
     if (answers.trouble) std::rethrow_exception(answers.trouble);
@@ -213,9 +225,10 @@ void add_text(const mTranslateProgramResult &result, const Options &wanted,
 
 }  // namespace
 
-Translation translate(const Source &source, const Options &wanted, const FileIndex *index) {
+Translation translate(const Source &source, const Options &wanted, const FileIndex *index,
+                      KnownResults *known) {
     RuleAnswers rules(*wanted.rules, wanted.mode == Mode::RuleTemplate);
-    const Result result = run(source, wanted, index, rules);
+    const Result result = run(source, wanted, index, known, rules);
     Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());

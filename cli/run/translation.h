@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
@@ -37,11 +38,16 @@ struct Translation {
     LineMap map{};              /* where they ask for it */
 };
 
+/* What runs with the same index and the same rules have found out about files, by their paths: a
+ * file that many call is read for it once. */
+using KnownResults = std::unordered_map<std::string, std::string>;
+
 /* Translates the source, as the options say, in a host that answers by their rules. With an index
- * no called function is looked for, and scripts are found in the index. Throws FileError where a
+ * no called function is looked for, and scripts are found in the index; known: null for none, gets
+ * what the run finds out. Throws FileError where a
  * called file can be no source, std::bad_alloc where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
-                      const FileIndex *index = nullptr);
+                      const FileIndex *index = nullptr, KnownResults *known = nullptr);
 
 /* What the translation tells, which it no longer has then but for its text, the files and the code;
  * where its text goes is left open, unless the report shows it. */

@@ -275,6 +275,13 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "of the program would mean something else.",
      "s.a = 1;\nname = 'a';\neval(['s.' name ' = 2;']);\n",
      "Nothing, if it is always of that kind. Better still write what the text says: s.(name) = 2;"},
+    {CELL_GIVEN, "MT320", "cell-given", SEVERITY_WARNING,
+     "this is a cell, and '%s' is taken to want the elements of an array",
+     "In MATLAB x(k) of a cell is a cell. Where a function does not show whether its parameter is a "
+     "cell, because it neither uses braces nor asks iscell, x(k) is translated as the element. Here "
+     "the function is given a cell.",
+     "f = @second;\nx = second({1, 2});\n\nfunction y = second(values)\ny = values(2);\nend\n",
+     "Write x{k} in the function where the element is meant, else x(k:k)."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found %s",

@@ -60,6 +60,7 @@ enum MessageId : uint8_t {
     COLON_TEXT,
     CLEAR_COMMAND,
     COMPOSED_TEXT,
+    CELL_GIVEN,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

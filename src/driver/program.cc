@@ -11,6 +11,7 @@
 #include "driver/program_run.h"
 #include "driver/run.h"
 #include "emit/switch_writer.h"
+#include "lexer/given_files.h"
 #include "lower/program/program_files.h"
 #include "run/run_end.h"
 #include "run/run_state.h"
@@ -82,6 +83,23 @@ FileFinding find_file(void *context, const char *, const char *name, const char 
     ProgramRun *run = static_cast<ProgramRun *>(context);
     if (!run->unread.empty()) end_program(run, MTRANSLATE_PROGRAM_UNREADABLE, run->unread);
     return finding;
+}
+
+// What it tells depends on the file as if that had been read.
+const char *recall(void *context, const char *path) {
+    const char *results = nullptr;
+    observe(context,
+            [&](ProgramRun *run) { results = run->request.recall(run->request.context, path); });
+    PathState state;
+    if (results && look_at(path, &state) == 0)
+        note_program_file(static_cast<ProgramRun *>(context), path,
+                          state.text ? nullptr : &state.status);
+    return results;
+}
+
+void remember(void *context, const char *path, const char *results) {
+    observe(context,
+            [=](ProgramRun *run) { run->request.remember(run->request.context, path, results); });
 }
 
 const char *find_method(void *context, const char *class_name, const char *method) {
@@ -271,6 +289,8 @@ Observers observers_of(ProgramRun *run) {
     if (request->find) observers.find_file = find_file;
     if (request->find && !wants(run, MTRANSLATE_WITHOUT_METHODS))
         observers.find_method = find_method;
+    if (request->find && request->recall) observers.recall = recall;
+    if (request->find && request->remember) observers.remember = remember;
     if (request->result_kind) observers.result_kind = find_result_kind;
     if (wants(run, MTRANSLATE_TEXTS)) observers.text = note_text;
     if (wants(run, MTRANSLATE_TREE | MTRANSLATE_TOKENS)) observers.tree = note_source;

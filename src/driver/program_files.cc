@@ -69,6 +69,11 @@ bool is_program_script(ProgramRun *run, const char *path) {
     return is_script_text(path, text.data(), static_cast<uint32_t>(text.size()));
 }
 
+// An earlier run has read the file for what its function gives.
+bool is_recalled(const ProgramRun *run, const char *path) {
+    return run->request.recall && run->request.recall(run->request.context, path);
+}
+
 // Null also for a path that ends with no name.
 const char *ask_for_file(const ProgramRun *run, int32_t kind, const char *name,
                          const char *class_name) {
@@ -112,7 +117,8 @@ FileFinding find_program_file(ProgramRun *run, const char *name, const char **pa
     if (!found) return NOT_FOUND;
     const auto [at, is_new] = run->found_files.try_emplace(found);
     *path = at->first.c_str();
-    if (is_new) at->second = is_program_script(run, *path);  // which may ask the caller for more
+    // which may ask the caller for more
+    if (is_new) at->second = !is_recalled(run, *path) && is_program_script(run, *path);
     return at->second ? FOUND_HERE : FOUND_ELSEWHERE;
 }
 

@@ -61,6 +61,10 @@ struct Observers {
      * (lower/program/program_files.h). The path stays valid until the run ends. */
     FileFinding (*find_file)(void *context, const char *caller, const char *name,
                              const char **path);
+    /* With find_file: what an earlier run has found out about the function of the file, as the last
+     * of these has been told; null for nothing. The text is valid until the next question. */
+    const char *(*recall)(void *context, const char *path);
+    void (*remember)(void *context, const char *path, const char *results);
     /* With find_file, in the place of class folders: the path of the file of a class's method, of
      * class_name null of any class that has it, but of a constructor; null for none. The path stays
      * valid until the run ends. */

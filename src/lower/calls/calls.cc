@@ -17,11 +17,13 @@
 #include "lower/lines/pieces.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/host_words.h"
+#include "lower/program/outside_functions.h"
 #include "lower/targets/shared_parts.h"
 #include "support/allocation.h"
 #include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
+#include "syntax/values/summaries.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
 #include "translate/operators.h"
@@ -72,9 +74,20 @@ mExpr *ask_call(const OutsideCall *of, const vExpr *values) {
     return call;
 }
 
+// What surely is a cell among the arguments, where the function takes elements of an array.
+void check_cells(const Node *name, const Node *arguments, uint32_t taken) {
+    const Node *argument = arguments ? arguments->first_child : nullptr;
+    for (; taken && argument && !may_be_list(argument); taken >>= 1, argument = argument->next) {
+        bool is_cell = kinds_of(value_of(argument)) == MAY_BE_CELL;
+        if ((taken & 1) && is_cell) report_at(CELL_GIVEN, argument, {name->text});
+    }
+}
+
 // A call that the host has not answered.
 const char *unanswered_name(const OutsideCall *of) {
     check_eval(of->name);
+    const FunctionResults *known = outside_results(of->name->text);
+    if (known) check_cells(of->name, of->arguments, known->taken);
     return called_function(of->name, of->may_get_object);
 }
 
@@ -155,7 +168,11 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 
 mExpr *lower_call(const Node *name, const Node *arguments) {
     assert(name->kind == NODE_NAME && !is_variable(name->symbol));
-    if (const char *own = own_function(name)) return new_procedure_call(own, arguments);
+    if (const char *own = own_function(name)) {
+        const Node *function = own_definition(name->symbol);
+        if (function) check_cells(name, arguments, elements_taken(scope_of(function)));
+        return new_procedure_call(own, arguments);
+    }
     Dispatch dispatch = dispatch_call(name, arguments);
     if (dispatch.class_name) {
         const char *method = called_method(name, dispatch.class_name, name->text);

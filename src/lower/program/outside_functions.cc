@@ -1,21 +1,23 @@
 // Functions of other files, read for what they give.
 #include "lower/program/outside_functions.h"
 
+#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
-#include "lexer/whole_source.h"
 #include "lower/classes/class_folders.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/program_files.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "support/long_string.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/summaries.h"
 
 namespace {
 
 const FunctionFinders FINDERS = {has_function, own_definition, nullptr};
-constexpr FunctionResults NOTHING = {0, nullptr};
+constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, 0}, 0};
 
 NameMap ResultsByPath;  // FunctionResults; NOTHING for files that tell nothing
 bool HasScripts;        // the function being settled calls some
@@ -60,11 +62,51 @@ const FunctionResults *read_results(const char *path) {
     return results;
 }
 
+// Numbers with blanks after them; only a run reads what another one has written.
+const char *results_text(const FunctionResults *results) {
+    char number[32];
+    snprintf(number, sizeof number, "%u %u ", results->taken, unsigned(results->rest.value));
+    LongString text = AppendStringToString(NewLongString(), number);
+    for (int32_t k = 0; k < results->count; k++) {
+        const OutputValue *output = &results->outputs[k];
+        snprintf(number, sizeof number, "%u %u ", unsigned(output->value),
+                 unsigned(output->elements));
+        text = AppendStringToString(text, number);
+    }
+    return text;
+}
+
+const FunctionResults *results_in(const char *text) {
+    int32_t count = 0;
+    for (const char *at = text; *at; at++) count += *at == ' ';
+    count = (count - 2) / 2;
+    size_t size = sizeof(OutputValue) * static_cast<size_t>(count + 1);
+    OutputValue *outputs = static_cast<OutputValue *>(AllocKept(size));
+    char *rest;
+    uint32_t taken = static_cast<uint32_t>(strtoul(text, &rest, 10));
+    OutputValue others = {static_cast<Value>(strtoul(rest, &rest, 10)), 0};
+    if (count < 0) return &NOTHING;
+    for (int32_t k = 0; k < count; k++) {
+        outputs[k].value = static_cast<Value>(strtoul(rest, &rest, 10));
+        outputs[k].elements = static_cast<Value>(strtoul(rest, &rest, 10));
+    }
+    return keep_results({count, outputs, others, taken});
+}
+
+// As an earlier run has found them, or as the file tells now.
+const FunctionResults *find_results(const char *path) {
+    const char *known = Observing.recall ? Observing.recall(Observing.context, path) : nullptr;
+    if (known) return results_in(known);
+    const FunctionResults *results = read_results(path);
+    if (Observing.remember) Observing.remember(Observing.context, path, results_text(results));
+    return results;
+}
+
 const FunctionResults *results_at(const char *path) {
     const char *key = intern(path);
     void *known = find_name(&ResultsByPath, key);
     if (known) return static_cast<const FunctionResults *>(known);
-    const FunctionResults *results = read_results(key);
+    const FunctionResults *results = find_results(key);
     enter_name(&ResultsByPath, key, const_cast<FunctionResults *>(results));
     return results;
 }

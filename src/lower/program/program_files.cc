@@ -46,6 +46,12 @@ struct FileText {
     uint32_t length;
 };
 
+// Where the file of a name is that the current file calls; for where knows_files.
+struct KnownPlace {
+    FileFinding finding;
+    const char *path;
+};
+
 struct LastNumber {
     int number;
 };
@@ -253,6 +259,17 @@ SourceFile *find_private(Folder *folder, const Node *place) {
     return load_file(source_path(folder->path, place->text), place);
 }
 
+// Asked once for each name in a file, as all its calls ask.
+const KnownPlace *known_place(const char *name) {
+    assert(knows_files());
+    NameMap *known = &CurrentFile->places;
+    if (void *place = find_name(known, name)) return static_cast<const KnownPlace *>(place);
+    KnownPlace *place = AllocRecord<KnownPlace>();
+    place->finding = find_known_file(CurrentFile->path, name, &place->path);
+    enter_name(known, name, place);
+    return place;
+}
+
 // What has been found under the name before, or what search finds now.
 template <typename Search>
 SourceFile *find_once(NameMap *known, const char *name, Search search) {
@@ -290,12 +307,10 @@ namespace {
 
 // What is known beforehand.
 FoundFile find_known(const Node *place) {
-    assert(knows_files());
-    const char *path;
-    FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
-    if (finding == FOUND_ELSEWHERE) return {nullptr, path};
-    SourceFile *file = finding == FOUND_HERE ? load_file(path, place) : nullptr;
-    return {file, file ? path : nullptr};
+    const KnownPlace *known = known_place(place->text);
+    if (known->finding == FOUND_ELSEWHERE) return {nullptr, known->path};
+    SourceFile *file = known->finding == FOUND_HERE ? load_file(known->path, place) : nullptr;
+    return {file, file ? known->path : nullptr};
 }
 
 FoundFile found_file(SourceFile *file) { return {file, file ? file->path : nullptr}; }
@@ -393,9 +408,8 @@ bool is_on_path(const char *name) {
 bool has_file(const Node *place) {
     if (CurrentFile->is_library) return false;
     const char *name = place->text;
-    const char *path;
     if (find_method(nullptr, name) || find_constructor(name)) return true;
-    if (knows_files()) return find_known_file(CurrentFile->path, name, &path) != NOT_FOUND;
+    if (knows_files()) return known_place(name)->finding != NOT_FOUND;
     const Folder *folder = CurrentFile->private_folder;
     return (folder && exists(folder->path, name)) || is_on_path(name);
 }
@@ -412,16 +426,13 @@ static const char *path_on_disk(const Node *place) {
 
 const char *path_of_function(const Node *place) {
     if (!knows_files()) return path_on_disk(place);
-    const char *path;
-    FileFinding finding = find_known_file(CurrentFile->path, place->text, &path);
-    return finding == FOUND_ELSEWHERE ? path : nullptr;
+    const KnownPlace *known = known_place(place->text);
+    return known->finding == FOUND_ELSEWHERE ? known->path : nullptr;
 }
 
 bool means_script(const Node *place) {
-    const char *path;
-    if (knows_files())
-        return find_known_file(CurrentFile->path, place->text, &path) == FOUND_HERE;
-    path = path_on_disk(place);
+    if (knows_files()) return known_place(place->text)->finding == FOUND_HERE;
+    const char *path = path_on_disk(place);
     const FileText *text = path ? text_at(path) : nullptr;
     return text && is_script_text(path, text->bytes, text->length);
 }

@@ -35,6 +35,7 @@ struct SourceFile {
     bool has_fewest;         /* the next is made */
     NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
+    NameMap places;          /* of files that names mean, for who knows_files */
     NameMap outside;         /* what functions of others give (outside_functions.cc) */
     NameMap undecided;       /* methods about which a message has been given (methods.cc) */
     SourceFile *namesake;    /* another file with this stem, read before, or null */

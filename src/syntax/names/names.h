@@ -53,8 +53,10 @@ enum SymbolFlag : uint32_t {
     SYMBOL_LIVES_ON = 1 << 26,       /* and to what outlives the function */
     SYMBOL_GIVEN_IS_OWN = 1 << 27,   /* a parameter of whose given value a part may be set, or which
                                         may be returned with it */
-    SYMBOL_TAKES_PARTS = 1 << 28, /* what others hold becomes part of it: [x, y], {x}, x(k) = y */
-    SYMBOL_CELL_ASKED = 1 << 29   /* it is asked whether it is a cell */
+    SYMBOL_TAKES_PARTS = 1 << 28,  /* what others hold becomes part of it: [x, y], {x}, x(k) = y */
+    SYMBOL_CELL_ASKED = 1 << 29,   /* it is asked whether it is a cell */
+    SYMBOL_ELEMENT_TAKEN = 1 << 30 /* a parameter that may be anything, of which x(k) is taken for
+                                      an element (values/trace_references.cc) */
 };
 
 /* A name in the functions that share it. */

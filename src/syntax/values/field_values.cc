@@ -9,8 +9,9 @@ namespace {
 constexpr int MOST_FIELDS = 64;
 constexpr int MOST_INNER_FIELDS = 8;
 constexpr int DEEPEST_HOLDER = 3;
-// The name of elements, which no field has, as it is not interned.
+// The names of elements and results, which no field has, as they are not interned.
 constexpr char ELEMENTS[] = "{}";
+constexpr char RESULT[] = "()";
 
 // Nothing is known of it, wherever the flow goes on or back to; but of what has got all its fields
 // one by one, it has not got this one.
@@ -57,6 +58,16 @@ void begin_elements(Symbol *holder, int depth, Value elements) {
     if (elements == UNKNOWN_FIELD) return;
     begin_fields(holder);
     if (elements != MAY_BE_MISSING) add_elements(holder, depth, elements & ANY_VALUE);
+}
+
+Symbol *result_of(Symbol *holder, int depth) { return field_of(holder, RESULT, depth); }
+
+void begin_result(Symbol *holder, int depth, Value value, Value elements) {
+    begin_fields(holder);
+    Symbol *result = result_of(holder, depth);
+    if (!result) return;
+    assign(result, value);
+    begin_elements(result, depth + 1, elements);
 }
 
 void note_presence(Symbol *field) {

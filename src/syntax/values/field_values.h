@@ -20,6 +20,10 @@ inline bool is_one_record(Value value) {
 Symbol *field_of(Symbol *holder, const char *name, int depth);
 /* The elements of what surely is a cell there; null as of a field. */
 Symbol *elements_of(Symbol *holder, int depth);
+/* What a call of the function gives that is held there; null as of a field. */
+Symbol *result_of(Symbol *holder, int depth);
+/* The holder is a function from here on, which gives such a value; elements: as below. */
+void begin_result(Symbol *holder, int depth, Value value, Value elements);
 /* Elements of the cell may be this, too. */
 void add_elements(Symbol *holder, int depth, Value value);
 /* The holder is a cell from here on, with such elements: MAY_BE_MISSING for none, and the

@@ -161,6 +161,20 @@ Symbol *output_of(const Scope *scope, int index) {
     return output && !is_list ? output->symbol : nullptr;
 }
 
+// Null for none.
+const Symbol *varargout_of(const Scope *scope) {
+    const Node *output = scope->flags & HAS_VARARGOUT ? outputs_of(scope) : nullptr;
+    while (output && output->next) output = output->next;
+    return output ? output->symbol : nullptr;
+}
+
+// What all results after the named ones may be.
+Value value_of_rest(const Scope *scope) {
+    const Symbol *list = varargout_of(scope);
+    Value value = list && list->element_result != UNKNOWN_FIELD ? list->element_result : 0;
+    return kinds_of(value) ? Value(value & ANY_VALUE) : ANY_VALUE;
+}
+
 }  // namespace
 
 void begin_summaries() {
@@ -200,7 +214,8 @@ void note_function_end(const Scope *scope, Node *end) {
 
 static const OutputValue *outside_output(const Node *name, int index) {
     const FunctionResults *results = Finders.outside ? Finders.outside(name->text) : nullptr;
-    return results && index < results->count ? &results->outputs[index] : nullptr;
+    if (!results) return nullptr;
+    return index < results->count ? &results->outputs[index] : &results->rest;
 }
 
 static Value value_of_outside(const Node *name, int index) {
@@ -215,10 +230,27 @@ Value value_of_own(const Node *name, const Node *arguments, int index) {
     if (!summary) return value_of_outside(name, index);
     if (Traced) note_call(Traced, summary, arguments);
     const Symbol *output = output_of(summary->scope, index);
-    if (!output) return ANY_VALUE;
+    if (!output) return value_of_rest(summary->scope);
     if (!output->result) end_here();
     Value result = output->result & ANY_VALUE;
     return kinds_of(result) ? result : ANY_VALUE;
+}
+
+Value value_of_handled(const Node *handle) {
+    if (is_in_called_script()) return ANY_VALUE;
+    Summary *summary = summary_of(handle->symbol);
+    if (!summary) return value_of_outside(handle, 0);
+    if (Traced) note_call(Traced, summary, nullptr);
+    const Symbol *output = output_of(summary->scope, 0);
+    return output ? Value(output->result & ANY_VALUE) : value_of_rest(summary->scope);
+}
+
+uint32_t elements_taken(const Scope *scope) {
+    uint32_t taken = 0;
+    for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
+        if ((symbol->flags & SYMBOL_ELEMENT_TAKEN) && symbol->position <= MOST_TAKEN)
+            taken |= 1u << (symbol->position - 1);
+    return taken;
 }
 
 Value elements_of_own(const Node *name) {
@@ -241,5 +273,5 @@ FunctionResults results_of(const Scope *scope) {
         const Symbol *output = output_of(scope, k);
         outputs[k] = {output->result, output->element_result};
     }
-    return {count, outputs};
+    return {count, outputs, {value_of_rest(scope), 0}, elements_taken(scope)};
 }

@@ -21,6 +21,13 @@ void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
  * been traced; null for none. Of a function that has not been added it is what the finders know. */
 Value value_of_own(const Node *name, const Node *arguments, int index);
+/* The same of what the first result is when somebody calls a HANDLE; without kinds where it has not
+ * returned so far. */
+Value value_of_handled(const Node *handle);
+/* The parameters of a function that has been traced of which x(k) is taken for an element though it
+ * may be a cell: the first one by the lowest bit. */
+uint32_t elements_taken(const Scope *scope);
+constexpr int32_t MOST_TAKEN = 32;
 /* What a function that has been added gives, for whoever calls it from another file. */
 FunctionResults results_of(const Scope *scope);
 /* What the elements of the first result are, where that is a cell; MAY_BE_MISSING for none, and

@@ -12,6 +12,8 @@ struct OutputValue {
 struct FunctionResults {
     int32_t count; /* of outputs, varargout not */
     const OutputValue *outputs;
+    OutputValue rest; /* all others */
+    uint32_t taken;   /* parameters (elements_taken in summaries.h) */
 };
 
 /* What the program itself has under the names of functions. */

@@ -158,12 +158,22 @@ Part element_part(Part of, const Node *arguments) {
     return {kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1};
 }
 
+// The result of a function that is held there.
+Part called_part(Part of) {
+    Symbol *result = of.holder ? result_of(of.holder, of.depth) : nullptr;
+    Value value = result ? value_now(result) : UNKNOWN_FIELD;
+    bool is_known = kinds_of(value) && value != UNKNOWN_FIELD;
+    if (!is_known) return {ANY_VALUE, nullptr, false, 0};
+    return {Value(value & ANY_VALUE), result, false, of.depth + 1};
+}
+
 // What a part of a cell holds, the cell holds.
 Part selected_part(Part of, const Node *selector) {
     const Node *arguments = selector->first_child;
     if (selector->kind == NODE_FIELD) return field_part(of, selector->text);
     if (selector->kind == NODE_BRACES) return element_part(of, arguments);
     if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false, 0};
+    if (kinds_of(of.value) == MAY_BE_FUNCTION) return called_part(of);
     bool is_data = of.is_data || is_surely_index(arguments);
     Symbol *holder = may_hold_elements(of) ? of.holder : nullptr;
     return {value_of_index(of.value, is_data, arguments), holder, false, of.depth};
@@ -342,6 +352,20 @@ static void note_sides(const Node *base) {
     if (is_known_to(base->text, ASKS_SIDES)) variable->symbol->flags |= SYMBOL_SIDES_ASKED;
 }
 
+// x(k) of a parameter of which nothing is known: the element is taken.
+static void note_taken_element(const Node *reference) {
+    constexpr uint32_t AS_CELL = SYMBOL_HAS_BRACES | SYMBOL_CELL_ASKED;
+    const Node *base = reference->first_child;
+    const Node *selector = base->next;
+    Symbol *symbol = base->symbol;
+    bool is_plain = (symbol->flags & SYMBOL_PARAMETER) && !(symbol->flags & AS_CELL) &&
+                    selector->kind == NODE_ARGUMENTS && !selector->next;
+    if (!is_plain || has_flag(reference, IS_OPERAND)) return;
+    for (const Node *index = selector->first_child; index; index = index->next)
+        if (is_surely_several(index)) return;
+    if (kinds_of(value_of(base)) == ANY_KIND) symbol->flags |= SYMBOL_ELEMENT_TAKEN;
+}
+
 Value trace_reference(Node *reference) {
     Node *base = reference->first_child;
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
@@ -357,7 +381,10 @@ Value trace_reference(Node *reference) {
     if (is_call) return value_after_call(base);
     if (base->kind != NODE_NAME) return ANY_VALUE;
     Value value = value_of_part(base->symbol, base->next);
-    if (!may_give_cell(reference)) return value;
+    if (!may_give_cell(reference)) {
+        note_taken_element(reference);
+        return value;
+    }
     return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |
            (may_be(value, MAY_BE_TEXT) ? MAY_BE_SINGLE : 0);
 }

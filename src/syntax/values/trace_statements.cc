@@ -295,14 +295,17 @@ bool is_varargin(const Scope *scope, const Symbol *symbol) {
     return (scope->flags & HAS_VARARGIN) && strcmp(symbol->name, "varargin") == 0;
 }
 
+bool is_varargout(const Scope *scope, const Symbol *symbol) {
+    return (scope->flags & HAS_VARARGOUT) && strcmp(symbol->name, "varargout") == 0;
+}
+
 // What a variable is before anything is said of it.
 Value value_at_start(const Scope *scope, const Symbol *symbol) {
     if (scope->owner->kind == NODE_FILE && may_be_there(scope, symbol))
         return ANY_VALUE | MAY_BE_MISSING;
     if (symbol->position == 0) {
         if (is_varargin(scope, symbol)) return MAY_BE_CELL | ROW;
-        if (strcmp(symbol->name, "varargout") == 0 && (scope->flags & HAS_VARARGOUT))
-            return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
+        if (is_varargout(scope, symbol)) return MAY_BE_CELL | MAY_BE_ARRAY | MAY_BE_EMPTY;
         return scope->creator ? Value(ANY_VALUE | MAY_BE_MISSING) : Value(MAY_BE_MISSING);
     }
     Value given = value_given(scope, symbol);
@@ -320,6 +323,7 @@ void begin_values(const Scope *scope) {
         symbol->has_given_parts = symbol->now != MAY_BE_MISSING;
         symbol->ever |= symbol->now;
         if (is_varargin(scope, symbol)) begin_elements(symbol, 0, rest_given(scope));
+        if (is_varargout(scope, symbol)) begin_elements(symbol, 0, MAY_BE_MISSING);
         if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
     }
 }
@@ -370,6 +374,7 @@ void forget_trace(Scope *scope) {
         symbol->ever = 0;
         symbol->start = symbol->starts_in = nullptr;
         symbol->starts_in_front = false;
+        symbol->flags &= ~SYMBOL_ELEMENT_TAKEN;
     }
 }
 

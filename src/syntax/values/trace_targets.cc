@@ -5,6 +5,7 @@
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/shapes.h"
+#include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
 
 namespace {
@@ -123,10 +124,24 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (!is_same) symbol->start = is_first ? symbol->first_part : selector;
 }
 
+// @name, and @() whose value depends on nothing that it is given.
+void set_result(Symbol *holder, int depth, Node *function) {
+    bool is_named = function->kind == NODE_HANDLE;
+    if (!is_named && function->kind != NODE_ANONYMOUS) return;
+    Node *body = is_named ? nullptr : second_child(function);
+    if (body && may_be_list(body)) return;
+    Value value = is_named ? value_of_handled(function) : Value(value_of(body) & ANY_VALUE);
+    Value elements = is_named ? elements_of_own(function) : elements_given(body);
+    if (kinds_of(value)) begin_result(holder, depth, value, elements);
+}
+
 // struct('a', 1, 'b', {{2}}) makes one record, where no value is a cell, or one of one element.
 void set_fields(Symbol *holder, int depth, Node *expression) {
     bool is_name = depth == 0 && expression && expression->kind == NODE_NAME;
     if (is_name && is_variable(expression->symbol)) return copy_fields(holder, expression->symbol);
+    bool is_function = expression && kinds_of(value_of(expression) & ANY_VALUE) == MAY_BE_FUNCTION;
+    if (is_function)
+        return set_result(holder, depth, const_cast<Node *>(without_parens(expression)));
     LibraryCall call = expression ? library_call(expression) : LibraryCall{};
     if (!call.function || strcmp(call.function->name, "struct") != 0) return;
     if (!is_one_record(value_of(expression))) return;
