@@ -47,6 +47,17 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
     return part;
 }
 
+// The first part has no name.
+Symbol *next_field(const Symbol *field) {
+    Symbol *next = field->next;
+    while (next && (next->name == ELEMENTS || next->name == RESULT)) next = next->next;
+    return next;
+}
+
+Symbol *first_field(const Symbol *holder) {
+    return holder->parts ? next_field(holder->parts) : nullptr;
+}
+
 Symbol *elements_of(Symbol *holder, int depth) { return field_of(holder, ELEMENTS, depth); }
 
 void add_elements(Symbol *holder, int depth, Value value) {

@@ -14,6 +14,17 @@ inline bool is_one_record(Value value) {
            !may_be(value, MAY_BE_ARRAY | MAY_BE_EMPTY);
 }
 
+/* The fields of the holder that have been named so far; null after the last one. */
+Symbol *first_field(const Symbol *holder);
+Symbol *next_field(const Symbol *field);
+/* What is known of a field of what a function gives. */
+struct FieldResult {
+    const char *name; /* interned */
+    Value value;
+    Value elements; /* of a cell; as those of begin_elements */
+    FieldResult *next;
+};
+
 /* The field of what a variable, or another field, holds: its value flows as that of a variable.
  * Null where there are too many, or it lies too deep: nothing is known of that one. name: interned;
  * depth: of fields around the holder, 0 for a variable. */

@@ -122,15 +122,50 @@ void add_result(Summary *summary, Symbol *output, Value value, Value elements) {
     summary->grown = ++Moment;
 }
 
-Value elements_now(Symbol *output) {
-    if (!may_be(value_now(output), MAY_BE_CELL)) return 0;
-    const Symbol *elements = elements_of(output, 0);
+void add_field(Summary *summary, FieldResult *field, Value value, Value elements) {
+    bool is_known =
+        (field->value | value) == field->value && (field->elements | elements) == field->elements;
+    if (is_known) return;
+    field->value |= value;
+    field->elements |= elements;
+    summary->grown = ++Moment;
+}
+
+Value elements_at(Symbol *holder, int depth) {
+    if (!may_be(value_now(holder), MAY_BE_CELL)) return 0;
+    const Symbol *elements = elements_of(holder, depth);
     return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
 }
 
+void begin_field_results(Symbol *output) {
+    for (Symbol *part = first_field(output); part; part = next_field(part)) {
+        if (value_now(part) == UNKNOWN_FIELD) continue;
+        FieldResult *field = AllocRecord<FieldResult>();
+        *field = {part->name, value_now(part), elements_at(part, 1), output->field_results};
+        output->field_results = field;
+    }
+}
+
+// Of what the output is now; those of its first end are followed.
+void add_field_results(Summary *summary, Symbol *output, bool is_first) {
+    if (!is_one_record(value_now(output) & ANY_VALUE)) {
+        output->field_results = nullptr;
+    } else if (is_first) {
+        begin_field_results(output);
+    } else {
+        for (FieldResult *field = output->field_results; field; field = field->next) {
+            Symbol *part = field_of(output, field->name, 0);
+            add_field(summary, field, part ? value_now(part) : UNKNOWN_FIELD,
+                      part ? elements_at(part, 1) : UNKNOWN_FIELD);
+        }
+    }
+}
+
 void give_up(Summary *summary) {
-    for (const Node *output = outputs_of(summary->scope); output; output = output->next)
+    for (const Node *output = outputs_of(summary->scope); output; output = output->next) {
         add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING, UNKNOWN_FIELD);
+        output->symbol->field_results = nullptr;
+    }
 }
 
 bool has_end(const Summary *summary) {
@@ -207,9 +242,12 @@ void note_function_end(const Scope *scope, Node *end) {
     const Node *first = outputs_of(scope);
     if (first && end) end->value = value_now(first->symbol);
     if (!scope->summary) return;
-    for (const Node *output = first; output; output = output->next)
-        add_result(scope->summary, output->symbol, value_now(output->symbol),
-                   elements_now(output->symbol));
+    for (const Node *output = first; output; output = output->next) {
+        Symbol *symbol = output->symbol;
+        bool is_first = !symbol->result;
+        add_result(scope->summary, symbol, value_now(symbol), elements_at(symbol, 0));
+        add_field_results(scope->summary, symbol, is_first);
+    }
 }
 
 static const OutputValue *outside_output(const Node *name, int index) {
@@ -245,6 +283,17 @@ Value value_of_handled(const Node *handle) {
     return output ? Value(output->result & ANY_VALUE) : value_of_rest(summary->scope);
 }
 
+const FieldResult *fields_of_own(const Node *name) {
+    if (is_in_called_script()) return nullptr;
+    const Summary *summary = summary_of(name->symbol);
+    if (summary) {
+        const Symbol *output = output_of(summary->scope, 0);
+        return output ? output->field_results : nullptr;
+    }
+    const OutputValue *outside = outside_output(name, 0);
+    return outside ? outside->fields : nullptr;
+}
+
 uint32_t elements_taken(const Scope *scope) {
     uint32_t taken = 0;
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
@@ -271,7 +320,7 @@ FunctionResults results_of(const Scope *scope) {
         static_cast<OutputValue *>(AllocKept(sizeof(OutputValue) * static_cast<size_t>(count + 1)));
     for (int32_t k = 0; k < count; k++) {
         const Symbol *output = output_of(scope, k);
-        outputs[k] = {output->result, output->element_result};
+        outputs[k] = {output->result, output->element_result, output->field_results};
     }
-    return {count, outputs, {value_of_rest(scope), 0}, elements_taken(scope)};
+    return {count, outputs, {value_of_rest(scope), 0, nullptr}, elements_taken(scope)};
 }

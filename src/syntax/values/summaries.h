@@ -21,6 +21,8 @@ void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
  * been traced; null for none. Of a function that has not been added it is what the finders know. */
 Value value_of_own(const Node *name, const Node *arguments, int index);
+/* What is known of the fields of the first result, where that is one record; null for nothing. */
+const FieldResult *fields_of_own(const Node *name);
 /* The same of what the first result is when somebody calls a HANDLE; without kinds where it has not
  * returned so far. */
 Value value_of_handled(const Node *handle);

@@ -320,10 +320,10 @@ void begin_values(const Scope *scope) {
         if (!is_variable(symbol)) continue;
         symbol->now = symbol->since = value_at_start(scope, symbol);
         symbol->parts = nullptr;
-        symbol->has_given_parts = symbol->now != MAY_BE_MISSING;
+        bool is_bare = symbol->now == MAY_BE_MISSING || is_varargout(scope, symbol);
+        symbol->has_given_parts = !is_bare;
         symbol->ever |= symbol->now;
         if (is_varargin(scope, symbol)) begin_elements(symbol, 0, rest_given(scope));
-        if (is_varargout(scope, symbol)) begin_elements(symbol, 0, MAY_BE_MISSING);
         if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
     }
 }

@@ -124,8 +124,18 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (!is_same) symbol->start = is_first ? symbol->first_part : selector;
 }
 
+// f, a variable that holds a function.
+void copy_result(Symbol *holder, int depth, Symbol *from) {
+    const Symbol *result = is_variable(from) ? result_of(from, 0) : nullptr;
+    Value value = result ? value_now(result) : UNKNOWN_FIELD;
+    if (!kinds_of(value) || value == UNKNOWN_FIELD) return;
+    const Symbol *elements = elements_of(result_of(from, 0), 1);
+    begin_result(holder, depth, value & ANY_VALUE, elements ? value_now(elements) : UNKNOWN_FIELD);
+}
+
 // @name, and @() whose value depends on nothing that it is given.
 void set_result(Symbol *holder, int depth, Node *function) {
+    if (function->kind == NODE_NAME) return copy_result(holder, depth, function->symbol);
     bool is_named = function->kind == NODE_HANDLE;
     if (!is_named && function->kind != NODE_ANONYMOUS) return;
     Node *body = is_named ? nullptr : second_child(function);
@@ -133,6 +143,17 @@ void set_result(Symbol *holder, int depth, Node *function) {
     Value value = is_named ? value_of_handled(function) : Value(value_of(body) & ANY_VALUE);
     Value elements = is_named ? elements_of_own(function) : elements_given(body);
     if (kinds_of(value)) begin_result(holder, depth, value, elements);
+}
+
+// Fields of which nothing is said may be there, too.
+void set_given_fields(Symbol *holder, int depth, const Node *name) {
+    for (const FieldResult *given = fields_of_own(name); given; given = given->next) {
+        Symbol *field = field_of(holder, given->name, depth);
+        if (!field) continue;
+        assign(field, given->value);
+        if (kinds_of(given->value) == MAY_BE_CELL)
+            begin_elements(field, depth + 1, given->elements);
+    }
 }
 
 // struct('a', 1, 'b', {{2}}) makes one record, where no value is a cell, or one of one element.
@@ -143,8 +164,9 @@ void set_fields(Symbol *holder, int depth, Node *expression) {
     if (is_function)
         return set_result(holder, depth, const_cast<Node *>(without_parens(expression)));
     LibraryCall call = expression ? library_call(expression) : LibraryCall{};
-    if (!call.function || strcmp(call.function->name, "struct") != 0) return;
-    if (!is_one_record(value_of(expression))) return;
+    if (!call.name || !is_one_record(value_of(expression))) return;
+    if (!call.function) return set_given_fields(holder, depth, call.name);
+    if (strcmp(call.function->name, "struct") != 0) return;
     begin_fields(holder);
     for (const Node *name = call.arguments; name; name = name->next->next) {
         Symbol *field = *name->text ? field_of(holder, intern(name->text), depth) : nullptr;
