@@ -561,10 +561,11 @@ TEST(Interface, takes_what_the_caller_knows) {
     for (const char *question : {"find f of any for main.m", "find f of f for main.m",
                                  "find part of any for main.m", "f 1 -> 1", "g 1 -> 1"})
         EXPECT_TRUE(asked.contains(question)) << question;
-    ASSERT_EQ(result->file_count, 2u);
+    ASSERT_EQ(result->file_count, 3u);
     EXPECT_EQ(std::string(result->files[1]->name), "lib/part.m");
     EXPECT_EQ(std::string(result->files[1]->path), "lib/./part.m");
     EXPECT_EQ(std::string(result->files[1]->text), tool.files["lib/part.m"]);
+    EXPECT_EQ(std::string(result->files[2]->name), "lib/f.m");
     EXPECT_EQ(std::string(result->calls[0]->target), "lib/./f.m");
 }
 
@@ -574,6 +575,42 @@ TEST(Interface, asks_for_no_methods_where_there_are_none) {
     tool.request.flags |= MTRANSLATE_WITHOUT_METHODS;
     translated(tool.request);
     EXPECT_EQ(tool.asked, (std::vector<std::string>{"find f of any for main.m", "f 1 -> 1"}));
+}
+
+/* What is recalled is what reading the file tells, and the file counts as read; what is damaged
+ * spoils nothing but that. */
+TEST(Interface, recalls_what_a_run_has_found_out) {
+    static std::map<std::string, std::string> known;
+    known.clear();
+    Tool tool(
+        "main => [c, s] = f(1); x = c(2); y = s.k(1); z = c{1} + 1; f({1});   lib/f => "
+        "function [c, s, varargout] = f(v)\nc = {1, 2}; s = v(1); varargout{1} = 3;");
+    tool.request.find = find_file;
+    tool.request.remember = [](void *, const char *path, const char *results) {
+        known[path] = results;
+    };
+    const Result first = translated(tool.request);
+    ASSERT_EQ(known.size(), 1u);
+    EXPECT_NE(std::string(first->text).find("x := c(2..2);"), std::string::npos) << first->text;
+    EXPECT_NE(messages_of(*first).find("MT320"), std::string::npos);
+    tool.request.recall = [](void *, const char *path) {
+        const auto at = known.find(path);
+        return at == known.end() ? nullptr : at->second.c_str();
+    };
+    const std::string whole = known.begin()->second;
+    for (size_t length = whole.size();; length /= 2) {
+        SCOPED_TRACE(length);
+        known.begin()->second = whole.substr(0, length);
+        const Result next = translated(tool.request);
+        EXPECT_EQ(next->file_count, first->file_count);
+        if (length == whole.size()) {
+            EXPECT_EQ(std::string(next->text), first->text);
+            EXPECT_EQ(messages_of(*next), messages_of(*first));
+        }
+        if (length == 0) break;
+    }
+    known.begin()->second = "1 x 99999 5 4294967295 7 -3 y";
+    EXPECT_EQ(translated(tool.request)->status, MTRANSLATE_PROGRAM_DONE);
 }
 
 TEST(Interface, takes_no_path_that_leads_to_no_function) {

@@ -191,6 +191,31 @@ TEST_F(TreeOf, classes_calls_methods_alike_from_everywhere) {
     }
 }
 
+/* What a function of another file gives is the same for all that call it, and they depend on it. */
+TEST_F(TreeOf, files_knows_what_their_functions_give) {
+    const std::string use = "() \nc = make; x = c(2); n = count(c); if n > 1, x = n + 1; end\n";
+    for (const std::string caller : {"a", "deep/m", "z"})
+        write(directory / ("t/" + caller + ".m"),
+              "function x = " + caller.substr(caller.find('/') + 1) + use);
+    write(directory / "t/make.m", "function c = make\nc = wrapped;\nc{end+1} = 'two';\n");
+    write(directory / "t/wrapped.m", "function c = wrapped\nc = {1};\n");
+    write(directory / "t/count.m", "function n = count(c)\nn = numel(c);\n");
+    run("mtranslate t -O o1 -j 1 --depfile d; mtranslate t -O o3 -j 3; diff -r o1 o3; "
+        "mtranslate --root t t/z.m -O part; diff o1/z.txt part/z.txt");
+    EXPECT_EQ(read(directory / "out"), "");
+    for (const std::string caller : {"a", "deep/m", "z"}) {
+        const std::string text = read(directory / ("o1/" + caller + ".txt"));
+        EXPECT_NE(text.find("x := copy(c(2..2));\n    n := count(c);\n    if n > 1 then\n"),
+                  std::string::npos)
+            << text;
+        const std::string closure = output_of("mtranslate -I t t/" + caller + ".m");
+        EXPECT_TRUE(closure.starts_with(text)) << closure;
+        const std::string made =
+            "o1/" + caller + ".txt: \\\n  t/" + caller + ".m \\\n  t/make.m \\\n  t/count.m\n";
+        EXPECT_NE(read(directory / "d").find(made), std::string::npos) << read(directory / "d");
+    }
+}
+
 /* With its closure each file of a tree is what it is alone, messages and all. */
 TEST_F(Trees, are_made_of_files_that_could_be_alone) {
     run("mtranslate t -O o --closure -I t");
