@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "cli/support/paths.h"
+
 namespace mtranslate {
 
 namespace {
@@ -54,7 +56,7 @@ const Configuration &ConfigurationSearch::in_folder(const std::string &folder) {
 }
 
 const Configuration &ConfigurationSearch::of_file(const std::string &path) {
-    return in_folder(path == "-" ? "" : fs::path(path).parent_path());
+    return in_folder(path == "-" ? "" : folder_of(path));
 }
 
 const Configuration &ConfigurationSearch::of_input(const InputFile &input) {

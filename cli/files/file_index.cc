@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/support/paths.h"
+
 namespace mtranslate {
 
 namespace {
@@ -29,6 +31,7 @@ std::uint32_t hash_of(const std::string &name) {
 
 /* Of a function, with its package. */
 std::string name_of(const std::string &path) {
+    if (path.find('+') == path.npos) return file_name_of(without_extension(path));
     const fs::path normal = fs::path(path).lexically_normal();
     return package_of(normal.parent_path()) + normal.stem().string();
 }
@@ -38,6 +41,7 @@ std::string name_of(const std::string &path) {
 FileIndex::FileIndex(InputFiles files) : files_(std::move(files)) {
     std::error_code error;  // there is none in a browser
     current_ = fs::current_path(error);
+    is_in_class_folder_ = current_.native().find('@') != std::string::npos;
     std::uint32_t number = 0;
     for (const InputFile &file : files_) {
         const std::uint32_t at = number++;
@@ -53,6 +57,7 @@ FileIndex::FileIndex(InputFiles files) : files_(std::move(files)) {
 
 /* "a.b" for a file in the folders +a/@b, "" for one outside of class folders. */
 std::string FileIndex::class_of(const std::string &path) const {
+    if (!is_in_class_folder_ && path.find('@') == path.npos) return "";
     const fs::path folder = (current_ / path).lexically_normal().parent_path();
     const std::string name = folder.filename();
     if (!name.starts_with('@') || name.size() == 1) return "";
@@ -72,18 +77,18 @@ std::vector<std::string> FileIndex::paths_in(const Entries &entries,
 
 std::optional<std::string> FileIndex::find(const std::string &caller,
                                            const std::string &name) const {
-    const auto folder_of = [](const std::string &path) {
+    const auto normal_folder_of = [](const std::string &path) {
         return fs::path(path).lexically_normal().parent_path();
     };
     const auto sees = [&](const fs::path &private_folder) {
-        fs::path from = folder_of(caller);
+        fs::path from = normal_folder_of(caller);
         if (from.filename() == "private") from = from.parent_path();
         return private_folder.parent_path() == from;
     };
     std::optional<std::string> open;
     for (const std::string &path : paths_in(functions_, name)) {
         if (name_of(path) != name) continue;
-        const fs::path folder = folder_of(path);
+        const fs::path folder = normal_folder_of(path);
         const bool is_private = folder.filename() == "private" && folder.has_parent_path();
         if (is_private && sees(folder)) return path;
         if (!is_private && !open) open = path;

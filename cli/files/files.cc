@@ -108,12 +108,16 @@ Descriptor open_regular_file(const std::string &path) {
     return file;
 }
 
-fs::path behind_links(fs::path path) {
-    std::error_code error;
-    for (int links = 0; links < MOST_LINKS && fs::is_symlink(path, error); ++links) {
+std::string behind_links(std::string path) {
+    struct stat status;
+    const auto is_link = [&] {
+        return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+    };
+    for (int links = 0; links < MOST_LINKS && is_link(); ++links) {
+        std::error_code error;
         const fs::path to = fs::read_symlink(path, error);
         if (error) break;  // who follows the link then finds out why
-        path = path.parent_path() / to;
+        path = fs::path(path).parent_path() / to;
     }
     return path;
 }

@@ -64,7 +64,7 @@ Descriptor open_to_read(const std::string &path);
 Descriptor open_regular_file(const std::string &path);
 
 /* The name of the file itself, which need not exist, behind the symbolic links that lead to it. */
-std::filesystem::path behind_links(std::filesystem::path path);
+std::string behind_links(std::string path);
 /* Whether the path, which need not exist, is the folder or in it behind all links. False also where
  * that cannot be found out, with the errno in reason, which is else as it was. */
 bool is_within(const std::filesystem::path &folder, const std::filesystem::path &path,

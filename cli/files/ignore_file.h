@@ -40,6 +40,7 @@ public:
      * folder is entered all the same. */
     void enter(const std::filesystem::path &folder);
     void leave() { files_.pop_back(); }
+    bool are_none() const { return files_.empty(); }
 
     /* The nearest file that has a pattern for the path decides. */
     bool leave_out(const std::filesystem::path &path, bool is_folder) const;

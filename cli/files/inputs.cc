@@ -17,6 +17,7 @@
 
 #include "cli/files/files.h"
 #include "cli/files/ignore_file.h"
+#include "cli/support/paths.h"
 
 namespace mtranslate {
 
@@ -41,7 +42,7 @@ public:
     void add(const std::string &path) {
         const struct stat status = status_of(path);
         if (!S_ISDIR(status.st_mode)) {
-            inputs.files.add({path, fs::path(path).filename()});
+            inputs.files.add({path, file_name_of(path)});
             return;
         }
         given_ = path;
@@ -55,41 +56,43 @@ public:
     Inputs inputs;
 
 private:
-    static struct stat status_of(const fs::path &path) {
+    static struct stat status_of(const std::string &path) {
         struct stat status;
-        if (stat(path.c_str(), &status) != 0) fail("cannot read '" + path.string() + "'");
+        if (stat(path.c_str(), &status) != 0) fail("cannot read '" + path + "'");
         return status;
     }
 
-    bool is_excluded(const std::string &name, const fs::path &relative) const {
+    bool is_excluded(const std::string &name, const std::string &relative) const {
         return std::ranges::any_of(search_.excludes, [&](const std::string &pattern) {
             const bool is_path = pattern.find('/') != std::string::npos;
-            return fnmatch(pattern.c_str(), (is_path ? relative.string() : name).c_str(), 0) == 0;
+            return fnmatch(pattern.c_str(), (is_path ? relative : name).c_str(), 0) == 0;
         });
     }
 
-    void enter(const fs::path &folder, const struct stat &status, const fs::path &relative) {
+    void enter(const std::string &folder, const struct stat &status, const std::string &relative) {
         if (!entered_.emplace(status.st_dev, status.st_ino).second) return;
         std::vector<std::string> names;
         bool has_ignore_file = false;
         std::error_code error;
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
              at.increment(error)) {
-            std::string name = at->path().filename();
+            std::string name = file_name_of(at->path().native());
             has_ignore_file |= search_.reads_ignore_files && name == ".gitignore";
             if (may_matter(name, *at)) names.push_back(std::move(name));
         }
         if (error) return refuse(folder, relative, error.message());
         std::sort(names.begin(), names.end());
         if (has_ignore_file) enter_ignore_file(folder, relative);
-        for (const std::string &name : names) visit(name, folder / name, relative / name);
+        for (const std::string &name : names)
+            visit(name, in_folder(folder, name), in_folder(relative, name));
         if (has_ignore_file) ignore_files_.leave();
     }
 
-    void enter_ignore_file(const fs::path &folder, const fs::path &relative) try {
+    void enter_ignore_file(const std::string &folder, const std::string &relative) try {
         ignore_files_.enter(below_root(relative));
     } catch (const FileError &error) {
-        inputs.files.add({folder / ".gitignore", relative / ".gitignore", error.what()});
+        inputs.files.add(
+            {in_folder(folder, ".gitignore"), in_folder(relative, ".gitignore"), error.what()});
     }
 
     /* Whether it is not surely another file, as far as its folder tells. */
@@ -98,18 +101,18 @@ private:
         return name.ends_with(".m") || !entry.is_regular_file(none);
     }
 
-    fs::path below_root(const fs::path &relative) const {
+    fs::path below_root(const std::string &relative) const {
         return relative.empty() ? root_ : root_ / relative;
     }
 
-    bool is_ignored(const fs::path &relative, bool is_folder) {
-        if (!search_.reads_ignore_files) return false;
+    bool is_ignored(const std::string &relative, bool is_folder) {
+        if (!search_.reads_ignore_files || ignore_files_.are_none()) return false;
         const bool is_out = ignore_files_.leave_out(below_root(relative), is_folder);
         if (is_out) ++inputs.ignored;
         return is_out;
     }
 
-    void visit(const std::string &name, const fs::path &path, const fs::path &relative) {
+    void visit(const std::string &name, const std::string &path, const std::string &relative) {
         struct stat status;
         if (name.starts_with('.') || is_excluded(name, relative)) return;
         if (stat(path.c_str(), &status) != 0) return visit_unknown(path, relative);
@@ -127,14 +130,14 @@ private:
     }
 
     /* Nothing is missed where a link leads nowhere. */
-    void visit_unknown(const fs::path &path, const fs::path &relative) {
+    void visit_unknown(const std::string &path, const std::string &relative) {
         const int reason = errno;
         if (reason != ENOENT && reason != ELOOP && !is_ignored(relative, false))
             refuse(path, relative, std::strerror(reason));
     }
 
-    void refuse(const fs::path &path, const fs::path &relative, const std::string &reason) {
-        inputs.files.add({path, relative, "cannot read '" + path.string() + "': " + reason});
+    void refuse(const std::string &path, const std::string &relative, const std::string &reason) {
+        inputs.files.add({path, relative, "cannot read '" + path + "': " + reason});
     }
 
     const InputSearch &search_;

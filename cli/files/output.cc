@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "cli/files/partial_file.h"
+#include "cli/support/paths.h"
 #include "cli/support/signals.h"
 
 namespace mtranslate {
@@ -36,8 +37,8 @@ int descriptor_named(std::string_view path) {
 
 /* Throws FileError for a name of an existing file that is a source's, the file's own or a link's.
  */
-void refuse_matlab_file(const fs::path &path, const std::string &title) {
-    for (const fs::path &name : {path, behind_links(path)})
+void refuse_matlab_file(const std::string &path, const std::string &title) {
+    for (const fs::path name : {path, behind_links(path)})
         if (name.extension() == ".m") throw FileError(title + " is an existing MATLAB file");
 }
 
@@ -66,9 +67,10 @@ void write_whole(int descriptor, const Pieces &text, const std::string &name,
 
 /* Replaces target, old where it exists. False, with errno, where the place allows no new file or
  * not one of the same owner. */
-bool replace(const fs::path &target, const struct stat *old, const Pieces &text,
+bool replace(const std::string &target, const struct stat *old, const Pieces &text,
              const std::string &name, Durability durability) {
-    PartialFile file(target.has_parent_path() ? target.parent_path() : ".");
+    const std::string folder = folder_of(target);
+    PartialFile file(folder.empty() ? "." : folder);
     if (file.descriptor() < 0) return false;
     if (old && !file.take_owner_and_mode(*old)) return false;
     write_whole(file.descriptor(), text, name, durability);
@@ -77,7 +79,7 @@ bool replace(const fs::path &target, const struct stat *old, const Pieces &text,
 
 /* Writes over a file that cannot be replaced. Space is found first, so that a full disk leaves
  * the file as it is. */
-void overwrite(const fs::path &target, const struct stat &old, std::string_view text,
+void overwrite(const std::string &target, const struct stat &old, std::string_view text,
                const std::string &name) {
     const HeldSignals held;
     const Descriptor file(open(target.c_str(), O_WRONLY | O_CLOEXEC));
@@ -94,7 +96,7 @@ void overwrite(const fs::path &target, const struct stat &old, std::string_view 
 }
 
 /* A pipe or a device. */
-void write_directly(const fs::path &target, const Pieces &text, const std::string &name) {
+void write_directly(const std::string &target, const Pieces &text, const std::string &name) {
     const Descriptor file(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     if (!file) fail("cannot write " + name);
     write_pieces(file.get(), text, name);
@@ -106,9 +108,9 @@ std::string joined(const Pieces &text) {
     return whole;
 }
 
-void write_file(const fs::path &path, const Pieces &text, const std::string &name,
+void write_file(const std::string &path, const Pieces &text, const std::string &name,
                 Durability durability) {
-    const fs::path target = behind_links(path);
+    const std::string target = behind_links(path);
     struct stat old;
     const bool exists = stat(target.c_str(), &old) == 0;
     if (!exists && errno != ENOENT) fail("cannot write " + name);

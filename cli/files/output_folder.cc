@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "cli/files/files.h"
+#include "cli/support/paths.h"
 
 namespace mtranslate {
 
@@ -15,13 +16,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void make_folder(const fs::path &folder) {
+bool is_folder(const std::string &path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+void make_folder(const std::string &folder) {
     std::error_code error;
-    fs::create_directories(folder, error);
-    if (error)
-        throw FileError("cannot make the folder '" + folder.string() + "': " + error.message());
+    if (!is_folder(folder)) fs::create_directories(folder, error);
+    if (error) throw FileError("cannot make the folder '" + folder + "': " + error.message());
     if (access(folder.c_str(), W_OK | X_OK) != 0)
-        fail("cannot write into the folder '" + folder.string() + '\'');
+        fail("cannot write into the folder '" + folder + '\'');
 }
 
 }  // namespace
@@ -36,7 +41,7 @@ void OutputFolder::make() {
 
 bool OutputFolder::holds(const std::string &output, bool is_link, int &reason) const {
     if (is_link) return is_within(limit_, output, &reason);
-    const std::string folder = fs::path(output).parent_path();
+    const std::string folder = folder_of(output);
     if (folder == known_) return true;
     if (!is_within(limit_, folder.empty() ? "." : folder, &reason)) return false;
     known_ = folder;
@@ -62,7 +67,7 @@ void OutputFolder::make_around(const std::string &output) const {
     if (stat(path_.c_str(), &now) != 0) fail("cannot write into the folder '" + path_ + '\'');
     if (now.st_dev != made_.st_dev || now.st_ino != made_.st_ino)
         throw FileError("the folder '" + path_ + "' has been replaced");
-    make_folder(fs::path(output).parent_path());
+    make_folder(folder_of(output));
 }
 
 }  // namespace mtranslate

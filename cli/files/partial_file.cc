@@ -25,8 +25,8 @@ void remove_partial_file() {
 
 /* What make makes of a name that is free, which path becomes; -1 where it fails. */
 template <class Make>
-int with_free_name(const std::filesystem::path &directory, std::string &path, const Make &make) {
-    const std::string stem = directory / (".mtranslate-" + std::to_string(getpid()) + "-");
+int with_free_name(const std::string &directory, std::string &path, const Make &make) {
+    const std::string stem = directory + "/.mtranslate-" + std::to_string(getpid()) + "-";
     for (int attempt = 0;; ++attempt) {
         path = stem + std::to_string(attempt);
         const int result = make(path.c_str());
@@ -35,14 +35,14 @@ int with_free_name(const std::filesystem::path &directory, std::string &path, co
 }
 
 /* Not all file systems have them. */
-int create_unnamed(const std::filesystem::path &directory) {
+int create_unnamed(const std::string &directory) {
     if (access("/proc/self/fd", X_OK) != 0) return -1;  // it could not be named
     return open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
 }
 
 }  // namespace
 
-PartialFile::PartialFile(const std::filesystem::path &directory)
+PartialFile::PartialFile(const std::string &directory)
     : directory_(directory), file_(create_unnamed(directory)) {
     assert(!path_to_remove);
     before_ending_signals(remove_partial_file);
@@ -77,7 +77,7 @@ bool PartialFile::name() {
     return result == 0;
 }
 
-bool PartialFile::move_to(const std::filesystem::path &target) {
+bool PartialFile::move_to(const std::string &target) {
     if (!path_to_remove && !name()) return false;
     if (rename(path_.c_str(), target.c_str()) != 0) return false;
     path_to_remove = nullptr;

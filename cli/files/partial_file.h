@@ -17,7 +17,7 @@ namespace mtranslate {
 class PartialFile {
 public:
     /* Makes an empty file in the directory, with the mode of a new file. */
-    explicit PartialFile(const std::filesystem::path &directory);
+    explicit PartialFile(const std::string &directory);
     /* Leaves errno as it is. */
     ~PartialFile();
     PartialFile(const PartialFile &) = delete;
@@ -28,12 +28,12 @@ public:
     /* Gives the file the owner and the mode of another. False where that is not allowed. */
     bool take_owner_and_mode(const struct stat &of) const;
     /* Puts the file in the place of target. False, with errno, where that cannot be. */
-    bool move_to(const std::filesystem::path &target);
+    bool move_to(const std::string &target);
 
 private:
     bool name();
 
-    std::filesystem::path directory_;
+    std::string directory_;
     std::string path_; /* where it has a name */
     Descriptor file_;
 };

@@ -7,7 +7,6 @@
 #include <array>
 #include <csignal>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -34,12 +33,11 @@
 #include "cli/run/shown_difference.h"
 #include "cli/run/translation.h"
 #include "cli/run/workers.h"
+#include "cli/support/paths.h"
 
 namespace mtranslate {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /* How the files of a batch ended. */
 struct Tally {
@@ -105,14 +103,14 @@ private:
 
     std::string output_of(const InputFile &input) const {
         if (options_.output_folder.empty()) return "";
-        fs::path path = fs::path(options_.output_folder) / input.relative;
-        return path.replace_extension().string() + options_.suffix;
+        return in_folder(options_.output_folder,
+                         without_extension(input.relative) + options_.suffix);
     }
 
     /* Empty where no translation has an output, or each holds what it calls. */
     std::string library_output() const {
         if (options_.output_folder.empty() || options_.is_closure) return "";
-        return (fs::path(options_.output_folder) / ("qxrp_library" + options_.suffix)).string();
+        return in_folder(options_.output_folder, "qxrp_library" + options_.suffix);
     }
 
     /* Those that an earlier input has, too. All are looked at by their hashes first: a batch may
