@@ -7,11 +7,10 @@
 
 namespace {
 
-// A line that is being read: what has been opened in front of at.
+// A line that is being read, outside of strings and names: what has been opened in front of at.
 struct Reader {
     const char *at;
     int depth;
-    char quote;  // of the string or name around; 0 for none
 };
 
 // What holds a line together more than a bracket does: a procedure in an expression, and the target
@@ -23,50 +22,40 @@ bool is_at_word(const char *at, const char *word) {
     return strncmp(at, word, length) == 0;
 }
 
-// The first letters alone are looked at where most words begin otherwise.
-inline void note_procedure(Reader *from) {
-    const char *at = from->at;
-    if (at[0] == 'p' && at[1] == 'r' && is_at_word(at, "proc(")) from->depth += HELD;
-    if (at[0] == 'e' && at[1] == 'n' && is_at_word(at, "end proc")) from->depth -= HELD;
-}
+// What a byte means to a reader. A p or e may begin a procedure or its end.
+enum ByteMeaning : uint8_t { PLAIN, MAY_END_LINE, MAY_BE_PROCEDURE, QUOTES, OPENS, CLOSES };
 
-inline void read_character(Reader *from) {
-    if (!from->quote) note_procedure(from);
-    char c = *from->at++;
-    if (from->quote) {
-        if (c == '\\' && from->quote == '"' && *from->at) from->at++;
-        if (c == from->quote) from->quote = 0;
-        return;
-    }
-    switch (c) {
-        case '"':
-        case '`':
-        case '\'': from->quote = c; break;
-        case '(':
-        case '[':
-        case '{': from->depth++; break;
-        case ')':
-        case ']':
-        case '}': from->depth--; break;
-        default: break;
-    }
-}
-
-// What means nothing to a reader outside of strings, nor to whether a line may end there. A p or e
-// may begin a procedure or its end.
-struct PlainBytes {
-    bool is_plain[256];
+struct ByteMeanings {
+    ByteMeaning of[256];
 };
 
-constexpr PlainBytes plain_bytes() {
-    PlainBytes bytes = {};
-    for (bool &is_plain : bytes.is_plain) is_plain = true;
-    for (char c : {'"', '`', '\'', '(', '[', '{', ')', ']', '}', ',', ' ', 'p', 'e'})
-        bytes.is_plain[static_cast<unsigned char>(c)] = false;
-    return bytes;
+constexpr ByteMeanings byte_meanings() {
+    ByteMeanings meanings = {};
+    for (char c : {',', ' '}) meanings.of[static_cast<unsigned char>(c)] = MAY_END_LINE;
+    for (char c : {'p', 'e'}) meanings.of[static_cast<unsigned char>(c)] = MAY_BE_PROCEDURE;
+    for (char c : {'"', '`', '\''}) meanings.of[static_cast<unsigned char>(c)] = QUOTES;
+    for (char c : {'(', '[', '{'}) meanings.of[static_cast<unsigned char>(c)] = OPENS;
+    for (char c : {')', ']', '}'}) meanings.of[static_cast<unsigned char>(c)] = CLOSES;
+    return meanings;
 }
 
-constexpr PlainBytes Plain = plain_bytes();
+constexpr ByteMeanings Meanings = byte_meanings();
+
+ByteMeaning meaning_of(char c) { return Meanings.of[static_cast<unsigned char>(c)]; }
+
+// What a procedure that begins or ends there adds.
+int procedure_depth(const char *at) {
+    if (is_at_word(at, "proc(")) return HELD;
+    return is_at_word(at, "end proc") ? -HELD : 0;
+}
+
+// The end of the string or name that begins at a quote. Only strings have backslashes.
+const char *end_of_quoted(const char *at) {
+    const char *stops = *at == '"' ? "\"\\" : *at == '`' ? "`" : "'";
+    at++;
+    while (*(at += strcspn(at, stops)) == '\\') at += at[1] ? 2 : 1;
+    return *at ? at + 1 : at;
+}
 
 // How tight an operator binds, from 1; 0 for what is none.
 int tightness_of(const char *word, size_t length) {
@@ -91,6 +80,7 @@ int tightness_of(const char *word, size_t length) {
 // A place where a line may end: the smaller, the better.
 constexpr int TIGHTEST = 8;
 constexpr int NO_PLACE = -1;
+constexpr size_t LONGEST_OPERATOR = 3;
 
 bool is_name_character(char c) {
     return c == '_' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -117,28 +107,33 @@ bool opens_arguments(const char *at, const char *start) {
 // That in front of what is read next: after a comma, before an operator, and where these are deeper
 // inside, after the bracket of an outermost call.
 inline int place_at(const Reader *from, const char *start) {
-    if (from->at == start || from->quote) return NO_PLACE;
+    if (from->at == start) return NO_PLACE;
     if (from->at[-1] == '(' && from->depth == 1 && opens_arguments(from->at, start))
         return TIGHTEST + TIGHTEST - 1;
     bool is_after_comma = from->at[-1] == ',';
     if (!is_after_comma && *from->at != ' ') return NO_PLACE;
     if (is_after_comma) return from->depth * TIGHTEST;
-    size_t length = strcspn(from->at + 1, " \n");
-    if (from->at[1 + length] != ' ') return NO_PLACE;
-    int tightness = tightness_of(from->at + 1, length);
+    const char *word = from->at + 1;
+    size_t length = 0;
+    while (length < LONGEST_OPERATOR && word[length] && word[length] != ' ') length++;
+    if (word[length] != ' ') return NO_PLACE;
+    int tightness = tightness_of(word, length);
     return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
-// Over a character, and over what is left of a word or of a quoted text, where no line may end. One
-// may end after a comma and after a bracket.
-inline void read_on(Reader *from, const char *end) {
-    read_character(from);
+// Over a character or a quoted text, and over what follows where no line may end. One may end after
+// a comma and after a bracket.
+void read_on(Reader *from, const char *end) {
     const char *at = from->at;
-    if (from->quote) {
-        while (at < end && *at != from->quote && *at != '\\') at++;
-    } else if (at[-1] != ',' && at[-1] != '(') {
-        while (at < end && Plain.is_plain[static_cast<unsigned char>(*at)]) at++;
+    switch (meaning_of(*at)) {
+        case QUOTES: at = end_of_quoted(at); break;
+        case OPENS: from->depth++, at++; break;
+        case CLOSES: from->depth--, at++; break;
+        case MAY_BE_PROCEDURE: from->depth += procedure_depth(at), at++; break;
+        default: at++;
     }
+    if (at[-1] != ',' && at[-1] != '(')
+        while (at < end && meaning_of(*at) == PLAIN) at++;
     from->at = at;
 }
 
@@ -154,7 +149,7 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     const char *start = from.at;
     int outer = from.depth;
     const char *early = start + (limit - start) * 2 / 5;
-    Reader best = {nullptr, 0, 0};
+    Reader best = {nullptr, 0};
     int best_place = NO_PLACE;
     for (; from.at < end && !(from.at > limit && best.at); read_on(&from, end)) {
         int place = place_at(&from, start);
@@ -165,14 +160,6 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     }
     while (best.at && *best.at == ' ') best.at++;
     return best;
-}
-
-// The end of the string or name that begins at a quote. Only strings have backslashes.
-const char *end_of_quoted(const char *at) {
-    const char *stops = *at == '"' ? "\"\\" : *at == '`' ? "`" : "'";
-    at++;
-    while (*(at += strcspn(at, stops)) == '\\') at += at[1] ? 2 : 1;
-    return *at ? at + 1 : at;
 }
 
 // Where the code of a line ends, in front of a comment and the blank before it.
@@ -195,9 +182,9 @@ void write_line_end(uint32_t margin) {
 
 // Behind the sign of an assignment, or null.
 const char *value_of_line(const char *line, const char *end) {
-    Reader from = {line, 0, 0};
+    Reader from = {line, 0};
     for (; from.at < end; read_on(&from, end)) {
-        bool may_be_sign = *from.at == ' ' && from.depth == 0 && !from.quote;
+        bool may_be_sign = *from.at == ' ' && from.depth == 0;
         if (may_be_sign && is_at_word(from.at, " := ")) return from.at + 3;
     }
     return nullptr;
@@ -215,12 +202,12 @@ bool stands_alone(const char *line, const char *value, const char *end, const Re
 }
 
 void write_code(const char *line, const char *end, uint32_t margin) {
-    Reader from = {line, 0, 0};
+    Reader from = {line, 0};
     uint32_t deeper = margin + INDENT;
     while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
         Reader next = find_break(from, end, from.at + (LONGEST_LINE - margin));
         const char *value = from.at == line ? value_of_line(line, end) : nullptr;
-        if (value && stands_alone(line, value, end, &next, margin)) next = {value + 1, 0, 0};
+        if (value && stands_alone(line, value, end, &next, margin)) next = {value + 1, 0};
         if (!next.at || next.at >= end) break;
         const char *last = next.at;
         while (last[-1] == ' ') last--;
