@@ -264,16 +264,11 @@ bool is_found_nowhere(const Node *name, bool may_get_object) {
     return !callee->path && !(callee->is_method && may_get_object);
 }
 
-// One that had to get another name is none of those that stand apart.
-static bool stands_apart(const SourceFile *file) {
-    return Observing.library_call && has_library_name(file);
-}
-
 const char *supplied_function(const char *text) {
     SourceFile *file = library_file(text);
     const char *written = file->functions->written;
     note_call(written);
-    if (stands_apart(file))
+    if (file->is_apart)
         Observing.library_call(Observing.context);
     else
         queue_file(file);

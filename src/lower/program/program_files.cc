@@ -17,6 +17,7 @@
 #include "lower/program/host_words.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
+#include "syntax/scan/class_table.h"
 #include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
 
@@ -353,27 +354,24 @@ bool is_method_file(const SourceFile *file) {
     return file->place.name && !file->place.is_private && !file->is_script;
 }
 
-bool has_library_name(const SourceFile *file) {
-    const FileFunction *function = file->functions;
-    return strcmp(function->written, library_name(function->name)) == 0;
+// Of "function r = name(x)", as the library's texts begin.
+static const char *name_in_head(const char *text) {
+    const char *end = text + strcspn(text, "(");
+    const char *name = end;
+    while (name > text && is_word(name[-1])) name--;
+    return text_of(spelling_of_bytes(name, static_cast<uint32_t>(end - name)));
 }
 
-// Reads it again from a text with the same function.
-static void reread_file(SourceFile *file, const char *text) {
-    file->source = new_source(nullptr, text, static_cast<uint32_t>(strlen(text)));
-    file->tree = parse_source(file->source, Language);
-    assert(file->tree->first_child && file->tree->first_child->kind == NODE_FUNCTION);
-    file->functions->node = file->tree->first_child;
-}
-
-// Of a procedure that stands elsewhere the head is enough, as long as it has its own name.
+// A procedure that stands elsewhere need not be read, as long as it has its own name.
 static SourceFile *read_library_file(const char *text) {
-    bool may_be_head = Observing.library_call;
-    const char *head = may_be_head ? KeepText(text, strcspn(text, "\n")) : text;
-    SourceFile *file = new_file(nullptr, head, static_cast<uint32_t>(strlen(head)));
+    SourceFile *file = new_file(nullptr, text, static_cast<uint32_t>(strlen(text)));
     file->is_library = true;
-    parse_file(file, false);
-    if (may_be_head && !has_library_name(file)) reread_file(file, text);
+    const char *name = name_in_head(text);
+    file->is_apart = Observing.library_call && !is_taken(intern(library_name(name)));
+    if (file->is_apart)
+        file->functions = new_function(file, nullptr, name);
+    else
+        parse_file(file, false);
     return file;
 }
 

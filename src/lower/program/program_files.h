@@ -31,6 +31,7 @@ struct SourceFile {
     bool is_queued;          /* it has been called */
     bool is_open;            /* its statements are being lowered */
     bool is_library;         /* a function that the front end brings along */
+    bool is_apart;           /* and that is not written: it has a name, and no tree */
     Folder *private_folder;  /* of what only this file's folder may call; null for none */
     bool has_fewest;         /* the next is made */
     NameMap fewest;          /* arguments of calls in it (argument_counts.cc) */
@@ -78,8 +79,6 @@ bool is_method_file(const SourceFile *file);
 /* The file of functions that the front end brings along as this MATLAB text, a constant: the first
  * of them is called. Their procedures are named apart from all others. */
 SourceFile *library_file(const char *text);
-/* Whether the procedure of such a file is called as in every run: no other took the name. */
-bool has_library_name(const SourceFile *file);
 
 /* Whether there may be such a file, or a method of the name; none is read. */
 bool has_file(const Node *place);
