@@ -38,8 +38,9 @@ int descriptor_named(std::string_view path) {
 /* Throws FileError for a name of an existing file that is a source's, the file's own or a link's.
  */
 void refuse_matlab_file(const std::string &path, const std::string &title) {
-    for (const fs::path name : {path, behind_links(path)})
-        if (name.extension() == ".m") throw FileError(title + " is an existing MATLAB file");
+    for (const std::string &name : {path, behind_links(path)})
+        if (fs::path(name).extension() == ".m")
+            throw FileError(title + " is an existing MATLAB file");
 }
 
 /* Small pieces are written together. */

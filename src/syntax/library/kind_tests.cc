@@ -40,11 +40,6 @@ const KindTest *find_kind_test(const char *function) {
 
 const KindTest *find_class_test(const char *name) { return find_row(Classes, ClassIndex, name); }
 
-bool tells_cells(const char *function) {
-    return strcmp(function, "iscell") == 0 || strcmp(function, "iscellstr") == 0 ||
-           strcmp(function, "class") == 0;
-}
-
 const char *class_of_kinds(Value kinds) {
     if (!kinds || kinds == MAY_BE_NUMBER) return nullptr;
     for (const KindTest &row : Classes)

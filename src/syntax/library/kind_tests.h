@@ -16,7 +16,5 @@ struct KindTest {
 const KindTest *find_kind_test(const char *function);
 /* Of isa(x, name); null for classes of integers by their sizes and for those of objects. */
 const KindTest *find_class_test(const char *name);
-/* iscell, iscellstr and class: they tell a cell of one element from the element. */
-bool tells_cells(const char *function);
 /* The class of values of these kinds alone; null where numbers may be of several. */
 const char *class_of_kinds(Value kinds);

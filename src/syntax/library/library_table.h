@@ -63,7 +63,8 @@ enum LibraryTrait : uint32_t {
     IS_OPERATOR = 1 << 24,    /* operators, brackets or indices mean it: an object that has it as a
                                  method may be any argument */
     HOLDS_TEXTS = 1 << 25,    /* its result is a cell of texts */
-    TAKES_NUMBERS = 1 << 26 /* one argument, of any numbers, and does nothing but give its result */
+    TAKES_NUMBERS = 1 << 26,  /* one argument, of any numbers, and only gives its result */
+    TELLS_CELLS = 1 << 27     /* a cell of one element from the element */
 };
 
 struct LibraryFunction {

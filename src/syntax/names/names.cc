@@ -5,7 +5,6 @@
 // are walked after the statements of their caller, as its statements tell which names are
 // variables and call nothing.
 #include "syntax/names/names.h"
-#include "syntax/library/kind_tests.h"
 
 #include <string.h>
 
@@ -23,7 +22,8 @@ namespace {
 void walk_node(NameWalk *walk, Node *node);
 
 void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
-    for (; first != end; first = first->next) walk_node(walk, first);
+    for (; first != end; first = first->next)
+        if (first->kind != NODE_NUMBER) walk_node(walk, first);  // most are, in a table
 }
 
 void note_bare_name(NameWalk *walk, Node *name) {
@@ -85,7 +85,7 @@ void note_braces(const Node *base) {
 }
 
 void note_cell_question(const Node *base) {
-    if (!tells_cells(base->text) || base->next->kind != NODE_ARGUMENTS) return;
+    if (!is_known_to(base->text, TELLS_CELLS) || base->next->kind != NODE_ARGUMENTS) return;
     const Node *asked = base->next->first_child;
     if (asked && asked->kind == NODE_NAME) asked->symbol->flags |= SYMBOL_CELL_ASKED;
 }

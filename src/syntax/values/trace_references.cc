@@ -1,7 +1,6 @@
 // The values of references: elements, fields, calls.
 #include <string.h>
 
-#include "syntax/library/kind_tests.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
@@ -341,7 +340,7 @@ static bool is_applied(const Node *name, const Node *arguments) {
 // A row without elements has a row: who is asked for its sides begins without any.
 // iscell(c(k))
 static void note_cell_question(const Node *base) {
-    if (!tells_cells(base->text) || base->next->kind != NODE_ARGUMENTS) return;
+    if (!is_known_to(base->text, TELLS_CELLS) || base->next->kind != NODE_ARGUMENTS) return;
     Node *asked = base->next->first_child;
     if (asked && asked->kind == NODE_REFERENCE) asked->flags |= IS_USED_AS_CELL;
 }
