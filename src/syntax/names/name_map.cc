@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr uint32_t FIRST_SIZE = 64;
+constexpr uint32_t FIRST_SIZE = 32;
 
 // The slot of the name, or the free one where it belongs. The table is not full.
 NameSlot *find_slot(const NameMap *map, const char *name) {
@@ -23,13 +23,13 @@ NameSlot *find_slot(const NameMap *map, const char *name) {
 void grow(NameMap *map) {
     NameMap old = *map;
     map->size = old.size ? 2 * old.size : FIRST_SIZE;
-    map->slots = static_cast<NameSlot *>(Alloc(map->size * sizeof(NameSlot)));
+    map->slots = static_cast<NameSlot *>(AllocKept(map->size * sizeof(NameSlot)));
     memset(map->slots, 0, map->size * sizeof(NameSlot));
     for (uint32_t i = 0; i < old.size; i++) {
         const NameSlot *slot = old.slots + i;
         if (slot->name) *find_slot(map, slot->name) = *slot;
     }
-    Free(old.slots);
+    FreeKept(old.slots);
 }
 
 }  // namespace
@@ -51,6 +51,6 @@ void *enter_name(NameMap *map, const char *name, void *value) {
 }
 
 void drop_names(NameMap *map) {
-    Free(map->slots);
+    FreeKept(map->slots);
     *map = {};
 }

@@ -8,7 +8,7 @@ struct NameSlot {
     void *value;      /* the caller's; null: nothing now */
 };
 
-/* A table by the names' addresses; at first {}. Its storage is a tracked block. */
+/* A table by the names' addresses; at first {}. Its storage is a kept part. */
 struct NameMap {
     NameSlot *slots;
     uint32_t size; /* a power of two, or 0 */
@@ -19,5 +19,5 @@ struct NameMap {
 void *find_name(const NameMap *map, const char *name);
 /* Lets the name stand for the value, null for nothing; answers what it stood for before. */
 void *enter_name(NameMap *map, const char *name, void *value);
-/* Gives the storage back before the run ends. */
+/* Gives the storage up before the run ends. */
 void drop_names(NameMap *map);
