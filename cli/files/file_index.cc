@@ -25,13 +25,13 @@ std::string package_of(const fs::path &folder) {
 
 std::string name_in_package(const std::string &name) { return name.substr(name.rfind('.') + 1); }
 
-std::uint32_t hash_of(const std::string &name) {
-    return static_cast<std::uint32_t>(std::hash<std::string>()(name));
+std::uint32_t hash_of(std::string_view name) {
+    return static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
 }
 
 /* Of a function, with its package. */
 std::string name_of(const std::string &path) {
-    if (path.find('+') == path.npos) return file_name_of(without_extension(path));
+    if (path.find('+') == path.npos) return stem_of(path);
     const fs::path normal = fs::path(path).lexically_normal();
     return package_of(normal.parent_path()) + normal.stem().string();
 }
@@ -49,7 +49,7 @@ FileIndex::FileIndex(InputFiles files) : files_(std::move(files)) {
         if (class_of(file.path).empty())
             functions_.push_back({hash_of(name_of(file.path)), at});
         else
-            methods_.push_back({hash_of(fs::path(file.path).stem()), at});
+            methods_.push_back({hash_of(stem_of(file.path)), at});
     }
     std::sort(functions_.begin(), functions_.end());
     std::sort(methods_.begin(), methods_.end());
@@ -65,8 +65,7 @@ std::string FileIndex::class_of(const std::string &path) const {
 }
 
 /* Of files that may have the name, in their order. */
-std::vector<std::string> FileIndex::paths_in(const Entries &entries,
-                                             const std::string &name) const {
+std::vector<std::string> FileIndex::paths_in(const Entries &entries, std::string_view name) const {
     std::vector<std::string> paths;
     const std::uint32_t hash = hash_of(name);
     for (auto at = std::lower_bound(entries.begin(), entries.end(), Entry{hash, 0});
@@ -75,9 +74,8 @@ std::vector<std::string> FileIndex::paths_in(const Entries &entries,
     return paths;
 }
 
-std::optional<std::string> FileIndex::find(const std::string &caller,
-                                           const std::string &name) const {
-    const auto normal_folder_of = [](const std::string &path) {
+std::optional<std::string> FileIndex::find(std::string_view caller, std::string_view name) const {
+    const auto normal_folder_of = [](std::string_view path) {
         return fs::path(path).lexically_normal().parent_path();
     };
     const auto sees = [&](const fs::path &private_folder) {
@@ -97,10 +95,10 @@ std::optional<std::string> FileIndex::find(const std::string &caller,
 }
 
 std::optional<std::string> FileIndex::find_method(const char *class_name,
-                                                  const std::string &method) const {
+                                                  std::string_view method) const {
     std::map<std::string, std::string> found; /* by class; of two with one, the first */
     for (const std::string &path : paths_in(methods_, method))
-        if (fs::path(path).stem() == method) found.try_emplace(class_of(path), path);
+        if (stem_of(path) == method) found.try_emplace(class_of(path), path);
     for (const auto &[name, path] : found)
         if (class_name ? name == class_name : name_in_package(name) != method) return path;
     return std::nullopt;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/files/input_files.h"
@@ -20,11 +21,11 @@ public:
     /* The file that the name means when the file caller calls it, or none; no method, which only
      * the class of an argument makes a name mean. Functions of packages have their package in the
      * name: package.name. */
-    std::optional<std::string> find(const std::string &caller, const std::string &name) const;
+    std::optional<std::string> find(std::string_view caller, std::string_view name) const;
     /* The file of a class's method, or of its constructor. Classes of packages have their package
      * in the name. class_name null: of the first class that has the method, but as a constructor.
      */
-    std::optional<std::string> find_method(const char *class_name, const std::string &method) const;
+    std::optional<std::string> find_method(const char *class_name, std::string_view method) const;
     bool has_methods() const { return !methods_.empty(); }
 
 private:
@@ -38,7 +39,7 @@ private:
     using Entries = std::vector<Entry>;
 
     std::string class_of(const std::string &path) const;
-    std::vector<std::string> paths_in(const Entries &entries, const std::string &name) const;
+    std::vector<std::string> paths_in(const Entries &entries, std::string_view name) const;
 
     InputFiles files_;
     std::filesystem::path current_;

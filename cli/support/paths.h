@@ -31,4 +31,8 @@ inline std::string without_extension(const std::string &path) {
     return has_extension ? path.substr(0, point) : path;
 }
 
+inline std::string stem_of(const std::string &path) {
+    return file_name_of(without_extension(path));
+}
+
 }  // namespace mtranslate
