@@ -44,6 +44,7 @@ vExpr *prepend_vExpr(mExpr *item, vExpr *list) {
 }
 
 void free_vExpr(vExpr *list) {
+    if (PartsShareBlocks) return;  // and are lost
     while (list) {
         vExpr *next = list->next;
         FreeKept(list);

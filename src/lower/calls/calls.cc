@@ -20,6 +20,7 @@
 #include "lower/program/outside_functions.h"
 #include "lower/targets/shared_parts.h"
 #include "support/allocation.h"
+#include "support/same_text.h"
 #include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
@@ -47,12 +48,12 @@ const NameForm NameForms[] = {
 
 const char *fixed_form(const char *name) {
     for (const NameForm &row : NameForms)
-        if (strcmp(row.name, name) == 0) return row.form;
+        if (is_same_text(row.name, name)) return row.form;
     return nullptr;
 }
 
 bool is_truth_value(const char *name) {
-    return strcmp(name, "true") == 0 || strcmp(name, "false") == 0;
+    return is_same_text(name, "true") || is_same_text(name, "false");
 }
 
 void check_eval(const Node *name) {
@@ -62,7 +63,7 @@ void check_eval(const Node *name) {
 // A global that is asked for before it is set is empty in MATLAB, and has no value here.
 void check_global(const Node *name, const Node *arguments) {
     const Node *argument = arguments ? arguments->first_child : nullptr;
-    if (strcmp(name->text, "isempty") != 0 || !argument || argument->kind != NODE_NAME) return;
+    if (!is_same_text(name->text, "isempty") || !argument || argument->kind != NODE_NAME) return;
     if (argument->symbol->flags & SYMBOL_GLOBAL)
         report_at(GLOBAL_START, argument, {argument->text});
 }
@@ -96,7 +97,7 @@ mExpr *finish_call(const OutsideCall *of, const vExpr *values);
 // The name of the file under way is known, and none at the prompt. Its folder is not: a translation
 // is the same wherever the sources lie.
 mExpr *new_file_name(const Node *name, const vExpr *arguments) {
-    if (arguments || strcmp(name->text, "mfilename") != 0) return nullptr;
+    if (arguments || !is_same_text(name->text, "mfilename")) return nullptr;
     if (is_function_of_file(name)) return nullptr;
     return new_leaf(string_text(CurrentFile->stem ? CurrentFile->stem : ""), SCALAR);
 }
@@ -214,7 +215,7 @@ mExpr *lower_name(const Node *name) {
     assert(name->kind == NODE_NAME && name->symbol && "names are settled");
     if (is_variable(name->symbol)) return new_leaf(written_name(name->symbol));
     note_piece(name, CALL_OF_LANGUAGE);
-    if (strcmp(name->text, "ans") == 0) {
+    if (is_same_text(name->text, "ans")) {
         report_at(ANS_VALUE, name);
         return new_leaf("ans");
     }

@@ -1,14 +1,13 @@
 // Whether a variable exists.
 #include "lower/calls/exist.h"
 
-#include <string.h>
-
 #include "lower/calls/keyword_calls.h"
 #include "lower/conditions/host_conditions.h"
 #include "lower/expressions/operands.h"
 #include "lower/lines/gaps.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
+#include "support/same_text.h"
 #include "syntax/names/names.h"
 #include "syntax/scan/spellings.h"
 #include "translate/text_forms.h"
@@ -19,7 +18,7 @@ static const Node *asked_name(const Node *arguments) {
     if (!first || first->kind != NODE_STRING || !*first->text) return nullptr;
     const Node *second = first->next;
     if (!second) return first;
-    bool is_variable = second->kind == NODE_STRING && strcmp(second->text, "var") == 0;
+    bool is_variable = second->kind == NODE_STRING && is_same_text(second->text, "var");
     return is_variable && !second->next ? first : nullptr;
 }
 
@@ -39,7 +38,7 @@ static mExpr *ask_variable(const char *written) {
 }
 
 mExpr *lower_exist(const Node *name, const Node *arguments) {
-    if (strcmp(name->text, "exist") != 0) return nullptr;
+    if (!is_same_text(name->text, "exist")) return nullptr;
     const Node *asked = asked_name(arguments);
     if (!asked) return nullptr;
     Symbol *symbol = find_symbol(Lowering.scope, intern(asked->text));

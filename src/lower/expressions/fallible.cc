@@ -1,11 +1,10 @@
 // Expressions that may be evaluated although their value is not asked for.
 #include "lower/expressions/fallible.h"
 
-#include <string.h>
-
 #include "lower/expressions/expressions.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
+#include "support/same_text.h"
 #include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/value.h"
@@ -29,7 +28,7 @@ bool surely_reads(const Node *node, const Symbol *symbol) {
 
 bool asks_for_arguments(const Node *node) {
     if (node->kind == NODE_NAME)
-        return strcmp(node->text, "nargin") == 0 || strcmp(node->text, "exist") == 0;
+        return is_same_text(node->text, "nargin") || is_same_text(node->text, "exist");
     for (const Node *child = first_child(node); child; child = child->next)
         if (asks_for_arguments(child)) return true;
     return false;

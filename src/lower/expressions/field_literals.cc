@@ -1,18 +1,17 @@
 // Names of fields between quotes.
 #include "lower/expressions/field_literals.h"
 
-#include <string.h>
-
 #include "lower/expressions/expressions.h"
 #include "lower/lines/gaps.h"
 #include "lower/program/host_words.h"
+#include "support/same_text.h"
 #include "syntax/library/library_table.h"
 
 namespace {
 
 // Whether argument k, from 1, is a field's name.
 bool is_field_argument(const char *function, int k) {
-    if (strcmp(function, "struct") == 0) return k % 2 == 1;
+    if (is_same_text(function, "struct")) return k % 2 == 1;
     return k == 2 && has_trait(function, TAKES_FIELD);
 }
 

@@ -55,6 +55,7 @@ mExpr *lower_element(const Node *element, bool is_alone) {
 
 // What is in a cell is in the one that it is joined to, too.
 mExpr *lower_joined_element(const Node *element, bool is_alone) {
+    if (element->kind == NODE_NUMBER) return lower_number(element).expr;
     if (is_value_list(element, is_alone)) return lower_value_list(element);
     mExpr *expr = lower_expression(element);
     const char *text = joined_text(element, expr->text);

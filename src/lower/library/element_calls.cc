@@ -9,6 +9,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/library/named_functions.h"
 #include "lower/library/source_calls.h"
+#include "support/same_text.h"
 #include "syntax/tree/value.h"
 
 namespace {
@@ -21,7 +22,7 @@ bool is_option(const Node *node) {
 bool is_one_of(const Node *node, const char *word, const char *digit) {
     node = without_parens(node);
     bool is_spelled = node->kind == NODE_NAME || node->kind == NODE_NUMBER;
-    return is_spelled && (strcmp(node->text, word) == 0 || strcmp(node->text, digit) == 0);
+    return is_spelled && (is_same_text(node->text, word) || is_same_text(node->text, digit));
 }
 
 // What the arguments are without 'UniformOutput', and which function they belong to.
@@ -54,13 +55,13 @@ ExprList arguments_of(const OfferedCall *call, int count) {
 // Some names are not those of functions, and 'size' has an argument for all elements.
 bool is_plain_function(const Node *function) {
     if (function->kind != NODE_STRING) return true;
-    return is_identifier_text(function) && strcmp(function->text, "size") != 0 &&
-           strcmp(function->text, "prodofsize") != 0 && strcmp(function->text, "isclass") != 0;
+    return is_identifier_text(function) && !is_same_text(function->text, "size") &&
+           !is_same_text(function->text, "prodofsize") && !is_same_text(function->text, "isclass");
 }
 
 // The element of a cell that arrayfun gives to its function is a cell.
 bool takes_cells(const OfferedCall *call) {
-    if (strcmp(call->name->text, "arrayfun") != 0) return false;
+    if (!is_same_text(call->name->text, "arrayfun")) return false;
     for (const Node *argument = call->first->next; argument; argument = argument->next)
         if (is_surely(value_of(argument), MAY_BE_CELL)) return true;
     return false;
@@ -70,7 +71,7 @@ bool takes_cells(const OfferedCall *call) {
 
 mExpr *new_element_call(const OfferedCall *call) {
     const char *name = call->name->text;
-    bool is_application = strcmp(name, "cellfun") == 0 || strcmp(name, "arrayfun") == 0;
+    bool is_application = is_same_text(name, "cellfun") || is_same_text(name, "arrayfun");
     if (!is_application || call->count < 2 || !is_plain_function(call->first)) return nullptr;
     if (takes_cells(call)) return nullptr;
     Application application = application_of(call);

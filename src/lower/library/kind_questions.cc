@@ -4,6 +4,7 @@
 #include <string.h>
 
 #include "lower/expressions/expressions.h"
+#include "support/same_text.h"
 #include "syntax/library/kind_tests.h"
 #include "syntax/names/names.h"
 #include "syntax/tree/value.h"
@@ -20,8 +21,8 @@ constexpr KindTest Questions[] = {
 // Whether something is a handle is left to the host.
 const KindTest *question_of(const char *name) {
     for (const KindTest &row : Questions)
-        if (strcmp(row.name, name) == 0) return &row;
-    return strcmp(name, "is_function_handle") == 0 ? nullptr : find_kind_test(name);
+        if (is_same_text(row.name, name)) return &row;
+    return is_same_text(name, "is_function_handle") ? nullptr : find_kind_test(name);
 }
 
 mExpr *new_answer(bool is_yes) { return new_leaf(is_yes ? "true" : "false"); }
@@ -54,7 +55,7 @@ mExpr *class_of(Value value) {
 }
 
 bool is_known(const char *name, Value value) {
-    bool is_of_parts = strcmp(name, "isreal") == 0 || strcmp(name, "iscomplex") == 0;
+    bool is_of_parts = is_same_text(name, "isreal") || is_same_text(name, "iscomplex");
     bool may_be_complex = (value & ANY_SIGN) == ANY_SIGN && may_be(value, MAY_BE_NUMBER);
     return !is_of_parts || !may_be_complex;
 }
@@ -75,8 +76,8 @@ mExpr *new_kind_answer(const OfferedCall *call) {
     const char *name = call->name->text;
     Value value = value_of(argument);
     if (call->count == 2)
-        return strcmp(name, "isa") == 0 ? answer_of_class(call->first->next, value) : nullptr;
-    if (strcmp(name, "class") == 0) return class_of(value);
+        return is_same_text(name, "isa") ? answer_of_class(call->first->next, value) : nullptr;
+    if (is_same_text(name, "class")) return class_of(value);
     const KindTest *question = question_of(name);
     return question && is_known(name, value) ? answer_of(question, value) : nullptr;
 }

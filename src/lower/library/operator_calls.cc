@@ -1,10 +1,9 @@
 // Functions that mean an operator.
 #include "lower/library/operator_calls.h"
 
-#include <string.h>
-
 #include "lower/expressions/expressions.h"
 #include "support/row_index.h"
+#include "support/same_text.h"
 #include "syntax/tree/operators.h"
 #include "translate/operators.h"
 #include "translate/ranges.h"
@@ -73,7 +72,7 @@ mExpr *new_root_call(mExpr *value) {
 mExpr *new_call(const char *name, const vExpr *values, int count) {
     if (const UnaryWord *row = find_row(Unary, UnaryIndex, name))
         return new_unary_call(row, values, count);
-    if (strcmp(name, "sqrt") == 0) return count == 1 ? new_root_call(values->item) : nullptr;
+    if (is_same_text(name, "sqrt")) return count == 1 ? new_root_call(values->item) : nullptr;
     OperatorId op = operator_of(name);
     if (op == OPERATOR_NONE) return nullptr;
     return op == OPERATOR_COLON ? new_range_call(values, count)

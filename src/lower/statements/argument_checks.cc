@@ -13,6 +13,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "lower/statements/raised_errors.h"
+#include "support/same_text.h"
 #include "syntax/names/names.h"
 #include "translate/operators.h"
 #include "translate/text_forms.h"
@@ -31,7 +32,7 @@ struct Check {
 bool is_call_of(const Node *node, const char *function) {
     if (node->kind != NODE_REFERENCE) return false;
     const Node *base = node->first_child;
-    bool is_named = base->kind == NODE_NAME && strcmp(base->text, function) == 0;
+    bool is_named = base->kind == NODE_NAME && is_same_text(base->text, function);
     bool is_call = is_named && base->next->kind == NODE_ARGUMENTS && !base->next->next;
     return is_call && !is_variable(base->symbol) && !own_function(base);
 }
@@ -59,7 +60,7 @@ bool read_own_count(const Node *call, Check *check) {
 // Asked for twice.
 const char *count_text(const Node *count) {
     const char *text = lower_expression(count)->text;
-    if (is_identifier(text) || strcmp(text, "_nresults") == 0) return text;
+    if (is_identifier(text) || is_same_text(text, "_nresults")) return text;
     const char *name = new_temporary();
     put_line("%s := %s;", {name, text});
     return name;
@@ -87,7 +88,7 @@ const char *comparison(const Check *check, int op, const Node *bound) {
 }
 
 bool is_zero(const Node *bound) {
-    return bound->kind == NODE_NUMBER && strcmp(bound->text, "0") == 0;
+    return bound->kind == NODE_NUMBER && is_same_text(bound->text, "0");
 }
 
 bool is_infinite(const Node *bound) {

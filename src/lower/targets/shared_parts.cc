@@ -1,13 +1,12 @@
 // Values that the host might share.
 #include "lower/targets/shared_parts.h"
 
-#include <string.h>
-
 #include <algorithm>
 
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/value_lists.h"
 #include "run/run_state.h"
+#include "support/same_text.h"
 #include "syntax/names/part_changes.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/shapes.h"
@@ -26,7 +25,7 @@ const Node *first_argument(const Node *value, const char *function) {
     if (value->kind != NODE_REFERENCE) return nullptr;
     const Node *base = value->first_child;
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol) &&
-                   base->next->kind == NODE_ARGUMENTS && strcmp(base->text, function) == 0;
+                   base->next->kind == NODE_ARGUMENTS && is_same_text(base->text, function);
     return is_call ? base->next->first_child : nullptr;
 }
 

@@ -2,7 +2,8 @@
 #include "syntax/tree/tree.h"
 
 #include <assert.h>
-#include <string.h>
+
+#include "support/same_text.h"
 
 Node *last_selector(const Node *reference) {
     assert(reference->kind == NODE_REFERENCE);
@@ -47,7 +48,7 @@ Node *child_of_kind(const Node *node, NodeKind kind) {
 Node *arguments_of_call(const Node *expression, const char *function) {
     if (expression->kind != NODE_REFERENCE) return nullptr;
     const Node *base = expression->first_child;
-    bool is_named_so = base->kind == NODE_NAME && strcmp(base->text, function) == 0;
+    bool is_named_so = base->kind == NODE_NAME && is_same_text(base->text, function);
     const Node *arguments = base->next;
     bool is_call = is_named_so && arguments->kind == NODE_ARGUMENTS && !arguments->next;
     return is_call ? arguments->first_child : nullptr;
@@ -64,7 +65,7 @@ static bool is_same_node(const Node *one, const Node *other) {
     if (one->kind != other->kind || one->op != other->op || one->joint != other->joint)
         return false;
     if (one->kind == NODE_ANONYMOUS) return false;
-    if (one->text && other->text) return strcmp(one->text, other->text) == 0;
+    if (one->text && other->text) return is_same_text(one->text, other->text);
     return one->text == other->text;
 }
 

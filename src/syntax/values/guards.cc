@@ -1,7 +1,7 @@
 // What a condition says of the values after it.
 #include <stdlib.h>
-#include <string.h>
 
+#include "support/same_text.h"
 #include "syntax/library/kind_tests.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
@@ -61,11 +61,11 @@ void assume_class(Symbol *symbol, const Node *name, bool is_true) {
 // isscalar(x), isrow(x), iscolumn(x): how one element is held they do not tell.
 bool assume_shape(Symbol *symbol, const char *name, bool is_true) {
     constexpr Value SIZED = MAY_HAVE_ROWS | MAY_HAVE_COLUMNS;
-    if (strcmp(name, "isscalar") == 0) {
+    if (is_same_text(name, "isscalar")) {
         if (is_true) keep_only(symbol, ANY_VALUE & ~(SIZED | MAY_BE_EMPTY));
-    } else if (strcmp(name, "isrow") == 0) {
+    } else if (is_same_text(name, "isrow")) {
         if (is_true) keep_only(symbol, ANY_VALUE & ~MAY_HAVE_ROWS);
-    } else if (strcmp(name, "iscolumn") == 0) {
+    } else if (is_same_text(name, "iscolumn")) {
         if (is_true) keep_only(symbol, ANY_VALUE & ~MAY_HAVE_COLUMNS);
     } else {
         return false;
@@ -91,13 +91,13 @@ void assume_field(const Node *arguments, bool is_true) {
 void assume_call(Node *node, bool is_true) {
     LibraryCall call = library_call(node);
     if (!call.function || !call.arguments) return;
-    if (strcmp(call.function->name, "isfield") == 0) return assume_field(call.arguments, is_true);
+    if (is_same_text(call.function->name, "isfield")) return assume_field(call.arguments, is_true);
     Symbol *symbol = tested_variable(call.arguments);
     if (!symbol) return;
     const char *name = call.function->name;
-    if (strcmp(name, "isempty") == 0)
+    if (is_same_text(name, "isempty"))
         return keep_only(symbol, is_true ? ANY_VALUE & ~MAY_BE_FILLED : ANY_VALUE & ~MAY_BE_EMPTY);
-    if (strcmp(name, "isa") == 0) return assume_class(symbol, call.arguments->next, is_true);
+    if (is_same_text(name, "isa")) return assume_class(symbol, call.arguments->next, is_true);
     if (!assume_shape(symbol, name, is_true)) assume_test(symbol, find_kind_test(name), is_true);
 }
 
@@ -131,11 +131,11 @@ void assume_chain(Node *chain, bool is_true) {
 // exist('x', 'var') of a variable; exist('x'), where nothing else is known by that name.
 void assume_existence(Node *reference, bool is_true) {
     Node *base = reference->first_child;
-    if (base->kind != NODE_NAME || strcmp(base->text, "exist") != 0) return;
+    if (base->kind != NODE_NAME || !is_same_text(base->text, "exist")) return;
     const Node *asked = base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
     if (!asked || asked->kind != NODE_STRING || !*asked->text || !library_of(base)) return;
     const Node *kind = asked->next;
-    bool is_of_variables = kind ? kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0
+    bool is_of_variables = kind ? kind->kind == NODE_STRING && is_same_text(kind->text, "var")
                                 : !library_result(asked->text);
     if (!is_of_variables) return;
     Symbol *symbol = find_symbol(TracedScope, intern(asked->text));

@@ -4,6 +4,7 @@
 #include <string.h>
 #include <strings.h>
 
+#include "support/same_text.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
 
@@ -28,7 +29,7 @@ Value shape_of_all(const Node *arguments) {
     return shape;
 }
 
-bool is_one(const Node *node) { return node->kind == NODE_NUMBER && strcmp(node->text, "1") == 0; }
+bool is_one(const Node *node) { return node->kind == NODE_NUMBER && is_same_text(node->text, "1"); }
 
 // zeros(n), zeros(1, n), zeros(n, 1): a literal 1 is one row or one column.
 Value shape_of_sizes(const Node *arguments) {
@@ -145,7 +146,7 @@ Value taken_from(const LibraryFunction *function, const Node *arguments) {
 // zeros(2, 'like', x)
 bool is_like_another(const Node *arguments) {
     for (; arguments; arguments = arguments->next)
-        if (arguments->kind == NODE_STRING && strcmp(arguments->text, "like") == 0) return true;
+        if (arguments->kind == NODE_STRING && is_same_text(arguments->text, "like")) return true;
     return false;
 }
 
@@ -153,7 +154,7 @@ bool is_like_another(const Node *arguments) {
 // ones.
 bool opens_file(const Node *arguments) {
     if (!arguments || arguments->next) return true;
-    bool is_all = arguments->kind == NODE_STRING && strcmp(arguments->text, "all") == 0;
+    bool is_all = arguments->kind == NODE_STRING && is_same_text(arguments->text, "all");
     return !is_all && kinds_of(value_of(arguments)) == MAY_BE_TEXT;
 }
 
@@ -162,18 +163,18 @@ bool opens_file(const Node *arguments) {
 bool asks_for_variable(const Node *arguments) {
     if (!arguments || arguments->kind != NODE_STRING) return !arguments;
     const Node *kind = arguments->next;
-    return !kind || (kind->kind == NODE_STRING && strcmp(kind->text, "var") == 0);
+    return !kind || (kind->kind == NODE_STRING && is_same_text(kind->text, "var"));
 }
 
 // What a function may give beyond its row in the table.
 Value value_of_options(const LibraryFunction *function, const Node *arguments) {
     if (function->shape == SHAPE_SIZES && is_like_another(arguments)) return ANY_KIND | ANY_SIGN;
-    if (arguments && strcmp(function->name, "eps") == 0) return ANY_SHAPE;
-    if (strcmp(function->name, "exist") == 0 && asks_for_variable(arguments)) return MAY_BE_TRUTH;
-    bool makes_object = arguments && arguments->next && strcmp(function->name, "class") == 0;
+    if (arguments && is_same_text(function->name, "eps")) return ANY_SHAPE;
+    if (is_same_text(function->name, "exist") && asks_for_variable(arguments)) return MAY_BE_TRUTH;
+    bool makes_object = arguments && arguments->next && is_same_text(function->name, "class");
     if (makes_object) return ANY_VALUE;
     if (function->shape == SHAPE_FILE) return opens_file(arguments) ? ONE : ANY_VALUE;
-    bool has_digits = arguments && arguments->next && strcmp(function->name, "round") == 0;
+    bool has_digits = arguments && arguments->next && is_same_text(function->name, "round");
     return has_digits ? joined(arguments) & MAY_BE_BROKEN : 0;
 }
 
@@ -185,7 +186,7 @@ bool asks_for_output(const Node *option) {
 bool is_one_of(const Node *value, const char *word, const char *digit) {
     value = without_parens(value);
     bool is_spelled = value->kind == NODE_NAME || value->kind == NODE_NUMBER;
-    return is_spelled && (strcmp(value->text, word) == 0 || strcmp(value->text, digit) == 0);
+    return is_spelled && (is_same_text(value->text, word) || is_same_text(value->text, digit));
 }
 
 Value kinds_of_output(const Node *value, Value uniform) {
@@ -227,7 +228,7 @@ Value value_of_applied(const Node *function) {
     return kinds | ANY_SHAPE | ANY_SIGN;
 }
 
-bool is_word(const Node *argument, const char *word) { return strcmp(argument->text, word) == 0; }
+bool is_word(const Node *argument, const char *word) { return is_same_text(argument->text, word); }
 
 // regexp(text, pattern, 'match', ...): a cell of all matches, unless the first one is asked for.
 Value value_of_matches(const Node *arguments) {

@@ -253,7 +253,6 @@ const LibraryFunction *library_of(Node *name) {
 
 static Value value_of_expression(Node *node) {
     switch (node->kind) {
-        case NODE_NUMBER: return value_of_number(node);
         case NODE_STRING: return value_of_string(node);
         case NODE_NAME: return value_of_name(node);
         case NODE_END: return COUNT;
@@ -272,7 +271,8 @@ static Value value_of_expression(Node *node) {
 }
 
 Value trace_expression(Node *node) {
-    Value value = value_of_expression(node);
+    bool is_number = node->kind == NODE_NUMBER;  // as most are in a table
+    Value value = is_number ? value_of_number(node) : value_of_expression(node);
     node->value |= value;
     return read(value);
 }

@@ -1,7 +1,7 @@
 // The values of variables through the statements of a function.
 #include <assert.h>
-#include <string.h>
 
+#include "support/same_text.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
@@ -184,7 +184,7 @@ Value value_of_other(Node *expression, int index) {
 
 bool is_deal(Node *expression) {
     LibraryCall call = library_call(expression);
-    return call.function && call.arguments && strcmp(call.function->name, "deal") == 0;
+    return call.function && call.arguments && is_same_text(call.function->name, "deal");
 }
 
 // [r, c] = size(x) gives numbers, of which each is one.
@@ -292,11 +292,11 @@ bool may_be_there(const Scope *scope, const Symbol *symbol) {
 }
 
 bool is_varargin(const Scope *scope, const Symbol *symbol) {
-    return (scope->flags & HAS_VARARGIN) && strcmp(symbol->name, "varargin") == 0;
+    return (scope->flags & HAS_VARARGIN) && is_same_text(symbol->name, "varargin");
 }
 
 bool is_varargout(const Scope *scope, const Symbol *symbol) {
-    return (scope->flags & HAS_VARARGOUT) && strcmp(symbol->name, "varargout") == 0;
+    return (scope->flags & HAS_VARARGOUT) && is_same_text(symbol->name, "varargout");
 }
 
 // What a variable is before anything is said of it.
@@ -324,7 +324,7 @@ void begin_values(const Scope *scope) {
         symbol->has_given_parts = !is_bare;
         symbol->ever |= symbol->now;
         if (is_varargin(scope, symbol)) begin_elements(symbol, 0, rest_given(scope));
-        if (strcmp(symbol->name, "ans") == 0) LastAnswer = symbol;
+        if (is_same_text(symbol->name, "ans")) LastAnswer = symbol;
     }
 }
 
