@@ -43,10 +43,10 @@ constexpr ByteMeanings Meanings = byte_meanings();
 
 ByteMeaning meaning_of(char c) { return Meanings.of[static_cast<unsigned char>(c)]; }
 
-// What a procedure that begins or ends there adds.
+// What a procedure that begins or ends there adds. The second letters tell most words apart.
 int procedure_depth(const char *at) {
-    if (is_at_word(at, "proc(")) return HELD;
-    return is_at_word(at, "end proc") ? -HELD : 0;
+    if (at[1] == 'r' && is_at_word(at, "proc(")) return HELD;
+    return at[1] == 'n' && is_at_word(at, "end proc") ? -HELD : 0;
 }
 
 // The end of the string or name that begins at a quote. Only strings have backslashes.
