@@ -8,6 +8,7 @@
 #include "lower/calls/calls.h"
 #include "lower/calls/requested_results.h"
 #include "lower/conditions/host_conditions.h"
+#include "lower/expressions/characters.h"
 #include "lower/expressions/value_lists.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
@@ -128,14 +129,48 @@ const char *value_text(const Node *target, const Node *value) {
     return text;
 }
 
-// Whether a number is put among characters: it becomes one.
-bool becomes_character(const Node *target, const Node *value) {
-    if (target->kind != NODE_REFERENCE) return false;
+// What x(k) = value sets elements of; null for other assignments.
+const Node *changed_array(const Node *target) {
+    if (target->kind != NODE_REFERENCE) return nullptr;
     const Node *last = last_selector(target);
     const Node *holder = target->first_child;
     while (holder->next != last) holder = holder->next;
-    bool is_text = kinds_of(value_of(holder)) == MAY_BE_TEXT && holder->kind != NODE_BRACES;
-    return last->kind == NODE_ARGUMENTS && is_text && is_surely(value_of(value), ARITHMETIC);
+    return last->kind == NODE_ARGUMENTS && holder->kind != NODE_BRACES ? holder : nullptr;
+}
+
+// Whether a number is put among characters: it becomes one.
+bool becomes_character(const Node *array, const Node *value) {
+    return array && kinds_of(value_of(array)) == MAY_BE_TEXT &&
+           is_surely(value_of(value), ARITHMETIC);
+}
+
+// Whether the variable may still be the [] that it began as.
+bool may_be_literal(const Node *array) {
+    if (!may_be(value_of(array), MAY_BE_EMPTY)) return false;
+    for (const AssignedValue *value = array->symbol->values; value; value = value->next)
+        if (value->node && is_empty_matrix(without_parens(value->node))) return true;
+    return false;
+}
+
+// Whether characters are put among numbers, or a truth value where no elements may be yet, which
+// would take its kind.
+bool becomes_number(const Node *array, const Node *value) {
+    if (!array || array->kind != NODE_NAME) return false;
+    if (!counts_as_number(value_of(array), value_of(value))) return false;
+    return kinds_of(value_of(value)) == MAY_BE_TEXT || may_be_literal(array);
+}
+
+const char *number_text_of(const char *text, Value value) {
+    if (strcmp(text, "true") == 0) return "1";
+    if (strcmp(text, "false") == 0) return "0";
+    Operand left = {new_leaf(text), HOST_ATOM};
+    if (kinds_of(value) == MAY_BE_TEXT) {
+        left.expr->kind = EXPR_STRING;
+        spell_prefixed(&left, value);
+        return left.expr->text;
+    }
+    Operand right = {new_node(EXPR_INTEGER, "0"), HOST_ATOM};
+    return new_binary(OPERATOR_PLUS, &left, &right).expr->text;
 }
 
 // "A" for 65, char(k) for what is not known, or cannot be read as it is.
@@ -166,8 +201,10 @@ void put_assignment(const Node *node) {
     if (!is_early)
         value = is_plain ? value_text(place, place->next) : compound_value(&target, node);
     end_taking(taken);
-    bool is_number = becomes_character(place, place->next);
-    put_value(&target, is_number ? character_text(value) : value);
+    const Node *array = is_plain ? changed_array(place) : nullptr;
+    if (becomes_character(array, place->next)) value = character_text(value);
+    if (becomes_number(array, place->next)) value = number_text_of(value, value_of(place->next));
+    put_value(&target, value);
 }
 
 namespace {

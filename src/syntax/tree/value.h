@@ -62,6 +62,13 @@ inline Value kinds_of(Value value) { return value & ANY_KIND; }
 inline bool is_surely(Value value, Value kinds) { return is_within(kinds_of(value), kinds); }
 inline bool is_one_number(Value value) { return is_within(value, ONE_NUMBER); }
 inline bool may_be(Value value, Value bits) { return (value & bits) != 0; }
+/* Whether a character or a truth value that becomes an element of a variable's array becomes a
+ * number there. */
+inline bool counts_as_number(Value array, Value element) {
+    Value kinds = kinds_of(element);
+    return kinds_of(array) == MAY_BE_NUMBER && !may_be(array, MAY_BE_MISSING) &&
+           (kinds == MAY_BE_TRUTH || kinds == MAY_BE_TEXT);
+}
 
 /* What is known of an expression's value; nothing is known where nobody has looked. Of a NAME also
  * whether it may have none; of the base of a target, before it is changed. */

@@ -257,6 +257,9 @@ void change_inside(Symbol *holder, int depth, Value before, const Node *selector
 // that.
 void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expression) {
     Value before = value_now(holder);
+    bool is_element = depth == 0 && selector->kind == NODE_ARGUMENTS && !selector->next;
+    if (is_element && counts_as_number(before, value) && !may_delete(selector, expression))
+        value = (value & ~ANY_KIND) | MAY_BE_NUMBER;
     Value after = after_change(before, selector, value, expression);
     Symbol *field = nullptr;
     if (before == MAY_BE_MISSING) begin_fields(holder);
