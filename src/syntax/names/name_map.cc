@@ -49,8 +49,3 @@ void *enter_name(NameMap *map, const char *name, void *value) {
     slot->value = value;
     return before;
 }
-
-void drop_names(NameMap *map) {
-    FreeKept(map->slots);
-    *map = {};
-}

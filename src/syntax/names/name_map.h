@@ -19,5 +19,3 @@ struct NameMap {
 void *find_name(const NameMap *map, const char *name);
 /* Lets the name stand for the value, null for nothing; answers what it stood for before. */
 void *enter_name(NameMap *map, const char *name, void *value);
-/* Gives the storage up before the run ends. */
-void drop_names(NameMap *map);

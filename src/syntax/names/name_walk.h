@@ -3,7 +3,6 @@
 
 #include "syntax/names/givings.h"
 #include "syntax/names/loop_variables.h"
-#include "syntax/names/name_map.h"
 #include "syntax/names/names.h"
 #include "syntax/names/set_variables.h"
 
@@ -14,7 +13,6 @@ struct BareName {
 };
 
 struct NameWalk {
-    NameMap bindings;
     Scope *scope;    /* innermost: of the function, script or anonymous function */
     Scope *function; /* innermost that is no anonymous function's */
     LoopWalk loops;
@@ -35,7 +33,7 @@ Scope *new_scope(Scope *outer, Node *owner);
 /* The function's scope with its outputs and parameters, which become variables of their own. */
 void declare_header(NameWalk *walk, Node *outputs, Node *parameters);
 /* The innermost scope's names stand for what they stood for around it. */
-void leave_scope(NameWalk *walk, const Scope *scope);
+void leave_scope(const Scope *scope);
 
 /* The symbol of a NAME or HANDLE, which gets it; a new one belongs to the innermost function. */
 Symbol *mention(NameWalk *walk, Node *name);

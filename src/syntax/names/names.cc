@@ -68,8 +68,7 @@ void note_asking(NameWalk *walk, const Node *asked) {
     AskedName *name = AllocRecord<AskedName>();
     *name = {asked, walk->loops.innermost != nullptr, walk->function->asked};
     walk->function->asked = name;
-    void *known = find_name(&walk->bindings, intern(asked->text));
-    Symbol *symbol = static_cast<Symbol *>(known);
+    Symbol *symbol = spelling_of(intern(asked->text))->bound;
     if (!symbol || symbol->position == 0) return;
     symbol->flags |= SYMBOL_MAY_BE_MISSING;
     if (symbol->first_set == 0 && !walk->loops.innermost) return;
@@ -356,7 +355,7 @@ void walk_anonymous(NameWalk *walk, Node *anonymous) {
     walk->scope = scope;
     declare_header(walk, nullptr, anonymous->first_child);
     walk_nodes(walk, anonymous->first_child->next);
-    leave_scope(walk, scope);
+    leave_scope(scope);
     walk->scope = outer;
     pass_captures(walk, scope);
 }
@@ -462,7 +461,7 @@ void finish_function(NameWalk *walk) {
     finish_givings(&walk->givings, walk->function);
     index_names(walk->function);
     note_asked_variables(walk->function);
-    leave_scope(walk, walk->function);
+    leave_scope(walk->function);
 }
 
 void walk_function(NameWalk *walk, Node *function) {
@@ -475,7 +474,6 @@ void walk_function(NameWalk *walk, Node *function) {
     walk->loops.clock = walk->loops.block_start = outer.loops.clock;
     walk_body(walk, function);
     finish_function(walk);
-    outer.bindings = walk->bindings;
     outer.loops.clock = walk->loops.clock;
     outer.anonymous_count = walk->anonymous_count;
     *walk = outer;
@@ -489,7 +487,6 @@ Scope *settle_function(Node *function, ScriptFinder find_script) {
     Scope *scope = enter_function(&walk, function);
     walk_body(&walk, function);
     finish_function(&walk);
-    drop_names(&walk.bindings);
     return scope;
 }
 
@@ -499,6 +496,5 @@ Scope *settle_script(Node *file, ScriptFinder find_script) {
     Scope *scope = enter_function(&walk, file);
     walk_script(&walk, file);
     finish_function(&walk);
-    drop_names(&walk.bindings);
     return scope;
 }

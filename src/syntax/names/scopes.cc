@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
@@ -35,16 +36,15 @@ void append_symbol(Scope *scope, Symbol *symbol) {
     scope->last_symbol = symbol;
 }
 
-Symbol *bound_symbol(const NameWalk *walk, const char *name) {
-    return static_cast<Symbol *>(find_name(&walk->bindings, name));
-}
+Symbol *bound_symbol(const char *name) { return spelling_of(name)->bound; }
 
-Symbol *new_symbol(NameWalk *walk, Scope *scope, const char *name) {
+// The name stands for it from here on.
+Symbol *new_symbol(Scope *scope, const char *name) {
     Symbol *symbol = AllocRecord<Symbol>();
     *symbol = {};
     symbol->name = name;
     symbol->scope = scope;
-    symbol->around = static_cast<Symbol *>(enter_name(&walk->bindings, name, symbol));
+    symbol->around = std::exchange(spelling_of(name)->bound, symbol);
     append_symbol(scope, symbol);
     return symbol;
 }
@@ -52,8 +52,8 @@ Symbol *new_symbol(NameWalk *walk, Scope *scope, const char *name) {
 // A symbol of the innermost scope itself.
 Symbol *own_symbol(NameWalk *walk, Node *name) {
     assert(name->kind == NODE_NAME);
-    Symbol *symbol = bound_symbol(walk, name->text);
-    if (!symbol || symbol->scope != walk->scope) symbol = new_symbol(walk, walk->scope, name->text);
+    Symbol *symbol = bound_symbol(name->text);
+    if (!symbol || symbol->scope != walk->scope) symbol = new_symbol(walk->scope, name->text);
     name->symbol = symbol;
     return symbol;
 }
@@ -146,14 +146,14 @@ void declare_header(NameWalk *walk, Node *outputs, Node *parameters) {
         declare_parameter(walk, parameter);
 }
 
-void leave_scope(NameWalk *walk, const Scope *scope) {
+void leave_scope(const Scope *scope) {
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        enter_name(&walk->bindings, symbol->name, symbol->around);
+        spelling_of(symbol->name)->bound = symbol->around;
 }
 
 static Symbol *mention_text(NameWalk *walk, const char *name) {
-    Symbol *symbol = bound_symbol(walk, name);
-    if (!symbol) symbol = new_symbol(walk, walk->function, name);
+    Symbol *symbol = bound_symbol(name);
+    if (!symbol) symbol = new_symbol(walk->function, name);
     const Scope *owner = symbol->scope;
     if (owner != walk->scope && is_anonymous(walk->scope)) {
         capture(walk->scope, symbol);

@@ -95,13 +95,13 @@ void set_keyword(Spelling *spelling) {
 
 Spelling *new_spelling(const char *text, uint32_t length, Ends ends) {
     Spelling *spelling = static_cast<Spelling *>(take_bytes(sizeof(Spelling) + length + 1));
-    *spelling = {ends.head, ends.tail, length, 0, TOKEN_NAME, NOT_SOFT, 0};
+    *spelling = {ends.head, ends.tail, length, 0, TOKEN_NAME, NOT_SOFT, 0, nullptr, nullptr};
     char *copy = reinterpret_cast<char *>(spelling + 1);
     memcpy(copy, text, length);
     copy[length] = '\0';
     set_keyword(spelling);
-    if (const LibraryFunction *function = library_function(copy))
-        spelling->traits = function->traits;
+    spelling->library = library_function(copy);
+    if (spelling->library) spelling->traits = spelling->library->traits;
     return spelling;
 }
 

@@ -7,6 +7,8 @@
 #include "syntax/library/library_table.h"
 #include "syntax/scan/tokens.h"
 
+struct Symbol;
+
 /* What is known of a spelling. Its text, with a NUL, stands after the record. */
 struct Spelling {
     uint64_t head; /* the first and the last bytes: all of them up to 16 */
@@ -16,6 +18,8 @@ struct Spelling {
     TokenKind keyword; /* the keyword's token, or TOKEN_NAME */
     uint8_t soft;      /* of SoftKeyword: a word that is a keyword at some places only */
     uint32_t traits;   /* of MATLAB's function of that name (library/library_table.h) */
+    const LibraryFunction *library; /* its row, or null */
+    Symbol *bound; /* what the name stands for where names are being settled, or null */
 };
 
 enum SoftKeyword : uint8_t {
@@ -49,6 +53,11 @@ inline const char *interned(const char *name) {
 /* The record of an interned text. */
 inline Spelling *spelling_of(const char *interned) {
     return reinterpret_cast<Spelling *>(const_cast<char *>(interned)) - 1;
+}
+/* What MATLAB's function of an interned name gives, where that is known; null for others. */
+inline const LibraryFunction *library_result_of(const char *interned) {
+    const LibraryFunction *function = spelling_of(interned)->library;
+    return function && function->shape != SHAPE_UNKNOWN ? function : nullptr;
 }
 /* Whether MATLAB's function of an interned name has one of the traits. */
 inline bool is_known_to(const char *interned, uint32_t traits) {

@@ -1,6 +1,7 @@
 // The values of expressions.
 #include <string.h>
 
+#include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
@@ -245,7 +246,7 @@ void trace_all(Node *first) {
 const LibraryFunction *library_of(Node *name) {
     Symbol *symbol = name->symbol;
     if (symbol->library) return symbol->library == &NotMatlab ? nullptr : symbol->library;
-    const LibraryFunction *function = library_result(name->text);
+    const LibraryFunction *function = library_result_of(name->text);
     if (function && Finders.has(name)) function = nullptr;
     symbol->library = function ? function : &NotMatlab;
     return function;
