@@ -43,16 +43,18 @@ void refuse_matlab_file(const std::string &path, const std::string &title) {
             throw FileError(title + " is an existing MATLAB file");
 }
 
-/* Small pieces are written together. */
+/* Small pieces are written together; a large one is not copied. */
 void write_pieces(int descriptor, const Pieces &text, const std::string &name) {
     constexpr std::size_t MOST_HELD = 1 << 16;
+    constexpr std::size_t LARGE = 1 << 12;
     std::string held;
     text([&](std::string_view piece) {
-        if (held.size() + piece.size() > MOST_HELD) {
+        const bool is_large = piece.size() >= LARGE;
+        if (is_large || held.size() + piece.size() > MOST_HELD) {
             write_all(descriptor, held, name);
             held.clear();
         }
-        if (piece.size() > MOST_HELD)
+        if (is_large)
             write_all(descriptor, piece, name);
         else
             held += piece;

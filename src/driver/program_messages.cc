@@ -17,10 +17,11 @@ struct Placed {
 };
 
 const char *const *keep_operands(ResultMemory *memory, const Message *message) {
-    std::vector<const char *> operands;
-    for (uint32_t i = 0; i < message->operand_count; i++)
-        operands.push_back(keep_result(memory, message->operands[i]));
-    return list_result(memory, operands);
+    size_t count = message->operand_count;
+    if (count == 0) return nullptr;
+    auto **operands = static_cast<const char **>(take_result(memory, count * sizeof(char *)));
+    for (size_t i = 0; i < count; i++) operands[i] = keep_result(memory, message->operands[i]);
+    return operands;
 }
 
 // What the table says lives as long as the library: only texts of the run are copied.

@@ -137,9 +137,10 @@ mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_
     const char *answer = host_name(name);
     bool is_index = false;
     Holder outer = Lowering.holder;
-    if (!keeps_arguments(name)) begin_holding(nullptr, nullptr);
+    bool keeps = keeps_arguments(name);
+    if (!keeps) begin_holding(nullptr, nullptr);
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
-    hold_arguments(name, arguments, &values);
+    if (keeps) hold_arguments(name, arguments, &values);
     end_holding(outer);
     rename_fields(name->text, arguments, &values);
     OutsideCall outside = {name, arguments, answer, requested_results(arguments), may_get_object};

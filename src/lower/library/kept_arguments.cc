@@ -1,6 +1,8 @@
 // Functions whose results hold what they are given.
 #include "lower/library/kept_arguments.h"
 
+#include <assert.h>
+
 #include "lower/expressions/operands.h"
 #include "lower/expressions/value_lists.h"
 #include "lower/program/called_functions.h"
@@ -72,7 +74,7 @@ bool keeps_arguments(const Node *name) { return function_of(name) != nullptr; }
 
 void hold_arguments(const Node *name, const Node *arguments, ExprList *values) {
     const KeepingFunction *function = function_of(name);
-    if (!function) return;
+    assert(function);
     Kept kept = function->kept;
     vExpr *cell = values->first;
     int position = 0;

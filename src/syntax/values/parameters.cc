@@ -105,8 +105,9 @@ void follow_calls(Summary *summary) {
 
 void note_text(const char *text) {
     if (!Named.used || !*text || strlen(text) > LONGEST_NAME) return;
-    Summary *summary = static_cast<Summary *>(find_name(&Named, intern(text)));
-    if (summary) summary->is_open = true;
+    const char *name = interned(text);
+    void *summary = name ? find_name(&Named, name) : nullptr;
+    if (summary) static_cast<Summary *>(summary)->is_open = true;
 }
 
 void note_applied(const char *name, const Node *function) {
