@@ -40,7 +40,10 @@ Character first_character(std::string_view text) {
 
 std::size_t count_characters(std::string_view text) {
     std::size_t count = 0;
-    for (; !text.empty(); ++count) text.remove_prefix(first_character(text).length);
+    for (; !text.empty(); ++count) {
+        const bool is_ascii = byte_at(text, 0) < 0x80;
+        text.remove_prefix(is_ascii ? 1 : first_character(text).length);
+    }
     return count;
 }
 

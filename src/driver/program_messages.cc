@@ -100,6 +100,8 @@ Placed new_failure(ProgramRun *run, const char *failure, std::string *text) {
 void finish_messages(ProgramRun *run, const char *failure) {
     sort_messages(&run->messages);
     std::vector<Placed> all;
+    all.reserve(run->messages.size() + 1);
+    run->places.asked.reserve(run->places.asked.size() + 2 * all.capacity());
     for (const Message *message : run->messages) all.push_back(new_message(run, message));
     std::string text;
     if (failure) all.push_back(new_failure(run, failure, &text));
