@@ -22,6 +22,7 @@
 #include "support/allocation.h"
 #include "support/same_text.h"
 #include "syntax/library/library_table.h"
+#include "syntax/names/assigned_values.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
 #include "syntax/values/summaries.h"
@@ -82,6 +83,19 @@ void check_cells(const Node *name, const Node *arguments, uint32_t taken) {
         bool is_cell = kinds_of(value_of(argument)) == MAY_BE_CELL;
         if ((taken & 1) && is_cell) report_at(CELL_GIVEN, argument, {name->text});
     }
+}
+
+// Of a function of the file, or of one without a name; its names may not be settled yet.
+uint32_t taken_by(const Node *function) {
+    const Scope *scope = scope_of(function);
+    return scope ? elements_taken(scope) : 0;
+}
+
+uint32_t taken_by_held(const Node *function) {
+    if (function->kind == NODE_ANONYMOUS) return taken_by(function);
+    if (const Node *own = own_definition(function->symbol)) return taken_by(own);
+    const FunctionResults *known = outside_results(function->text);
+    return known ? known->taken : 0;
 }
 
 // A call that the host has not answered.
@@ -168,11 +182,20 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
     return call;
 }
 
+void check_held_call(const Node *variable, const Node *arguments) {
+    for (const AssignedValue *value = variable->symbol->values; value; value = value->next) {
+        const Node *function = value->node ? without_parens(value->node) : nullptr;
+        bool is_function =
+            function && (function->kind == NODE_HANDLE || function->kind == NODE_ANONYMOUS);
+        if (is_function) check_cells(variable, arguments, taken_by_held(function));
+    }
+}
+
 mExpr *lower_call(const Node *name, const Node *arguments) {
     assert(name->kind == NODE_NAME && !is_variable(name->symbol));
     if (const char *own = own_function(name)) {
         const Node *function = own_definition(name->symbol);
-        if (function) check_cells(name, arguments, elements_taken(scope_of(function)));
+        if (function) check_cells(name, arguments, taken_by(function));
         return new_procedure_call(own, arguments);
     }
     Dispatch dispatch = dispatch_call(name, arguments);

@@ -71,6 +71,9 @@ Value selected_value(Value base, const Node *arguments);
 /* What the elements of a cell may be that the expression gives; MAY_BE_MISSING for none, and
  * UNKNOWN_FIELD of which nothing is known. Its values have been traced. */
 Value elements_given(Node *expression);
+/* The value, which has been traced, is kept as it is: where it is x(k) of a parameter that may be
+ * anything, its element is taken. */
+void note_taken(const Node *value);
 /* Whether it may stand for any number of values, as c{:} and s.f do. */
 bool may_be_list(const Node *element);
 /* Whether an index, the arguments of a reference, surely selects one element. */

@@ -125,6 +125,7 @@ Value trace_anonymous(Node *anonymous) {
     for (const Node *given = anonymous->first_child->first_child; given; given = given->next)
         if (given->kind == NODE_NAME && given->value) assign(given->symbol, given->value);
     trace_expression(second_child(anonymous));
+    note_taken(second_child(anonymous));
     TracedScope = outer;
     set_dead(was_dead);
     return MAY_BE_FUNCTION | ONE;

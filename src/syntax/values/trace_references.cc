@@ -351,20 +351,6 @@ static void note_sides(const Node *base) {
     if (is_known_to(base->text, ASKS_SIDES)) variable->symbol->flags |= SYMBOL_SIDES_ASKED;
 }
 
-// x(k) of a parameter of which nothing is known: the element is taken.
-static void note_taken_element(const Node *reference) {
-    constexpr uint32_t AS_CELL = SYMBOL_HAS_BRACES | SYMBOL_CELL_ASKED;
-    const Node *base = reference->first_child;
-    const Node *selector = base->next;
-    Symbol *symbol = base->symbol;
-    bool is_plain = (symbol->flags & SYMBOL_PARAMETER) && !(symbol->flags & AS_CELL) &&
-                    selector->kind == NODE_ARGUMENTS && !selector->next;
-    if (!is_plain || has_flag(reference, IS_OPERAND)) return;
-    for (const Node *index = selector->first_child; index; index = index->next)
-        if (is_surely_several(index)) return;
-    if (kinds_of(value_of(base)) == ANY_KIND) symbol->flags |= SYMBOL_ELEMENT_TAKEN;
-}
-
 Value trace_reference(Node *reference) {
     Node *base = reference->first_child;
     bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
@@ -380,12 +366,22 @@ Value trace_reference(Node *reference) {
     if (is_call) return value_after_call(base);
     if (base->kind != NODE_NAME) return ANY_VALUE;
     Value value = value_of_part(base->symbol, base->next);
-    if (!may_give_cell(reference)) {
-        note_taken_element(reference);
-        return value;
-    }
+    if (!may_give_cell(reference)) return value;
     return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |
            (may_be(value, MAY_BE_TEXT) ? MAY_BE_SINGLE : 0);
+}
+
+void note_taken(const Node *value) {
+    constexpr uint32_t AS_CELL = SYMBOL_HAS_BRACES | SYMBOL_CELL_ASKED;
+    value = without_parens(value);
+    const Node *base = value->kind == NODE_REFERENCE ? value->first_child : nullptr;
+    if (!base || base->kind != NODE_NAME || !(base->symbol->flags & SYMBOL_PARAMETER)) return;
+    const Node *selector = base->next;
+    bool is_element = selector->kind == NODE_ARGUMENTS && !selector->next && !may_give_cell(value);
+    if (!is_element || (base->symbol->flags & AS_CELL)) return;
+    for (const Node *index = selector->first_child; index; index = index->next)
+        if (is_surely_several(index)) return;
+    if (kinds_of(value_of(base)) == ANY_KIND) base->symbol->flags |= SYMBOL_ELEMENT_TAKEN;
 }
 
 LibraryCall library_call(Node *node) {

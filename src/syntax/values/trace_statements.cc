@@ -240,6 +240,7 @@ void trace_assignment(Node *node) {
     note_use(target, target->next);
     Value value = trace_expression(target->next);
     if (target->kind == NODE_REFERENCE) trace_selectors(target);
+    if (node->op == OPERATOR_NONE && takes_whole(target)) note_taken(target->next);
     if (node->op != OPERATOR_NONE) value = trace_operator(node->op, target, value);
     trace_target(target, value, target->next);
 }
