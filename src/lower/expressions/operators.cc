@@ -286,6 +286,11 @@ Operand lower_chain(const Node *node) {
 }
 
 static Operand negate_value(const mExpr *value) {
+    const Test *relation = relation_of(value);
+    if (relation && !relation->is_flag && relation->has_opposite) {
+        Test opposite = negate_test(relation);
+        return {new_truth_value(&opposite), HOST_ATOM};
+    }
     return {new_operator1(OP_NOT, value), HOST_ATOM};
 }
 

@@ -163,6 +163,21 @@ void assume_given(GivenCounts given, uint32_t offset) {
     }
 }
 
+// 'a' or {'a', 'b'}
+static bool are_texts(const Node *cases) {
+    cases = without_parens(cases);
+    if (cases->kind != NODE_CELL) return cases->kind == NODE_STRING;
+    for (const Node *row = cases->first_child; row; row = row->next)
+        for (const Node *item = row->first_child; item; item = item->next)
+            if (item->kind != NODE_STRING) return false;
+    return true;
+}
+
+void assume_case(const Node *expression, const Node *cases) {
+    Symbol *symbol = tested_variable(without_parens(expression));
+    if (symbol && are_texts(cases)) keep_only(symbol, ANY_TEXT | MAY_BE_OTHER | MAY_BE_MISSING);
+}
+
 void assume(Node *condition, bool is_true) {
     switch (condition->kind) {
         case NODE_PARENS: return assume(condition->first_child, is_true);

@@ -89,5 +89,7 @@ void trace_target(Node *target, Value value, Node *expression);
 
 /* The flow goes on where the condition has been true, or false. */
 void assume(Node *condition, bool is_true);
+/* The flow goes on where the value of the expression, of a switch, is one of the case's. */
+void assume_case(const Node *expression, const Node *cases);
 /* So many arguments have been given to the function, as the condition or check at offset tells. */
 void assume_given(GivenCounts given, uint32_t offset);

@@ -72,7 +72,10 @@ void trace_switch(Node *node) {
     for (Node *part = node->first_child->next; part; part = part->next) {
         if (part->kind == NODE_COMMENT) continue;
         has_otherwise |= part->kind == NODE_OTHERWISE;
-        if (part->kind == NODE_CASE) trace_expression(part->first_child);
+        if (part->kind == NODE_CASE) {
+            trace_expression(part->first_child);
+            assume_case(node->first_child, part->first_child);
+        }
         trace_block(part->kind == NODE_CASE ? second_child(part) : part->first_child);
         end_branch(&branches, branches.start);
     }
