@@ -220,7 +220,7 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "end 5:1-5:4 7-8\n"
          "gap 4:3-4:12 9-9\n"
          "end 5:1-5:4 10-10\n"},
-        {"function [a, b] = f(c, varargin)\n% help\nglobal g\n[a, c(1)] = h(2);\nreturn\nend\n",
+        {"function [a, b] = f(c, varargin)\n% help\nglobal b\n[a, c(1)] = h(2);\nreturn\nend\n",
          "function 1:1-1:33 1-3\n"
          "comment 2:1-2:7 5-5\n"
          "prelude 1:20-1:33 6-7\n"

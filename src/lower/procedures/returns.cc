@@ -42,6 +42,16 @@ int put_exact_branches(const TextList *names, const TextCell *end) {
     return results;
 }
 
+// The first so many; 0: all.
+TextList first_names(const TextList *names, size_t count) {
+    TextList first = {};
+    for (const TextCell *name = names->first; name; name = name->next) {
+        append_text(&first, name->text);
+        if (--count == 0) break;
+    }
+    return first;
+}
+
 void put_named_results(const TextList *names) {
     if (!names->first->next) return put_line("return %s;", {names->first->text});
     put_exact_branches(names, nullptr);
@@ -144,7 +154,11 @@ void put_return(const Node *end) {
     if (!names.first || is_unset) return is_written ? put_line("return;", {}) : void();
     if (Lowering.results_procedure)
         return put_line("return %s(_nresults);", {Lowering.results_procedure});
-    if (!(scope->flags & HAS_VARARGOUT)) return put_named_results(&names);
+    if (!(scope->flags & HAS_VARARGOUT)) {
+        // Who asks for others goes wrong.
+        TextList set = first_names(&names, is_seen ? end->results : 0);
+        return put_named_results(&set);
+    }
     if (names.first == names.last) return put_varargout(is_written);
     put_results_and_varargout(&names, names.last);
 }

@@ -192,10 +192,12 @@ struct Node {
     uint32_t offset;    /* place in the source: first byte, from 0, and number of bytes */
     uint32_t length;
     union {
-        const char *text; /* null where the kind has none */
-        Scope *scope;     /* PARAMETERS, FILE: null before the names are settled */
-        Region *region;   /* FOR, WHILE, DO_UNTIL, TRY, UNWIND: null before its values are
-                             traced */
+        const char *text;  /* null where the kind has none */
+        Scope *scope;      /* PARAMETERS, FILE: null before the names are settled */
+        uintptr_t results; /* RETURN, BLOCK of a function: the outputs after so many surely have no
+                             value there; 0: not known */
+        Region *region;    /* FOR, WHILE, DO_UNTIL, TRY, UNWIND: null before its values are
+                              traced */
     };
     union {
         Node *first_child; /* null for none */

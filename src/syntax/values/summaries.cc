@@ -5,6 +5,8 @@
 // took for the results is right for any number of calls inside each other.
 #include "syntax/values/summaries.h"
 
+#include <algorithm>
+
 #include "support/allocation.h"
 #include "syntax/values/calls_traced.h"
 #include "syntax/values/effects.h"
@@ -237,10 +239,24 @@ void trace_functions(FunctionFinders finders, bool may_know_calls) {
     trace_parameters(order.last);
 }
 
+// Those up to the last one that may have a value.
+static size_t count_set(const Node *first) {
+    size_t count = 0;
+    size_t number = 0;
+    for (const Node *output = first; output; output = output->next) {
+        number++;
+        if (value_now(output->symbol) != MAY_BE_MISSING) count = number;
+    }
+    return count;
+}
+
 void note_function_end(const Scope *scope, Node *end) {
     if (is_dead()) return;
     const Node *first = outputs_of(scope);
-    if (first && end) end->value = value_now(first->symbol);
+    if (first && end) {
+        end->results = std::max(end->value ? end->results : 0, count_set(first));
+        end->value = value_now(first->symbol);
+    }
     if (!scope->summary) return;
     for (const Node *output = first; output; output = output->next) {
         Symbol *symbol = output->symbol;
