@@ -59,6 +59,7 @@ constexpr Construct ROWS[] = {
     {"", "if x, y = #; end\n", "", ""},
     {"", "if f(x) && g(x), y = #; else, y = 2; end\n", "", ""},
     {"function f(x)\n", "if x > #, x# = 1; end\n", "", ""},
+    {"function f(x)\n", "x = x(:);\n", "", ""},
     {"if x(1)", " || x(#)", ", y = 1; end\n", ""},
     {"", "for k = 1:3, y(k) = #; end\n", "", ""},
     {"", "for k = c, y = #; end\n", "", ""},

@@ -15,7 +15,16 @@
 namespace {
 
 // What is asked of variables.
-enum Question : uint8_t { LEAST, SEVERAL, CELL, INTEGER, QUESTIONS };
+enum Question : uint8_t {
+    LEAST,
+    SEVERAL,
+    CELL,
+    INTEGER,
+    OTHER_VALUE,
+    ARRAY,
+    CELL_SEEN,
+    QUESTIONS
+};
 enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
 
 }  // namespace
@@ -45,6 +54,16 @@ Findings *findings_of(Symbol *symbol) {
     symbol->findings = AllocRecord<Findings>();
     *symbol->findings = {};
     return symbol->findings;
+}
+
+// What is so of a variable by itself, whoever asks.
+bool is_so(Symbol *symbol, Question question, bool (*test)(const Symbol *symbol)) {
+    Findings *findings = findings_of(symbol);
+    if (findings->states[question] != IS_FOUND) {
+        findings->is_true[question] = test(symbol);
+        findings->states[question] = IS_FOUND;
+    }
+    return findings->is_true[question];
 }
 
 // Whether a test holds for all values of a variable. Where its values are made from itself, nothing
@@ -419,7 +438,8 @@ bool is_cell(const Node *node, Asker asker) {
     if (call.name) return makes_cell(call.name);
     const Node *base = node->kind == NODE_REFERENCE ? node->first_child : node;
     bool is_part = base == node || (base->next->kind == NODE_ARGUMENTS && !base->next->next);
-    if (base->kind != NODE_NAME || !is_part || !has_other_value(base->symbol)) return false;
+    if (base->kind != NODE_NAME || !is_part || !is_so(base->symbol, OTHER_VALUE, has_other_value))
+        return false;
     return holds_for_all(base->symbol, CELL, asker, is_cell_value);
 }
 
@@ -454,18 +474,23 @@ bool is_array(const Node *node) {
 
 }  // namespace
 
-static bool is_ever_array(const Symbol *symbol) {
+static bool has_array(const Symbol *symbol) {
     for (const AssignedValue *value = symbol->values; value; value = value->next)
         if (value->node && is_array(value->node)) return true;
     return false;
 }
 
-static bool holds_cell(const Symbol *symbol) {
+static bool has_cell(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
+        if (value->kind == VALUE_WHOLE && is_cell(value->node, Asker{})) return true;
+    return false;
+}
+
+static bool is_ever_array(Symbol *symbol) { return is_so(symbol, ARRAY, has_array); }
+
+static bool holds_cell(Symbol *symbol) {
     if (is_ever_array(symbol)) return false;
-    bool is_seen = symbol->flags & SYMBOL_HAS_BRACES;
-    for (const AssignedValue *value = symbol->values; value && !is_seen; value = value->next)
-        is_seen = value->kind == VALUE_WHOLE && is_cell(value->node, Asker{});
-    return is_seen;
+    return (symbol->flags & SYMBOL_HAS_BRACES) || is_so(symbol, CELL_SEEN, has_cell);
 }
 
 bool is_cell_variable(const Node *name) {
