@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 
 namespace mtranslate {
 
@@ -36,12 +37,22 @@ int Tool::run(const std::string &command) const {
     return WEXITSTATUS(std::system((shell + " > out 2> err < /dev/null").c_str()));
 }
 
+/* A build that counts complains at the end of a process that may open no file. */
+static std::string without_complaints_of_counting(const std::string &errors) {
+    std::istringstream lines(errors);
+    std::string kept;
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("profiling:") && !line.starts_with("libgcov profiling error"))
+            kept += line + (lines.eof() ? "" : "\n");
+    return kept;
+}
+
 void Tool::check_all(std::span<const ToolCall> rows) const {
     for (const ToolCall &row : rows) {
         SCOPED_TRACE(row.command);
         EXPECT_EQ(run(row.command), row.exit_code);
         EXPECT_EQ(read(directory / "out"), row.output);
-        EXPECT_EQ(read(directory / "err"), row.errors);
+        EXPECT_EQ(without_complaints_of_counting(read(directory / "err")), row.errors);
     }
 }
 

@@ -51,7 +51,7 @@ void before_ending_signals(void (*last)()) {
     for (const int signal : ENDING_SIGNALS) {
         struct sigaction action = {};
         sigaction(signal, nullptr, &action);
-        if (action.sa_handler != SIG_DFL) continue;
+        if (action.sa_handler == SIG_IGN) continue;
         action.sa_handler = end;
         action.sa_flags = static_cast<int>(SA_RESETHAND);
         sigaction(signal, &action, nullptr);
