@@ -65,6 +65,7 @@ TEST(Growth, of_what_is_kept_is_that_of_the_source) {
         "y = strcmp(z, 'a#');\n",
         "y = eval('1 + #');\n",
         "eval('x = #;');\n",
+        "x# = eval(y);\n",
         "global x#\n",
         "clear x#\n",
         "hold on\n",

@@ -15,10 +15,12 @@ namespace {
 NameMap TracedScripts;   // FILE nodes by their addresses: those that may set any variable
 NameMap NamedVariables;  // of the function, where a command asks for them
 int Forgotten;           // how often all variables have been walked over
+int Walked;              // how many those were in all
 int OpenScripts;
 
 // A function that runs texts as programs all the time is not followed on and on.
 constexpr int MOST_FORGOTTEN = 1000;
+constexpr int MOST_WALKED = 200000;
 
 const Node *called_name(const Node *expression) {
     const Node *name = expression->kind == NODE_REFERENCE ? expression->first_child : expression;
@@ -27,8 +29,9 @@ const Node *called_name(const Node *expression) {
 
 // Whether all variables may be walked over once more.
 bool is_worth_it() {
-    if (++Forgotten > MOST_FORGOTTEN) give_up_flow();
-    return Forgotten <= MOST_FORGOTTEN;
+    bool is_over = ++Forgotten > MOST_FORGOTTEN || Walked > MOST_WALKED;
+    if (is_over) give_up_flow();
+    return !is_over;
 }
 
 // It may be called again by itself before it is known what it does.
@@ -81,7 +84,7 @@ void clear_variable(Symbol *symbol) {
 // Those that are assigned as a whole only are left alone.
 void clear_all() {
     if (!is_worth_it()) return;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next, Walked++) {
         bool is_left = is_variable(symbol) && !(symbol->flags & SYMBOL_CHANGED);
         is_left ? assign(symbol, MAY_BE_MISSING) : clear_variable(symbol);
     }
@@ -97,7 +100,7 @@ bool are_names(const Node *word) {
 void begin_effects() {
     TracedScripts = {};
     NamedVariables = {};
-    Forgotten = OpenScripts = 0;
+    Forgotten = Walked = OpenScripts = 0;
 }
 
 bool is_in_called_script() { return OpenScripts > 0; }
@@ -106,7 +109,7 @@ int times_forgotten() { return Forgotten; }
 
 void forget_all(Value missing) {
     if (!is_worth_it()) return;
-    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next) {
+    for (Symbol *symbol = TracedScope->first_symbol; symbol; symbol = symbol->next, Walked++) {
         Value kept = value_now(symbol) & MAY_BE_MISSING;
         if (is_variable(symbol)) assign(symbol, ANY_VALUE | kept | missing);
     }
