@@ -11,6 +11,7 @@
 #include "lower/targets/cell_parts.h"
 #include "lower/targets/shared_parts.h"
 #include "lower/targets/targets.h"
+#include "syntax/tree/value.h"
 #include "syntax/values/values.h"
 #include "translate/text_forms.h"
 
@@ -30,10 +31,26 @@ bool is_literal(const Node *value) {
     return value->kind == NODE_CELL || value->kind == NODE_HANDLE || value->kind == NODE_ANONYMOUS;
 }
 
+// What the last selector of the target is applied to.
+const Node *base_of(const Node *target) {
+    const Node *base = target->first_child;
+    while (base->next != last_selector(target)) base = base->next;
+    return base;
+}
+
+// Whether both may be cells or arrays: an array of which one element is set takes one element, too.
+bool may_both_be_cells(const Node *target, const Node *value) {
+    constexpr Value PLAIN = MAY_BE_NUMBER | MAY_BE_TRUTH | MAY_BE_TEXT | MAY_BE_CELL;
+    if (value->kind != NODE_NAME || !is_variable(value->symbol)) return false;
+    Value kinds = kinds_of(value_of(value));
+    return may_be(kinds, MAY_BE_CELL) && is_within(kinds, PLAIN) &&
+           may_be(value_of(base_of(target)), MAY_BE_CELL);
+}
+
 // Whether the value is a cell: it surely is, or the target takes nothing else.
 bool is_cell_value(const Node *target, const Node *value) {
     if (is_literal(value) || is_value_list(value, false)) return false;
-    if (is_cell_name(value)) return true;
+    if (is_cell_name(value) || may_both_be_cells(target, value)) return true;
     return is_cell_base(target) && may_be_cell(value);
 }
 

@@ -3,13 +3,19 @@
 
 #include "syntax/values/trace.h"
 
+/* What the calls of a function give for a parameter, joined. */
+struct GivenValue {
+    Value value;             /* MAY_BE_MISSING where one gives nothing; 0 where none is known */
+    const KnownParts *parts; /* of its inside; null: nothing is known, or nothing is given */
+    bool has_parts;          /* something that may have an inside has been given */
+};
+
 /* The calls of one function in another one, or in itself, together. */
 struct TracedCalls {
     Summary *caller;
     Summary *callee;
     uint32_t trace;    /* moment of the caller's trace: the last one counts */
-    Value *given;      /* for each parameter what the calls give, joined, and for varargin;
-                          MAY_BE_MISSING where one gives nothing */
+    GivenValue *given; /* for each parameter, and for all elements of varargin */
     TracedCalls *next; /* of the caller */
     TracedCalls *next_of_callee;
 };
@@ -26,12 +32,14 @@ struct Summary {
     bool is_open;         /* others may call it, with anything */
     TracedCalls *calls;   /* in the last trace */
     TracedCalls *callers; /* calls of it, also of earlier traces */
-    const Value *given;   /* what its parameters may be at its start; null: nothing is known */
+    const GivenValue *given; /* at its start; null: nothing is known */
+    bool is_stale;        /* more is known of what it calls */
     uint32_t traced;      /* moment of the last trace; 0 for none */
     uint32_t grown;       /* moment at which more has been found of its results */
 };
 
 /* The function of the file that a name means; null for any other. */
 Summary *summary_of(const Symbol *symbol);
-/* Traces it, anew if it has been traced before. */
-void trace_summary(Summary *summary);
+/* Traces it anew with what is known of its parameters now: its results may be known better, so that
+ * those who call it are stale. */
+void retrace(Summary *summary);

@@ -8,7 +8,6 @@ namespace {
 // Each assignment of a variable goes over its fields.
 constexpr int MOST_FIELDS = 64;
 constexpr int MOST_INNER_FIELDS = 8;
-constexpr int DEEPEST_HOLDER = 3;
 // The names of elements and results, which no field has, as they are not interned.
 constexpr char ELEMENTS[] = "{}";
 constexpr char RESULT[] = "()";
@@ -27,13 +26,12 @@ Symbol *new_part(Symbol *holder, const char *name) {
     return part;
 }
 
-// Of fields that have not been named so far: the first of all, without a name.
+}  // namespace
+
 Symbol *rest_of(Symbol *holder) {
     if (!holder->parts) holder->parts = new_part(holder, nullptr);
     return holder->parts;
 }
-
-}  // namespace
 
 Symbol *field_of(Symbol *holder, const char *name, int depth) {
     if (depth == DEEPEST_HOLDER) return nullptr;
@@ -43,7 +41,9 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
         if (part->name == name) return part;
     if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return nullptr;
     Symbol *part = last->next = new_part(holder, name);
-    if (value_now(holder->parts) == MAY_BE_MISSING) start_late(part, MAY_BE_MISSING);
+    Value rest = value_now(holder->parts);
+    if (rest != MAY_BE_MISSING) part->has_given_parts = true;
+    if (rest != UNKNOWN_FIELD) start_late(part, rest);
     return part;
 }
 
@@ -60,45 +60,151 @@ Symbol *first_field(const Symbol *holder) {
 
 Symbol *elements_of(Symbol *holder, int depth) { return field_of(holder, ELEMENTS, depth); }
 
-void add_elements(Symbol *holder, int depth, Value value) {
-    Symbol *elements = elements_of(holder, depth);
-    if (elements) assign(elements, value_now(elements) | value);
-}
-
-void begin_elements(Symbol *holder, int depth, Value elements) {
-    if (elements == UNKNOWN_FIELD) return;
-    begin_fields(holder);
-    if (elements != MAY_BE_MISSING) add_elements(holder, depth, elements & ANY_VALUE);
-}
-
 Symbol *result_of(Symbol *holder, int depth) { return field_of(holder, RESULT, depth); }
-
-void begin_result(Symbol *holder, int depth, Value value, Value elements) {
-    begin_fields(holder);
-    Symbol *result = result_of(holder, depth);
-    if (!result) return;
-    assign(result, value);
-    begin_elements(result, depth + 1, elements);
-}
 
 void note_presence(Symbol *field) {
     Value value = value_now(field);
     if (may_be(value, MAY_BE_MISSING) && kinds_of(value)) set_value(field, value & ANY_VALUE);
 }
 
-static void copy_fields_at(Symbol *holder, const Symbol *from, int depth) {
-    const Symbol *first = from->parts;
-    for (const Symbol *part = first ? first->next : nullptr; part; part = part->next) {
-        Value value = value_now(part);
-        Symbol *field = value == UNKNOWN_FIELD ? nullptr : field_of(holder, part->name, depth);
-        if (!field) continue;
-        set_value(field, value);
-        copy_fields_at(field, part, depth + 1);
-    }
+namespace {
+
+// A field of which the walk has seen nothing.
+Value value_of_rest(const Symbol *holder) {
+    if (holder->parts) return value_now(holder->parts);
+    return holder->has_given_parts ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
 }
 
-void copy_fields(Symbol *variable, const Symbol *from) {
-    if (variable != from) copy_fields_at(variable, from, 0);
+const KnownPart *find_part(const KnownParts *parts, const char *name) {
+    const KnownPart *part = parts->first;
+    while (part && part->name != name) part = part->next;
+    return part;
+}
+
+bool may_have_parts(Value value) {
+    return may_be(value, MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION);
+}
+
+// What has no parts tells nothing of those that others have.
+const KnownParts *joined_inside(const KnownPart *one, const KnownPart *other) {
+    if (!may_have_parts(one->value)) return other->inside;
+    if (!may_have_parts(other->value)) return one->inside;
+    return joined_parts(one->inside, other->inside);
+}
+
+}  // namespace
+
+const KnownPart *new_known_part(const char *name, Value value, const KnownParts *inside,
+                                const KnownPart *next) {
+    KnownPart *part = AllocRecord<KnownPart>();
+    *part = {name, value, inside, next};
+    return part;
+}
+
+const KnownParts *new_known_parts(bool has_others, const KnownPart *first) {
+    if (has_others && !first) return nullptr;
+    KnownParts *parts = AllocRecord<KnownParts>();
+    *parts = {has_others, first};
+    return parts;
+}
+
+const KnownParts *parts_now(const Symbol *holder) {
+    Symbol *first = holder->parts;
+    const KnownPart *parts = nullptr;
+    for (const Symbol *part = first ? first->next : nullptr; part; part = part->next) {
+        Value value = value_now(part);
+        const KnownParts *inside = may_have_parts(value) ? parts_now(part) : nullptr;
+        if (value != UNKNOWN_FIELD || inside)
+            parts = new_known_part(part->name, value, inside, parts);
+    }
+    return new_known_parts(value_of_rest(holder) != MAY_BE_MISSING, parts);
+}
+
+const KnownParts *joined_parts(const KnownParts *one, const KnownParts *other) {
+    if (!one || !other || one == other) return one == other ? one : nullptr;
+    const KnownPart *parts = nullptr;
+    for (const KnownPart *part = one->first; part; part = part->next) {
+        const KnownPart *same = find_part(other, part->name);
+        if (same) {
+            Value value = part->value | same->value;
+            parts = new_known_part(part->name, value, joined_inside(part, same), parts);
+        } else if (!other->has_others) {
+            Value value = part->value | MAY_BE_MISSING;
+            parts = new_known_part(part->name, value, part->inside, parts);
+        }
+    }
+    for (const KnownPart *part = one->has_others ? nullptr : other->first; part; part = part->next)
+        if (!find_part(one, part->name))
+            parts = new_known_part(part->name, part->value | MAY_BE_MISSING, part->inside, parts);
+    return new_known_parts(one->has_others || other->has_others, parts);
+}
+
+bool is_part_of(const KnownParts *one, const KnownParts *other) {
+    if (!other || one == other) return true;
+    if (!one || (one->has_others && !other->has_others)) return false;
+    for (const KnownPart *part = one->first; part; part = part->next) {
+        const KnownPart *same = find_part(other, part->name);
+        if (!same && !other->has_others) return false;
+        if (!same) continue;
+        if (!is_within(part->value, same->value)) return false;
+        if (may_have_parts(part->value) && !is_part_of(part->inside, same->inside)) return false;
+    }
+    for (const KnownPart *part = other->first; part; part = part->next) {
+        bool may_lack = may_be(part->value, MAY_BE_MISSING) && !one->has_others;
+        if (!find_part(one, part->name) && !may_lack) return false;
+    }
+    return true;
+}
+
+const KnownParts *parts_of_cell(Value elements, const KnownParts *inside) {
+    if (elements == UNKNOWN_FIELD && !inside) return nullptr;
+    return new_known_parts(false, new_known_part(ELEMENTS, elements, inside, nullptr));
+}
+
+const KnownParts *parts_of_called(Value result, const KnownParts *inside) {
+    return new_known_parts(false, new_known_part(RESULT, result, inside, nullptr));
+}
+
+const KnownParts *inside_of_cell(const KnownParts *cell) {
+    const KnownPart *elements = cell ? find_part(cell, ELEMENTS) : nullptr;
+    return elements ? elements->inside : nullptr;
+}
+
+void give_parts(Symbol *holder, int depth, const KnownParts *parts) {
+    if (parts && !parts->has_others) {
+        begin_fields(holder);
+    } else {
+        forget_fields(holder);
+    }
+    for (const KnownPart *part = parts ? parts->first : nullptr; part; part = part->next)
+        if (Symbol *field = field_of(holder, part->name, depth))
+            assign_known(field, depth + 1, part->value, part->inside);
+}
+
+void assign_known(Symbol *holder, int depth, Value value, const KnownParts *parts) {
+    if (may_have_parts(value)) {
+        give_parts(holder, depth, parts);
+    } else {
+        begin_fields(holder);
+    }
+    set_value(holder, value);
+}
+
+void add_value(Symbol *holder, int depth, Value value, const KnownParts *parts) {
+    Value before = value_now(holder);
+    if (!may_have_parts(value)) return set_value(holder, before | value);
+    if (may_have_parts(before)) parts = joined_parts(parts_now(holder), parts);
+    assign_known(holder, depth, before | value, parts);
+}
+
+Value any_field(const Symbol *holder, int depth) {
+    Value value = value_of_rest(holder);
+    int count = 0;
+    for (const Symbol *part = holder->parts ? holder->parts->next : nullptr; part;
+         part = part->next, count++)
+        value |= value_now(part);
+    bool has_room = count < (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS);
+    return has_room && depth < DEEPEST_HOLDER ? value : UNKNOWN_FIELD;
 }
 
 void forget_fields(Symbol *holder) {
@@ -108,9 +214,11 @@ void forget_fields(Symbol *holder) {
 }
 
 void begin_fields(Symbol *holder) {
-    if (!holder->has_given_parts) return;  // they are missing
-    rest_of(holder);
-    for (Symbol *part = holder->parts; part; part = part->next) assign(part, MAY_BE_MISSING);
+    if (!holder->has_given_parts && !holder->parts) return;  // they are missing
+    for (Symbol *part = rest_of(holder); part; part = part->next) {
+        if (part->parts) begin_fields(part);
+        set_value(part, MAY_BE_MISSING);
+    }
 }
 
 void assign(Symbol *holder, Value value) {

@@ -25,6 +25,19 @@ int32_t count_followed(const Summary *summary) {
     return count < MOST_PARAMETERS ? count : MOST_PARAMETERS;
 }
 
+GivenValue *new_given_values() {
+    GivenValue *given = static_cast<GivenValue *>(AllocKept(sizeof(GivenValue) * GIVEN_VALUES));
+    for (int32_t k = 0; k < GIVEN_VALUES; k++) given[k] = {};
+    return given;
+}
+
+void join_given(GivenValue *given, Value value, const KnownParts *parts) {
+    given->value |= value;
+    if (!may_be(value, MAY_BE_CELL | MAY_BE_RECORD)) return;
+    given->parts = given->has_parts ? joined_parts(given->parts, parts) : parts;
+    given->has_parts = true;
+}
+
 // Those in one trace of the caller.
 TracedCalls *calls_of(Summary *caller, Summary *callee) {
     TracedCalls *calls = callee->callers;
@@ -32,9 +45,7 @@ TracedCalls *calls_of(Summary *caller, Summary *callee) {
     calls = AllocRecord<TracedCalls>();
     *calls = {caller, callee, caller->traced, nullptr, caller->calls, callee->callers};
     caller->calls = callee->callers = calls;
-    size_t size = sizeof(Value) * GIVEN_VALUES;
-    calls->given = static_cast<Value *>(AllocKept(size));
-    memset(calls->given, 0, size);
+    calls->given = new_given_values();
     return calls;
 }
 
@@ -63,30 +74,60 @@ bool has_argument_block(const Scope *scope) {
     return node != nullptr;
 }
 
-Value joined_value(const Summary *summary, int32_t parameter) {
-    Value value = 0;
+GivenValue joined_given(const Summary *summary, int32_t parameter, bool by_itself) {
+    GivenValue all = {};
     for (const TracedCalls *calls = summary->callers; calls; calls = calls->next_of_callee)
-        if (is_last_trace(calls)) value |= calls->given[parameter];
-    return value;
+        if (is_last_trace(calls) && (by_itself || calls->caller != summary))
+            join_given(&all, calls->given[parameter].value, calls->given[parameter].parts);
+    return all;
 }
 
-// Whether anything is known. A function that is never called is given anything.
-bool join_calls(Summary *summary) {
+bool tells_something(const GivenValue *given) {
+    return (given->value != UNKNOWN && given->value != ANY_VALUE) || given->parts;
+}
+
+// Null where nothing is known. A function that is never called is given anything.
+GivenValue *join_calls(const Summary *summary, bool by_itself) {
     int32_t count = count_followed(summary);
-    bool has_any = count > 0 || (summary->scope->flags & HAS_VARARGIN);
-    if (summary->is_open || !has_any || has_argument_block(summary->scope)) return false;
-    Value *given = static_cast<Value *>(AllocKept(sizeof(Value) * GIVEN_VALUES));
-    given[REST] = joined_value(summary, REST);
-    if (!given[REST]) return false;
-    bool is_known = (summary->scope->flags & HAS_VARARGIN) && given[REST] != UNKNOWN;
+    bool has_rest = summary->scope->flags & HAS_VARARGIN;
+    bool has_any = count > 0 || has_rest;
+    if (summary->is_open || !has_any || has_argument_block(summary->scope)) return nullptr;
+    GivenValue *given = new_given_values();
+    given[REST] = joined_given(summary, REST, by_itself);
+    if (!given[REST].value) return nullptr;
+    bool is_known = has_rest && tells_something(&given[REST]);
     for (int32_t k = 0; k < count; k++) {
-        Value value = joined_value(summary, k);
-        if (!value) return false;
-        given[k] = value;
-        is_known |= value != UNKNOWN && value != ANY_VALUE;
+        given[k] = joined_given(summary, k, by_itself);
+        if (!given[k].value) return nullptr;
+        is_known |= tells_something(&given[k]);
     }
-    summary->given = given;
-    return is_known;
+    return is_known ? given : nullptr;
+}
+
+// Whether the other tells no more.
+bool is_given_within(const Summary *summary, const GivenValue *given, const GivenValue *other) {
+    if (!given || !other) return !other;
+    for (int32_t k = 0; k < GIVEN_VALUES; k++) {
+        if (k == count_followed(summary)) k = REST;
+        if (!is_within(given[k].value, other[k].value)) return false;
+        if (given[k].has_parts && !is_part_of(given[k].parts, other[k].parts)) return false;
+    }
+    return true;
+}
+
+constexpr int MOST_ROUNDS = 4;
+
+// What a function gives itself depends on what others give it.
+void trace_given(Summary *summary, const GivenValue *given) {
+    for (int round = 0; given && round < MOST_ROUNDS; round++) {
+        summary->given = given;
+        retrace(summary);
+        const GivenValue *all = join_calls(summary, true);
+        if (is_given_within(summary, all, given)) return;
+        given = all;
+    }
+    summary->given = nullptr;
+    retrace(summary);
 }
 
 }  // namespace
@@ -115,42 +156,59 @@ void note_applied(const char *name, const Node *function) {
     if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
 }
 
-// MAY_BE_MISSING: nothing.
-static Value value_of_rest(const Node *arguments) {
-    Value all = MAY_BE_MISSING;
-    for (; arguments; arguments = arguments->next) {
-        if (may_be_list(arguments)) return UNKNOWN;
-        all |= value_of_argument(arguments);
-    }
-    return all;
+static void join_argument(GivenValue *given, Node *argument) {
+    join_given(given, value_of_argument(argument), parts_given(argument, 0));
 }
 
-void note_call(Summary *caller, Summary *callee, const Node *arguments) {
-    Value *given = calls_of(caller, callee)->given;
+// MAY_BE_MISSING: nothing.
+static void join_rest(GivenValue *given, Node *arguments) {
+    join_given(given, MAY_BE_MISSING, nullptr);
+    for (; arguments; arguments = arguments->next) {
+        if (may_be_list(arguments)) return join_given(given, UNKNOWN, nullptr);
+        join_argument(given, arguments);
+    }
+}
+
+void note_call(Summary *caller, Summary *callee, Node *arguments) {
+    GivenValue *given = calls_of(caller, callee)->given;
     int32_t count = count_followed(callee);
     int32_t k = 0;
     for (; arguments && k < count && !may_be_list(arguments); arguments = arguments->next)
-        given[k++] |= value_of_argument(arguments);
+        join_argument(&given[k++], arguments);
     bool has_list = arguments && k < count;
-    while (k < count) given[k++] |= has_list ? UNKNOWN : Value(MAY_BE_MISSING);
-    given[REST] |= has_list ? UNKNOWN : value_of_rest(arguments);
+    while (k < count) join_given(&given[k++], has_list ? UNKNOWN : Value(MAY_BE_MISSING), nullptr);
+    if (has_list) return join_given(&given[REST], UNKNOWN, nullptr);
+    join_rest(&given[REST], arguments);
 }
 
 void trace_parameters(Summary *last) {
     if (!Named.used || CallsByText) return;
     for (const Summary *summary = last; summary; summary = summary->before)
         if (!are_calls_known(summary->scope)) return;
-    for (Summary *summary = last; summary; summary = summary->before)
-        if (join_calls(summary)) trace_summary(summary);
+    for (Summary *summary = last; summary; summary = summary->before) {
+        const GivenValue *given = join_calls(summary, false);
+        bool is_new = !is_given_within(summary, summary->given, given);
+        if (given && is_new) trace_given(summary, given);
+    }
+}
+
+static const GivenValue *given_of(const Scope *scope, const Symbol *parameter) {
+    const GivenValue *given = scope->summary ? scope->summary->given : nullptr;
+    bool is_followed = parameter->position > 0 && parameter->position <= MOST_PARAMETERS;
+    return given && is_followed ? &given[parameter->position - 1] : nullptr;
 }
 
 Value value_given(const Scope *scope, const Symbol *parameter) {
-    const Value *given = scope->summary ? scope->summary->given : nullptr;
-    return given && parameter->position <= MOST_PARAMETERS ? given[parameter->position - 1]
-                                                           : UNKNOWN;
+    const GivenValue *given = given_of(scope, parameter);
+    return given ? given->value : UNKNOWN;
 }
 
-Value rest_given(const Scope *scope) {
-    const Value *given = scope->summary ? scope->summary->given : nullptr;
-    return given ? given[REST] : UNKNOWN;
+const KnownParts *parts_of_parameter(const Scope *scope, const Symbol *parameter) {
+    const GivenValue *given = given_of(scope, parameter);
+    return given ? given->parts : nullptr;
+}
+
+const KnownParts *parts_of_rest(const Scope *scope) {
+    const GivenValue *given = scope->summary ? scope->summary->given : nullptr;
+    return given ? parts_of_cell(given[REST].value, given[REST].parts) : nullptr;
 }

@@ -14,11 +14,12 @@ void note_text(const char *text);
  * what the text names. */
 void note_applied(const char *name, const Node *function);
 /* The caller, which is being traced, calls the function with these arguments; null for none. */
-void note_call(Summary *caller, Summary *callee, const Node *arguments);
+void note_call(Summary *caller, Summary *callee, Node *arguments);
 /* Traces the functions, the last of the order first, so that callers come before what they call,
  * once more with what is known of their parameters. */
 void trace_parameters(Summary *last);
 /* What a parameter of the function is given; ANY_VALUE | MAY_BE_MISSING where that is not known. */
 Value value_given(const Scope *scope, const Symbol *parameter);
-/* What the elements of its varargin are; MAY_BE_MISSING for none. */
-Value rest_given(const Scope *scope);
+/* What is known of its inside, null for nothing, and of its varargin. */
+const KnownParts *parts_of_parameter(const Scope *scope, const Symbol *parameter);
+const KnownParts *parts_of_rest(const Scope *scope);

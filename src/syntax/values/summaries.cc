@@ -47,7 +47,7 @@ Summary *summary_of(const Symbol *symbol) {
     return scope ? scope->summary : nullptr;
 }
 
-void trace_summary(Summary *summary) {
+static void trace_summary(Summary *summary) {
     if (summary->traced) forget_trace(summary->scope);
     summary->traced = ++Moment;
     summary->calls = nullptr;
@@ -163,10 +163,25 @@ void add_field_results(Summary *summary, Symbol *output, bool is_first) {
     }
 }
 
+// Also of an output that may have been given a value elsewhere, what is inside must be known.
+void add_inside(Summary *summary, Symbol *output, Value value, const KnownParts *parts) {
+    if (!may_be(value, MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION)) return;
+    if (!output->has_parts_result) {
+        output->has_parts_result = true;
+        output->parts_result = parts;
+    } else if (is_part_of(parts, output->parts_result)) {
+        return;
+    } else {
+        output->parts_result = joined_parts(output->parts_result, parts);
+    }
+    summary->grown = ++Moment;
+}
+
 void give_up(Summary *summary) {
     for (const Node *output = outputs_of(summary->scope); output; output = output->next) {
         add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING, UNKNOWN_FIELD);
         output->symbol->field_results = nullptr;
+        add_inside(summary, output->symbol, ANY_VALUE, nullptr);
     }
 }
 
@@ -182,6 +197,57 @@ void find_results(Summary *first) {
     if (settles(first)) return;
     for (Summary *summary = first; summary; summary = summary->next) give_up(summary);
     trace_outdated(first);
+}
+
+// What an output may be where the function ends.
+struct Ending {
+    Value value;
+    Value elements;
+    FieldResult *fields;
+    bool has_parts;
+    const KnownParts *parts;
+};
+
+Ending ending_of(const Symbol *output) {
+    return {output->result, output->element_result, output->field_results,
+            output->has_parts_result, output->parts_result};
+}
+
+void set_ending(Symbol *output, Ending ending) {
+    output->result = ending.value;
+    output->element_result = ending.elements;
+    output->field_results = ending.fields;
+    output->has_parts_result = ending.has_parts;
+    output->parts_result = ending.parts;
+}
+
+bool is_as_before(const Symbol *output, Ending before) {
+    return output->result == before.value && output->element_result == before.elements &&
+           output->has_parts_result == before.has_parts &&
+           is_part_of(before.parts, output->parts_result);
+}
+
+bool calls_itself(const Summary *summary) {
+    for (const TracedCalls *calls = summary->calls; calls; calls = calls->next)
+        if (calls->callee == summary) return true;
+    return false;
+}
+
+int32_t count_outputs(const Scope *scope) {
+    int32_t count = 0;
+    for (const Node *output = outputs_of(scope); output; output = output->next) count++;
+    return count;
+}
+
+void make_callers_stale(const Summary *summary) {
+    for (const TracedCalls *calls = summary->callers; calls; calls = calls->next_of_callee)
+        if (calls->trace == calls->caller->traced) calls->caller->is_stale = true;
+}
+
+// Callees come first.
+void trace_stale(Summary *first) {
+    for (Summary *summary = first; summary; summary = summary->next)
+        if (summary->is_stale) retrace(summary);
 }
 
 // The first function is everybody's.
@@ -214,6 +280,27 @@ Value value_of_rest(const Scope *scope) {
 
 }  // namespace
 
+void retrace(Summary *summary) {
+    summary->is_stale = false;
+    if (calls_itself(summary)) return trace_summary(summary);
+    size_t size = sizeof(Ending) * static_cast<size_t>(count_outputs(summary->scope) + 1);
+    Ending *before = static_cast<Ending *>(AllocKept(size));
+    Ending *next = before;
+    for (const Node *output = outputs_of(summary->scope); output; output = output->next) {
+        *next++ = ending_of(output->symbol);
+        set_ending(output->symbol, {});
+    }
+    trace_summary(summary);
+    bool is_same = true;
+    bool ends = has_end(summary);
+    next = before;
+    for (const Node *output = outputs_of(summary->scope); output; output = output->next, next++) {
+        if (!ends) set_ending(output->symbol, *next);
+        is_same &= is_as_before(output->symbol, *next);
+    }
+    if (!is_same) make_callers_stale(summary);
+}
+
 void begin_summaries() {
     FirstAdded = LastAdded = nullptr;
     begin_parameters();
@@ -236,6 +323,8 @@ void trace_functions(FunctionFinders finders, bool may_know_calls) {
     follow_all_calls(may_know_calls);
     Order order = in_order();
     find_results(order.first);
+    trace_parameters(order.last);
+    trace_stale(order.first);
     trace_parameters(order.last);
 }
 
@@ -263,6 +352,7 @@ void note_function_end(const Scope *scope, Node *end) {
         bool is_first = !symbol->result;
         add_result(scope->summary, symbol, value_now(symbol), elements_at(symbol, 0));
         add_field_results(scope->summary, symbol, is_first);
+        add_inside(scope->summary, symbol, value_now(symbol), parts_now(symbol));
     }
 }
 
@@ -278,7 +368,7 @@ static Value value_of_outside(const Node *name, int index) {
     return kinds_of(result) ? result : ANY_VALUE;
 }
 
-Value value_of_own(const Node *name, const Node *arguments, int index) {
+Value value_of_own(const Node *name, Node *arguments, int index) {
     if (is_in_called_script()) return ANY_VALUE;
     Summary *summary = summary_of(name->symbol);
     if (!summary) return value_of_outside(name, index);
@@ -297,17 +387,6 @@ Value value_of_handled(const Node *handle) {
     if (Traced) note_call(Traced, summary, nullptr);
     const Symbol *output = output_of(summary->scope, 0);
     return output ? Value(output->result & ANY_VALUE) : value_of_rest(summary->scope);
-}
-
-const FieldResult *fields_of_own(const Node *name) {
-    if (is_in_called_script()) return nullptr;
-    const Summary *summary = summary_of(name->symbol);
-    if (summary) {
-        const Symbol *output = output_of(summary->scope, 0);
-        return output ? output->field_results : nullptr;
-    }
-    const OutputValue *outside = outside_output(name, 0);
-    return outside ? outside->fields : nullptr;
 }
 
 uint32_t elements_taken(const Scope *scope) {
@@ -339,4 +418,24 @@ FunctionResults results_of(const Scope *scope) {
         outputs[k] = {output->result, output->element_result, output->field_results};
     }
     return {count, outputs, {value_of_rest(scope), 0, nullptr}, elements_taken(scope)};
+}
+
+static const KnownParts *parts_of_outside(const OutputValue *output) {
+    if (!output) return nullptr;
+    if (output->elements) return parts_of_cell(output->elements, nullptr);
+    const KnownPart *first = nullptr;
+    for (const FieldResult *field = output->fields; field; field = field->next) {
+        bool is_cell = kinds_of(field->value) == MAY_BE_CELL;
+        const KnownParts *inside = is_cell ? parts_of_cell(field->elements, nullptr) : nullptr;
+        first = new_known_part(field->name, field->value, inside, first);
+    }
+    return new_known_parts(true, first);
+}
+
+const KnownParts *parts_of_own(const Node *name, int index) {
+    if (is_in_called_script()) return nullptr;
+    const Summary *summary = summary_of(name->symbol);
+    if (!summary) return parts_of_outside(outside_output(name, index));
+    const Symbol *output = output_of(summary->scope, index);
+    return output ? output->parts_result : nullptr;
 }

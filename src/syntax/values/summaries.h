@@ -20,9 +20,7 @@ void trace_functions(FunctionFinders finders, bool may_know_calls);
 void note_function_end(const Scope *scope, Node *end);
 /* A result, from 0, of a call of a name with these arguments, first and siblings, whose values have
  * been traced; null for none. Of a function that has not been added it is what the finders know. */
-Value value_of_own(const Node *name, const Node *arguments, int index);
-/* What is known of the fields of the first result, where that is one record; null for nothing. */
-const FieldResult *fields_of_own(const Node *name);
+Value value_of_own(const Node *name, Node *arguments, int index);
 /* The same of what the first result is when somebody calls a HANDLE; without kinds where it has not
  * returned so far. */
 Value value_of_handled(const Node *handle);
@@ -35,3 +33,5 @@ FunctionResults results_of(const Scope *scope);
 /* What the elements of the first result are, where that is a cell; MAY_BE_MISSING for none, and
  * UNKNOWN_FIELD for any. */
 Value elements_of_own(const Node *name);
+/* What is known of the inside of a result; null for nothing. */
+const KnownParts *parts_of_own(const Node *name, int index);

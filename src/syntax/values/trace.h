@@ -1,6 +1,7 @@
 /* The walk over a function that finds what its values may be; its parts call each other. */
 #pragma once
 
+#include "syntax/values/field_values.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/given_counts.h"
 
@@ -61,7 +62,9 @@ Value trace_reference(Node *reference);
 Value trace_anonymous(Node *anonymous);
 /* The value of a call of a name that is no variable, with these arguments, first and siblings; both
  * null for a bare name. */
-Value value_of_call(Node *name, const Node *selectors, const Node *arguments);
+Value value_of_call(Node *name, const Node *selectors, Node *arguments);
+/* feval(function, ...), MATLAB's own. */
+bool is_feval(const Node *name, const Node *arguments);
 /* What stands in the selectors of a target. */
 void trace_selectors(Node *reference);
 /* The value of target op value. */
@@ -74,6 +77,9 @@ Value elements_given(Node *expression);
 /* The value, which has been traced, is kept as it is: where it is x(k) of a parameter that may be
  * anything, its element is taken. */
 void note_taken(const Node *value);
+/* What is known of the inside of the expression's value, which lies in so many others; null for
+ * nothing. Its values have been traced. */
+const KnownParts *parts_given(Node *expression, int depth);
 /* Whether it may stand for any number of values, as c{:} and s.f do. */
 bool may_be_list(const Node *element);
 /* Whether an index, the arguments of a reference, surely selects one element. */
@@ -84,8 +90,9 @@ void forget_all(Value missing);
 /* How often that has happened in the function. */
 int times_forgotten();
 
-/* What a target holds after it has been set; value: of what it is set to. */
-void trace_target(Node *target, Value value, Node *expression);
+/* What a target holds after it has been set; value: of what it is set to, parts: of its inside.
+ * expression: null where the value is not that of an expression. */
+void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression);
 
 /* The flow goes on where the condition has been true, or false. */
 void assume(Node *condition, bool is_true);

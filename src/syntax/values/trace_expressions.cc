@@ -3,6 +3,7 @@
 
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
+#include "syntax/values/handles.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
@@ -229,10 +230,16 @@ void trace_positions(Node *first) {
     trace_all(first);
 }
 
-Value value_of_call(Node *name, const Node *selectors, const Node *arguments) {
+bool is_feval(const Node *name, const Node *arguments) {
+    return arguments && strcmp(name->text, "feval") == 0 && !Finders.has(name);
+}
+
+Value value_of_call(Node *name, const Node *selectors, Node *arguments) {
     if (Value told = told_value(name, selectors)) return told;
     const LibraryFunction *function = library_of(name);
-    return function ? library_value(function, arguments) : value_of_own(name, arguments, 0);
+    if (function) return library_value(function, arguments);
+    return is_feval(name, arguments) ? value_of_function(arguments)
+                                     : value_of_own(name, arguments, 0);
 }
 
 Value trace_operator(OperatorId op, Node *target, Value value) {

@@ -1,5 +1,6 @@
 // The values of [ ], { } and functions without a name.
 #include "syntax/values/field_values.h"
+#include "syntax/values/handles.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/trace.h"
 
@@ -121,7 +122,7 @@ Value trace_anonymous(Node *anonymous) {
     bool was_dead = is_dead();
     TracedScope = scope;
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        if (is_variable(symbol)) assign(symbol, ANY_VALUE);
+        if (is_variable(symbol)) assign(symbol, value_given_to(symbol));
     for (const Node *given = anonymous->first_child->first_child; given; given = given->next)
         if (given->kind == NODE_NAME && given->value) assign(given->symbol, given->value);
     trace_expression(second_child(anonymous));

@@ -4,6 +4,7 @@
 #include "syntax/scan/spellings.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
+#include "syntax/values/handles.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
@@ -121,7 +122,7 @@ Value value_after_call(Node *base) {
     const Node *selector = base->next;
     if (selector->kind == NODE_FIELD) return value_of_member(base);
     bool has_arguments = selector->kind == NODE_ARGUMENTS;
-    const Node *arguments = has_arguments ? selector->first_child : nullptr;
+    Node *arguments = has_arguments ? selector->first_child : nullptr;
     note_applied(base->text, arguments);
     if (arguments && is_known_to(base->text, TAKES_FIELD)) note_operand(selector->first_child);
     Value value = value_of_call(base, selector, arguments);
@@ -136,21 +137,29 @@ struct Part {
     int depth;       // of fields
 };
 
-Part field_part(Part of, const char *name) {
-    Symbol *field = of.holder ? field_of(of.holder, name, of.depth) : nullptr;
-    if (!field) return {ANY_VALUE, nullptr, false, of.depth + 1};
-    bool is_one = is_one_record(of.value & ANY_VALUE);
+constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0};
+
+Part field_part(Part of, const Node *selector) {
+    Symbol *field = of.holder ? field_of(of.holder, selector->text, of.depth) : nullptr;
+    if (!field) return UNKNOWN_PART;
+    bool is_one = selector->next ? has_fields(of.value) : is_one_record(of.value & ANY_VALUE);
     Value value = is_one ? value_now(field) : Value(ANY_VALUE);
     note_presence(field);
     return {value, field, false, of.depth + 1};
 }
 
+Part dynamic_part(Part of) {
+    bool is_one = of.holder && has_fields(of.value);
+    return {is_one ? any_field(of.holder, of.depth) : ANY_VALUE, nullptr, false, 0};
+}
+
 // What has elements is a cell there.
 bool may_hold_elements(Part part) { return part.holder && may_be(part.value, MAY_BE_CELL); }
 
-// One element of a cell. Of a list of them nothing is said.
-Part element_part(Part of, const Node *arguments) {
-    bool is_known = may_hold_elements(of) && selects_one(arguments);
+// One element of a cell. Of a list of them nothing is said; one of which a part is taken is none.
+Part element_part(Part of, const Node *selector) {
+    bool is_one = selects_one(selector->first_child) || selector->next;
+    bool is_known = may_hold_elements(of) && is_one;
     Symbol *elements = is_known ? elements_of(of.holder, of.depth) : nullptr;
     if (!elements) return {ANY_VALUE, nullptr, false, 0};
     Value value = value_now(elements) & ANY_VALUE;
@@ -162,20 +171,34 @@ Part called_part(Part of) {
     Symbol *result = of.holder ? result_of(of.holder, of.depth) : nullptr;
     Value value = result ? value_now(result) : UNKNOWN_FIELD;
     bool is_known = kinds_of(value) && value != UNKNOWN_FIELD;
-    if (!is_known) return {ANY_VALUE, nullptr, false, 0};
+    if (!is_known) return UNKNOWN_PART;
     return {Value(value & ANY_VALUE), result, false, of.depth + 1};
 }
 
-// What a part of a cell holds, the cell holds.
-Part selected_part(Part of, const Node *selector) {
-    const Node *arguments = selector->first_child;
-    if (selector->kind == NODE_FIELD) return field_part(of, selector->text);
-    if (selector->kind == NODE_BRACES) return element_part(of, arguments);
-    if (selector->kind != NODE_ARGUMENTS) return {ANY_VALUE, nullptr, false, 0};
+// s(k).f(n): a list of fields has no part.
+bool must_be_one(const Node *selector) {
+    return selector->next && selector->next->kind == NODE_FIELD && selector->next->next;
+}
+
+// What a part of a cell holds, the cell holds, and what a record of several, all of them.
+Part index_part(Part of, const Node *selector) {
     if (kinds_of(of.value) == MAY_BE_FUNCTION) return called_part(of);
-    bool is_data = of.is_data || is_surely_index(arguments);
-    Symbol *holder = may_hold_elements(of) ? of.holder : nullptr;
-    return {value_of_index(of.value, is_data, arguments), holder, false, of.depth};
+    bool is_data = of.is_data || is_surely_index(selector->first_child);
+    bool are_records = has_fields(of.value);
+    Symbol *holder = may_hold_elements(of) || are_records ? of.holder : nullptr;
+    Value value = value_of_index(of.value, is_data, selector->first_child);
+    if (are_records && must_be_one(selector)) value = MAY_BE_RECORD | ONE;
+    return {value, holder, false, of.depth};
+}
+
+Part selected_part(Part of, const Node *selector) {
+    switch (selector->kind) {
+        case NODE_FIELD: return field_part(of, selector);
+        case NODE_DYNAMIC_FIELD: return dynamic_part(of);
+        case NODE_BRACES: return element_part(of, selector);
+        case NODE_ARGUMENTS: return index_part(of, selector);
+        default: return UNKNOWN_PART;
+    }
 }
 
 Part whole_part(Symbol *variable) {
@@ -208,6 +231,16 @@ Value elements_in(const Node *base, const Node *end) {
     return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
 }
 
+// What the selectors after a variable select.
+Part part_of(const Node *reference) {
+    const Node *base = reference->first_child;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return UNKNOWN_PART;
+    Part part = whole_part(base->symbol);
+    for (const Node *selector = base->next; selector; selector = selector->next)
+        part = selected_part(part, selector);
+    return part;
+}
+
 // Of c{:} all elements of c.
 Value elements_of_item(Node *item) {
     if (!may_be_list(item)) return value_of(item) & ANY_VALUE;
@@ -238,12 +271,17 @@ Value elements_of_joined(Node *item) {
     return may_be(value, MAY_BE_CELL) ? Value(UNKNOWN_FIELD) : elements_of_item(item);
 }
 
+bool applies_function(const Node *name) {
+    return strcmp(name->text, "cellfun") == 0 || strcmp(name->text, "arrayfun") == 0;
+}
+
 Value elements_of_call(Node *expression) {
     LibraryCall call = library_call(expression);
     if (!call.name) return UNKNOWN_FIELD;
     if (!call.function) return elements_of_own(call.name);
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
+    if (applies_function(call.name) && call.arguments) return value_of_function(call.arguments);
     return UNKNOWN_FIELD;
 }
 
@@ -270,14 +308,144 @@ Value elements_given(Node *expression) {
     }
 }
 
+namespace {
+
+bool may_have_inside(const Node *node) {
+    return may_be(value_of(node), MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION);
+}
+
+// What the items of a literal are, joined.
+struct JoinedParts {
+    const KnownParts *parts;
+    bool is_unknown;
+    bool has_any;
+};
+
+void join_item(JoinedParts *joined, const KnownParts *parts) {
+    joined->parts = joined->has_any ? joined_parts(joined->parts, parts) : parts;
+    joined->has_any = true;
+}
+
+const KnownParts *parts_of_items(const Node *literal, int depth) {
+    JoinedParts joined = {};
+    for (const Node *row = literal->first_child; row; row = row->next)
+        for (Node *item = row->first_child; item; item = item->next) {
+            if (item->kind == NODE_POSTFIX || may_be_list(item)) return nullptr;
+            if (may_have_inside(item)) join_item(&joined, parts_given(item, depth));
+        }
+    return joined.parts;
+}
+
+// Cells beside each other, or records. What stands beside cells is an element.
+const KnownParts *parts_of_matrix(Node *matrix, int depth) {
+    Value value = value_of(matrix);
+    if (are_records(value)) return parts_of_items(matrix, depth);
+    if (!is_surely(value, MAY_BE_CELL)) return nullptr;
+    bool are_all_cells = true;
+    for (const Node *row = matrix->first_child; row; row = row->next)
+        for (const Node *item = row->first_child; item; item = item->next)
+            are_all_cells &= is_surely(value_of(item), MAY_BE_CELL) || !may_have_inside(item);
+    const KnownParts *inside = are_all_cells ? parts_of_items(matrix, depth) : nullptr;
+    return parts_of_cell(elements_given(matrix), inside_of_cell(inside));
+}
+
+struct FieldGiven {
+    Value value;
+    const KnownParts *inside;
+};
+
+// struct('a', {1, 2}): an element for each record.
+FieldGiven field_given(Node *value, int depth) {
+    Node *literal = const_cast<Node *>(without_parens(value));
+    Node *single = literal->kind == NODE_CELL ? const_cast<Node *>(single_element(literal)) : nullptr;
+    if (single) literal = single;
+    if (single || !may_be(value_of(literal), MAY_BE_CELL))
+        return {Value(value_of(literal) & ANY_VALUE), parts_given(literal, depth)};
+    Value elements = elements_given(literal);
+    if (elements == MAY_BE_MISSING) elements = NO_ELEMENT;
+    return {elements, inside_of_cell(parts_given(literal, depth - 1))};
+}
+
+const KnownParts *parts_of_struct(Node *name, int depth) {
+    const KnownPart *first = nullptr;
+    for (; name; name = name->next->next) {
+        bool is_pair = name->kind == NODE_STRING && *name->text && name->next;
+        if (!is_pair || may_be_list(name->next)) return nullptr;
+        FieldGiven field = field_given(name->next, depth + 1);
+        first = new_known_part(intern(name->text), field.value, field.inside, first);
+    }
+    return new_known_parts(false, first);
+}
+
+const KnownParts *parts_of_call(Node *expression, int depth) {
+    LibraryCall call = library_call(expression);
+    if (!call.name) return nullptr;
+    if (is_feval(call.name, call.arguments)) return parts_of_function(call.arguments);
+    if (!call.function) return parts_of_own(call.name, 0);
+    if (strcmp(call.function->name, "struct") == 0)
+        return parts_of_struct(call.arguments, depth);
+    return is_surely(value_of(expression), MAY_BE_CELL)
+               ? parts_of_cell(elements_of_call(expression), nullptr)
+               : nullptr;
+}
+
+// f(x) of a variable that holds a function, and nothing more.
+bool is_handle_call(const Node *reference) {
+    const Node *base = reference->first_child;
+    bool is_call = base->kind == NODE_NAME && base->next->kind == NODE_ARGUMENTS;
+    return is_call && !base->next->next && is_variable(base->symbol) &&
+           holds_function(base->symbol);
+}
+
+const KnownParts *parts_of_reference(Node *reference, int depth) {
+    const Node *base = reference->first_child;
+    if (base->kind == NODE_NAME && !is_variable(base->symbol))
+        return parts_of_call(reference, depth);
+    Part part = part_of(reference);
+    return part.holder ? parts_now(part.holder) : nullptr;
+}
+
+}  // namespace
+
+// @name and @(x) body, which has just been traced.
+static const KnownParts *parts_of_held(Node *function, int depth) {
+    bool is_named = function->kind == NODE_HANDLE;
+    Node *body = is_named ? nullptr : second_child(function);
+    if (body && may_be_list(body)) return nullptr;
+    Value value = is_named ? value_of_handled(function) : Value(value_of(body) & ANY_VALUE);
+    if (!kinds_of(value)) return nullptr;
+    return parts_of_called(value, is_named ? parts_of_own(function, 0)
+                                           : parts_given(body, depth + 1));
+}
+
+const KnownParts *parts_given(Node *expression, int depth) {
+    while (expression->kind == NODE_PARENS) expression = expression->first_child;
+    if (!may_have_inside(expression) || depth > DEEPEST_HOLDER) return nullptr;
+    switch (expression->kind) {
+        case NODE_CELL:
+            return parts_of_cell(elements_given(expression),
+                                 parts_of_items(expression, depth + 1));
+        case NODE_MATRIX: return parts_of_matrix(expression, depth);
+        case NODE_HANDLE:
+        case NODE_ANONYMOUS: return parts_of_held(expression, depth);
+        case NODE_REFERENCE: return parts_of_reference(expression, depth);
+        case NODE_NAME:
+            return is_variable(expression->symbol) ? parts_now(expression->symbol)
+                                                   : parts_of_call(expression, depth);
+        default: return nullptr;
+    }
+}
+
 bool may_be_list(const Node *element) {
     while (element->kind == NODE_PARENS) element = element->first_child;
     if (element->kind != NODE_REFERENCE) return false;
     const Node *holder = element->first_child;
     for (const Node *selector = holder->next; selector;
          holder = selector, selector = selector->next) {
-        bool is_field = selector->kind == NODE_FIELD && is_one_record(value_of(holder));
-        if (selector->kind != NODE_ARGUMENTS && !is_field) return true;
+        bool is_one = selector->kind == NODE_FIELD ? is_one_record(value_of(holder))
+                      : selector->kind == NODE_BRACES ? selects_one(selector->first_child)
+                                                      : selector->kind == NODE_ARGUMENTS;
+        if (!is_one) return true;
     }
     return false;
 }
@@ -334,7 +502,7 @@ static void trace_applied(const Node *name, Node *function) {
 static bool is_applied(const Node *name, const Node *arguments) {
     if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
     if (arguments->first_child->kind != NODE_ANONYMOUS) return false;
-    return strcmp(name->text, "cellfun") == 0 || strcmp(name->text, "arrayfun") == 0;
+    return applies_function(name);
 }
 
 // A row without elements has a row: who is asked for its sides begins without any.
@@ -365,6 +533,7 @@ Value trace_reference(Node *reference) {
     if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
     if (is_call) return value_after_call(base);
     if (base->kind != NODE_NAME) return ANY_VALUE;
+    if (is_handle_call(reference)) note_handle_call(base->symbol, base->next->first_child);
     Value value = value_of_part(base->symbol, base->next);
     if (!may_give_cell(reference)) return value;
     return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |

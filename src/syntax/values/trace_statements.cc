@@ -4,6 +4,7 @@
 #include "support/same_text.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
+#include "syntax/values/handles.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/summaries.h"
@@ -94,12 +95,10 @@ Value value_of_column(const Node *values) {
 void set_loop_variable(Node *loop) {
     Node *variable = loop->first_child;
     Value value = value_of_column(variable->next);
-    Value elements = elements_given(variable->next);
+    const KnownParts *parts = parts_given(variable->next, 0);
     if (variable->kind == NODE_REFERENCE) trace_selectors(variable);
-    trace_target(variable, value, nullptr);
-    if (variable->kind != NODE_NAME) return;
-    begin_elements(variable->symbol, 0, elements);
-    variable->symbol->ever |= value;
+    trace_target(variable, value, parts, nullptr);
+    if (variable->kind == NODE_NAME) variable->symbol->ever |= value;
 }
 
 // After a loop without a round its variable is empty, as it is made in the host.
@@ -156,7 +155,7 @@ void trace_try(Node *node) {
     go_on_anywhere(region);
     Node *rest = node->first_child->next;
     if (has_flag(node, HAS_IDENTIFIER)) {
-        trace_target(rest, ANY_VALUE, nullptr);
+        trace_target(rest, ANY_VALUE, nullptr, nullptr);
         rest = rest->next;
     }
     for (; rest; rest = rest->next) trace_block(rest);
@@ -183,6 +182,11 @@ Value value_of_other(Node *expression, int index) {
     LibraryCall call = library_call(expression);
     if (call.function) return library_others(call.function, call.arguments);
     return call.name ? value_of_own(call.name, call.arguments, index) : ANY_VALUE;
+}
+
+const KnownParts *parts_of_result(Node *expression, int index) {
+    LibraryCall call = library_call(expression);
+    return call.name && !call.function ? parts_of_own(call.name, index) : nullptr;
 }
 
 bool is_deal(Node *expression) {
@@ -212,7 +216,10 @@ void trace_results(Node *target, Node *expression) {
     int index = 0;
     for (; target; target = target->next) {
         if (argument) value = value_of(argument) & ANY_VALUE;
-        trace_target(target, value, is_only && takes_whole(target) ? argument : nullptr);
+        const KnownParts *parts =
+            argument ? parts_given(argument, 0) : parts_of_result(expression, index);
+        bool is_known = argument && is_only && takes_whole(target);
+        trace_target(target, value, parts, is_known ? argument : nullptr);
         value = value_of_other(expression, ++index);
         if (argument && !is_only) argument = argument->next;
     }
@@ -225,7 +232,7 @@ void trace_multi_assignment(Node *node) {
     for (Node *target = first; target; target = target->next)
         if (target->kind == NODE_REFERENCE) trace_selectors(target);
     bool is_plain = first && !first->next && first->kind == NODE_NAME;
-    if (is_plain) return trace_target(first, value, nullptr);
+    if (is_plain) return trace_target(first, value, parts_given(targets->next, 0), nullptr);
     trace_results(first, targets->next);
 }
 
@@ -245,7 +252,7 @@ void trace_assignment(Node *node) {
     if (target->kind == NODE_REFERENCE) trace_selectors(target);
     if (node->op == OPERATOR_NONE && takes_whole(target)) note_taken(target->next);
     if (node->op != OPERATOR_NONE) value = trace_operator(node->op, target, value);
-    trace_target(target, value, target->next);
+    trace_target(target, value, parts_given(target->next, 0), target->next);
 }
 
 void trace_declaration(Node *declaration) {
@@ -327,7 +334,9 @@ void begin_values(const Scope *scope) {
         bool is_bare = symbol->now == MAY_BE_MISSING || is_varargout(scope, symbol);
         symbol->has_given_parts = !is_bare;
         symbol->ever |= symbol->now;
-        if (is_varargin(scope, symbol)) begin_elements(symbol, 0, rest_given(scope));
+        const KnownParts *parts = is_varargin(scope, symbol) ? parts_of_rest(scope)
+                                                             : parts_of_parameter(scope, symbol);
+        if (parts) give_parts(symbol, 0, parts);
         if (is_same_text(symbol->name, "ans")) LastAnswer = symbol;
     }
 }
@@ -382,7 +391,7 @@ void forget_trace(Scope *scope) {
     }
 }
 
-void trace_alone(Scope *scope) {
+static void trace_once(Scope *scope) {
     TracedScope = scope;
     InnermostLoop = nullptr;
     LastAnswer = nullptr;
@@ -392,6 +401,17 @@ void trace_alone(Scope *scope) {
     trace_owner(scope->owner);
     assert(!is_in_region() && "all regions are left");
     finish_values(scope);
+}
+
+void trace_alone(Scope *scope) {
+    begin_handles(false);
+    trace_once(scope);
+    if (have_handles_told()) {
+        begin_handles(true);
+        forget_trace(scope);
+        trace_once(scope);
+    }
+    end_handles();
 }
 
 void trace_function(Scope *scope, FunctionFinders finders) {

@@ -124,83 +124,6 @@ void note_start(Symbol *symbol, Value before, const Node *selector) {
     if (!is_same) symbol->start = is_first ? symbol->first_part : selector;
 }
 
-// f, a variable that holds a function.
-void copy_result(Symbol *holder, int depth, Symbol *from) {
-    const Symbol *result = is_variable(from) ? result_of(from, 0) : nullptr;
-    Value value = result ? value_now(result) : UNKNOWN_FIELD;
-    if (!kinds_of(value) || value == UNKNOWN_FIELD) return;
-    const Symbol *elements = elements_of(result_of(from, 0), 1);
-    begin_result(holder, depth, value & ANY_VALUE, elements ? value_now(elements) : UNKNOWN_FIELD);
-}
-
-// @name, and @() whose value depends on nothing that it is given.
-void set_result(Symbol *holder, int depth, Node *function) {
-    if (function->kind == NODE_NAME) return copy_result(holder, depth, function->symbol);
-    bool is_named = function->kind == NODE_HANDLE;
-    if (!is_named && function->kind != NODE_ANONYMOUS) return;
-    Node *body = is_named ? nullptr : second_child(function);
-    if (body && may_be_list(body)) return;
-    Value value = is_named ? value_of_handled(function) : Value(value_of(body) & ANY_VALUE);
-    Value elements = is_named ? elements_of_own(function) : elements_given(body);
-    if (kinds_of(value)) begin_result(holder, depth, value, elements);
-}
-
-// Fields of which nothing is said may be there, too.
-void set_given_fields(Symbol *holder, int depth, const Node *name) {
-    for (const FieldResult *given = fields_of_own(name); given; given = given->next) {
-        Symbol *field = field_of(holder, given->name, depth);
-        if (!field) continue;
-        assign(field, given->value);
-        if (kinds_of(given->value) == MAY_BE_CELL)
-            begin_elements(field, depth + 1, given->elements);
-    }
-}
-
-// struct('a', 1, 'b', {{2}}) makes one record, where no value is a cell, or one of one element.
-void set_fields(Symbol *holder, int depth, Node *expression) {
-    bool is_name = depth == 0 && expression && expression->kind == NODE_NAME;
-    if (is_name && is_variable(expression->symbol)) return copy_fields(holder, expression->symbol);
-    bool is_function = expression && kinds_of(value_of(expression) & ANY_VALUE) == MAY_BE_FUNCTION;
-    if (is_function)
-        return set_result(holder, depth, const_cast<Node *>(without_parens(expression)));
-    LibraryCall call = expression ? library_call(expression) : LibraryCall{};
-    if (!call.name || !is_one_record(value_of(expression))) return;
-    if (!call.function) return set_given_fields(holder, depth, call.name);
-    if (strcmp(call.function->name, "struct") != 0) return;
-    begin_fields(holder);
-    for (const Node *name = call.arguments; name; name = name->next->next) {
-        Symbol *field = *name->text ? field_of(holder, intern(name->text), depth) : nullptr;
-        if (!field) continue;
-        const Node *value = without_parens(name->next);
-        const Node *element = value->kind == NODE_CELL ? single_element(value) : nullptr;
-        assign(field, value_of(element ? element : value) & ANY_VALUE);
-    }
-}
-
-// The cells among the elements of a literal: what is in them.
-void set_inner_elements(Symbol *holder, int depth, const Node *literal) {
-    Symbol *inner = elements_of(holder, depth);
-    if (!inner || kinds_of(value_now(inner)) == 0) return;
-    Value all = MAY_BE_MISSING;
-    for (const Node *row = literal->first_child; row; row = row->next) {
-        for (Node *item = row->first_child; item; item = item->next) {
-            if (!may_be(value_of(item), MAY_BE_CELL)) continue;
-            Value elements = elements_given(item);
-            if (elements == UNKNOWN_FIELD) return;
-            all |= elements;
-        }
-    }
-    begin_elements(inner, depth + 1, all);
-}
-
-// The holder has been set to the value of the expression, null for another one: what is in it.
-void set_inside(Symbol *holder, int depth, Node *expression, Value elements) {
-    if (elements == UNKNOWN_FIELD) return set_fields(holder, depth, expression);
-    begin_elements(holder, depth, elements);
-    expression = const_cast<Node *>(without_parens(expression));
-    if (expression->kind == NODE_CELL) set_inner_elements(holder, depth, expression);
-}
-
 // x{1} = value and x{end+1} = value leave no place free.
 bool leaves_none_free(const Node *arguments) {
     if (!arguments || arguments->next) return false;
@@ -212,80 +135,164 @@ bool leaves_none_free(const Node *arguments) {
            strcmp(one->text, "1") == 0;
 }
 
-// What a selector of a cell sets its element to. Of several targets it may be a list of values, of
-// which only the first is known.
-Value element_after(const Symbol *elements, const Node *braces, Value value,
-                    const Node *expression) {
-    bool takes_it = expression || selects_one(braces->first_child);
-    if (!takes_it) return UNKNOWN_FIELD;
-    if (!braces->next) return value & ANY_VALUE;
-    return after_change(value_now(elements) | MAY_BE_MISSING, braces->next, value, expression) &
-           ANY_VALUE;
+// What is set.
+struct Given {
+    Value value;
+    const KnownParts *parts;
+    const Node *expression;  // null for none
+};
+
+void change(Symbol *holder, int depth, Node *selector, const Given *given);
+
+// Its value after a change of a part, which may be one of several values.
+void add_changed(Symbol *holder, const Node *selector, const Given *given) {
+    Value before = value_now(holder);
+    Value after = after_change(before | MAY_BE_MISSING, selector, given->value, given->expression);
+    set_value(holder, before | (after & ANY_VALUE));
 }
 
-// c{...} = value.
-void set_element(Symbol *holder, int depth, const Node *braces, Value value,
-                 const Node *expression) {
-    const Symbol *elements = elements_of(holder, depth);
+// One of the values that a holder may have is set, or a part of one.
+void add_change(Symbol *holder, int depth, Node *selector, const Given *given) {
+    if (!selector) return add_value(holder, depth, given->value & ANY_VALUE, given->parts);
+    if (is_empty(value_now(holder))) begin_fields(holder);
+    change(holder, depth, selector, given);
+    add_changed(holder, selector, given);
+}
+
+// c{...} = value, c{...}.f = value. Of several targets it may be a list of values, of which only
+// the first is known.
+void change_elements(Symbol *holder, int depth, Node *braces, const Given *given) {
+    Symbol *elements = elements_of(holder, depth);
     if (!elements) return;
-    Value free = leaves_none_free(braces->first_child) ? Value(0) : NO_ELEMENT;
-    add_elements(holder, depth, element_after(elements, braces, value, expression) | free);
+    bool takes_it = given->expression || selects_one(braces->first_child);
+    if (!takes_it) return assign(elements, UNKNOWN_FIELD);
+    add_change(elements, depth + 1, braces->next, given);
+    if (!leaves_none_free(braces->first_child))
+        set_value(elements, value_now(elements) | NO_ELEMENT);
 }
 
-// c(...) = value.
-void set_elements(Symbol *holder, int depth, const Node *selector, Value value, Node *expression) {
-    if (may_delete(selector, expression)) return;
-    bool is_cell = kinds_of(value & ANY_VALUE) == MAY_BE_CELL;
-    bool is_known =
-        !selector->next && (is_cell ? expression != nullptr : !may_be(value, MAY_BE_CELL));
-    Value elements = is_known && is_cell ? elements_given(expression) : Value(value & ANY_VALUE);
-    add_elements(holder, depth, is_known ? elements | NO_ELEMENT : UNKNOWN_FIELD);
+// What is in others of the records that have come into being.
+void add_free_fields(Symbol *holder) {
+    for (Symbol *part = holder->parts ? holder->parts->next : nullptr; part; part = part->next)
+        set_value(part, value_now(part) | NO_ELEMENT);
 }
 
-// A part of the holder is set that is no field: what it has inside now.
-void change_inside(Symbol *holder, int depth, Value before, const Node *selector, Value value,
-                   Node *expression) {
-    bool is_cell = (kinds_of(before) & ~MAY_BE_MISSING) == MAY_BE_CELL;
-    if (selector->kind == NODE_BRACES && (is_cell || before == MAY_BE_MISSING))
-        return set_element(holder, depth, selector, value, expression);
-    if (selector->kind == NODE_ARGUMENTS && is_cell)
-        return set_elements(holder, depth, selector, value, expression);
+void change_any_field(Symbol *holder, int depth, Node *selector, const Given *given) {
+    for (Symbol *part = rest_of(holder); part; part = part->next) {
+        if (part->name && depth + 1 <= DEEPEST_HOLDER) {
+            add_change(part, depth + 1, selector->next, given);
+        } else if (selector->next) {
+            add_changed(part, selector->next, given);
+        } else {
+            set_value(part, value_now(part) | (given->value & ANY_VALUE));
+        }
+    }
+}
+
+// The kinds of what it holds; none where that is without elements.
+Value kinds_inside(const Symbol *holder) {
+    Value value = value_now(holder);
+    return is_empty(value) ? Value(0) : kinds_of(value);
+}
+
+// Of what has no elements only, fields and cells are made.
+bool may_only_be(const Symbol *holder, Value kind) {
+    constexpr Value WITHOUT = MAY_BE_NUMBER | MAY_BE_TRUTH | MAY_BE_TEXT;
+    return is_within(kinds_inside(holder), kind | WITHOUT);
+}
+
+// The parts of a holder are joined by others.
+void join_parts(Symbol *holder, int depth, const KnownParts *parts) {
+    if (kinds_inside(holder)) parts = joined_parts(parts_now(holder), parts);
+    give_parts(holder, depth, parts);
+}
+
+// x(k) = record.
+void change_records(Symbol *holder, int depth, const Node *selector, const Given *given) {
+    join_parts(holder, depth, given->expression ? given->parts : nullptr);
+    if (!leaves_none_free(selector->first_child)) add_free_fields(holder);
+}
+
+// c(k) = cell, or what stands for its elements.
+void change_positions(Symbol *holder, int depth, const Given *given) {
+    Value value = given->value & ANY_VALUE;
+    if (is_surely(value, MAY_BE_CELL)) {
+        join_parts(holder, depth, given->expression ? given->parts : nullptr);
+    } else if (may_be(value, MAY_BE_CELL)) {
+        return forget_fields(holder);
+    }
+    Symbol *elements = elements_of(holder, depth);
+    if (!elements) return;
+    if (!may_be(value, MAY_BE_CELL)) add_value(elements, depth + 1, value, given->parts);
+    set_value(elements, value_now(elements) | NO_ELEMENT);
+}
+
+// A part of the holder is set that is no field of one record: what it has inside now.
+void change_inside(Symbol *holder, int depth, Node *selector, const Given *given) {
+    switch (selector->kind) {
+        case NODE_BRACES:
+            if (may_only_be(holder, MAY_BE_CELL))
+                return change_elements(holder, depth, selector, given);
+            break;
+        case NODE_ARGUMENTS:
+            if (may_delete(selector, given->expression)) return;
+            if (!selector->next && kinds_inside(holder) == MAY_BE_CELL)
+                return change_positions(holder, depth, given);
+            if (!may_only_be(holder, MAY_BE_RECORD)) break;
+            if (!selector->next && are_records(given->value))
+                return change_records(holder, depth, selector, given);
+            if (selector->next && selector->next->kind == NODE_FIELD) {
+                change(holder, depth, selector->next, given);
+                return add_free_fields(holder);
+            }
+            break;
+        case NODE_DYNAMIC_FIELD:
+            if (may_only_be(holder, MAY_BE_RECORD))
+                return change_any_field(holder, depth, selector, given);
+            break;
+        default: break;
+    }
     forget_fields(holder);
+}
+
+// What one of several values that the holder may have, has inside after a change.
+void change(Symbol *holder, int depth, Node *selector, const Given *given) {
+    if (selector->kind != NODE_FIELD) return change_inside(holder, depth, selector, given);
+    Symbol *field = field_of(holder, selector->text, depth);
+    if (field) add_change(field, depth + 1, selector->next, given);
 }
 
 // The part of the holder after a selector is set. A selector has the value of its part before
 // that.
-void set_part(Symbol *holder, int depth, Node *selector, Value value, Node *expression) {
+void set_part(Symbol *holder, int depth, Node *selector, const Given *given) {
     Value before = value_now(holder);
+    Value value = given->value;
     bool is_element = depth == 0 && selector->kind == NODE_ARGUMENTS && !selector->next;
-    if (is_element && counts_as_number(before, value) && !may_delete(selector, expression))
+    if (is_element && counts_as_number(before, value) && !may_delete(selector, given->expression))
         value = (value & ~ANY_KIND) | MAY_BE_NUMBER;
-    Value after = after_change(before, selector, value, expression);
+    Value after = after_change(before, selector, value, given->expression);
     Symbol *field = nullptr;
-    if (before == MAY_BE_MISSING) begin_fields(holder);
+    if (is_empty(before)) begin_fields(holder);
     if (selector->kind == NODE_FIELD) {
         field = field_of(holder, selector->text, depth);
     } else {
-        change_inside(holder, depth, before, selector, value, expression);
+        change_inside(holder, depth, selector, given);
     }
     set_value(holder, after);
     if (!field) return;
-    if (selector->next && reads_what_is_there(selector->next, expression)) note_presence(field);
+    if (selector->next && reads_what_is_there(selector->next, given->expression))
+        note_presence(field);
     selector->value |= value_now(field);
-    if (selector->next) return set_part(field, depth + 1, selector->next, value, expression);
-    Value elements = expression ? elements_given(expression) : UNKNOWN_FIELD;
-    assign(field, value & ANY_VALUE);
-    set_inside(field, depth + 1, expression, elements);
+    if (selector->next) return set_part(field, depth + 1, selector->next, given);
+    assign_known(field, depth + 1, given->value & ANY_VALUE, given->parts);
 }
 
 }  // namespace
 
-void trace_target(Node *target, Value value, Node *expression) {
+void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression) {
     if (target->kind == NODE_NAME) {
         target->value |= value_now(target->symbol);
-        Value elements = expression ? elements_given(expression) : UNKNOWN_FIELD;
-        assign(target->symbol, value & ANY_VALUE);
-        return set_inside(target->symbol, 0, expression, elements);
+        return assign_known(target->symbol, 0, value & ANY_VALUE, parts);
     }
     if (target->kind != NODE_REFERENCE) return;
     Node *base = target->first_child;
@@ -293,5 +300,6 @@ void trace_target(Node *target, Value value, Node *expression) {
     Value before = value_now(base->symbol);
     base->value |= before;
     note_start(base->symbol, before, base->next);
-    set_part(base->symbol, 0, base->next, value, expression);
+    Given given = {value, parts, expression};
+    set_part(base->symbol, 0, base->next, &given);
 }
