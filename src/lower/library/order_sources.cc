@@ -232,6 +232,16 @@ else
 end
 )";
 
+const char WithEach[] = R"(function y = with_each(c, chosen, value)
+% A cell with the value in all places that are chosen.
+y = c;
+for k = 1:numel(chosen)
+    if chosen(k)
+        y{k} = value;
+    end
+end
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -253,6 +263,7 @@ constexpr LibrarySource Rows[] = {
     {"remaining", 2, 2, 1, FOR_LIBRARY, nullptr, Remaining, {}},
     {"%remaining", 2, 2, 1, NEEDS_NOTHING, nullptr, Remaining, {}},
     {"%without", 2, 2, 1, NEEDS_NOTHING, nullptr, Without, {}},
+    {"%with_each", 3, 3, 1, NEEDS_NOTHING, nullptr, WithEach, {}},
 };
 // clang-format on
 

@@ -10,6 +10,7 @@
 #include "lower/conditions/host_conditions.h"
 #include "lower/expressions/characters.h"
 #include "lower/expressions/value_lists.h"
+#include "lower/library/source_calls.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/lines.h"
 #include "lower/procedures/taken_parameters.h"
@@ -138,6 +139,55 @@ const Node *changed_array(const Node *target) {
     return last->kind == NODE_ARGUMENTS && holder->kind != NODE_BRACES ? holder : nullptr;
 }
 
+// Whether a function gives truth values: one of MATLAB's by its name, or what is written in place.
+bool tells_truth(const Node *function) {
+    if (function->kind == NODE_ANONYMOUS)
+        return kinds_of(value_of(second_child(function))) == MAY_BE_TRUTH;
+    bool is_named = function->kind == NODE_HANDLE || function->kind == NODE_STRING;
+    const LibraryFunction *row = is_named ? library_result(function->text) : nullptr;
+    return row && row->value == MAY_BE_TRUTH && !row->taken;
+}
+
+// Truth values for each element of something.
+bool is_mask(const Node *index) {
+    if (kinds_of(value_of(index)) == MAY_BE_TRUTH) return !is_surely_single(index);
+    const Node *base = index->kind == NODE_REFERENCE ? index->first_child : nullptr;
+    bool is_call = base && base->kind == NODE_NAME && !is_variable(base->symbol) &&
+                   is_known_to(base->text, APPLIES_FUNCTION);
+    const Node *function =
+        is_call && base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
+    return function && function->next && !function->next->next && tells_truth(function);
+}
+
+// c(mask) = {v} of a cell. One element alone would take the cell in the host, not what is in it.
+bool is_masked_cell(const Node *node) {
+    const Node *place = node->first_child;
+    const Node *value = without_parens(place->next);
+    if (node->op != OPERATOR_NONE || value->kind != NODE_CELL || !single_element(value))
+        return false;
+    const Node *array = changed_array(place);
+    const Node *mask = array ? last_selector(place)->first_child : nullptr;
+    if (!mask || mask->next || is_value_list(single_element(value), true)) return false;
+    return is_mask(mask) && is_cell_base(place) && !may_be(value_of(array), MAY_BE_MISSING);
+}
+
+void put_masked_cell(const Node *node) {
+    const Node *place = node->first_child;
+    const Node *selector = last_selector(place);
+    const Node *element = single_element(without_parens(place->next));
+    Target target = lower_target(place, selector);
+    const char *base = target_value(&target);
+    EndBase at = {base, 1, 1, nullptr, true};
+    ExprList values = {};
+    append_expr(&values, new_leaf(base));
+    append_expr(&values, lower_position(selector->first_child, &at));
+    append_expr(&values, new_leaf(value_text(place, element)));
+    OfferedCall call = {nullptr, nullptr, values.first, 3, 1, false};
+    const mExpr *changed = new_source_call("%with_each", &call);
+    put_value(&target, changed->text);
+    free_vExpr(values.first);
+}
+
 // Whether a number is put among characters: it becomes one.
 bool becomes_character(const Node *array, const Node *value) {
     return array && kinds_of(value_of(array)) == MAY_BE_TEXT &&
@@ -187,6 +237,7 @@ const char *character_text(const char *number) {
 void put_assignment(const Node *node) {
     assert(node->kind == NODE_ASSIGN);
     if (is_deletion(node)) return put_deletion(node);
+    if (is_masked_cell(node)) return put_masked_cell(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
     bool is_plain = node->op == OPERATOR_NONE;
