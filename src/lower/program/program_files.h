@@ -91,7 +91,7 @@ const char *path_of_function(const Node *place);
 /* Whether that is a script. Its text may be read. */
 bool means_script(const Node *place);
 /* What is in that file, read for what it tells: it does not become part of the run, and nothing is
- * reported. Null where it has errors. */
+ * reported. Null where it has errors, or is no regular file. */
 SourceFile *look_into_file(const char *path);
 
 /* Whether the text of a file makes it a script; for who knows_files, while the run lowers. The text
