@@ -76,6 +76,13 @@ void note_asking(NameWalk *walk, const Node *asked) {
         walk->loops.innermost ? UINT32_MAX : std::max(symbol->last_asked, asked->offset);
 }
 
+// s.f = {...}
+void note_cell_value(const Node *base, const Node *value) {
+    const Node *field = base->next;
+    bool is_field = field->kind == NODE_FIELD && !field->next;
+    if (is_field && value && value->kind == NODE_CELL) note_cell_field(base->symbol, field->text);
+}
+
 // s.f{k}
 void note_braces(const Node *base) {
     const Node *field = base->next;
@@ -135,6 +142,7 @@ void set_target(NameWalk *walk, Node *target, const Node *value) {
     if (base->kind != NODE_NAME) return;
     note_field(base);
     note_braces(base);
+    note_cell_value(base, value);
     note_element(mention(walk, base), target, value);
     if (base->next->kind == NODE_FIELD) note_field_use(base->symbol, base->next->text);
     change_name(walk, base);

@@ -23,19 +23,19 @@ struct TracedCalls {
 /* What is known of a function. */
 struct Summary {
     Scope *scope;
-    Summary *added;       /* next one in the file */
-    Summary *next;        /* in the order of the first traces: after what it calls */
-    Summary *before;      /* the other way */
-    Summary *below;       /* that waits for it, while they are brought into order */
-    const Symbol *symbol; /* names up to it have been looked at for that */
-    bool has_place;       /* it is, or waits to be, in the order */
-    bool is_open;         /* others may call it, with anything */
-    TracedCalls *calls;   /* in the last trace */
-    TracedCalls *callers; /* calls of it, also of earlier traces */
+    Summary *added;          /* next one in the file */
+    Summary *next;           /* in the order of the first traces: after what it calls */
+    Summary *before;         /* the other way */
+    Summary *below;          /* that waits for it, while they are brought into order */
+    const Symbol *symbol;    /* names up to it have been looked at for that */
+    bool has_place;          /* it is, or waits to be, in the order */
+    bool is_open;            /* others may call it, with anything */
+    TracedCalls *calls;      /* in the last trace */
+    TracedCalls *callers;    /* calls of it, also of earlier traces */
     const GivenValue *given; /* at its start; null: nothing is known */
-    bool is_stale;        /* more is known of what it calls */
-    uint32_t traced;      /* moment of the last trace; 0 for none */
-    uint32_t grown;       /* moment at which more has been found of its results */
+    bool is_stale;           /* more is known of what it calls */
+    uint32_t traced;         /* moment of the last trace; 0 for none */
+    uint32_t grown;          /* moment at which more has been found of its results */
 };
 
 /* The function of the file that a name means; null for any other. */

@@ -12,9 +12,7 @@ constexpr Value UNKNOWN_FIELD = ANY_VALUE | MAY_BE_MISSING;
 constexpr int DEEPEST_HOLDER = 3;
 
 /* Whether it is surely a record, or an array of them. */
-inline bool are_records(Value value) {
-    return is_surely(value, MAY_BE_RECORD) && kinds_of(value);
-}
+inline bool are_records(Value value) { return is_surely(value, MAY_BE_RECORD) && kinds_of(value); }
 
 /* Whether it is a record, or an array of them, where a field of it is taken or set: of a number,
  * none is. */

@@ -11,8 +11,8 @@ void begin_handles(bool is_again);
 bool have_handles_told();
 /* What is given is forgotten. */
 void end_handles();
-/* The variable, which holds a function, is called with these arguments, first and siblings; null for
- * none. */
+/* The variable, which holds a function, is called with these arguments, first and siblings; null
+ * for none. */
 void note_handle_call(const Symbol *variable, Node *arguments);
 /* What a parameter of an anonymous function is given; ANY_VALUE where that is not known. */
 Value value_given_to(const Symbol *parameter);

@@ -209,8 +209,8 @@ struct Ending {
 };
 
 Ending ending_of(const Symbol *output) {
-    return {output->result, output->element_result, output->field_results,
-            output->has_parts_result, output->parts_result};
+    return {output->result, output->element_result, output->field_results, output->has_parts_result,
+            output->parts_result};
 }
 
 void set_ending(Symbol *output, Ending ending) {

@@ -357,7 +357,8 @@ struct FieldGiven {
 // struct('a', {1, 2}): an element for each record.
 FieldGiven field_given(Node *value, int depth) {
     Node *literal = const_cast<Node *>(without_parens(value));
-    Node *single = literal->kind == NODE_CELL ? const_cast<Node *>(single_element(literal)) : nullptr;
+    Node *single =
+        literal->kind == NODE_CELL ? const_cast<Node *>(single_element(literal)) : nullptr;
     if (single) literal = single;
     if (single || !may_be(value_of(literal), MAY_BE_CELL))
         return {Value(value_of(literal) & ANY_VALUE), parts_given(literal, depth)};
@@ -382,8 +383,7 @@ const KnownParts *parts_of_call(Node *expression, int depth) {
     if (!call.name) return nullptr;
     if (is_feval(call.name, call.arguments)) return parts_of_function(call.arguments);
     if (!call.function) return parts_of_own(call.name, 0);
-    if (strcmp(call.function->name, "struct") == 0)
-        return parts_of_struct(call.arguments, depth);
+    if (strcmp(call.function->name, "struct") == 0) return parts_of_struct(call.arguments, depth);
     return is_surely(value_of(expression), MAY_BE_CELL)
                ? parts_of_cell(elements_of_call(expression), nullptr)
                : nullptr;
@@ -414,8 +414,8 @@ static const KnownParts *parts_of_held(Node *function, int depth) {
     if (body && may_be_list(body)) return nullptr;
     Value value = is_named ? value_of_handled(function) : Value(value_of(body) & ANY_VALUE);
     if (!kinds_of(value)) return nullptr;
-    return parts_of_called(value, is_named ? parts_of_own(function, 0)
-                                           : parts_given(body, depth + 1));
+    return parts_of_called(value,
+                           is_named ? parts_of_own(function, 0) : parts_given(body, depth + 1));
 }
 
 const KnownParts *parts_given(Node *expression, int depth) {
@@ -423,8 +423,7 @@ const KnownParts *parts_given(Node *expression, int depth) {
     if (!may_have_inside(expression) || depth > DEEPEST_HOLDER) return nullptr;
     switch (expression->kind) {
         case NODE_CELL:
-            return parts_of_cell(elements_given(expression),
-                                 parts_of_items(expression, depth + 1));
+            return parts_of_cell(elements_given(expression), parts_of_items(expression, depth + 1));
         case NODE_MATRIX: return parts_of_matrix(expression, depth);
         case NODE_HANDLE:
         case NODE_ANONYMOUS: return parts_of_held(expression, depth);
@@ -442,7 +441,7 @@ bool may_be_list(const Node *element) {
     const Node *holder = element->first_child;
     for (const Node *selector = holder->next; selector;
          holder = selector, selector = selector->next) {
-        bool is_one = selector->kind == NODE_FIELD ? is_one_record(value_of(holder))
+        bool is_one = selector->kind == NODE_FIELD    ? is_one_record(value_of(holder))
                       : selector->kind == NODE_BRACES ? selects_one(selector->first_child)
                                                       : selector->kind == NODE_ARGUMENTS;
         if (!is_one) return true;

@@ -334,8 +334,8 @@ void begin_values(const Scope *scope) {
         bool is_bare = symbol->now == MAY_BE_MISSING || is_varargout(scope, symbol);
         symbol->has_given_parts = !is_bare;
         symbol->ever |= symbol->now;
-        const KnownParts *parts = is_varargin(scope, symbol) ? parts_of_rest(scope)
-                                                             : parts_of_parameter(scope, symbol);
+        const KnownParts *parts =
+            is_varargin(scope, symbol) ? parts_of_rest(scope) : parts_of_parameter(scope, symbol);
         if (parts) give_parts(symbol, 0, parts);
         if (is_same_text(symbol->name, "ans")) LastAnswer = symbol;
     }
