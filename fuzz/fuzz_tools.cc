@@ -9,6 +9,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "fuzz/input.h"
 
@@ -100,15 +101,14 @@ struct Place {
     uint32_t line = 1;
     uint32_t column = 1;
 };
-Place place_in(std::string_view text, uint32_t offset) {
-    Place place;
-    for (uint32_t at = 0; at < offset; ++at, ++place.column) {
+/* The offsets at which the lines of a text begin. */
+std::vector<uint32_t> line_starts(std::string_view text) {
+    std::vector<uint32_t> starts = {0};
+    for (uint32_t at = 0; at < text.size(); ++at) {
         const bool is_pair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
-        if (is_pair || (text[at] != '\n' && text[at] != '\r')) continue;
-        ++place.line;
-        place.column = 0;
+        if (!is_pair && (text[at] == '\n' || text[at] == '\r')) starts.push_back(at + 1);
     }
-    return place;
+    return starts;
 }
 
 struct Checked {
@@ -116,6 +116,7 @@ struct Checked {
     std::string own; /* the name of the run's own source, and its text where it is known */
     std::string_view own_text;
     bool knows_text;
+    std::vector<uint32_t> lines = {}; /* of own_text, where they begin */
 
     void place(const mTranslateProgramRange *range) const {
         check(range && range->begin <= range->end && range->line >= 1 && range->column >= 1 &&
@@ -124,7 +125,8 @@ struct Checked {
         const bool is_own = range->file ? range->file == own : own.empty();
         if (!is_own || !knows_text) return;
         check(range->end <= own_text.size(), "a place outside of the source");
-        const Place begin = place_in(own_text, range->begin);
+        const auto line = std::ranges::upper_bound(lines, range->begin) - lines.begin();
+        const Place begin = {static_cast<uint32_t>(line), range->begin - lines[line - 1] + 1};
         check(begin.line == range->line && begin.column == range->column, "another place",
               std::to_string(range->begin) + " is " + std::to_string(begin.line) + ':' +
                   std::to_string(begin.column) + " and not " + std::to_string(range->line) + ':' +
@@ -231,6 +233,7 @@ void check_result(const mTranslateProgramRequest &request, const mTranslateProgr
                 request.command ? request.command : "", request.command || has_text};
     if (has_text && request.file)
         all.own_text = {result.files[0]->text, result.files[0]->text_length};
+    all.lines = line_starts(all.own_text);
     check_messages(all);
     if (!is_done) return;
     check_pieces(all);
