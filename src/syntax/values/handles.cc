@@ -52,7 +52,11 @@ const Node *function_of(const AssignedValue *value) {
 
 void begin_handles(bool is_again) {
     IsAgain = is_again;
-    if (is_again) return;
+    if (is_again) {
+        for (const SymbolCell *cell = GivenParameters; cell; cell = cell->next)
+            cell->symbol->flags &= ~SYMBOL_ELEMENT_TAKEN;
+        return;
+    }
     GivenParameters = nullptr;
     HaveTold = false;
 }
