@@ -615,6 +615,30 @@ TEST(Interface, recalls_what_a_run_has_found_out) {
     EXPECT_EQ(translated(tool.request)->status, MTRANSLATE_PROGRAM_DONE);
 }
 
+/* What is no UTF-8 counts as so many bytes: overlong forms, surrogates, and what is beyond
+ * U+10FFFF. */
+TEST(Interface, counts_characters_of_utf_8_alone) {
+    const struct {
+        const char *bytes;
+        unsigned characters, units;
+    } rows[] = {
+        {"\xE0\xA0\x80", 1, 1},     {"\xE0\x9F\x80", 3, 3},     {"\xED\x9F\xBF", 1, 1},
+        {"\xED\xA0\x80", 3, 3},     {"\xF0\x90\x80\x80", 1, 2}, {"\xF0\x8F\x80\x80", 4, 4},
+        {"\xF4\x8F\xBF\xBF", 1, 2}, {"\xF4\x90\x80\x80", 4, 4}, {"\xC1\x80\xF5", 3, 3},
+    };
+    for (const auto &row : rows) {
+        const std::string source = std::string("p = '") + row.bytes + "'; $";
+        mTranslateProgramRequest request = {};
+        request.size = sizeof request;
+        request.command = source.c_str();
+        const Result result = translated(request);
+        ASSERT_EQ(result->message_count, 1u) << source;
+        const mTranslateProgramRange *place = result->messages[0]->place;
+        EXPECT_EQ(place->column_characters, 9 + row.characters) << source;
+        EXPECT_EQ(place->column_utf16, 9 + row.units) << source;
+    }
+}
+
 TEST(Interface, takes_no_path_that_leads_to_no_function) {
     static const char *path;
     Tool tool("main => x = 1; y = f(x); f");
