@@ -435,14 +435,15 @@ bool means_script(const Node *place) {
     return text && is_script_text(path, text->bytes, text->length);
 }
 
-// Others may be read once only, or never end.
-static bool is_regular(const char *path) {
+// Others may be read once only, or never end. One that cannot be looked at is not taken for one of
+// these: reading it says why.
+static bool may_be_read(const char *path) {
     PathState state;
-    return look_at(path, &state) == 0 && (state.text || S_ISREG(state.status.st_mode));
+    return look_at(path, &state) != 0 || state.text || S_ISREG(state.status.st_mode);
 }
 
 SourceFile *look_into_file(const char *path) {
-    const FileText *text = is_regular(path) ? text_at(path) : nullptr;
+    const FileText *text = may_be_read(path) ? text_at(path) : nullptr;
     if (!text) return nullptr;
     SourceFile *file = AllocRecord<SourceFile>();
     *file = {};
