@@ -148,15 +148,27 @@ bool tells_truth(const Node *function) {
     return row && row->value == MAY_BE_TRUTH && !row->taken;
 }
 
-// Truth values for each element of something.
-bool is_mask(const Node *index) {
-    if (kinds_of(value_of(index)) == MAY_BE_TRUTH) return !is_surely_single(index);
-    const Node *base = index->kind == NODE_REFERENCE ? index->first_child : nullptr;
+// cellfun(@ischar, c), and arrayfun.
+bool tells_of_each(const Node *call) {
+    const Node *base = call->kind == NODE_REFERENCE ? call->first_child : nullptr;
     bool is_call = base && base->kind == NODE_NAME && !is_variable(base->symbol) &&
                    is_known_to(base->text, APPLIES_FUNCTION);
-    const Node *function =
-        is_call && base->next->kind == NODE_ARGUMENTS ? base->next->first_child : nullptr;
+    if (!is_call || base->next->kind != NODE_ARGUMENTS) return false;
+    const Node *function = base->next->first_child;
     return function && function->next && !function->next->next && tells_truth(function);
+}
+
+// Truth values for each element of something, or a variable that holds nothing else.
+bool is_mask(const Node *index) {
+    if (kinds_of(value_of(index)) == MAY_BE_TRUTH) return !is_surely_single(index);
+    if (index->kind != NODE_NAME || !is_variable(index->symbol)) return tells_of_each(index);
+    constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
+                                SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    const AssignedValue *value = index->symbol->values;
+    if (!value || (index->symbol->flags & OTHERS)) return false;
+    for (; value; value = value->next)
+        if (value->kind != VALUE_WHOLE || !tells_of_each(without_parens(value->node))) return false;
+    return true;
 }
 
 // c(mask) = {v} of a cell. One element alone would take the cell in the host, not what is in it.
