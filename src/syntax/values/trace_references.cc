@@ -301,8 +301,9 @@ Value elements_given(Node *expression) {
             return elements_of_call(expression);
         case NODE_REFERENCE: {
             const Node *base = expression->first_child;
-            bool is_call = base->kind == NODE_NAME && !is_variable(base->symbol);
-            return is_call ? elements_of_call(expression) : elements_in(base, nullptr);
+            if (base->kind != NODE_NAME) return UNKNOWN_FIELD;
+            return is_variable(base->symbol) ? elements_in(base, nullptr)
+                                             : elements_of_call(expression);
         }
         default: return UNKNOWN_FIELD;
     }
@@ -531,6 +532,9 @@ Value trace_reference(Node *reference) {
     }
     if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
     if (is_call) return value_after_call(base);
+    bool is_cell_part = base->kind == NODE_CELL && is_cell_base(reference);
+    if (is_cell_part && base->next->kind == NODE_ARGUMENTS)
+        return MAY_BE_CELL | (ANY_SHAPE & ~MAY_BE_SINGLE);
     if (base->kind != NODE_NAME) return ANY_VALUE;
     if (is_handle_call(reference)) note_handle_call(base->symbol, base->next->first_child);
     Value value = value_of_part(base->symbol, base->next);

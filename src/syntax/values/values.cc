@@ -507,8 +507,9 @@ static bool is_surely_cell(const Node *base, const Node *field) {
 
 bool is_cell_base(const Node *reference) {
     const Node *base = reference->first_child;
-    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
     const Node *last = last_selector(reference);
+    if (base->kind == NODE_CELL) return base->next == last;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return false;
     const Node *before = base;
     while (before->next != last) before = before->next;
     return before == base ? is_cell_variable(base) : is_surely_cell(base, before);

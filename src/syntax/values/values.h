@@ -26,7 +26,7 @@ bool may_be_called(const Node *before);
  * used after it somewhere or a cell is assigned to it, and nothing that is surely none. */
 bool is_cell_variable(const Node *name);
 /* The same of what the last selector of a reference or target is applied to, where that is the
- * variable; a field of it, or of such a field, surely is a cell. */
+ * variable; a field of it, or of such a field, surely is a cell, and so is a literal one. */
 bool is_cell_base(const Node *reference);
 /* Whether x(k), which is used as a value, may be a part of a cell or an element of an array: what x
  * is, depends on the way to this place. Where nothing is known, it is taken for an element. */
