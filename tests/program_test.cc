@@ -124,7 +124,9 @@ TEST(MatlabPrograms, put_scripts_into_scripts_up_to_limits) {
     const struct {
         std::string name;
         bool is_deep, is_wide;
-    } rows[] = {{"deep0", true, false}, {"deep1", false, false}, {"wide0", false, true},
+    } rows[] = {{"deep0", true, false},
+                {"deep1", false, false},
+                {"wide0", false, true},
                 {"wide2", false, false}};
     for (const auto &row : rows) {
         const std::string text = translated("file", files.path(row.name + ".m"), files.path(""));

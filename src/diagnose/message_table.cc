@@ -280,7 +280,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "In MATLAB x(k) of a cell is a cell. Where a function does not show whether its parameter is a "
      "cell, because it neither uses braces nor asks iscell, x(k) is translated as the element. Here "
      "the function is given a cell.",
-     "second = @(values) values(2);\nx = second({1, 2});\n",
+     "h(@second);\nx = second({1, 2});\n\nfunction y = second(values)\ny = values(2);\nend\n",
      "Write x{k} in the function where the element is meant, else x(k:k)."},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,

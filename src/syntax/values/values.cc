@@ -15,16 +15,7 @@
 namespace {
 
 // What is asked of variables.
-enum Question : uint8_t {
-    LEAST,
-    SEVERAL,
-    CELL,
-    INTEGER,
-    OTHER_VALUE,
-    ARRAY,
-    CELL_SEEN,
-    QUESTIONS
-};
+enum Question : uint8_t { LEAST, SEVERAL, CELL, INTEGER, OTHER_VALUE, ARRAY, CELL_SEEN, QUESTIONS };
 enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
 
 }  // namespace
@@ -40,6 +31,8 @@ struct Findings {
 namespace {
 
 constexpr int DEEPEST = 200;  // of expressions, those of variables counted in
+// Of a range, whose class each range around it asks for.
+constexpr int RANGE_DEPTH = 25;
 
 // Who asks: the variable whose values are looked at, or null, and how deep the expression lies.
 struct Asker {
@@ -361,7 +354,8 @@ const Node *class_in(const Node *node, Asker asker) {
     switch (node->kind) {
         case NODE_NAME: return class_of_name(node, asker);
         case NODE_REFERENCE: return class_of_reference(node, asker);
-        case NODE_RANGE: return class_of_parts(node->first_child, asker);
+        case NODE_RANGE:
+            return class_of_parts(node->first_child, {asker.symbol, asker.depth + RANGE_DEPTH});
         case NODE_CHAIN:
             if (node->op <= OPERATOR_GREATER) return nullptr;
             return class_of_parts(node->first_child, asker);

@@ -9,8 +9,8 @@
 bool is_never_negative(const Node *expression);
 /* Whether its numbers are surely whole. */
 bool is_surely_whole(const Node *expression);
-/* Of a value of an integer class, as int8(3) + 1 and the variables that hold such ones are, the NAME
- * of the function that makes it one; null where nothing shows a class. */
+/* Of a value of an integer class, as int8(3) + 1 and the variables that hold such ones are, the
+ * NAME of the function that makes it one; null where nothing shows a class. */
 const Node *integer_class(const Node *expression);
 /* Whether the value is surely a single one. */
 bool is_surely_single(const Node *expression);
