@@ -33,13 +33,19 @@ Symbol *rest_of(Symbol *holder) {
     return holder->parts;
 }
 
+// A field that is not followed may be there from here on.
+static Symbol *follow_no_more(Symbol *holder) {
+    set_value(rest_of(holder), UNKNOWN_FIELD);
+    return nullptr;
+}
+
 Symbol *field_of(Symbol *holder, const char *name, int depth) {
-    if (depth == DEEPEST_HOLDER) return nullptr;
+    if (depth == DEEPEST_HOLDER) return follow_no_more(holder);
     Symbol *last = rest_of(holder);
     int count = 0;
     for (Symbol *part = last->next; part; last = part, part = part->next, count++)
         if (part->name == name) return part;
-    if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return nullptr;
+    if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return follow_no_more(holder);
     Symbol *part = last->next = new_part(holder, name);
     Value rest = value_now(holder->parts);
     if (rest != MAY_BE_MISSING) part->has_given_parts = true;
@@ -110,14 +116,15 @@ const KnownParts *new_known_parts(bool has_others, const KnownPart *first) {
 
 const KnownParts *parts_now(const Symbol *holder) {
     Symbol *first = holder->parts;
+    bool has_others = value_of_rest(holder) != MAY_BE_MISSING;
     const KnownPart *parts = nullptr;
     for (const Symbol *part = first ? first->next : nullptr; part; part = part->next) {
         Value value = value_now(part);
         const KnownParts *inside = may_have_parts(value) ? parts_now(part) : nullptr;
-        if (value != UNKNOWN_FIELD || inside)
-            parts = new_known_part(part->name, value, inside, parts);
+        bool is_any = has_others && value == UNKNOWN_FIELD && !inside;  // as the others
+        if (!is_any) parts = new_known_part(part->name, value, inside, parts);
     }
-    return new_known_parts(value_of_rest(holder) != MAY_BE_MISSING, parts);
+    return new_known_parts(has_others, parts);
 }
 
 const KnownParts *joined_parts(const KnownParts *one, const KnownParts *other) {
