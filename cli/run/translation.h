@@ -5,7 +5,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
@@ -14,6 +13,7 @@
 #include "cli/report/facts/statistics.h"
 #include "cli/request/options.h"
 #include "cli/rules/rules_host.h"
+#include "cli/run/known_results.h"
 #include "cli/support/exit_code.h"
 
 namespace mtranslate {
@@ -38,14 +38,10 @@ struct Translation {
     LineMap map{};              /* where they ask for it */
 };
 
-/* What runs with the same index and the same rules have found out about files, by their paths: a
- * file that many call is read for it once. */
-using KnownResults = std::unordered_map<std::string, std::string>;
-
 /* Translates the source, as the options say, in a host that answers by their rules. With an index
  * no called function is looked for, and scripts are found in the index; known: null for none, gets
- * what the run finds out. Throws FileError where a
- * called file can be no source, std::bad_alloc where the memory is exhausted. */
+ * what the run finds out. Throws FileError where a called file can be no source, std::bad_alloc
+ * where the memory is exhausted. */
 Translation translate(const Source &source, const Options &options,
                       const FileIndex *index = nullptr, KnownResults *known = nullptr);
 

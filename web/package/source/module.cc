@@ -122,14 +122,13 @@ const Output *translate(const Json &wanted, const char *texts) {
     const auto folder_names = pointers_of(folders);
     const Rules &rules = rules_of(wanted.at("rules"));
     RuleAnswers answers(rules, true);
-    const auto *index =
-        reinterpret_cast<const FileIndex *>(wanted.value("index", std::uintptr_t{0}));
+    auto *tree = reinterpret_cast<Tree *>(wanted.value("index", std::uintptr_t{0}));
     const auto flags = wanted.at("flags").get<std::uint32_t>();
     const auto output = wanted.value("output", std::string());
     const Json &asks = wanted.at("asks");
     Questions questions(
         {asks.at("read"), asks.at("answer"), asks.at("find"), asks.at("resultKind")}, answers,
-        index);
+        tree);
 
     mTranslateProgramRequest request{};
     request.size = sizeof request;
@@ -150,8 +149,9 @@ const Output *translate(const Json &wanted, const char *texts) {
     if (output.empty())
         write_result(json, *Last.result, answers, "");
     else
-        write_result(json, told_of(*Last.result, flags), answers,
-                     file_report(*Last.result, file, output, answers, index));
+        write_result(
+            json, told_of(*Last.result, flags), answers,
+            file_report(*Last.result, file, output, answers, tree ? &tree->index : nullptr));
     return keep(json.release());
 }
 
@@ -166,12 +166,13 @@ InputFiles inputs_of(std::vector<std::string> names) {
 }
 
 const Output *make_index(const Json &names) {
-    auto index = std::make_unique<FileIndex>(inputs_of(names.get<std::vector<std::string>>()));
+    auto tree =
+        std::make_unique<Tree>(Tree{FileIndex(inputs_of(names.get<std::vector<std::string>>()))});
     JsonText json;
     json.open('{').key("names").open('[');
-    for (const InputFile &input : index->files()) json.string(input.path);
+    for (const InputFile &input : tree->index.files()) json.string(input.path);
     json.close(']').key("index");
-    json.number(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(index.release())));
+    json.number(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(tree.release())));
     return keep(json.close('}').release());
 }
 
@@ -226,7 +227,7 @@ const Output *module_report(const char *json, std::size_t length) {
         [=] { return report(nlohmann::ordered_json::parse(std::string_view(json, length))); });
 }
 
-void module_free_index(const FileIndex *index) { delete index; }
+void module_free_index(const Tree *tree) { delete tree; }
 
 const Output *module_version() {
     return attempt([] { return keep(JsonText().string(mTranslateVersion()).release()); });

@@ -89,10 +89,11 @@ const char *Questions::find(const mTranslateProgramSearch &search) {
         text_ = std::move(reply.text);
         return text_->c_str();
     }
-    if (!index_) return nullptr;
+    if (!tree_) return nullptr;
+    const FileIndex &index = tree_->index;
     const bool is_method = search.kind == MTRANSLATE_SEARCH_METHOD;
-    text_ = is_method ? index_->find_method(search.class_name, search.name)
-                      : index_->find(search.caller ? search.caller : "", search.name);
+    text_ = is_method ? index.find_method(search.class_name, search.name)
+                      : index.find(search.caller ? search.caller : "", search.name);
     return text_ ? text_->c_str() : nullptr;
 }
 
@@ -100,6 +101,21 @@ std::int32_t Questions::result_kind(const char *name) {
     if (Reply reply; asked_.result_kind && (reply = ask(RESULT_KIND, name)).is_there)
         return std::atoi(reply.text.c_str());
     return rules_.kind(name);
+}
+
+const char *Questions::recall(const char *path) const {
+    const auto found = tree_->known.find(path);
+    return found == tree_->known.end() ? nullptr : found->second.c_str();
+}
+
+void Questions::enter_tree(mTranslateProgramRequest &request) const {
+    if (!tree_->index.has_methods()) request.flags |= MTRANSLATE_WITHOUT_METHODS;
+    request.remember = [](void *self, const char *path, const char *results) {
+        static_cast<Questions *>(self)->tree_->known[path] = results;
+    };
+    request.recall = [](void *self, const char *path) {
+        return static_cast<Questions *>(self)->recall(path);
+    };
 }
 
 void Questions::enter(mTranslateProgramRequest &request) {
@@ -111,12 +127,11 @@ void Questions::enter(mTranslateProgramRequest &request) {
     request.answer = [](void *self, const mTranslateProgramQuestion *question) {
         return static_cast<Questions *>(self)->answer(*question);
     };
-    if (asked_.find || index_)
+    if (asked_.find || tree_)
         request.find = [](void *self, const mTranslateProgramSearch *search) {
             return static_cast<Questions *>(self)->find(*search);
         };
-    if (index_ && !asked_.find && !index_->has_methods())
-        request.flags |= MTRANSLATE_WITHOUT_METHODS;
+    if (tree_ && !asked_.find) enter_tree(request);
     request.result_kind = [](void *self, const char *name) {
         return static_cast<Questions *>(self)->result_kind(name);
     };
