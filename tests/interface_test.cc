@@ -584,8 +584,9 @@ TEST(Interface, recalls_what_a_run_has_found_out) {
     static std::map<std::string, std::string> known;
     known.clear();
     Tool tool(
-        "main => [c, s] = f(1); x = c(2); f({1});   lib/f => "
-        "function [c, s, varargout] = f(v)\\nc = {1, 2}; s = v(1); varargout{1} = 3;");
+        "main => [c, s, d] = f(1); x = c(2); y = s.b(1); z = d(3); f({1});   lib/f => "
+        "function [c, s, d, varargout] = f(v)\\nc = {1, 2}; s.a = v(1); s.b = {s.a}; d = {4}; "
+        "varargout{1} = 3;");
     tool.request.find = find_file;
     tool.request.remember = [](void *, const char *path, const char *results) {
         known[path] = results;

@@ -14,6 +14,8 @@ bool is_same_letter(char a, char b) {
            std::tolower(static_cast<unsigned char>(b));
 }
 
+std::size_t difference(std::size_t a, std::size_t b) { return a > b ? a - b : b - a; }
+
 /* How many letters have to be put in, taken out or changed to make b of a. */
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
@@ -36,6 +38,7 @@ std::string suggestion(std::string_view word, const std::vector<std::string> &kn
     std::string nearest;
     std::size_t least = word.size() / 3 + 1;  // a third of the letters may be wrong
     for (const std::string &candidate : known) {
+        if (difference(word.size(), candidate.size()) > least) continue;
         const std::size_t wrong = distance(word, candidate);
         if (wrong > least || (wrong == least && !nearest.empty())) continue;
         least = wrong;

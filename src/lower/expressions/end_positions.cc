@@ -29,9 +29,12 @@ const char *last_position_text(const char *base, int argument, int count) {
     return form_text("mul(rhs(i),i in ArrayDims(%s)[%s..])", {base, dimension});
 }
 
-mExpr *lower_end() {
+mExpr *lower_end(const Node *node) {
     const EndBase *at = Lowering.end_base;
-    assert(at && "the parser refuses others");
+    if (!at) {  // among the arguments of a function
+        report_gap(END_OUTSIDE_INDEX, node);
+        return new_leaf("end");
+    }
     if (at->is_used) *at->is_used = true;
     mExpr *expr = alloc_mExpr();
     *expr = {EXPR_INTEGER, last_position_text(at->base, at->argument, at->count), SCALAR, nullptr};

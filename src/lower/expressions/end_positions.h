@@ -16,7 +16,7 @@ struct EndBase {
 /* Last position of an argument, from 1, of count after base. */
 const char *last_position_text(const char *base, int argument, int count);
 /* An END as a value. */
-mExpr *lower_end();
+mExpr *lower_end(const Node *node);
 
 /* The arguments of an index after base: ARGUMENTS or BRACES. Ranges keep their parts, colons and
  * end stand for themselves (indices.h). The cells are the caller's. */

@@ -28,7 +28,7 @@ Operand lower_operand(const Node *node) {
         case NODE_NUMBER: return lower_number(node);
         case NODE_STRING: return atom(lower_string(node));
         case NODE_NAME: return without_parentheses(lower_name(node));
-        case NODE_END: return atom(lower_end());
+        case NODE_END: return atom(lower_end(node));
         case NODE_COLON: return atom(new_node(EXPR_RANGE, nullptr));
         case NODE_PARENS: return lower_operand(node->first_child);
         case NODE_PREFIX: return lower_prefix(node);
