@@ -267,9 +267,7 @@ bool is_several_name(const Node *name, Asker asker) {
 
 bool is_several_call(const Node *node) {
     Call call = call_of(node);
-    if (!call.name) return false;
-    if (has_trait(call.name, MAKES_MASK)) return true;
-    return strcmp(call.name, "find") == 0 && count_of(call.arguments) == 1;
+    return call.name && has_trait(call.name, MAKES_MASK);
 }
 
 bool several(const Node *node, Asker asker) {
