@@ -108,7 +108,8 @@ bool is_in_function_body() { return Parsing.blocks > 0 && innermost()->opener ==
 
 void close_block(TokenKind other_end, const Node *body) {
     assert(Parsing.depth >= Parsing.blocks);
-    if (Current.kind == TOKEN_END || Current.kind == other_end) {
+    bool is_plain_end = Current.kind == TOKEN_END && innermost()->opener != TOKEN_UNTIL;
+    if (is_plain_end || Current.kind == other_end) {
         advance();
     } else {
         note_unclosed(innermost(), body);
