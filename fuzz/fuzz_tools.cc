@@ -28,6 +28,7 @@ struct Caller {
     Choices choices;
     std::map<std::string, std::string> files;
     std::unique_ptr<std::string> given = nullptr; /* valid until the next answer */
+    bool has_given_long = false;
 
     const char *give(std::string text) {
         given = std::make_unique<std::string>(std::move(text));
@@ -57,6 +58,13 @@ int32_t read(void *context, const char *name, const char **text, size_t *length)
     return MTRANSLATE_FILE_TEXT;
 }
 
+/* Long once in a run: each that is said makes the text longer. */
+const char *give_long(Caller *caller) {
+    const bool is_first = !caller->has_given_long;
+    caller->has_given_long = true;
+    return caller->give(std::string(is_first ? 5000 : 50, '('));
+}
+
 const char *answer(void *context, const mTranslateProgramQuestion *question) {
     Caller *caller = caller_of(context);
     check(question->kind == MTRANSLATE_QUESTION_CALL || *question->name, "a question of no name");
@@ -67,7 +75,7 @@ const char *answer(void *context, const mTranslateProgramQuestion *question) {
         case 0: return caller->give("");
         case 1: return caller->give("g(" + text + ")");
         case 2: return caller->give("\n\"`(#" + text);
-        case 3: return caller->give(std::string(5000, '('));
+        case 3: return give_long(caller);
         case 4: return caller->give(caller->any_file());
         case 5: return caller->give("\x1b\xff%1%s" + text);
         default: return nullptr;

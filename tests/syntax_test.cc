@@ -273,7 +273,10 @@ TEST(Syntax, explains_messages) {
     EXPECT_EQ(find_message("MT100"), nullptr);
 }
 
-TEST(Syntax, reports_errors) { expect_rows("matlab_messages", messages, LANGUAGE_MATLAB); }
+TEST(Syntax, reports_errors) {
+    expect_rows("matlab_messages", messages, LANGUAGE_MATLAB);
+    expect_rows("octave_messages", messages, LANGUAGE_OCTAVE);
+}
 
 }  // namespace
 
