@@ -202,6 +202,8 @@ void give_sources(Tool &tool) {
 const Ending Endings[] = {
     {[](Tool &tool) { tool.request.file = "none.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
      "unable to open none.m: No such file or directory"},
+    {[](Tool &tool) { tool.request.file = "no\r\nne.m"; }, MTRANSLATE_PROGRAM_UNREADABLE,
+     "unable to open no  ne.m: No such file or directory"},
     {[](Tool &tool) {
          tool.files["main.m"] = "broken";
          tool.request.max_memory = 1U << 20;

@@ -87,7 +87,10 @@ const mTranslateProgramEnd *new_end(ResultMemory *memory) {
 void end_program(ProgramRun *run, int32_t status, const std::string &failure) {
     mTranslateProgramResult *result = result_of(run);
     result->status = status;
-    result->failure = keep_result(memory_of(run), failure.c_str());
+    std::string line = failure;
+    for (char &c : line)
+        if (c == '\n' || c == '\r') c = ' ';  // of a file's name
+    result->failure = keep_result(memory_of(run), line.c_str());
     result->end = new_end(memory_of(run));
     finish_messages(run, result->failure);
     result->tree = result->values = nullptr;
