@@ -12,6 +12,11 @@ constexpr int MOST_INNER_FIELDS = 8;
 constexpr char ELEMENTS[] = "{}";
 constexpr char RESULT[] = "()";
 
+// Whether a field that has not been named so far may have been there, anywhere in the flow.
+bool may_have_had_fields(const Symbol *holder) {
+    return holder->has_given_parts || (holder->parts && kinds_of(holder->parts->ever));
+}
+
 // Nothing is known of it, wherever the flow goes on or back to; but of what has got all its fields
 // one by one, it has not got this one.
 Symbol *new_part(Symbol *holder, const char *name) {
@@ -21,8 +26,8 @@ Symbol *new_part(Symbol *holder, const char *name) {
     part->name = name;
     part->scope = holder->scope;
     part->flags = holder->flags & INHERITED;
-    part->has_given_parts = holder->has_given_parts;
-    part->now = part->since = holder->has_given_parts ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
+    part->has_given_parts = may_have_had_fields(holder);
+    part->now = part->since = part->has_given_parts ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
     return part;
 }
 
@@ -48,7 +53,6 @@ Symbol *field_of(Symbol *holder, const char *name, int depth) {
     if (count == (depth == 0 ? MOST_FIELDS : MOST_INNER_FIELDS)) return follow_no_more(holder);
     Symbol *part = last->next = new_part(holder, name);
     Value rest = value_now(holder->parts);
-    if (rest != MAY_BE_MISSING) part->has_given_parts = true;
     if (rest != UNKNOWN_FIELD) start_late(part, rest);
     return part;
 }
@@ -78,7 +82,8 @@ namespace {
 // A field of which the walk has seen nothing.
 Value value_of_rest(const Symbol *holder) {
     if (holder->parts) return value_now(holder->parts);
-    return holder->has_given_parts ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
+    bool is_known = is_traced(holder) && !is_given_up() && !holder->has_given_parts;
+    return !is_known ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
 }
 
 const KnownPart *find_part(const KnownParts *parts, const char *name) {

@@ -33,7 +33,7 @@ GivenValue *new_given_values() {
 
 void join_given(GivenValue *given, Value value, const KnownParts *parts) {
     given->value |= value;
-    if (!may_be(value, MAY_BE_CELL | MAY_BE_RECORD)) return;
+    if (!may_be(value, MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION)) return;
     given->parts = given->has_parts ? joined_parts(given->parts, parts) : parts;
     given->has_parts = true;
 }

@@ -422,7 +422,7 @@ FunctionResults results_of(const Scope *scope) {
 
 static const KnownParts *parts_of_outside(const OutputValue *output) {
     if (!output) return nullptr;
-    if (output->elements) return parts_of_cell(output->elements, nullptr);
+    if (kinds_of(output->value) == MAY_BE_CELL) return parts_of_cell(output->elements, nullptr);
     const KnownPart *first = nullptr;
     for (const FieldResult *field = output->fields; field; field = field->next) {
         bool is_cell = kinds_of(field->value) == MAY_BE_CELL;

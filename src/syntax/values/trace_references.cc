@@ -275,13 +275,21 @@ bool applies_function(const Node *name) {
     return strcmp(name->text, "cellfun") == 0 || strcmp(name->text, "arrayfun") == 0;
 }
 
+// Whether another function may give what the applied one fails to: 'ErrorHandler', f.
+bool may_handle_errors(const Node *arguments) {
+    for (; arguments; arguments = arguments->next)
+        if (arguments->kind == NODE_STRING && (*arguments->text | 0x20) == 'e') return true;
+    return false;
+}
+
 Value elements_of_call(Node *expression) {
     LibraryCall call = library_call(expression);
     if (!call.name) return UNKNOWN_FIELD;
     if (!call.function) return elements_of_own(call.name);
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
-    if (applies_function(call.name) && call.arguments) return value_of_function(call.arguments);
+    if (applies_function(call.name) && call.arguments && !may_handle_errors(call.arguments))
+        return value_of_function(call.arguments);
     return UNKNOWN_FIELD;
 }
 
@@ -390,12 +398,11 @@ const KnownParts *parts_of_call(Node *expression, int depth) {
                : nullptr;
 }
 
-// f(x) of a variable that holds a function, and nothing more.
+// f(x) of a variable that holds a function, whatever is taken of the result.
 bool is_handle_call(const Node *reference) {
     const Node *base = reference->first_child;
     bool is_call = base->kind == NODE_NAME && base->next->kind == NODE_ARGUMENTS;
-    return is_call && !base->next->next && is_variable(base->symbol) &&
-           holds_function(base->symbol);
+    return is_call && is_variable(base->symbol) && holds_function(base->symbol);
 }
 
 const KnownParts *parts_of_reference(Node *reference, int depth) {
