@@ -91,8 +91,12 @@ void forget_all(Value missing);
 int times_forgotten();
 
 /* What a target holds after it has been set; value: of what it is set to, parts: of its inside.
- * expression: null where the value is not that of an expression. */
+ * expression: null where the value is not that of an expression; a target that may be a list, as
+ * [c{k}] and [s.f], is then given others, too. */
 void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression);
+/* Whether the target, whose selectors have been traced, surely takes several values: [c{:}], or
+ * [s.f] of an array of records. */
+bool is_list_target(const Node *target);
 
 /* The flow goes on where the condition has been true, or false. */
 void assume(Node *condition, bool is_true);

@@ -1,6 +1,7 @@
 // The values of variables through the statements of a function.
 #include <assert.h>
 
+#include "support/allocation.h"
 #include "support/same_text.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
@@ -209,19 +210,45 @@ bool takes_whole(const Node *target) {
     return target->kind != NODE_REFERENCE || last_selector(target)->kind != NODE_ARGUMENTS;
 }
 
-void trace_results(Node *target, Node *expression) {
+// What a target is given; expression: null where it is not the value of one.
+struct GivenResult {
+    Value value;
+    const KnownParts *parts;
+    const Node *expression;
+};
+
+constexpr GivenResult ANY_RESULT = {ANY_VALUE, nullptr, nullptr};
+
+GivenResult result_at(Node *expression, int index) {
+    Value value = index == 0 ? value_of_first(expression) : value_of_other(expression, index);
+    return {value, parts_of_result(expression, index), nullptr};
+}
+
+// All are known before one is set, as in [a, b] = deal(b, a).
+const GivenResult *results_given(Node *expression, int count) {
+    size_t size = sizeof(GivenResult) * static_cast<size_t>(count);
+    GivenResult *results = static_cast<GivenResult *>(AllocKept(size));
     Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
     bool is_only = argument && !argument->next;
-    Value value = value_of_first(expression);
-    int index = 0;
-    for (; target; target = target->next) {
-        if (argument) value = value_of(argument) & ANY_VALUE;
-        const KnownParts *parts =
-            argument ? parts_given(argument, 0) : parts_of_result(expression, index);
-        bool is_known = argument && is_only && takes_whole(target);
-        trace_target(target, value, parts, is_known ? argument : nullptr);
-        value = value_of_other(expression, ++index);
+    for (int k = 0; k < count; k++) {
+        results[k] = argument ? GivenResult{Value(value_of(argument) & ANY_VALUE),
+                                            parts_given(argument, 0), is_only ? argument : nullptr}
+                              : result_at(expression, k);
         if (argument && !is_only) argument = argument->next;
+    }
+    return results;
+}
+
+void trace_results(Node *first, Node *expression) {
+    int count = 0;
+    for (const Node *target = first; target; target = target->next) count++;
+    const GivenResult *results = results_given(expression, count);
+    bool is_shifted = false;  // a list has taken several
+    for (Node *target = first; target; target = target->next, results++) {
+        const Node *known = takes_whole(target) ? results->expression : nullptr;
+        GivenResult given = is_shifted && !results->expression ? ANY_RESULT : *results;
+        is_shifted |= is_list_target(target);
+        trace_target(target, given.value, given.parts, known);
     }
 }
 

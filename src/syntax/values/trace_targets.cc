@@ -7,6 +7,7 @@
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
 #include "syntax/values/trace.h"
+#include "syntax/values/values.h"
 
 namespace {
 
@@ -287,7 +288,44 @@ void set_part(Symbol *holder, int depth, Node *selector, const Given *given) {
     assign_known(field, depth + 1, given->value & ANY_VALUE, given->parts);
 }
 
+// Whether a list of values is set at the target: by its positions, and by the holder of which a
+// field is set.
+bool sets_list(const Node *target, bool (*are_several)(const Node *positions),
+               bool (*is_several)(Value holder)) {
+    const Node *base = target->kind == NODE_REFERENCE ? target->first_child : nullptr;
+    if (!base || base->kind != NODE_NAME) return false;
+    Symbol *holder = base->symbol;
+    int depth = 0;
+    for (const Node *selector = base->next; selector; selector = selector->next) {
+        bool is_field = selector->kind == NODE_FIELD;
+        bool takes_all =
+            selector->kind == NODE_BRACES || (selector->kind == NODE_ARGUMENTS && selector->next);
+        if (takes_all && are_several(selector->first_child)) return true;
+        if (is_field && holder && is_several(value_now(holder))) return true;
+        holder = is_field && holder ? field_of(holder, selector->text, depth++) : nullptr;
+    }
+    return false;
+}
+
+bool may_select_several(const Node *positions) { return !selects_one(positions); }
+
+bool surely_selects_several(const Node *positions) {
+    for (; positions; positions = positions->next)
+        if (is_surely_several(positions)) return true;
+    return false;
+}
+
+bool may_be_several(Value holder) { return may_be(holder, MAY_BE_ARRAY); }
+
+bool are_several_records(Value holder) {
+    return are_records(holder & ANY_VALUE) && may_be(holder, MAY_BE_ARRAY);
+}
+
 }  // namespace
+
+bool is_list_target(const Node *target) {
+    return sets_list(target, surely_selects_several, are_several_records);
+}
 
 void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression) {
     if (target->kind == NODE_NAME) {
@@ -300,6 +338,7 @@ void trace_target(Node *target, Value value, const KnownParts *parts, const Node
     Value before = value_now(base->symbol);
     base->value |= before;
     note_start(base->symbol, before, base->next);
-    Given given = {value, parts, expression};
+    bool is_any = !expression && sets_list(target, may_select_several, may_be_several);
+    Given given = {is_any ? ANY_VALUE : value, is_any ? nullptr : parts, expression};
     set_part(base->symbol, 0, base->next, &given);
 }
