@@ -152,10 +152,20 @@ void add_changed(Symbol *holder, const Node *selector, const Given *given) {
     set_value(holder, before | (after & ANY_VALUE));
 }
 
+// A part is set of what may be without elements, or missing: it has no fields then. A parameter of
+// which nothing is known is what its fields have been read from.
+void begin_holder(Symbol *holder, Value before) {
+    if (is_empty(before)) return begin_fields(holder);
+    bool may_begin = may_be(before, MAY_BE_EMPTY | MAY_BE_MISSING) && kinds_of(before) != ANY_KIND;
+    if (!may_begin) return;
+    for (Symbol *part = first_field(holder); part; part = next_field(part))
+        set_value(part, value_now(part) | MAY_BE_MISSING);
+}
+
 // One of the values that a holder may have is set, or a part of one.
 void add_change(Symbol *holder, int depth, Node *selector, const Given *given) {
     if (!selector) return add_value(holder, depth, given->value & ANY_VALUE, given->parts);
-    if (is_empty(value_now(holder))) begin_fields(holder);
+    begin_holder(holder, value_now(holder));
     change(holder, depth, selector, given);
     add_changed(holder, selector, given);
 }
@@ -273,7 +283,7 @@ void set_part(Symbol *holder, int depth, Node *selector, const Given *given) {
         value = (value & ~ANY_KIND) | MAY_BE_NUMBER;
     Value after = after_change(before, selector, value, given->expression);
     Symbol *field = nullptr;
-    if (is_empty(before)) begin_fields(holder);
+    begin_holder(holder, before);
     if (selector->kind == NODE_FIELD) {
         field = field_of(holder, selector->text, depth);
     } else {
