@@ -135,22 +135,23 @@ struct Part {
     Symbol *holder;  // that is this value; null for another one
     bool is_data;    // it is surely no function
     int depth;       // of fields
+    bool is_one_of;  // several, as an element of a cell: what is in it need not be in the others
 };
 
-constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0};
+constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0, false};
 
 Part field_part(Part of, const Node *selector) {
     Symbol *field = of.holder ? field_of(of.holder, selector->text, of.depth) : nullptr;
     if (!field) return UNKNOWN_PART;
     bool is_one = selector->next ? has_fields(of.value) : is_one_record(of.value & ANY_VALUE);
     Value value = is_one ? value_now(field) : Value(ANY_VALUE);
-    note_presence(field);
-    return {value, field, false, of.depth + 1};
+    if (!of.is_one_of) note_presence(field);
+    return {value, field, false, of.depth + 1, of.is_one_of};
 }
 
 Part dynamic_part(Part of) {
     bool is_one = of.holder && has_fields(of.value);
-    return {is_one ? any_field(of.holder, of.depth) : ANY_VALUE, nullptr, false, 0};
+    return {is_one ? any_field(of.holder, of.depth) : ANY_VALUE, nullptr, false, 0, true};
 }
 
 // What has elements is a cell there.
@@ -161,9 +162,9 @@ Part element_part(Part of, const Node *selector) {
     bool is_one = selects_one(selector->first_child) || selector->next;
     bool is_known = may_hold_elements(of) && is_one;
     Symbol *elements = is_known ? elements_of(of.holder, of.depth) : nullptr;
-    if (!elements) return {ANY_VALUE, nullptr, false, 0};
+    if (!elements) return UNKNOWN_PART;
     Value value = value_now(elements) & ANY_VALUE;
-    return {kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1};
+    return {kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1, true};
 }
 
 // The result of a function that is held there.
@@ -172,7 +173,7 @@ Part called_part(Part of) {
     Value value = result ? value_now(result) : UNKNOWN_FIELD;
     bool is_known = kinds_of(value) && value != UNKNOWN_FIELD;
     if (!is_known) return UNKNOWN_PART;
-    return {Value(value & ANY_VALUE), result, false, of.depth + 1};
+    return {Value(value & ANY_VALUE), result, false, of.depth + 1, true};
 }
 
 // s(k).f(n): a list of fields has no part.
@@ -188,7 +189,7 @@ Part index_part(Part of, const Node *selector) {
     Symbol *holder = may_hold_elements(of) || are_records ? of.holder : nullptr;
     Value value = value_of_index(of.value, is_data, selector->first_child);
     if (are_records && must_be_one(selector)) value = MAY_BE_RECORD | ONE;
-    return {value, holder, false, of.depth};
+    return {value, holder, false, of.depth, of.is_one_of};
 }
 
 Part selected_part(Part of, const Node *selector) {
@@ -203,7 +204,7 @@ Part selected_part(Part of, const Node *selector) {
 
 Part whole_part(Symbol *variable) {
     constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
-    return {value_now(variable), variable, (variable->flags & DATA) != 0, 0};
+    return {value_now(variable), variable, (variable->flags & DATA) != 0, 0, false};
 }
 
 // A selector has the value of its part, for who asks what is after it.
