@@ -10,9 +10,8 @@ constexpr uint8_t MOST_STEPS = 8;
 
 void refuse_step(uint32_t start, uint32_t end) {
     const char *found = describe_bytes(Scan.text + start, Scan.text + end);
-    syntax_error(
-        UNEXPECTED_TOKEN, start, end,
-        {"'++' as a statement, or on a variable that a simple statement uses once", found});
+    const char *places = " as a statement, or on a variable that a simple statement uses once";
+    syntax_error(UNEXPECTED_TOKEN, start, end, {join({found, places}), found});
 }
 
 // The value's step, as a statement. The token is that of ++ or --.

@@ -260,7 +260,7 @@ void trace_multi_assignment(Node *node) {
         if (target->kind == NODE_REFERENCE) trace_selectors(target);
     bool is_plain = first && !first->next && first->kind == NODE_NAME;
     if (is_plain) return trace_target(first, value, parts_given(targets->next, 0), nullptr);
-    trace_results(first, targets->next);
+    if (first) trace_results(first, targets->next);
 }
 
 // d = c(k), where d{...} or iscell(d) stands somewhere: c may be a cell, unless something else is
