@@ -183,12 +183,9 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 }
 
 void check_held_call(const Node *variable, const Node *arguments) {
-    for (const AssignedValue *value = variable->symbol->values; value; value = value->next) {
-        const Node *function = value->node ? without_parens(value->node) : nullptr;
-        bool is_function =
-            function && (function->kind == NODE_HANDLE || function->kind == NODE_ANONYMOUS);
-        if (is_function) check_cells(variable, arguments, taken_by_held(function));
-    }
+    for (const AssignedValue *value = variable->symbol->values; value; value = value->next)
+        if (const Node *function = held_function(value))
+            check_cells(variable, arguments, taken_by_held(function));
 }
 
 mExpr *lower_call(const Node *name, const Node *arguments) {

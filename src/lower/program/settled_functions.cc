@@ -55,6 +55,7 @@ void settle_late(const FileFunction *function) {
 
 Scope *settle_statements() {
     Scope *scope = settle_script(CurrentFile->tree, find_script);
+    if (!FileMode) scope->flags |= IS_LEFT_OPEN;
     read_outside_functions(scope);
     trace_function(scope, FINDERS);
     return scope;

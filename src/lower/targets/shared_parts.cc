@@ -5,7 +5,6 @@
 
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/value_lists.h"
-#include "run/run_state.h"
 #include "support/same_text.h"
 #include "syntax/names/part_changes.h"
 #include "syntax/tree/value.h"
@@ -78,9 +77,7 @@ bool may_hold_parts(const Node *value) {
 }
 
 // A later command may change the variables of this one.
-bool is_left_open(const Symbol *symbol) {
-    return !FileMode && symbol->scope->owner->kind == NODE_FILE;
-}
+bool is_left_open(const Symbol *symbol) { return symbol->scope->flags & IS_LEFT_OPEN; }
 
 // Whether anything inside of a part is set from here on, in the order of execution. What an
 // anonymous function gives is given at any time.

@@ -44,3 +44,9 @@ void note_element(Symbol *symbol, const Node *target, const Node *value) {
     if (grows_in_plane(selector)) symbol->flags |= SYMBOL_GROWS_IN_PLANE;
     if (!(symbol->flags & USED)) symbol->flags |= SYMBOL_STARTS_AS_PART;
 }
+
+const Node *held_function(const AssignedValue *value) {
+    if (value->kind != VALUE_WHOLE) return nullptr;
+    const Node *node = without_parens(value->node);
+    return node->kind == NODE_HANDLE || node->kind == NODE_ANONYMOUS ? node : nullptr;
+}

@@ -22,3 +22,5 @@ void note_value(Symbol *symbol, ValueKind kind, const Node *node);
 /* An element or a field of the variable, the base of target, is assigned value: null where that is
  * not one expression. */
 void note_element(Symbol *symbol, const Node *target, const Node *value);
+/* The HANDLE or ANONYMOUS that the value is; null for any other one. */
+const Node *held_function(const AssignedValue *value);

@@ -34,18 +34,12 @@ void join_arguments(const Node *function, const Node *argument) {
     }
 }
 
-// Whether the variable is only called, in its own function.
+// Whether the variable is only called, in its own function. What a command leaves behind, later
+// ones may call.
 bool is_only_called(const Symbol *variable) {
     constexpr uint32_t OTHERS =
         SYMBOL_IS_VALUE | SYMBOL_OUTPUT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_CAPTURED;
-    return !(variable->flags & OTHERS);
-}
-
-const Node *function_of(const AssignedValue *value) {
-    const Node *function = value->node ? without_parens(value->node) : nullptr;
-    bool is_function =
-        function && (function->kind == NODE_ANONYMOUS || function->kind == NODE_HANDLE);
-    return is_function && value->kind == VALUE_WHOLE ? function : nullptr;
+    return !(variable->flags & OTHERS) && !(variable->scope->flags & IS_LEFT_OPEN);
 }
 
 }  // namespace
@@ -73,7 +67,7 @@ void end_handles() {
 void note_handle_call(const Symbol *variable, Node *arguments) {
     if (IsAgain || !is_only_called(variable)) return;
     for (const AssignedValue *value = variable->values; value; value = value->next) {
-        const Node *function = function_of(value);
+        const Node *function = held_function(value);
         if (function && function->kind == NODE_ANONYMOUS) join_arguments(function, arguments);
     }
 }
