@@ -11,6 +11,7 @@ namespace {
 struct Reader {
     const char *at;
     int depth;
+    const char *line;
 };
 
 // What holds a line together more than a bracket does: a procedure in an expression, and the target
@@ -22,8 +23,8 @@ bool is_at_word(const char *at, const char *word) {
     return strncmp(at, word, length) == 0;
 }
 
-// What a byte means to a reader. A p or e may begin a procedure or its end.
-enum ByteMeaning : uint8_t { PLAIN, MAY_END_LINE, MAY_BE_PROCEDURE, QUOTES, OPENS, CLOSES };
+// What a byte means to a reader. What may stand where code ends is never plain.
+enum ByteMeaning : uint8_t { PLAIN, MAY_END_LINE, ENDS_CODE, QUOTES, OPENS, CLOSES };
 
 struct ByteMeanings {
     ByteMeaning of[256];
@@ -32,7 +33,7 @@ struct ByteMeanings {
 constexpr ByteMeanings byte_meanings() {
     ByteMeanings meanings = {};
     for (char c : {',', ' '}) meanings.of[static_cast<unsigned char>(c)] = MAY_END_LINE;
-    for (char c : {'p', 'e'}) meanings.of[static_cast<unsigned char>(c)] = MAY_BE_PROCEDURE;
+    for (char c : {'\0', '\n', '#'}) meanings.of[static_cast<unsigned char>(c)] = ENDS_CODE;
     for (char c : {'"', '`', '\''}) meanings.of[static_cast<unsigned char>(c)] = QUOTES;
     for (char c : {'(', '[', '{'}) meanings.of[static_cast<unsigned char>(c)] = OPENS;
     for (char c : {')', ']', '}'}) meanings.of[static_cast<unsigned char>(c)] = CLOSES;
@@ -43,10 +44,21 @@ constexpr ByteMeanings Meanings = byte_meanings();
 
 ByteMeaning meaning_of(char c) { return Meanings.of[static_cast<unsigned char>(c)]; }
 
-// What a procedure that begins or ends there adds. The second letters tell most words apart.
-int procedure_depth(const char *at) {
-    if (at[1] == 'r' && is_at_word(at, "proc(")) return HELD;
-    return at[1] == 'n' && is_at_word(at, "end proc") ? -HELD : 0;
+bool is_after_word(const Reader *from, const char *word) {
+    size_t length = strlen(word);
+    return from->at - from->line >= static_cast<ptrdiff_t>(length) &&
+           memcmp(from->at - length, word, length) == 0;
+}
+
+// What an opening bracket adds, the head of a procedure's too.
+int opened_depth(const Reader *from) {
+    bool is_head = *from->at == '(' && is_after_word(from, "proc");
+    return is_head ? 1 + HELD : 1;
+}
+
+// Whether the blank at which the reader is stands in the end of a procedure.
+bool ends_procedure(const Reader *from) {
+    return from->at[1] == 'p' && is_after_word(from, "end") && is_at_word(from->at, " proc");
 }
 
 // The end of the string or name that begins at a quote. Only strings have backslashes.
@@ -123,17 +135,20 @@ inline int place_at(const Reader *from, const char *start) {
 
 // Over a character or a quoted text, and over what follows where no line may end. One may end after
 // a comma and after a bracket.
-void read_on(Reader *from, const char *end) {
+void read_on(Reader *from) {
     const char *at = from->at;
     switch (meaning_of(*at)) {
         case QUOTES: at = end_of_quoted(at); break;
-        case OPENS: from->depth++, at++; break;
+        case OPENS: from->depth += opened_depth(from), at++; break;
         case CLOSES: from->depth--, at++; break;
-        case MAY_BE_PROCEDURE: from->depth += procedure_depth(at), at++; break;
+        case MAY_END_LINE:
+            if (ends_procedure(from)) from->depth -= HELD;
+            at++;
+            break;
         default: at++;
     }
     if (at[-1] != ',' && at[-1] != '(')
-        while (at < end && meaning_of(*at) == PLAIN) at++;
+        while (meaning_of(*at) == PLAIN) at++;
     from->at = at;
 }
 
@@ -149,9 +164,9 @@ Reader find_break(Reader from, const char *end, const char *limit) {
     const char *start = from.at;
     int outer = from.depth;
     const char *early = start + (limit - start) * 2 / 5;
-    Reader best = {nullptr, 0};
+    Reader best = {nullptr, 0, from.line};
     int best_place = NO_PLACE;
-    for (; from.at < end && !(from.at > limit && best.at); read_on(&from, end)) {
+    for (; from.at < end && !(from.at > limit && best.at); read_on(&from)) {
         int place = place_at(&from, start);
         if (place == NO_PLACE || (best.at >= early && best.at && place > best_place)) continue;
         best = from;
@@ -180,34 +195,34 @@ void write_line_end(uint32_t margin) {
     write_blanks(margin);
 }
 
-// Behind the sign of an assignment, or null.
-const char *value_of_line(const char *line, const char *end) {
-    Reader from = {line, 0};
-    for (; from.at < end; read_on(&from, end)) {
+// Behind the sign of an assignment that stands in front of the limit, or null.
+const char *value_of_line(const char *line, const char *limit) {
+    for (Reader from = {line, 0, line}; from.at < limit; read_on(&from)) {
         bool may_be_sign = *from.at == ' ' && from.depth == 0;
         if (may_be_sign && is_at_word(from.at, " := ")) return from.at + 3;
     }
     return nullptr;
 }
 
-// Whether the value alone fits into a line, and its target would have to be broken, or the value
-// deep inside.
-bool stands_alone(const char *line, const char *value, const char *end, const Reader *next,
-                  uint32_t margin) {
-    bool fits =
-        end - value + margin + INDENT <= LONGEST_LINE && value - line + margin <= LONGEST_LINE;
-    bool is_head = is_at_word(value, " proc(");
-    return fits && !is_head && next->at &&
-           (next->at < value || next->depth > 1 || next->at[-1] == '(');
+// The value of the line if it is to stand alone, else null: it fits into a line, as its target
+// does, and the target would have to be broken, or the value deep inside.
+const char *value_alone(const char *line, const char *end, const Reader *next, uint32_t margin) {
+    uint32_t width = LONGEST_LINE - margin;
+    if (!next->at || end - line > 2 * static_cast<ptrdiff_t>(width)) return nullptr;
+    const char *value = value_of_line(line, line + width);
+    if (!value || end - value + INDENT > width || value - line > width) return nullptr;
+    if (is_at_word(value, " proc(")) return nullptr;
+    bool breaks_inside = next->at < value || next->depth > 1 || next->at[-1] == '(';
+    return breaks_inside ? value : nullptr;
 }
 
 void write_code(const char *line, const char *end, uint32_t margin) {
-    Reader from = {line, 0};
+    Reader from = {line, 0, line};
     uint32_t deeper = margin + INDENT;
     while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
         Reader next = find_break(from, end, from.at + (LONGEST_LINE - margin));
-        const char *value = from.at == line ? value_of_line(line, end) : nullptr;
-        if (value && stands_alone(line, value, end, &next, margin)) next = {value + 1, 0};
+        const char *value = from.at == line ? value_alone(line, end, &next, margin) : nullptr;
+        if (value) next = {value + 1, 0, line};
         if (!next.at || next.at >= end) break;
         const char *last = next.at;
         while (last[-1] == ' ') last--;
