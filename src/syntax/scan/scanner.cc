@@ -68,7 +68,8 @@ void settle_keyword() {
     if (is_end(Current.kind)) Scan.ends++;
 }
 
-bool scan_name(const char *at) {
+// Out of line, as others here: what they keep in registers is no burden for the other tokens.
+[[gnu::noinline]] bool scan_name(const char *at) {
     const char *end = word_end(at + 1);
     const Spelling *spelling = spelling_of_bytes(at, static_cast<uint32_t>(end - at));
     Current.text = text_of(spelling);
@@ -99,7 +100,7 @@ bool scan_invalid(const char *at) {
     return true;
 }
 
-bool scan_end(const char *at) {
+[[gnu::noinline]] bool scan_end(const char *at) {
     if (at < Scan.end) return scan_invalid(at);
     make_token(TOKEN_END_OF_FILE, at);
     return true;
@@ -115,7 +116,7 @@ bool scan_field(const char *at) {
 // A dot after an operand that is followed by blanks and a name.
 bool begins_field(const char *at) { return class_of(*skip_blanks(at)) == BYTE_LETTER; }
 
-bool scan_dot(const char *at, bool after_operand) {
+[[gnu::noinline]] bool scan_dot(const char *at, bool after_operand) {
     if (is_digit(at[1])) return scan_number(at);
     switch (at[1]) {
         case '*': return make_operator(OPERATOR_DOT_TIMES, at + 2);
@@ -193,7 +194,7 @@ bool scan_comparison(OperatorId op, OperatorId op_with_equals, const char *at) {
     return make_operator(has_equals ? op_with_equals : op, has_equals ? at + 2 : at + 1);
 }
 
-bool scan_operator(const char *at) {
+[[gnu::noinline]] bool scan_operator(const char *at) {
     bool is_double = at[1] == at[0];
     const char *next = at + 1;
     switch (*at) {
@@ -227,7 +228,7 @@ const char *skip_lines(const char *at) {
     return at;
 }
 
-bool scan_line_end(const char *at) {
+[[gnu::noinline]] bool scan_line_end(const char *at) {
     const char *next = skip_lines(at);
     Scan.at = next;
     if (Scan.context == IN_PARENTHESES || Scan.context == IN_PARAMETERS) {
@@ -292,10 +293,14 @@ bool scan_token(const char *at, TokenKind before) {
     }
 }
 
-const char *skip_gap(const char *at) {
-    at = skip_blanks(at);
+[[gnu::noinline]] const char *skip_continuations(const char *at) {
     while (is_continuation(at)) at = skip_blanks(skip_continuation(at));
     return at;
+}
+
+const char *skip_gap(const char *at) {
+    at = skip_blanks(at);
+    return *at == '.' ? skip_continuations(at) : at;
 }
 
 // The comma that a blank stands for lies directly after the operand.
@@ -306,22 +311,26 @@ void make_separator() {
     Current.op = OPERATOR_NONE;
 }
 
-void scan_next() {
-    TokenKind before = Current.kind;
-    do {
-        if (Scan.block_comments > 0 && scan_block_line()) return;
-        const char *at = skip_gap(Scan.at);
-        bool may_separate = Scan.context == IN_ELEMENTS && at != Scan.at && may_end_operand(before);
-        Scan.at = at;
-        if (may_separate && begins_element(at)) return make_separator();
-    } while (!scan_token(Scan.at, before));
+// Goes on at Scan.at. False: what stands there is no token.
+[[gnu::noinline]] bool scan_on() {
+    if (Scan.block_comments > 0 && scan_block_line()) return true;
+    const char *at = skip_gap(Scan.at);
+    bool has_gap = at != Scan.at;
+    Scan.at = at;
+    if (Scan.context == IN_ELEMENTS && has_gap && may_end_operand(Scan.before) &&
+        begins_element(at)) {
+        make_separator();
+        return true;
+    }
+    return scan_token(at, Scan.before);
 }
 
 }  // namespace
 
 void advance() {
     Previous = {Current.start, Current.end};
-    scan_next();
+    Scan.before = Current.kind;
+    while (!scan_on()) continue;
 }
 
 void set_bad_token(const char *start, const char *end) {

@@ -28,6 +28,7 @@ struct ScannerState {
     const char *end;  /* of the text; a NUL stands there */
     const char *at;   /* first byte after the current token */
     SourceLanguage language;
+    TokenKind before;       /* the token in front of the one that is being made */
     BracketContext context; /* of the innermost open bracket */
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */
     bool names_eval;        /* a name so far has been eval */
