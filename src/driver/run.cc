@@ -17,6 +17,8 @@
 #include "support/observers.h"
 
 static constexpr int32_t NAME_BUCKETS = 1024;
+// The output of most small files fits and need not move.
+static constexpr int32_t OUTPUT_CAPACITY = 4096;
 
 HashTable *new_name_table(int32_t buckets) {
     HashTable *table = HashCreate(buckets);
@@ -33,7 +35,7 @@ void begin_run() {
     DefinedNames = new_name_table(NAME_BUCKETS);
     KnownVariables = new_name_table(NAME_BUCKETS);
     AllocationTable = new_name_table(ALLOCATION_BUCKETS);
-    OutputText = NewLongString();
+    OutputText = NewLongString(OUTPUT_CAPACITY);
     UsesArrayTools = 0;
     UsesLinearAlgebra = 0;
     SourceLine = 1;

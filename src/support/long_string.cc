@@ -23,7 +23,6 @@ struct DataBlock {
     char text[1];  // capacity bytes
 };
 
-constexpr int32_t FIRST_CAPACITY = 256;
 constexpr size_t TEXT_OFFSET = offsetof(DataBlock, text);
 
 Header *header_of(LongString handle) {
@@ -54,9 +53,9 @@ inline void reserve(Header *header, size_t more) {
 
 }  // namespace
 
-LongString NewLongString() {
+LongString NewLongString(int32_t capacity) {
     Header *header = static_cast<Header *>(Alloc(sizeof(Header)));
-    *header = {FIRST_CAPACITY, 0, nullptr};
+    *header = {capacity, 0, nullptr};
     resize_data(header);
     header->data->header = header;
     text_of(header)[0] = '\0';

@@ -12,8 +12,8 @@
 
 typedef char *LongString;
 
-/* The empty text. */
-LongString NewLongString();
+/* The empty text, with space for so many bytes, its NUL among them. */
+LongString NewLongString(int32_t capacity = 256);
 [[nodiscard]] LongString AppendToString(LongString handle, char character);
 [[nodiscard]] LongString AppendStringToString(LongString handle, const char *text);
 [[nodiscard]] LongString AppendBytesToString(LongString handle, const char *bytes, size_t length);
