@@ -168,9 +168,8 @@ void comment_lines(Lines *lines, int level) {
     }
 }
 
-const char *without_last_blanks(const char *text) {
+size_t length_without_last_blanks(const char *text) {
     size_t length = strlen(text);
-    size_t kept = length;
-    while (kept > 0 && (text[kept - 1] == ' ' || text[kept - 1] == '\t')) kept--;
-    return kept < length ? KeepText(text, kept) : text;
+    while (length > 0 && (text[length - 1] == ' ' || text[length - 1] == '\t')) length--;
+    return length;
 }

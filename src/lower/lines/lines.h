@@ -37,8 +37,8 @@ void append_lines(Lines *lines, Lines *more);
  * (origins.h). */
 void write_lines(const Lines *lines);
 
-/* The text without blanks at its end. */
-const char *without_last_blanks(const char *text);
+/* Bytes of the text without blanks at its end. */
+size_t length_without_last_blanks(const char *text);
 /* Makes comments of lines that are none, with the # at a level; line ends inside their texts begin
  * lines of their own. */
 void comment_lines(Lines *lines, int level);
