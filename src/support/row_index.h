@@ -23,6 +23,15 @@ constexpr size_t row_chain(const char *name) {
     return (hash ^ hash >> 9) % ROW_CHAINS;
 }
 
+/* A name that is looked for. Where it is looked for often, its chain is known already. */
+struct RowName {
+    constexpr RowName(const char *name) : text(name), chain(row_chain(name)) {}
+    constexpr RowName(const char *name, size_t known_chain) : text(name), chain(known_chain) {}
+
+    const char *text;
+    size_t chain;
+};
+
 /* Of rows that have a name each. */
 template <typename Row, size_t COUNT>
 constexpr RowIndex<COUNT> index_rows(const Row (&rows)[COUNT]) {
@@ -50,26 +59,26 @@ constexpr NamedRows<Row> named_rows(const Row (&rows)[COUNT], const RowIndex<COU
     return {rows, COUNT, index.first, index.next};
 }
 
-/* The first row of the name that is wanted, or null; is_wanted gets a row. chain: the name's. */
+/* The first row of the name that is wanted, or null; is_wanted gets a row. */
 template <typename Row, typename Test>
-const Row *find_row(const NamedRows<Row> &table, size_t chain, const char *name, Test is_wanted) {
-    for (size_t number = table.first[chain]; number; number = table.next[number - 1]) {
+const Row *find_row(const NamedRows<Row> &table, RowName name, Test is_wanted) {
+    for (size_t number = table.first[name.chain]; number; number = table.next[number - 1]) {
         const Row *row = table.rows + number - 1;
-        bool may_be_same = row->name[0] == name[0];  // few of a chain: most need no call
-        if (may_be_same && strcmp(row->name, name) == 0 && is_wanted(row)) return row;
+        bool may_be_same = row->name[0] == name.text[0];  // few of a chain: most need no call
+        if (may_be_same && strcmp(row->name, name.text) == 0 && is_wanted(row)) return row;
     }
     return nullptr;
 }
 
 /* The same in one table. */
 template <typename Row, size_t COUNT, typename Test>
-const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, const char *name,
+const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, RowName name,
                     Test is_wanted) {
-    return find_row(named_rows(rows, index), row_chain(name), name, is_wanted);
+    return find_row(named_rows(rows, index), name, is_wanted);
 }
 
 /* The first row of the name, or null. */
 template <typename Row, size_t COUNT>
-const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, const char *name) {
+const Row *find_row(const Row (&rows)[COUNT], const RowIndex<COUNT> &index, RowName name) {
     return find_row(rows, index, name, [](const Row *) { return true; });
 }

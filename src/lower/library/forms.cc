@@ -8,6 +8,7 @@
 #include "lower/expressions/operands.h"
 #include "lower/library/needs.h"
 #include "support/row_index.h"
+#include "syntax/scan/spellings.h"
 #include "translate/package_prefix.h"
 #include "translate/text_forms.h"
 
@@ -138,7 +139,7 @@ mExpr *new_form(const Form *form, const vExpr *values) {
 
 mExpr *new_form_call(const OfferedCall *call) {
     if (!has_one_result(call)) return nullptr;
-    const Form *form = find_row(Forms, FormIndex, call->name->text, [=](const Form *row) {
+    const Form *form = find_row(Forms, FormIndex, row_name(call->name->text), [=](const Form *row) {
         return row->count == call->count && meets_needs(call, row->needs);
     });
     return form ? new_form(form, call->values) : nullptr;

@@ -8,6 +8,7 @@
 #include "lower/program/called_functions.h"
 #include "lower/targets/shared_parts.h"
 #include "support/row_index.h"
+#include "syntax/scan/spellings.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ constexpr KeepingFunction KeepingFunctions[] = {
 constexpr auto KeepingIndex = index_rows(KeepingFunctions);
 
 const KeepingFunction *function_of(const Node *name) {
-    const KeepingFunction *row = find_row(KeepingFunctions, KeepingIndex, name->text);
+    const KeepingFunction *row = find_row(KeepingFunctions, KeepingIndex, row_name(name->text));
     return row && !is_function_of_file(name) ? row : nullptr;
 }
 

@@ -7,6 +7,7 @@
 #include "support/same_text.h"
 #include "syntax/library/kind_tests.h"
 #include "syntax/names/names.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/tree/value.h"
 
 namespace {
@@ -19,10 +20,10 @@ constexpr KindTest Questions[] = {
 };
 
 // Whether something is a handle is left to the host.
-const KindTest *question_of(const char *name) {
+const KindTest *question_of(RowName name) {
     for (const KindTest &row : Questions)
-        if (is_same_text(row.name, name)) return &row;
-    return is_same_text(name, "is_function_handle") ? nullptr : find_kind_test(name);
+        if (is_same_text(row.name, name.text)) return &row;
+    return is_same_text(name.text, "is_function_handle") ? nullptr : find_kind_test(name);
 }
 
 mExpr *new_answer(bool is_yes) { return new_leaf(is_yes ? "true" : "false"); }
@@ -78,6 +79,6 @@ mExpr *new_kind_answer(const OfferedCall *call) {
     if (call->count == 2)
         return is_same_text(name, "isa") ? answer_of_class(call->first->next, value) : nullptr;
     if (is_same_text(name, "class")) return class_of(value);
-    const KindTest *question = question_of(name);
+    const KindTest *question = question_of(row_name(name));
     return question && is_known(name, value) ? answer_of(question, value) : nullptr;
 }

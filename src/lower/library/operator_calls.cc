@@ -4,6 +4,7 @@
 #include "lower/expressions/expressions.h"
 #include "support/row_index.h"
 #include "support/same_text.h"
+#include "syntax/scan/spellings.h"
 #include "syntax/tree/operators.h"
 #include "translate/operators.h"
 #include "translate/ranges.h"
@@ -69,10 +70,10 @@ mExpr *new_root_call(mExpr *value) {
     return in_parentheses(&root);
 }
 
-mExpr *new_call(const char *name, const vExpr *values, int count) {
+mExpr *new_call(RowName name, const vExpr *values, int count) {
     if (const UnaryWord *row = find_row(Unary, UnaryIndex, name))
         return new_unary_call(row, values, count);
-    if (is_same_text(name, "sqrt")) return count == 1 ? new_root_call(values->item) : nullptr;
+    if (is_same_text(name.text, "sqrt")) return count == 1 ? new_root_call(values->item) : nullptr;
     OperatorId op = operator_of(name);
     if (op == OPERATOR_NONE) return nullptr;
     return op == OPERATOR_COLON ? new_range_call(values, count)
@@ -83,7 +84,7 @@ mExpr *new_call(const char *name, const vExpr *values, int count) {
 
 mExpr *new_operator_call(const OfferedCall *call) {
     if (!has_one_result(call)) return nullptr;
-    return new_call(call->name->text, call->values, call->count);
+    return new_call(row_name(call->name->text), call->values, call->count);
 }
 
 // The parameters' names are the front end's own, and not those of a temporary.

@@ -216,7 +216,7 @@ constexpr auto RewriteIndex = index_rows(Rewrites);
 }  // namespace
 
 mExpr *new_rewritten_call(const OfferedCall *call) {
-    const Rewrite *row = find_row(Rewrites, RewriteIndex, call->name->text);
+    const Rewrite *row = find_row(Rewrites, RewriteIndex, row_name(call->name->text));
     if (!row) return nullptr;
     bool fits =
         (call->count >= 0 || row->takes_lists) && (has_one_result(call) || row->takes_results);

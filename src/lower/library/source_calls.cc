@@ -4,6 +4,9 @@
 #include <assert.h>
 #include <string.h>
 
+#include <bit>
+#include <iterator>
+
 #include "lower/calls/keyword_calls.h"
 #include "lower/calls/plain_calls.h"
 #include "lower/conditions/host_conditions.h"
@@ -25,12 +28,28 @@ LibrarySources (*const Tables[])() = {
     shape_sources, array_sources, fold_sources,   extreme_sources, element_sources, number_sources,
     text_sources,  order_sources, matrix_sources, turn_sources,    curve_sources,   search_sources};
 
+// For each chain the tables that have rows in it, as bits: most have none.
+struct TablesOfChains {
+    uint16_t of[ROW_CHAINS];
+};
+
+TablesOfChains tables_of_chains() {
+    TablesOfChains tables = {};
+    static_assert(std::size(Tables) <= 16);
+    for (size_t k = 0; k < std::size(Tables); k++)
+        for (size_t chain = 0; chain < ROW_CHAINS; chain++)
+            if (Tables[k]().first[chain]) tables.of[chain] |= static_cast<uint16_t>(1 << k);
+    return tables;
+}
+
 // The first row of the name that is wanted, or null.
 template <typename Test>
-const LibrarySource *find_source(const char *name, Test is_wanted) {
-    const size_t chain = row_chain(name);
-    for (const auto table : Tables)
-        if (const LibrarySource *row = find_row(table(), chain, name, is_wanted)) return row;
+const LibrarySource *find_source(RowName name, Test is_wanted) {
+    static const TablesOfChains tables = tables_of_chains();
+    for (unsigned left = tables.of[name.chain]; left; left &= left - 1) {
+        const auto table = Tables[std::countr_zero(left)];
+        if (const LibrarySource *row = find_row(table(), name, is_wanted)) return row;
+    }
     return nullptr;
 }
 
@@ -42,14 +61,14 @@ bool takes_arguments(const LibrarySource *row, const OfferedCall *call) {
 const char *value_row(const char *name) { return form_text("@%s", {name}); }
 
 // One that gives one result or several, as it is asked for.
-const LibrarySource *find_varying(const char *name, const OfferedCall *call) {
+const LibrarySource *find_varying(RowName name, const OfferedCall *call) {
     auto takes = [=](const LibrarySource *row) { return takes_arguments(row, call); };
-    const LibrarySource *source = find_source(value_row(name), takes);
+    const LibrarySource *source = find_source(value_row(name.text), takes);
     if (!source) source = find_source(name, takes);
     return source && source->results > 1 ? source : nullptr;
 }
 
-const LibrarySource *find_called(const char *name, const OfferedCall *call) {
+const LibrarySource *find_called(RowName name, const OfferedCall *call) {
     if (call->results == HOST_RESULTS_VARY) return find_varying(name, call);
     return find_source(name, [=](const LibrarySource *row) {
         return call->results <= row->results && takes_arguments(row, call);
@@ -106,7 +125,7 @@ mExpr *new_call_test(const mExpr *call) {
 
 void begin_source_calls() { Texts = {}; }
 
-mExpr *new_source_call(const char *name, const OfferedCall *call) {
+mExpr *new_source_call(RowName name, const OfferedCall *call) {
     const LibrarySource *source = find_called(name, call);
     if (!source) return nullptr;
     const char *procedure = supplied_function(text_of(source));
@@ -131,7 +150,9 @@ const char *source_call_text(const char *row, std::initializer_list<const char *
     return answer->text;
 }
 
-mExpr *new_source_call(const OfferedCall *call) { return new_source_call(call->name->text, call); }
+mExpr *new_source_call(const OfferedCall *call) {
+    return new_source_call(row_name(call->name->text), call);
+}
 
 namespace {
 

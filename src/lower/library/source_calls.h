@@ -4,13 +4,14 @@
 #include <initializer_list>
 
 #include "lower/library/offered_call.h"
+#include "support/row_index.h"
 
 /* At the start of a run. */
 void begin_source_calls();
 /* A call of the procedure for such a function, or null. */
 mExpr *new_source_call(const OfferedCall *call);
 /* The same for the row of that name. */
-mExpr *new_source_call(const char *row, const OfferedCall *call);
+mExpr *new_source_call(RowName row, const OfferedCall *call);
 /* The same, of host texts. */
 const char *source_call_text(const char *row, std::initializer_list<const char *> operands);
 /* Calls all of them. */

@@ -34,11 +34,11 @@ static constexpr KindTest Classes[] = {
 static constexpr auto FunctionIndex = index_rows(Functions);
 static constexpr auto ClassIndex = index_rows(Classes);
 
-const KindTest *find_kind_test(const char *function) {
+const KindTest *find_kind_test(RowName function) {
     return find_row(Functions, FunctionIndex, function);
 }
 
-const KindTest *find_class_test(const char *name) { return find_row(Classes, ClassIndex, name); }
+const KindTest *find_class_test(RowName name) { return find_row(Classes, ClassIndex, name); }
 
 const char *class_of_kinds(Value kinds) {
     if (!kinds || kinds == MAY_BE_NUMBER) return nullptr;

@@ -356,9 +356,7 @@ constexpr auto Index = index_rows(Functions);
 
 }  // namespace
 
-const LibraryFunction *library_function(const char *name) {
-    return find_row(Functions, Index, name);
-}
+const LibraryFunction *library_function(RowName name) { return find_row(Functions, Index, name); }
 
 const LibraryFunction *library_result(const char *name) {
     const LibraryFunction *function = library_function(name);

@@ -2,6 +2,7 @@
  * do. */
 #pragma once
 
+#include "support/row_index.h"
 #include "syntax/tree/value.h"
 
 enum ResultShape : uint8_t {
@@ -77,7 +78,7 @@ struct LibraryFunction {
 };
 
 /* The row of a function of MATLAB's library; null for an unknown one. */
-const LibraryFunction *library_function(const char *name);
+const LibraryFunction *library_function(RowName name);
 /* The same, where the row says what the function gives; null for others. */
 const LibraryFunction *library_result(const char *name);
 /* Whether a function of that name has one of the traits. What is asked of each name of a program

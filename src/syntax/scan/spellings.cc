@@ -86,8 +86,8 @@ uint32_t hash_of(Ends ends, uint32_t length) {
     return static_cast<uint32_t>(mixed >> 32);
 }
 
-void set_keyword(Spelling *spelling) {
-    const Keyword *keyword = find_row(Keywords, KeywordIndex, text_of(spelling));
+void set_keyword(Spelling *spelling, RowName name) {
+    const Keyword *keyword = find_row(Keywords, KeywordIndex, name);
     if (!keyword) return;
     spelling->keyword = keyword->token;
     spelling->soft = keyword->soft;
@@ -95,12 +95,14 @@ void set_keyword(Spelling *spelling) {
 
 Spelling *new_spelling(const char *text, uint32_t length, Ends ends) {
     Spelling *spelling = static_cast<Spelling *>(take_bytes(sizeof(Spelling) + length + 1));
-    *spelling = {ends.head, ends.tail, length, 0, TOKEN_NAME, NOT_SOFT, 0, nullptr, nullptr};
+    *spelling = {ends.head, ends.tail, length, 0, TOKEN_NAME, NOT_SOFT, 0, 0, nullptr, nullptr};
     char *copy = reinterpret_cast<char *>(spelling + 1);
     memcpy(copy, text, length);
     copy[length] = '\0';
-    set_keyword(spelling);
-    spelling->library = library_function(copy);
+    RowName name = copy;
+    spelling->chain = static_cast<uint16_t>(name.chain);
+    set_keyword(spelling, name);
+    spelling->library = library_function(name);
     if (spelling->library) spelling->traits = spelling->library->traits;
     return spelling;
 }

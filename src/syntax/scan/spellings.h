@@ -4,6 +4,7 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "support/row_index.h"
 #include "syntax/library/library_table.h"
 #include "syntax/scan/tokens.h"
 
@@ -17,6 +18,7 @@ struct Spelling {
     uint32_t function; /* number of the function in which it has become a variable last, or 0 */
     TokenKind keyword; /* the keyword's token, or TOKEN_NAME */
     uint8_t soft;      /* of SoftKeyword: a word that is a keyword at some places only */
+    uint16_t chain;    /* of tables of names (support/row_index.h) */
     uint32_t traits;   /* of MATLAB's function of that name (library/library_table.h) */
     const LibraryFunction *library; /* its row, or null */
     Symbol *bound; /* what the name stands for where names are being settled, or null */
@@ -54,6 +56,8 @@ inline const char *interned(const char *name) {
 inline Spelling *spelling_of(const char *interned) {
     return reinterpret_cast<Spelling *>(const_cast<char *>(interned)) - 1;
 }
+/* An interned text as a name that is looked for in tables. */
+inline RowName row_name(const char *interned) { return {interned, spelling_of(interned)->chain}; }
 /* What MATLAB's function of an interned name gives, where that is known; null for others. */
 inline const LibraryFunction *library_result_of(const char *interned) {
     const LibraryFunction *function = spelling_of(interned)->library;

@@ -56,7 +56,7 @@ constexpr auto NamedIndex = index_rows(Named.rows);
 
 }  // namespace
 
-OperatorId operator_of(const char *function) {
+OperatorId operator_of(RowName function) {
     const NamedOperator *named = find_row(Named.rows, NamedIndex, function);
     return named ? named->id : OPERATOR_NONE;
 }

@@ -3,6 +3,8 @@
 
 #include <stdint.h>
 
+#include "support/row_index.h"
+
 /* ORDER OPERATORS: the table in operators.cc has a row for each. */
 enum OperatorId : uint8_t {
     OPERATOR_NONE,
@@ -59,4 +61,4 @@ struct OperatorRow {
 extern const OperatorRow OperatorRows[OPERATOR_COUNT];
 
 /* The operator that the function means, or OPERATOR_NONE; function: not empty. */
-OperatorId operator_of(const char *function);
+OperatorId operator_of(RowName function);
