@@ -160,10 +160,8 @@ private:
                             inputs_[first->second].path + "'");
         if (!output.empty() && output == library_output_)
             throw FileError("its output '" + output + "' is that of the library");
-        Options options = options_;
+        Options &options = run_options(configurations_[i]);
         options.file = input.path;
-        options.is_library_apart = !options_.is_closure;
-        configure_run(options, *configurations_[i]);
         const Source source = open_source(options);
         Translation translation =
             options_.is_closure ? translate(source, options)
@@ -173,7 +171,19 @@ private:
         if (translation.text) put_text(result, *translation.text, translation.files_read, output);
     }
 
-    void put_text(FileResult &result, const std::string &text, const FilesRead &sources,
+    /* For sources of the configuration; the file is the last one's. */
+    Options &run_options(const Configuration *configuration) const {
+        const auto [found, is_new] = run_options_.try_emplace(configuration);
+        Options &options = found->second;
+        if (is_new) {
+            options = options_;
+            options.is_library_apart = !options_.is_closure;
+            configure_run(options, *configuration);
+        }
+        return options;
+    }
+
+    void put_text(FileResult &result, std::string_view text, const FilesRead &sources,
                   const std::string &output) const {
         output_folder_.check(output);
         if (options_.mode == Mode::Translate) {
@@ -184,7 +194,7 @@ private:
         if (options_.mode == Mode::Compare) result.difference = difference(output, text);
     }
 
-    bool write(const std::string &path, const std::string &text, const FilesRead &sources) const {
+    bool write(const std::string &path, std::string_view text, const FilesRead &sources) const {
         if (read_regular_file(path) == text) return false;
         output_folder_.make_around(path);
         const Output output(path);
@@ -289,9 +299,11 @@ private:
     MessageOutput messages_;
     ReportOutput report_;
     std::string library_output_;
-    std::map<std::size_t, std::size_t> first_with_output_;        /* where that is another input */
-    std::vector<const Configuration *> configurations_;           /* of the inputs */
-    mutable std::map<const Configuration *, KnownResults> known_; /* in a worker: its own */
+    std::map<std::size_t, std::size_t> first_with_output_; /* where that is another input */
+    std::vector<const Configuration *> configurations_;    /* of the inputs */
+    /* In a worker: its own. */
+    mutable std::map<const Configuration *, KnownResults> known_;
+    mutable std::map<const Configuration *, Options> run_options_;
     Tally tally_;
     std::vector<MadeFrom> made_;
     bool calls_library_ = false; /* a translation does */

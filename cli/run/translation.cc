@@ -21,8 +21,7 @@ namespace mtranslate {
 namespace {
 
 using Request = mTranslateProgramRequest;
-using Result =
-    std::unique_ptr<const mTranslateProgramResult, void (*)(const mTranslateProgramResult *)>;
+using Result = std::shared_ptr<const mTranslateProgramResult>;
 
 /* Throws std::bad_alloc where the memory is exhausted. */
 Result run(const Request &request) {
@@ -209,18 +208,24 @@ void add_failure(const mTranslateProgramResult &result, const Source &source,
     translation.diagnostics.insert(translation.diagnostics.end(), raised.begin(), raised.end());
 }
 
-std::string text_of(const mTranslateProgramResult &result, const Options &wanted) {
-    if (wanted.dumps_values) return std::string(result.values) + '\n';
-    if (wanted.dumps_tree) return std::string(result.tree) + '\n';
-    return {result.text, result.text_length};
+/* The translation itself is not copied. */
+void take_text(const Result &result, const Options &wanted, Translation &translation) {
+    if (wanted.dumps_any()) {
+        const char *dump = wanted.dumps_values ? result->values : result->tree;
+        const auto text = std::make_shared<const std::string>(std::string(dump) + '\n');
+        translation.text = *text;
+        translation.text_owner = text;
+    } else {
+        translation.text.emplace(result->text, result->text_length);
+        translation.text_owner = result;
+    }
 }
 
 /* Of a run that is done. */
-void add_text(const mTranslateProgramResult &result, const Options &wanted,
-              Translation &translation) {
+void add_text(const Result &result, const Options &wanted, Translation &translation) {
     const bool has_failed = has_failure(count_severities(translation.diagnostics));
     if (has_failed) translation.code = ExitCode::BadSource;
-    if (!has_failed || !wanted.is_strict) translation.text = text_of(result, wanted);
+    if (!has_failed || !wanted.is_strict) take_text(result, wanted, translation);
 }
 
 }  // namespace
@@ -229,7 +234,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
                       KnownResults *known) {
     RuleAnswers rules(*wanted.rules, wanted.mode == Mode::RuleTemplate);
     const Result result = run(source, wanted, index, known, rules);
-    Translation translation{ExitCode::Done, std::nullopt, {}, 0, source.files};
+    Translation translation{ExitCode::Done, std::nullopt, {}, {}, 0, source.files};
     translation.files_read.insert(translation.files_read.end(), wanted.configuration_files.begin(),
                                   wanted.configuration_files.end());
     add_files_read(*result, translation.files_read);
@@ -238,7 +243,7 @@ Translation translate(const Source &source, const Options &wanted, const FileInd
     translation.diagnostics = std::move(messages.diagnostics);
     translation.ignored = messages.ignored;
     if (result->status == MTRANSLATE_PROGRAM_DONE)
-        add_text(*result, wanted, translation);
+        add_text(result, wanted, translation);
     else
         add_failure(*result, source, translation);
     if (wanted.wants_statistics()) translation.facts = facts_of(*result, files, index);
@@ -267,7 +272,9 @@ FileResult take_result(Translation &translation, bool report_shows_text) {
     result.files_read = names_of(translation.files_read);
     result.rules_used = std::move(translation.rules_used);
     result.facts = std::move(translation.facts);
-    result.details = packed({translation.map, report_shows_text ? translation.text : std::nullopt});
+    std::optional<std::string> shown;
+    if (report_shows_text && translation.text) shown.emplace(*translation.text);
+    result.details = packed({translation.map, shown});
     return result;
 }
 

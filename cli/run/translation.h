@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "cli/files/source.h"
 #include "cli/messages/diagnostic.h"
@@ -22,8 +24,9 @@ class FileIndex;
 
 struct Translation {
     ExitCode code;
-    /* The translation; none where the run was left by an error. */
-    std::optional<std::string> text;
+    /* The translation; none where the run was left by an error. text_owner keeps it. */
+    std::optional<std::string_view> text;
+    std::shared_ptr<const void> text_owner{};
     /* What went wrong, and what else is worth a look. */
     Diagnostics diagnostics;
     std::size_t ignored = 0; /* messages that the user left out */

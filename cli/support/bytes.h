@@ -1,8 +1,10 @@
 /* Values as bytes, for the same program in another process. */
 #pragma once
 
+#include <algorithm>
 #include <cereal/archives/binary.hpp>
 #include <cstddef>
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -16,10 +18,21 @@ class BytesArchive : public cereal::OutputArchive<BytesArchive, cereal::AllowEmp
 public:
     BytesArchive() : OutputArchive(this) {}
     void append(const void *data, std::size_t size) {
-        bytes.append(static_cast<const char *>(data), size);
+        if (bytes_.size() - used_ < size) bytes_.resize(std::max(2 * bytes_.size(), used_ + size));
+        if (size > 0) std::memcpy(bytes_.data() + used_, data, size);
+        used_ += size;
+    }
+    /* What has been written, once. */
+    std::string take() {
+        bytes_.resize(used_);
+        return std::move(bytes_);
     }
 
-    std::string bytes;
+private:
+    static constexpr std::size_t FIRST_SIZE = 1024;
+
+    std::string bytes_ = std::string(FIRST_SIZE, '\0'); /* with space after what is used */
+    std::size_t used_ = 0;
 };
 
 /* By these names cereal finds how each kind of part is written. */
@@ -44,7 +57,7 @@ template <class Value>
 std::string to_bytes(const Value &value) {
     BytesArchive archive;
     archive(value);
-    return std::move(archive.bytes);
+    return archive.take();
 }
 
 template <class Value>

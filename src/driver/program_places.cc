@@ -82,8 +82,17 @@ uint32_t skip_lines(Walk *walk, uint32_t offset) {
     }
 }
 
+// The bytes of a word that are no ASCII have their highest bits set.
+bool is_ascii_word(const char *at) {
+    uint64_t word;
+    memcpy(&word, at, sizeof word);
+    return !(word & 0x8080808080808080u);
+}
+
 void skip_ascii(Walk *walk, uint32_t offset) {
     uint32_t from = walk->at;
+    while (walk->at + sizeof(uint64_t) <= offset && is_ascii_word(walk->text + walk->at))
+        walk->at += sizeof(uint64_t);
     while (walk->at < offset && static_cast<unsigned char>(walk->text[walk->at]) < 0x80) walk->at++;
     walk->units += walk->at - from;
     walk->characters += walk->at - from;

@@ -135,7 +135,7 @@ inline int place_at(const Reader *from, const char *start) {
 
 // Over a character or a quoted text, and over what follows where no line may end. One may end after
 // a comma and after a bracket.
-void read_on(Reader *from) {
+inline void read_on(Reader *from) {
     const char *at = from->at;
     switch (meaning_of(*at)) {
         case QUOTES: at = end_of_quoted(at); break;
