@@ -18,7 +18,7 @@ class BytesArchive : public cereal::OutputArchive<BytesArchive, cereal::AllowEmp
 public:
     BytesArchive() : OutputArchive(this) {}
     void append(const void *data, std::size_t size) {
-        if (bytes_.size() - used_ < size) bytes_.resize(std::max(2 * bytes_.size(), used_ + size));
+        if (bytes_.size() - used_ < size) grow(size);
         if (size > 0) std::memcpy(bytes_.data() + used_, data, size);
         used_ += size;
     }
@@ -29,7 +29,12 @@ public:
     }
 
 private:
-    static constexpr std::size_t FIRST_SIZE = 1024;
+    static constexpr std::size_t FIRST_SIZE = 4096;
+
+    /* Out of line, so that the rest is written in line for each number. */
+    [[gnu::noinline]] void grow(std::size_t more) {
+        bytes_.resize(std::max(2 * bytes_.size(), used_ + more));
+    }
 
     std::string bytes_ = std::string(FIRST_SIZE, '\0'); /* with space after what is used */
     std::size_t used_ = 0;
