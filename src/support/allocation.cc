@@ -21,7 +21,7 @@ bool PartsShareBlocks = true;
 #endif
 
 char *KeptNext;
-size_t KeptFree;
+char *KeptEnd;
 
 namespace {
 
@@ -76,6 +76,8 @@ bool HasRegion;  // the run has taken it
 constexpr size_t KEPT_BLOCK = 64000;
 constexpr size_t LARGEST_PART = KEPT_BLOCK / 4;
 
+size_t kept_free() { return static_cast<size_t>(KeptEnd - KeptNext); }
+
 bool take_region() {
     if (HasRegion) return false;
     HasRegion = true;
@@ -86,13 +88,13 @@ bool take_region() {
         Region = static_cast<char *>(mapped);
     }
     KeptNext = Region;
-    KeptFree = REGION_SIZE;
+    KeptEnd = Region + REGION_SIZE;
     return true;
 }
 
 void take_block() {
     KeptNext = static_cast<char *>(Alloc(KEPT_BLOCK));
-    KeptFree = KEPT_BLOCK;
+    KeptEnd = KeptNext + KEPT_BLOCK;
 }
 
 }  // namespace
@@ -115,9 +117,9 @@ void *Realloc(void *block, size_t size) {
 }
 
 void *AllocKeptElsewhere(size_t size) {
-    assert(KeptFree < size);
+    assert(kept_free() < size);
     if (!PartsShareBlocks || size > REGION_SIZE) return Alloc(size);
-    while (KeptFree < size) {
+    while (kept_free() < size) {
         if (take_region()) continue;
         if (size > LARGEST_PART) return Alloc(size);
         take_block();
@@ -153,7 +155,7 @@ void FreeAll() {
         return 1;
     };
     HashForEach(AllocationTable, nullptr, nullptr, release);
-    KeptFree = 0;
+    KeptNext = KeptEnd = nullptr;
     HasRegion = false;
 }
 

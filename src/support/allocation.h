@@ -44,19 +44,19 @@ void ReleaseRegion();
  * which knows the bounds of blocks only, sees each, and each can be made to fail. */
 extern bool PartsShareBlocks;
 
-/* Where the next part is taken from: its bytes are free. Without sharing there are never any. */
+/* Where the next part is taken from, as far as bytes are free. Without sharing there are never any.
+ */
 extern char *KeptNext;
-extern size_t KeptFree;
+extern char *KeptEnd;
 /* A part larger than what is free; size is a multiple of the alignment. */
 void *AllocKeptElsewhere(size_t size);
 
 inline void *AllocKept(size_t size) {
     assert(size > 0);
     size = (size + alignof(max_align_t) - 1) / alignof(max_align_t) * alignof(max_align_t);
-    if (KeptFree < size) return AllocKeptElsewhere(size);
     char *part = KeptNext;
-    KeptNext += size;
-    KeptFree -= size;
+    if (static_cast<size_t>(KeptEnd - part) < size) return AllocKeptElsewhere(size);
+    KeptNext = part + size;
     return part;
 }
 

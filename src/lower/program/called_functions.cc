@@ -58,7 +58,7 @@ Callee *new_callee(SourceFile *in, const char *name, Callee value) {
 
 // The first of several functions of a name counts. A method is called by its name as it is from
 // elsewhere.
-void enter_own_functions(SourceFile *file) {
+[[gnu::noinline]] void enter_own_functions(SourceFile *file) {
     const FileFunction *own = file->functions;
     if (is_method_file(file)) own = own->next;
     for (; own; own = own->next)

@@ -21,9 +21,19 @@ namespace {
 
 void walk_node(NameWalk *walk, Node *node);
 
+void read_value(NameWalk *walk, Node *name) {
+    read_name(walk, name);
+    name->symbol->flags |= SYMBOL_IS_VALUE;
+}
+
+// Most are numbers, in a table, or names.
 void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
-    for (; first != end; first = first->next)
-        if (first->kind != NODE_NUMBER) walk_node(walk, first);  // most are, in a table
+    for (; first != end; first = first->next) {
+        if (first->kind == NODE_NAME)
+            read_value(walk, first);
+        else if (first->kind != NODE_NUMBER)
+            walk_node(walk, first);
+    }
 }
 
 void note_bare_name(NameWalk *walk, Node *name) {
@@ -43,11 +53,6 @@ void walk_expression_statement(NameWalk *walk, Node *statement) {
     note_creator(walk, statement);
     note_clearing(walk, statement);
     walk_node(walk, expression);
-}
-
-void read_value(NameWalk *walk, Node *name) {
-    read_name(walk, name);
-    name->symbol->flags |= SYMBOL_IS_VALUE;
 }
 
 bool is_index(const Node *selector) {

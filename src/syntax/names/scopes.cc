@@ -39,7 +39,7 @@ void append_symbol(Scope *scope, Symbol *symbol) {
 Symbol *bound_symbol(const char *name) { return spelling_of(name)->bound; }
 
 // The name stands for it from here on.
-Symbol *new_symbol(Scope *scope, const char *name) {
+[[gnu::noinline]] Symbol *new_symbol(Scope *scope, const char *name) {
     Symbol *symbol = AllocRecord<Symbol>();
     *symbol = {};
     symbol->name = name;

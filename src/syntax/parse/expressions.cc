@@ -21,7 +21,7 @@ Node *parse_selectors(Node *base);
 
 OperatorLevel current_level() { return OperatorRows[Current.op].level; }
 
-Node *bad_operand() {
+[[gnu::noinline]] Node *bad_operand() {
     expected_value();
     return new_node(NODE_BAD, Current.start);
 }
@@ -193,7 +193,7 @@ Node *parse_power() {
 Node *parse_operand() { return is_prefix() ? parse_prefixes(parse_power) : parse_power(); }
 
 // NUMBER, or a call of its type: 0x1Fu8 is uint8(31).
-Node *take_number() {
+[[gnu::noinline]] Node *take_number() {
     uint16_t flags = Current.flags & IS_INTEGER ? NUMBER_INTEGER : 0;
     if (Current.flags & IS_IMAGINARY) flags |= NUMBER_IMAGINARY;
     const char *type = Current.type;
@@ -214,7 +214,7 @@ Node *take_number() {
 }
 
 // Octave's texts in double quotes are no objects, so that none is marked.
-Node *take_string() {
+[[gnu::noinline]] Node *take_string() {
     bool may_be_object = (Current.flags & IS_DOUBLE_QUOTED) && Scan.language == LANGUAGE_MATLAB;
     uint16_t flags = may_be_object ? DOUBLE_QUOTED : 0;
     Node *string = take_leaf(NODE_STRING);
@@ -222,7 +222,7 @@ Node *take_string() {
     return string;
 }
 
-Node *take_end() {
+[[gnu::noinline]] Node *take_end() {
     if (Parsing.index_depth == 0) return bad_operand();
     Node *end = take_leaf(NODE_END);
     end->text = nullptr;
@@ -236,7 +236,7 @@ void expect_closing(TokenKind closer, const char *text, uint32_t opener) {
     advance();
 }
 
-Node *parse_parentheses() {
+[[gnu::noinline]] Node *parse_parentheses() {
     Node *node = new_node(NODE_PARENS, Current.start);
     enter_level();
     if (!Failed) advance();
@@ -286,7 +286,7 @@ Node *take_handle(uint32_t start) {
     return handle;
 }
 
-Node *parse_at() {
+[[gnu::noinline]] Node *parse_at() {
     uint32_t start = Current.start;
     advance();
     if (Current.kind == TOKEN_OPEN_PAREN) return parse_anonymous(start);
@@ -294,15 +294,17 @@ Node *parse_at() {
     return bad_operand();
 }
 
-Node *refuse(MessageId id) {
+[[gnu::noinline]] Node *refuse(MessageId id) {
     syntax_error(id, Current.start, Current.end);
     return new_node(NODE_BAD, Current.start);
 }
 
+[[gnu::noinline]] Node *take_operand_name() { return take_name(); }
+
 // Out of line, as others here, so that the frames of nested expressions stay small.
 [[gnu::noinline]] Node *parse_base() {
     switch (Current.kind) {
-        case TOKEN_NAME: return take_name();
+        case TOKEN_NAME: return take_operand_name();
         case TOKEN_NUMBER: return take_number();
         case TOKEN_STRING: return take_string();
         case TOKEN_OPEN_PAREN: return parse_parentheses();
@@ -453,4 +455,8 @@ Node *parse_reference() {
 
 bool is_plain_name(const Node *node) { return node->kind == NODE_NAME && !strchr(node->text, '@'); }
 
-Node *parse_expression() { return parse_operators(parse_operand(), LEVEL_NONE); }
+// Most have no operators.
+Node *parse_expression() {
+    Node *operand = parse_operand();
+    return Current.op == OPERATOR_NONE ? operand : parse_operators(operand, LEVEL_NONE);
+}

@@ -127,7 +127,8 @@ void resize_table(uint32_t size) {
     if (old) FreeKept(old);
 }
 
-Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {
+// Out of line: most names have been spelled before.
+[[gnu::noinline]] Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {
     if (++SpellingCount > TableSize / 2) resize_table(TableSize * 2);
     Spelling *spelling = new_spelling(text, length, ends);
     *free_slot(hash_of(ends, length)) = spelling;

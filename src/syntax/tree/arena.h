@@ -18,9 +18,9 @@ void *take_from_new_block(size_t size);
 /* Size bytes, aligned for nodes, not cleared. */
 inline void *take_bytes(size_t size) {
     size = (size + alignof(void *) - 1) & ~(alignof(void *) - 1);
-    if (static_cast<size_t>(ArenaEnd - ArenaNext) < size) return take_from_new_block(size);
-    void *bytes = ArenaNext;
-    ArenaNext += size;
+    char *bytes = ArenaNext;
+    if (static_cast<size_t>(ArenaEnd - bytes) < size) return take_from_new_block(size);
+    ArenaNext = bytes + size;
     return bytes;
 }
 /* A copy of length bytes of text, and a NUL. A NUL among them becomes a blank. */

@@ -64,14 +64,18 @@ void enter_outcome(Outcome *outcome) {
     outcome->symbol->outcome = outcome;
 }
 
-// The symbol's outcome in the list of an owner, the innermost one that is open for the symbol.
-Outcome *outcome_of(Symbol *symbol, Outcome **list, const void *owner) {
-    if (symbol->outcome && symbol->outcome->owner == owner) return symbol->outcome;
+[[gnu::noinline]] Outcome *new_outcome(Symbol *symbol, Outcome **list, const void *owner) {
     Outcome *outcome = AllocRecord<Outcome>();
     *outcome = {symbol, owner, nullptr, *list, 0, 0, false, 0, 0};
     *list = outcome;
     enter_outcome(outcome);
     return outcome;
+}
+
+// The symbol's outcome in the list of an owner, the innermost one that is open for the symbol.
+Outcome *outcome_of(Symbol *symbol, Outcome **list, const void *owner) {
+    bool has_one = symbol->outcome && symbol->outcome->owner == owner;
+    return has_one ? symbol->outcome : new_outcome(symbol, list, owner);
 }
 
 void leave_outcomes(const Outcome *list) {

@@ -44,7 +44,7 @@ Value value_of_variable(Symbol *variable) {
     return value;
 }
 
-Value value_of_name(Node *name) {
+[[gnu::noinline]] Value value_of_name(Node *name) {
     if (is_variable(name->symbol)) return value_of_variable(name->symbol);
     return value_of_call(name, nullptr, nullptr);
 }
@@ -262,7 +262,6 @@ const LibraryFunction *library_of(Node *name) {
 static Value value_of_expression(Node *node) {
     switch (node->kind) {
         case NODE_STRING: return value_of_string(node);
-        case NODE_NAME: return value_of_name(node);
         case NODE_END: return COUNT;
         case NODE_COLON: return MAY_BE_TEXT | ROW;
         case NODE_PARENS: return trace_expression(node->first_child);
@@ -278,9 +277,14 @@ static Value value_of_expression(Node *node) {
     }
 }
 
+// As most are in a table, or names.
+static Value value_of_operand(Node *node) {
+    if (node->kind == NODE_NUMBER) return value_of_number(node);
+    return node->kind == NODE_NAME ? value_of_name(node) : value_of_expression(node);
+}
+
 Value trace_expression(Node *node) {
-    bool is_number = node->kind == NODE_NUMBER;  // as most are in a table
-    Value value = is_number ? value_of_number(node) : value_of_expression(node);
+    Value value = value_of_operand(node);
     node->value |= value;
     return read(value);
 }
