@@ -24,7 +24,7 @@ bool is_at_word(const char *at, const char *word) {
 }
 
 // What a byte means to a reader. What may stand where code ends is never plain.
-enum ByteMeaning : uint8_t { PLAIN, MAY_END_LINE, ENDS_CODE, QUOTES, OPENS, CLOSES };
+enum ByteMeaning : uint8_t { PLAIN, QUOTES, OPENS, CLOSES, COMMA, BLANK, ENDS_CODE };
 
 struct ByteMeanings {
     ByteMeaning of[256];
@@ -32,7 +32,8 @@ struct ByteMeanings {
 
 constexpr ByteMeanings byte_meanings() {
     ByteMeanings meanings = {};
-    for (char c : {',', ' '}) meanings.of[static_cast<unsigned char>(c)] = MAY_END_LINE;
+    meanings.of[static_cast<unsigned char>(',')] = COMMA;
+    meanings.of[static_cast<unsigned char>(' ')] = BLANK;
     for (char c : {'\0', '\n', '#'}) meanings.of[static_cast<unsigned char>(c)] = ENDS_CODE;
     for (char c : {'"', '`', '\''}) meanings.of[static_cast<unsigned char>(c)] = QUOTES;
     for (char c : {'(', '[', '{'}) meanings.of[static_cast<unsigned char>(c)] = OPENS;
@@ -44,21 +45,20 @@ constexpr ByteMeanings Meanings = byte_meanings();
 
 ByteMeaning meaning_of(char c) { return Meanings.of[static_cast<unsigned char>(c)]; }
 
-bool is_after_word(const Reader *from, const char *word) {
+bool is_after_word(const char *at, const char *line, const char *word) {
     size_t length = strlen(word);
-    return from->at - from->line >= static_cast<ptrdiff_t>(length) &&
-           memcmp(from->at - length, word, length) == 0;
+    return at - line >= static_cast<ptrdiff_t>(length) && memcmp(at - length, word, length) == 0;
 }
 
 // What an opening bracket adds, the head of a procedure's too.
-int opened_depth(const Reader *from) {
-    bool is_head = *from->at == '(' && is_after_word(from, "proc");
+int opened_depth(const char *at, const char *line) {
+    bool is_head = *at == '(' && is_after_word(at, line, "proc");
     return is_head ? 1 + HELD : 1;
 }
 
-// Whether the blank at which the reader is stands in the end of a procedure.
-bool ends_procedure(const Reader *from) {
-    return from->at[1] == 'p' && is_after_word(from, "end") && is_at_word(from->at, " proc");
+// Whether a blank stands in the end of a procedure.
+bool ends_procedure(const char *at, const char *line) {
+    return at[1] == 'p' && is_after_word(at, line, "end") && is_at_word(at, " proc");
 }
 
 // The end of the string or name that begins at a quote. Only strings have backslashes.
@@ -133,22 +133,27 @@ inline int place_at(const Reader *from, const char *start) {
     return tightness > 0 ? from->depth * TIGHTEST + tightness : NO_PLACE;
 }
 
-// Over a character or a quoted text, and over what follows where no line may end. One may end after
-// a comma and after a bracket.
-inline void read_on(Reader *from) {
+// To where a line may end next: after a comma or a parenthesis, or at a blank; else to the end of
+// the code.
+void read_on(Reader *from) {
     const char *at = from->at;
-    switch (meaning_of(*at)) {
-        case QUOTES: at = end_of_quoted(at); break;
-        case OPENS: from->depth += opened_depth(from), at++; break;
-        case CLOSES: from->depth--, at++; break;
-        case MAY_END_LINE:
-            if (ends_procedure(from)) from->depth -= HELD;
-            at++;
-            break;
-        default: at++;
+    if (*at == ' ') {
+        if (ends_procedure(at, from->line)) from->depth -= HELD;
+        at++;
     }
-    if (at[-1] != ',' && at[-1] != '(')
+    for (bool may_end = false; !may_end;) {
         while (meaning_of(*at) == PLAIN) at++;
+        switch (meaning_of(*at)) {
+            case QUOTES: at = end_of_quoted(at); break;
+            case CLOSES: from->depth--, at++; break;
+            case OPENS:
+                from->depth += opened_depth(at, from->line);
+                may_end = *at++ == '(';
+                break;
+            case COMMA: at++, may_end = true; break;
+            default: may_end = true;
+        }
+    }
     from->at = at;
 }
 
