@@ -18,7 +18,7 @@
 
 static constexpr int32_t NAME_BUCKETS = 1024;
 // The output of most small files fits and need not move.
-static constexpr int32_t OUTPUT_CAPACITY = 4096;
+static constexpr int32_t OUTPUT_CAPACITY = 4400;
 
 HashTable *new_name_table(int32_t buckets) {
     HashTable *table = HashCreate(buckets);
