@@ -42,10 +42,10 @@ Range range_of(const Message &message) {
     return {line, begin, std::min(begin + (place.end - place.begin), line.size())};
 }
 
-Diagnostic diagnostic_of(const Message &message, MessageSeverity severity, const RunFiles &files) {
+void describe(Diagnostic &diagnostic, const Message &message, MessageSeverity severity,
+              const RunFiles &files) {
     const Range range = range_of(message);
     const mTranslateProgramRange &place = *message.place;
-    Diagnostic diagnostic;
     diagnostic.code = message.code;
     diagnostic.severity = severity;
     diagnostic.text = message.text;
@@ -61,7 +61,6 @@ Diagnostic diagnostic_of(const Message &message, MessageSeverity severity, const
         diagnostic.calling_line = message.called_from_line;
     }
     if (!is_listed(diagnostic)) diagnostic.excerpt = excerpt(range.line, range.begin, range.end);
-    return diagnostic;
 }
 
 /* Of the sources of a run. They are looked for only where there are any. */
@@ -97,7 +96,7 @@ GivenMessages messages_of(const mTranslateProgramResult &result, const RunFiles 
         if (!severity || (can_be_out && comments.leave_out(message)))
             ++given.ignored;
         else
-            given.diagnostics.push_back(diagnostic_of(message, *severity, files));
+            describe(given.diagnostics.emplace_back(), message, *severity, files);
     }
     return given;
 }

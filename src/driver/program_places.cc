@@ -61,19 +61,30 @@ void begin_line(Walk *walk, const char *at) {
     walk->units = walk->characters = 0;
 }
 
-const char *next_line_end(const Walk *walk, const char *wanted) {
-    const char *at = walk->text + walk->at;
-    if (walk->has_returns) return line_end(at, wanted);
-    const void *feed = memchr(at, '\n', static_cast<size_t>(wanted - at));
-    return feed ? static_cast<const char *>(feed) : wanted;
+// To the start of the line that is wanted, in a text without \r.
+void skip_feeds(Walk *walk, const char *wanted) {
+    const char *start = nullptr;
+    uint32_t lines = 0;
+    for (const char *at = walk->text + walk->at;
+         (at = static_cast<const char *>(memchr(at, '\n', static_cast<size_t>(wanted - at))));) {
+        start = ++at;
+        lines++;
+    }
+    if (lines == 0) return;
+    walk->line += lines - 1;
+    begin_line(walk, start);
 }
 
 // To the start of the line that the offset is in. Answers the offset, or the start of the line end
 // that it is inside of.
 uint32_t skip_lines(Walk *walk, uint32_t offset) {
     const char *wanted = walk->text + offset;
+    if (!walk->has_returns) {
+        skip_feeds(walk, wanted);
+        return offset;
+    }
     for (;;) {
-        const char *end = next_line_end(walk, wanted);
+        const char *end = line_end(walk->text + walk->at, wanted);
         if (end == wanted) return offset;
         bool is_pair = *end == '\r' && end + 1 < walk->text + walk->length && end[1] == '\n';
         const char *next = end + (is_pair ? 2 : 1);
