@@ -34,13 +34,14 @@ const TextSpace *space_of(const mExpr *operand) {
 
 size_t total_length(std::initializer_list<const char *> pieces) {
     size_t length = 0;
-    for (const char *piece : pieces) length += strlen(piece);
+    for (const char *piece : pieces)
+        if (*piece) length += strlen(piece);  // most are empty
     return length;
 }
 
 void write_pieces(Writer *to, std::initializer_list<const char *> pieces) {
     for (const char *piece : pieces) {
-        if (*piece) write_text(to, piece);  // most are empty
+        if (*piece) write_text(to, piece);
     }
 }
 

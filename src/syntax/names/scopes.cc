@@ -151,8 +151,8 @@ void leave_scope(const Scope *scope) {
         spelling_of(symbol->name)->bound = symbol->around;
 }
 
-static Symbol *mention_text(NameWalk *walk, const char *name) {
-    Symbol *symbol = bound_symbol(name);
+[[gnu::noinline]] static Symbol *mention_elsewhere(NameWalk *walk, const char *name,
+                                                   Symbol *symbol) {
     if (!symbol) symbol = new_symbol(walk->function, name);
     const Scope *owner = symbol->scope;
     if (owner != walk->scope && is_anonymous(walk->scope)) {
@@ -162,6 +162,13 @@ static Symbol *mention_text(NameWalk *walk, const char *name) {
     if (owner != walk->function && !is_anonymous(owner)) note_sharing(walk->function, symbol);
     if (walk->in_script) symbol->flags |= SYMBOL_IN_SCRIPT;
     return symbol;
+}
+
+// Most are those of a function itself and have been named before.
+static Symbol *mention_text(NameWalk *walk, const char *name) {
+    Symbol *symbol = bound_symbol(name);
+    bool is_plain = symbol && symbol->scope == walk->scope && walk->scope == walk->function;
+    return is_plain && !walk->in_script ? symbol : mention_elsewhere(walk, name, symbol);
 }
 
 Symbol *mention(NameWalk *walk, Node *name) {

@@ -127,8 +127,7 @@ void resize_table(uint32_t size) {
     if (old) FreeKept(old);
 }
 
-// Out of line: most names have been spelled before.
-[[gnu::noinline]] Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {
+Spelling *enter_spelling(const char *text, uint32_t length, Ends ends) {
     if (++SpellingCount > TableSize / 2) resize_table(TableSize * 2);
     Spelling *spelling = new_spelling(text, length, ends);
     *free_slot(hash_of(ends, length)) = spelling;
@@ -141,9 +140,14 @@ inline Spelling *find(const char *text, uint32_t length, Ends ends) {
     for (; Spelling *spelling = Table[i]; i = (i + 1) & (TableSize - 1)) {
         if (spelling->head != ends.head || spelling->tail != ends.tail) continue;
         if (spelling->length != length) continue;
-        if (length <= 16 || memcmp(text_of(spelling), text, length) == 0) return spelling;
+        if (length <= sizeof ends || memcmp(text_of(spelling), text, length) == 0) return spelling;
     }
     return nullptr;
+}
+
+[[gnu::noinline]] Spelling *find_or_enter(const char *text, uint32_t length, Ends ends) {
+    Spelling *known = find(text, length, ends);
+    return known ? known : enter_spelling(text, length, ends);
 }
 
 }  // namespace
@@ -155,10 +159,13 @@ void begin_spellings() {
     resize_table(FIRST_SIZE);
 }
 
+// Most names are short, have been spelled before and are found at once.
 Spelling *spelling_of_bytes(const char *text, uint32_t length) {
     Ends ends = ends_of(text, length);
-    Spelling *known = find(text, length, ends);
-    return known ? known : enter_spelling(text, length, ends);
+    Spelling *first = Table[hash_of(ends, length) & (TableSize - 1)];
+    bool is_same = first && first->head == ends.head && first->tail == ends.tail &&
+                   first->length == length && length <= sizeof ends;
+    return is_same ? first : find_or_enter(text, length, ends);
 }
 
 const Spelling *find_spelling(const char *text, uint32_t length) {

@@ -259,7 +259,7 @@ const LibraryFunction *library_of(Node *name) {
     return function;
 }
 
-static Value value_of_expression(Node *node) {
+[[gnu::noinline]] static Value value_of_expression(Node *node) {
     switch (node->kind) {
         case NODE_STRING: return value_of_string(node);
         case NODE_END: return COUNT;
