@@ -1,16 +1,14 @@
 // Functions of other files, read for what they give.
 #include "lower/program/outside_functions.h"
 
-#include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 
 #include "lower/classes/class_folders.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/program_files.h"
+#include "lower/program/result_texts.h"
 #include "run/run_state.h"
 #include "support/allocation.h"
-#include "support/long_string.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/summaries.h"
@@ -18,7 +16,7 @@
 namespace {
 
 const FunctionFinders FINDERS = {has_function, own_definition, nullptr};
-constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, 0, nullptr}, 0};
+constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, 0};
 
 NameMap ResultsByPath;  // FunctionResults; NOTHING for files that tell nothing
 bool HasScripts;        // the function being settled calls some
@@ -28,12 +26,6 @@ Node *note_script(const Node *name) {
     bool may_be = !strchr(name->text, '@') && !own_definition(name->symbol);
     HasScripts |= may_be && means_script(name);
     return nullptr;
-}
-
-const FunctionResults *keep_results(const FunctionResults &results) {
-    FunctionResults *kept = AllocRecord<FunctionResults>();
-    *kept = results;
-    return kept;
 }
 
 // Of a file that has been read without errors.
@@ -63,87 +55,10 @@ const FunctionResults *read_results(const char *path) {
     return results;
 }
 
-// Words with blanks after them; only a run reads what another one has written.
-LongString append_number(LongString text, uint32_t number) {
-    char word[16];
-    snprintf(word, sizeof word, "%u ", number);
-    return AppendStringToString(text, word);
-}
-
-LongString append_output(LongString text, const OutputValue *output) {
-    text = append_number(text, output->value);
-    text = append_number(text, output->elements);
-    int32_t count = 0;
-    for (const FieldResult *field = output->fields; field; field = field->next) count++;
-    text = append_number(text, static_cast<uint32_t>(count));
-    for (const FieldResult *field = output->fields; field; field = field->next) {
-        text = AppendStringToString(AppendStringToString(text, field->name), " ");
-        text = append_number(append_number(text, field->value), field->elements);
-    }
-    return text;
-}
-
-const char *text_of_results(const FunctionResults *results) {
-    LongString text = append_number(NewLongString(), results->taken);
-    text = append_output(text, &results->rest);
-    text = append_number(text, static_cast<uint32_t>(results->count));
-    for (int32_t k = 0; k < results->count; k++) text = append_output(text, &results->outputs[k]);
-    return text;
-}
-
-uint32_t next_number(const char **text) {
-    char *rest;
-    uint32_t number = static_cast<uint32_t>(strtoul(*text, &rest, 10));
-    *text = rest;
-    return number;
-}
-
-const char *next_name(const char **text) {
-    const char *start = *text + strspn(*text, " ");
-    size_t length = strcspn(start, " ");
-    *text = start + length;
-    return intern(KeepText(start, length));
-}
-
-FieldResult *next_fields(const char **text) {
-    FieldResult *first = nullptr;
-    FieldResult **end = &first;
-    for (uint32_t count = next_number(text); count > 0 && **text; count--) {
-        FieldResult *field = *end = AllocRecord<FieldResult>();
-        *field = {next_name(text), 0, 0, nullptr};
-        field->value = static_cast<Value>(next_number(text));
-        field->elements = static_cast<Value>(next_number(text));
-        end = &field->next;
-    }
-    return first;
-}
-
-OutputValue next_output(const char **text) {
-    OutputValue output = {};
-    output.value = static_cast<Value>(next_number(text));
-    output.elements = static_cast<Value>(next_number(text));
-    output.fields = next_fields(text);
-    return output;
-}
-
-const FunctionResults *results_in(const char *text) {
-    FunctionResults results = {};
-    results.taken = next_number(&text);
-    results.rest = next_output(&text);
-    uint32_t count = next_number(&text);
-    if (count > strlen(text)) return &NOTHING;
-    size_t size = sizeof(OutputValue) * (size_t(count) + 1);
-    OutputValue *outputs = static_cast<OutputValue *>(AllocKept(size));
-    results.count = static_cast<int32_t>(count);
-    results.outputs = outputs;
-    for (uint32_t k = 0; k < count; k++) outputs[k] = next_output(&text);
-    return keep_results(results);
-}
-
 // As an earlier run has found them, or as the file tells now.
 const FunctionResults *find_results(const char *path) {
     const char *known = Observing.recall ? Observing.recall(Observing.context, path) : nullptr;
-    if (known) return results_in(known);
+    if (const FunctionResults *results = known ? results_in(known) : nullptr) return results;
     const FunctionResults *results = read_results(path);
     if (Observing.remember) Observing.remember(Observing.context, path, text_of_results(results));
     return results;

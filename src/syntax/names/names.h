@@ -9,7 +9,6 @@
 struct AssignedValue;
 struct SetBranchCell;
 struct Capture;
-struct FieldResult;
 struct FieldUse;
 struct Giving;
 struct KnownParts;
@@ -111,8 +110,6 @@ struct Symbol {
     uint16_t since;  /* what it has been since the outermost loop or try around began */
     uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
     uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
-    uint16_t element_result;        /* and of a cell there, what its elements may be */
-    FieldResult *field_results;     /* and of one record, its fields of which that is known */
     bool has_parts_result;          /* it may have an inside there */
     const KnownParts *parts_result; /* and what is known of that; null for nothing */
     Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */

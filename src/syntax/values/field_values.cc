@@ -2,6 +2,8 @@
 #include "syntax/values/field_values.h"
 
 #include "support/allocation.h"
+#include "support/same_text.h"
+#include "syntax/scan/spellings.h"
 
 namespace {
 
@@ -177,9 +179,20 @@ const KnownParts *parts_of_called(Value result, const KnownParts *inside) {
     return new_known_parts(false, new_known_part(RESULT, result, inside, nullptr));
 }
 
+Value elements_of_cell(const KnownParts *cell) {
+    if (!cell) return UNKNOWN_FIELD;
+    if (const KnownPart *elements = find_part(cell, ELEMENTS)) return elements->value;
+    return cell->has_others ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
+}
+
 const KnownParts *inside_of_cell(const KnownParts *cell) {
     const KnownPart *elements = cell ? find_part(cell, ELEMENTS) : nullptr;
     return elements ? elements->inside : nullptr;
+}
+
+const char *part_name(const char *text) {
+    if (is_same_text(text, ELEMENTS)) return ELEMENTS;
+    return is_same_text(text, RESULT) ? RESULT : intern(text);
 }
 
 void give_parts(Symbol *holder, int depth, const KnownParts *parts) {

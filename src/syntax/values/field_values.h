@@ -30,14 +30,6 @@ inline bool is_one_record(Value value) {
 /* The fields of the holder that have been named so far; null after the last one. */
 Symbol *first_field(const Symbol *holder);
 Symbol *next_field(const Symbol *field);
-/* What is known of a field of what a function gives. */
-struct FieldResult {
-    const char *name; /* interned */
-    Value value;
-    Value elements; /* of a cell: MAY_BE_MISSING for none, UNKNOWN_FIELD for any */
-    FieldResult *next;
-};
-
 /* The field of what a variable, or another field, holds: its value flows as that of a variable.
  * Null where there are too many, or it lies too deep: nothing is known of that one. name: interned;
  * depth: of fields around the holder, 0 for a variable. */
@@ -61,7 +53,7 @@ struct KnownParts {
     const KnownPart *first;
 };
 struct KnownPart {
-    const char *name;
+    const char *name; /* as part_name gives it */
     Value value;
     const KnownParts *inside; /* null: nothing is known */
     const KnownPart *next;
@@ -80,8 +72,12 @@ bool is_part_of(const KnownParts *one, const KnownParts *other);
 const KnownParts *parts_of_cell(Value elements, const KnownParts *inside);
 /* A function that gives such a result. */
 const KnownParts *parts_of_called(Value result, const KnownParts *inside);
-/* What is known of the elements. */
+/* What the elements are, and what is known of their inside. MAY_BE_MISSING for no elements, and
+ * UNKNOWN_FIELD for any. */
+Value elements_of_cell(const KnownParts *cell);
 const KnownParts *inside_of_cell(const KnownParts *cell);
+/* The name of a part that somebody has written down. */
+const char *part_name(const char *text);
 /* The variable or field has another value from here on, with such parts. */
 void assign_known(Symbol *holder, int depth, Value value, const KnownParts *parts);
 /* The holder has other parts from here on. */

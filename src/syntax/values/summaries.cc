@@ -115,52 +115,10 @@ bool settles(Summary *first) {
     return false;
 }
 
-void add_result(Summary *summary, Symbol *output, Value value, Value elements) {
-    bool is_known = (output->result | value) == output->result &&
-                    (output->element_result | elements) == output->element_result;
-    if (is_known) return;
+void add_result(Summary *summary, Symbol *output, Value value) {
+    if (is_within(value, output->result)) return;
     output->result |= value;
-    output->element_result |= elements;
     summary->grown = ++Moment;
-}
-
-void add_field(Summary *summary, FieldResult *field, Value value, Value elements) {
-    bool is_known =
-        (field->value | value) == field->value && (field->elements | elements) == field->elements;
-    if (is_known) return;
-    field->value |= value;
-    field->elements |= elements;
-    summary->grown = ++Moment;
-}
-
-Value elements_at(Symbol *holder, int depth) {
-    if (!may_be(value_now(holder), MAY_BE_CELL)) return 0;
-    const Symbol *elements = elements_of(holder, depth);
-    return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
-}
-
-void begin_field_results(Symbol *output) {
-    for (Symbol *part = first_field(output); part; part = next_field(part)) {
-        if (value_now(part) == UNKNOWN_FIELD) continue;
-        FieldResult *field = AllocRecord<FieldResult>();
-        *field = {part->name, value_now(part), elements_at(part, 1), output->field_results};
-        output->field_results = field;
-    }
-}
-
-// Of what the output is now; those of its first end are followed.
-void add_field_results(Summary *summary, Symbol *output, bool is_first) {
-    if (!is_one_record(value_now(output) & ANY_VALUE)) {
-        output->field_results = nullptr;
-    } else if (is_first) {
-        begin_field_results(output);
-    } else {
-        for (FieldResult *field = output->field_results; field; field = field->next) {
-            Symbol *part = field_of(output, field->name, 0);
-            add_field(summary, field, part ? value_now(part) : UNKNOWN_FIELD,
-                      part ? elements_at(part, 1) : UNKNOWN_FIELD);
-        }
-    }
 }
 
 // Also of an output that may have been given a value elsewhere, what is inside must be known.
@@ -179,8 +137,7 @@ void add_inside(Summary *summary, Symbol *output, Value value, const KnownParts 
 
 void give_up(Summary *summary) {
     for (const Node *output = outputs_of(summary->scope); output; output = output->next) {
-        add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING, UNKNOWN_FIELD);
-        output->symbol->field_results = nullptr;
+        add_result(summary, output->symbol, ANY_VALUE | MAY_BE_MISSING);
         add_inside(summary, output->symbol, ANY_VALUE, nullptr);
     }
 }
@@ -202,28 +159,22 @@ void find_results(Summary *first) {
 // What an output may be where the function ends.
 struct Ending {
     Value value;
-    Value elements;
-    FieldResult *fields;
     bool has_parts;
     const KnownParts *parts;
 };
 
 Ending ending_of(const Symbol *output) {
-    return {output->result, output->element_result, output->field_results, output->has_parts_result,
-            output->parts_result};
+    return {output->result, output->has_parts_result, output->parts_result};
 }
 
 void set_ending(Symbol *output, Ending ending) {
     output->result = ending.value;
-    output->element_result = ending.elements;
-    output->field_results = ending.fields;
     output->has_parts_result = ending.has_parts;
     output->parts_result = ending.parts;
 }
 
 bool is_as_before(const Symbol *output, Ending before) {
-    return output->result == before.value && output->element_result == before.elements &&
-           output->has_parts_result == before.has_parts &&
+    return output->result == before.value && output->has_parts_result == before.has_parts &&
            is_part_of(before.parts, output->parts_result);
 }
 
@@ -274,8 +225,8 @@ const Symbol *varargout_of(const Scope *scope) {
 // What all results after the named ones may be.
 Value value_of_rest(const Scope *scope) {
     const Symbol *list = varargout_of(scope);
-    Value value = list && list->element_result != UNKNOWN_FIELD ? list->element_result : 0;
-    return kinds_of(value) ? Value(value & ANY_VALUE) : ANY_VALUE;
+    Value value = list ? elements_of_cell(list->parts_result) & ANY_VALUE : 0;
+    return kinds_of(value) ? value : ANY_VALUE;
 }
 
 }  // namespace
@@ -349,9 +300,7 @@ void note_function_end(const Scope *scope, Node *end) {
     if (!scope->summary) return;
     for (const Node *output = first; output; output = output->next) {
         Symbol *symbol = output->symbol;
-        bool is_first = !symbol->result;
-        add_result(scope->summary, symbol, value_now(symbol), elements_at(symbol, 0));
-        add_field_results(scope->summary, symbol, is_first);
+        add_result(scope->summary, symbol, value_now(symbol));
         add_inside(scope->summary, symbol, value_now(symbol), parts_now(symbol));
     }
 }
@@ -397,17 +346,6 @@ uint32_t elements_taken(const Scope *scope) {
     return taken;
 }
 
-Value elements_of_own(const Node *name) {
-    if (is_in_called_script()) return UNKNOWN_FIELD;
-    const Summary *summary = summary_of(name->symbol);
-    if (!summary) {
-        const OutputValue *outside = outside_output(name, 0);
-        return outside && outside->elements ? outside->elements : Value(UNKNOWN_FIELD);
-    }
-    const Symbol *output = output_of(summary->scope, 0);
-    return output && output->element_result ? output->element_result : Value(UNKNOWN_FIELD);
-}
-
 FunctionResults results_of(const Scope *scope) {
     int32_t count = 0;
     while (output_of(scope, count)) count++;
@@ -415,27 +353,18 @@ FunctionResults results_of(const Scope *scope) {
         static_cast<OutputValue *>(AllocKept(sizeof(OutputValue) * static_cast<size_t>(count + 1)));
     for (int32_t k = 0; k < count; k++) {
         const Symbol *output = output_of(scope, k);
-        outputs[k] = {output->result, output->element_result, output->field_results};
+        outputs[k] = {output->result, output->parts_result};
     }
-    return {count, outputs, {value_of_rest(scope), 0, nullptr}, elements_taken(scope)};
-}
-
-static const KnownParts *parts_of_outside(const OutputValue *output) {
-    if (!output) return nullptr;
-    if (kinds_of(output->value) == MAY_BE_CELL) return parts_of_cell(output->elements, nullptr);
-    const KnownPart *first = nullptr;
-    for (const FieldResult *field = output->fields; field; field = field->next) {
-        bool is_cell = kinds_of(field->value) == MAY_BE_CELL;
-        const KnownParts *inside = is_cell ? parts_of_cell(field->elements, nullptr) : nullptr;
-        first = new_known_part(field->name, field->value, inside, first);
-    }
-    return new_known_parts(true, first);
+    return {count, outputs, {value_of_rest(scope), nullptr}, elements_taken(scope)};
 }
 
 const KnownParts *parts_of_own(const Node *name, int index) {
     if (is_in_called_script()) return nullptr;
     const Summary *summary = summary_of(name->symbol);
-    if (!summary) return parts_of_outside(outside_output(name, index));
+    if (!summary) {
+        const OutputValue *outside = outside_output(name, index);
+        return outside ? outside->parts : nullptr;
+    }
     const Symbol *output = output_of(summary->scope, index);
     return output ? output->parts_result : nullptr;
 }

@@ -30,8 +30,5 @@ uint32_t elements_taken(const Scope *scope);
 constexpr int32_t MOST_TAKEN = 32;
 /* What a function that has been added gives, for whoever calls it from another file. */
 FunctionResults results_of(const Scope *scope);
-/* What the elements of the first result are, where that is a cell; MAY_BE_MISSING for none, and
- * UNKNOWN_FIELD for any. */
-Value elements_of_own(const Node *name);
 /* What is known of the inside of a result; null for nothing. */
 const KnownParts *parts_of_own(const Node *name, int index);

@@ -7,9 +7,8 @@
 
 /* What a function of another file gives, as that file tells by itself. */
 struct OutputValue {
-    Value value;               /* what the output may be where the function ends */
-    Value elements;            /* and of a cell there, what its elements may be */
-    const FieldResult *fields; /* and of one record, some of its fields; null for none */
+    Value value;             /* what the output may be where the function ends */
+    const KnownParts *parts; /* and what is known of its inside there; null for nothing */
 };
 struct FunctionResults {
     int32_t count; /* of outputs, varargout not */

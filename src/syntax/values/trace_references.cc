@@ -286,7 +286,7 @@ bool may_handle_errors(const Node *arguments) {
 Value elements_of_call(Node *expression) {
     LibraryCall call = library_call(expression);
     if (!call.name) return UNKNOWN_FIELD;
-    if (!call.function) return elements_of_own(call.name);
+    if (!call.function) return elements_of_cell(parts_of_own(call.name, 0));
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
     if (applies_function(call.name) && call.arguments && !may_handle_errors(call.arguments))
