@@ -15,7 +15,7 @@
 
 namespace {
 
-const FunctionFinders FINDERS = {has_function, own_definition, nullptr};
+FunctionFinders finders() { return {has_function, own_definition, nullptr, &CurrentFile->globals}; }
 constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, 0};
 
 NameMap ResultsByPath;  // FunctionResults; NOTHING for files that tell nothing
@@ -41,7 +41,7 @@ const FunctionResults *trace_file(const SourceFile *file) {
         if (!HasScripts && function == file->functions) first = scope;
     }
     if (!first) return &NOTHING;
-    trace_functions(FINDERS, may_know_calls);
+    trace_functions(finders(), may_know_calls);
     return keep_results(results_of(first));
 }
 
@@ -96,7 +96,7 @@ void begin_outside_functions() { ResultsByPath = {}; }
 
 void read_outside_functions(const Scope *scope) {
     if (!AddTranslator || CurrentFile->is_library) return;
-    Finders = FINDERS;
+    Finders = finders();
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) read_called(symbol);
     for (const NodeCell *nested = scope->nested; nested; nested = nested->next)
         read_outside_functions(scope_of(nested->node));

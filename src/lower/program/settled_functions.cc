@@ -9,7 +9,9 @@
 
 namespace {
 
-const FunctionFinders FINDERS = {has_function, own_definition, outside_results};
+FunctionFinders finders() {
+    return {has_function, own_definition, outside_results, &CurrentFile->globals};
+}
 
 bool HasScripts;  // the function being settled calls some
 
@@ -20,13 +22,17 @@ Node *find_called_script(const Node *name) {
 }
 
 // The statements of the run's own script call its functions, and nobody else does: later commands
-// do not, nor do those of a file that calls it. Null where they call scripts, too.
+// do not, nor do those of a file that calls it. Null where they call scripts, too: what the
+// statements give to globals is known all the same.
 Scope *settle_callers() {
-    if (!CurrentFile->functions || !CurrentFile->is_open || !FileMode) return nullptr;
+    if (!CurrentFile->functions || !CurrentFile->is_open) return nullptr;
     HasScripts = false;
     Scope *scope = settle_script(CurrentFile->tree, find_called_script);
-    read_outside_functions(scope);
-    return HasScripts ? nullptr : scope;
+    bool are_callers = FileMode && !HasScripts;
+    if (are_callers || scope->globals) read_outside_functions(scope);
+    if (are_callers) return scope;
+    if (scope->globals) trace_function(scope, finders());
+    return nullptr;
 }
 
 }  // namespace
@@ -46,17 +52,18 @@ void settle_functions(bool is_script) {
         if (function->is_traced) add_function(scope_of(function->node));
         may_know_calls &= function->is_traced;
     }
-    trace_functions(FINDERS, may_know_calls);
+    trace_functions(finders(), may_know_calls);
 }
 
 void settle_late(const FileFunction *function) {
-    if (!function->is_traced) trace_function(settle_function(function->node, find_script), FINDERS);
+    if (!function->is_traced)
+        trace_function(settle_function(function->node, find_script), finders());
 }
 
 Scope *settle_statements() {
     Scope *scope = settle_script(CurrentFile->tree, find_script);
     if (!FileMode) scope->flags |= IS_LEFT_OPEN;
     read_outside_functions(scope);
-    trace_function(scope, FINDERS);
+    trace_function(scope, finders());
     return scope;
 }

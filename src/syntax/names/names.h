@@ -110,6 +110,7 @@ struct Symbol {
     uint16_t since;  /* what it has been since the outermost loop or try around began */
     uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
     uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
+    uint16_t given_kinds; /* of a global: what it surely is given (values/held_values.h) */
     bool has_parts_result;          /* it may have an inside there */
     const KnownParts *parts_result; /* and what is known of that; null for nothing */
     Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */

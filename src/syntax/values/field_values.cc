@@ -84,7 +84,8 @@ namespace {
 // A field of which the walk has seen nothing.
 Value value_of_rest(const Symbol *holder) {
     if (holder->parts) return value_now(holder->parts);
-    bool is_known = is_traced(holder) && !is_given_up() && !holder->has_given_parts;
+    bool is_followed = is_traced(holder) || is_held(holder);
+    bool is_known = is_followed && !is_given_up() && !holder->has_given_parts;
     return !is_known ? UNKNOWN_FIELD : Value(MAY_BE_MISSING);
 }
 

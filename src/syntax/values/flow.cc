@@ -30,11 +30,13 @@ Change *LastChange;
 Change *FreeChanges;
 bool IsDead;
 bool IsGivenUp;
+bool HasHeldMore;
 int OpenRegions;
 uint32_t Trace;       // number of the function being traced, in the process
 uint32_t LateStarts;  // of variables, in the function so far
 
 constexpr uint32_t UNTRACED = SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+constexpr uint32_t HELD = SYMBOL_GLOBAL | SYMBOL_PERSISTENT;
 constexpr int MOST_ROUNDS = 6;
 // Each region is traced as often as there are regions around it, and a few times more.
 constexpr int DEEPEST_REGION = 12;
@@ -89,7 +91,7 @@ void leave_outcomes(const Outcome *list) {
 
 void begin_flow() {
     LastChange = FreeChanges = nullptr;
-    IsDead = IsGivenUp = false;
+    IsDead = IsGivenUp = HasHeldMore = false;
     OpenRegions = 0;
     LateStarts = 0;
     Trace++;
@@ -101,13 +103,29 @@ bool is_given_up() { return IsGivenUp; }
 
 bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
 
+bool is_held(const Symbol *symbol) {
+    return (symbol->flags & HELD) && !(symbol->flags & UNTRACED & ~HELD);
+}
+
+bool has_held_more() { return HasHeldMore; }
+
 Value value_now(const Symbol *symbol) {
-    return is_traced(symbol) && !IsGivenUp ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
+    bool is_followed = (is_traced(symbol) || is_held(symbol)) && !IsGivenUp;
+    return is_followed ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
+}
+
+// A global keeps what it began with.
+static void hold_value(Symbol *symbol, Value value) {
+    if (kinds_of(value) != ANY_KIND) symbol->given_kinds |= kinds_of(value);
+    if ((symbol->flags & SYMBOL_GLOBAL) || is_within(value, symbol->now)) return;
+    symbol->now |= value;
+    HasHeldMore = true;
 }
 
 void set_value(Symbol *symbol, Value value) {
     symbol->ever |= value;
     // A region must know of a change that another one takes back, or that a jump leaves behind.
+    if (is_held(symbol)) return hold_value(symbol, value);
     if (!is_traced(symbol) || IsGivenUp) return;
     if (symbol->now == value && OpenRegions == 0) return;
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;

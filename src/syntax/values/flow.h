@@ -20,6 +20,11 @@ void give_up_flow();
 bool is_given_up();
 /* Whether the variable's values are traced: nobody else can change them. */
 bool is_traced(const Symbol *symbol);
+/* Whether it is one that outlives calls (values/held_values.h): its value does not flow. What it
+ * holds is all that it has been given. */
+bool is_held(const Symbol *symbol);
+/* Whether a persistent one has been given more since begin_flow. */
+bool has_held_more();
 /* The value of a variable where the flow is now. */
 Value value_now(const Symbol *symbol);
 /* The variable has another value from here on; nothing happens to one that is not traced. */

@@ -11,6 +11,7 @@
 #include "syntax/values/calls_traced.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
+#include "syntax/values/held_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/trace_function.h"
 
@@ -201,6 +202,13 @@ void trace_stale(Summary *first) {
         if (summary->is_stale) retrace(summary);
 }
 
+// What one function gives a global, others have.
+void trace_globals(Summary *first) {
+    for (Summary *summary = first; summary; summary = summary->next)
+        summary->is_stale |= summary->scope->globals && knows_more_globals(summary->scope);
+    trace_stale(first);
+}
+
 // The first function is everybody's.
 void follow_all_calls(bool may_know_calls) {
     if (!may_know_calls || !FirstAdded || !FirstAdded->added) return;
@@ -274,9 +282,11 @@ void trace_functions(FunctionFinders finders, bool may_know_calls) {
     follow_all_calls(may_know_calls);
     Order order = in_order();
     find_results(order.first);
+    trace_globals(order.first);
     trace_parameters(order.last);
     trace_stale(order.first);
     trace_parameters(order.last);
+    trace_globals(order.first);
 }
 
 // Those up to the last one that may have a value.

@@ -25,6 +25,7 @@ struct FunctionFinders {
     const FunctionResults *(*outside)(const char *name); /* of a name that means one of another
                                                   file; null where nothing is known, or nobody
                                                   is asked */
+    NameMap *globals; /* what is known of those of the file (held_values.h); null for nothing */
 };
 extern FunctionFinders Finders;
 /* The function or script whose values are being traced. */

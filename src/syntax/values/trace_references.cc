@@ -140,11 +140,18 @@ struct Part {
 
 constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0, false};
 
+// A cell, or something else without fields. Where it is one of several values of a list, its index
+// is taken of one.
+bool may_be_plain_cell(Value value) {
+    return may_be(value, MAY_BE_CELL) && !may_be(value, MAY_BE_RECORD | MAY_BE_FUNCTION);
+}
+
 Part field_part(Part of, const Node *selector) {
     Symbol *field = of.holder ? field_of(of.holder, selector->text, of.depth) : nullptr;
     if (!field) return UNKNOWN_PART;
     bool is_one = selector->next ? has_fields(of.value) : is_one_record(of.value & ANY_VALUE);
-    Value value = is_one ? value_now(field) : Value(ANY_VALUE);
+    Value value = value_now(field);
+    if (!is_one && !may_be_plain_cell(value)) value = ANY_VALUE;
     if (!of.is_one_of) note_presence(field);
     return {value, field, false, of.depth + 1, of.is_one_of};
 }

@@ -6,6 +6,7 @@
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/handles.h"
+#include "syntax/values/held_values.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/summaries.h"
@@ -356,6 +357,7 @@ Value value_at_start(const Scope *scope, const Symbol *symbol) {
 void begin_values(const Scope *scope) {
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (!is_variable(symbol)) continue;
+        if (give_held_value(symbol)) continue;
         symbol->now = symbol->since = value_at_start(scope, symbol);
         symbol->parts = nullptr;
         bool is_bare = symbol->now == MAY_BE_MISSING || is_varargout(scope, symbol);
@@ -430,13 +432,31 @@ static void trace_once(Scope *scope) {
     finish_values(scope);
 }
 
+// Until nothing new comes of what the scope's variables hold from call to call.
+static void trace_held(Scope *scope) {
+    constexpr int MOST_ROUNDS = 4;
+    begin_held_values(scope);
+    for (int round = 0;; round++) {
+        trace_once(scope);
+        if (!scope->globals) return;
+        join_globals(scope);
+        bool is_same = !has_held_more() && !knows_more_globals(scope) && !is_given_up();
+        if (is_same || round > MOST_ROUNDS) return;
+        if (is_given_up() || round + 1 == MOST_ROUNDS) {
+            hold_anything(scope);
+            round = MOST_ROUNDS;
+        }
+        forget_trace(scope);
+    }
+}
+
 void trace_alone(Scope *scope) {
     begin_handles(false);
-    trace_once(scope);
+    trace_held(scope);
     if (have_handles_told()) {
         begin_handles(true);
         forget_trace(scope);
-        trace_once(scope);
+        trace_held(scope);
     }
     end_handles();
 }
