@@ -191,6 +191,37 @@ const KnownParts *inside_of_cell(const KnownParts *cell) {
     return elements ? elements->inside : nullptr;
 }
 
+KnownPart part_in(const KnownParts *parts, const char *name) {
+    const KnownPart *part = parts ? find_part(parts, name) : nullptr;
+    if (part) return {nullptr, part->value, part->inside, nullptr};
+    bool is_missing = parts && !parts->has_others;
+    return {nullptr, is_missing ? Value(MAY_BE_MISSING) : UNKNOWN_FIELD, nullptr, nullptr};
+}
+
+KnownPart any_field_in(const KnownParts *parts) {
+    KnownPart any = {nullptr, MAY_BE_MISSING, nullptr, nullptr};
+    if (!parts || parts->has_others) any.value = UNKNOWN_FIELD;
+    for (const KnownPart *part = parts ? parts->first : nullptr; part; part = part->next) {
+        if (part->name == ELEMENTS || part->name == RESULT) continue;
+        any.inside = joined_inside(&any, part);
+        any.value |= part->value;
+    }
+    return any;
+}
+
+const KnownParts *with_part(const KnownParts *parts, const char *name, Value value,
+                            const KnownParts *inside) {
+    const KnownPart *first = new_known_part(name, value, inside, nullptr);
+    for (const KnownPart *part = parts ? parts->first : nullptr; part; part = part->next)
+        if (part->name != name)
+            first = new_known_part(part->name, part->value, part->inside, first);
+    return new_known_parts(!parts || parts->has_others, first);
+}
+
+const KnownParts *parts_of_any_field(const Symbol *holder) {
+    return any_field_in(parts_now(holder)).inside;
+}
+
 const char *part_name(const char *text) {
     if (is_same_text(text, ELEMENTS)) return ELEMENTS;
     return is_same_text(text, RESULT) ? RESULT : intern(text);

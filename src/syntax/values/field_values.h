@@ -78,14 +78,21 @@ Value elements_of_cell(const KnownParts *cell);
 const KnownParts *inside_of_cell(const KnownParts *cell);
 /* The name of a part that somebody has written down. */
 const char *part_name(const char *text);
+/* A field of what has the parts, null: nothing is known; and any of its fields. Without a name. */
+KnownPart part_in(const KnownParts *parts, const char *name);
+KnownPart any_field_in(const KnownParts *parts);
+/* The parts with a field set. */
+const KnownParts *with_part(const KnownParts *parts, const char *name, Value value,
+                            const KnownParts *inside);
 /* The variable or field has another value from here on, with such parts. */
 void assign_known(Symbol *holder, int depth, Value value, const KnownParts *parts);
 /* The holder has other parts from here on. */
 void give_parts(Symbol *holder, int depth, const KnownParts *parts);
 /* The holder may hold that value, with such parts, too. */
 void add_value(Symbol *holder, int depth, Value value, const KnownParts *parts);
-/* Any field of the holder, which is surely a record: its value. */
+/* Any field of the holder, which is surely a record: its value, and what is known of its inside. */
 Value any_field(const Symbol *holder, int depth);
+const KnownParts *parts_of_any_field(const Symbol *holder);
 /* The variable or field has another value from here on, with fields of which nothing is known. */
 void assign(Symbol *holder, Value value);
 /* Nothing is known of its fields from here on. */

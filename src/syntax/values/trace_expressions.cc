@@ -4,6 +4,7 @@
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/handles.h"
+#include "syntax/values/library_parts.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
@@ -236,6 +237,7 @@ bool is_feval(const Node *name, const Node *arguments) {
 
 Value value_of_call(Node *name, const Node *selectors, Node *arguments) {
     if (Value told = told_value(name, selectors)) return told;
+    if (const KnownPart *part = record_part(name, arguments)) return part->value;
     const LibraryFunction *function = library_of(name);
     if (function) return library_value(function, arguments);
     return is_feval(name, arguments) ? value_of_function(arguments)

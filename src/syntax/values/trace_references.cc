@@ -5,6 +5,7 @@
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/handles.h"
+#include "syntax/values/library_parts.h"
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
@@ -136,9 +137,15 @@ struct Part {
     bool is_data;    // it is surely no function
     int depth;       // of fields
     bool is_one_of;  // several, as an element of a cell: what is in it need not be in the others
+    const KnownParts *parts;  // what is known of it where there is no holder; null for nothing
 };
 
-constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0, false};
+constexpr Part UNKNOWN_PART = {ANY_VALUE, nullptr, false, 0, false, nullptr};
+
+Part known_part(KnownPart part) {
+    Value value = part.value & ANY_VALUE;
+    return {kinds_of(value) ? value : ANY_VALUE, nullptr, false, 0, true, part.inside};
+}
 
 // A cell, or something else without fields. Where it is one of several values of a list, its index
 // is taken of one.
@@ -146,32 +153,43 @@ bool may_be_plain_cell(Value value) {
     return may_be(value, MAY_BE_CELL) && !may_be(value, MAY_BE_RECORD | MAY_BE_FUNCTION);
 }
 
-Part field_part(Part of, const Node *selector) {
-    Symbol *field = of.holder ? field_of(of.holder, selector->text, of.depth) : nullptr;
-    if (!field) return UNKNOWN_PART;
+Part field_part(Part of, const Node *selector, const char *name) {
+    Symbol *field = of.holder ? field_of(of.holder, name, of.depth) : nullptr;
+    if (!field && !of.parts) return UNKNOWN_PART;
+    Part part = field ? Part{value_now(field), field, false, of.depth + 1, of.is_one_of, nullptr}
+                      : known_part(part_in(of.parts, name));
     bool is_one = selector->next ? has_fields(of.value) : is_one_record(of.value & ANY_VALUE);
-    Value value = value_now(field);
-    if (!is_one && !may_be_plain_cell(value)) value = ANY_VALUE;
-    if (!of.is_one_of) note_presence(field);
-    return {value, field, false, of.depth + 1, of.is_one_of};
+    if (!is_one && !may_be_plain_cell(part.value)) part.value = ANY_VALUE;
+    if (field && !of.is_one_of) note_presence(field);
+    return part;
 }
 
-Part dynamic_part(Part of) {
-    bool is_one = of.holder && has_fields(of.value);
-    return {is_one ? any_field(of.holder, of.depth) : ANY_VALUE, nullptr, false, 0, true};
+// s.(n); s.('name') is s.name.
+Part dynamic_part(Part of, const Node *selector) {
+    const Node *name = without_parens(selector->first_child);
+    if (name->kind == NODE_STRING) return field_part(of, selector, intern(name->text));
+    if (!has_fields(of.value)) return UNKNOWN_PART;
+    if (!of.holder) return known_part(any_field_in(of.parts));
+    return known_part(
+        {nullptr, any_field(of.holder, of.depth), parts_of_any_field(of.holder), nullptr});
 }
 
 // What has elements is a cell there.
-bool may_hold_elements(Part part) { return part.holder && may_be(part.value, MAY_BE_CELL); }
+bool may_hold_elements(Part part) {
+    return (part.holder || part.parts) && may_be(part.value, MAY_BE_CELL);
+}
 
 // One element of a cell. Of a list of them nothing is said; one of which a part is taken is none.
 Part element_part(Part of, const Node *selector) {
     bool is_one = selects_one(selector->first_child) || selector->next;
     bool is_known = may_hold_elements(of) && is_one;
+    if (is_known && !of.holder)
+        return known_part({nullptr, elements_of_cell(of.parts), inside_of_cell(of.parts), nullptr});
     Symbol *elements = is_known ? elements_of(of.holder, of.depth) : nullptr;
     if (!elements) return UNKNOWN_PART;
     Value value = value_now(elements) & ANY_VALUE;
-    return {kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1, true};
+    return {
+        kinds_of(value) ? value : Value(ANY_VALUE), elements, false, of.depth + 1, true, nullptr};
 }
 
 // The result of a function that is held there.
@@ -180,7 +198,7 @@ Part called_part(Part of) {
     Value value = result ? value_now(result) : UNKNOWN_FIELD;
     bool is_known = kinds_of(value) && value != UNKNOWN_FIELD;
     if (!is_known) return UNKNOWN_PART;
-    return {Value(value & ANY_VALUE), result, false, of.depth + 1, true};
+    return {Value(value & ANY_VALUE), result, false, of.depth + 1, true, nullptr};
 }
 
 // s(k).f(n): a list of fields has no part.
@@ -193,16 +211,17 @@ Part index_part(Part of, const Node *selector) {
     if (kinds_of(of.value) == MAY_BE_FUNCTION) return called_part(of);
     bool is_data = of.is_data || is_surely_index(selector->first_child);
     bool are_records = has_fields(of.value);
-    Symbol *holder = may_hold_elements(of) || are_records ? of.holder : nullptr;
+    bool has_inside = may_hold_elements(of) || are_records;
     Value value = value_of_index(of.value, is_data, selector->first_child);
     if (are_records && must_be_one(selector)) value = MAY_BE_RECORD | ONE;
-    return {value, holder, false, of.depth, of.is_one_of};
+    return {value,        has_inside ? of.holder : nullptr, false, of.depth,
+            of.is_one_of, has_inside ? of.parts : nullptr};
 }
 
 Part selected_part(Part of, const Node *selector) {
     switch (selector->kind) {
-        case NODE_FIELD: return field_part(of, selector);
-        case NODE_DYNAMIC_FIELD: return dynamic_part(of);
+        case NODE_FIELD: return field_part(of, selector, selector->text);
+        case NODE_DYNAMIC_FIELD: return dynamic_part(of, selector);
         case NODE_BRACES: return element_part(of, selector);
         case NODE_ARGUMENTS: return index_part(of, selector);
         default: return UNKNOWN_PART;
@@ -211,7 +230,7 @@ Part selected_part(Part of, const Node *selector) {
 
 Part whole_part(Symbol *variable) {
     constexpr uint32_t DATA = SYMBOL_CHANGED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
-    return {value_now(variable), variable, (variable->flags & DATA) != 0, 0, false};
+    return {value_now(variable), variable, (variable->flags & DATA) != 0, 0, false, nullptr};
 }
 
 // A selector has the value of its part, for who asks what is after it.
@@ -235,7 +254,9 @@ Value elements_in(const Node *base, const Node *end) {
     Part part = whole_part(base->symbol);
     for (const Node *selector = base->next; selector != end; selector = selector->next)
         part = selected_part(part, selector);
-    Symbol *elements = may_hold_elements(part) ? elements_of(part.holder, part.depth) : nullptr;
+    if (!may_hold_elements(part)) return UNKNOWN_FIELD;
+    if (!part.holder) return elements_of_cell(part.parts);
+    Symbol *elements = elements_of(part.holder, part.depth);
     return elements ? value_now(elements) : Value(UNKNOWN_FIELD);
 }
 
@@ -293,9 +314,12 @@ bool may_handle_errors(const Node *arguments) {
 Value elements_of_call(Node *expression) {
     LibraryCall call = library_call(expression);
     if (!call.name) return UNKNOWN_FIELD;
+    if (const KnownPart *part = record_part(call.name, call.arguments))
+        return elements_of_cell(part->inside);
     if (!call.function) return elements_of_cell(parts_of_own(call.name, 0));
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
+    if (const KnownPart *moved = moved_elements(call.function, call.arguments)) return moved->value;
     if (applies_function(call.name) && call.arguments && !may_handle_errors(call.arguments))
         return value_of_function(call.arguments);
     return UNKNOWN_FIELD;
@@ -399,7 +423,10 @@ const KnownParts *parts_of_call(Node *expression, int depth) {
     LibraryCall call = library_call(expression);
     if (!call.name) return nullptr;
     if (is_feval(call.name, call.arguments)) return parts_of_function(call.arguments);
+    if (const KnownPart *part = record_part(call.name, call.arguments)) return part->inside;
     if (!call.function) return parts_of_own(call.name, 0);
+    if (const KnownPart *moved = moved_elements(call.function, call.arguments))
+        return parts_of_cell(moved->value, moved->inside);
     if (strcmp(call.function->name, "struct") == 0) return parts_of_struct(call.arguments, depth);
     return is_surely(value_of(expression), MAY_BE_CELL)
                ? parts_of_cell(elements_of_call(expression), nullptr)
@@ -418,7 +445,7 @@ const KnownParts *parts_of_reference(Node *reference, int depth) {
     if (base->kind == NODE_NAME && !is_variable(base->symbol))
         return parts_of_call(reference, depth);
     Part part = part_of(reference);
-    return part.holder ? parts_now(part.holder) : nullptr;
+    return part.holder ? parts_now(part.holder) : part.parts;
 }
 
 }  // namespace
@@ -457,7 +484,8 @@ bool may_be_list(const Node *element) {
     const Node *holder = element->first_child;
     for (const Node *selector = holder->next; selector;
          holder = selector, selector = selector->next) {
-        bool is_one = selector->kind == NODE_FIELD    ? is_one_record(value_of(holder))
+        bool is_field = selector->kind == NODE_FIELD || selector->kind == NODE_DYNAMIC_FIELD;
+        bool is_one = is_field                        ? is_one_record(value_of(holder))
                       : selector->kind == NODE_BRACES ? selects_one(selector->first_child)
                                                       : selector->kind == NODE_ARGUMENTS;
         if (!is_one) return true;
