@@ -276,7 +276,7 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "s.a = 1;\nname = 'a';\neval(['s.' name ' = 2;']);\n",
      "Nothing, if it is always of that kind. Better still write what the text says: s.(name) = 2;"},
     {CELL_GIVEN, "MT320", "cell-given", SEVERITY_WARNING,
-     "this is a cell, and '%s' is taken to want the elements of an array",
+     "a cell is given here, and '%s' is taken to want the elements of an array",
      "In MATLAB x(k) of a cell is a cell. Where a function does not show whether its parameter is a "
      "cell, because it neither uses braces nor asks iscell, x(k) is translated as the element. Here "
      "the function is given a cell.",

@@ -25,7 +25,7 @@
 #include "syntax/names/assigned_values.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
-#include "syntax/values/summaries.h"
+#include "syntax/values/taken_parts.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
 #include "translate/operators.h"
@@ -76,26 +76,48 @@ mExpr *ask_call(const OutsideCall *of, const vExpr *values) {
     return call;
 }
 
-// What surely is a cell among the arguments, where the function takes elements of an array.
-void check_cells(const Node *name, const Node *arguments, uint32_t taken) {
-    const Node *argument = arguments ? arguments->first_child : nullptr;
-    for (; taken && argument && !may_be_list(argument); taken >>= 1, argument = argument->next) {
+bool takes_whole(const TakenPart *taken, int32_t position) {
+    while (taken && (taken->position != position || taken->path)) taken = taken->next;
+    return taken;
+}
+
+// What surely is, or holds, a cell among the arguments where the function takes elements of an
+// array.
+void check_cells(const Node *name, const Node *arguments, const TakenPart *taken) {
+    const Node *argument = arguments && taken ? arguments->first_child : nullptr;
+    for (int32_t position = 1; argument && !may_be_list(argument);
+         argument = argument->next, position++) {
         bool is_cell = kinds_of(value_of(argument)) == MAY_BE_CELL;
-        if ((taken & 1) && is_cell) report_at(CELL_GIVEN, argument, {name->text});
+        if (has_flag(argument, GIVES_CELL) || (is_cell && takes_whole(taken, position)))
+            report_at(CELL_GIVEN, argument, {name->text});
     }
 }
 
 // Of a function of the file, or of one without a name; its names may not be settled yet.
-uint32_t taken_by(const Node *function) {
+const TakenPart *taken_by(const Node *function) {
     const Scope *scope = scope_of(function);
-    return scope ? elements_taken(scope) : 0;
+    return scope ? scope->taken : nullptr;
 }
 
-uint32_t taken_by_held(const Node *function) {
+const TakenPart *taken_by_function(const Node *function) {
     if (function->kind == NODE_ANONYMOUS) return taken_by(function);
+    if (function->kind != NODE_HANDLE) return nullptr;
     if (const Node *own = own_definition(function->symbol)) return taken_by(own);
     const FunctionResults *known = outside_results(function->text);
-    return known ? known->taken : 0;
+    return known ? known->taken : nullptr;
+}
+
+// The same where a function is passed on together with a cell.
+void check_passed_on(const Node *name, const Node *arguments) {
+    const Node *function = arguments ? arguments->first_child : nullptr;
+    for (; function; function = function->next)
+        if (const TakenPart *taken = taken_by_function(function)) {
+            const Node *taker = function->kind == NODE_HANDLE ? function : name;
+            for (const Node *argument = arguments->first_child; argument; argument = argument->next)
+                if (has_flag(argument, GIVES_CELL) && taken)
+                    report_at(CELL_GIVEN, argument, {taker->text});
+            return;
+        }
 }
 
 // A call that the host has not answered.
@@ -185,11 +207,12 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
 void check_held_call(const Node *variable, const Node *arguments) {
     for (const AssignedValue *value = variable->symbol->values; value; value = value->next)
         if (const Node *function = held_function(value))
-            check_cells(variable, arguments, taken_by_held(function));
+            check_cells(variable, arguments, taken_by_function(function));
 }
 
 mExpr *lower_call(const Node *name, const Node *arguments) {
     assert(name->kind == NODE_NAME && !is_variable(name->symbol));
+    check_passed_on(name, arguments);
     if (const char *own = own_function(name)) {
         const Node *function = own_definition(name->symbol);
         if (function) check_cells(name, arguments, taken_by(function));

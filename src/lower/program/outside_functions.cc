@@ -16,7 +16,7 @@
 namespace {
 
 FunctionFinders finders() { return {has_function, own_definition, nullptr, &CurrentFile->globals}; }
-constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, 0};
+constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, nullptr};
 
 NameMap ResultsByPath;  // FunctionResults; NOTHING for files that tell nothing
 bool HasScripts;        // the function being settled calls some

@@ -7,7 +7,7 @@
 
 #include "support/allocation.h"
 #include "support/long_string.h"
-#include "syntax/values/field_values.h"
+#include "syntax/values/taken_parts.h"
 
 namespace {
 
@@ -44,6 +44,16 @@ LongString append_output(LongString text, const OutputValue *output) {
     return append_parts(append_number(text, output->value), output->parts);
 }
 
+LongString append_taken(LongString text, const TakenPart *taken) {
+    for (; taken; taken = taken->next) {
+        text = append_number(append_sign(text, HAS_OTHERS), static_cast<uint32_t>(taken->position));
+        for (const PartPath *path = taken->path; path; path = path->inner)
+            text = AppendStringToString(AppendStringToString(text, path->name), " ");
+        text = append_sign(text, HAS_NO_OTHERS);
+    }
+    return append_sign(text, NOTHING_KNOWN);
+}
+
 uint32_t next_number(const char **text) {
     char *rest;
     uint32_t number = static_cast<uint32_t>(strtoul(*text, &rest, 10));
@@ -56,6 +66,32 @@ const char *next_word(const char **text) {
     size_t length = strcspn(start, " ");
     *text = start + length;
     return KeepText(start, length);
+}
+
+const PartPath *next_path(const char **text) {
+    const PartPath *first = nullptr;
+    const PartPath **end = &first;
+    for (const char *name = next_word(text); *name && *name != HAS_NO_OTHERS;
+         name = next_word(text)) {
+        PartPath *path = AllocRecord<PartPath>();
+        *path = {part_name(name), nullptr};
+        *end = path;
+        end = &path->inner;
+    }
+    return first;
+}
+
+const TakenPart *next_taken(const char **text) {
+    const TakenPart *first = nullptr;
+    const TakenPart **end = &first;
+    while (*next_word(text) == HAS_OTHERS) {
+        TakenPart *taken = AllocRecord<TakenPart>();
+        *taken = {static_cast<int32_t>(next_number(text)), nullptr, nullptr};
+        taken->path = next_path(text);
+        *end = taken;
+        end = &taken->next;
+    }
+    return first;
 }
 
 const KnownParts *next_parts(const char **text, int depth) {
@@ -89,7 +125,7 @@ const FunctionResults *keep_results(const FunctionResults &results) {
 }
 
 const char *text_of_results(const FunctionResults *results) {
-    LongString text = append_number(NewLongString(), results->taken);
+    LongString text = append_taken(NewLongString(), results->taken);
     text = append_output(text, &results->rest);
     text = append_number(text, static_cast<uint32_t>(results->count));
     for (int32_t k = 0; k < results->count; k++) text = append_output(text, &results->outputs[k]);
@@ -98,7 +134,7 @@ const char *text_of_results(const FunctionResults *results) {
 
 const FunctionResults *results_in(const char *text) {
     FunctionResults results = {};
-    results.taken = next_number(&text);
+    results.taken = next_taken(&text);
     results.rest = next_output(&text);
     uint32_t count = next_number(&text);
     if (count > strlen(text)) return nullptr;

@@ -92,7 +92,7 @@ constexpr LibraryFunction Functions[] = {
     {"false", TRUTH, 0, SHAPE_SIZES, 0, IS_CONSTANT | NEVER_NEGATIVE},
     {"fclose", WHOLE, 0, SHAPE_ONE, 0},
     {"feof", TRUTH | NUMBER, 0, SHAPE_ONE, 0},
-    {"feval", 0, 0, SHAPE_UNKNOWN, 0, FINDS_FUNCTIONS | CALLS_FUNCTION},
+    {"feval", 0, 0, SHAPE_UNKNOWN, 0, CALLS_FUNCTION},
     {"fft", REAL, 0, SHAPE_ANY, 0},
     {"fgetl", TEXT | WHOLE, 0, SHAPE_ANY, 0},
     {"fgets", TEXT | WHOLE, 0, SHAPE_ANY, 0},

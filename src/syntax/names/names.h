@@ -18,6 +18,7 @@ struct LoopUse;
 struct Outcome;
 struct PartChange;
 struct Summary;
+struct TakenPart;
 
 enum SymbolFlag : uint32_t {
     SYMBOL_PARAMETER = 1 << 0,
@@ -54,10 +55,8 @@ enum SymbolFlag : uint32_t {
     SYMBOL_LIVES_ON = 1 << 26,       /* and to what outlives the function */
     SYMBOL_GIVEN_IS_OWN = 1 << 27,   /* a parameter of whose given value a part may be set, or which
                                         may be returned with it */
-    SYMBOL_TAKES_PARTS = 1 << 28,  /* what others hold becomes part of it: [x, y], {x}, x(k) = y */
-    SYMBOL_CELL_ASKED = 1 << 29,   /* it is asked whether it is a cell */
-    SYMBOL_ELEMENT_TAKEN = 1 << 30 /* a parameter that may be anything, of which x(k) is taken for
-                                      an element (values/trace_references.cc) */
+    SYMBOL_TAKES_PARTS = 1 << 28, /* what others hold becomes part of it: [x, y], {x}, x(k) = y */
+    SYMBOL_CELL_ASKED = 1 << 29   /* it is asked whether it is a cell */
 };
 
 /* A name in the functions that share it. */
@@ -110,8 +109,8 @@ struct Symbol {
     uint16_t since;  /* what it has been since the outermost loop or try around began */
     uint16_t ever;   /* what it may be anywhere in the function; 0 before its values are traced */
     uint16_t result; /* of an output: what it may be where the function ends (values/summaries.h) */
-    uint16_t given_kinds; /* of a global: what it surely is given (values/held_values.h) */
-    bool has_parts_result;          /* it may have an inside there */
+    uint16_t given_kinds;  /* of a global: what it surely is given (values/held_values.h) */
+    bool has_parts_result; /* it may have an inside there */
     const KnownParts *parts_result; /* and what is known of that; null for nothing */
     Outcome *outcome;       /* in the branches or the loop that are being joined (values/flow.cc) */
     const char *class_name; /* what class_of_value has found of all its values; null for nothing */
@@ -170,7 +169,9 @@ struct Scope {
     uint32_t last_clear; /* moment of the last clear of all variables; 0 for none */
     uint32_t moment;     /* of an anonymous function: it does not see changes after it */
     uint32_t number;     /* of an anonymous function, within its function */
-    Summary *summary;    /* of a function whose calls are followed (values/summaries.h), or null */
+    const TakenPart
+        *taken;       /* parts of parameters that are taken for arrays (values/taken_parts.h) */
+    Summary *summary; /* of a function whose calls are followed (values/summaries.h), or null */
 };
 
 /* The FILE of the script that a bare name calls, found and parsed; null when it is no script. */

@@ -7,6 +7,7 @@
 #include "syntax/scan/spellings.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/library_values.h"
+#include "syntax/values/parameters.h"
 #include "syntax/values/trace_function.h"
 #include "syntax/values/values.h"
 
@@ -143,6 +144,7 @@ void trace_clear(const Node *statement) {
 
 void trace_command(const Node *command) {
     const char *name = command->first_child->text;
+    note_handle(command->first_child);
     if (is_known_to(name, SETS_VARIABLES | RUNS_TEXT)) forget_all(0);
     trace_clear(command);
 }

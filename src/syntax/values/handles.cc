@@ -48,7 +48,7 @@ void begin_handles(bool is_again) {
     IsAgain = is_again;
     if (is_again) {
         for (const SymbolCell *cell = GivenParameters; cell; cell = cell->next)
-            cell->symbol->flags &= ~SYMBOL_ELEMENT_TAKEN;
+            cell->symbol->scope->taken = nullptr;
         return;
     }
     GivenParameters = nullptr;

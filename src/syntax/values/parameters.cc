@@ -61,8 +61,6 @@ bool are_calls_known(const Scope *scope) {
     for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         if (is_variable(symbol)) continue;
         if (is_known_to(symbol->name, FINDS_FUNCTIONS)) return false;
-        Summary *summary = symbol->flags & SYMBOL_CALLED ? summary_of(symbol) : nullptr;
-        if (summary) summary->is_open = true;
     }
     return true;
 }
@@ -152,8 +150,14 @@ void note_text(const char *text) {
 }
 
 void note_applied(const char *name, const Node *function) {
-    if (!function || !is_known_to(name, APPLIES_FUNCTION) || function->kind == NODE_STRING) return;
+    constexpr uint32_t CALLS = APPLIES_FUNCTION | CALLS_FUNCTION;
+    if (!function || !is_known_to(name, CALLS) || function->kind == NODE_STRING) return;
     if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
+}
+
+void note_handle(const Node *name) {
+    if (Summary *summary = summary_of(name->symbol)) summary->is_open = true;
+    if (is_known_to(name->text, APPLIES_FUNCTION | CALLS_FUNCTION)) CallsByText = true;
 }
 
 static void join_argument(GivenValue *given, Node *argument) {
@@ -179,6 +183,24 @@ void note_call(Summary *caller, Summary *callee, Node *arguments) {
     while (k < count) join_given(&given[k++], has_list ? UNKNOWN : Value(MAY_BE_MISSING), nullptr);
     if (has_list) return join_given(&given[REST], UNKNOWN, nullptr);
     join_rest(&given[REST], arguments);
+}
+
+void note_handled(Summary *caller, Summary *callee) { calls_of(caller, callee); }
+
+void note_values_given(Summary *caller, Summary *callee, const GivenValue *values, int32_t number,
+                       bool has_more) {
+    GivenValue *given = calls_of(caller, callee)->given;
+    int32_t count = count_followed(callee);
+    for (int32_t k = 0; k < count; k++) {
+        if (k < number) {
+            join_given(&given[k], values[k].value, values[k].parts);
+        } else {
+            join_given(&given[k], has_more ? UNKNOWN : Value(MAY_BE_MISSING), nullptr);
+        }
+    }
+    join_given(&given[REST], has_more ? UNKNOWN : Value(MAY_BE_MISSING), nullptr);
+    for (int32_t k = count; k < number; k++)
+        join_given(&given[REST], values[k].value, values[k].parts);
 }
 
 void trace_parameters(Summary *last) {

@@ -343,17 +343,15 @@ Value value_of_handled(const Node *handle) {
     if (is_in_called_script()) return ANY_VALUE;
     Summary *summary = summary_of(handle->symbol);
     if (!summary) return value_of_outside(handle, 0);
-    if (Traced) note_call(Traced, summary, nullptr);
+    if (Traced) note_handled(Traced, summary);
     const Symbol *output = output_of(summary->scope, 0);
     return output ? Value(output->result & ANY_VALUE) : value_of_rest(summary->scope);
 }
 
-uint32_t elements_taken(const Scope *scope) {
-    uint32_t taken = 0;
-    for (const Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next)
-        if ((symbol->flags & SYMBOL_ELEMENT_TAKEN) && symbol->position <= MOST_TAKEN)
-            taken |= 1u << (symbol->position - 1);
-    return taken;
+void note_applied_call(const Node *handle, const GivenValue *values, int32_t number,
+                       bool has_more) {
+    Summary *summary = is_in_called_script() ? nullptr : summary_of(handle->symbol);
+    if (summary && Traced) note_values_given(Traced, summary, values, number, has_more);
 }
 
 FunctionResults results_of(const Scope *scope) {
@@ -365,7 +363,7 @@ FunctionResults results_of(const Scope *scope) {
         const Symbol *output = output_of(scope, k);
         outputs[k] = {output->result, output->parts_result};
     }
-    return {count, outputs, {value_of_rest(scope), nullptr}, elements_taken(scope)};
+    return {count, outputs, {value_of_rest(scope), nullptr}, scope->taken};
 }
 
 const KnownParts *parts_of_own(const Node *name, int index) {

@@ -3,7 +3,7 @@
  * arguments are. Functions that call each other are traced anew until nothing new comes. */
 #pragma once
 
-#include "syntax/values/trace.h"
+#include "syntax/values/calls_traced.h"
 
 /* No function has been added. */
 void begin_summaries();
@@ -24,10 +24,9 @@ Value value_of_own(const Node *name, Node *arguments, int index);
 /* The same of what the first result is when somebody calls a HANDLE; without kinds where it has not
  * returned so far. */
 Value value_of_handled(const Node *handle);
-/* The parameters of a function that has been traced of which x(k) is taken for an element though it
- * may be a cell: the first one by the lowest bit. */
-uint32_t elements_taken(const Scope *scope);
-constexpr int32_t MOST_TAKEN = 32;
+/* MATLAB's own function that is being called calls the HANDLE's with these values, and perhaps with
+ * more. */
+void note_applied_call(const Node *handle, const GivenValue *values, int32_t number, bool has_more);
 /* What a function that has been added gives, for whoever calls it from another file. */
 FunctionResults results_of(const Scope *scope);
 /* What is known of the inside of a result; null for nothing. */

@@ -13,8 +13,8 @@ struct OutputValue {
 struct FunctionResults {
     int32_t count; /* of outputs, varargout not */
     const OutputValue *outputs;
-    OutputValue rest; /* all others */
-    uint32_t taken;   /* parameters (elements_taken in summaries.h) */
+    OutputValue rest;       /* all others */
+    const TakenPart *taken; /* of its parameters (taken_parts.h) */
 };
 
 /* What the program itself has under the names of functions. */
@@ -32,6 +32,8 @@ extern FunctionFinders Finders;
 extern const Scope *TracedScope;
 /* The statement of its body in which the flow is. */
 extern const Node *OutermostStatement;
+/* The value of an assignment to x(k): of a cell the host takes the element there, too. */
+extern const Node *PutAsElement;
 
 /* The value of an expression where the flow is now; it is entered into the node and all nodes
  * inside. */
@@ -74,9 +76,6 @@ Value selected_value(Value base, const Node *arguments);
 /* What the elements of a cell may be that the expression gives; MAY_BE_MISSING for none, and
  * UNKNOWN_FIELD of which nothing is known. Its values have been traced. */
 Value elements_given(Node *expression);
-/* The value, which has been traced, is kept as it is: where it is x(k) of a parameter that may be
- * anything, its element is taken. */
-void note_taken(const Node *value);
 /* What is known of the inside of the expression's value, which lies in so many others; null for
  * nothing. Its values have been traced. */
 const KnownParts *parts_given(Node *expression, int depth);

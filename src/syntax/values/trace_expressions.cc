@@ -273,7 +273,7 @@ const LibraryFunction *library_of(Node *name) {
         case NODE_MATRIX: return trace_matrix(node);
         case NODE_CELL: return trace_cell(node);
         case NODE_REFERENCE: return trace_reference(node);
-        case NODE_HANDLE: return MAY_BE_FUNCTION | ONE;
+        case NODE_HANDLE: note_handle(node); return MAY_BE_FUNCTION | ONE;
         case NODE_ANONYMOUS: return trace_anonymous(node);
         default: return ANY_VALUE;
     }

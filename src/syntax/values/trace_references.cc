@@ -2,6 +2,7 @@
 #include <string.h>
 
 #include "syntax/scan/spellings.h"
+#include "syntax/values/applied.h"
 #include "syntax/values/effects.h"
 #include "syntax/values/field_values.h"
 #include "syntax/values/handles.h"
@@ -10,6 +11,7 @@
 #include "syntax/values/parameters.h"
 #include "syntax/values/shapes.h"
 #include "syntax/values/summaries.h"
+#include "syntax/values/taken_parts.h"
 #include "syntax/values/told_results.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/values.h"
@@ -127,6 +129,11 @@ Value value_after_call(Node *base) {
     note_applied(base->text, arguments);
     if (arguments && is_known_to(base->text, TAKES_FIELD)) note_operand(selector->first_child);
     Value value = value_of_call(base, selector, arguments);
+    if (applies_written(base)) {
+        note_applied_cells(base);
+    } else {
+        note_given_cells(base, arguments);
+    }
     return has_arguments && !selector->next ? value : Value(ANY_VALUE);
 }
 
@@ -300,10 +307,6 @@ Value elements_of_joined(Node *item) {
     return may_be(value, MAY_BE_CELL) ? Value(UNKNOWN_FIELD) : elements_of_item(item);
 }
 
-bool applies_function(const Node *name) {
-    return strcmp(name->text, "cellfun") == 0 || strcmp(name->text, "arrayfun") == 0;
-}
-
 // Whether another function may give what the applied one fails to: 'ErrorHandler', f.
 bool may_handle_errors(const Node *arguments) {
     for (; arguments; arguments = arguments->next)
@@ -320,7 +323,7 @@ Value elements_of_call(Node *expression) {
     if (call.function->traits & HOLDS_TEXTS) return ANY_TEXT;
     if (strcmp(call.function->name, "cell") == 0) return NO_ELEMENT;
     if (const KnownPart *moved = moved_elements(call.function, call.arguments)) return moved->value;
-    if (applies_function(call.name) && call.arguments && !may_handle_errors(call.arguments))
+    if (applies_to_each(call.name) && call.arguments && !may_handle_errors(call.arguments))
         return value_of_function(call.arguments);
     return UNKNOWN_FIELD;
 }
@@ -516,38 +519,6 @@ void trace_selectors(Node *reference) {
     }
 }
 
-// What a function is given of each element: of what is in a cell, or of an array.
-static Value value_of_each(Node *values, bool is_in_cell) {
-    Value value = value_of(values) & ANY_VALUE;
-    if (is_in_cell) value = elements_given(values) & ANY_VALUE;
-    if (!kinds_of(value) || may_be(value, MAY_BE_OTHER)) return ANY_VALUE;
-    if (is_in_cell) return value;
-    return may_be(value, MAY_BE_CELL) ? Value(ANY_VALUE)
-                                      : Value((value & (ANY_KIND | ANY_SIGN)) | ONE);
-}
-
-// cellfun(@(x) ..., c), arrayfun(@(x, y) ..., a, b): what x is given.
-static void trace_applied(const Node *name, Node *function) {
-    bool is_in_cell = strcmp(name->text, "cellfun") == 0;
-    Node *values = function->next;
-    trace_all(values);
-    Node *parameter = function->first_child->first_child;
-    for (; parameter && values; parameter = parameter->next, values = values->next) {
-        bool is_value = values->kind != NODE_STRING && !may_be_list(values);
-        if (!is_value) break;
-        if (parameter->kind == NODE_NAME) parameter->value |= value_of_each(values, is_in_cell);
-    }
-    for (; parameter; parameter = parameter->next)
-        if (parameter->kind == NODE_NAME) parameter->value |= ANY_VALUE;
-    trace_expression(function);
-}
-
-static bool is_applied(const Node *name, const Node *arguments) {
-    if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
-    if (arguments->first_child->kind != NODE_ANONYMOUS) return false;
-    return applies_function(name);
-}
-
 // A row without elements has a row: who is asked for its sides begins without any.
 // iscell(c(k))
 static void note_cell_question(const Node *base) {
@@ -568,8 +539,8 @@ Value trace_reference(Node *reference) {
     if (is_call) note_sides(base);
     if (is_call) note_cell_question(base);
     if (!is_call) trace_expression(base);
-    if (is_call && is_applied(base, base->next) && !base->next->next) {
-        trace_applied(base, base->next->first_child);
+    if (is_call && applies_written(base)) {
+        trace_applied(base);
     } else {
         trace_selectors(reference);
     }
@@ -581,22 +552,10 @@ Value trace_reference(Node *reference) {
     if (base->kind != NODE_NAME) return ANY_VALUE;
     if (is_handle_call(reference)) note_handle_call(base->symbol, base->next->first_child);
     Value value = value_of_part(base->symbol, base->next);
+    if (reference != PutAsElement && !has_flag(reference, IS_ITEM)) note_taken(reference);
     if (!may_give_cell(reference)) return value;
     return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |
            (may_be(value, MAY_BE_TEXT) ? MAY_BE_SINGLE : 0);
-}
-
-void note_taken(const Node *value) {
-    constexpr uint32_t AS_CELL = SYMBOL_HAS_BRACES | SYMBOL_CELL_ASKED;
-    value = without_parens(value);
-    const Node *base = value->kind == NODE_REFERENCE ? value->first_child : nullptr;
-    if (!base || base->kind != NODE_NAME || !(base->symbol->flags & SYMBOL_PARAMETER)) return;
-    const Node *selector = base->next;
-    bool is_element = selector->kind == NODE_ARGUMENTS && !selector->next && !may_give_cell(value);
-    if (!is_element || (base->symbol->flags & AS_CELL)) return;
-    for (const Node *index = selector->first_child; index; index = index->next)
-        if (is_surely_several(index)) return;
-    if (kinds_of(value_of(base)) == ANY_KIND) base->symbol->flags |= SYMBOL_ELEMENT_TAKEN;
 }
 
 LibraryCall library_call(Node *node) {

@@ -15,6 +15,7 @@
 
 const Scope *TracedScope;
 const Node *OutermostStatement;
+const Node *PutAsElement;
 
 namespace {
 
@@ -276,9 +277,9 @@ void note_use(const Node *target, Node *value) {
 void trace_assignment(Node *node) {
     Node *target = node->first_child;
     note_use(target, target->next);
+    if (node->op == OPERATOR_NONE && !takes_whole(target)) PutAsElement = target->next;
     Value value = trace_expression(target->next);
     if (target->kind == NODE_REFERENCE) trace_selectors(target);
-    if (node->op == OPERATOR_NONE && takes_whole(target)) note_taken(target->next);
     if (node->op != OPERATOR_NONE) value = trace_operator(node->op, target, value);
     trace_target(target, value, parts_given(target->next, 0), target->next);
 }
@@ -411,12 +412,12 @@ void forget_values(Node *first) {
 }  // namespace
 
 void forget_trace(Scope *scope) {
+    scope->taken = nullptr;
     forget_values(scope->owner->first_child);
     for (Symbol *symbol = scope->first_symbol; symbol; symbol = symbol->next) {
         symbol->ever = 0;
         symbol->start = symbol->starts_in = nullptr;
         symbol->starts_in_front = false;
-        symbol->flags &= ~SYMBOL_ELEMENT_TAKEN;
     }
 }
 
