@@ -110,8 +110,8 @@ const Program Programs[] = {
     {"classic", "main => y = f(x)   f => function y = f(x)\\ny = g(x);",
      "f := proc( x )\n    local y;\n    y := g(x);\n        return y;\nend proc;\n\ny := f(x);\n",
      ""},
-    {"matlab", "main => s = 'é😀'; y = nope;\\r\\nf(1)   f => function f(x)\\n% 😀\\n  😀", nullptr,
-     "main.m 1:19/16-1:23/20 2 MT401 [s = 'é😀'; y = nope;]\n"
+    {"matlab", "main => s = '°😀'; y = nope;\\r\\nf(1)   f => function f(x)\\n% 😀\\n  😀", nullptr,
+     "main.m 1:19/16-1:23/20 2 MT401 [s = '°😀'; y = nope;]\n"
      "f.m 3:3/3-3:7/5 0 MT112 [  😀] from main.m:2\n"},
     {"classic", "main => y = f(x)   f => function y = f(x)\\n% é\\ny = = x;", "",
      "f.m 3:5/5-3:5/5 0  [y = = x;]\n"},
