@@ -8,7 +8,11 @@
  *
  *     if nargin < 2 || isempty(b), b = 1; end
  *
- * b begins as the default, and is the given value where that is taken. */
+ * b begins as the default, and is the given value where that is taken. In
+ *
+ *     if nargin > 1, y = b; end
+ *
+ * it gets the value in the branch, and in front of any other statement that reads it first. */
 #pragma once
 
 #include "syntax/names/names.h"
@@ -19,5 +23,17 @@ bool find_default(const Scope *scope, Symbol *parameter);
 bool has_given_values(const Node *statement);
 /* Puts a statement that asks of the given value too; else answers false. */
 bool put_asked_default(const Node *statement);
-/* In the lines of such a statement, after those of its branch: the else, if it has one. */
-void put_given_values(const Node *statement);
+/* In front of the statement: the values that it reads. */
+void put_values_before(const Node *statement);
+/* Whether parameters take their values in the first branch of the if; puts them into it. */
+bool takes_in_branch(const Node *statement);
+void put_values_in_branch(const Node *statement);
+/* Whether they do so where it is not taken: in an else, or after the end of a branch with which the
+ * function ends. */
+bool takes_in_else(const Node *statement);
+bool are_after_branch(const Node *statement);
+/* Puts the else with the values; the values that stand after the branch. */
+void put_values_in_else(const Node *statement);
+void put_values_after_branch(const Node *statement);
+/* The statement has been given up: puts the values all the same. */
+void put_untaken_values(const Node *statement);

@@ -74,6 +74,7 @@ const Node *first_evaluated(const Node *statement) {
         case NODE_EXPRESSION:
         case NODE_SWITCH: return statement->first_child;
         case NODE_ASSIGN:
+        case NODE_MULTI_ASSIGN:
         case NODE_FOR: return second_child(statement);
         case NODE_IF: return statement->first_child->first_child;
         default: return nullptr;
@@ -158,11 +159,25 @@ GivenCheck find_given_check(const Scope *scope, const Node *first) {
     return check;
 }
 
+bool is_in_defaults(const Scope *scope, const Symbol *parameter) {
+    if (scope->parameters > MOST_PARAMETERS) return true;
+    const Node *child = child_of_kind(scope->owner, NODE_PARAMETERS)->first_child;
+    for (; child; child = child->next)
+        if (child->kind == NODE_DEFAULT && mentions(second_child(child), parameter)) return true;
+    return false;
+}
+
 bool is_given_after(const GivenCheck *check, const Scope *scope, const Symbol *parameter) {
     constexpr uint32_t ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
     return check->statement && parameter->position <= check->least && parameter->scope == scope &&
-           parameter->last_asked == 0 && !(parameter->flags & ELSEWHERE);
+           parameter->last_asked == 0 && !(parameter->flags & ELSEWHERE) &&
+           !is_in_defaults(scope, parameter);
+}
+
+bool is_read_first(const Node *statement, const Symbol *parameter) {
+    const Node *evaluated = first_evaluated(statement);
+    return evaluated && first_deed(evaluated, parameter) == READS_IT;
 }
 
 bool is_read_at_once(const Node *first, const Symbol *parameter) {
@@ -171,9 +186,7 @@ bool is_read_at_once(const Node *first, const Symbol *parameter) {
     for (const Node *node = first; node && ++count < MOST_STATEMENTS; node = node->next) {
         if (node->length > LONGEST_STATEMENT) return false;
         if (node->kind == NODE_COMMENT) continue;
-        const Node *evaluated = first_evaluated(node);
-        FirstDeed deed = evaluated ? first_deed(evaluated, parameter) : DOES_NOTHING;
-        if (deed == READS_IT) return true;
+        if (is_read_first(node, parameter)) return true;
         if (!is_harmless(node) || mentions(node, parameter)) return false;
     }
     return false;

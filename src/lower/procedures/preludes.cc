@@ -50,19 +50,22 @@ bool is_set_first(const Scope *scope, const Symbol *parameter) {
     return is_seen && !(parameter->flags & SYMBOL_GIVEN_COUNTS);
 }
 
-// has_value: it has one where it is not given, so nothing is wrong with reading it at once.
-void put_copy(const Prelude *prelude, Symbol *parameter, bool has_value) {
-    const Scope *scope = prelude->scope;
-    if (is_set_first(scope, parameter)) return;
-    if (is_given_after(&prelude->check, scope, parameter)) return;
-    bool is_plain = !may_be_missing(scope, parameter) ||
-                    (!has_value && is_read_at_once(prelude->first, parameter));
-    if (is_plain) return find_taking(scope, parameter) ? void() : put_given_value(parameter);
-    if (find_default(scope, parameter)) return;
+// The branch stays open.
+void put_if_given(Symbol *parameter) {
     put_line("if %s then", {count_condition("nargs", OP_GE, parameter->position)});
     Lowering.level++;
     put_given_value(parameter);
     Lowering.level--;
+}
+
+void put_copy(const Prelude *prelude, Symbol *parameter) {
+    const Scope *scope = prelude->scope;
+    if (is_set_first(scope, parameter)) return;
+    if (is_given_after(&prelude->check, scope, parameter)) return;
+    bool is_plain = !may_be_missing(scope, parameter) || is_read_at_once(prelude->first, parameter);
+    if (is_plain) return find_taking(scope, parameter) ? void() : put_given_value(parameter);
+    if (find_default(scope, parameter)) return;
+    put_if_given(parameter);
     bool is_asked = scope->flags & READS_NARGIN;
     if (parameter->start && (!is_asked || (parameter->flags & SYMBOL_MAY_BE_MISSING))) {
         put_line("else", {});
@@ -89,20 +92,28 @@ void put_parameter(const Prelude *prelude, const Node *parameter) {
     if (symbol->position == 0) return put_varargin(prelude->scope, symbol);
     if (symbol->flags & SYMBOL_OPTIONS) return put_line("%s := Vector();", {written_name(symbol)});
     if (!is_copied_parameter(symbol)) return;
-    put_copy(prelude, symbol, has_value);
+    if (!has_value) put_copy(prelude, symbol);
     if (symbol->last_asked == 0) return;
     put_presence_variable(symbol, count_comparison("nargs", OP_GE, symbol->position)->text);
 }
 
-// An assignment of the value after the target, when the parameter has not been given.
-void put_default(Node *target, const Symbol *parameter) {
+// An assignment of the value after the target, when the parameter has not been given. has_given:
+// else of what has been given.
+void put_default(Node *target, Symbol *parameter, bool has_given) {
     assert(target->next && !target->next->next && "a target and its value");
     Node *assignment = new_parent(NODE_ASSIGN, target);
     assignment->length = end_of(target->next) - target->offset;
     bool is_option = target->kind != NODE_NAME;
-    if (!is_option) put_line("if %s then", {count_condition("nargs", OP_LT, parameter->position)});
-    lower_siblings(assignment, nullptr, Lowering.level + !is_option);
-    if (!is_option) put_line("end if;", {});
+    if (is_option) return lower_siblings(assignment, nullptr, Lowering.level);
+    put_line("if %s then", {count_condition("nargs", OP_LT, parameter->position)});
+    lower_siblings(assignment, nullptr, Lowering.level + 1);
+    if (has_given) {
+        put_line("else", {});
+        Lowering.level++;
+        put_given_value(parameter);
+        Lowering.level--;
+    }
+    put_line("end if;", {});
 }
 
 // The arguments from a position on are pairs of a name and a value.
@@ -123,7 +134,7 @@ Symbol *base_symbol(const Node *target) {
 void put_argument(const Node *argument) {
     Node *target = argument->first_child;
     Symbol *symbol = base_symbol(target);
-    if (target->next && symbol) put_default(target, symbol);
+    if (target->next && symbol) put_default(target, symbol, symbol->default_in == argument);
     if (!symbol || !(symbol->flags & SYMBOL_OPTIONS)) return;
     const Node *next = next_statement(argument->next);
     if (!next || base_symbol(next->first_child) != symbol) put_options(symbol);
@@ -152,6 +163,11 @@ void put_given_value(Symbol *parameter) {
              {written_name(parameter), head_name(parameter)});
 }
 
+void put_value_if_given(Symbol *parameter) {
+    put_if_given(parameter);
+    put_line("end if;", {});
+}
+
 const char *parameter_list(const Scope *scope) {
     TextList names = {};
     const Node *parameter = parameters_of(scope)->first_child;
@@ -175,9 +191,12 @@ void put_prelude(const Prelude *prelude) {
         put_parameter(prelude, parameter);
     if (scope->flags & HAS_VARARGOUT)
         put_line("varargout := rtable([],subtype='Vector[row]');", {});
-    for (const Node *parameter = first; parameter; parameter = parameter->next)
-        if (parameter->kind == NODE_DEFAULT)
-            put_default(parameter->first_child, parameter->first_child->symbol);
+    for (const Node *parameter = first; parameter; parameter = parameter->next) {
+        if (parameter->kind != NODE_DEFAULT) continue;
+        Symbol *symbol = parameter->first_child->symbol;
+        put_default(parameter->first_child, symbol,
+                    !is_given_after(&prelude->check, scope, symbol));
+    }
     end_origin(outer);
 }
 

@@ -22,6 +22,8 @@ void put_prelude(const Prelude *prelude);
 void put_checked_parameters(const Prelude *prelude);
 /* The variable of a parameter becomes the value that was given. */
 void put_given_value(Symbol *parameter);
+/* The same where it has been given. */
+void put_value_if_given(Symbol *parameter);
 /* Puts the default values and the comments of the arguments blocks that the statements from first
  * on begin with; answers the first statement after them. */
 const Node *put_argument_blocks(const Node *first);

@@ -55,7 +55,7 @@ bool find_taking(const Scope *scope, Symbol *parameter) {
     bool is_alone = scope->owner->kind == NODE_FUNCTION && !scope->creator &&
                     parameter->last_asked == 0 && !(parameter->flags & ELSEWHERE);
     if (!is_alone || must_own(parameter) || Lowering.taken_count == MOST_TAKEN ||
-        scope->parameters > MOST_PARAMETERS)
+        scope->parameters > MOST_PARAMETERS || is_in_defaults(scope, parameter))
         return false;
     int32_t count = 0;
     const Node *node = child_of_kind(scope->owner, NODE_BLOCK)->first_child;

@@ -93,8 +93,10 @@ struct LoweringContext {
     int32_t asked_results;
     const char *results_procedure; /* the host procedure that gives the results; null for none */
     ScriptContext script;
-    uint32_t defaults_end; /* no statement from this byte on gives a parameter its default */
-    Symbol *taken;         /* parameters that are read under the head's names, or null */
+    uint32_t defaults_end; /* no statement from this byte on gives a parameter its value */
+    Symbol *first_default; /* parameters that have their values from statements, or null */
+    Symbol *last_default;
+    Symbol *taken; /* parameters that are read under the head's names, or null */
     int taken_count;
     const Node *outermost_loop;          /* around the current statement; null for none */
     const OtherBranches *other_branches; /* than that of the current statement, not in a loop */

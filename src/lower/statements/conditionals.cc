@@ -15,8 +15,12 @@ bool is_alone(const Node *node) {
     return !node->first_child->next && node != Lowering.script.guard;
 }
 
+bool is_second(const Node *node, const Node *branch) { return branch == node->first_child->next; }
+
+// What follows parameters that take their values is an if of its own.
 BranchWord word_of(const Node *node, const Node *branch) {
-    return branch == node->first_child ? BRANCH_IF : BRANCH_ELIF;
+    bool is_first = branch == node->first_child || (is_second(node, branch) && takes_in_else(node));
+    return is_first ? BRANCH_IF : BRANCH_ELIF;
 }
 
 // A condition that is not the last one is one test: what comes after it stands in its else.
@@ -40,12 +44,14 @@ const Node *put_branch(const Node *node, const Node *branch) {
     BranchWord word = word_of(node, branch);
     bool is_free = node != Lowering.script.guard;
     bool is_last = !next && !has_given_values(node);
-    if (is_free && may_be_alternatives(condition, block, is_last)) {
+    bool has_values = branch == node->first_child && has_given_values(node);
+    if (is_free && !(has_values && takes_in_branch(node)) &&
+        may_be_alternatives(condition, block, is_last)) {
         put_alternatives(word, condition, block);
         return branch;
     }
     bool has_else = next && next->kind == NODE_ELSE;
-    if (is_free && has_else && may_have_each_else(condition, next->first_child)) {
+    if (is_free && has_else && !has_values && may_have_each_else(condition, next->first_child)) {
         int outermost = open_branches(word, condition, true);
         if (Lowering.gap != MESSAGE_COUNT) return next;
         lower_block(block);
@@ -53,13 +59,31 @@ const Node *put_branch(const Node *node, const Node *branch) {
         return next;
     }
     put_branch_head(node, branch);
-    if (Lowering.gap == MESSAGE_COUNT) lower_block(block);
+    if (Lowering.gap != MESSAGE_COUNT) return branch;
+    if (has_values) put_values_in_branch(node);
+    lower_block(block);
     return branch;
 }
 
 void put_else(const Node *branch) {
     put_line("else", {});
     lower_block(branch->first_child);
+}
+
+void close_if(int level) {
+    for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
+    put_line("end if;", {});
+}
+
+// The rest of the if stands after the values. Answers the level of what is to be closed.
+void put_values_and_rest(const Node *node, const Node *second, int level) {
+    if (are_after_branch(node)) {
+        close_if(level);
+        return put_values_after_branch(node);
+    }
+    put_values_in_else(node);
+    if (second->kind == NODE_ELSE) return lower_block(second->first_child);
+    Lowering.level++;
 }
 
 }  // namespace
@@ -84,13 +108,20 @@ void put_if(const Node *node) {
     int level = Lowering.level;
     bool stays_open = node == Lowering.script.guard;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {
-        if (branch->kind == NODE_ELSE)
-            put_else(branch);
-        else
+        bool has_values = is_second(node, branch) && takes_in_else(node);
+        if (has_values) put_values_and_rest(node, branch, level);
+        if (branch->kind != NODE_ELSE)
             branch = put_branch(node, branch);
+        else if (!has_values)
+            put_else(branch);
         if (Lowering.gap != MESSAGE_COUNT) break;
     }
-    if (is_alone(node)) put_given_values(node);
-    for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
-    put_line(stays_open ? "else" : "end if;", {});
+    bool has_values = is_alone(node) && takes_in_else(node);
+    if (has_values && !are_after_branch(node)) put_values_in_else(node);
+    if (stays_open) {
+        for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
+        return put_line("else", {});
+    }
+    close_if(level);
+    if (has_values && are_after_branch(node)) put_values_after_branch(node);
 }

@@ -11,6 +11,7 @@
 #include "lower/lines/comments.h"
 #include "lower/lines/gaps.h"
 #include "lower/lines/origins.h"
+#include "lower/procedures/defaults.h"
 #include "lower/procedures/procedures.h"
 #include "lower/procedures/script_returns.h"
 #include "lower/procedures/taken_parameters.h"
@@ -137,12 +138,14 @@ void put_statement(const Node *node) {
 bool put_or_give_up(const Node *node, Lines *lines) {
     MessageId outer = Lowering.gap;
     Lowering.gap = MESSAGE_COUNT;
+    if (Lowering.scope) put_values_before(node);
     put_statement(node);
     assert(Lowering.lines == lines && "what a statement changes it puts back");
     bool is_given_up = Lowering.gap != MESSAGE_COUNT;
     if (is_given_up) {
         *lines = {nullptr, nullptr};
         put_untaken(node);
+        if (Lowering.scope) put_untaken_values(node);
         put_gap(node, Lowering.gap);
     }
     Lowering.gap = outer;

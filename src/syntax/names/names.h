@@ -70,11 +70,12 @@ struct Symbol {
     int32_t position;       /* of a parameter, from 1; else 0 */
     Node *definition;       /* FUNCTION of a nested function, FILE of a called script; else null */
     const char *written;    /* its host name; null until lowering asks for it */
-    const Node *default_in; /* IF that sets it where it is not given, and takes the given value
-                               elsewhere (lower/procedures/defaults.h); null for none */
+    const Node *default_in; /* statement from which it has the given value (lower/procedures/
+                               defaults.h); null for none */
     const Node *taken_in;   /* assignment that replaces what was given, which it reads
                                (lower/procedures/taken_parameters.h); null for none */
-    Symbol *also_taken;     /* another parameter of which that is so, or null */
+    Symbol *also_taken;     /* another parameter of which that is so, or the one of before; null for
+                               none */
     const char *presence;   /* a host variable that tells whether it has a value; null for none */
     Symbol *next;           /* in its scope, or null */
     Symbol *around;         /* what the name stands for around the scope, or null */
