@@ -242,6 +242,18 @@ for k = 1:numel(chosen)
 end
 )";
 
+const char WithCells[] = R"(function y = with_cells(c, places, cells)
+% A cell with what is in others in some places, one for each or the same for all.
+y = c;
+next = 1;
+for k = 1:numel(places)
+    y{places(k)} = cells{next};
+    if next < numel(cells)
+        next = next + 1;
+    end
+end
+)";
+
 // clang-format off
 constexpr LibrarySource Rows[] = {
     // least, most arguments, results, what it needs, what it is given first
@@ -264,6 +276,7 @@ constexpr LibrarySource Rows[] = {
     {"%remaining", 2, 2, 1, NEEDS_NOTHING, nullptr, Remaining, {}},
     {"%without", 2, 2, 1, NEEDS_NOTHING, nullptr, Without, {}},
     {"%with_each", 3, 3, 1, NEEDS_NOTHING, nullptr, WithEach, {}},
+    {"%with_cells", 3, 3, 1, NEEDS_NOTHING, nullptr, WithCells, {}},
 };
 // clang-format on
 

@@ -16,6 +16,7 @@
 #include "lower/procedures/taken_parameters.h"
 #include "lower/program/context.h"
 #include "lower/targets/cell_elements.h"
+#include "lower/targets/cell_parts.h"
 #include "lower/targets/counted_targets.h"
 #include "lower/targets/dealt_targets.h"
 #include "lower/targets/deletions.h"
@@ -200,6 +201,32 @@ void put_masked_cell(const Node *node) {
     free_vExpr(values.first);
 }
 
+// c(list) = d of cells, where the list may have one element.
+bool is_listed_cell(const Node *node) {
+    const Node *place = node->first_child;
+    const Node *value = without_parens(place->next);
+    const Node *array = node->op == OPERATOR_NONE ? changed_array(place) : nullptr;
+    const Node *index = array ? last_selector(place)->first_child : nullptr;
+    if (!index || index->next || !is_surely_several(index) || !may_list_one(index)) return false;
+    bool is_cell = value->kind != NODE_CELL && !is_value_list(value, false) && may_be_cell(value);
+    return is_cell && is_cell_base(place) && !may_be(value_of(array), MAY_BE_MISSING);
+}
+
+void put_listed_cell(const Node *node) {
+    const Node *place = node->first_child;
+    const Node *selector = last_selector(place);
+    Target target = lower_target(place, selector);
+    const char *base = target_value(&target);
+    EndBase at = {base, 1, 1, nullptr, true};
+    const char *places = lower_position(selector->first_child, &at)->text;
+    if (may_be_mask(selector->first_child)) {
+        const char *count = form_text("ArrayNumElems(%s,'All')", {base});
+        places = source_call_text("%positions", {count, places});
+    }
+    const char *cells = value_text(place, without_parens(place->next));
+    put_value(&target, source_call_text("%with_cells", {base, places, cells}));
+}
+
 // Whether a number is put among characters: it becomes one.
 bool becomes_character(const Node *array, const Node *value) {
     return array && kinds_of(value_of(array)) == MAY_BE_TEXT &&
@@ -250,6 +277,7 @@ void put_assignment(const Node *node) {
     assert(node->kind == NODE_ASSIGN);
     if (is_deletion(node)) return put_deletion(node);
     if (is_masked_cell(node)) return put_masked_cell(node);
+    if (is_listed_cell(node)) return put_listed_cell(node);
     if (is_cell_element(node)) return put_cell_element(node);
     const Node *place = node->first_child;
     bool is_plain = node->op == OPERATOR_NONE;

@@ -20,13 +20,51 @@
 
 namespace {
 
+double number_of(const Node *node) {
+    bool is_negative = node->kind == NODE_PREFIX && node->op == OPERATOR_MINUS;
+    if (is_negative) node = node->first_child;
+    if (node->kind != NODE_NUMBER) return NAN;
+    return is_negative ? -strtod(node->text, nullptr) : strtod(node->text, nullptr);
+}
+
+// Whether the source shows that there are two numbers or more: [1 k], 1:2:5.
+bool has_two(const Node *list) {
+    if (list->kind == NODE_RANGE) {
+        const Node *second = second_child(list);
+        double step = second->next ? number_of(second) : 1;
+        double stop = number_of(second->next ? second->next : second);
+        return (stop - number_of(list->first_child)) / step >= 1;
+    }
+    const Node *row = list->kind == NODE_MATRIX ? list->first_child : nullptr;
+    const Node *first = row ? row->first_child : nullptr;
+    return first && first->next && is_surely_single(first) && is_surely_single(first->next);
+}
+
+}  // namespace
+
+// One truth value selects like one position.
+bool may_be_mask(const Node *argument) {
+    return !is_colon(argument) && may_be(value_of(argument), MAY_BE_TRUTH);
+}
+
+bool may_list_one(const Node *argument) {
+    argument = without_parens(argument);
+    return !is_colon(argument) && !is_host_range(argument) && !has_two(argument);
+}
+
+namespace {
+
+bool is_mask(const Node *argument) {
+    return may_be_mask(argument) && is_surely(value_of(argument), MAY_BE_TRUTH | MAY_BE_OTHER);
+}
+
 // How many arguments surely select several; -1 when that is not known of all.
 int count_several(const Node *arguments) {
     int count = 0;
     for (const Node *child = arguments->first_child; child; child = child->next) {
-        if (is_surely_several(child)) {
+        if (is_surely_several(child) && !may_be_mask(child)) {
             count++;
-        } else if (may_be_several(child)) {
+        } else if (may_be_several(child) || is_mask(child)) {
             return -1;
         }
     }
@@ -49,37 +87,6 @@ void make_ranges(ExprList *arguments) {
     }
 }
 
-double number_of(const Node *node) {
-    bool is_negative = node->kind == NODE_PREFIX && node->op == OPERATOR_MINUS;
-    if (is_negative) node = node->first_child;
-    if (node->kind != NODE_NUMBER) return NAN;
-    return is_negative ? -strtod(node->text, nullptr) : strtod(node->text, nullptr);
-}
-
-// Whether the source shows that there are two numbers or more: [1 k], 1:2:5.
-bool has_two(const Node *list) {
-    if (list->kind == NODE_RANGE) {
-        const Node *second = second_child(list);
-        double step = second->next ? number_of(second) : 1;
-        double stop = number_of(second->next ? second->next : second);
-        return (stop - number_of(list->first_child)) / step >= 1;
-    }
-    const Node *row = list->kind == NODE_MATRIX ? list->first_child : nullptr;
-    const Node *first = row ? row->first_child : nullptr;
-    return first && first->next && is_surely_single(first) && is_surely_single(first->next);
-}
-
-// Whether an argument may be a list of one position, in the host an index like that position. A
-// mask is none.
-bool may_list_one(const Node *argument) {
-    argument = without_parens(argument);
-    if (is_colon(argument) || is_host_range(argument) || has_two(argument)) return false;
-    if (argument->kind == NODE_RANGE) return true;
-    Value value = value_of(argument);
-    if (!is_surely(value, MAY_BE_NUMBER)) return !is_surely_several(argument);
-    return true;
-}
-
 // Whether all may select one, of which a single one by itself is told by is_cell_part.
 bool may_list_ones(const Node *arguments) {
     for (const Node *child = arguments->first_child; child; child = child->next)
@@ -96,6 +103,19 @@ const char *list_text(mExpr *argument, const char *base, int number, int count) 
                      {range->start->text, last, range->step->text});
 }
 
+// Whether an argument is a mask, or a list that may be one.
+bool has_truths(const Node *argument) {
+    return is_mask(argument) || (is_surely_several(argument) && may_be_mask(argument));
+}
+
+// The positions that an argument selects, as a list.
+const char *positions_text(const Node *argument, mExpr *lowered, const char *base, int number,
+                           int count) {
+    const char *list = list_text(lowered, base, number, count);
+    if (!has_truths(argument)) return list;
+    return source_call_text("%positions", {last_position_text(base, number, count), list});
+}
+
 // The lists get names, as they are asked for their lengths; answers whether all have one element.
 const char *name_lists(const Node *arguments, const char *base, ExprList *index) {
     const char *condition = nullptr;
@@ -105,10 +125,10 @@ const char *name_lists(const Node *arguments, const char *base, ExprList *index)
     for (const Node *child = arguments->first_child; child;
          child = child->next, cell = cell->next) {
         number++;
-        if (is_surely_single(child)) continue;
-        if (without_parens(child)->kind != NODE_NAME) {
+        if (is_surely_single(child) && !is_mask(child)) continue;
+        if (without_parens(child)->kind != NODE_NAME || has_truths(child)) {
             const char *name = new_temporary();
-            put_line("%s := %s;", {name, list_text(cell->item, base, number, count)});
+            put_line("%s := %s;", {name, positions_text(child, cell->item, base, number, count)});
             cell->item = new_leaf(name);
         }
         const char *length = form_text("ArrayNumElems(%s,'All')", {cell->item->text});
@@ -155,7 +175,8 @@ mExpr *lower_unknown_part(const char *base, const Node *arguments, bool is_cell)
 bool is_cell_part(const Node *reference) {
     const Node *arguments = last_selector(reference);
     if (arguments->kind != NODE_ARGUMENTS || !arguments->first_child) return false;
-    if (!is_cell_base(reference) && !may_give_cell(reference)) return false;
+    bool may_be_part = may_give_cell(reference) && may_be_cell(reference);
+    if (!is_cell_base(reference) && !may_be_part) return false;
     int several = count_several(arguments);
     bool is_unknown = several < 0 && !arguments->first_child->next;
     return several == 0 || is_unknown;
