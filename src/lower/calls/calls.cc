@@ -107,17 +107,21 @@ const TakenPart *taken_by_function(const Node *function) {
     return known ? known->taken : nullptr;
 }
 
+// The function among the arguments that takes elements; null for none.
+const Node *find_taker(const Node *arguments) {
+    const Node *function = arguments->first_child;
+    while (function && !taken_by_function(function)) function = function->next;
+    return function;
+}
+
 // The same where a function is passed on together with a cell.
 void check_passed_on(const Node *name, const Node *arguments) {
-    const Node *function = arguments ? arguments->first_child : nullptr;
-    for (; function; function = function->next)
-        if (const TakenPart *taken = taken_by_function(function)) {
-            const Node *taker = function->kind == NODE_HANDLE ? function : name;
-            for (const Node *argument = arguments->first_child; argument; argument = argument->next)
-                if (has_flag(argument, GIVES_CELL) && taken)
-                    report_at(CELL_GIVEN, argument, {taker->text});
-            return;
-        }
+    const Node *argument = arguments ? arguments->first_child : nullptr;
+    for (; argument; argument = argument->next) {
+        const Node *taker = has_flag(argument, GIVES_CELL) ? find_taker(arguments) : nullptr;
+        if (!taker) continue;
+        report_at(CELL_GIVEN, argument, {taker->kind == NODE_HANDLE ? taker->text : name->text});
+    }
 }
 
 // A call that the host has not answered.
@@ -204,10 +208,36 @@ mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
     return call;
 }
 
-void check_held_call(const Node *variable, const Node *arguments) {
-    for (const AssignedValue *value = variable->symbol->values; value; value = value->next)
-        if (const Node *function = held_function(value))
-            check_cells(variable, arguments, taken_by_function(function));
+// What is called may be any function that the file gives away.
+static void check_any_held(const Node *arguments) {
+    for (const FileFunction *function = CurrentFile->functions; function;
+         function = function->next) {
+        const Scope *scope = scope_of(function->node);
+        if (scope && (scope->flags & IS_HANDLED))
+            check_cells(function->node, arguments, scope->taken);
+    }
+}
+
+static bool has_cell(const Node *arguments) {
+    const Node *argument = arguments->first_child;
+    while (argument && kinds_of(value_of(argument)) != MAY_BE_CELL) argument = argument->next;
+    return argument;
+}
+
+void check_held_call(const Node *reference) {
+    const Node *base = reference->first_child;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return;
+    const Node *holder = base;
+    while (holder->next->next) holder = holder->next;
+    const Node *arguments = holder->next;
+    if (arguments->kind != NODE_ARGUMENTS || !has_cell(arguments)) return;
+    if (holder == base && holds_function(base->symbol)) {
+        for (const AssignedValue *value = base->symbol->values; value; value = value->next)
+            if (const Node *function = held_function(value))
+                check_cells(base, arguments, taken_by_function(function));
+    } else if (may_be(value_of(holder), MAY_BE_FUNCTION)) {
+        check_any_held(arguments);  // a cell is no index
+    }
 }
 
 mExpr *lower_call(const Node *name, const Node *arguments) {

@@ -20,6 +20,6 @@ mExpr *lower_command(const Node *command);
 const char *host_name(const Node *name);
 /* The NAME of a function as the base of fields and braces: the host's name, without a call. */
 mExpr *lower_function_name(const Node *name);
-/* Tells of cells that are given to a function which takes elements of them, and which a variable
- * may hold that only ever holds functions. */
-void check_held_call(const Node *variable, const Node *arguments);
+/* Tells of cells that the REFERENCE gives to a function which takes elements of them, where it
+ * calls what a variable holds, or a part of it. */
+void check_held_call(const Node *reference);

@@ -65,8 +65,7 @@ mExpr *lower_reference(const Node *node) {
         bool is_operator = relation_of(call) || without_parentheses(call).level != HOST_ATOM;
         return is_operator ? call : new_call_leaf(call->text);
     }
-    if (is_called(base) && base->next->kind == NODE_ARGUMENTS && is_variable(base->symbol))
-        check_held_call(base, base->next);
+    check_held_call(node);
     check_object_index(base, "subsref", shown_selector(base->next));
     return is_value_list(node, false) ? lower_first_value(node) : lower_selectors(node);
 }

@@ -178,7 +178,6 @@ enum NodeFlag : uint16_t {
     IS_OPERAND = 1 << 14, /* REFERENCE: of an operator, a condition or an index, as no cell is */
     IS_USED_AS_CELL = 1 << 13, /* REFERENCE: it is assigned to a variable that braces follow or that
                                   is asked whether it is a cell, or is asked itself */
-    IS_ITEM = 1 << 12,         /* REFERENCE: it stands in brackets */
     GIVES_CELL = 1 << 15, /* an argument: a cell is given where elements of an array are taken */
     HAS_GAP = 1 << 15 /* nothing stands between two commas of the ROW, or in front of the first */
 };

@@ -103,7 +103,7 @@ bool is_given_up() { return IsGivenUp; }
 
 bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
 
-bool is_held(const Symbol *symbol) {
+[[gnu::noinline]] bool is_held(const Symbol *symbol) {
     return (symbol->flags & HELD) && !(symbol->flags & UNTRACED & ~HELD);
 }
 
@@ -115,7 +115,8 @@ Value value_now(const Symbol *symbol) {
 }
 
 // A global keeps what it began with.
-static void hold_value(Symbol *symbol, Value value) {
+[[gnu::noinline]] static void hold_value(Symbol *symbol, Value value) {
+    if (!is_held(symbol)) return;
     if (kinds_of(value) != ANY_KIND) symbol->given_kinds |= kinds_of(value);
     if ((symbol->flags & SYMBOL_GLOBAL) || is_within(value, symbol->now)) return;
     symbol->now |= value;
@@ -125,8 +126,8 @@ static void hold_value(Symbol *symbol, Value value) {
 void set_value(Symbol *symbol, Value value) {
     symbol->ever |= value;
     // A region must know of a change that another one takes back, or that a jump leaves behind.
-    if (is_held(symbol)) return hold_value(symbol, value);
-    if (!is_traced(symbol) || IsGivenUp) return;
+    if (!is_traced(symbol)) return hold_value(symbol, value);
+    if (IsGivenUp) return;
     if (symbol->now == value && OpenRegions == 0) return;
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;
     note_change(symbol);

@@ -156,7 +156,10 @@ void note_applied(const char *name, const Node *function) {
 }
 
 void note_handle(const Node *name) {
-    if (Summary *summary = summary_of(name->symbol)) summary->is_open = true;
+    if (Summary *summary = summary_of(name->symbol)) {
+        summary->is_open = true;
+        summary->scope->flags |= IS_HANDLED;
+    }
     if (is_known_to(name->text, APPLIES_FUNCTION | CALLS_FUNCTION)) CallsByText = true;
 }
 

@@ -133,10 +133,6 @@ const TakenPart *taken_by_named(const Node *name) {
 
 }  // namespace
 
-void set_gives_cell(Node *argument, bool gives) {
-    argument->flags = gives ? argument->flags | GIVES_CELL : argument->flags & ~GIVES_CELL;
-}
-
 bool gives_taken_cell(const TakenPart *taken, int32_t position, Value value,
                       const KnownParts *parts) {
     for (; taken; taken = taken->next) {
@@ -148,8 +144,9 @@ bool gives_taken_cell(const TakenPart *taken, int32_t position, Value value,
 }
 
 void note_taken(const Node *value) {
+    if (value->kind != NODE_REFERENCE || has_flag(value, IS_OPERAND)) return;
     const Node *source = source_of(value);
-    if (!source || source == value || has_flag(value, IS_OPERAND)) return;
+    if (!source) return;
     const Node *holder = source;
     while (holder->next->next) holder = holder->next;
     const Node *last = holder->next;
@@ -162,12 +159,26 @@ void note_taken(const Node *value) {
     if (way.is_known) take_from(source->symbol, way.path, 0, &steps);
 }
 
+const TakenPart *taken_so_far() { return TracedScope->taken; }
+
+void forget_taken(const TakenPart *since) { TracedScope->taken = since; }
+
 const TakenPart *taken_by_held(const Node *function) {
     if (function->kind == NODE_ANONYMOUS) return function->first_child->scope->taken;
     return function->kind == NODE_HANDLE ? taken_by_named(function) : nullptr;
 }
 
+// Whether an argument is a function, or is known to have cells.
+static bool may_matter(const Node *argument) {
+    if (argument->kind == NODE_HANDLE || argument->kind == NODE_ANONYMOUS) return true;
+    Value kinds = kinds_of(value_of(argument));
+    return kinds != ANY_KIND && may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD);
+}
+
 void note_given_cells(const Node *name, Node *arguments) {
+    const Node *first = arguments;
+    while (first && !may_matter(first)) first = first->next;
+    if (!first) return;
     const TakenPart *taken = taken_by_named(name);
     int32_t position = 1;
     bool is_list = false;

@@ -20,12 +20,17 @@ struct TakenPart {
 /* The value, which has been traced, is kept as it is: where it is x(k) of what a parameter may have
  * brought, and what may be anything, its element is taken. */
 void note_taken(const Node *value);
+/* What has been noted in TracedScope; what has been noted since is forgotten. */
+const TakenPart *taken_so_far();
+void forget_taken(const TakenPart *since);
 /* The parts that a HANDLE's or ANONYMOUS's function takes; null for none. */
 const TakenPart *taken_by_held(const Node *function);
 /* Whether a cell is given at the position where an element is taken. */
 bool gives_taken_cell(const TakenPart *taken, int32_t position, Value value,
                       const KnownParts *parts);
-void set_gives_cell(Node *argument, bool gives);
+inline void set_gives_cell(Node *argument, bool gives) {
+    argument->flags = gives ? argument->flags | GIVES_CELL : argument->flags & ~GIVES_CELL;
+}
 /* The arguments of a call of a NAME, which have been traced, first and siblings, null for none:
  * those that are cells where the function, or one among them, takes elements get the flag
  * GIVES_CELL. */

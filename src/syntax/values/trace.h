@@ -29,7 +29,7 @@ struct FunctionFinders {
 };
 extern FunctionFinders Finders;
 /* The function or script whose values are being traced. */
-extern const Scope *TracedScope;
+extern Scope *TracedScope;
 /* The statement of its body in which the flow is. */
 extern const Node *OutermostStatement;
 /* The value of an assignment to x(k): of a cell the host takes the element there, too. */

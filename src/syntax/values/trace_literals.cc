@@ -16,7 +16,6 @@ struct Elements {
     Value may_hold;  // kinds of those that are not surely empty
     int count;
     bool has_list;
-    bool has_references;
 };
 
 void add_element(Elements *elements, const Node *node) {
@@ -26,7 +25,6 @@ void add_element(Elements *elements, const Node *node) {
     elements->all |= value;
     elements->count++;
     elements->has_list |= is_list;
-    elements->has_references |= node->kind == NODE_REFERENCE;
     if (!is_empty || may_be(value, MAY_BE_TEXT | MAY_BE_CELL))
         elements->may_hold |= kinds_of(value);
     Value kinds = kinds_of(value);
@@ -40,7 +38,6 @@ void add_elements(Elements *all, const Elements *row) {
     all->may_hold |= row->may_hold;
     all->count += row->count;
     all->has_list |= row->has_list;
-    all->has_references |= row->has_references;
 }
 
 // A cell among the elements makes a cell of all, else a text a text.
@@ -78,14 +75,10 @@ constexpr Value NO_ELEMENTS = MAY_BE_NUMBER | MAY_BE_ARRAY | MAY_BE_EMPTY;
 
 // Looks at all elements of all rows; answers the size.
 Value trace_rows(Node *literal, Elements *all, int *rows) {
-    uint16_t flag = literal->kind == NODE_MATRIX ? IS_ITEM : 0;
     Value size = 0;
     for (Node *row = literal->first_child; row; row = row->next) {
         Elements elements = {};
-        for (Node *item = row->first_child; item; item = item->next) {
-            if (item->kind == NODE_REFERENCE) item->flags |= flag;
-            trace_expression(item);
-        }
+        trace_all(row->first_child);
         for (const Node *element = row->first_child; element; element = element->next)
             add_element(&elements, element);
         add_elements(all, &elements);
@@ -97,23 +90,16 @@ Value trace_rows(Node *literal, Elements *all, int *rows) {
 
 }  // namespace
 
-// Beside a cell an element is as good as the cell that has it.
-static void note_taken_items(const Node *matrix, Value kinds) {
-    if ((kinds & ~MAY_BE_OTHER) == MAY_BE_CELL) return;
-    for (const Node *row = matrix->first_child; row; row = row->next)
-        for (const Node *item = row->first_child; item; item = item->next)
-            if (item->kind == NODE_REFERENCE) note_taken(item);
-}
-
-// [x] is x.
+// [x] is x. Beside a cell an element is as good as the cell that has it.
 Value trace_matrix(Node *matrix) {
     Elements all = {};
     int rows = 0;
+    const TakenPart *taken = taken_so_far();
     Value size = trace_rows(matrix, &all, &rows);
     if (all.count == 0) return NO_ELEMENTS;
     const Node *first = matrix->first_child->first_child;
     Value kinds = joined_kinds(&all);
-    if (all.has_references) note_taken_items(matrix, kinds);
+    if ((kinds & ~MAY_BE_OTHER) == MAY_BE_CELL) forget_taken(taken);
     if (all.count == 1 && !all.has_list) return value_of(first) & ANY_VALUE;
     size = size_of_rows(&all, size, rows);
     return kinds | held_form(kinds, size) | size | (all.all & ANY_SIGN);
@@ -135,7 +121,7 @@ Value trace_cell(Node *cell) {
 // takes from around it, it takes now. What it asks and does in it speaks of its own variables.
 Value trace_anonymous(Node *anonymous) {
     Scope *scope = anonymous->first_child->scope;
-    const Scope *outer = TracedScope;
+    Scope *outer = TracedScope;
     bool was_dead = is_dead();
     TracedScope = scope;
     scope->taken = nullptr;

@@ -121,7 +121,7 @@ Value value_of_member(Node *base) {
     return told ? told : ANY_VALUE;
 }
 
-Value value_after_call(Node *base) {
+Value value_after_call(Node *base, bool is_applied) {
     const Node *selector = base->next;
     if (selector->kind == NODE_FIELD) return value_of_member(base);
     bool has_arguments = selector->kind == NODE_ARGUMENTS;
@@ -129,9 +129,9 @@ Value value_after_call(Node *base) {
     note_applied(base->text, arguments);
     if (arguments && is_known_to(base->text, TAKES_FIELD)) note_operand(selector->first_child);
     Value value = value_of_call(base, selector, arguments);
-    if (applies_written(base)) {
+    if (is_applied) {
         note_applied_cells(base);
-    } else {
+    } else if (!library_of(base)) {
         note_given_cells(base, arguments);
     }
     return has_arguments && !selector->next ? value : Value(ANY_VALUE);
@@ -539,20 +539,21 @@ Value trace_reference(Node *reference) {
     if (is_call) note_sides(base);
     if (is_call) note_cell_question(base);
     if (!is_call) trace_expression(base);
-    if (is_call && applies_written(base)) {
+    bool is_applied = is_call && applies_written(base);
+    if (is_applied) {
         trace_applied(base);
     } else {
         trace_selectors(reference);
     }
     if (is_call && is_known_to(base->text, RUNS_TEXT)) forget_all(0);
-    if (is_call) return value_after_call(base);
+    if (is_call) return value_after_call(base, is_applied);
     bool is_cell_part = base->kind == NODE_CELL && is_cell_base(reference);
     if (is_cell_part && base->next->kind == NODE_ARGUMENTS)
         return MAY_BE_CELL | (ANY_SHAPE & ~MAY_BE_SINGLE);
     if (base->kind != NODE_NAME) return ANY_VALUE;
     if (is_handle_call(reference)) note_handle_call(base->symbol, base->next->first_child);
     Value value = value_of_part(base->symbol, base->next);
-    if (reference != PutAsElement && !has_flag(reference, IS_ITEM)) note_taken(reference);
+    if (reference != PutAsElement) note_taken(reference);
     if (!may_give_cell(reference)) return value;
     return (value & ~MAY_BE_SINGLE) | MAY_BE_ARRAY |
            (may_be(value, MAY_BE_TEXT) ? MAY_BE_SINGLE : 0);

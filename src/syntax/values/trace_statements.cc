@@ -10,10 +10,11 @@
 #include "syntax/values/library_values.h"
 #include "syntax/values/parameters.h"
 #include "syntax/values/summaries.h"
+#include "syntax/values/taken_parts.h"
 #include "syntax/values/trace.h"
 #include "syntax/values/trace_function.h"
 
-const Scope *TracedScope;
+Scope *TracedScope;
 const Node *OutermostStatement;
 const Node *PutAsElement;
 
@@ -405,6 +406,7 @@ void trace_owner(const Node *owner) {
 void forget_values(Node *first) {
     for (Node *node = first; node; node = node->next) {
         node->value = 0;
+        if (node->kind != NODE_ROW) set_gives_cell(node, false);
         if (node->kind != NODE_FUNCTION) forget_values(first_child(node));
     }
 }
