@@ -16,6 +16,7 @@ constexpr int32_t MOST_PARAMETERS = 16;
 constexpr int32_t REST = MOST_PARAMETERS;
 constexpr int32_t GIVEN_VALUES = MOST_PARAMETERS + 1;
 constexpr size_t LONGEST_NAME = 63;
+constexpr uint32_t CALLS = APPLIES_FUNCTION | CALLS_FUNCTION | TAKES_FUNCTION;
 
 NameMap Named;     // functions of the file by their names, as texts may name them
 bool CallsByText;  // some function may be called by a text that nobody knows
@@ -150,7 +151,6 @@ void note_text(const char *text) {
 }
 
 void note_applied(const char *name, const Node *function) {
-    constexpr uint32_t CALLS = APPLIES_FUNCTION | CALLS_FUNCTION;
     if (!function || !is_known_to(name, CALLS) || function->kind == NODE_STRING) return;
     if (may_be(value_of(function), MAY_BE_TEXT)) CallsByText = true;
 }
@@ -160,7 +160,7 @@ void note_handle(const Node *name) {
         summary->is_open = true;
         summary->scope->flags |= IS_HANDLED;
     }
-    if (is_known_to(name->text, APPLIES_FUNCTION | CALLS_FUNCTION)) CallsByText = true;
+    if (is_known_to(name->text, CALLS)) CallsByText = true;
 }
 
 static void join_argument(GivenValue *given, Node *argument) {
