@@ -81,18 +81,19 @@ void note_asking(NameWalk *walk, const Node *asked) {
         walk->loops.innermost ? UINT32_MAX : std::max(symbol->last_asked, asked->offset);
 }
 
-// s.f = {...}
+// s.f = {...}, s.a.f = {...}
 void note_cell_value(const Node *base, const Node *value) {
+    if (!value || value->kind != NODE_CELL) return;
     const Node *field = base->next;
-    bool is_field = field->kind == NODE_FIELD && !field->next;
-    if (is_field && value && value->kind == NODE_CELL) note_cell_field(base->symbol, field->text);
+    while (field->next) field = field->next;
+    if (field->kind == NODE_FIELD) note_cell_field(base->symbol, field->text);
 }
 
-// s.f{k}
+// s.f{k}, s.a.f{k}
 void note_braces(const Node *base) {
-    const Node *field = base->next;
-    if (field->kind == NODE_FIELD && field->next && field->next->kind == NODE_BRACES)
-        note_cell_field(base->symbol, field->text);
+    for (const Node *field = base->next; field->next; field = field->next)
+        if (field->kind == NODE_FIELD && field->next->kind == NODE_BRACES)
+            note_cell_field(base->symbol, field->text);
 }
 
 void note_cell_question(const Node *base) {

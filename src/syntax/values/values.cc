@@ -507,10 +507,9 @@ bool is_cell_base(const Node *reference) {
     return before == base ? is_cell_variable(base) : is_surely_cell(base, before);
 }
 
-// s.f, where s.f{k} stands somewhere.
+// s.f, where s.f{k} stands somewhere; s.a.f, where any field f of s, or inside of it, is used so.
 static bool is_used_as_cell(const Node *base, const Node *holder) {
-    return holder == base->next && holder->kind == NODE_FIELD &&
-           is_cell_field(base->symbol, holder->text);
+    return holder->kind == NODE_FIELD && is_cell_field(base->symbol, holder->text);
 }
 
 bool may_give_cell(const Node *reference) {
