@@ -294,6 +294,18 @@ static Operand negate_value(const mExpr *value) {
     return {new_operator1(OP_NOT, value), HOST_ATOM};
 }
 
+static bool may_be_truth(const Node *node) {
+    const char *class_name = class_of_value(node);
+    bool is_object = class_name && class_name != NO_OBJECT;
+    return !is_object && may_be(value_of(node), MAY_BE_TRUTH);
+}
+
+// +t of a truth value is a number in MATLAB.
+static Operand as_number(const Operand *operand) {
+    Operand nothing = {new_node(EXPR_INTEGER, "0"), HOST_ATOM};
+    return new_binary(OPERATOR_PLUS, operand, &nothing);
+}
+
 Operand lower_prefix(const Node *node) {
     Operand operand = lower_operand(node->first_child);
     if (is_test_alone(operand.expr)) return operand;  // ~ is told with it
@@ -301,6 +313,7 @@ Operand lower_prefix(const Node *node) {
         return call_operator(method, operand.expr, nullptr);
     spell_prefixed(&operand, value_of(node->first_child));
     if (node->op == OPERATOR_NOT) return negate_value(operand.expr);
+    if (node->op == OPERATOR_PLUS && may_be_truth(node->first_child)) return as_number(&operand);
     int sign = node->op == OPERATOR_MINUS ? OP_UNARY_MINUS : OP_UNARY_PLUS;
     return {new_operator1(sign, after_sign(&operand)), HOST_SIGN};
 }

@@ -245,11 +245,11 @@ end
 const char WithCells[] = R"(function y = with_cells(c, places, cells)
 % A cell with what is in others in some places, one for each or the same for all.
 y = c;
-next = 1;
+at = 1;
 for k = 1:numel(places)
-    y{places(k)} = cells{next};
-    if next < numel(cells)
-        next = next + 1;
+    y{places(k)} = cells{at};
+    if at < numel(cells)
+        at = at + 1;
     end
 end
 )";

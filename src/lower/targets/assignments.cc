@@ -271,6 +271,15 @@ const char *character_text(const char *number) {
     return string_text(text);
 }
 
+// What is read before parts of the target begin, as they are parts of it.
+const char *early_text(const Node *target, const Node *value) {
+    const char *text = value_text(target, value);
+    if (without_parens(value)->kind != NODE_NAME) return stable_text(text);
+    const char *name = new_temporary();
+    put_line("%s := copy(%s);", {name, lower_expression(value)->text});
+    return name;
+}
+
 }  // namespace
 
 void put_assignment(const Node *node) {
@@ -282,7 +291,7 @@ void put_assignment(const Node *node) {
     const Node *place = node->first_child;
     bool is_plain = node->op == OPERATOR_NONE;
     bool is_early = is_plain && must_be_read_first(place, place->next);
-    const char *value = is_early ? stable_text(value_text(place, place->next)) : nullptr;
+    const char *value = is_early ? early_text(place, place->next) : nullptr;
     Lowering.is_read_too = !is_plain;
     Lowering.assigned = place->next;
     Target target = lower_target(place, nullptr);

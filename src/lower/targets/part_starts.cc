@@ -144,6 +144,7 @@ struct Reading {
     const Node *base;  // of the target
     int count;         // selectors of the target that it begins with, at most
     bool has_holder;   // it reads all that an index of the target selects from
+    bool has_record;   // it reads all of a record in which a part of a field is set
 };
 
 // A reference of the target's variable. One that ends, or asks for its end, where the target has an
@@ -156,6 +157,7 @@ void note_reference(Reading *reading, const Node *selector) {
     if (count > reading->count) reading->count = count;
     bool is_index = own && (own->kind == NODE_BRACES || own->kind == NODE_ARGUMENTS);
     if (is_index && (!selector || has_end_inside(selector))) reading->has_holder = true;
+    if (own && own->kind == NODE_FIELD && own->next && !selector) reading->has_record = true;
 }
 
 void note_reading(Reading *reading, const Node *node) {
@@ -171,7 +173,7 @@ void note_reading(Reading *reading, const Node *node) {
 }
 
 Reading reading_of(const Node *base, const Node *value) {
-    Reading reading = {base, 0, false};
+    Reading reading = {base, 0, false, false};
     note_reading(&reading, value);
     return reading;
 }
@@ -278,10 +280,19 @@ void start_list(const Path *path, const Node *holder, const Node *selector) {
     if (selector->kind == NODE_BRACES) put_empty_holder(path->text, value_of(holder), selector);
 }
 
+static bool may_start(const Node *field) {
+    bool is_known = field->value != 0;
+    return field->next && (!is_known || may_be(field->value, MAY_BE_MISSING));
+}
+
 bool must_be_read_first(const Node *target, const Node *value) {
     if (target->kind != NODE_REFERENCE) return false;
-    for (const Node *selector = second_child(target); selector->next; selector = selector->next)
+    for (const Node *selector = second_child(target); selector->next; selector = selector->next) {
         if (selector->kind == NODE_BRACES && has_start(selector))
             return reading_of(target->first_child, value).has_holder;
+        if (selector->kind == NODE_FIELD && may_start(selector) &&
+            reading_of(target->first_child, value).has_record)
+            return true;
+    }
     return false;
 }

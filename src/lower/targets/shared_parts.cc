@@ -96,6 +96,16 @@ bool changes_at(const Node *target, uint32_t depth) {
     return symbol && changes_from_here(symbol, target, depth);
 }
 
+bool changes_inside_at(const Node *target) { return changes_at(target, 0); }
+
+// Whether it is so of the target, or of one of several.
+bool any_target(const Node *target, bool (*is_so)(const Node *)) {
+    if (target->kind != NODE_TARGETS) return is_so(target);
+    for (const Node *child = target->first_child; child; child = child->next)
+        if (is_so(child)) return true;
+    return false;
+}
+
 // x(k) of what is used as no cell takes over the characters that are put there.
 bool takes_elements(const Node *target) {
     if (target->kind != NODE_REFERENCE || second_child(target)->kind != NODE_ARGUMENTS)
@@ -112,7 +122,7 @@ bool changes_characters(const Node *value) {
     const Symbol *from = variable_of(value);
     if (target && takes_elements(target)) return false;
     if (from && changes_from_here(from, value, 0)) return true;
-    return target && target->kind != NODE_TARGETS && changes_at(target, 0);
+    return target ? any_target(target, changes_inside_at) : Lowering.holder.value != nullptr;
 }
 
 // What is held plainly is never changed inside, but for the characters of a text.

@@ -502,8 +502,9 @@ bool may_be_called(const Node *before) {
     bool is_missing = kinds_of(value_of(before)) == 0;  // sum = sum(1:3)
     if (!is_missing && !may_be(value_of(before), MAY_BE_FUNCTION)) return false;
     if (before->kind == NODE_FIELD) return !is_missing;
-    return before->kind == NODE_NAME && is_variable(before->symbol) &&
-           !is_surely_data(before->symbol, nullptr);
+    if (before->kind != NODE_NAME || !is_variable(before->symbol)) return false;
+    bool is_known = !is_missing && kinds_of(value_of(before)) != ANY_KIND;
+    return is_known || !is_surely_data(before->symbol, nullptr);
 }
 
 void trace_selectors(Node *reference) {
