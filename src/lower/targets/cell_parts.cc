@@ -178,8 +178,8 @@ bool is_cell_part(const Node *reference) {
     bool may_be_part = may_give_cell(reference) && may_be_cell(reference);
     if (!is_cell_base(reference) && !may_be_part) return false;
     int several = count_several(arguments);
-    bool is_unknown = several < 0 && !arguments->first_child->next;
-    return several == 0 || is_unknown;
+    if (arguments->first_child->next) return several == 0;
+    return several <= 0 || (may_be_part && may_list_one(arguments->first_child));
 }
 
 bool is_listed_part(const Node *reference) {
