@@ -58,7 +58,7 @@ int count_vExpr(const vExpr *list) {
     return count;
 }
 
-static mExpr *new_string(const char *contents) {
+[[gnu::noinline]] static mExpr *new_string(const char *contents) {
     Writer to;
     size_t size = escaped_length(contents, "\\") + sizeof "\"\"";
     mExpr *expr = alloc_text_mExpr(EXPR_STRING, SCALAR, size, &to);
@@ -78,7 +78,7 @@ static mExpr *new_leaf(int kind, const char *text) {
     return expr;
 }
 
-static const char *name_text(const char *name) {
+[[gnu::noinline]] static const char *name_text(const char *name) {
     if (strcmp(name, "I") == 0) return "m_I";
     if (strcmp(name, "nargin") == 0) return "nargs";
     if (*name == '@') {

@@ -27,7 +27,7 @@ void read_value(NameWalk *walk, Node *name) {
 }
 
 // Most are numbers, in a table, or names.
-void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
+[[gnu::noinline]] void walk_nodes(NameWalk *walk, Node *first, const Node *end = nullptr) {
     for (; first != end; first = first->next) {
         if (first->kind == NODE_NAME)
             read_value(walk, first);
@@ -103,7 +103,7 @@ void note_cell_question(const Node *base) {
 }
 
 // exist('x') of a parameter: it may not have been given.
-void walk_reference(NameWalk *walk, Node *reference) {
+[[gnu::noinline]] void walk_reference(NameWalk *walk, Node *reference) {
     Node *base = reference->first_child;
     if (base->kind != NODE_NAME) return walk_nodes(walk, base);
     read_name(walk, base);
@@ -359,7 +359,7 @@ void walk_arguments(NameWalk *walk, Node *block) {
         if (argument->kind == NODE_ARGUMENT) walk_argument(walk, argument);
 }
 
-void walk_anonymous(NameWalk *walk, Node *anonymous) {
+[[gnu::noinline]] void walk_anonymous(NameWalk *walk, Node *anonymous) {
     Scope *outer = walk->scope;
     Scope *scope = new_scope(outer, anonymous);
     const LoopWalk *loops = &walk->loops;
@@ -382,15 +382,13 @@ void note_nested(NameWalk *walk, Node *function, Node *name) {
     mention(walk, name)->definition = function;
 }
 
-void walk_node(NameWalk *walk, Node *node) {
+[[gnu::noinline]] void walk_text(NameWalk *walk, const Node *text) {
+    if (is_colon(text)) walk->function->flags |= HAS_COLON_TEXT;
+}
+
+// What is no expression.
+[[gnu::noinline]] void walk_statement(NameWalk *walk, Node *node) {
     switch (node->kind) {
-        case NODE_NAME: return read_value(walk, node);
-        case NODE_STRING:
-            if (is_colon(node)) walk->function->flags |= HAS_COLON_TEXT;
-            return;
-        case NODE_HANDLE: mention(walk, node)->flags |= SYMBOL_CALLED; return;
-        case NODE_REFERENCE: return walk_reference(walk, node);
-        case NODE_ANONYMOUS: return walk_anonymous(walk, node);
         case NODE_EXPRESSION: return walk_expression_statement(walk, node);
         case NODE_ASSIGN: return walk_assignment(walk, node);
         case NODE_MULTI_ASSIGN: return walk_multi_assignment(walk, node);
@@ -409,6 +407,18 @@ void walk_node(NameWalk *walk, Node *node) {
         case NODE_FUNCTION: return note_nested(walk, node, child_of_kind(node, NODE_NAME));
         case NODE_ARGUMENT_BLOCK: return walk_arguments(walk, node);
         case NODE_BLOCK: return walk_block(walk, node);
+        default: return walk_nodes(walk, node->first_child);
+    }
+}
+
+void walk_node(NameWalk *walk, Node *node) {
+    if (node->kind > NODE_ANONYMOUS) return walk_statement(walk, node);
+    switch (node->kind) {
+        case NODE_NAME: return read_value(walk, node);
+        case NODE_STRING: return walk_text(walk, node);
+        case NODE_HANDLE: mention(walk, node)->flags |= SYMBOL_CALLED; return;
+        case NODE_REFERENCE: return walk_reference(walk, node);
+        case NODE_ANONYMOUS: return walk_anonymous(walk, node);
         default: return walk_nodes(walk, node->first_child);
     }
 }

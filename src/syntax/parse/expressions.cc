@@ -192,14 +192,8 @@ Node *parse_power() {
 
 Node *parse_operand() { return is_prefix() ? parse_prefixes(parse_power) : parse_power(); }
 
-// NUMBER, or a call of its type: 0x1Fu8 is uint8(31).
-[[gnu::noinline]] Node *take_number() {
-    uint16_t flags = Current.flags & IS_INTEGER ? NUMBER_INTEGER : 0;
-    if (Current.flags & IS_IMAGINARY) flags |= NUMBER_IMAGINARY;
-    const char *type = Current.type;
-    Node *number = take_leaf(NODE_NUMBER);
-    number->flags = flags;
-    if (!type) return number;
+// 0x1Fu8 is uint8(31).
+[[gnu::noinline]] Node *call_of_type(Node *number, const char *type) {
     if (number->text[0] == '-') {
         number->text++;
         Node *sign = new_parent(NODE_PREFIX, number);
@@ -211,6 +205,16 @@ Node *parse_operand() { return is_prefix() ? parse_prefixes(parse_power) : parse
     name->text = text_of(spelling_of_bytes(type, length));
     name->next = finish(new_parent(NODE_ARGUMENTS, number));
     return finish(new_parent(NODE_REFERENCE, name));
+}
+
+// NUMBER, or a call of its type.
+[[gnu::noinline]] Node *take_number() {
+    uint16_t flags = Current.flags & IS_INTEGER ? NUMBER_INTEGER : 0;
+    if (Current.flags & IS_IMAGINARY) flags |= NUMBER_IMAGINARY;
+    const char *type = Current.type;
+    Node *number = take_leaf(NODE_NUMBER);
+    number->flags = flags;
+    return type ? call_of_type(number, type) : number;
 }
 
 // Octave's texts in double quotes are no objects, so that none is marked.
@@ -443,14 +447,32 @@ Node *parse_arguments() {
     return finish(node);
 }
 
-Node *parse_reference() {
-    Node *base = parse_base();
+// What may follow an operand as part of a reference: a selector, a step, the @ of a superclass.
+static bool may_go_on() {
+    switch (Current.kind) {
+        case TOKEN_OPEN_PAREN:
+        case TOKEN_OPEN_BRACE:
+        case TOKEN_DOT_PAREN:
+        case TOKEN_FIELD:
+        case TOKEN_AT:
+        case TOKEN_STEP:
+        case TOKEN_INCREMENT: return true;
+        default: return false;
+    }
+}
+
+[[gnu::noinline]] static Node *parse_rest_of_reference(Node *base) {
     if (base->kind == NODE_NAME && is_superclass_call()) take_superclass(base);
     if (is_step_after()) return take_step_after(base);
     if (!is_selector()) return base;
     Node *reference = parse_selectors(base);
     if (is_step_after()) return take_step_after(reference);
     return is_superclass_call() ? refuse_superclass_call(reference) : reference;
+}
+
+Node *parse_reference() {
+    Node *base = parse_base();
+    return may_go_on() ? parse_rest_of_reference(base) : base;
 }
 
 bool is_plain_name(const Node *node) { return node->kind == NODE_NAME && !strchr(node->text, '@'); }
