@@ -10,8 +10,6 @@
 #include "translate/host_queries.h"
 #include "translate/text_forms.h"
 
-mExpr *alloc_mExpr() { return AllocRecord<mExpr>(); }
-
 mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to) {
     mExpr *expr = static_cast<mExpr *>(AllocKept(sizeof(mExpr) + size));
     char *text = reinterpret_cast<char *>(expr + 1);
@@ -27,12 +25,6 @@ mExpr *new_form_mExpr(int kind, int scalar, const char *form,
     mExpr *expr = alloc_text_mExpr(kind, scalar, form_size(form, operands), &to);
     write_form(&to, form, operands);
     return expr;
-}
-
-vExpr *alloc_vExpr(mExpr *item) {
-    vExpr *cell = AllocRecord<vExpr>();
-    *cell = {item, nullptr, nullptr};
-    return cell;
 }
 
 vExpr *prepend_vExpr(mExpr *item, vExpr *list) {
@@ -108,9 +100,5 @@ mExpr *last_position() {
     static mExpr last = {EXPR_INTEGER, "-1", SCALAR, nullptr};
     return &last;
 }
-
-bool is_colon(const mExpr *expr) { return expr->kind == EXPR_RANGE && !expr->range; }
-
-bool is_range(const mExpr *expr) { return expr->kind == EXPR_RANGE && expr->range; }
 
 bool has_unit_step(const mRange *range) { return strcmp(range->step->text, "1") == 0; }

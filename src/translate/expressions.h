@@ -11,6 +11,8 @@
 
 #include <initializer_list>
 
+#include "support/allocation.h"
+
 /* What a record stands for. Records of operators have the operator's id (operators.h) as their
  * kind.
  *
@@ -71,7 +73,7 @@ struct vExpr {
 };
 
 /* A new record, not cleared. */
-mExpr *alloc_mExpr();
+inline mExpr *alloc_mExpr() { return AllocRecord<mExpr>(); }
 /* A new record without a range, whose text of at most size bytes, the NUL among them, the writer
  * writes. It starts out empty and lies after the record in the same block. */
 mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to);
@@ -79,7 +81,11 @@ mExpr *alloc_text_mExpr(int kind, int scalar, size_t size, Writer *to);
 mExpr *new_form_mExpr(int kind, int scalar, const char *form,
                       std::initializer_list<const char *> operands);
 /* A new list of one cell. */
-vExpr *alloc_vExpr(mExpr *item);
+inline vExpr *alloc_vExpr(mExpr *item) {
+    vExpr *cell = AllocRecord<vExpr>();
+    *cell = {item, nullptr, nullptr};
+    return cell;
+}
 /* The list with item in front. */
 vExpr *prepend_vExpr(mExpr *item, vExpr *list);
 /* Releases the cells of a list, or nothing for null. */
@@ -99,7 +105,7 @@ mExpr *unit_step();
 mExpr *last_position();
 
 /* Whether the record is a lone colon; whether it is a range with parts. */
-bool is_colon(const mExpr *expr);
-bool is_range(const mExpr *expr);
+inline bool is_colon(const mExpr *expr) { return expr->kind == EXPR_RANGE && !expr->range; }
+inline bool is_range(const mExpr *expr) { return expr->kind == EXPR_RANGE && expr->range; }
 /* Whether the range's step is written as 1. */
 bool has_unit_step(const mRange *range);

@@ -47,7 +47,8 @@ const char *form_text(const char *form, std::initializer_list<const char *> oper
     constexpr size_t MOST_OPERANDS = 16;
     assert(operands.size() <= MOST_OPERANDS);
     size_t lengths[MOST_OPERANDS];
-    size_t size = strlen(form) + 1 - operands.size() * strlen("%s");
+    const char *end = form + strlen(form) + 1;
+    size_t size = static_cast<size_t>(end - form) - operands.size() * strlen("%s");
     const char *const *operand = operands.begin();
     for (size_t k = 0; k < operands.size(); k++) size += lengths[k] = strlen(operand[k]);
     char *text = static_cast<char *>(AllocKept(size));
@@ -57,7 +58,7 @@ const char *form_text(const char *form, std::initializer_list<const char *> oper
         memcpy(at, operand[k], lengths[k]);
         at += lengths[k];
     }
-    stpcpy(at, form);
+    memcpy(at, form, static_cast<size_t>(end - form));
     return text;
 }
 

@@ -34,7 +34,7 @@ bool stand_alone(const char *at, const char *line_end, char second) {
 Node *comment_node(const char *start, const char *text, const char *end, uint16_t flags) {
     assert(start <= end && text <= end && end <= Scan.end);
     Node *node = new_text_node(NODE_COMMENT, offset_of(start), offset_of(end),
-                               keep_bytes(text, static_cast<size_t>(end - text)));
+                               keep_source(text, static_cast<size_t>(end - text)));
     node->flags = flags;
     Scan.comments_made++;
     return node;

@@ -56,7 +56,7 @@ const char *number_text(const char *at, const char *end, const char *exponent) {
     assert(at < end && exponent <= end);
     static const char digits[][2] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
     if (end - at == 1) return digits[*at - '0'];
-    char *text = keep_bytes(at, static_cast<size_t>(end - at));
+    char *text = keep_source(at, static_cast<size_t>(end - at));
     if (exponent != end) text[exponent - at] = 'e';
     return text;
 }
@@ -147,12 +147,26 @@ bool scan_bits(const char *at, int bits_each) {
 
 bool is_octave_escape(char c) { return Scan.language == LANGUAGE_OCTAVE && c == '\\'; }
 
+struct ByteSet {
+    bool has[256];
+};
+
+// Where a string may end, or not go on as it is: also the byte in front of which a text may end.
+constexpr ByteSet string_stops() {
+    ByteSet stops = {};
+    for (char c : {'\'', '"', '\\', '\n', '\r', '\0', '\x1a'})
+        stops.has[static_cast<unsigned char>(c)] = true;
+    return stops;
+}
+constexpr ByteSet StringStops = string_stops();
+
 // After the closing quote; null where the line ends before it. *plain: no quote is doubled and no
 // backslash escapes.
 const char *find_string_end(const char *at, bool *plain) {
     assert(*at == '\'' || *at == '"');
     char quote = *at++;
     for (*plain = true;; at++) {
+        while (!StringStops.has[static_cast<unsigned char>(*at)]) at++;
         if (*at == quote) {
             if (at[1] != quote) return at + 1;
             *plain = false;
@@ -207,12 +221,20 @@ void settle_quotes(char *text, size_t length, char quote) {
 
 }  // namespace
 
-bool scan_number(const char *at) {
+[[gnu::noinline]] static bool scan_other_number(const char *at) {
     if (*at == '0' && (at[1] == 'x' || at[1] == 'X') && digit_value(at[2]) < 16)
         return scan_bits(at, 4);
     if (*at == '0' && (at[1] == 'b' || at[1] == 'B') && digit_value(at[2]) < 2)
         return scan_bits(at, 1);
     return scan_decimal(at);
+}
+
+// Most are digits alone.
+bool scan_number(const char *at) {
+    const char *end = skip_digits(at);
+    if (end == at || *end == '.' || is_word(*end)) return scan_other_number(at);
+    Current.flags |= IS_INTEGER;
+    return make_literal(TOKEN_NUMBER, end, number_text(at, end, end));
 }
 
 bool scan_string(const char *at) {
@@ -223,7 +245,7 @@ bool scan_string(const char *at) {
         return make_bad(UNCLOSED_STRING, at, find_line_end(at), {name});
     }
     size_t length = static_cast<size_t>(end - at) - 2;
-    char *text = keep_bytes(at + 1, length);
+    char *text = keep_source(at + 1, length);
     if (!plain) settle_quotes(text, length, *at);
     if (*at == '"') Current.flags |= IS_DOUBLE_QUOTED;
     return make_literal(TOKEN_STRING, end, text);

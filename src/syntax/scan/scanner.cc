@@ -363,6 +363,7 @@ void begin_scan(const Source *source, SourceLanguage language) {
     Scan.end = end;
     Scan.language = language;
     Scan.has_returns = memchr(start, '\r', source->length) != nullptr;
+    Scan.has_nuls = memchr(start, '\0', source->length) != nullptr;
     Current = {};
     if (end - start >= 3 && memcmp(start, "\xef\xbb\xbf", 3) == 0) Scan.at += 3;
     continue_at(Scan.at);

@@ -33,6 +33,7 @@ struct ScannerState {
     uint8_t line_flags;     /* of TokenFlag: what the next token gets to know of line ends */
     bool names_eval;        /* a name so far has been eval */
     bool has_returns;       /* the text has a \r, as few have */
+    bool has_nuls;          /* the same of a NUL */
     int32_t depth;          /* open brackets, at most MOST_NESTED */
     int32_t block_comments; /* open block comments */
     int32_t comments_made;  /* nodes of comments that have not been taken back */
@@ -63,5 +64,9 @@ void continue_at(const char *at);
 void set_bad_token(const char *start, const char *end);
 
 inline uint32_t offset_of(const char *at) { return static_cast<uint32_t>(at - Scan.text); }
+/* A copy of length bytes of the source, and a NUL. */
+inline char *keep_source(const char *at, size_t length) {
+    return Scan.has_nuls ? keep_bytes(at, length) : copy_bytes(at, length);
+}
 /* Offset of an open bracket; the outermost is number 0. */
 uint32_t open_bracket_at(int32_t number);

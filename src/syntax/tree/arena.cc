@@ -34,10 +34,15 @@ void *take_from_new_block(size_t size) {
     return take_bytes(size);
 }
 
-char *keep_bytes(const char *text, size_t length) {
+char *copy_bytes(const char *text, size_t length) {
     char *copy = static_cast<char *>(take_bytes(length + 1));
     memcpy(copy, text, length);
     copy[length] = '\0';
+    return copy;
+}
+
+char *keep_bytes(const char *text, size_t length) {
+    char *copy = copy_bytes(text, length);
     for (char *nul = copy;
          (nul = static_cast<char *>(memchr(nul, '\0', length - static_cast<size_t>(nul - copy))));)
         *nul = ' ';

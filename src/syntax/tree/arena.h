@@ -23,5 +23,7 @@ inline void *take_bytes(size_t size) {
     ArenaNext = bytes + size;
     return bytes;
 }
-/* A copy of length bytes of text, and a NUL. A NUL among them becomes a blank. */
+/* A copy of length bytes of text, among them no NUL, and a NUL. */
+char *copy_bytes(const char *text, size_t length);
+/* The same where there may be others, which become blanks. */
 char *keep_bytes(const char *text, size_t length);
