@@ -24,12 +24,13 @@ struct Outcome {
     int32_t branch;
 };
 
+bool FlowIsGivenUp;
+
 namespace {
 
 Change *LastChange;
 Change *FreeChanges;
 bool IsDead;
-bool IsGivenUp;
 bool HasHeldMore;
 int OpenRegions;
 uint32_t Trace;       // number of the function being traced, in the process
@@ -91,15 +92,13 @@ void leave_outcomes(const Outcome *list) {
 
 void begin_flow() {
     LastChange = FreeChanges = nullptr;
-    IsDead = IsGivenUp = HasHeldMore = false;
+    IsDead = FlowIsGivenUp = HasHeldMore = false;
     OpenRegions = 0;
     LateStarts = 0;
     Trace++;
 }
 
-void give_up_flow() { IsGivenUp = true; }
-
-bool is_given_up() { return IsGivenUp; }
+void give_up_flow() { FlowIsGivenUp = true; }
 
 bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
 
@@ -109,14 +108,8 @@ bool is_traced(const Symbol *symbol) { return !(symbol->flags & UNTRACED); }
 
 bool has_held_more() { return HasHeldMore; }
 
-Value value_now(const Symbol *symbol) {
-    bool is_followed = (is_traced(symbol) || is_held(symbol)) && !IsGivenUp;
-    return is_followed ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
-}
-
 // A global keeps what it began with.
 [[gnu::noinline]] static void hold_value(Symbol *symbol, Value value) {
-    if (!is_held(symbol)) return;
     if (kinds_of(value) != ANY_KIND) symbol->given_kinds |= kinds_of(value);
     if ((symbol->flags & SYMBOL_GLOBAL) || is_within(value, symbol->now)) return;
     symbol->now |= value;
@@ -126,8 +119,11 @@ Value value_now(const Symbol *symbol) {
 void set_value(Symbol *symbol, Value value) {
     symbol->ever |= value;
     // A region must know of a change that another one takes back, or that a jump leaves behind.
-    if (!is_traced(symbol)) return hold_value(symbol, value);
-    if (IsGivenUp) return;
+    if (!is_traced(symbol)) {
+        if (is_held(symbol)) hold_value(symbol, value);
+        return;
+    }
+    if (FlowIsGivenUp) return;
     if (symbol->now == value && OpenRegions == 0) return;
     symbol->since = OpenRegions ? Value(symbol->since | symbol->now | value) : value;
     note_change(symbol);
@@ -218,8 +214,8 @@ Region *begin_region(Node *node) {
     }
     region->start = LastChange;
     region->was_dead = IsDead;
-    if (++OpenRegions > DEEPEST_REGION) IsGivenUp = true;
-    region->is_given_up = IsGivenUp;
+    if (++OpenRegions > DEEPEST_REGION) FlowIsGivenUp = true;
+    region->is_given_up = FlowIsGivenUp;
     region->late_starts = LateStarts;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next) {
         enter_outcome(outcome);
@@ -252,7 +248,7 @@ bool begins_again(Region *region) {
     region->late_starts = LateStarts;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next)
         is_wider |= begin_round(outcome);
-    if (IsGivenUp != region->is_given_up) return region->is_given_up = true;
+    if (FlowIsGivenUp != region->is_given_up) return region->is_given_up = true;
     if (!is_wider) return false;
     if (++region->rounds < MOST_ROUNDS) return true;
     for (Outcome *outcome = region->first; outcome; outcome = outcome->next)

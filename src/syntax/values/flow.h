@@ -17,7 +17,8 @@ void begin_flow();
  * deep, too. */
 void give_up_flow();
 /* Whether that has happened. */
-bool is_given_up();
+extern bool FlowIsGivenUp;
+inline bool is_given_up() { return FlowIsGivenUp; }
 /* Whether the variable's values are traced: nobody else can change them. */
 bool is_traced(const Symbol *symbol);
 /* Whether it is one that outlives calls (values/held_values.h): its value does not flow. What it
@@ -25,8 +26,11 @@ bool is_traced(const Symbol *symbol);
 bool is_held(const Symbol *symbol);
 /* Whether a persistent one has been given more since begin_flow. */
 bool has_held_more();
-/* The value of a variable where the flow is now. */
-Value value_now(const Symbol *symbol);
+/* The value of a variable where the flow is now, if that is traced or held. */
+inline Value value_now(const Symbol *symbol) {
+    bool is_followed = !(symbol->flags & (SYMBOL_SHARED | SYMBOL_IN_SCRIPT)) && !FlowIsGivenUp;
+    return is_followed ? symbol->now : Value(ANY_VALUE | MAY_BE_MISSING);
+}
 /* The variable has another value from here on; nothing happens to one that is not traced. */
 void set_value(Symbol *symbol, Value value);
 /* A variable that nobody has met so far has this value here, while at the starts of the regions

@@ -175,16 +175,17 @@ static bool may_matter(const Node *argument) {
     return kinds != ANY_KIND && may_be(kinds, MAY_BE_CELL | MAY_BE_RECORD);
 }
 
-void note_given_cells(const Node *name, Node *arguments) {
+// A function of MATLAB takes none.
+void note_given_cells(Node *name, Node *arguments) {
     const Node *first = arguments;
     while (first && !may_matter(first)) first = first->next;
     if (!first) return;
-    const TakenPart *taken = taken_by_named(name);
+    const TakenPart *taken = library_of(name) ? nullptr : taken_by_named(name);
     int32_t position = 1;
     bool is_list = false;
     for (Node *argument = arguments; argument; argument = argument->next, position++) {
-        is_list |= may_be_list(argument);
-        set_gives_cell(argument, !is_list && taken && gives_taken(taken, position, argument));
+        if (taken) is_list |= may_be_list(argument);
+        set_gives_cell(argument, taken && !is_list && gives_taken(taken, position, argument));
     }
     for (const Node *argument = arguments; argument; argument = argument->next)
         if (argument->kind == NODE_HANDLE || argument->kind == NODE_ANONYMOUS)

@@ -34,4 +34,4 @@ inline void set_gives_cell(Node *argument, bool gives) {
 /* The arguments of a call of a NAME, which have been traced, first and siblings, null for none:
  * those that are cells where the function, or one among them, takes elements get the flag
  * GIVES_CELL. */
-void note_given_cells(const Node *name, Node *arguments);
+void note_given_cells(Node *name, Node *arguments);
