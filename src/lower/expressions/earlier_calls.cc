@@ -4,7 +4,6 @@
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/fallible.h"
 #include "lower/expressions/value_lists.h"
-#include "lower/program/context.h"
 #include "syntax/names/names.h"
 
 bool may_act(const Node *node) {
@@ -14,10 +13,6 @@ bool may_act(const Node *node) {
         if (may_act(child)) return true;
     return false;
 }
-
-LinesEnd end_of_lines() { return {Lowering.lines, Lowering.lines->last}; }
-
-bool has_more_lines(const LinesEnd *end) { return end->lines->last != end->last; }
 
 const char *name_earlier(LinesEnd *end, const char *text) {
     if (is_identifier(text)) return text;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "lower/lines/lines.h"
+#include "lower/program/context.h"
 #include "syntax/tree/tree.h"
 #include "translate/expressions.h"
 
@@ -15,8 +16,8 @@ struct LinesEnd {
     Lines *lines;
     Line *last; /* null: they are none */
 };
-LinesEnd end_of_lines();
-bool has_more_lines(const LinesEnd *end);
+inline LinesEnd end_of_lines() { return {Lowering.lines, Lowering.lines->last}; }
+inline bool has_more_lines(const LinesEnd *end) { return end->lines->last != end->last; }
 /* Puts name := text at that end, in front of the lines put since, and moves the end after it.
  * Answers the name; a text that is a name stays. */
 const char *name_earlier(LinesEnd *end, const char *text);

@@ -75,7 +75,7 @@ void append_lines(Lines *lines, Lines *more) {
 
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
-        int32_t begin = LengthString(OutputText);
+        int32_t begin = Observing.lines ? LengthString(OutputText) : 0;
         if (line->comment == NO_COMMENT)
             write_text_line(line);
         else

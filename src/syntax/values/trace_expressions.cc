@@ -33,9 +33,8 @@ Value value_of_number(const Node *node) {
 Value value_of_string(const Node *node) {
     note_text(node->text);
     Value text = MAY_BE_TEXT | MAY_BE_SINGLE | (has_flag(node, DOUBLE_QUOTED) ? MAY_BE_OTHER : 0);
-    size_t length = strlen(node->text);
-    if (length == 0) return text | MAY_BE_EMPTY;
-    return text | MAY_BE_FILLED | (length > 1 ? MAY_HAVE_COLUMNS : 0);
+    if (!node->text[0]) return text | MAY_BE_EMPTY;
+    return text | MAY_BE_FILLED | (node->text[1] ? MAY_HAVE_COLUMNS : 0);
 }
 
 // What has been read is there, in a function: a script would call a function of the name.
