@@ -303,8 +303,8 @@ const std::vector<Costly> CostlySources = {
      "on line 2.* takes more than 8 MB"},
     {"classic", "8", "y = " + repeated("~", 4000) + "a\n", "on line [23].* takes more than 8 MB"},
     {"classic", "8", "y = 1" + repeated(":1", 4000) + "\n", "on line [123].* takes more than 8 MB"},
-    {"matlab", "8", "c = {};\ny = " + repeated("{c{:}, ", 390) + "1" + repeated("}", 390),
-     "on line 2.* takes more than 8 MB"},
+    {"matlab", "4", "c = {};\ny = " + repeated("{c{:}, ", 390) + "1" + repeated("}", 390),
+     "on line 2.* takes more than 4 MB"},
     {"octave", "1", repeated("y = 1;\n", 20000), "the translation takes more than 1 MB"},
     {"matlab", "8", repeated("if x\n", 390) + repeated("%\n", 30000) + repeated("end\n", 390),
      PartsShareBlocks ? "the translation is longer than 4 MB"

@@ -19,16 +19,18 @@ void append_expr(ExprList *list, mExpr *expr) {
     list->last = cell;
 }
 
-const char *exprs_text(const vExpr *list) {
-    size_t size = 1;
+const char *exprs_text(const vExpr *list, const char *before, const char *after) {
+    size_t size = strlen(before) + strlen(after) + 1;
     for (const vExpr *cell = list; cell; cell = cell->next)
         size += strlen(plain_value(cell->item)->text) + 2;
     Writer to = new_text(size);
     const char *text = to.at;
+    write_text(&to, before);
     for (const vExpr *cell = list; cell; cell = cell->next) {
         if (cell != list) write_text(&to, ", ");
         write_text(&to, plain_value(cell->item)->text);
     }
+    write_text(&to, after);
     return text;
 }
 

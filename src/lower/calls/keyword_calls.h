@@ -12,8 +12,8 @@ struct ExprList {
 };
 void append_expr(ExprList *list, mExpr *expr);
 
-/* The texts of a list, separated by ", ", as a kept text. */
-const char *exprs_text(const vExpr *list);
+/* The texts of a list, separated by ", ", between two others, as a kept text. */
+const char *exprs_text(const vExpr *list, const char *before = "", const char *after = "");
 
 /* What the host answers for a call that is to give so many results, or null; further lines are
  * indented like the statement. */

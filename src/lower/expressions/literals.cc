@@ -187,15 +187,19 @@ Operand lower_filled_matrix(const Node *literal) {
     return {expr, strcmp(expr->text, element.expr->text) == 0 ? element.level : HOST_ATOM};
 }
 
-const char *cell_text(const vExpr *elements, const char *shape) {
-    return form_text("rtable([%s],subtype='Vector[%s]')", {exprs_text(elements), shape});
+// What stands after the elements of a cell.
+constexpr char ROW_END[] = "],subtype='Vector[row]')";
+constexpr char COLUMN_END[] = "],subtype='Vector[column]')";
+
+const char *cell_text(const vExpr *elements, const char *end) {
+    return exprs_text(elements, "rtable([", end);
 }
 
 // A row, or a column of rows of one element.
-mExpr *cell_vector(const Node *literal, const char *shape) {
+mExpr *cell_vector(const Node *literal, const char *end) {
     bool is_alone = single_element(literal);
     ExprList elements = lower_elements(literal, lower_kept_element, is_alone);
-    mExpr *cell = new_call_leaf(cell_text(elements.first, shape));
+    mExpr *cell = new_call_leaf(cell_text(elements.first, end));
     free_vExpr(elements.first);
     return cell;
 }
@@ -213,7 +217,7 @@ mExpr *cell_matrix(const Node *literal) {
     ExprList rows = {};
     for (const Node *row = literal->first_child; row; row = row->next) {
         ExprList of_row = take_row(row, &left);
-        append_expr(&rows, new_leaf(cell_text(of_row.first, "row")));
+        append_expr(&rows, new_leaf(cell_text(of_row.first, ROW_END)));
         free_vExpr(of_row.first);
     }
     const char *joined = exprs_text(rows.first);
@@ -268,6 +272,6 @@ Operand lower_matrix(const Node *literal) {
 mExpr *lower_cell(const Node *literal) {
     const Node *row = literal->first_child;
     if (!row) return new_call_leaf("rtable([],subtype='Vector[row]')");
-    if (!row->next) return cell_vector(literal, "row");
-    return is_column(literal) ? cell_vector(literal, "column") : cell_matrix(literal);
+    if (!row->next) return cell_vector(literal, ROW_END);
+    return is_column(literal) ? cell_vector(literal, COLUMN_END) : cell_matrix(literal);
 }
