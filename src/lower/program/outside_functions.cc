@@ -10,13 +10,13 @@
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/field_values.h"
+#include "syntax/values/held_values.h"
 #include "syntax/values/summaries.h"
 
 namespace {
 
 FunctionFinders finders() { return {has_function, own_definition, nullptr, &CurrentFile->globals}; }
-constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, nullptr};
+constexpr FunctionResults NOTHING = {0, nullptr, {ANY_VALUE, nullptr}, nullptr, nullptr};
 
 NameMap ResultsByPath;  // FunctionResults; NOTHING for files that tell nothing
 bool HasScripts;        // the function being settled calls some
@@ -88,6 +88,7 @@ void read_called(Symbol *symbol) {
     const char *path = path_of_function(symbol->last_named);
     const FunctionResults *results = path ? results_at(path) : &NOTHING;
     enter_name(known, symbol->name, const_cast<FunctionResults *>(results));
+    join_known_globals(&CurrentFile->globals, results->globals);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "support/allocation.h"
 #include "support/long_string.h"
+#include "syntax/values/held_values.h"
 #include "syntax/values/taken_parts.h"
 
 namespace {
@@ -38,6 +39,17 @@ LongString append_parts(LongString text, const KnownParts *parts) {
         text = append_parts(append_number(text, part->value), part->inside);
     }
     return text;
+}
+
+// All fields of a global, with the kinds that it is given.
+LongString append_globals(LongString text, const Symbol *global) {
+    for (; global; global = global->next) {
+        text = append_sign(text, HAS_OTHERS);
+        text = AppendStringToString(AppendStringToString(text, global->name), " ");
+        text = append_number(text, global->given_kinds);
+        text = append_globals(text, global->parts ? global->parts->next : nullptr);
+    }
+    return append_sign(text, NOTHING_KNOWN);
 }
 
 LongString append_output(LongString text, const OutputValue *output) {
@@ -111,6 +123,26 @@ const KnownParts *next_parts(const char **text, int depth) {
     return new_known_parts(sign == HAS_OTHERS, first);
 }
 
+void next_kinds(const char **text, Symbol *global, int depth) {
+    global->given_kinds = static_cast<uint16_t>(next_number(text));
+    while (*next_word(text) == HAS_OTHERS) {
+        const char *name = part_name(next_word(text));
+        Symbol *field = field_of(global, name, depth);
+        next_kinds(text, field ? field : new_known_global(name), depth + 1);
+    }
+}
+
+const Symbol *next_globals(const char **text) {
+    Symbol *first = nullptr;
+    while (*next_word(text) == HAS_OTHERS) {
+        Symbol *global = new_known_global(part_name(next_word(text)));
+        next_kinds(text, global, 0);
+        global->next = first;
+        first = global;
+    }
+    return first;
+}
+
 OutputValue next_output(const char **text) {
     Value value = static_cast<Value>(next_number(text));
     return {value, next_parts(text, 0)};
@@ -126,6 +158,7 @@ const FunctionResults *keep_results(const FunctionResults &results) {
 
 const char *text_of_results(const FunctionResults *results) {
     LongString text = append_taken(NewLongString(), results->taken);
+    text = append_globals(text, results->globals);
     text = append_output(text, &results->rest);
     text = append_number(text, static_cast<uint32_t>(results->count));
     for (int32_t k = 0; k < results->count; k++) text = append_output(text, &results->outputs[k]);
@@ -135,6 +168,7 @@ const char *text_of_results(const FunctionResults *results) {
 const FunctionResults *results_in(const char *text) {
     FunctionResults results = {};
     results.taken = next_taken(&text);
+    results.globals = next_globals(&text);
     results.rest = next_output(&text);
     uint32_t count = next_number(&text);
     if (count > strlen(text)) return nullptr;

@@ -15,17 +15,16 @@ bool is_persistent(const Symbol *symbol) {
 bool is_global(const Symbol *symbol) { return is_held(symbol) && !is_persistent(symbol); }
 
 // What the functions of the file give a global: a variable that none of them has.
-Symbol *shared_global(const Symbol *symbol) {
-    if (!Finders.globals) return nullptr;
-    Symbol *shared = static_cast<Symbol *>(find_name(Finders.globals, symbol->name));
+Symbol *shared_in(NameMap *globals, const char *name) {
+    Symbol *shared = static_cast<Symbol *>(find_name(globals, name));
     if (shared) return shared;
-    shared = AllocRecord<Symbol>();
-    *shared = {};
-    shared->name = symbol->name;
-    shared->flags = SYMBOL_GLOBAL;
-    shared->has_given_parts = true;
-    enter_name(Finders.globals, symbol->name, shared);
+    shared = new_known_global(name);
+    enter_name(globals, name, shared);
     return shared;
+}
+
+Symbol *shared_global(const Symbol *symbol) {
+    return Finders.globals ? shared_in(Finders.globals, symbol->name) : nullptr;
 }
 
 void join_global(Symbol *shared, const Symbol *symbol, int depth) {
@@ -101,6 +100,31 @@ bool knows_more_globals(const Scope *scope) {
         if (shared && tells_more(shared, cell->symbol)) return true;
     }
     return false;
+}
+
+Symbol *new_known_global(const char *name) {
+    Symbol *global = AllocRecord<Symbol>();
+    *global = {};
+    global->name = name;
+    global->flags = SYMBOL_GLOBAL;
+    global->has_given_parts = true;
+    return global;
+}
+
+const Symbol *known_globals(const NameMap *globals) {
+    Symbol *first = nullptr;
+    for (uint32_t k = 0; k < globals->size; k++) {
+        if (!globals->slots[k].name || !globals->slots[k].value) continue;
+        Symbol *global = static_cast<Symbol *>(globals->slots[k].value);
+        if (!tells_more(global, nullptr)) continue;
+        global->next = first;
+        first = global;
+    }
+    return first;
+}
+
+void join_known_globals(NameMap *globals, const Symbol *known) {
+    for (; known; known = known->next) join_global(shared_in(globals, known->name), known, 0);
 }
 
 void hold_anything(const Scope *scope) {

@@ -15,5 +15,11 @@ bool give_held_value(Symbol *symbol);
 void join_globals(const Scope *scope);
 /* Whether more is known of a global than when the scope was traced. */
 bool knows_more_globals(const Scope *scope);
+/* The globals of a file of which something is known, one after the other; and what another file
+ * knows of some. */
+const Symbol *known_globals(const NameMap *globals);
+void join_known_globals(NameMap *globals, const Symbol *known);
+/* A global of which nothing is known so far, or the field of one. */
+Symbol *new_known_global(const char *name);
 /* Nothing is known of persistent variables. */
 void hold_anything(const Scope *scope);

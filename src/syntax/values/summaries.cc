@@ -363,7 +363,11 @@ FunctionResults results_of(const Scope *scope) {
         const Symbol *output = output_of(scope, k);
         outputs[k] = {output->result, output->parts_result};
     }
-    return {count, outputs, {value_of_rest(scope), nullptr}, scope->taken};
+    return {count,
+            outputs,
+            {value_of_rest(scope), nullptr},
+            scope->taken,
+            Finders.globals ? known_globals(Finders.globals) : nullptr};
 }
 
 const KnownParts *parts_of_own(const Node *name, int index) {

@@ -15,6 +15,7 @@ struct FunctionResults {
     const OutputValue *outputs;
     OutputValue rest;       /* all others */
     const TakenPart *taken; /* of its parameters (taken_parts.h) */
+    const Symbol *globals;  /* to which the file gives cells (held_values.h); null for none */
 };
 
 /* What the program itself has under the names of functions. */
