@@ -66,8 +66,8 @@ enum LibraryTrait : uint32_t {
     HOLDS_TEXTS = 1 << 25,    /* its result is a cell of texts */
     TAKES_NUMBERS = 1 << 26,  /* one argument, of any numbers, and only gives its result */
     TELLS_CELLS = 1 << 27,    /* a cell of one element from the element */
-    KEEPS_INSIDE = 1 << 28,   /* what lies inside of its result is told by values/library_parts.cc */
-    TAKES_FUNCTION = 1 << 29  /* its first argument is a function, or the name of one */
+    KEEPS_INSIDE = 1 << 28,  /* what lies inside of its result is told by values/library_parts.cc */
+    TAKES_FUNCTION = 1 << 29 /* its first argument is a function, or the name of one */
 };
 
 struct LibraryFunction {
