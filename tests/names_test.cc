@@ -70,9 +70,9 @@ std::string names(const std::string &source) {
     Node *file = parse_source(
         new_source(nullptr, source.c_str(), static_cast<uint32_t>(source.size())), LANGUAGE_MATLAB);
     std::string text;
-    if (is_statement(file->first_child)) text = "; " + shown(settle_script(file, nullptr));
+    if (is_statement(file->first_child)) text = "; " + shown(settle_script(file, {}));
     for (Node *node = file->first_child; node; node = node->next)
-        if (node->kind == NODE_FUNCTION) settle_function(node, nullptr);
+        if (node->kind == NODE_FUNCTION) settle_function(node, {});
     show_nodes(file->first_child, text);
     release_run();
     return text.substr(2);

@@ -52,11 +52,11 @@ void trace_file(Node *file) {
     FirstOwn = file->first_child;
     begin_summaries();
     for (Node *node = file->first_child; node; node = node->next)
-        if (node->kind == NODE_FUNCTION) add_function(settle_function(node, nullptr));
+        if (node->kind == NODE_FUNCTION) add_function(settle_function(node, {}));
     bool is_script = file->first_child && file->first_child->kind != NODE_FUNCTION;
     trace_functions({has_own, own_definition, nullptr, nullptr}, !is_script);
     if (is_script)
-        trace_function(settle_script(file, find_script), {has_own, own_definition, nullptr, nullptr});
+        trace_function(settle_script(file, {find_script, nullptr}), {has_own, own_definition, nullptr, nullptr});
 }
 
 /* The tree of a program whose values have been traced, until release_run. */

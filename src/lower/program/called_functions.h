@@ -47,7 +47,7 @@ bool is_private_function(const Node *name);
 const char *constructed_class(const Node *name);
 /* Reports a statement, an EXPRESSION or COMMAND, that makes variables of what a file holds. */
 void report_loading(const Node *statement);
-/* The FILE of the script that a bare name calls, or null (a ScriptFinder). */
+/* The FILE of the script that a bare name calls, or null (of NameFinders). */
 Node *find_script(const Node *name);
 /* The file of that script; its functions enter the queue. */
 SourceFile *file_of_script(const Node *name);

@@ -35,7 +35,7 @@ const FunctionResults *trace_file(const SourceFile *file) {
     const Scope *first = nullptr;
     for (const FileFunction *function = file->functions; function; function = function->next) {
         HasScripts = false;
-        Scope *scope = settle_function(function->node, note_script);
+        Scope *scope = settle_function(function->node, {note_script, has_function});
         may_know_calls &= !HasScripts;
         if (!HasScripts) add_function(scope);
         if (!HasScripts && function == file->functions) first = scope;

@@ -27,7 +27,7 @@ Node *find_called_script(const Node *name) {
 Scope *settle_callers() {
     if (!CurrentFile->functions || !CurrentFile->is_open) return nullptr;
     HasScripts = false;
-    Scope *scope = settle_script(CurrentFile->tree, find_called_script);
+    Scope *scope = settle_script(CurrentFile->tree, {find_called_script, has_function, !FileMode});
     bool are_callers = FileMode && !HasScripts;
     if (are_callers || scope->globals) read_outside_functions(scope);
     if (are_callers) return scope;
@@ -42,7 +42,7 @@ void settle_functions(bool is_script) {
     Scope *callers = is_script ? settle_callers() : nullptr;
     for (FileFunction *function = CurrentFile->functions; function; function = function->next) {
         HasScripts = false;
-        read_outside_functions(settle_function(function->node, find_called_script));
+        read_outside_functions(settle_function(function->node, {find_called_script, has_function}));
         function->is_traced = !HasScripts;
     }
     begin_summaries();
@@ -57,11 +57,11 @@ void settle_functions(bool is_script) {
 
 void settle_late(const FileFunction *function) {
     if (!function->is_traced)
-        trace_function(settle_function(function->node, find_script), finders());
+        trace_function(settle_function(function->node, {find_script, has_function}), finders());
 }
 
 Scope *settle_statements() {
-    Scope *scope = settle_script(CurrentFile->tree, find_script);
+    Scope *scope = settle_script(CurrentFile->tree, {find_script, has_function, !FileMode});
     if (!FileMode) scope->flags |= IS_LEFT_OPEN;
     read_outside_functions(scope);
     trace_function(scope, finders());

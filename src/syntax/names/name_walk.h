@@ -23,7 +23,7 @@ struct NameWalk {
     BareName *last_bare;
     uint32_t anonymous_count;
     bool in_script; /* a called one */
-    ScriptFinder find_script;
+    NameFinders finders;
 };
 
 /* Puts a node after those of a list. */
@@ -39,6 +39,9 @@ void leave_scope(const Scope *scope);
 Symbol *mention(NameWalk *walk, Node *name);
 /* The name's value is read, or the function called. */
 void read_name(NameWalk *walk, Node *name);
+/* A name that is set, and was read before anything set it, meant a function there, where one has
+ * that name: it stands for a variable from here on. */
+void begin_variable(NameWalk *walk, const Node *name);
 /* The variable is set to the value of an expression; null for a value that is none. */
 void set_name(NameWalk *walk, Node *name, const Node *value);
 /* The variable, which the name has, is set: noted where that is first, and when it belongs to a

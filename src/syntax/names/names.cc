@@ -271,6 +271,8 @@ void walk_for(NameWalk *walk, Node *loop) {
     walk_node(walk, target->next);
     bool is_name = target->kind == NODE_NAME;
     if (is_name) {
+        begin_variable(walk, target);
+        mention(walk, target);
         target->symbol->flags |= SYMBOL_ASSIGNED | SYMBOL_OTHER_VALUE;
         note_set(walk, target);
         note_value(target->symbol, VALUE_LOOP, target->next);
@@ -442,13 +444,13 @@ void walk_script(NameWalk *walk, Node *file) {
 }
 
 void walk_called_scripts(NameWalk *walk) {
-    if (!walk->find_script) return;
+    if (!walk->finders.script) return;
     bool outer = walk->in_script;
     walk->in_script = true;
     for (const BareName *bare = walk->bare_names; bare; bare = bare->next) {
         Symbol *symbol = bare->name->symbol;
         if (is_variable(symbol) || symbol->definition) continue;
-        symbol->definition = walk->find_script(bare->name);
+        symbol->definition = walk->finders.script(bare->name);
         if (symbol->definition) walk_script(walk, symbol->definition);
     }
     walk->in_script = outer;
@@ -505,18 +507,18 @@ void walk_function(NameWalk *walk, Node *function) {
 
 }  // namespace
 
-Scope *settle_function(Node *function, ScriptFinder find_script) {
+Scope *settle_function(Node *function, NameFinders finders) {
     NameWalk walk = {};
-    walk.find_script = find_script;
+    walk.finders = finders;
     Scope *scope = enter_function(&walk, function);
     walk_body(&walk, function);
     finish_function(&walk);
     return scope;
 }
 
-Scope *settle_script(Node *file, ScriptFinder find_script) {
+Scope *settle_script(Node *file, NameFinders finders) {
     NameWalk walk = {};
-    walk.find_script = find_script;
+    walk.finders = finders;
     Scope *scope = enter_function(&walk, file);
     walk_script(&walk, file);
     finish_function(&walk);

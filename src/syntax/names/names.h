@@ -176,16 +176,21 @@ struct Scope {
     Summary *summary; /* of a function whose calls are followed (values/summaries.h), or null */
 };
 
-/* The FILE of the script that a bare name calls, found and parsed; null when it is no script. */
-typedef Node *(*ScriptFinder)(const Node *name);
+/* What a name may mean that the source does not tell. */
+struct NameFinders {
+    Node *(*script)(const Node *name);  /* the FILE of the script that a bare name calls, found and
+                                           parsed; null when it is no script */
+    bool (*function)(const Node *name); /* whether a file has a function of the name */
+    bool is_prompt = false;             /* commands before may have set any variables */
+};
 
 /* Settles the names of a FUNCTION with its nested and anonymous functions, or of the statements of
  * a FILE (a script), and of the scripts that they call; sets the symbol of each NAME and HANDLE,
- * the scope of PARAMETERS and FILE, and the flag KEEPS_VARIABLE of FOR. find_script null: there are
- * no scripts. Where the statements of a script are settled for a second caller, they forget the
- * first. Answers the scope, which the node has too. */
-Scope *settle_function(Node *function, ScriptFinder find_script);
-Scope *settle_script(Node *file, ScriptFinder find_script);
+ * the scope of PARAMETERS and FILE, and the flag KEEPS_VARIABLE of FOR. Finders may be null. Where
+ * the statements of a script are settled for a second caller, they forget the first. Answers the
+ * scope, which the node has too. */
+Scope *settle_function(Node *function, NameFinders finders);
+Scope *settle_script(Node *file, NameFinders finders);
 
 /* Called scripts are followed this deep. */
 constexpr int DEEPEST_SCRIPT = 20;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/allocation.h"
+#include "syntax/library/library_table.h"
 #include "syntax/names/assigned_values.h"
 #include "syntax/names/clear_words.h"
 #include "syntax/names/name_walk.h"
@@ -207,7 +208,33 @@ void note_set(NameWalk *walk, Node *name) {
     if (name->symbol->first_set == 0) name->symbol->first_set = end_of(name);
 }
 
+// Whether statements in front may have set variables that the walk has not seen.
+static bool may_hide_variables(const NameWalk *walk) {
+    if (walk->finders.is_prompt || walk->in_script || walk->function->creator) return true;
+    for (const BareName *bare = walk->bare_names; bare && walk->finders.script; bare = bare->next)
+        if (!is_variable(bare->name->symbol) && walk->finders.script(bare->name)) return true;
+    return false;
+}
+
+static bool names_function(const NameWalk *walk, const Node *name) {
+    return library_result(name->text) || (walk->finders.function && walk->finders.function(name));
+}
+
+void begin_variable(NameWalk *walk, const Node *name) {
+    constexpr uint32_t OTHERS =
+        SYMBOL_VARIABLE | SYMBOL_SHARED | SYMBOL_HAS_BRACES | SYMBOL_IS_INDEXED;
+    Symbol *before = bound_symbol(name->text);
+    if (!before || before->scope != walk->scope || walk->scope != walk->function) return;
+    if (!(before->flags & SYMBOL_READ_FIRST) || (before->flags & OTHERS)) return;
+    if (before->fields || before->definition || walk->loops.innermost) return;
+    if (may_hide_variables(walk) || !names_function(walk, name)) return;
+    Symbol *symbol = new_symbol(walk->function, before->name);
+    symbol->around = before->around;
+    symbol->flags |= SYMBOL_CALLED;  // so that the host has another name for it
+}
+
 static Symbol *set_symbol(NameWalk *walk, Node *name) {
+    begin_variable(walk, name);
     Symbol *symbol = mention(walk, name);
     note_set(walk, name);
     return symbol;
