@@ -212,8 +212,7 @@ void trace_parameters(Summary *last) {
         if (!are_calls_known(summary->scope)) return;
     for (Summary *summary = last; summary; summary = summary->before) {
         const GivenValue *given = join_calls(summary, false);
-        bool is_new = !is_given_within(summary, summary->given, given);
-        if (given && is_new) trace_given(summary, given);
+        if (!is_given_within(summary, summary->given, given)) trace_given(summary, given);
     }
 }
 

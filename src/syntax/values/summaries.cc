@@ -42,8 +42,7 @@ const Node *outputs_of(const Scope *scope) {
 }  // namespace
 
 Summary *summary_of(const Symbol *symbol) {
-    if (is_variable(symbol) || !Finders.definition) return nullptr;
-    const Node *definition = Finders.definition(symbol);
+    const Node *definition = is_variable(symbol) ? nullptr : Finders.definition(symbol);
     const Scope *scope = definition ? scope_of(definition) : nullptr;
     return scope ? scope->summary : nullptr;
 }

@@ -42,6 +42,5 @@ Value told_value(const Node *name, const Node *selectors) {
     if (!Observing.result_kind) return 0;
     ResultKind kind = Observing.result_kind(Observing.context, whole_name(name, selectors));
     if (kind == RESULT_UNKNOWN) return 0;
-    bool is_own = Finders.definition && Finders.definition(name->symbol);
-    return is_own ? Value(0) : value_of_kind(kind);
+    return Finders.definition(name->symbol) ? Value(0) : value_of_kind(kind);
 }

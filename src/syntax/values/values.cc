@@ -189,7 +189,6 @@ double least_of_name(const Node *name, Asker asker) {
 }
 
 double least_sum(double left, double right) {
-    if (left == UNKNOWN || right == UNKNOWN) return UNKNOWN;
     if (left == NO_BOUND || right == NO_BOUND) return left >= 0 && right >= 0 ? NO_BOUND : UNKNOWN;
     return left + right;
 }
