@@ -6,6 +6,7 @@
 #include "lower/expressions/expressions.h"
 #include "lower/expressions/value_lists.h"
 #include "support/same_text.h"
+#include "syntax/names/later_uses.h"
 #include "syntax/names/part_changes.h"
 #include "syntax/tree/value.h"
 #include "syntax/values/shapes.h"
@@ -88,7 +89,9 @@ bool changes_from_here(const Symbol *symbol, const Node *part, uint32_t depth) {
     Reach reach = {0, nullptr};
     if (target) reach = {target->offset, Lowering.other_branches};
     if (loop) reach.since = std::min(reach.since, loop->offset);
-    return changes_inside(symbol, part, depth, &reach);
+    bool is_ordered = target && Lowering.statement;
+    const LaterUse *later = is_ordered ? later_use(symbol, Lowering.statement->offset) : nullptr;
+    return changes_inside(symbol, part, depth, &reach, later);
 }
 
 bool changes_at(const Node *target, uint32_t depth) {

@@ -20,7 +20,7 @@ static bool takes_parts(const Node *value) {
 
 void note_value(Symbol *symbol, ValueKind kind, const Node *node) {
     AssignedValue *value = AllocRecord<AssignedValue>();
-    *value = {node, kind, symbol->values};
+    *value = {node, kind, UINT32_MAX, symbol->values};
     symbol->values = value;
     if (node && kind == VALUE_WHOLE && takes_parts(node)) symbol->flags |= SYMBOL_TAKES_PARTS;
 }

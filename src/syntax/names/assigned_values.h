@@ -14,6 +14,7 @@ enum ValueKind : uint8_t {
 struct AssignedValue {
     const Node *node;
     ValueKind kind;
+    uint32_t statement;  /* place of the assignment of VALUE_WHOLE; UINT32_MAX where it is none */
     AssignedValue *next; /* earlier in the walk, or null */
 };
 

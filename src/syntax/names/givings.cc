@@ -5,6 +5,7 @@
 
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
+#include "syntax/names/later_uses.h"
 #include "syntax/names/part_changes.h"
 #include "syntax/scan/spellings.h"
 
@@ -12,9 +13,11 @@
 struct Giving {
     Node *value;
     const Node *target;
+    uint32_t statement;     // its place
     const Node *loop;       /* statement around it, or null */
     const Node *last_named; /* where its variable is named last while it is not used again */
     Reach reach;            /* from it */
+    bool is_left;           /* its variable is used after it */
     const Giving *given;    /* another one of the same variable, settled before, or null */
     Giving *before;         /* in the text, or null */
 };
@@ -30,14 +33,22 @@ constexpr uint32_t SEEN_OUTSIDE =
     SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT | SYMBOL_OUTPUT;
 constexpr uint32_t LIVE_ON = SEEN_OUTSIDE | SYMBOL_LIVES_ON;
 
-// Whether it is set to what another variable holds: that would be copied there instead.
+// Whether the value may be held by another variable, too. An index makes a new array.
+bool may_be_shared(const Symbol *symbol, const Node *node) {
+    node = without_parens(node);
+    bool is_selection = node->kind == NODE_REFERENCE && last_selector(node)->kind == NODE_ARGUMENTS;
+    if (node->is_given_away || is_selection) return false;
+    const Node *base = base_of(node);
+    return base->kind == NODE_NAME && is_variable(base->symbol) && base->symbol != symbol;
+}
+
+// Whether it is set to what another variable holds: that would be copied there instead, if it is
+// not copied anyway, as parts of it are set.
 bool is_set_to_shared(const Symbol *symbol) {
     for (const AssignedValue *value = symbol->values; value; value = value->next) {
-        const Node *node = value->kind == VALUE_WHOLE ? value->node : nullptr;
-        if (node) node = without_parens(node);
-        const Node *base = node ? base_of(node) : nullptr;
-        if (base && base->kind == NODE_NAME && is_variable(base->symbol) && !node->is_given_away)
-            return true;
+        if (value->kind != VALUE_WHOLE || !may_be_shared(symbol, value->node)) continue;
+        const LaterUse *later = later_use(symbol, value->statement);
+        if (!later || !later->changes) return true;
     }
     return false;
 }
@@ -102,6 +113,15 @@ bool has_one_owner(const Giving *giving) {
     return true;
 }
 
+bool changes_later(const Giving *giving) {
+    const Symbol *from = base_of(giving->value)->symbol;
+    const Symbol *taker = base_of(giving->target)->symbol;
+    return changes_inside(from, giving->value, 0, &giving->reach,
+                          later_use(from, giving->statement)) ||
+           changes_inside(taker, giving->target, 0, &giving->reach,
+                          later_use(taker, giving->statement));
+}
+
 // Whether an output, and nothing else, is given it, and neither of them changes it any more: when
 // the function has ended, the output has it alone.
 bool is_left_to_output(const Giving *giving) {
@@ -109,24 +129,57 @@ bool is_left_to_output(const Giving *giving) {
     const Symbol *taker = base_of(giving->target)->symbol;
     if ((taker->flags & LIVE_ON) != SYMBOL_OUTPUT || taker == from) return false;
     if (from->loops || (from->flags & SYMBOL_TAKES_PARTS) || !has_one_owner(giving)) return false;
-    return !changes_inside(from, giving->value, 0, &giving->reach) &&
-           !changes_inside(taker, giving->target, 0, &giving->reach);
+    return !changes_later(giving);
+}
+
+// Whether nobody uses the variable after it before it is set as a whole.
+bool uses_up(const Giving *giving) {
+    if (giving->value->kind != NODE_NAME) return false;
+    const LaterUse *later = later_use(giving->value->symbol, giving->statement);
+    return later && !later->is_used;
+}
+
+bool may_give(Giving *giving) {
+    bool is_used_up = uses_up(giving);
+    bool is_last = is_used_up || is_last_use(giving);
+    if (!is_last && !is_left_to_output(giving)) return false;
+    giving->is_left = !is_last;
+    bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
+    return !is_repeated || is_used_up || is_set_in_turns(base_of(giving->value)->symbol, giving);
+}
+
+// What is known of what the taker does with it. Answers whether that is new.
+bool pass_on(const Giving *giving) {
+    Symbol *from = base_of(giving->value)->symbol;
+    bool lives_on = base_of(giving->target)->symbol->flags & LIVE_ON;
+    bool is_new = lives_on && !(from->flags & SYMBOL_LIVES_ON);
+    if (lives_on) from->flags |= SYMBOL_LIVES_ON;
+    return pass_part_changes(giving->value, giving->target) || is_new;
 }
 
 void settle_giving(Giving *giving, const Scope *scope) {
     Symbol *from = base_of(giving->value)->symbol;
-    const Symbol *taker = base_of(giving->target)->symbol;
-    bool is_last = is_last_use(giving);
-    if (!is_last && !is_left_to_output(giving)) return;
-    if (!can_own(from, scope)) return;
-    bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
-    if (is_repeated && !is_set_in_turns(from, giving)) return;
+    if (!may_give(giving) || !can_own(from, scope)) return;
     giving->value->is_given_away = true;
     from->flags |= SYMBOL_GIVEN_AWAY;
     giving->given = from->given;
     from->given = giving;
-    if (taker->flags & LIVE_ON) from->flags |= SYMBOL_LIVES_ON;
-    pass_part_changes(from, giving->target);
+    pass_on(giving);
+}
+
+// In a loop the taker may give it on further up in the text. More rounds are not gone.
+constexpr int MOST_ROUNDS = 8;
+
+void settle_in_loops(const Givings *givings) {
+    bool is_new = true;
+    for (int round = 0; is_new && round < MOST_ROUNDS; round++) {
+        is_new = false;
+        for (Giving *giving = givings->last; giving; giving = giving->before)
+            if (giving->value->is_given_away) is_new |= pass_on(giving);
+    }
+    for (Giving *giving = givings->last; giving; giving = giving->before)
+        if ((is_new && giving->loop) || (giving->is_left && changes_later(giving)))
+            giving->value->is_given_away = false;
 }
 
 // A function that is made may keep what a variable shares with another one.
@@ -149,8 +202,8 @@ void note_giving(Givings *givings, const Node *assignment, const Node *loop,
     if (outermost && outermost->offset < givings->last_unseen) return;
     uint32_t since = outermost ? outermost->offset : target->offset;
     Giving *giving = AllocRecord<Giving>();
-    *giving = {value,   target,       loop, base_of(value), {since, givings->others},
-               nullptr, givings->last};
+    *giving = {value, target,  assignment->offset, loop, base_of(value), {since, givings->others},
+               false, nullptr, givings->last};
     givings->last = giving;
 }
 
@@ -175,4 +228,5 @@ void finish_givings(const Givings *givings, const Scope *scope) {
     if (!givings->last || scope->owner->kind != NODE_FUNCTION || has_captured(scope)) return;
     for (Giving *giving = givings->last; giving; giving = giving->before)
         settle_giving(giving, scope);
+    settle_in_loops(givings);
 }

@@ -13,6 +13,7 @@
 #include "support/allocation.h"
 #include "syntax/names/assigned_values.h"
 #include "syntax/names/field_uses.h"
+#include "syntax/names/later_uses.h"
 #include "syntax/names/name_walk.h"
 #include "syntax/names/part_changes.h"
 #include "syntax/scan/spellings.h"
@@ -177,6 +178,7 @@ void walk_assignment(NameWalk *walk, Node *assignment) {
     walk_node(walk, target->next);
     if (is_plain) note_assigned_name(walk, assignment);
     set_target(walk, target, is_plain ? target->next : nullptr);
+    if (target->kind == NODE_NAME) target->symbol->values->statement = assignment->offset;
 }
 
 // Of a list of targets the number is not known.
@@ -484,6 +486,8 @@ void finish_function(NameWalk *walk) {
     walk_nested_functions(walk);
     finish_sets(&walk->sets, walk->function);
     finish_loops(&walk->loops);
+    bool may_share = (walk->function->flags & CHANGES_PARTS) && walk->givings.last;
+    if (may_share) note_later_uses(walk->function);
     finish_givings(&walk->givings, walk->function);
     index_names(walk->function);
     note_asked_variables(walk->function);

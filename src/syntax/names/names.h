@@ -12,6 +12,7 @@ struct Capture;
 struct FieldUse;
 struct Giving;
 struct KnownParts;
+struct LaterUses;
 struct Findings;
 struct LibraryFunction;
 struct LoopUse;
@@ -66,6 +67,7 @@ struct Symbol {
     uint32_t flags;
     uint32_t depth_changed; /* most selectors of a target of it, as depth_of counts them */
     PartChange *changes;    /* of parts (part_changes.h); null for none */
+    LaterUses *later;       /* what is done with it after statements (later_uses.h), or null */
     const Giving *given;    /* the first one that gives away what it holds, or null */
     int32_t position;       /* of a parameter, from 1; else 0 */
     Node *definition;       /* FUNCTION of a nested function, FILE of a called script; else null */

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "support/allocation.h"
+#include "syntax/names/later_uses.h"
 
 namespace {
 
@@ -18,7 +19,8 @@ struct Place {
 struct PartChange {
     const char *field;  // in which they lie, interned; null: anywhere
     uint32_t level;
-    const Place *last;  // where they are set
+    const Place *last;    // where they are set
+    const Place *passed;  // where parts of what is given what they are of are set
     PartChange *next;
     int32_t count;  // of those from here on
 };
@@ -52,11 +54,11 @@ bool may_be_same(const char *field, const char *other) {
     return !field || !other || field == other;
 }
 
-void add_place(PartChange *change, uint32_t offset) {
-    if (change->last && change->last->offset == offset) return;
+const Place *new_place(uint32_t offset, const Place *before) {
+    if (before && before->offset == offset) return before;
     Place *place = AllocRecord<Place>();
-    *place = {offset, change->last};
-    change->last = place;
+    *place = {offset, before};
+    return place;
 }
 
 PartChange *change_at(Symbol *symbol, const char *field, uint32_t level) {
@@ -69,14 +71,12 @@ PartChange *change_at(Symbol *symbol, const char *field, uint32_t level) {
         return first;
     }
     PartChange *change = AllocRecord<PartChange>();
-    *change = {field, level, nullptr, first, first ? first->count + 1 : 1};
+    *change = {field, level, nullptr, nullptr, first, first ? first->count + 1 : 1};
     symbol->changes = change;
     return change;
 }
 
-void add_change(Symbol *symbol, const char *field, uint32_t level, uint32_t offset) {
-    add_place(change_at(symbol, field, level), offset);
-}
+uint64_t bit_of(const PartChange *change) { return uint64_t(1) << (change->count - 1); }
 
 // More places than these are not looked through.
 constexpr int MOST_PLACES = 64;
@@ -99,32 +99,67 @@ bool any_is_reached(const Reach *reach, const Place *place) {
 
 void note_part_change(Symbol *symbol, const Node *target, bool is_element) {
     uint32_t level = depth_of(target) * LEVELS + is_element;
-    if (level > 0) add_change(symbol, field_of(target), level, target->offset);
+    if (level == 0) return;
+    PartChange *change = change_at(symbol, field_of(target), level);
+    change->last = new_place(target->offset, change->last);
 }
 
-void pass_part_changes(Symbol *from, const Node *target) {
-    const Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
+uint64_t changes_at_target(const Symbol *symbol, const Node *target) {
+    uint64_t found = 0;
     const char *field = field_of(target);
+    uint32_t depth = depth_of(target);
+    const PartChange *first = symbol->changes;
+    if (first && first->count == MOST_CHANGES) found = bit_of(first);
+    for (const PartChange *change = first; change; change = change->next)
+        if (change->field == field && change->level / LEVELS == depth) found |= bit_of(change);
+    return found;
+}
+
+static bool has_place(const Place *places, uint32_t offset) {
+    while (places && places->offset != offset) places = places->before;
+    return places;
+}
+
+// Answers whether one is new.
+static bool pass_places(PartChange *passed, const Place *place) {
+    bool is_new = false;
+    int count = 0;
+    for (; place && count < MOST_PLACES; place = place->before) {
+        uint32_t offset = ++count == MOST_PLACES ? UINT32_MAX : place->offset;
+        if (has_place(passed->passed, offset)) continue;
+        passed->passed = new_place(offset, passed->passed);
+        is_new = true;
+    }
+    return is_new;
+}
+
+bool pass_part_changes(const Node *value, const Node *target) {
+    const Node *base = target->kind == NODE_REFERENCE ? target->first_child : target;
+    const Node *from = value->kind == NODE_REFERENCE ? value->first_child : value;
+    const char *field = field_of(target);
+    bool is_new = false;
     for (const PartChange *change = base->symbol->changes; change; change = change->next) {
         bool is_inside = change->level > level_of(target) && may_be_same(change->field, field);
-        const char *inner = base == target ? change->field : nullptr;
         if (!is_inside) continue;
-        PartChange *passed = change_at(from, inner, change->level - depth_of(target) * LEVELS);
-        int count = 0;
-        for (const Place *place = change->last; place; place = place->before) {
-            bool is_last = ++count == MOST_PLACES;
-            add_place(passed, is_last ? UINT32_MAX : place->offset);
-            if (is_last) break;
-        }
+        bool is_same = base == target && value == from;
+        const char *inner = is_same ? change->field : field_of(value);
+        uint32_t level = change->level + (depth_of(value) - depth_of(target)) * LEVELS;
+        PartChange *passed = change_at(from->symbol, inner, level);
+        is_new |= pass_places(passed, change->last);
+        is_new |= pass_places(passed, change->passed);
     }
+    return is_new;
 }
 
-bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach) {
+bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach,
+                    const LaterUse *later) {
     uint32_t level = level_inside(place, deeper);
     const char *field = field_of(place);
-    for (const PartChange *change = symbol->changes; change; change = change->next)
-        if (change->level > level && may_be_same(change->field, field) &&
-            any_is_reached(reach, change->last))
-            return true;
+    for (const PartChange *change = symbol->changes; change; change = change->next) {
+        if (change->level <= level || !may_be_same(change->field, field)) continue;
+        bool is_set =
+            later ? (later->changes & bit_of(change)) != 0 : any_is_reached(reach, change->last);
+        if (is_set || any_is_reached(reach, change->passed)) return true;
+    }
     return false;
 }

@@ -4,6 +4,8 @@
 
 #include "syntax/names/names.h"
 
+struct LaterUse;
+
 /* Branches of an if or switch that are taken instead of one: bytes of the source. */
 struct OtherBranches {
     uint32_t from;
@@ -21,8 +23,13 @@ struct Reach {
 /* A part of the variable, the base of target, is set; is_element: an element of what the target's
  * last selector is applied to. */
 void note_part_change(Symbol *symbol, const Node *target, bool is_element);
-/* What the variable from held is the target's alone: what changes in it changes what it was. */
-void pass_part_changes(Symbol *from, const Node *target);
+/* The numbers of what that changes, a bit each: as LaterUse has them. */
+uint64_t changes_at_target(const Symbol *symbol, const Node *target);
+/* What the value, a NAME or REFERENCE, held is the target's alone: what changes in it changes what
+ * its variable was. Answers whether any of it was not known. */
+bool pass_part_changes(const Node *value, const Node *target);
 /* Whether something inside of what the place, a NAME or REFERENCE with the variable as its base,
- * holds is set within reach; so many levels deeper than itself. */
-bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach);
+ * holds is set within reach; so many levels deeper than itself. later: what is known better than by
+ * the reach, or null. */
+bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach,
+                    const LaterUse *later);
