@@ -27,8 +27,10 @@ constexpr const char *ODD_PATHS[] = {"",         "/", ".m",     "sub/", "@/a.m",
 struct Caller {
     Choices choices;
     std::map<std::string, std::string> files;
+    std::map<std::string, std::string> remembered = {};
     std::unique_ptr<std::string> given = nullptr; /* valid until the next answer */
     bool has_given_long = false;
+    bool is_classic = false;
 
     const char *give(std::string text) {
         given = std::make_unique<std::string>(std::move(text));
@@ -67,7 +69,8 @@ const char *give_long(Caller *caller) {
 
 const char *answer(void *context, const mTranslateProgramQuestion *question) {
     Caller *caller = caller_of(context);
-    check(question->kind == MTRANSLATE_QUESTION_CALL || *question->name, "a question of no name");
+    const bool may_lack_name = question->kind == MTRANSLATE_QUESTION_CALL || caller->is_classic;
+    check(may_lack_name || *question->name, "a question of no name");  // classic's @ alone
     std::string text = question->name;
     for (size_t i = 0; i < question->argument_count; i++)
         text += std::string(", ") + question->arguments[i];
@@ -102,6 +105,22 @@ const char *find(void *context, const mTranslateProgramSearch *search) {
 int32_t result_kind(void *context, const char *name) {
     check(*name != '\0', "a question without a name");
     return static_cast<int32_t>(caller_of(context)->choices.next() % 12) - 2;
+}
+
+void remember(void *context, const char *path, const char *results) {
+    check(*path && *results, "nothing to remember");
+    caller_of(context)->remembered[path] = results;
+}
+
+/* That text, cut, of another file, or any text. */
+const char *recall(void *context, const char *path) {
+    Caller *caller = caller_of(context);
+    const unsigned how = caller->choices.next();
+    if (how % 8 == 1) return caller->give(caller->any_file());
+    if (how % 8 == 2) return caller->give("");
+    const auto found = how % 8 == 3 ? caller->remembered.begin() : caller->remembered.find(path);
+    if (found == caller->remembered.end()) return nullptr;
+    return caller->give(how % 8 == 4 ? found->second.substr(0, how / 8) : found->second);
 }
 
 /* Where a byte of a text is: lines end by LF, CR or both. */
@@ -256,6 +275,7 @@ using Result =
 
 Result run(mTranslateProgramRequest request, Caller caller) {
     request.context = &caller;
+    caller.is_classic = request.language && std::string(request.language) == "classic";
     return {mTranslateProgram(&request), mTranslateProgramRelease};
 }
 
@@ -278,6 +298,8 @@ mTranslateProgramRequest request_of(Choices &choices, const std::string &command
     if (choices.next() % 4 == 0) request.allow = allow;
     if (choices.next() % 4 == 0) request.find = find;
     if (choices.next() % 4 != 0) request.result_kind = result_kind;
+    if (request.find) request.remember = remember;
+    if (request.find) request.recall = recall;
     return request;
 }
 

@@ -25,6 +25,7 @@
 #include "syntax/names/assigned_values.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/new_nodes.h"
+#include "syntax/values/findings.h"
 #include "syntax/values/taken_parts.h"
 #include "translate/host_queries.h"
 #include "translate/indices.h"
@@ -122,6 +123,28 @@ void check_passed_on(const Node *name, const Node *arguments) {
         if (!taker) continue;
         report_at(CELL_GIVEN, argument, {taker->kind == NODE_HANDLE ? taker->text : name->text});
     }
+}
+
+// Adds the parameters of which elements are taken, and anything where there are none.
+void join_taken(const TakenPart **all, const TakenPart *taken) {
+    for (; taken; taken = taken->next) {
+        bool is_new = taken->path ? !*all : !takes_whole(*all, taken->position);
+        if (!is_new) continue;
+        TakenPart *joined = AllocRecord<TakenPart>();
+        *joined = {taken->position, taken->path, *all};
+        *all = joined;
+    }
+}
+
+// By any of the functions that a variable holds.
+const TakenPart *taken_by_any(Symbol *variable) {
+    Findings *findings = findings_of(variable);
+    if (findings->states[HELD_TAKEN] == IS_FOUND) return findings->taken;
+    for (const AssignedValue *value = variable->values; value; value = value->next)
+        if (const Node *function = held_function(value))
+            join_taken(&findings->taken, taken_by_function(function));
+    findings->states[HELD_TAKEN] = IS_FOUND;
+    return findings->taken;
 }
 
 // A call that the host has not answered.
@@ -232,9 +255,7 @@ void check_held_call(const Node *reference) {
     const Node *arguments = holder->next;
     if (arguments->kind != NODE_ARGUMENTS || !has_cell(arguments)) return;
     if (holder == base && holds_function(base->symbol)) {
-        for (const AssignedValue *value = base->symbol->values; value; value = value->next)
-            if (const Node *function = held_function(value))
-                check_cells(base, arguments, taken_by_function(function));
+        check_cells(base, arguments, taken_by_any(base->symbol));
     } else if (may_be(value_of(holder), MAY_BE_FUNCTION)) {
         check_any_held(arguments);  // a cell is no index
     }

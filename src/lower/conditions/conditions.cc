@@ -13,6 +13,7 @@
 #include "syntax/names/assigned_values.h"
 #include "syntax/names/names.h"
 #include "syntax/tree/value.h"
+#include "syntax/values/findings.h"
 #include "syntax/values/flow.h"
 
 namespace {
@@ -22,17 +23,21 @@ bool is_literal(const Node *node, const char *text) {
            !has_function(node);
 }
 
-// Whether a variable holds true or false there, as they are written: all that it is ever set to.
-bool holds_literal_truth(const Node *node) {
-    bool is_own = node->kind == NODE_NAME && is_variable(node->symbol) &&
-                  node->symbol->position == 0 && is_traced(node->symbol);
-    if (!is_own || !is_within(value_of(node), ONE_TRUTH | MAY_BE_MISSING)) return false;
-    for (const AssignedValue *value = node->symbol->values; value; value = value->next) {
+bool has_literal_truths(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next) {
         if (value->kind != VALUE_WHOLE) return false;
         const Node *literal = without_parens(value->node);
         if (!is_literal(literal, "true") && !is_literal(literal, "false")) return false;
     }
     return true;
+}
+
+// Whether a variable holds true or false there, as they are written: all that it is ever set to.
+bool holds_literal_truth(const Node *node) {
+    bool is_own = node->kind == NODE_NAME && is_variable(node->symbol) &&
+                  node->symbol->position == 0 && is_traced(node->symbol);
+    if (!is_own || !is_within(value_of(node), ONE_TRUTH | MAY_BE_MISSING)) return false;
+    return is_so(node->symbol, LITERAL_TRUTH, has_literal_truths);
 }
 
 int host_comparison(OperatorId op) {

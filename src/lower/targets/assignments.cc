@@ -27,6 +27,7 @@
 #include "syntax/library/library_table.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/tree/value.h"
+#include "syntax/values/findings.h"
 #include "syntax/values/values.h"
 #include "translate/assignment.h"
 #include "translate/text_forms.h"
@@ -159,17 +160,19 @@ bool tells_of_each(const Node *call) {
     return function && function->next && !function->next->next && tells_truth(function);
 }
 
+bool has_masks(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
+        if (value->kind != VALUE_WHOLE || !tells_of_each(without_parens(value->node))) return false;
+    return symbol->values;
+}
+
 // Truth values for each element of something, or a variable that holds nothing else.
 bool is_mask(const Node *index) {
     if (kinds_of(value_of(index)) == MAY_BE_TRUTH) return !is_surely_single(index);
     if (index->kind != NODE_NAME || !is_variable(index->symbol)) return tells_of_each(index);
     constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
                                 SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
-    const AssignedValue *value = index->symbol->values;
-    if (!value || (index->symbol->flags & OTHERS)) return false;
-    for (; value; value = value->next)
-        if (value->kind != VALUE_WHOLE || !tells_of_each(without_parens(value->node))) return false;
-    return true;
+    return !(index->symbol->flags & OTHERS) && is_so(index->symbol, MASK, has_masks);
 }
 
 // c(mask) = {v} of a cell. One element alone would take the cell in the host, not what is in it.
@@ -233,12 +236,16 @@ bool becomes_character(const Node *array, const Node *value) {
            is_surely(value_of(value), ARITHMETIC);
 }
 
-// Whether the variable may still be the [] that it began as.
-bool may_be_literal(const Node *array) {
-    if (!may_be(value_of(array), MAY_BE_EMPTY)) return false;
-    for (const AssignedValue *value = array->symbol->values; value; value = value->next)
+bool has_empty_literal(const Symbol *symbol) {
+    for (const AssignedValue *value = symbol->values; value; value = value->next)
         if (value->node && is_empty_matrix(without_parens(value->node))) return true;
     return false;
+}
+
+// Whether the variable may still be the [] that it began as.
+bool may_be_literal(const Node *array) {
+    return may_be(value_of(array), MAY_BE_EMPTY) &&
+           is_so(array->symbol, EMPTY_LITERAL, has_empty_literal);
 }
 
 // Whether characters are put among numbers, or a truth value where no elements may be yet, which

@@ -7,13 +7,13 @@
 
 /* The trace of a function begins; is_again: with what the calls of the trace before have told. */
 void begin_handles(bool is_again);
-/* Whether they have told something. */
-bool have_handles_told();
+/* Brings what they have told to the parameters; answers whether that is something. */
+bool tell_handles();
 /* What is given is forgotten. */
 void end_handles();
 /* The variable, which holds a function, is called with these arguments, first and siblings; null
  * for none. */
-void note_handle_call(const Symbol *variable, Node *arguments);
+void note_handle_call(Symbol *variable, const Node *arguments);
 /* What a parameter of an anonymous function is given; ANY_VALUE where that is not known. */
 Value value_given_to(const Symbol *parameter);
 /* What a function gives: an ANONYMOUS whose body has been traced, or a HANDLE. */

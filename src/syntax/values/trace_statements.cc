@@ -456,7 +456,7 @@ static void trace_held(Scope *scope) {
 void trace_alone(Scope *scope) {
     begin_handles(false);
     trace_held(scope);
-    if (have_handles_told()) {
+    if (tell_handles()) {
         begin_handles(true);
         forget_trace(scope);
         trace_held(scope);

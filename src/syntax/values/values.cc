@@ -9,24 +9,9 @@
 #include "support/allocation.h"
 #include "syntax/library/library_table.h"
 #include "syntax/names/field_uses.h"
+#include "syntax/values/findings.h"
 #include "syntax/values/flow.h"
 #include "syntax/values/shapes.h"
-
-namespace {
-
-// What is asked of variables.
-enum Question : uint8_t { LEAST, SEVERAL, CELL, INTEGER, OTHER_VALUE, ARRAY, CELL_SEEN, QUESTIONS };
-enum AnswerState : uint8_t { NOT_ASKED, IN_QUESTION, IS_FOUND };
-
-}  // namespace
-
-/* What has been found of a variable: each question is answered once, however many ask it. */
-struct Findings {
-    double least;
-    const Node *integer_class;
-    bool is_true[QUESTIONS];
-    AnswerState states[QUESTIONS];
-};
 
 namespace {
 
@@ -41,23 +26,6 @@ struct Asker {
 };
 
 Asker inner(Asker asker) { return {asker.symbol, asker.depth + 1}; }
-
-Findings *findings_of(Symbol *symbol) {
-    if (symbol->findings) return symbol->findings;
-    symbol->findings = AllocRecord<Findings>();
-    *symbol->findings = {};
-    return symbol->findings;
-}
-
-// What is so of a variable by itself, whoever asks.
-bool is_so(Symbol *symbol, Question question, bool (*test)(const Symbol *symbol)) {
-    Findings *findings = findings_of(symbol);
-    if (findings->states[question] != IS_FOUND) {
-        findings->is_true[question] = test(symbol);
-        findings->states[question] = IS_FOUND;
-    }
-    return findings->is_true[question];
-}
 
 // Whether a test holds for all values of a variable. Where its values are made from itself, nothing
 // speaks against it, as n = n + 1 leaves alone what is true of n; of a larger circle nothing is
