@@ -267,6 +267,8 @@ TEST_F(Trouble, of_odd_files_stays_with_them) {
          "k/p: error: cannot read 'k/p': it lies in a file system of the kernel\n" +
              summary("2 of 2 files: 0 without errors or gaps, 0 with gaps, 0 with errors, 2 "
                      "failed")},
+        {"echo 'x = f(1);' > k/c.m; ln -s /proc/self/environ k/f.m; mtranslate k/c.m", 3, "",
+         "mtranslate: error: cannot read 'k/f.m': it lies in a file system of the kernel\n"},
     });
     // who may read everything has to be somebody else
     const std::string other = "setpriv --reuid=65534 --regid=65534 --clear-groups ";

@@ -2,9 +2,12 @@
 #include "cli/files/files.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/mman.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -50,6 +53,15 @@ std::optional<std::string> read_text(int descriptor) {
 constexpr int READ_ONLY = O_RDONLY | O_CLOEXEC | O_NOCTTY;
 
 }  // namespace
+
+bool is_of_kernel(const std::string &path) {
+    constexpr auto KINDS = std::to_array<std::uint32_t>(
+        {PROC_SUPER_MAGIC, SYSFS_MAGIC, DEVPTS_SUPER_MAGIC, CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC,
+         DEBUGFS_MAGIC, TRACEFS_MAGIC, SECURITYFS_MAGIC});
+    struct statfs system;
+    if (statfs(path.c_str(), &system) != 0) return false;
+    return std::ranges::find(KINDS, static_cast<std::uint32_t>(system.f_type)) != KINDS.end();
+}
 
 bool means_no_file(int reason) {
     return reason == ENOENT || reason == ENOTDIR || reason == ENAMETOOLONG;

@@ -26,6 +26,9 @@ public:
 /* Whether a failed look at a file, with this errno, shows that it is not there at all. */
 bool means_no_file(int reason);
 
+/* Whether what lies there shows the running system: folders without end, and files of no tree. */
+bool is_of_kernel(const std::string &path);
+
 /* An open file, closed with this object; or none, after a failed call. */
 class Descriptor {
 public:

@@ -2,14 +2,10 @@
 #include "cli/files/inputs.h"
 
 #include <fnmatch.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <set>
@@ -24,16 +20,6 @@ namespace mtranslate {
 namespace {
 
 namespace fs = std::filesystem;
-
-/* Whether what lies there shows the running system: folders without end, and files of no tree. */
-bool is_of_kernel(const fs::path &path) {
-    constexpr auto KINDS = std::to_array<std::uint32_t>(
-        {PROC_SUPER_MAGIC, SYSFS_MAGIC, DEVPTS_SUPER_MAGIC, CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC,
-         DEBUGFS_MAGIC, TRACEFS_MAGIC, SECURITYFS_MAGIC});
-    struct statfs system;
-    if (statfs(path.c_str(), &system) != 0) return false;
-    return std::ranges::find(KINDS, static_cast<std::uint32_t>(system.f_type)) != KINDS.end();
-}
 
 class Walk {
 public:

@@ -91,11 +91,14 @@ private:
         }
     }
 
-    /* A device may never end, and a pipe never begin; classic has always read pipes. */
+    /* A device may never end, nor what the kernel tells, and a pipe never begin; classic has always
+     * read pipes. */
     void check(const mTranslateProgramFile &file) const {
         const bool reads_pipes = !wanted_.is_untrusted && wanted_.language == "classic";
         if (file.kind == MTRANSLATE_IS_DEVICE) refuse(file.path, "a device");
         if (file.kind == MTRANSLATE_IS_PIPE && !reads_pipes) refuse(file.path, "a pipe");
+        if (file.path != source_.argument && is_of_kernel(file.path))
+            refuse(file.path, "it lies in a file system of the kernel");
         int reason = 0;
         if (wanted_.is_untrusted && !is_inside(file.path, reason))
             refuse(file.path, reason ? std::strerror(reason) : "it leads out of what is given");
