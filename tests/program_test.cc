@@ -91,6 +91,15 @@ TEST(MatlabProcedures, share_a_long_return) {
                         "seq(varargout(qxrp_i),qxrp_i=1..qxrp_2-100);\n"
                         "        elif qxrp_2 >= 2 then\n"),
               std::string::npos);
+    StandInHost host;
+    host.translate_name("varargout", std::string(3000, 'v'));
+    const HostValue options[] = {
+        host.values().equation(host.values().name("Language"), host.values().string("matlab"))};
+    EXPECT_NE(host.translate("command", "function varargout = f\nvarargout{1} = 1;\n",
+                             {std::begin(options), std::end(options)})
+                  .value_or("")
+                  .find("return varargout(1);\n"),
+              std::string::npos);
 }
 
 /* The files of a row, each after a line "@name", and main, the first of them. */

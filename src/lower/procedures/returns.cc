@@ -129,8 +129,9 @@ void put_collected(const TextList *names, const TextCell *varargout, const char 
 void put_results_procedure() {
     const Scope *scope = Lowering.scope;
     TextList names = output_names(scope);
-    if (!names.first || branches_length(&names) <= LONGEST_RETURN) return;
     bool has_varargout = (scope->flags & HAS_VARARGOUT) != 0;
+    bool is_alone = has_varargout && names.first == names.last;
+    if (!names.first || is_alone || branches_length(&names) <= LONGEST_RETURN) return;
     Origin *outer = begin_origin(RESULT_LINES, scope->owner->first_child);
     const char *procedure = new_temporary();
     const char *asked = hidden_name();
