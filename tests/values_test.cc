@@ -9,9 +9,9 @@
 #include "syntax/library/library_table.h"
 #include "syntax/parse/parser.h"
 #include "syntax/print_tree.h"
+#include "syntax/trace/summaries.h"
+#include "syntax/trace/trace_function.h"
 #include "syntax/values/print_value.h"
-#include "syntax/values/summaries.h"
-#include "syntax/values/trace_function.h"
 #include "tests/generate.h"
 #include "tests/small_stack.h"
 #include "tests/translation.h"
@@ -56,7 +56,8 @@ void trace_file(Node *file) {
     bool is_script = file->first_child && file->first_child->kind != NODE_FUNCTION;
     trace_functions({has_own, own_definition, nullptr, nullptr}, !is_script);
     if (is_script)
-        trace_function(settle_script(file, {find_script, nullptr}), {has_own, own_definition, nullptr, nullptr});
+        trace_function(settle_script(file, {find_script, nullptr}),
+                       {has_own, own_definition, nullptr, nullptr});
 }
 
 /* The tree of a program whose values have been traced, until release_run. */

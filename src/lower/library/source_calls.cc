@@ -12,7 +12,7 @@
 #include "lower/conditions/host_conditions.h"
 #include "lower/expressions/operands.h"
 #include "lower/library/needs.h"
-#include "lower/library/sources.h"
+#include "lower/library/sources/sources.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "syntax/names/name_map.h"

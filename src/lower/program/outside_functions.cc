@@ -10,8 +10,8 @@
 #include "run/run_state.h"
 #include "support/allocation.h"
 #include "syntax/scan/spellings.h"
-#include "syntax/values/held_values.h"
-#include "syntax/values/summaries.h"
+#include "syntax/trace/held_values.h"
+#include "syntax/trace/summaries.h"
 
 namespace {
 

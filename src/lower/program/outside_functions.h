@@ -4,7 +4,7 @@
 #pragma once
 
 #include "syntax/names/names.h"
-#include "syntax/values/trace.h"
+#include "syntax/trace/trace.h"
 
 /* Forgets the run before, at the start of a run. */
 void begin_outside_functions();

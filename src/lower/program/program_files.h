@@ -38,7 +38,7 @@ struct SourceFile {
     NameMap callees;         /* what names mean in this file (called_functions.cc) */
     NameMap places;          /* of files that names mean, for who knows_files */
     NameMap outside;         /* what functions of others give (outside_functions.cc) */
-    NameMap globals;         /* what its functions give them (syntax/values/held_values.h) */
+    NameMap globals;         /* what its functions give them (syntax/trace/held_values.h) */
     NameMap undecided;       /* methods about which a message has been given (methods.cc) */
     SourceFile *namesake;    /* another file with this stem, read before, or null */
 };

@@ -7,8 +7,8 @@
 
 #include "support/allocation.h"
 #include "support/long_string.h"
-#include "syntax/values/held_values.h"
-#include "syntax/values/taken_parts.h"
+#include "syntax/trace/held_values.h"
+#include "syntax/trace/taken_parts.h"
 
 namespace {
 

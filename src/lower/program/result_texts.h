@@ -1,7 +1,7 @@
 /* What functions of other files give, as texts: a run reads what an earlier one has found. */
 #pragma once
 
-#include "syntax/values/trace.h"
+#include "syntax/trace/trace.h"
 
 const FunctionResults *keep_results(const FunctionResults &results);
 const char *text_of_results(const FunctionResults *results);

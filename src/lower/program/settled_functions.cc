@@ -4,8 +4,8 @@
 #include "lower/program/called_functions.h"
 #include "lower/program/outside_functions.h"
 #include "run/run_state.h"
-#include "syntax/values/summaries.h"
-#include "syntax/values/trace_function.h"
+#include "syntax/trace/summaries.h"
+#include "syntax/trace/trace_function.h"
 
 namespace {
 
