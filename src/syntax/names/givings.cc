@@ -224,6 +224,13 @@ void end_giving_branches(const Givings *givings, const Giving *before) {
         if (giving->last_named) giving->last_named = base_of(giving->value)->symbol->last_named;
 }
 
+bool may_part(const Givings *givings) {
+    for (const Giving *giving = givings->last; giving; giving = giving->before)
+        if (base_of(giving->value)->symbol->changes || base_of(giving->target)->symbol->changes)
+            return true;
+    return false;
+}
+
 void finish_givings(const Givings *givings, const Scope *scope) {
     if (!givings->last || scope->owner->kind != NODE_FUNCTION || has_captured(scope)) return;
     for (Giving *giving = givings->last; giving; giving = giving->before)
