@@ -90,8 +90,8 @@ bool changes_from_here(const Symbol *symbol, const Node *part, uint32_t depth) {
     if (target) reach = {target->offset, Lowering.other_branches};
     if (loop) reach.since = std::min(reach.since, loop->offset);
     bool is_ordered = target && Lowering.statement;
-    const LaterUse *later = is_ordered ? later_use(symbol, Lowering.statement->offset) : nullptr;
-    return changes_inside(symbol, part, depth, &reach, later);
+    return changes_inside(symbol, part, depth, &reach,
+                          is_ordered ? Lowering.statement->offset : UINT32_MAX);
 }
 
 bool changes_at(const Node *target, uint32_t depth) {

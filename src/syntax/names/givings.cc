@@ -116,10 +116,8 @@ bool has_one_owner(const Giving *giving) {
 bool changes_later(const Giving *giving) {
     const Symbol *from = base_of(giving->value)->symbol;
     const Symbol *taker = base_of(giving->target)->symbol;
-    return changes_inside(from, giving->value, 0, &giving->reach,
-                          later_use(from, giving->statement)) ||
-           changes_inside(taker, giving->target, 0, &giving->reach,
-                          later_use(taker, giving->statement));
+    return changes_inside(from, giving->value, 0, &giving->reach, giving->statement) ||
+           changes_inside(taker, giving->target, 0, &giving->reach, giving->statement);
 }
 
 // Whether an output, and nothing else, is given it, and neither of them changes it any more: when
@@ -134,18 +132,19 @@ bool is_left_to_output(const Giving *giving) {
 
 // Whether nobody uses the variable after it before it is set as a whole.
 bool uses_up(const Giving *giving) {
+    const Symbol *taker = base_of(giving->target)->symbol;
     if (giving->value->kind != NODE_NAME) return false;
+    if (!giving->value->symbol->changes && !taker->changes) return false;  // it may be shared
     const LaterUse *later = later_use(giving->value->symbol, giving->statement);
     return later && !later->is_used;
 }
 
 bool may_give(Giving *giving) {
-    bool is_used_up = uses_up(giving);
-    bool is_last = is_used_up || is_last_use(giving);
+    bool is_last = is_last_use(giving) || uses_up(giving);
     if (!is_last && !is_left_to_output(giving)) return false;
     giving->is_left = !is_last;
     bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
-    return !is_repeated || is_used_up || is_set_in_turns(base_of(giving->value)->symbol, giving);
+    return !is_repeated || uses_up(giving) || is_set_in_turns(base_of(giving->value)->symbol, giving);
 }
 
 // What is known of what the taker does with it. Answers whether that is new.
@@ -222,13 +221,6 @@ void end_giving_branch(const Givings *givings, const Giving *before) {
 void end_giving_branches(const Givings *givings, const Giving *before) {
     for (Giving *giving = givings->last; giving && giving != before; giving = giving->before)
         if (giving->last_named) giving->last_named = base_of(giving->value)->symbol->last_named;
-}
-
-bool may_part(const Givings *givings) {
-    for (const Giving *giving = givings->last; giving; giving = giving->before)
-        if (base_of(giving->value)->symbol->changes || base_of(giving->target)->symbol->changes)
-            return true;
-    return false;
 }
 
 void finish_givings(const Givings *givings, const Scope *scope) {

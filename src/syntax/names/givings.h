@@ -26,8 +26,6 @@ void note_unseen_uses(Givings *givings, const Node *name);
 void end_giving_branch(const Givings *givings, const Giving *before);
 /* The same of the whole statement. */
 void end_giving_branches(const Givings *givings, const Giving *before);
-/* Whether parts are set of a variable that is given, or of one that takes it. */
-bool may_part(const Givings *givings);
 /* All that may use the function's variables has been walked: marks the values that are given away,
  * and tells their variables what the takers do with them. */
 void finish_givings(const Givings *givings, const Scope *scope);

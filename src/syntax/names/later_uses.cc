@@ -418,9 +418,8 @@ void walk_block(Walk *walk, const Node *block) {
     for (; last; last = last->next) walk_statement(walk, last->node);
 }
 
-}  // namespace
-
 void note_later_uses(Scope *scope) {
+    scope->flags |= HAS_LATER_USES;
     if (scope->owner->kind != NODE_FUNCTION) return;
     Walk walk = {};
     walk.scope = scope;
@@ -432,11 +431,15 @@ void note_later_uses(Scope *scope) {
     walk_block(&walk, child_of_kind(scope->owner, NODE_BLOCK));
 }
 
+}  // namespace
+
 const LaterUse *later_use(const Symbol *symbol, uint32_t statement) {
     constexpr uint32_t ELSEWHERE =
         SYMBOL_GLOBAL | SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
+    if (symbol->flags & ELSEWHERE) return nullptr;
+    if (!(symbol->scope->flags & HAS_LATER_USES)) note_later_uses(symbol->scope);
     const LaterUses *uses = symbol->later;
-    if (!uses || uses->is_mixed || (symbol->flags & ELSEWHERE)) return nullptr;
+    if (!uses || uses->is_mixed) return nullptr;
     const LaterUse *found = uses->last_found;
     if (!found || found->offset > statement) found = uses->first;
     while (found && found->offset < statement) found = found->next;

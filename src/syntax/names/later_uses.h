@@ -12,8 +12,7 @@ struct LaterUse {
     const LaterUse *next;
 };
 
-/* All that the function does with its variables has been walked. */
-void note_later_uses(Scope *scope);
 /* Of a variable of a function that the statement at that place names; null where nothing is known.
+ * All that the function does with its variables has been walked.
  * What the statement's own targets do counts too. */
 const LaterUse *later_use(const Symbol *symbol, uint32_t statement);

@@ -486,7 +486,6 @@ void finish_function(NameWalk *walk) {
     walk_nested_functions(walk);
     finish_sets(&walk->sets, walk->function);
     finish_loops(&walk->loops);
-    if (may_part(&walk->givings)) note_later_uses(walk->function);
     finish_givings(&walk->givings, walk->function);
     index_names(walk->function);
     note_asked_variables(walk->function);

@@ -129,7 +129,8 @@ enum ScopeFlag : uint32_t {
     NAMES_VARIABLES = 1 << 6, /* clear has names of variables among its words */
     HAS_COLON_TEXT = 1 << 7,  /* the text ":" stands somewhere */
     IS_LEFT_OPEN = 1 << 8,    /* a command: later ones may use and change its variables */
-    IS_HANDLED = 1 << 9       /* a variable may hold the function, as values are traced */
+    IS_HANDLED = 1 << 9,      /* a variable may hold the function, as values are traced */
+    HAS_LATER_USES = 1 << 10  /* they have been looked for (names/later_uses.h) */
 };
 
 /* A cell of a list of nodes or symbols. */

@@ -151,14 +151,20 @@ bool pass_part_changes(const Node *value, const Node *target) {
     return is_new;
 }
 
+// Before the variable is set anew.
+static bool is_set_after(const PartChange *change, const Symbol *symbol, uint32_t statement) {
+    const LaterUse *later = statement == UINT32_MAX ? nullptr : later_use(symbol, statement);
+    return !later || (later->changes & bit_of(change)) != 0;
+}
+
 bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach,
-                    const LaterUse *later) {
+                    uint32_t statement) {
     uint32_t level = level_inside(place, deeper);
     const char *field = field_of(place);
     for (const PartChange *change = symbol->changes; change; change = change->next) {
         if (change->level <= level || !may_be_same(change->field, field)) continue;
         bool is_set =
-            later ? (later->changes & bit_of(change)) != 0 : any_is_reached(reach, change->last);
+            any_is_reached(reach, change->last) && is_set_after(change, symbol, statement);
         if (is_set || any_is_reached(reach, change->passed)) return true;
     }
     return false;

@@ -4,8 +4,6 @@
 
 #include "syntax/names/names.h"
 
-struct LaterUse;
-
 /* Branches of an if or switch that are taken instead of one: bytes of the source. */
 struct OtherBranches {
     uint32_t from;
@@ -29,7 +27,7 @@ uint64_t changes_at_target(const Symbol *symbol, const Node *target);
  * its variable was. Answers whether any of it was not known. */
 bool pass_part_changes(const Node *value, const Node *target);
 /* Whether something inside of what the place, a NAME or REFERENCE with the variable as its base,
- * holds is set within reach; so many levels deeper than itself. later: what is known better than by
- * the reach, or null. */
+ * holds is set within reach; so many levels deeper than itself, and after the
+ * statement of that offset; UINT32_MAX: by the reach alone. */
 bool changes_inside(const Symbol *symbol, const Node *place, uint32_t deeper, const Reach *reach,
-                    const LaterUse *later);
+                    uint32_t statement);
