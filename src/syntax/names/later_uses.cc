@@ -259,7 +259,6 @@ void set_joined(Walk *walk, const Cell *states, uint32_t number, int32_t branche
 
 // if and switch; the conditions are only read.
 void walk_branches(Walk *walk, const Node *statement) {
-    uint32_t number = ++walk->clock;
     int32_t branches = 1;  // where none of them is taken
     Cell *all = nullptr;
     const Cell *mark = walk->changes;
@@ -270,7 +269,6 @@ void walk_branches(Walk *walk, const Node *statement) {
         const Node *block = is_rest ? child->first_child : second_child(child);
         walk_block(walk, block);
         Cell *states = take_back(walk, mark);
-        join(states, number);
         branches += !is_rest;
         while (states) {
             Cell *next = states->next;
@@ -280,6 +278,8 @@ void walk_branches(Walk *walk, const Node *statement) {
         }
     }
     walk->open--;
+    uint32_t number = ++walk->clock;
+    join(all, number);  // not before: statements inside of branches join the same variables
     set_joined(walk, all, number, branches);
     free_cells(walk, all);
     for (const Node *child = statement->first_child; child; child = child->next) {
