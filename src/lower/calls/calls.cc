@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "lower/calls/exist.h"
+#include "lower/calls/given_copies.h"
 #include "lower/calls/plain_calls.h"
 #include "lower/calls/requested_results.h"
 #include "lower/classes/methods.h"
@@ -195,15 +196,21 @@ mExpr *finish_index(const Node *name, const char *answer, const vExpr *arguments
     return index;
 }
 
+// Nobody keeps the arguments, but what is in them may change meanwhile.
+Holder begin_giving(const Node *name, const Node *arguments) {
+    return begin_holding(nullptr, holds_changed_parts(name, arguments) ? arguments : nullptr);
+}
+
 mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_object) {
     check_global(name, arguments);
     const char *answer = host_name(name);
     bool is_index = false;
     Holder outer = Lowering.holder;
     bool keeps = keeps_arguments(name);
-    if (!keeps) begin_holding(nullptr, nullptr);
+    if (!keeps) begin_giving(name, arguments);
     ExprList values = lower_arguments(arguments, answer ? answer : name->text, &is_index);
-    if (keeps) hold_arguments(name, arguments, &values);
+    keeps ? hold_arguments(name, arguments, &values)
+          : copy_changed_arguments(name, arguments, &values);
     end_holding(outer);
     rename_fields(name->text, arguments, &values);
     OutsideCall outside = {name, arguments, answer, requested_results(arguments), may_get_object};
@@ -221,10 +228,17 @@ void spell_colons(ExprList *values) {
 
 }  // namespace
 
-mExpr *new_procedure_call(const char *procedure, const Node *arguments) {
-    Holder outer = begin_holding(nullptr, nullptr);
+// Arguments of what does not keep them.
+static ExprList lower_given(const Node *name, const Node *arguments) {
+    Holder outer = begin_giving(name, arguments);
     ExprList values = lower_values(arguments);
+    copy_changed_arguments(name, arguments, &values);
     end_holding(outer);
+    return values;
+}
+
+mExpr *new_procedure_call(const char *procedure, const Node *name, const Node *arguments) {
+    ExprList values = lower_given(name, arguments);
     spell_colons(&values);
     mExpr *call = new_call_of(procedure, values.first);
     free_vExpr(values.first);
@@ -267,12 +281,12 @@ mExpr *lower_call(const Node *name, const Node *arguments) {
     if (const char *own = own_function(name)) {
         const Node *function = own_definition(name->symbol);
         if (function) check_cells(name, arguments, taken_by(function));
-        return new_procedure_call(own, arguments);
+        return new_procedure_call(own, name, arguments);
     }
     Dispatch dispatch = dispatch_call(name, arguments);
     if (dispatch.class_name) {
         const char *method = called_method(name, dispatch.class_name, name->text);
-        return new_procedure_call(method, arguments);
+        return new_procedure_call(method, name, arguments);
     }
     note_piece(name, CALL_OF_LANGUAGE);
     if (mExpr *test = lower_exist(name, arguments)) return test;

@@ -12,8 +12,9 @@ mExpr *lower_call(const Node *name, const Node *arguments);
 /* The same with texts that are there already: of the arguments first and its siblings, or null.
  * results: that it is asked for, as requested_results says. */
 mExpr *call_with_values(const Node *name, Node *first, const vExpr *values, int32_t results);
-/* A call of a host procedure. */
-mExpr *new_procedure_call(const char *procedure, const Node *arguments);
+/* A call of a host procedure, which the NAME means: of a function, or of a variable that may hold
+ * some. */
+mExpr *new_procedure_call(const char *procedure, const Node *name, const Node *arguments);
 /* The same with the words of a COMMAND. */
 mExpr *lower_command(const Node *command);
 /* The host's name of the function that the NAME means, as a kept text, or null. */

@@ -248,7 +248,7 @@ Base variable_base(const Node *name, Selectors *selectors) {
     const char *text = written_name(name->symbol);
     if (!is_next(selectors, NODE_ARGUMENTS) || !holds_function(name->symbol))
         return {text, false, false};
-    return {new_procedure_call(text, take(selectors))->text, true, false};
+    return {new_procedure_call(text, name, take(selectors))->text, true, false};
 }
 
 // The host may know the function of a package that has no file.

@@ -299,6 +299,16 @@ const char *joined_text(const Node *value, const char *text) {
     return needs_copy(value, {depth, depth}) ? copy_text(text) : text;
 }
 
+const char *given_text(const Node *argument, const char *text) {
+    const Node *value = same_value(argument);
+    const Symbol *from = variable_of(value);
+    Value known = value_of(value);
+    bool is_plain = is_surely(known, ARITHMETIC | MAY_BE_FUNCTION) && is_single(known);
+    if (!from || is_plain || holds_function(from)) return text;
+    bool is_part = value->kind == NODE_NAME || last_selector(value)->kind != NODE_ARGUMENTS;
+    return is_part || may_hold_parts(value) ? copy_text(text) : text;
+}
+
 const char *looped_text(const Node *variable, const char *text) {
     const Node *value = without_parens(variable->next);
     const Symbol *from = variable_of(value);

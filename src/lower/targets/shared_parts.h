@@ -18,6 +18,8 @@ const char *held_element_text(const Node *value, const char *text);
 const char *joined_text(const Node *value, const char *text);
 /* The same of what a loop runs over. */
 const char *looped_text(const Node *variable, const char *text);
+/* The same of an argument, parts of which change during its call. */
+const char *given_text(const Node *argument, const char *text);
 /* Whether a parameter is one that others may see, or that changes inside. */
 bool must_own(const Symbol *parameter);
 /* Whether what an anonymous function of this scope gives may change, or be seen elsewhere. */
