@@ -92,7 +92,7 @@ mExpr *lower_kept_list(const Node *node) {
     node = without_parens(node);
     note_fields(node);
     ValueRun run = new_run(node);
-    return sequence(&run, run.to, held_element_text(node, element_of(&run, "qxrp_i")));
+    return sequence(&run, run.to, listed_text(node, element_of(&run, "qxrp_i")));
 }
 
 mExpr *lower_first_value(const Node *node) {

@@ -291,6 +291,12 @@ const char *held_element_text(const Node *value, const char *text) {
     return shared_text(same_value(value), text, 1);
 }
 
+const char *listed_text(const Node *list, const char *text) {
+    const Node *value = Lowering.holder.value;
+    bool is_dealt = value && first_argument(without_parens(value), "deal");
+    return shared_text(same_value(list), text, is_dealt ? 0 : 1);
+}
+
 const char *joined_text(const Node *value, const char *text) {
     if (is_number(value)) return text;
     value = same_value(value);

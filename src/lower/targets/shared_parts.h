@@ -14,6 +14,8 @@ void end_holding(const Holder &outer);
 const char *held_text(const Node *value, const char *text);
 /* The same of an element or a field of what is held. */
 const char *held_element_text(const Node *value, const char *text);
+/* The same of each value of a list: an element, or with deal what a target holds itself. */
+const char *listed_text(const Node *list, const char *text);
 /* The same of a value whose elements become elements of what is held, as in [a, b]. */
 const char *joined_text(const Node *value, const char *text);
 /* The same of what a loop runs over. */
