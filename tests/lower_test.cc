@@ -120,6 +120,7 @@ TEST(Lowering, takes_what_the_host_answers) {
     StandInHost host;
     host.translate_name("pi", "Pi");
     host.translate_name("x", "x_");
+    host.translate_name("varargout", "va");
     for (const char *keyword :
          {"try", "horzcat", "getfield", "setfield", "setdiff", "eval", "clear"})
         host.translate_function(keyword, std::string("my_") + keyword + "(A)");

@@ -11,6 +11,7 @@
 #include "lower/procedures/argument_counts.h"
 #include "lower/procedures/defaults.h"
 #include "lower/procedures/given_parameters.h"
+#include "lower/procedures/procedures.h"
 #include "lower/procedures/taken_parameters.h"
 #include "lower/program/context.h"
 #include "lower/program/host_words.h"
@@ -190,7 +191,7 @@ void put_prelude(const Prelude *prelude) {
     for (const Node *parameter = first; parameter; parameter = parameter->next)
         put_parameter(prelude, parameter);
     if (scope->flags & HAS_VARARGOUT)
-        put_line("varargout := rtable([],subtype='Vector[row]');", {});
+        put_line("%s := rtable([],subtype='Vector[row]');", {varargout_name(scope)});
     for (const Node *parameter = first; parameter; parameter = parameter->next) {
         if (parameter->kind != NODE_DEFAULT) continue;
         Symbol *symbol = parameter->first_child->symbol;

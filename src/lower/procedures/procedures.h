@@ -13,6 +13,8 @@ void lower_function(const FileFunction *function, const Node *comments, Lines *l
 
 /* A persistent declaration: its names are made in front of the procedure. */
 void lower_persistent(const Node *declaration);
+/* What the host calls varargout, of a function that has it. */
+const char *varargout_name(const Scope *scope);
 /* Where the return of the function that is being lowered is long, puts a procedure of its own that
  * gives the results, for all returns. */
 void put_results_procedure();

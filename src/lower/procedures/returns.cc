@@ -12,7 +12,10 @@
 
 namespace {
 
-constexpr char VALUES[] = "seq(varargout(qxrp_i),qxrp_i=1..%s)";
+// The first elements of varargout, or of a cell of results.
+const char *elements_text(const char *cell, const char *count) {
+    return form_text("seq(%s(qxrp_i),qxrp_i=1..%s)", {cell, count});
+}
 
 TextList output_names(const Scope *scope) {
     TextList names = {};
@@ -59,10 +62,10 @@ void put_named_results(const TextList *names) {
 }
 
 // varargout alone: a caller that asks for nothing may find it empty.
-void put_varargout(bool is_written) {
-    put_branch("if", count_condition("_nresults", OP_GE, 2), form_text(VALUES, {"_nresults"}));
-    const char *count = "ArrayNumElems(varargout,'All')";
-    put_branch("elif", count_condition(count, OP_GE, 1), "varargout(1)");
+void put_varargout(const char *varargout, bool is_written) {
+    put_branch("if", count_condition("_nresults", OP_GE, 2), elements_text(varargout, "_nresults"));
+    const char *count = form_text("ArrayNumElems(%s,'All')", {varargout});
+    put_branch("elif", count_condition(count, OP_GE, 1), form_text("%s(1)", {varargout}));
     if (is_written) {
         put_line("else", {});
         put_inner_line("return;", {});
@@ -76,7 +79,7 @@ void put_results_and_varargout(const TextList *names, const TextCell *varargout)
     for (const TextCell *cell = names->first; cell->next != varargout; cell = cell->next) results++;
     const char *bound = form_text("_nresults-%s", {number_text(results)});
     const char *all =
-        form_text("%s, %s", {join_texts(names, varargout), form_text(VALUES, {bound})});
+        form_text("%s, %s", {join_texts(names, varargout), elements_text(varargout->text, bound)});
     if (results == 1) return put_line("return %s;", {all});
     put_exact_branches(names, varargout);
     put_branch("elif", count_condition("_nresults", OP_GE, results + 1), all);
@@ -111,20 +114,21 @@ void put_collected(const TextList *names, const TextCell *varargout, const char 
         put_inner_line("%s(%s) := copy(%s);", {cell, number_text(results), name->text});
         put_line("end if;", {});
     }
-    const char *form = "seq(%s(qxrp_i),qxrp_i=1..%s)";
     const char *last = number_text(results);
     if (varargout) {
         const char *bound = form_text("%s-%s", {asked, last});
-        put_branch(
-            "if", count_condition(asked, OP_GE, results + 1),
-            form_text("%s, %s", {form_text(form, {cell, last}), form_text(VALUES, {bound})}));
+        put_branch("if", count_condition(asked, OP_GE, results + 1),
+                   form_text("%s, %s",
+                             {elements_text(cell, last), elements_text(varargout->text, bound)}));
     }
     put_branch(varargout ? "elif" : "if", count_condition(asked, OP_GE, 2),
-               form_text(form, {cell, asked}));
+               elements_text(cell, asked));
     put_last_branch(form_text("%s(1)", {cell}));
 }
 
 }  // namespace
+
+const char *varargout_name(const Scope *scope) { return output_names(scope).last->text; }
 
 void put_results_procedure() {
     const Scope *scope = Lowering.scope;
@@ -160,6 +164,6 @@ void put_return(const Node *end) {
         TextList set = first_names(&names, is_seen ? end->results : 0);
         return put_named_results(&set);
     }
-    if (names.first == names.last) return put_varargout(is_written);
+    if (names.first == names.last) return put_varargout(names.last->text, is_written);
     put_results_and_varargout(&names, names.last);
 }

@@ -12,6 +12,7 @@
 #include "lower/expressions/value_lists.h"
 #include "lower/expressions/value_runs.h"
 #include "lower/lines/text_list.h"
+#include "lower/procedures/procedures.h"
 #include "lower/program/called_functions.h"
 #include "lower/program/context.h"
 #include "lower/statements/raised_errors.h"
@@ -132,14 +133,17 @@ const char *length_condition(const char *length, int listed) {
 // function gives.
 bool is_varargout(const Counted *counted) {
     bool is_whole = counted->count == 0 && is_nresults(counted->length);
-    return is_whole && strcmp(counted->run.base, "varargout") == 0 && !*counted->run.field;
+    bool has_cell = Lowering.scope->flags & HAS_VARARGOUT;
+    return is_whole && has_cell && !*counted->run.field &&
+           strcmp(counted->run.base, varargout_name(Lowering.scope)) == 0;
 }
 
 int put_first_branch(const Counted *counted) {
     int first = is_varargout(counted) ? 2 : 1;
     put_line("if %s then", {count_condition(counted->length, OP_LT, first)});
     if (first == 2) {
-        put_inner_line("varargout := rtable([%s],subtype='Vector[row]');", {counted->value});
+        put_inner_line("%s := rtable([%s],subtype='Vector[row]');",
+                       {counted->run.base, counted->value});
     } else {
         put_results(counted, 0);
     }
