@@ -282,6 +282,12 @@ const MessageRow MessageTable[MESSAGE_COUNT] = { // ORDER MESSAGES
      "the function is given a cell.",
      "h(@second);\nx = second({1, 2});\n\nfunction y = second(values)\ny = values(2);\nend\n",
      "Write x{k} in the function where the element is meant, else x(k:k)."},
+    {FUNCTION_TEXT, "MT321", "function-text", SEVERITY_WARNING,
+     "the text that '%s' gives of a function is the host's, not MATLAB's",
+     "MATLAB keeps the text of an anonymous function, and the names of others. The translation has "
+     "procedures in their place: their text is in the host's language, if the host has one at all.",
+     "f = @(x) x.^2;\ndisp(func2str(f));\n",
+     "Keep the text in a variable of its own, next to the function: t = '@(x) x.^2';"},
 
     {UNKNOWN_FUNCTION, "MT401", "unknown-function", SEVERITY_WARNING,
      "the function '%s' is found %s",

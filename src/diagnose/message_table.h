@@ -61,6 +61,7 @@ enum MessageId : uint8_t {
     CLEAR_COMMAND,
     COMPOSED_TEXT,
     CELL_GIVEN,
+    FUNCTION_TEXT,
     /* names */
     UNKNOWN_FUNCTION,
     UNASSIGNED_NAME,

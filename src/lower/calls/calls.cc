@@ -71,6 +71,20 @@ void check_global(const Node *name, const Node *arguments) {
         report_at(GLOBAL_START, argument, {argument->text});
 }
 
+bool shows_function(const Node *name) {
+    bool shows = is_same_text(name->text, "func2str") || is_same_text(name->text, "functions");
+    return shows && !is_function_of_file(name);
+}
+
+// The same where such a function is given to another, as to cellfun.
+void check_function_texts(const Node *name, const Node *arguments) {
+    if (arguments && shows_function(name)) report_at(FUNCTION_TEXT, name, {name->text});
+    const Node *argument = arguments ? arguments->first_child : nullptr;
+    for (; argument; argument = argument->next)
+        if (argument->kind == NODE_HANDLE && shows_function(argument))
+            report_at(FUNCTION_TEXT, argument, {argument->text});
+}
+
 mExpr *ask_call(const OutsideCall *of, const vExpr *values) {
     const Node *name = of->name;
     mExpr *call = ask_host(of->answer ? of->answer : name->text, values, of->results);
@@ -203,6 +217,7 @@ Holder begin_giving(const Node *name, const Node *arguments) {
 
 mExpr *lower_outside_call(const Node *name, const Node *arguments, bool may_get_object) {
     check_global(name, arguments);
+    check_function_texts(name, arguments);
     const char *answer = host_name(name);
     bool is_index = false;
     Holder outer = Lowering.holder;
