@@ -94,6 +94,8 @@ int times_forgotten();
  * expression: null where the value is not that of an expression; a target that may be a list, as
  * [c{k}] and [s.f], is then given others, too. */
 void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression);
+/* The same of a list, c{1:2}, each element of which is given such a value. */
+void trace_list_target(Node *target, Value value, const KnownParts *parts);
 /* Whether the target, whose selectors have been traced, surely takes several values: [c{:}], or
  * [s.f] of an array of records. */
 bool is_list_target(const Node *target);

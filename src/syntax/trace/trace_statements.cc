@@ -1,6 +1,8 @@
 // The values of variables through the statements of a function.
 #include <assert.h>
 
+#include <algorithm>
+
 #include "support/allocation.h"
 #include "support/same_text.h"
 #include "syntax/trace/effects.h"
@@ -13,6 +15,7 @@
 #include "syntax/trace/trace.h"
 #include "syntax/trace/trace_function.h"
 #include "syntax/values/field_values.h"
+#include "syntax/values/numbered_targets.h"
 
 Scope *TracedScope;
 const Node *OutermostStatement;
@@ -227,13 +230,20 @@ GivenResult result_at(Node *expression, int index) {
     return {value, parts_of_result(expression, index), nullptr};
 }
 
-// All are known before one is set, as in [a, b] = deal(b, a).
+// All are known before one is set, as in [a, b] = deal(b, a). Nothing is known of those from a list
+// of values on.
 const GivenResult *results_given(Node *expression, int count) {
     size_t size = sizeof(GivenResult) * static_cast<size_t>(count);
     GivenResult *results = static_cast<GivenResult *>(AllocKept(size));
     Node *argument = is_deal(expression) ? second_child(expression)->first_child : nullptr;
     bool is_only = argument && !argument->next;
+    bool is_open = false;
     for (int k = 0; k < count; k++) {
+        is_open |= argument && !is_only && may_be_list(argument);
+        if (is_open) {
+            results[k] = ANY_RESULT;
+            continue;
+        }
         results[k] = argument ? GivenResult{Value(value_of(argument) & ANY_VALUE),
                                             parts_given(argument, 0), is_only ? argument : nullptr}
                               : result_at(expression, k);
@@ -242,16 +252,60 @@ const GivenResult *results_given(Node *expression, int count) {
     return results;
 }
 
-void trace_results(Node *first, Node *expression) {
+// Any of so many results, one at least.
+GivenResult joined_results(const GivenResult *results, int count) {
+    constexpr Value HOLDERS = MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_FUNCTION;
+    GivenResult joined = *results;
+    for (int k = 1; k < count; k++) {
+        bool has_parts = may_be(joined.value, HOLDERS);
+        if (!has_parts) {
+            joined.parts = results[k].parts;
+        } else if (may_be(results[k].value, HOLDERS)) {
+            joined.parts = joined_parts(joined.parts, results[k].parts);
+        }
+        joined.value |= results[k].value;
+    }
+    return joined;
+}
+
+// Of longer lists nothing is known.
+constexpr long LONGEST_LIST = 64;
+
+// How many results the target takes; 0: not known.
+int count_taken(const Node *target) {
+    if (!is_list_target(target)) return 1;
+    Bounds bounds = numbered_bounds(target);
+    long count = bounds.last - bounds.first + 1;
+    return count > 0 && count <= LONGEST_LIST ? static_cast<int>(count) : 0;
+}
+
+// Those of the targets up to one that takes nobody knows how many, and its first.
+int count_results(const Node *first) {
     int count = 0;
-    for (const Node *target = first; target; target = target->next) count++;
+    for (const Node *target = first; target; target = target->next) {
+        int taken = count_taken(target);
+        count += std::max(taken, 1);
+        if (taken == 0) break;
+    }
+    return count;
+}
+
+void trace_results(Node *first, Node *expression) {
+    int count = count_results(first);
     const GivenResult *results = results_given(expression, count);
-    bool is_shifted = false;  // a list has taken several
-    for (Node *target = first; target; target = target->next, results++) {
+    bool is_open = false;  // a list has taken nobody knows how many
+    for (Node *target = first; target; target = target->next) {
+        int taken = is_open ? 0 : count_taken(target);
+        is_open |= taken == 0;
+        bool is_one = !is_open || results->expression;
+        GivenResult given = is_one ? joined_results(results, std::max(taken, 1)) : ANY_RESULT;
         const Node *known = takes_whole(target) ? results->expression : nullptr;
-        GivenResult given = is_shifted && !results->expression ? ANY_RESULT : *results;
-        is_shifted |= is_list_target(target);
-        trace_target(target, given.value, given.parts, known);
+        if (taken > 1 && !known) {
+            trace_list_target(target, given.value, given.parts);
+        } else {
+            trace_target(target, given.value, given.parts, known);
+        }
+        if (!is_open) results += taken;
     }
 }
 

@@ -141,6 +141,7 @@ struct Given {
     Value value;
     const KnownParts *parts;
     const Node *expression;  // null for none
+    bool is_each;            // each element of a list is given one of such values
 };
 
 void change(Symbol *holder, int depth, Node *selector, const Given *given);
@@ -175,7 +176,7 @@ void add_change(Symbol *holder, int depth, Node *selector, const Given *given) {
 void change_elements(Symbol *holder, int depth, Node *braces, const Given *given) {
     Symbol *elements = elements_of(holder, depth);
     if (!elements) return;
-    bool takes_it = given->expression || selects_one(braces->first_child);
+    bool takes_it = given->expression || given->is_each || selects_one(braces->first_child);
     if (!takes_it) return assign(elements, UNKNOWN_FIELD);
     add_change(elements, depth + 1, braces->next, given);
     if (!leaves_none_free(braces->first_child))
@@ -337,18 +338,28 @@ bool is_list_target(const Node *target) {
     return sets_list(target, surely_selects_several, are_several_records);
 }
 
+// What is given to a part of a variable.
+static void trace_part_target(Node *target, const Given *given) {
+    Node *base = target->first_child;
+    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return;
+    Value before = value_now(base->symbol);
+    base->value |= before;
+    note_start(base->symbol, before, base->next);
+    set_part(base->symbol, 0, base->next, given);
+}
+
 void trace_target(Node *target, Value value, const KnownParts *parts, const Node *expression) {
     if (target->kind == NODE_NAME) {
         target->value |= value_now(target->symbol);
         return assign_known(target->symbol, 0, value & ANY_VALUE, parts);
     }
     if (target->kind != NODE_REFERENCE) return;
-    Node *base = target->first_child;
-    if (base->kind != NODE_NAME || !is_variable(base->symbol)) return;
-    Value before = value_now(base->symbol);
-    base->value |= before;
-    note_start(base->symbol, before, base->next);
     bool is_any = !expression && sets_list(target, may_select_several, may_be_several);
-    Given given = {is_any ? ANY_VALUE : value, is_any ? nullptr : parts, expression};
-    set_part(base->symbol, 0, base->next, &given);
+    Given given = {is_any ? ANY_VALUE : value, is_any ? nullptr : parts, expression, false};
+    trace_part_target(target, &given);
+}
+
+void trace_list_target(Node *target, Value value, const KnownParts *parts) {
+    Given given = {value, parts, nullptr, true};
+    trace_part_target(target, &given);
 }
