@@ -44,6 +44,7 @@ constexpr LibraryFunction Functions[] = {
     {"ceil", NUMBER, MAY_BE_NEGATIVE, SHAPE_ALL, 0, NEVER_BELOW},
     {"cell", CELL, 0, SHAPE_ARRAY, 0},
     {"cell2mat", ANY & ~CELL, 0, SHAPE_ANY, 0, NEVER_CELL},
+    {"cell2struct", 0, 0, SHAPE_UNKNOWN, 0, KEEPS_INSIDE},
     {"cellfun", ANY, 0, SHAPE_APPLIED, 0, MAKES_MASK | APPLIES_FUNCTION},
     {"cellstr", CELL, 0, SHAPE_ARRAY, 0, HOLDS_TEXTS},
     {"char", TEXT, 0, SHAPE_ANY, 0},

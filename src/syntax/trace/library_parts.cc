@@ -4,6 +4,7 @@
 #include "support/same_text.h"
 #include "syntax/scan/spellings.h"
 #include "syntax/trace/trace.h"
+#include "syntax/values/numbered_targets.h"
 
 namespace {
 
@@ -67,6 +68,58 @@ const KnownPart *part_listed(Node *record, Node *next) {
                      parts_of_cell(any.value, any.inside));
 }
 
+// The literal that the value is, or a variable always is; null for none.
+const Node *literal_cell(const Node *value) {
+    value = without_parens(value);
+    bool is_variable_name = value->kind == NODE_NAME && is_variable(value->symbol);
+    const Node *literal = is_variable_name ? only_value(value) : value;
+    literal = literal ? without_parens(literal) : nullptr;
+    return literal && literal->kind == NODE_CELL ? literal : nullptr;
+}
+
+// The item after one of the row, null for none, or the first of the next row.
+const Node *item_after(const Node **row, const Node *item) {
+    if (item && item->next) return item->next;
+    if (item) *row = (*row)->next;
+    return *row ? (*row)->first_child : nullptr;
+}
+
+// Fields that each hold one of the values of a cell, all of which are joined where it is no
+// literal. Null where names or values are not told.
+const KnownParts *fields_named(Node *cell, const Node *names) {
+    const Node *literal = without_parens(cell);
+    bool is_literal = literal->kind == NODE_CELL;
+    const Node *value_row = is_literal ? literal->first_child : nullptr;
+    const Node *value = nullptr;
+    KnownPart any = {nullptr, elements_given(cell), inside_of_cell(parts_given(cell, 0)), nullptr};
+    const KnownPart *first = nullptr;
+    const Node *row = names->first_child;
+    for (const Node *name = item_after(&row, nullptr); name; name = item_after(&row, name)) {
+        if (name->kind != NODE_STRING || !*name->text) return nullptr;
+        if (is_literal) {
+            value = item_after(&value_row, value);
+            if (!value || value->kind == NODE_POSTFIX || may_be_list(value)) return nullptr;
+            any = {nullptr, value_of(value), parts_given(const_cast<Node *>(value), 1), nullptr};
+        }
+        first = new_known_part(intern(name->text), taken_value(any.value), any.inside, first);
+    }
+    return first ? new_known_parts(false, first) : nullptr;
+}
+
+// cell2struct(c, names, d) of a vector along the dimension, the first one if none is given: one
+// record.
+const KnownPart *part_named(Node *cell, Node *names) {
+    const Node *literal = names && !may_be_list(names) ? literal_cell(names) : nullptr;
+    if (!literal || !is_surely(value_of(cell), MAY_BE_CELL)) return nullptr;
+    const Node *dimension = names->next;
+    if (dimension && (dimension->next || dimension->kind != NODE_NUMBER)) return nullptr;
+    bool is_down = !dimension || is_same_text(dimension->text, "1");
+    if (!is_down && !is_same_text(dimension->text, "2")) return nullptr;
+    if (may_be(value_of(cell), is_down ? MAY_HAVE_COLUMNS : MAY_HAVE_ROWS)) return nullptr;
+    const KnownParts *fields = fields_named(cell, literal);
+    return fields ? new_given(MAY_BE_RECORD | ONE, fields) : nullptr;
+}
+
 // horzcat(c, d), vertcat(c, d): a cell beside anything makes a cell.
 const KnownPart *part_joined(Node *first, Node *) {
     const KnownParts *inside = nullptr;
@@ -90,9 +143,9 @@ struct RecordCall {
 };
 
 constexpr RecordCall Calls[] = {
-    {"getfield", part_got},   {"horzcat", part_joined}, {"orderfields", part_ordered},
-    {"rmfield", part_left},   {"setfield", part_set},   {"struct2cell", part_listed},
-    {"vertcat", part_joined},
+    {"cell2struct", part_named},   {"getfield", part_got},   {"horzcat", part_joined},
+    {"orderfields", part_ordered}, {"rmfield", part_left},   {"setfield", part_set},
+    {"struct2cell", part_listed},  {"vertcat", part_joined},
 };
 
 }  // namespace

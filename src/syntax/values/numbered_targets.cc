@@ -8,9 +8,6 @@
 #include "syntax/names/assigned_values.h"
 #include "syntax/tree/value.h"
 
-namespace {
-
-// The only value of a variable, or null.
 const Node *only_value(const Node *name) {
     constexpr uint32_t OTHERS = SYMBOL_PARAMETER | SYMBOL_CHANGED | SYMBOL_GLOBAL |
                                 SYMBOL_PERSISTENT | SYMBOL_SHARED | SYMBOL_IN_SCRIPT;
@@ -19,6 +16,8 @@ const Node *only_value(const Node *name) {
                    !may_be(value_of(name), MAY_BE_MISSING);
     return is_only && !(name->symbol->flags & OTHERS) ? value->node : nullptr;
 }
+
+namespace {
 
 // A whole number of the source, or the value of a variable that is never another; or -1.
 long literal_value(const Node *node) {

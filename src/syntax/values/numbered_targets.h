@@ -12,3 +12,5 @@ struct Bounds {
 const Node *list_index(const Node *reference);
 /* What it is of: whole numbers of the source, or variables that are never another. */
 Bounds numbered_bounds(const Node *reference);
+/* The only value that the variable, a NAME, ever has, where nobody else may set it; or null. */
+const Node *only_value(const Node *name);
