@@ -25,9 +25,29 @@ namespace {
 
 void trace_statement(Node *node);
 
-void trace_block(Node *block) {
-    for (Node *node = block->first_child; node; node = node->next) trace_statement(node);
+// Whether what is traced stands after a jump, so that no run comes to it. It is traced all the
+// same, with the values of the jump, so that its text is the one that it would have elsewhere.
+bool IsUnreachable;
+
+bool is_jump(const Node *node) {
+    return node->kind == NODE_RETURN || node->kind == NODE_BREAK || node->kind == NODE_CONTINUE;
 }
+
+void trace_list(Node *first, bool is_body) {
+    bool was_unreachable = IsUnreachable;
+    bool has_jump = false;
+    for (Node *node = first; node; node = node->next) {
+        if (is_body) OutermostStatement = node;
+        trace_statement(node);
+        if (!is_jump(node) || !node->next) continue;
+        has_jump = IsUnreachable = true;
+        set_dead(false);
+    }
+    if (has_jump) end_here();
+    IsUnreachable = was_unreachable;
+}
+
+void trace_block(Node *block) { trace_list(block->first_child, false); }
 
 // A body that may be left, or begun anew, from inside.
 struct Jumps {
@@ -180,7 +200,7 @@ void trace_unwind(Node *node) {
     end_region(region, true);
     set_dead(region->was_dead);
     trace_block(second_child(node));
-    note_function_end(TracedScope, nullptr);
+    if (!IsUnreachable) note_function_end(TracedScope, nullptr);
     if (!ends) end_here();
 }
 
@@ -375,7 +395,9 @@ void trace_statement(Node *node) {
         case NODE_CONTINUE:
             if (InnermostLoop) InnermostLoop->continues = true;
             return end_here();
-        case NODE_RETURN: note_function_end(TracedScope, node); return end_here();
+        case NODE_RETURN:
+            if (!IsUnreachable) note_function_end(TracedScope, node);
+            return end_here();
         case NODE_ARGUMENT_BLOCK: return trace_arguments(node);
         default: return;
     }
@@ -441,12 +463,7 @@ void trace_defaults(const Node *parameters) {
     }
 }
 
-void trace_body(Node *first) {
-    for (Node *node = first; node; node = node->next) {
-        OutermostStatement = node;
-        trace_statement(node);
-    }
-}
+void trace_body(Node *first) { trace_list(first, true); }
 
 void trace_owner(const Node *owner) {
     if (owner->kind == NODE_FILE) return trace_body(owner->first_child);
