@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <map>
 #include <set>
 #include <vector>
@@ -241,6 +242,10 @@ std::string without_comments(std::string_view host_text) {
         text += token;
         if (token != "\n") text += ' ';
     }
+    // An else with comments alone stands for none.
+    constexpr std::string_view EMPTY_ELSE = "else \nend if";
+    while ((text.find(EMPTY_ELSE)) != std::string::npos)
+        text.erase(text.find(EMPTY_ELSE), strlen("else \n"));
     return text;
 }
 

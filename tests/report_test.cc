@@ -248,8 +248,7 @@ TEST_F(Reports, map_lines_to_what_they_come_from) {
          "comment 1:10-1:13 1-1\n"
          "head 2:3-2:9 2-2\n"
          "statement 3:5-3:10 3-3\n"
-         "head 4:3-4:12 4-4\n"
-         "end 5:1-5:4 5-5\n"},
+         "end 5:1-5:4 4-4\n"},
         {"s = g(1);\ntry\n  x = 1;\ncatch e\n  y = 2; % c\nend\ntry\n  t = s.a;\ncatch\n  t = "
          "1;\nend\n",
          "statement 1:1-1:9 1-1\n"

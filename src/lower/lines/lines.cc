@@ -73,6 +73,16 @@ void append_lines(Lines *lines, Lines *more) {
     *more = {nullptr, nullptr};
 }
 
+void drop_after(Lines *lines, Line *last) {
+    (last ? last->next : lines->first) = nullptr;
+    lines->last = last;
+}
+
+bool is_bare_after(const Lines *lines, const Line *last) {
+    const Line *line = last ? last->next : lines->first;
+    return line && line == lines->last && line->trailing == 0;
+}
+
 void write_lines(const Lines *lines) {
     for (const Line *line = lines->first; line; line = line->next) {
         int32_t begin = Observing.lines ? LengthString(OutputText) : 0;

@@ -33,6 +33,10 @@ void add_line(Lines *lines, int level, const char *text);
 void add_line_again(Lines *lines, int level, const Line *line);
 /* Moves the lines of more after the others, and empties it. */
 void append_lines(Lines *lines, Lines *more);
+/* Drops the lines after last, one of them; null: all. */
+void drop_after(Lines *lines, Line *last);
+/* Whether one line is after last, or after null, and it has no comments. */
+bool is_bare_after(const Lines *lines, const Line *last);
 /* Writes the lines, with their indentation and ends, into the output text, and tells of them
  * (origins.h). */
 void write_lines(const Lines *lines);

@@ -1,6 +1,7 @@
 // if statements.
 #include "lower/conditions/condition_sides.h"
 #include "lower/conditions/conditions.h"
+#include "lower/expressions/fallible.h"
 #include "lower/lines/lines.h"
 #include "lower/procedures/defaults.h"
 #include "lower/program/context.h"
@@ -65,9 +66,22 @@ const Node *put_branch(const Node *node, const Node *branch) {
     return branch;
 }
 
+// Nothing has to be done there: the word goes, too.
 void put_else(const Node *branch) {
+    Line *before = Lowering.lines->last;
     put_line("else", {});
     lower_block(branch->first_child);
+    if (is_bare_after(Lowering.lines, before)) drop_after(Lowering.lines, before);
+}
+
+// Whether an only branch has statements, but none that the host needs: x = full(x). It may go where
+// its condition does nothing.
+bool is_idle(const Node *node, const Line *before) {
+    const Node *branch = node->first_child;
+    if (branch->next || has_given_values(node) || Lowering.gap != MESSAGE_COUNT) return false;
+    const Node *condition = branch->first_child;
+    return second_child(branch)->first_child && is_bare_after(Lowering.lines, before) &&
+           !can_fail(condition, nullptr);
 }
 
 void close_if(int level) {
@@ -107,6 +121,7 @@ void put_if(const Node *node) {
     if (put_asked_default(node)) return;
     int level = Lowering.level;
     bool stays_open = node == Lowering.script.guard;
+    Line *before = Lowering.lines->last;
     for (const Node *branch = node->first_child; branch; branch = branch->next) {
         bool has_values = is_second(node, branch) && takes_in_else(node);
         if (has_values) put_values_and_rest(node, branch, level);
@@ -122,6 +137,7 @@ void put_if(const Node *node) {
         for (; Lowering.level > level; Lowering.level--) put_line("end if;", {});
         return put_line("else", {});
     }
+    if (is_idle(node, before)) return drop_after(Lowering.lines, before);
     close_if(level);
     if (has_values && are_after_branch(node)) put_values_after_branch(node);
 }

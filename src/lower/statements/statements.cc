@@ -174,13 +174,7 @@ void note_inside(Siblings *siblings, const Node *comment) {
 
 // The source of a statement that is given up holds its comments.
 void drop_inside(Siblings *siblings) {
-    if (!siblings->has_inside) return;
-    siblings->lines->last = siblings->before_inside;
-    if (siblings->before_inside) {
-        siblings->before_inside->next = nullptr;
-    } else {
-        siblings->lines->first = nullptr;
-    }
+    if (siblings->has_inside) drop_after(siblings->lines, siblings->before_inside);
 }
 
 void put_blank(Siblings *siblings) {
@@ -238,7 +232,9 @@ void put_one_statement(Siblings *siblings, const Node *node) {
     append_lines(siblings->lines, &in_front);
     append_lines(siblings->lines, &own);
     CurrentOrigin = last;
+    const OpenBranch *innermost = siblings->rest->innermost;
     end_in_rest(siblings->rest, node, &before);
+    if (siblings->rest->innermost != innermost) siblings->has_any = false;
     end_origin(outer);
 }
 

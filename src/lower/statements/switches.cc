@@ -60,9 +60,12 @@ void put_clause(const Node *node, const char *word, const char *variable, Lines 
     lower_block(second_child(node));
 }
 
+// After clauses it is left out where nothing is to be done.
 void put_otherwise(const Node *block, bool has_clauses) {
+    Line *before = Lowering.lines->last;
     put_line(has_clauses ? "else" : "if true then", {});
     lower_block(block);
+    if (has_clauses && is_bare_after(Lowering.lines, before)) drop_after(Lowering.lines, before);
 }
 
 void put_chain(const Node *first, const char *variable, Lines *in_front) {

@@ -2,6 +2,7 @@
 #include "lower/targets/targets.h"
 
 #include <assert.h>
+#include <string.h>
 
 #include "lower/classes/methods.h"
 #include "lower/conditions/host_conditions.h"
@@ -139,7 +140,7 @@ void put_value(const Target *target, const char *value) {
         const mExpr *changed =
             new_keyword_call("setfield", {structure_of(target), target->field, value});
         put_line("%s := %s;", {target->path.text, changed->text});
-    } else {
+    } else if (!is_identifier(value) || strcmp(value, target->path.text) != 0) {
         put_line("%s := %s;", {target->path.text, value});
     }
     put_fields(target->pending);
