@@ -125,7 +125,7 @@ private:
             while (count > 0 && open_[count - 1].line == head) count--;
         }
         const size_t depth = lines_of_blocks(count);
-        if (indentation != std::min<size_t>(4 * depth, 200))
+        if (indentation != std::min<size_t>(2 * depth, 100))
             fail("indented by " + std::to_string(indentation));
     }
 

@@ -104,8 +104,7 @@ struct Program {
 
 const Program Programs[] = {
     {"matlab", "main => y = f(rate)   f => function y = f(x)\\ny = flip(x);\\nend",
-     "f := proc( x )\n    local y;\n    y := FLIPPED;\n    return y;\nend proc;\n\ny := f(r);\n",
-     ""},
+     "f := proc( x )\n  local y;\n  y := FLIPPED;\n  return y;\nend proc;\n\ny := f(r);\n", ""},
     {"matlab", "main => x = 1;\\npart   part => y = x", "x := 1;\ny := copy(x);\n", ""},
     {"classic", "main => y = f(x)   f => function y = f(x)\\ny = g(x);",
      "f := proc( x )\n    local y;\n    y := g(x);\n        return y;\nend proc;\n\ny := f(x);\n",

@@ -104,7 +104,7 @@ TEST(Lowering, shows_the_host_how_many_results_a_call_gives) {
 TEST(Lowering, puts_blocks_into_the_forms_of_the_host) {
     StandInHost host;
     host.translate_function("try", [](const Texts &arguments) -> std::optional<std::string> {
-        return "attempt\n    " + arguments[0] + "\nor " + arguments[2] + "( " + arguments[1] +
+        return "attempt\n  " + arguments[0] + "\nor " + arguments[2] + "( " + arguments[1] +
                " ) end";
     });
     for (const Row &row : side_by_side(table("matlab_block_forms")))
@@ -127,9 +127,9 @@ TEST(Lowering, takes_what_the_host_answers) {
     host.translate_function("max", "ArrayTools:-Max(A)");
     for (const Row &row : side_by_side(table("matlab_answers")))
         EXPECT_EQ(lowered(host, row.source), row.expected) << row.source;
-    host.translate_function("try", "attempt(\n    A,\nB);");
+    host.translate_function("try", "attempt(\n  A,\nB);");
     EXPECT_EQ(lowered(host, "if x, try, f; end, end"),
-              "if ArrayTools[AllNonZero](x_) then\n    attempt(\n        A,\n    B);\nend if;\n");
+              "if ArrayTools[AllNonZero](x_) then\n  attempt(\n    A,\n  B);\nend if;\n");
 }
 
 }  // namespace

@@ -80,16 +80,16 @@ std::string returns(int count, const std::string &last = "") {
 
 TEST(MatlabProcedures, share_a_long_return) {
     const std::string text = translated("command", returns(200));
-    EXPECT_NE(text.find("    qxrp_1 := proc( qxrp_2 )\n        local qxrp_3;\n"
-                        "        qxrp_3 := rtable([copy(a)],subtype='Vector[row]');\n"),
+    EXPECT_NE(text.find("  qxrp_1 := proc( qxrp_2 )\n    local qxrp_3;\n"
+                        "    qxrp_3 := rtable([copy(a)],subtype='Vector[row]');\n"),
               std::string::npos);
-    EXPECT_NE(text.find("then\n        return qxrp_1(_nresults);\n"), std::string::npos);
+    EXPECT_NE(text.find("then\n    return qxrp_1(_nresults);\n"), std::string::npos);
     EXPECT_LT(translated("command", returns(400)).size(), 5 * text.size() / 2);
     EXPECT_NE(translated("command", returns(99, ", varargout"))
-                  .find("        if qxrp_2 >= 101 then\n"
-                        "            return seq(qxrp_3(qxrp_i),qxrp_i=1..100), "
+                  .find("    if qxrp_2 >= 101 then\n"
+                        "      return seq(qxrp_3(qxrp_i),qxrp_i=1..100), "
                         "seq(varargout(qxrp_i),qxrp_i=1..qxrp_2-100);\n"
-                        "        elif qxrp_2 >= 2 then\n"),
+                        "    elif qxrp_2 >= 2 then\n"),
               std::string::npos);
     StandInHost host;
     const std::string name(3000, 'v');
@@ -154,7 +154,7 @@ TEST(MatlabPrograms, look_along_the_path_in_order) {
                                  values.list_of_strings({files.path("b"), files.path("a")})};
     std::string noted;
     note_messages_in(&noted);
-    const std::string g = "g := proc( x )\n    local y;\n    y := 2;\n    return y;\nend proc;\n\n";
+    const std::string g = "g := proc( x )\n  local y;\n  y := 2;\n  return y;\nend proc;\n\n";
     EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
               g + "f := proc( x )\nend proc;\n\nf(g(1));\n");
     EXPECT_EQ(std::regex_replace(noted, std::regex(files.path("")), ""),
@@ -206,9 +206,9 @@ TEST(MatlabPrograms, find_classes_along_the_path_in_order) {
     const HostValue options[] = {values.equation(values.name("Language"), values.string("matlab")),
                                  values.list_of_strings({files.path("a"), files.path("b")})};
     EXPECT_EQ(translate(host, "file", files.path("main.m"), options),
-              "c := proc( v )\n    local x;\nend proc;\n\n"
+              "c := proc( v )\n  local x;\nend proc;\n\n"
               "c_f := proc( x, inB )\nend proc;\n\n"
-              "c_g := proc( x )\n    c_f(x);\n    c_private_h(x);\nend proc;\n\n"
+              "c_g := proc( x )\n  c_f(x);\n  c_private_h(x);\nend proc;\n\n"
               "c_private_h := proc( x )\nend proc;\n\nx := c(1);\nc_f(x);\nc_g(x);\n");
 }
 
@@ -264,10 +264,10 @@ TEST(MatlabPrograms, raise_the_first_failure_at_the_end) {
                               "f.m, expected a value after '+', found ';' " + "(called from " +
                               folder + "main.m:1)\n  y = x + ;\n          ^\n";
     const std::string text =
-        "f := proc( qxrp_x )\n    local y, x;\n    if "
+        "f := proc( qxrp_x )\n  local y, x;\n  if "
         "nargs >= 1 "
-        "then\n        x := qxrp_x;\n    end if;\n    # not translated (MT101 "
-        "unexpected-token): y = x + ;\n    x := 1;\n    return y;\nend proc;\n\nx := f(1);\n# not "
+        "then\n    x := qxrp_x;\n  end if;\n  # not translated (MT101 "
+        "unexpected-token): y = x + ;\n  x := 1;\n  return y;\nend proc;\n\nx := f(1);\n# not "
         "translated (MT204 eval): eval y\n";
     for (const ErrorExit exit : EVERY_EXIT) {
         const Outcome outcome = run_leaving(exit, "file", files.path("main.m"), "matlab");

@@ -95,8 +95,8 @@ system = "run({1})"
              "g_value := 1;\nx := g_value + 1;\nput(x);\ndisplay_of;"},
             {"x = stats.mean(1)^2; if x, y = (stats.mean(2) + 1); end",
              "x := mean_of(1)^2;\nif ArrayTools[AllNonZero](x) then\n"
-             "    y := mean_of(2) +~ 1;\nend if;"},
-            {"if 1, both(1), end", "if true then\n    first(1);\n    second(1);\nend if;"},
+             "  y := mean_of(2) +~ 1;\nend if;"},
+            {"if 1, both(1), end", "if true then\n  first(1);\n  second(1);\nend if;"},
             {"x = __own__(1);", "x := own(1);"},
             {"hold on", "keep(\"on\");"},
             {"x = lead(1); lead();", "x := (, 1);\n;"},
@@ -170,13 +170,13 @@ g.kind = "text"
              "x := cells(1, 2, 3);\ny := numbers(1, 2, \"UniformOutput\", true);"},
             {"if 1, check(2 > 1, 'a'), end",
              "if true then\n"
-             "    if not (evalhf(zip(`>`,eval(2),eval(1)))) then stop(\"a\") end if;\nend if;"},
+             "  if not (evalhf(zip(`>`,eval(2),eval(1)))) then stop(\"a\") end if;\nend if;"},
             {"show(1); x = show(1);", "show 1;\nx := shown(1);"},
             {"[m, n] = dims(1); n = dims(1); h = @(t) dims(t); [m, n] = h(1);",
              "(m, n) := dims_of(1, 2);\nn := dims_of(1, 1);\nh := proc( t )\n"
-             "    local qxrp_1, qxrp_2;\n    if _nresults = 2 then\n"
-             "        (qxrp_1, qxrp_2) := dims_of(t, _nresults);\n"
-             "        return qxrp_1, qxrp_2;\n    end if;\n    return dims_of(t, _nresults);\n"
+             "  local qxrp_1, qxrp_2;\n  if _nresults = 2 then\n"
+             "    (qxrp_1, qxrp_2) := dims_of(t, _nresults);\n"
+             "    return qxrp_1, qxrp_2;\n  end if;\n  return dims_of(t, _nresults);\n"
              "end proc;\n(m, n) := h(1);"},
             {"[m, n] = split(1); [m, n, o] = split(1); m = split(1);",
              "(m, n) := halves(1);\n(m, n, o) := parts(1, 3);\nm := parts(1, 1);"},
@@ -256,44 +256,42 @@ r = { default = "rr({args})", kind = "record" }
 "p.n" = { default = "pn({args})", kind = "number" }
 numel = { default = "sides({args})", kind = "several" }
 )toml";
-    check_answers(rules,
-                  {
-                      {"if n(1) < 2, a = 1; end", "if nn(1) < 2 then\n    a := 1;\nend if;"},
-                      {"if n < 2, a = 1; end", "if nn() < 2 then\n    a := 1;\nend if;"},
-                      {"if p.n(1) < 2, a = 1; end", "if pn(1) < 2 then\n    a := 1;\nend if;"},
-                      {"a = t(1); b = iscell(a);", "a := tt(1);\nb := false;"},
-                      {"a = w(1); b = [a 2];", "a := ww(1);\nb := horzcat(a, 2);"},
-                      {"a = c(1); b = a(2);", "a := cc(1);\nb := a(2..2);"},
-                      {"a = {1, 2}; a(s(1)) = {3};",
-                       "a := rtable([1, 2],subtype='Vector[row]');\n"
-                       "a(ss(1)) := rtable([3],subtype='Vector[row]');"},
-                      {"a = r(1); b = isstruct(a);", "a := rr(1);\nb := true;"},
-                      {"x = f(1); a = numel(x) + 1;", "x := ff(1);\na := sides(x) +~ 1;"},
-                      {"x = f(1); f(numel(x));", "x := ff(1);\nff(sides(x));"},
-                  });
+    check_answers(rules, {
+                             {"if n(1) < 2, a = 1; end", "if nn(1) < 2 then\n  a := 1;\nend if;"},
+                             {"if n < 2, a = 1; end", "if nn() < 2 then\n  a := 1;\nend if;"},
+                             {"if p.n(1) < 2, a = 1; end", "if pn(1) < 2 then\n  a := 1;\nend if;"},
+                             {"a = t(1); b = iscell(a);", "a := tt(1);\nb := false;"},
+                             {"a = w(1); b = [a 2];", "a := ww(1);\nb := horzcat(a, 2);"},
+                             {"a = c(1); b = a(2);", "a := cc(1);\nb := a(2..2);"},
+                             {"a = {1, 2}; a(s(1)) = {3};",
+                              "a := rtable([1, 2],subtype='Vector[row]');\n"
+                              "a(ss(1)) := rtable([3],subtype='Vector[row]');"},
+                             {"a = r(1); b = isstruct(a);", "a := rr(1);\nb := true;"},
+                             {"x = f(1); a = numel(x) + 1;", "x := ff(1);\na := sides(x) +~ 1;"},
+                             {"x = f(1); f(numel(x));", "x := ff(1);\nff(sides(x));"},
+                         });
     write(directory / "r.m", "function r\nif n(1) < 2, return, end\nfunction b = n(x)\nb = {x};\n");
-    check(
-        {{"mtranslate --rules r.toml r.m", 0,
-          "r := proc(  )\n    if ArrayTools[AllNonZero](evalhf(zip(`<`,eval(n(1)),eval(2)))) then\n"
-          "        return;\n    end if;\nend proc;\n\nn := proc( x )\n    local b;\n    b := "
-          "rtable([x],subtype='Vector[row]');\n    return b;\nend proc;\n\n",
-          ""}});
+    check({{"mtranslate --rules r.toml r.m", 0,
+            "r := proc(  )\n  if ArrayTools[AllNonZero](evalhf(zip(`<`,eval(n(1)),eval(2)))) then\n"
+            "    return;\n  end if;\nend proc;\n\nn := proc( x )\n  local b;\n  b := "
+            "rtable([x],subtype='Vector[row]');\n  return b;\nend proc;\n\n",
+            ""}});
 }
 
 TEST_F(Rules, have_forms_for_constructs) {
     const std::string rules = R"toml([forms]
 try.named = """
 attempt do
-    {body}
+  {body}
 otherwise {name} do
-    {handler}
+  {handler}
 end attempt;
 """
 try.unnamed = """
 attempt do
-    {body}
+  {body}
 otherwise
-    {handler}
+  {handler}
 end attempt;
 """
 eval = "run({text}) + 0"
@@ -312,9 +310,9 @@ pair.results.2 = "both()"
         {
             {"try, f = 1; % one\n  for k = 1:2, break, end\ncatch err % two\n  % three\n"
              "  try, f = 2; end, rethrow(err)\nend",
-             "attempt do\n    f := 1; # one\n    for k from 1 to 2 do\n        break;\n"
-             "    end do;\notherwise err do\n    # two\n    # three\n    attempt do\n"
-             "        f := 2;\n    otherwise\n    end attempt;\n    raise err;\nend attempt;"},
+             "attempt do\n  f := 1; # one\n  for k from 1 to 2 do\n    break;\n"
+             "  end do;\notherwise err do\n  # two\n  # three\n  attempt do\n"
+             "    f := 2;\n  otherwise\n  end attempt;\n  raise err;\nend attempt;"},
             {"s = 'a'; x = 1; eval(s); x = eval(s); y = evalc(s); z = evalin('base', s);",
              "s := \"a\";\nx := 1;\nrun(s) + 0;\nx := (run(s) + 0);\ny := text_of(s);\n"
              "z := run_in(\"base\", s);"},
@@ -323,7 +321,7 @@ pair.results.2 = "both()"
              "x := 1;\nshow(\"x\", x);\ny := Vector();\ny(2) := x;\nz := struct();\n(m_by, "
              "z:-a) := both();\n"
              "show(\"by\", m_by);\nshow(\"z\", z);\nshow(\"x\", x);\nshow(\"ans\", x + 1);\n"
-             "show(\"ans\", y(2));\nfor k from 1 to 2 do\n    show(\"k\", k);\nend do;\n"
+             "show(\"ans\", y(2));\nfor k from 1 to 2 do\n  show(\"k\", k);\nend do;\n"
              "f := Sine;\nf(1);"},
             {"assignin('base', 'a', 2);", "set_in(\"base\", \"a\", 2);"},
             {"if exist('by', 'var'), end, by = 2; x = exist('other', 'var');",
@@ -336,20 +334,20 @@ TEST_F(Rules, put_the_lines_of_try_where_the_form_has_them) {
     const std::string rules = R"toml([functions]
 try = """
 attempt do
-    {1}
+  {1}
 otherwise {3}
-    {2}
+  {2}
 end attempt;
 """
 )toml";
     check_answers(rules, {
                              {"try, a = 1; b = 2; catch e, try, c = 3; catch, end, end",
-                              "attempt do\n    a := 1;\n    b := 2;\notherwise e\n"
-                              "    attempt do\n        c := 3;\n    otherwise \n"
-                              "    end attempt;\nend attempt;"},
+                              "attempt do\n  a := 1;\n  b := 2;\notherwise e\n"
+                              "  attempt do\n    c := 3;\n  otherwise \n"
+                              "  end attempt;\nend attempt;"},
                              {"for k = 1:2, try, a = 1; end, end",
-                              "for k from 1 to 2 do\n    attempt do\n        a := 1;\n"
-                              "    otherwise \n    end attempt;\nend do;"},
+                              "for k from 1 to 2 do\n  attempt do\n    a := 1;\n"
+                              "  otherwise \n  end attempt;\nend do;"},
                          });
 }
 
@@ -695,7 +693,7 @@ TEST_F(Rules, are_prepared_for_what_is_found_nowhere) {
         {"sed -i '/call/s/\"\"/\"F({args})\"/; /handle/s/\"\"/\"K\"/' r.toml; "
          "mtranslate t/own.m --rules r.toml | grep F; mtranslate rules --template t --rules r.toml "
          "| grep '='; true",
-         0, "    y := F(x) +~ F(x) +~ F(K, x);\n", ""},
+         0, "  y := F(x) +~ F(x) +~ F(K, x);\n", ""},
         {"mtranslate rules --template", 2, "",
          "mtranslate: error: give PATH, the sources of the functions\nTry 'mtranslate --help'.\n"},
         {"mtranslate rules --template none.m", 3, "",

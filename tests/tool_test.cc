@@ -184,7 +184,7 @@ TEST_F(Tool, translates_trees) {
         {"cd o; find . -type f | sort; cat main.txt f.txt", 0,
          "./+pk/g.txt\n./bad.txt\n./f.txt\n./gap.txt\n./main.txt\n./private/r.txt\n"
          "./settings.txt\n# all\na := 1;\nx := f(1) +~ g(2) +~ none(3);\n"
-         "f := proc( x )\n    local y;\n    y := r(x);\n    return y;\nend proc;\n\n",
+         "f := proc( x )\n  local y;\n  y := r(x);\n  return y;\nend proc;\n\n",
          ""},
         {"mtranslate t -O o -j 1", 1, "", messages + counts + "; 0 written\n"},
         {"mtranslate check t", 1, "", messages + counts + "\n"},
@@ -241,7 +241,7 @@ TEST_F(Tool, writes_its_own_functions_apart) {
          "grep -c proc q/f.txt",
          0, "p:\nb.txt\n\nq:\na.txt\nf.txt\n10\n", ""},
         {"mtranslate t/f.m --no-library", 0,
-         "f := proc( x )\n    local y;\n    y := qxrp_larger_ones(x, 3);\n    return y;\nend "
+         "f := proc( x )\n  local y;\n  y := qxrp_larger_ones(x, 3);\n  return y;\nend "
          "proc;\n\n",
          ""},
         {"mtranslate w/d.m --no-library | grep ' := proc(' | tail -n 2", 0,

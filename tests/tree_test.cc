@@ -205,7 +205,7 @@ TEST_F(TreeOf, files_knows_what_their_functions_give) {
     EXPECT_EQ(read(directory / "out"), "");
     for (const std::string caller : {"a", "deep/m", "z"}) {
         const std::string text = read(directory / ("o1/" + caller + ".txt"));
-        EXPECT_NE(text.find("x := copy(c(2..2));\n    n := count(c);\n    if n > 1 then\n"),
+        EXPECT_NE(text.find("x := copy(c(2..2));\n  n := count(c);\n  if n > 1 then\n"),
                   std::string::npos)
             << text;
         const std::string closure = output_of("mtranslate -I t t/" + caller + ".m");

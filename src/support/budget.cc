@@ -53,7 +53,9 @@ void count_block(void *block) { Used += static_cast<int64_t>(malloc_usable_size(
 
 void discount_block(void *block) { Used -= static_cast<int64_t>(malloc_usable_size(block)); }
 
+int64_t longest_text() { return Budget / 2; }
+
 void check_text(size_t bytes) {
-    if (static_cast<int64_t>(bytes) <= Budget / 2) return;
-    end_beyond("the translation is longer than %ld MB", Budget / 2);
+    if (static_cast<int64_t>(bytes) <= longest_text()) return;
+    end_beyond("the translation is longer than %ld MB", longest_text());
 }

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <stddef.h>
+#include <stdint.h>
 
 constexpr long LARGEST_BUDGET = 1 << 20; /* MB */
 
@@ -23,5 +24,7 @@ void check_budget(size_t bytes, void *other);
 /* The block has been taken, or is about to be given back; null is none. */
 void count_block(void *block);
 void discount_block(void *block);
-/* A growing text is about to get so long: at most half of the budget. Ends the run beyond. */
+/* How many bytes a growing text may have: half of the budget. */
+int64_t longest_text();
+/* A growing text is about to get so long; ends the run beyond longest_text. */
 void check_text(size_t bytes);

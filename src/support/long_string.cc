@@ -4,6 +4,8 @@
 #include <assert.h>
 #include <string.h>
 
+#include <algorithm>
+
 #include "run/run_end.h"
 #include "support/allocation.h"
 #include "support/budget.h"
@@ -40,8 +42,9 @@ void grow(Header *header, size_t more) {
     int64_t needed = static_cast<int64_t>(header->length) + static_cast<int64_t>(more);
     int64_t capacity = header->capacity;
     while (needed >= capacity) capacity = capacity * 3 / 2;
-    if (capacity > INT32_MAX) end_run(TEXT_TOO_LONG);
     check_text(static_cast<size_t>(needed));
+    capacity = std::min(capacity, longest_text() + 1);  // so that what is longer grows again
+    if (capacity > INT32_MAX) end_run(TEXT_TOO_LONG);
     header->capacity = static_cast<int32_t>(capacity);
     resize_data(header);
 }

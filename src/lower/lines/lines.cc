@@ -29,9 +29,9 @@ size_t indentation(const Line *line) {
 // A line that has become a comment.
 void write_comment(const Line *line) {
     int outer = std::min(line->comment, DEEPEST_INDENT);
-    write_indent(outer);
+    write_blanks(INDENT * static_cast<size_t>(outer));
     write_output(*line->text ? "# " : "#");
-    if (*line->text) write_indent(shown_level(line) - outer);
+    if (*line->text) write_blanks(INDENT * static_cast<size_t>(shown_level(line) - outer));
     write_line(0, line->text, strlen(line->text));
 }
 

@@ -215,7 +215,7 @@ const char *value_alone(const char *line, const char *end, const Reader *next, u
     uint32_t width = LONGEST_LINE - margin;
     if (!next->at || end - line > 2 * static_cast<ptrdiff_t>(width)) return nullptr;
     const char *value = value_of_line(line, line + width);
-    if (!value || end - value + INDENT > width || value - line > width) return nullptr;
+    if (!value || end - value + CONTINUATION > width || value - line > width) return nullptr;
     if (is_at_word(value, " proc(")) return nullptr;
     bool breaks_inside = next->at < value || next->depth > 1 || next->at[-1] == '(';
     return breaks_inside ? value : nullptr;
@@ -223,7 +223,7 @@ const char *value_alone(const char *line, const char *end, const Reader *next, u
 
 void write_code(const char *line, const char *end, uint32_t margin) {
     Reader from = {line, 0, line};
-    uint32_t deeper = margin + INDENT;
+    uint32_t deeper = margin + CONTINUATION;
     while (end - from.at + margin > LONGEST_LINE && margin < LONGEST_LINE) {
         Reader next = find_break(from, end, from.at + (LONGEST_LINE - margin));
         const char *value = from.at == line ? value_alone(line, end, &next, margin) : nullptr;
