@@ -144,7 +144,8 @@ bool may_give(Giving *giving) {
     if (!is_last && !is_left_to_output(giving)) return false;
     giving->is_left = !is_last;
     bool is_repeated = giving->loop && (is_last || !is_one_place(giving->target));
-    return !is_repeated || uses_up(giving) || is_set_in_turns(base_of(giving->value)->symbol, giving);
+    return !is_repeated || uses_up(giving) ||
+           is_set_in_turns(base_of(giving->value)->symbol, giving);
 }
 
 // What is known of what the taker does with it. Answers whether that is new.
