@@ -244,6 +244,11 @@ TEST_F(TreeOf, scripts_puts_those_that_one_run_puts) {
         EXPECT_TRUE(alone.ends_with(text)) << text << alone;
         EXPECT_EQ(text.starts_with("s();"), alone.find("s();") != alone.npos) << text << alone;
     }
+    write(directory / "p/s.m", "x = f(1);\n");
+    write(directory / "p/r.m", "function x = r\nx = 1;\ns\n");
+    write(directory / "p/main.m", "y = r + 1;\n");
+    run("mtranslate p -O o");
+    EXPECT_EQ(read(directory / "o/main.txt"), "y := r() +~ 1;\n") << "the script sets it anew";
 }
 
 }  // namespace mtranslate
