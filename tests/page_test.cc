@@ -109,15 +109,15 @@ TEST_F(Page, shows_each_statement_beside_its_translation) {
               "2|    2];  % two|||\n"
               "3||15||\n"
               "4|% three|16|# three|\n"
-              "5|if x(1) == 2, y = 1; end|17|if x(1) = 2 then|\n||18|    y := 1;|\n"
+              "5|if x(1) == 2, y = 1; end|17|if x(1) = 2 then|\n||18|  y := 1;|\n"
               "||19|end if;|\n"
               "6|settings|20|settings();|\n"
-              "7|function r = f(p)|1|f := proc( qxrp_p )|\n||2|    local r, p, inner;|\n"
-              "8|  % four|3|    # four|\n"
-              "9|  p(1) = 2;|8|    p(1) := 2;|\n"
-              "10|  function inner|4|    inner := proc(  )|\n"
-              "11|  end|5|    end proc;|\n||6||\n||7|    p := copy(qxrp_p);|\n"
-              "12|  r = 1;|9|    r := 1;|\n||10|    return r;|\n"
+              "7|function r = f(p)|1|f := proc( qxrp_p )|\n||2|  local r, p, inner;|\n"
+              "8|  % four|3|  # four|\n"
+              "9|  p(1) = 2;|8|  p(1) := 2;|\n"
+              "10|  function inner|4|  inner := proc(  )|\n"
+              "11|  end|5|  end proc;|\n||6||\n||7|  p := copy(qxrp_p);|\n"
+              "12|  r = 1;|9|  r := 1;|\n||10|  return r;|\n"
               "13|end|11|end proc;|\n||12||\n");
 }
 
