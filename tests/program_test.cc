@@ -160,6 +160,13 @@ TEST(MatlabPrograms, look_along_the_path_in_order) {
     EXPECT_EQ(std::regex_replace(noted, std::regex(files.path("")), ""),
               "main.m:1 MT404 'a/f.m' is read; another file of that name on the search path is "
               "not: b/f.m\n");
+    // A script that only the caller's folder has is none for a script of another folder.
+    files.write("caller.m", "s");
+    files.write("b/s.m", "p");
+    files.write("private/p.m", "x = 1;");
+    EXPECT_NE(translate(host, "file", files.path("caller.m"), options)
+                  .find("'p' cannot be put here: its name leads elsewhere"),
+              std::string::npos);
 }
 
 /* A chain of files, each of which calls the next one and a namesake in the private folder, which

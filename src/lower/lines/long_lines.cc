@@ -212,8 +212,8 @@ const char *value_of_line(const char *line, const char *limit) {
 // The value of the line if it is to stand alone, else null: it fits into a line, as its target
 // does, and the target would have to be broken, or the value deep inside.
 const char *value_alone(const char *line, const char *end, const Reader *next, uint32_t margin) {
-    uint32_t width = LONGEST_LINE - margin;
-    if (!next->at || end - line > 2 * static_cast<ptrdiff_t>(width)) return nullptr;
+    ptrdiff_t width = LONGEST_LINE - margin;
+    if (!next->at || end - line > 2 * width) return nullptr;
     const char *value = value_of_line(line, line + width);
     if (!value || end - value + CONTINUATION > width || value - line > width) return nullptr;
     if (is_at_word(value, " proc(")) return nullptr;

@@ -292,7 +292,7 @@ const char *constructed_class(const Node *name) {
 }
 
 bool has_function(const Node *name) {
-    if (name->symbol->definition) return true;
+    if (name->symbol && name->symbol->definition) return true;
     if (const Callee *known = known_callee(name))
         return known->is_own || known->path || known->is_method;
     return AddTranslator && has_file(name);
@@ -330,6 +330,7 @@ Node *find_script(const Node *name) {
 
 SourceFile *file_of_script(const Node *name) {
     SourceFile *file = callee_of(name)->file;
+    if (!file || file->tree != name->symbol->definition) return nullptr;
     queue_file(file);
     note_piece(name, CALL_OF_FILE, file->path);
     return file;

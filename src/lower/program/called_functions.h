@@ -49,7 +49,8 @@ const char *constructed_class(const Node *name);
 void report_loading(const Node *statement);
 /* The FILE of the script that a bare name calls, or null (of NameFinders). */
 Node *find_script(const Node *name);
-/* The file of that script; its functions enter the queue. */
+/* The file of that script, or null where the name leads elsewhere from the file under way; its
+ * functions enter the queue. */
 SourceFile *file_of_script(const Node *name);
 /* The next file of the queue, or null when it is empty. */
 SourceFile *take_called_file();
