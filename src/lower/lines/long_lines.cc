@@ -213,9 +213,10 @@ const char *value_of_line(const char *line, const char *limit) {
 // does, and the target would have to be broken, or the value deep inside.
 const char *value_alone(const char *line, const char *end, const Reader *next, uint32_t margin) {
     ptrdiff_t width = LONGEST_LINE - margin;
+    ptrdiff_t next_width = width - static_cast<ptrdiff_t>(CONTINUATION);
     if (!next->at || end - line > 2 * width) return nullptr;
     const char *value = value_of_line(line, line + width);
-    if (!value || end - value + CONTINUATION > width || value - line > width) return nullptr;
+    if (!value || end - value > next_width || value - line > width) return nullptr;
     if (is_at_word(value, " proc(")) return nullptr;
     bool breaks_inside = next->at < value || next->depth > 1 || next->at[-1] == '(';
     return breaks_inside ? value : nullptr;
