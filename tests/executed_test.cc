@@ -27,8 +27,9 @@ TEST(Execution, statements_leave_their_values) {
 }
 
 TEST(Execution, programs_leave_their_values) {
-    for (const Row &row : side_by_side(table("executed_programs")))
-        EXPECT_EQ(executed(row.source), on_one_line(row.expected)) << row.source;
+    for (const char *name : {"executed_programs", "executed_everyday"})
+        for (const Row &row : side_by_side(table(name)))
+            EXPECT_EQ(executed(row.source), on_one_line(row.expected)) << row.source;
 }
 
 }  // namespace

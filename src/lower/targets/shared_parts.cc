@@ -189,10 +189,12 @@ struct Depths {
     uint32_t in_target;
 };
 
-// Whether the target takes the elements of an array, x(:, k) = y, and none of them is shared.
+// Whether the target takes the elements of an array, x(:, k) = y, and none of them is shared. Those
+// of its own variable, x(end:-1:1) = x, change while they are taken.
 bool is_spread(const Node *value) {
     const Node *target = Lowering.holder.target;
     if (!target || target->kind != NODE_REFERENCE) return false;
+    if (variable_of(target) == variable_of(value)) return false;
     if (may_be(kinds_of(value_of(value)), MAY_BE_CELL | MAY_BE_RECORD | MAY_BE_OTHER)) return false;
     const Node *last = last_selector(target);
     if (last->kind != NODE_ARGUMENTS) return false;
